@@ -1,0 +1,85 @@
+// Cards as people type them.
+
+#include <cctype>
+#include <cstdint>
+
+#include "pokermath/cards.h"
+
+namespace pokermath {
+namespace {
+
+constexpr std::string_view kRankLetters = "23456789TJQKA";
+constexpr std::string_view kSuitLetters = "cdhs";
+
+bool IsSeparator(char c) {
+  return c == ' ' || c == ',' || c == ';' || c == '\t' || c == '\r' || c == '\n';
+}
+
+// The piece of the text that an error quotes: up to two characters (three after "10"), as they
+// stand. A character of several bytes is kept whole, control characters become '?'.
+std::string BadPiece(std::string_view text) {
+  const int wanted = text.starts_with("10") ? 3 : 2;
+  std::string piece;
+  int characters = 0;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (IsSeparator(c)) break;
+    if ((byte & 0xC0) != 0x80 && ++characters > wanted) break;
+    piece += byte < 0x20 || byte == 0x7F ? '?' : c;
+  }
+  return piece;
+}
+
+// The card at the start of the text and its length; -1 if there is none.
+struct CardAt {
+  int card = -1;
+  std::size_t length = 0;
+};
+
+CardAt ReadCard(std::string_view text) {
+  const bool ten = text.starts_with("10");
+  const std::size_t length = ten ? 3 : 2;
+  if (text.size() < length) return {};
+  const auto letter = [](char c) { return static_cast<unsigned char>(c); };
+  const char rank_letter = ten ? 'T' : static_cast<char>(std::toupper(letter(text[0])));
+  const char suit_letter = static_cast<char>(std::tolower(letter(text[length - 1])));
+  const std::size_t rank = kRankLetters.find(rank_letter);
+  const std::size_t suit = kSuitLetters.find(suit_letter);
+  if (rank == std::string_view::npos || suit == std::string_view::npos) return {};
+  return {static_cast<int>(suit * 13 + rank), length};
+}
+
+}  // namespace
+
+std::string CardName(int card) {
+  return {kRankLetters[static_cast<std::size_t>(card % 13)],
+          kSuitLetters[static_cast<std::size_t>(card / 13)]};
+}
+
+CardsResult ParseCards(std::string_view text) {
+  CardsResult result;
+  std::uint64_t seen = 0;
+  while (!text.empty()) {
+    if (IsSeparator(text.front())) {
+      text.remove_prefix(1);
+      continue;
+    }
+    const CardAt read = ReadCard(text);
+    if (read.card < 0) {
+      result.error.append("'").append(BadPiece(text)).append("' is not a card: rank ");
+      result.error.append(kRankLetters).append(" (or 10), suit ").append(kSuitLetters);
+    } else if ((seen >> read.card & 1) != 0) {
+      result.error = CardName(read.card) + " is given twice";
+    }
+    if (!result.error.empty()) {
+      result.cards.clear();
+      return result;
+    }
+    seen |= std::uint64_t{1} << read.card;
+    result.cards.push_back(read.card);
+    text.remove_prefix(read.length);
+  }
+  return result;
+}
+
+}  // namespace pokermath

@@ -1,0 +1,90 @@
+// Hold'em equity: hand against hand and hand against unknown hands.
+
+#include <algorithm>
+
+#include "equity/kernels/all_matchups.h"
+#include "equity/kernels/matchup.h"
+#include "equity/kernels/runouts.h"
+#include "equity/kernels/trials.h"
+#include "pokermath/cards.h"
+#include "pokermath/equity.h"
+#include "pokermath/poker_logic.h"
+
+namespace pokermath {
+
+Tally HoldemHandVsHand(std::span<const int, 2> hand1, std::span<const int, 2> hand2,
+                       std::span<const int> board, Street street) {
+  if (board.empty()) return CountMatchup(BestIsa(), hand1.data(), hand2.data(), street);
+  return CountRunouts(hand1, hand2, board, street);
+}
+
+namespace {
+
+// The outputs of the exact functions: wins with ties as one half, and the boards counted.
+void Score(const Tally& tally, double& wins, double& boards) {
+  wins = static_cast<double>(tally.wins) + 0.5 * static_cast<double>(tally.ties);
+  boards = static_cast<double>(tally.cases);
+}
+
+// Whether two hands are equal but for their suits in a way that makes them equally good: pairs of
+// one rank, or two suited hands of the same ranks.
+bool AreTwins(const int* hand1, const int* hand2) {
+  const auto [low1, high1] = std::minmax(GetCardRank(hand1[0]), GetCardRank(hand1[1]));
+  const auto [low2, high2] = std::minmax(GetCardRank(hand2[0]), GetCardRank(hand2[1]));
+  if (low1 != low2 || high1 != high2) return false;
+  return low1 == high1 || (isSuit(hand1[0], hand1[1]) && isSuit(hand2[0], hand2[1]));
+}
+
+// Answers from a table, from the symmetry of twins, or by counting.
+void CachedMatchup(const std::map<PokerLogic::MatchupKey, int>& table, int* hand1, int* hand2,
+                   Street street, double& wins, double& boards) {
+  boards = street == Street::kRiver ? 1712304 : 194580;
+  const auto entry = table.find({HandKey(hand1[0], hand1[1]), HandKey(hand2[0], hand2[1])});
+  if (entry != table.end()) {
+    wins = entry->second * 0.5;
+  } else if (AreTwins(hand1, hand2)) {
+    wins = boards / 2;
+  } else {
+    Score(CountMatchup(BestIsa(), hand1, hand2, street), wins, boards);
+  }
+}
+
+}  // namespace
+}  // namespace pokermath
+
+double PokerLogic::getProbabilityOfWin(int* hand, int* board, int boardCount, int players) {
+  if (boardCount < 0 || boardCount > 5 || players < 2 || players > 10) return 0.0;
+  if (HR.empty() || trialCount < 1) return 0.0;
+  random.SetInterval(0, 51);
+  pokermath::HoldemTrials trials(std::span<const int, 2>(hand, 2),
+                                 {board, static_cast<std::size_t>(boardCount)}, players);
+  const auto draw = [this] { return random.DrawRandomNumber(); };
+  double sum = 0.0;
+  for (int i = 0; i < trialCount; ++i) {
+    const int sharers = trials.Deal(draw);
+    if (sharers > 0) sum += 1.0 / sharers;
+  }
+  return sum / trialCount;
+}
+
+void PokerLogic::getProbabilityOfWinWithNoBoard(int* hand1, int* hand2, double& wins,
+                                                double& boards) const {
+  using namespace pokermath;
+  Score(CountMatchup(BestIsa(), hand1, hand2, Street::kRiver), wins, boards);
+}
+
+void PokerLogic::getProbabilityOfWinWithNoBoardToTurn(int* hand1, int* hand2, double& wins,
+                                                      double& boards) const {
+  using namespace pokermath;
+  Score(CountMatchup(BestIsa(), hand1, hand2, Street::kTurn), wins, boards);
+}
+
+int PokerLogic::GetWinHandVsHand(int* hand1, int* hand2, double& wins, double& boards) const {
+  pokermath::CachedMatchup(equityTable, hand1, hand2, pokermath::Street::kRiver, wins, boards);
+  return 1;
+}
+
+int PokerLogic::GetWinHandVsHandToTurn(int* hand1, int* hand2, double& wins, double& boards) const {
+  pokermath::CachedMatchup(equityTurnTable, hand1, hand2, pokermath::Street::kTurn, wins, boards);
+  return 1;
+}

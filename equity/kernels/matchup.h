@@ -1,0 +1,19 @@
+// Exact Hold'em count of one hand against another before the flop.
+
+#ifndef POKERMATH_EQUITY_KERNELS_MATCHUP_H_
+#define POKERMATH_EQUITY_KERNELS_MATCHUP_H_
+
+#include "platform/isa.h"
+#include "pokermath/equity.h"
+
+namespace pokermath {
+
+/// Counts every five-card (river) or four-card (turn) board that the two hands leave.
+///
+/// @param isa          instructions to use; the machine must have them
+/// @param hand1,hand2  two card codes each, all different
+Tally CountMatchup(Isa isa, const int* hand1, const int* hand2, Street street);
+
+}  // namespace pokermath
+
+#endif  // POKERMATH_EQUITY_KERNELS_MATCHUP_H_

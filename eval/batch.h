@@ -1,0 +1,16 @@
+#ifndef POKERMATH_EVAL_BATCH_H_
+#define POKERMATH_EVAL_BATCH_H_
+
+#include <cstddef>
+#include <cstdint>
+
+#include "platform/isa.h"
+
+namespace pokermath {
+
+/// EvaluateBatch with the instructions of a given level, which the machine must have.
+void EvaluateBatch(Isa isa, const std::uint8_t* cards, std::size_t hands, std::uint16_t* values);
+
+}  // namespace pokermath
+
+#endif  // POKERMATH_EVAL_BATCH_H_

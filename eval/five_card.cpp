@@ -1,0 +1,113 @@
+// The prime-product evaluator.
+//
+// Five different ranks, suited or not, are found by the OR of their rank bits. Every other hand is
+// found by the product of its primes, in a sorted list or through a perfect hash. The best of six
+// or seven cards needs no subsets: the compact evaluator knows it, from ranks and suits read off
+// the card words.
+
+#include <cstdint>
+#include <cstdio>
+
+#include "eval/compact_keys.h"
+#include "eval/five_card_hash.h"
+#include "eval/five_card_tables.h"
+#include "eval/scales.h"
+#include "pokermath/evaluators.h"
+
+namespace pokermath {
+namespace {
+
+constexpr std::uint32_t kPrimes[13] = {2, 3, 5, 7, 11, 13, 17, 19, 23, 29, 31, 37, 41};
+constexpr std::uint32_t kSuitBits = 0xF000;
+
+// Value of a flush or of five different ranks; 0 for a hand with a repeated rank.
+int ValueByRankBits(std::uint32_t c1, std::uint32_t c2, std::uint32_t c3, std::uint32_t c4,
+                    std::uint32_t c5) {
+  const std::uint32_t ranks = (c1 | c2 | c3 | c4 | c5) >> 16;
+  if ((c1 & c2 & c3 & c4 & c5 & kSuitBits) != 0) return kFlushValues[ranks];
+  return kUniqueFiveValues[ranks];
+}
+
+std::uint32_t PrimeProduct(std::uint32_t c1, std::uint32_t c2, std::uint32_t c3, std::uint32_t c4,
+                           std::uint32_t c5) {
+  return (c1 & 0xFF) * (c2 & 0xFF) * (c3 & 0xFF) * (c4 & 0xFF) * (c5 & 0xFF);
+}
+
+// Four-bit counters of the suits by suit bits of a card word, hearts in the second and so on.
+constexpr std::uint64_t kSuitCounter[16] = {0, 0x1000, 0x0100, 0, 0x0010, 0, 0, 0, 0x0001};
+
+// Descending value of the best five of `count` card words.
+template <int count>
+int EvaluateWords(const int* words) {
+  std::uint32_t key = 0;
+  std::uint64_t suits = CompactTables::kSuitStart;
+  for (int i = 0; i < count; ++i) {
+    const auto word = static_cast<std::uint32_t>(words[i]);
+    key += kRankKeys[word >> 8 & 15];
+    suits += kSuitCounter[word >> 12 & 15];
+  }
+  if (const std::uint64_t flush = suits & CompactTables::kFlushBits; flush != 0) [[unlikely]] {
+    const std::uint32_t suit_bit = 0x8000u >> (__builtin_ctzll(flush) / 4);
+    std::uint32_t mask = 0;
+    for (int i = 0; i < count; ++i) {
+      const auto word = static_cast<std::uint32_t>(words[i]);
+      mask |= (word & suit_bit) != 0 ? word >> 16 : 0;
+    }
+    return OtherScale(kCompactTables.flush_values[mask]);
+  }
+  return OtherScale(ValueOfRanks<count>(key));
+}
+
+}  // namespace
+}  // namespace pokermath
+
+CPokerDeck::CPokerDeck() {
+  int card = 0;
+  for (std::uint32_t suit_bit = 0x8000; suit_bit >= 0x1000; suit_bit >>= 1) {
+    for (std::uint32_t rank = 0; rank < 13; ++rank) {
+      words[card++] =
+          static_cast<int>(pokermath::kPrimes[rank] | rank << 8 | suit_bit | 1u << (16 + rank));
+    }
+  }
+}
+
+int eval_5cards(int c1, int c2, int c3, int c4, int c5) {
+  const auto w1 = static_cast<std::uint32_t>(c1);
+  const auto w2 = static_cast<std::uint32_t>(c2);
+  const auto w3 = static_cast<std::uint32_t>(c3);
+  const auto w4 = static_cast<std::uint32_t>(c4);
+  const auto w5 = static_cast<std::uint32_t>(c5);
+  if (const int value = pokermath::ValueByRankBits(w1, w2, w3, w4, w5); value != 0) return value;
+  const std::uint32_t product = pokermath::PrimeProduct(w1, w2, w3, w4, w5);
+  int low = 0;
+  int high = 4887;
+  while (low <= high) {
+    const int middle = (low + high) >> 1;
+    if (product < pokermath::kProducts[middle]) {
+      high = middle - 1;
+    } else if (product > pokermath::kProducts[middle]) {
+      low = middle + 1;
+    } else {
+      return pokermath::kProductValues[middle];
+    }
+  }
+  std::fprintf(stderr, "ERROR:  no match found; key = %d\n", static_cast<int>(product));
+  return 0;
+}
+
+int eval_5hand_fast(int c1, int c2, int c3, int c4, int c5) {
+  const auto w1 = static_cast<std::uint32_t>(c1);
+  const auto w2 = static_cast<std::uint32_t>(c2);
+  const auto w3 = static_cast<std::uint32_t>(c3);
+  const auto w4 = static_cast<std::uint32_t>(c4);
+  const auto w5 = static_cast<std::uint32_t>(c5);
+  if (const int value = pokermath::ValueByRankBits(w1, w2, w3, w4, w5); value != 0) return value;
+  const auto [bucket, slot] = pokermath::HashProduct(pokermath::PrimeProduct(w1, w2, w3, w4, w5));
+  return pokermath::kHashValues[slot ^ pokermath::kHashAdjust[bucket]];
+}
+
+int eval_5hand(int* words) { return eval_5cards(words[0], words[1], words[2], words[3], words[4]); }
+
+int eval_6hand(int* words) { return pokermath::EvaluateWords<6>(words); }
+
+int eval_7hand(int* words) { return pokermath::EvaluateWords<7>(words); }

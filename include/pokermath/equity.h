@@ -1,0 +1,44 @@
+// Free equity functions: exact counts, without any table to load.
+
+#ifndef POKERMATH_EQUITY_H_
+#define POKERMATH_EQUITY_H_
+
+#include <cstdint>
+#include <span>
+
+#include "pokermath/export.h"
+
+namespace pokermath {
+
+/// The result of an exact count, seen from the first hand. Losses are cases - wins - ties.
+struct Tally {
+  std::int64_t wins = 0;   ///< boards that the first hand wins alone
+  std::int64_t ties = 0;   ///< boards that both hands share
+  std::int64_t cases = 0;  ///< boards counted
+
+  bool operator==(const Tally&) const = default;
+  /// Share of the pot, 0..1: a tie counts one half.
+  double Equity() const {
+    return (static_cast<double>(wins) + 0.5 * static_cast<double>(ties)) /
+           static_cast<double>(cases);
+  }
+};
+
+/// Up to which board the hands are compared; the value is the number of board cards.
+enum class Street : int { kTurn = 4, kRiver = 5 };
+
+/// Exact Hold'em count of one hand against another over every board that the known cards leave.
+///
+/// @param hand1,hand2  two card codes each, 0..51
+/// @param board        known board cards, 0 up to the street's number; all cards different; not
+///                     checked
+/// @param street       the river (seven cards a hand) or the turn (six)
+/// About 3 µs without a board. The first call builds 10 MB of tables (10 ms). Thread-safe.
+POKERMATH_EXPORT Tally HoldemHandVsHand(std::span<const int, 2> hand1,
+                                        std::span<const int, 2> hand2,
+                                        std::span<const int> board = {},
+                                        Street street = Street::kRiver);
+
+}  // namespace pokermath
+
+#endif  // POKERMATH_EQUITY_H_

@@ -1,0 +1,111 @@
+// Free evaluators: the value of five, six or seven cards.
+//
+// Two scales: descending, 1 = royal flush .. 7462 = seven high (smaller is better), and ascending,
+// 7463 less that (1 .. 7462, larger is better). Every function says which one it returns.
+
+#ifndef POKERMATH_EVALUATORS_H_
+#define POKERMATH_EVALUATORS_H_
+
+#include <cstddef>
+#include <cstdint>
+
+#include "pokermath/export.h"
+
+/// The 52 card words of the prime-product evaluator, indexed by card code.
+///
+/// word = prime | rank << 8 | suit bit | 1 << (16 + rank); primes 2 .. 41 for deuce .. ace, suit
+/// bit 0x8000, 0x4000, 0x2000, 0x1000 for clubs, diamonds, hearts, spades.
+/// This is the published prime-product scheme for five-card hands.
+class POKERMATH_EXPORT CPokerDeck {
+ public:
+  CPokerDeck();
+  int operator[](int card) const { return words[card]; }
+
+  int words[52];
+};
+
+// All of these take card words (CPokerDeck), return the descending scale 1..7462, need nothing
+// loaded and may run in any number of threads. Cards are not checked.
+
+/// Five cards, products found by binary search. Prints a line on standard error and returns 0 for
+/// five words that are no hand.
+POKERMATH_EXPORT int eval_5cards(int c1, int c2, int c3, int c4, int c5);
+/// Five cards, products found by a perfect hash.
+POKERMATH_EXPORT int eval_5hand_fast(int c1, int c2, int c3, int c4, int c5);
+/// Five card words in an array.
+POKERMATH_EXPORT int eval_5hand(int* words);
+/// The best five of six card words.
+POKERMATH_EXPORT int eval_6hand(int* words);
+/// The best five of seven card words.
+POKERMATH_EXPORT int eval_7hand(int* words);
+
+namespace pokermath {
+
+/// Constant tables of the compact evaluator; its functions below are how to use them.
+///
+/// Every card adds one 64-bit word. Bits 38..63 sum up a key of the ranks, which finds the value of
+/// the hand without its suits in two steps: values[rows[key >> 13] + (key & 8191)]. Bits 0..15
+/// count the suits, four bits each, offset so that five cards of a suit set the highest of the
+/// four.
+struct CompactTables {
+  static constexpr int kKeyShift = 38;
+  static constexpr std::uint64_t kSuitStart = 0x3333;
+  static constexpr std::uint64_t kFlushBits = 0x8888;
+  static constexpr int kColumnBits = 13;
+
+  std::uint64_t card_words[52];      ///< by card code
+  std::uint16_t flush_values[8192];  ///< best flush of a 13-bit rank mask, 0 below five ranks
+  const std::uint16_t* rows[3];      ///< for 5, 6 and 7 cards: 8,192 row offsets each
+  const std::uint16_t* values[3];    ///< for 5, 6 and 7 cards: ascending values without suits
+};
+POKERMATH_EXPORT extern const CompactTables kCompactTables;
+
+/// Value of `count` cards (5, 6 or 7) on the ascending scale 1..7462, larger is better.
+///
+/// @param cards  card codes 0..51, all different; not checked
+/// Needs nothing loaded, takes about 3 ns, may run in any number of threads.
+template <int count, typename Card>
+inline int EvaluateCards(const Card* cards) {
+  static_assert(count >= 5 && count <= 7);
+  const CompactTables& tables = kCompactTables;
+  std::uint64_t sum = CompactTables::kSuitStart;
+  for (int i = 0; i < count; ++i) sum += tables.card_words[cards[i]];
+  if (const std::uint64_t flush = sum & CompactTables::kFlushBits; flush != 0) [[unlikely]] {
+    // Five cards of a suit leave at most two others: no full house, no four of a kind beats it.
+    const int suit = __builtin_ctzll(flush) / 4;
+    unsigned mask = 0;
+    for (int i = 0; i < count; ++i) {
+      mask |= static_cast<unsigned>(cards[i] / 13 == suit) << (cards[i] % 13);
+    }
+    return tables.flush_values[mask];
+  }
+  const std::uint64_t key = sum >> CompactTables::kKeyShift;
+  const std::uint16_t row = tables.rows[count - 5][key >> CompactTables::kColumnBits];
+  return tables.values[count - 5][row + (key & ((1u << CompactTables::kColumnBits) - 1))];
+}
+
+/// The same for a count that is known at run time; 0 for any count but 5, 6 and 7.
+POKERMATH_EXPORT int EvaluateCards(const int* cards, int count);
+
+/// Values of many seven-card hands at once, on the ascending scale.
+///
+/// @param cards   7 bytes a hand, one hand behind the other: card codes 0..51; not checked
+/// @param hands   how many hands
+/// @param values  out: one value a hand, 1..7462
+/// About 1 ns a hand with AVX2.
+POKERMATH_EXPORT void EvaluateBatch(const std::uint8_t* cards, std::size_t hands,
+                                    std::uint16_t* values);
+
+/// Converts the ascending scale to the HandRanks scale (category * 4096 + place, poker_logic.h).
+POKERMATH_EXPORT int HandRanksFromAscending(int ascending);
+
+/// The five cards that play among five to seven: indexes into `cards`, in rising order.
+///
+/// @param cards  card codes, all different; not checked
+/// @param count  5, 6 or 7
+/// @param best   out: five indexes 0..count-1
+POKERMATH_EXPORT void FindBestFive(const int* cards, int count, int best[5]);
+
+}  // namespace pokermath
+
+#endif  // POKERMATH_EVALUATORS_H_

@@ -1,0 +1,14 @@
+// Everything that pokermath exports.
+
+#ifndef POKERMATH_POKERMATH_H_
+#define POKERMATH_POKERMATH_H_
+
+#include "pokermath/cards.h"
+#include "pokermath/equity.h"
+#include "pokermath/evaluators.h"
+#include "pokermath/messages.h"
+#include "pokermath/poker_logic.h"
+#include "pokermath/ranges.h"
+#include "pokermath/text.h"
+
+#endif  // POKERMATH_POKERMATH_H_

@@ -1,0 +1,22 @@
+// The text, list and integer types of the interface.
+
+#ifndef POKERMATH_TEXT_H_
+#define POKERMATH_TEXT_H_
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "pokermath/export.h"
+
+using CString = std::wstring;
+using CStringArray = std::vector<std::wstring>;
+using __int64 = std::int64_t;
+
+/// Converts a NUL-terminated Windows-1252 text to wide text.
+///
+/// @param text  narrow text, one byte a character
+/// @param out   out: a new NUL-terminated array; the caller owns it and frees it with delete[]
+POKERMATH_EXPORT void charTOwchar(const char* text, wchar_t*& out);
+
+#endif  // POKERMATH_TEXT_H_

@@ -1,0 +1,53 @@
+#include "platform/text.h"
+
+#include <utf8.h>
+
+#include <cstring>
+#include <iterator>
+
+#include "pokermath/text.h"
+
+namespace pokermath {
+namespace {
+
+constexpr char32_t kReplacement = 0xFFFD;
+
+// Windows-1252 differs from Latin-1 in these 32 places; the five unused bytes stay control codes.
+constexpr wchar_t kWindows1252[32] = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+}  // namespace
+
+std::string ToUtf8(std::wstring_view text) {
+  std::string bytes;
+  bytes.reserve(text.size());
+  for (const wchar_t wide : text) {
+    const auto code = static_cast<char32_t>(wide);
+    const bool valid = code < 0xD800 || (code > 0xDFFF && code <= 0x10FFFF);
+    utf8::unchecked::append(valid ? code : kReplacement, std::back_inserter(bytes));
+  }
+  return bytes;
+}
+
+std::wstring FromUtf8(std::string_view bytes) {
+  std::string valid;
+  valid.reserve(bytes.size());
+  utf8::replace_invalid(bytes.begin(), bytes.end(), std::back_inserter(valid), kReplacement);
+  std::wstring text;
+  utf8::unchecked::utf8to32(valid.begin(), valid.end(), std::back_inserter(text));
+  return text;
+}
+
+}  // namespace pokermath
+
+void charTOwchar(const char* text, wchar_t*& out) {
+  const std::size_t length = std::strlen(text);
+  out = new wchar_t[length + 1];
+  for (std::size_t i = 0; i <= length; ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    out[i] = byte >= 0x80 && byte < 0xA0 ? pokermath::kWindows1252[byte - 0x80]
+                                         : static_cast<wchar_t>(byte);
+  }
+}
