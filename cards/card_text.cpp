@@ -3,6 +3,7 @@
 #include <cctype>
 #include <cstdint>
 
+#include "platform/text.h"
 #include "pokermath/cards.h"
 
 namespace pokermath {
@@ -16,18 +17,16 @@ bool IsSeparator(char c) {
 }
 
 // The piece of the text that an error quotes: up to two characters (three after "10"), as they
-// stand. A character of several bytes is kept whole, control characters become '?'.
+// stand, but for control characters and what is no UTF-8.
 std::string BadPiece(std::string_view text) {
-  const int wanted = text.starts_with("10") ? 3 : 2;
-  std::string piece;
-  int characters = 0;
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (IsSeparator(c)) break;
-    if ((byte & 0xC0) != 0x80 && ++characters > wanted) break;
-    piece += byte < 0x20 || byte == 0x7F ? '?' : c;
+  const std::size_t wanted = text.starts_with("10") ? 3 : 2;
+  constexpr std::size_t kBytes = 16;  // three characters are at most twelve
+  std::wstring piece;
+  for (const wchar_t c : FromUtf8(text.substr(0, kBytes))) {
+    if (piece.size() == wanted || (c < 0x80 && IsSeparator(static_cast<char>(c)))) break;
+    piece += c < 0x20 || c == 0x7F ? L'?' : c;
   }
-  return piece;
+  return ToUtf8(piece);
 }
 
 // The card at the start of the text and its length; -1 if there is none.

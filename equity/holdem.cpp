@@ -29,8 +29,8 @@ void Score(const Tally& tally, double& wins, double& boards) {
 // Whether two hands are equal but for their suits in a way that makes them equally good: pairs of
 // one rank, or two suited hands of the same ranks.
 bool AreTwins(const int* hand1, const int* hand2) {
-  const auto [low1, high1] = std::minmax(GetCardRank(hand1[0]), GetCardRank(hand1[1]));
-  const auto [low2, high2] = std::minmax(GetCardRank(hand2[0]), GetCardRank(hand2[1]));
+  const auto [low1, high1] = std::minmax({GetCardRank(hand1[0]), GetCardRank(hand1[1])});
+  const auto [low2, high2] = std::minmax({GetCardRank(hand2[0]), GetCardRank(hand2[1])});
   if (low1 != low2 || high1 != high2) return false;
   return low1 == high1 || (isSuit(hand1[0], hand1[1]) && isSuit(hand2[0], hand2[1]));
 }

@@ -42,13 +42,18 @@ struct KeyBytes {
   }
 };
 
+// First card code and flush code of each suit.
+alignas(16) constexpr std::uint8_t kSuitFirsts[16] = {0, 13, 26, 39};
+alignas(16) constexpr std::uint8_t kSuitCodes[16] = {0, 1, 16, 17};
+
 using Four = __m256i;  // 64 bits for each of four hands
 
 POKERMATH_TARGET_AVX2 inline Four Repeat(const std::uint8_t* table) {
   return _mm256_broadcastsi128_si256(_mm_load_si128(reinterpret_cast<const __m128i*>(table)));
 }
 
-// Seven bytes and a zero from each of four hands. Reads 30 bytes, two more than are there.
+// Seven bytes and a zero from each of four hands. Reads 30 bytes, two more than are there. The zero
+// stands for a deuce, whose key is 0.
 POKERMATH_TARGET_AVX2 inline Four LoadFour(const std::uint8_t* cards) {
   const auto load = [](const std::uint8_t* from) POKERMATH_TARGET_AVX2 {
     return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
@@ -63,31 +68,24 @@ POKERMATH_TARGET_AVX2 inline Four Sum(Four table, Four ranks) {
   return _mm256_sad_epu8(_mm256_shuffle_epi8(table, ranks), _mm256_setzero_si256());
 }
 
-// Stores the key sums of four hands, modulo 2^26, and returns a bit for each that holds a flush.
+// Stores the key sums of four hands and returns a bit for each that holds a flush.
 POKERMATH_TARGET_AVX2 inline unsigned SumFour(const std::uint8_t* cards, const KeyBytes& tables,
                                               std::uint64_t* keys) {
   const Four no_card = _mm256_set1_epi64x(static_cast<long long>(0xFF00000000000000ull));
-  const Four thirteen = _mm256_set1_epi8(13);
   const Four zero = _mm256_setzero_si256();
   const Four bytes = LoadFour(cards);
-  const Four above_clubs = _mm256_cmpgt_epi8(bytes, _mm256_set1_epi8(12));
-  const Four above_diamonds = _mm256_cmpgt_epi8(bytes, _mm256_set1_epi8(25));
-  const Four above_hearts = _mm256_cmpgt_epi8(bytes, _mm256_set1_epi8(38));
-  Four ranks = _mm256_sub_epi8(bytes, _mm256_and_si256(above_clubs, thirteen));
-  ranks = _mm256_sub_epi8(ranks, _mm256_and_si256(above_diamonds, thirteen));
-  ranks = _mm256_sub_epi8(ranks, _mm256_and_si256(above_hearts, thirteen));
-  ranks = _mm256_or_si256(ranks, no_card);
+  // A card's suit is its code / 13, which for 0..51 is code * 5 / 64.
+  const Four five_fold = _mm256_add_epi8(bytes, _mm256_slli_epi16(bytes, 2));
+  const Four suit = _mm256_and_si256(_mm256_srli_epi16(five_fold, 6), _mm256_set1_epi8(3));
+  const Four first = _mm256_shuffle_epi8(Repeat(kSuitFirsts), suit);
+  const Four ranks = _mm256_sub_epi8(bytes, first);
   const Four key0 = Sum(Repeat(tables.byte[0]), ranks);
   const Four key1 = _mm256_slli_epi64(Sum(Repeat(tables.byte[1]), ranks), 8);
   const Four key2 = _mm256_slli_epi64(Sum(Repeat(tables.byte[2]), ranks), 16);
-  const Four key = _mm256_and_si256(_mm256_add_epi64(key0, _mm256_add_epi64(key1, key2)),
-                                    _mm256_set1_epi64x((1 << 26) - 1));
+  const Four key = _mm256_add_epi64(key0, _mm256_add_epi64(key1, key2));
   _mm256_store_si256(reinterpret_cast<Four*>(keys), key);
 
-  // Codes: clubs 0, diamonds 1, hearts 16, spades 17.
-  const Four odd = _mm256_xor_si256(_mm256_xor_si256(above_clubs, above_diamonds), above_hearts);
-  const Four suits = _mm256_or_si256(_mm256_and_si256(odd, _mm256_set1_epi8(1)),
-                                     _mm256_and_si256(above_diamonds, _mm256_set1_epi8(16)));
+  const Four suits = _mm256_shuffle_epi8(Repeat(kSuitCodes), suit);
   const Four total = _mm256_sad_epu8(suits, zero);
   const Four majority = _mm256_and_si256(_mm256_srli_epi64(total, 2), _mm256_set1_epi64x(0x11));
   const Four first_byte = _mm256_set_epi64x(0x0808080808080808, 0, 0x0808080808080808, 0);

@@ -10,13 +10,13 @@
 
 namespace pokermath {
 
-/// 24-bit key of each rank.
+/// Key of each rank, below 2^24; the deuce's is 0. The keys of seven cards sum up to less than
+/// 2^26.
 extern const std::uint32_t kRankKeys[13];
 
 /// Ascending value of `count` cards (5..7) that are no flush, by the sum of their rank keys.
 template <int count>
-inline int ValueOfRanks(std::uint32_t key_sum) {
-  const std::uint32_t key = key_sum & ((1u << 26) - 1);
+inline int ValueOfRanks(std::uint32_t key) {
   const std::uint16_t row = kCompactTables.rows[count - 5][key >> CompactTables::kColumnBits];
   return kCompactTables.values[count - 5][row + (key & ((1u << CompactTables::kColumnBits) - 1))];
 }

@@ -19,7 +19,7 @@ std::vector<std::array<int, 4>> SuitOrders() {
 }
 
 std::size_t IndexOf(int card1, int card2) {
-  const auto [low, high] = std::minmax(card1, card2);
+  const auto [low, high] = std::minmax({card1, card2});
   return static_cast<std::size_t>(HandIndex(low, high));
 }
 

@@ -1,10 +1,11 @@
 // Fills the tables of the compact evaluator: the value of five, six or seven cards by the sum of
 // their rank keys.
 //
-// Keys are 24-bit numbers such that no two hands of different value have the same key sum modulo
-// 2^26; we draw key sets until one is right. A sum is cut into a row (upper 13 bits) and a column
-// (lower 13 bits). The rows are laid over one another in one array, those with most entries first,
-// each at the first offset where its entries fall on free places or on equal values.
+// Keys are numbers such that no two hands of different value have the same key sum; we draw key
+// sets until one is right. A deuce has the key 0, and no key exceeds a seventh of 2^26, so that
+// sums have 26 bits. A sum is cut into a row (upper 13 bits) and a column (lower 13 bits). The rows
+// are laid over one another in one array, those with most entries first, each at the first offset
+// where its entries fall on free places or on equal values.
 
 #include "eval/generate/compact_tables.h"
 
@@ -22,7 +23,7 @@
 namespace pokermath {
 namespace {
 
-constexpr std::uint32_t kSumMask = (1u << 26) - 1;
+constexpr std::uint32_t kMaxKey = ((1u << 26) - 1) / 7;
 constexpr int kColumnBits = 13;
 constexpr std::uint32_t kColumns = 1u << kColumnBits;
 constexpr std::size_t kRows = 8192;
@@ -62,7 +63,7 @@ std::vector<SumValue> ValuesBySum(const std::map<RankCounts, int>& values, const
     for (std::size_t rank = 0; rank < 13; ++rank) {
       sum += static_cast<std::uint32_t>(counts[rank]) * keys[rank];
     }
-    by_sum.push_back({sum & kSumMask, value});
+    by_sum.push_back({sum, value});
   }
   std::ranges::sort(by_sum);
   const auto repeated = std::ranges::unique(by_sum);
@@ -152,7 +153,8 @@ void WriteCompactTables(std::ostream& out, const ReferenceValues& reference) {
     return !(by_sum[i] = ValuesBySum(values[i], keys)).empty();
   };
   do {
-    for (std::uint32_t& key : keys) key = static_cast<std::uint32_t>(random() >> 8);
+    for (std::uint32_t& key : keys) key = static_cast<std::uint32_t>(random() % (kMaxKey + 1));
+    keys[0] = 0;
   } while (!(works(2) && works(1) && works(0)));
 
   out << "// Written by pokermath_generate.\n#include \"eval/compact_keys.h\"\n"

@@ -15,8 +15,8 @@ namespace pokermath {
 ///
 /// The default is a modal box with an OK button when a display is there (DISPLAY or
 /// WAYLAND_DISPLAY is set and SDL2 is installed), otherwise one line on standard error.
-/// @param handler  called on the thread that has something to say, so by several at once if the host
-///                 loads in several. An empty function restores the default.
+/// @param handler  called on the thread that has something to say, so by several at once if the
+///                 host loads in several. An empty function restores the default.
 POKERMATH_EXPORT void SetMessageHandler(std::function<void(const CString& text)> handler);
 
 }  // namespace pokermath

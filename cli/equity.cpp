@@ -1,0 +1,100 @@
+// `pokermath equity`: a Hold'em hand against a given hand, exact, or against random hands, sampled.
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "cli/command.h"
+#include "cli/equity_answer.h"
+#include "cli/equity_question.h"
+#include "cli/equity_report.h"
+#include "cli/line_mode.h"
+#include "cli/output.h"
+#include "cli/progress.h"
+#include "cli/stop_signals.h"
+
+namespace pokermath::cli {
+namespace {
+
+constexpr const char* kExamples =
+    R"(Hand against hand is exact. Against 'random' it is sampled; Ctrl-C stops and shows
+what was sampled so far.
+Equity is the share of the pot: a pot shared by k players counts 1/k.
+
+Examples:
+  pokermath equity AhKd 7s7c
+  pokermath equity AhKd 7s7c --board 2c3d4h
+  pokermath equity AhKd 7s7c --to turn --json
+  pokermath equity AhKd random --players 6 --trials 10000000
+  pokermath equity - <questions.txt    one question a line in the same words, like
+                                       'AhKd 7s7c --board 2c3d4h'; options beside
+                                       the - hold for every line; empty lines and
+                                       lines that start with # have no answer)";
+
+EquityAnswer SampleWithProgress(const EquityQuestion& question) {
+  const StopSignals signals;
+  Progress progress("sampling", question.trials, "trials", std::chrono::seconds(1));
+  return Sample(question, [&progress](std::int64_t done) {
+    progress.Update(done);
+    return !StopRequested();
+  });
+}
+
+int AnswerQuestionLines(const EquityWords& options, bool json) {
+  return AnswerLines(json, [&](std::string_view line, std::string& out) {
+    const EquityQuestion question = ReadQuestion(SplitLine(line, options));
+    const EquityAnswer answer =
+        question.opponent ? Count(question) : Sample(question, [](std::int64_t) { return true; });
+    out += json ? JsonLine(EquityJson(question, answer)) : EquityLine(question, answer);
+  });
+}
+
+int RunEquity(const EquityWords& words, bool json) {
+  if (words.hands == std::vector<std::string>{"-"}) return AnswerQuestionLines(words, json);
+  const EquityQuestion question = ReadQuestion(words);
+  const EquityAnswer answer = question.opponent ? Count(question) : SampleWithProgress(question);
+  Print(json ? JsonLine(EquityJson(question, answer))
+             : EquityPage(question, answer, Colours::ForStandardOutput()));
+  return kExitDone;
+}
+
+}  // namespace
+
+void AddEquity(CLI::App& program, int& exit_code) {
+  struct Options {
+    std::string hand, opponent;
+    EquityWords words;
+    bool json = false;
+  };
+  auto options = std::make_shared<Options>();
+  EquityWords& words = options->words;
+  CLI::App* command = program.add_subcommand("equity", "Equity of a Texas Hold'em hand");
+  command
+      ->add_option("HAND", options->hand,
+                   "Two cards in one word, or - for one question a line from standard input")
+      ->required()
+      ->type_name("");
+  CLI::Option* opponent =
+      command->add_option("OPPONENT", options->opponent, "Two cards, or the word random")
+          ->type_name("");
+  command->add_option("--board", words.board, "Known board cards, up to 5 (4 to the turn)")
+      ->type_name("CARDS");
+  command->add_option("--to", words.to, "Compare the hands on the turn or the river [river]")
+      ->type_name("STREET");
+  command
+      ->add_option("--players", words.players,
+                   "Players at the table against random hands, 2 to 10 [2]")
+      ->type_name("N");
+  command->add_option("--trials", words.trials, "Random deals [1000000]")->type_name("N");
+  command->add_option("--seed", words.seed, "Start of the random numbers [1]")->type_name("N");
+  command->add_flag("--json", options->json, "Print a JSON object (one a line with -)");
+  command->footer(kExamples);
+  command->callback([options, opponent, &exit_code] {
+    std::vector<std::string>& hands = options->words.hands;
+    hands.push_back(options->hand);
+    if (opponent->count() > 0) hands.push_back(options->opponent);
+    exit_code = RunEquity(options->words, options->json);
+  });
+}
+
+}  // namespace pokermath::cli

@@ -1,0 +1,180 @@
+#include "cli/equity_question.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+
+#include "cli/errors.h"
+#include "cli/number_text.h"
+#include "pokermath/cards.h"
+
+namespace pokermath::cli {
+namespace {
+
+constexpr std::string_view kBlanks = " \t\r";
+
+// Cuts the next word off the front of a text; empty at its end.
+std::string_view NextWord(std::string_view& text) {
+  text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+  const std::string_view word = text.substr(0, text.find_first_of(kBlanks));
+  text.remove_prefix(word.size());
+  return word;
+}
+
+using Option = std::optional<std::string> EquityWords::*;
+
+struct NamedOption {
+  std::string_view name;
+  Option option;
+};
+constexpr NamedOption kOptions[] = {{"--board", &EquityWords::board},
+                                    {"--to", &EquityWords::to},
+                                    {"--players", &EquityWords::players},
+                                    {"--trials", &EquityWords::trials},
+                                    {"--seed", &EquityWords::seed}};
+
+Option OptionByName(std::string_view name) {
+  std::string accepted;
+  for (const NamedOption& known : kOptions) {
+    if (known.name == name) return known.option;
+    accepted += (accepted.empty() ? "" : ", ") + std::string(known.name);
+  }
+  throw UsageError(Quoted(name) + " is not an option of a question: " + accepted);
+}
+
+std::vector<int> ReadCards(std::string_view text) {
+  CardsResult read = ParseCards(text);
+  if (!read.error.empty()) throw UsageError(read.error);
+  return std::move(read.cards);
+}
+
+std::string CountOfCards(std::string_view text, std::size_t count) {
+  return fmt::format("{} has {} {}", Quoted(text), count, count == 1 ? "card" : "cards");
+}
+
+std::array<int, 2> ReadHand(std::string_view text) {
+  const std::vector<int> cards = ReadCards(text);
+  if (cards.size() != 2) throw UsageError(CountOfCards(text, cards.size()) + ": a hand has 2");
+  return {cards[0], cards[1]};
+}
+
+// None stands for random hands.
+std::optional<std::array<int, 2>> ReadOpponent(std::string_view text) {
+  if (text == "random") return std::nullopt;
+  // No card starts like this: a slip in that word.
+  if (text.starts_with("r") || text.starts_with("R")) {
+    throw UsageError(Quoted(text) + " is not an opponent: two cards, or the word random");
+  }
+  return ReadHand(text);
+}
+
+std::vector<int> ReadBoard(std::string_view text, Street street) {
+  std::vector<int> cards = ReadCards(text);
+  if (cards.size() > static_cast<std::size_t>(street)) {
+    throw UsageError(fmt::format("{}: a board has up to {}{}", CountOfCards(text, cards.size()),
+                                 static_cast<int>(street),
+                                 street == Street::kTurn ? " with --to turn" : ""));
+  }
+  return cards;
+}
+
+Street ReadStreet(std::string_view text) {
+  if (text == "turn") return Street::kTurn;
+  if (text == "river") return Street::kRiver;
+  throw UsageError("--to " + Quoted(text) + " is not known: turn or river");
+}
+
+template <typename Number>
+Number ReadNumber(const char* option, std::string_view text, Number low, Number high) {
+  Number number{};
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc{} || end != text.data() + text.size() || number < low || number > high) {
+    throw UsageError(fmt::format("{} {} is not accepted: a whole number from {} to {}", option,
+                                 Quoted(text), low, high));
+  }
+  return number;
+}
+
+void CheckCardsDiffer(const EquityQuestion& question) {
+  std::uint64_t seen = 0;
+  const auto check = [&seen](const auto& cards) {
+    for (const int card : cards) {
+      if ((seen >> card & 1) != 0) throw UsageError(CardName(card) + " is given twice");
+      seen |= std::uint64_t{1} << card;
+    }
+  };
+  check(question.hand);
+  if (question.opponent) check(*question.opponent);
+  check(question.board);
+}
+
+void ReadSampling(const EquityWords& words, EquityQuestion& question) {
+  if (question.street == Street::kTurn) {
+    throw UsageError("--to turn goes with two hands only: 'random' is played to the river");
+  }
+  if (words.players) question.players = ReadNumber("--players", *words.players, 2, 10);
+  if (words.trials) {
+    constexpr std::int64_t kMostTrials = 1'000'000'000'000;
+    question.trials = ReadNumber("--trials", *words.trials, std::int64_t{1}, kMostTrials);
+  }
+  if (words.seed) {
+    question.seed = ReadNumber("--seed", *words.seed, std::uint64_t{0},
+                               std::numeric_limits<std::uint64_t>::max());
+  }
+}
+
+void RefuseSampling(const EquityWords& words) {
+  const char* option = words.players  ? "--players"
+                       : words.trials ? "--trials"
+                       : words.seed   ? "--seed"
+                                      : nullptr;
+  if (option == nullptr) return;
+  throw UsageError(
+      fmt::format("{} goes with the opponent 'random' only: two hands are exact", option));
+}
+
+}  // namespace
+
+EquityWords SplitLine(std::string_view line, const EquityWords& defaults) {
+  EquityWords words;
+  for (std::string_view word = NextWord(line); !word.empty(); word = NextWord(line)) {
+    if (!word.starts_with("--")) {
+      words.hands.emplace_back(word);
+      continue;
+    }
+    const std::size_t equals = word.find('=');
+    const std::string name(word.substr(0, equals));
+    std::optional<std::string>& option = words.*OptionByName(name);
+    if (option) throw UsageError(name + " is given twice");
+    option = equals == word.npos ? NextWord(line) : word.substr(equals + 1);
+    if (option->empty()) throw UsageError(name + " needs a value");
+  }
+  for (const NamedOption& known : kOptions) {
+    if (!(words.*known.option)) words.*known.option = defaults.*known.option;
+  }
+  return words;
+}
+
+EquityQuestion ReadQuestion(const EquityWords& words) {
+  if (words.hands.size() < 2) throw UsageError("two hands are needed: HAND OPPONENT");
+  if (words.hands.size() > 2) {
+    throw UsageError(Quoted(words.hands[2]) +
+                     " is one word too many: a hand or a board is one word, like AhKd");
+  }
+  EquityQuestion question;
+  question.hand = ReadHand(words.hands[0]);
+  question.opponent = ReadOpponent(words.hands[1]);
+  if (words.to) question.street = ReadStreet(*words.to);
+  if (words.board) question.board = ReadBoard(*words.board, question.street);
+  CheckCardsDiffer(question);
+  if (question.opponent) {
+    RefuseSampling(words);
+  } else {
+    ReadSampling(words, question);
+  }
+  return question;
+}
+
+}  // namespace pokermath::cli

@@ -1,0 +1,44 @@
+// A Hold'em question as a user words it, and what it means.
+
+#ifndef POKERMATH_CLI_EQUITY_QUESTION_H_
+#define POKERMATH_CLI_EQUITY_QUESTION_H_
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "pokermath/equity.h"
+
+namespace pokermath::cli {
+
+/// The words of a question, from the command line or from a line of input.
+struct EquityWords {
+  std::vector<std::string> hands;  ///< what stands without an option
+  std::optional<std::string> board, to, players, trials, seed;
+};
+
+/// A question that has an answer: every card is there once, every number is in its range.
+struct EquityQuestion {
+  std::array<int, 2> hand = {};
+  std::optional<std::array<int, 2>> opponent;  ///< none: random hands
+  std::vector<int> board;
+  Street street = Street::kRiver;
+  int players = 2;
+  // Random opponents are sampled.
+  std::int64_t trials = 1000000;
+  std::uint64_t seed = 1;
+};
+
+/// The words of a line, and the options of `defaults` that it does not have itself; throws
+/// UsageError for an option that is none.
+EquityWords SplitLine(std::string_view line, const EquityWords& defaults);
+
+/// Throws UsageError for words that are no question.
+EquityQuestion ReadQuestion(const EquityWords& words);
+
+}  // namespace pokermath::cli
+
+#endif  // POKERMATH_CLI_EQUITY_QUESTION_H_

@@ -1,0 +1,162 @@
+#include "cli/equity_report.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <nlohmann/json.hpp>
+
+namespace pokermath::cli {
+namespace {
+
+// A row of the table: a name, and what its owner wins.
+struct Row {
+  std::string name;  // as it is shown, escape sequences included
+  std::size_t name_width;
+  double equity;
+  std::int64_t counts[3];  // wins, ties, losses
+};
+
+double Percent(std::int64_t count, std::int64_t cases) {
+  return 100 * static_cast<double>(count) / static_cast<double>(cases);
+}
+
+const char* StreetName(const EquityQuestion& question) {
+  return question.street == Street::kTurn ? "turn" : "river";
+}
+
+// Where the hands stand: "before the flop to the river", "on the flop 2c3d4h to the turn".
+std::string Situation(const EquityQuestion& question, const Colours& colours) {
+  static constexpr const char* kNames[6] = {"before the flop", "with",        "with",
+                                            "on the flop",     "on the turn", "on the river"};
+  const std::size_t known = question.board.size();
+  std::string text = kNames[known];
+  if (known > 0) text += fmt::format(" {}", colours.Cards(question.board));
+  if (known == 1 || known == 2) text += " on the board";
+  if (known < static_cast<std::size_t>(question.street)) {
+    text += fmt::format(" to the {}", StreetName(question));
+  }
+  return text;
+}
+
+std::string OpponentText(const EquityQuestion& question, const Colours& colours) {
+  if (question.opponent) return colours.Cards(*question.opponent);
+  if (question.players == 2) return "a random hand";
+  return fmt::format("{} random hands", question.players - 1);
+}
+
+std::vector<Row> Rows(const EquityQuestion& question, const EquityAnswer& answer,
+                      const Colours& colours) {
+  std::vector<Row> rows;
+  rows.push_back({colours.Cards(question.hand),
+                  4,
+                  answer.equity,
+                  {answer.wins, answer.ties, answer.Losses()}});
+  if (question.opponent) {
+    rows.push_back({colours.Cards(*question.opponent),
+                    4,
+                    1 - answer.equity,
+                    {answer.Losses(), answer.ties, answer.wins}});
+  }
+  return rows;
+}
+
+std::string Table(const std::vector<Row>& rows, std::int64_t cases, const Colours& colours) {
+  // A count column is as wide as its longest count, a percentage and the blanks between.
+  std::size_t widths[3];
+  for (std::size_t column = 0; column < 3; ++column) {
+    widths[column] = 6;
+    for (const Row& row : rows) {
+      widths[column] = std::max(widths[column], Grouped(row.counts[column]).size());
+    }
+  }
+  constexpr std::size_t kNameWidth = 6;
+  constexpr std::size_t kPercentWidth = 10;  // "  100.00 %"
+  std::string head = fmt::format("{:{}}{:>12}", "", kNameWidth, "equity");
+  static constexpr const char* kTitles[3] = {"wins alone", "ties", "losses"};
+  for (std::size_t column = 0; column < 3; ++column) {
+    head += fmt::format("   {:>{}}", kTitles[column], widths[column] + kPercentWidth);
+  }
+  std::string table = colours.Faint(head) + "\n";
+  for (const Row& row : rows) {
+    table += fmt::format("{}{:{}}{}", row.name, "", kNameWidth - row.name_width,
+                         colours.Strong(fmt::format("{:>10.3f} %", 100 * row.equity)));
+    for (std::size_t column = 0; column < 3; ++column) {
+      table += fmt::format("   {:>{}}  {:>6.2f} %", Grouped(row.counts[column]), widths[column],
+                           Percent(row.counts[column], cases));
+    }
+    table += "\n";
+  }
+  return table;
+}
+
+// What was counted, how and how fast, and what the figures mean.
+std::string Footer(const EquityQuestion& question, const EquityAnswer& answer) {
+  const std::string time = DurationText(answer.elapsed);
+  if (question.opponent) {
+    return fmt::format("{} {}, exact, {}.\n{}\n", Grouped(answer.cases),
+                       answer.cases == 1 ? "board" : "boards", time,
+                       "Equity is the share of the pot: a tie counts one half.");
+  }
+  std::string text =
+      fmt::format("{} trials sampled with seed {}, standard error {:.3f} %, {}.\n",
+                  Grouped(answer.cases), question.seed, 100 * answer.standard_error, time);
+  if (answer.interrupted) {
+    text += fmt::format("Stopped early: {} trials were asked for.\n", Grouped(question.trials));
+  }
+  return fmt::format(
+      "{}Equity is the share of the pot: {}.\n", text,
+      question.players == 2 ? "a tie counts one half" : "a pot shared by k players counts 1/k");
+}
+
+}  // namespace
+
+std::string EquityPage(const EquityQuestion& question, const EquityAnswer& answer,
+                       const Colours& colours) {
+  return fmt::format("{} against {}, Texas Hold'em, {}\n\n{}\n{}", colours.Cards(question.hand),
+                     OpponentText(question, colours), Situation(question, colours),
+                     Table(Rows(question, answer, colours), answer.cases, colours),
+                     Footer(question, answer));
+}
+
+std::string EquityLine(const EquityQuestion& question, const EquityAnswer& answer) {
+  std::string line = fmt::format("{} {}", CardsText(question.hand),
+                                 question.opponent ? CardsText(*question.opponent) : "random");
+  if (!question.board.empty()) line += " --board " + CardsText(question.board);
+  if (question.street == Street::kTurn) line += " --to turn";
+  if (question.players != 2) line += fmt::format(" --players {}", question.players);
+  fmt::format_to(std::back_inserter(line), " equity {:.6f} wins {} ties {} losses {} of {}",
+                 answer.equity, answer.wins, answer.ties, answer.Losses(), answer.cases);
+  if (question.opponent) {
+    line += answer.cases == 1 ? " board exact" : " boards exact";
+  } else {
+    line += fmt::format(" trials sampled standard_error {:.6f}", answer.standard_error);
+  }
+  return line + "\n";
+}
+
+Json EquityJson(const EquityQuestion& question, const EquityAnswer& answer) {
+  Json json = {{"schema", kJsonSchema}, {"game", "holdem"}, {"hand", CardsJson(question.hand)}};
+  json["opponent"] = question.opponent ? CardsJson(*question.opponent) : Json("random");
+  json["board"] = CardsJson(question.board);
+  json["to"] = StreetName(question);
+  json["players"] = question.players;
+  json["equity"] = answer.equity;
+  json["wins"] = answer.wins;
+  json["ties"] = answer.ties;
+  json["cases"] = answer.cases;
+  if (question.opponent) {
+    json["method"] = "exact";
+  } else {
+    json["method"] = "sampled";
+    json["standard_error"] = answer.standard_error;
+    json["trials"] = question.trials;
+    json["seed"] = question.seed;
+    if (answer.interrupted) json["interrupted"] = true;
+  }
+  // Microseconds are enough.
+  json["elapsed_ms"] = std::round(answer.elapsed.count() * 1e6) / 1e3;
+  return json;
+}
+
+}  // namespace pokermath::cli

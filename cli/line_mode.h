@@ -1,0 +1,24 @@
+// Questions on standard input, one a line, and their answers on standard output, one a line.
+
+#ifndef POKERMATH_CLI_LINE_MODE_H_
+#define POKERMATH_CLI_LINE_MODE_H_
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace pokermath::cli {
+
+/// Appends the answer to `line`, a line end included, to `out`; throws UsageError for a line that
+/// is no question.
+using AnswerLine = std::function<void(std::string_view line, std::string& out)>;
+
+/// Answers line by line until the input ends. Empty lines and lines that start with '#' have no
+/// answer; a bad line has an error in the place of its answer and on standard error. Answers leave
+/// the program whenever it waits for more questions.
+/// @return the exit code: 1 if any line was bad
+int AnswerLines(bool json, const AnswerLine& answer);
+
+}  // namespace pokermath::cli
+
+#endif  // POKERMATH_CLI_LINE_MODE_H_

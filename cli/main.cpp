@@ -1,0 +1,133 @@
+// The command-line tool. A subcommand parses its words, checks them, calls the library and prints;
+// here is what they share: the program's own options, errors and exit codes.
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <new>
+
+#include "cli/command.h"
+#include "cli/errors.h"
+#include "cli/output.h"
+#include "platform/text.h"
+#include "pokermath/messages.h"
+
+namespace pokermath::cli {
+namespace {
+
+constexpr const char* kExamples =
+    R"(Cards are a rank (23456789TJQKA or 10) and a suit (cdhs), in either case: AhKd, 10c.
+
+Examples:
+  pokermath eval AhKhQhJhTh2c3d
+  pokermath equity AhKd 7s7c
+  pokermath equity AhKd random --players 6
+  pokermath tables build
+
+'pokermath SUBCOMMAND --help' says more and shows examples.
+Exit codes: 0 done, 1 failed, 2 wrong usage.)";
+
+// A file that we open must never become standard output because the caller had closed that: what
+// is closed becomes something that cannot be written.
+void OccupyStandardStreams() {
+  for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd) {
+    if (fcntl(fd, F_GETFD) == -1 && open("/dev/null", O_RDONLY) != fd) std::abort();
+  }
+}
+
+std::string NamesOfSubcommands(CLI::App& command) {
+  std::string names;
+  for (const CLI::App* subcommand : command.get_subcommands([](CLI::App*) { return true; })) {
+    names += (names.empty() ? "" : ", ") + subcommand->get_name();
+  }
+  return names;
+}
+
+// Why the command line of `command` could not be parsed, on one line.
+std::string ParseErrorText(const CLI::ParseError& error, CLI::App& command) {
+  const std::vector<std::string> remaining = command.remaining();
+  const auto word = std::find_if(remaining.begin(), remaining.end(),
+                                 [](const std::string& text) { return !text.starts_with("-"); });
+  const std::string subcommands = NamesOfSubcommands(command);
+  if (!subcommands.empty()) {
+    if (word != remaining.end()) {
+      return fmt::format("{} is not a subcommand: {}", Quoted(*word), subcommands);
+    }
+    if (remaining.empty()) return "a subcommand is missing: " + subcommands;
+  }
+  if (word != remaining.end()) return Quoted(*word) + " is one word too many";
+  if (!remaining.empty()) return Quoted(remaining.front()) + " is not an option";
+  if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
+    const std::string text = error.what();
+    const std::string name = text.substr(0, text.find(':'));
+    const CLI::Option* option = command.get_option_no_throw(name);
+    return name + (option != nullptr && option->count() > 1 ? " is given twice" : " needs a value");
+  }
+  return error.what();
+}
+
+UsageError ToUsageError(const CLI::ParseError& error, CLI::App& program) {
+  CLI::App* command = &program;
+  std::string words = program.get_name();
+  while (!command->get_subcommands().empty()) {
+    command = command->get_subcommands().front();
+    words += " " + command->get_name();
+  }
+  return UsageError(fmt::format("{} (see {} --help)", ParseErrorText(error, *command), words));
+}
+
+int ParseAndRun(CLI::App& program, int argc, char** argv) {
+  int exit_code = kExitDone;
+  AddEval(program, exit_code);
+  AddEquity(program, exit_code);
+  AddTables(program, exit_code);
+  try {
+    program.parse(argc, argv);
+  } catch (const CLI::CallForHelp&) {
+    Print(program.help());
+  } catch (const CLI::CallForVersion& version) {
+    Print(std::string(version.what()) + "\n");
+  } catch (const CLI::ParseError& error) {
+    throw ToUsageError(error, program);
+  }
+  return exit_code;
+}
+
+int Run(int argc, char** argv) {
+  CLI::App program("Exact poker mathematics: hand values, equity, tables.", "pokermath");
+  program.set_version_flag("--version", "pokermath " POKERMATH_VERSION, "Print the version");
+  program.require_subcommand(1);
+  program.footer(kExamples);
+  try {
+    return ParseAndRun(program, argc, argv);
+  } catch (const UsageError& error) {
+    if (argc <= 1) {
+      const std::string help = program.help();
+      std::fwrite(help.data(), 1, help.size(), stderr);
+    } else {
+      PrintError(error.what());
+    }
+    return kExitUsage;
+  } catch (const std::bad_alloc&) {
+    PrintError("not enough memory");
+  } catch (const std::exception& error) {
+    PrintError(error.what());
+  }
+  return kExitFailed;
+}
+
+}  // namespace
+}  // namespace pokermath::cli
+
+int main(int argc, char** argv) {
+  pokermath::cli::OccupyStandardStreams();
+  pokermath::SetMessageHandler(
+      [](const CString& text) { pokermath::cli::PrintError(pokermath::ToUtf8(text)); });
+  return pokermath::cli::Run(argc, argv);
+}

@@ -1,0 +1,63 @@
+#include "cli/output.h"
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <nlohmann/json.hpp>
+
+#include "cli/errors.h"
+#include "pokermath/cards.h"
+
+namespace pokermath::cli {
+
+void Print(std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t written = write(STDOUT_FILENO, text.data(), text.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) throw SystemFailure("cannot write to standard output", errno);
+    text.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
+std::string JsonLine(const Json& object) {
+  return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+std::string CardsText(std::span<const int> cards) {
+  std::string text;
+  for (const int card : cards) text += CardName(card);
+  return text;
+}
+
+Json CardsJson(std::span<const int> cards) {
+  Json list = Json::array();
+  for (const int card : cards) list.push_back(CardName(card));
+  return list;
+}
+
+Colours Colours::ForStandardOutput() {
+  const char* no_color = std::getenv("NO_COLOR");
+  const char* term = std::getenv("TERM");
+  return Colours(isatty(STDOUT_FILENO) == 1 && (no_color == nullptr || *no_color == '\0') &&
+                 term != nullptr && std::string_view(term) != "dumb");
+}
+
+std::string Colours::Strong(std::string_view text) const { return Paint("1", text); }
+
+std::string Colours::Faint(std::string_view text) const { return Paint("2", text); }
+
+std::string Colours::Cards(std::span<const int> cards) const {
+  // Green, blue and red for clubs, diamonds and hearts; spades as the text around them.
+  static constexpr const char* kSuitCodes[4] = {"32", "34", "31", "39"};
+  std::string text;
+  for (const int card : cards) text += Paint(kSuitCodes[card / 13], CardName(card));
+  return text;
+}
+
+std::string Colours::Paint(std::string_view code, std::string_view text) const {
+  return on_ ? fmt::format("\x1b[{}m{}\x1b[0m", code, text) : std::string(text);
+}
+
+}  // namespace pokermath::cli

@@ -1,0 +1,53 @@
+// What goes to standard output: plain text, colours for a terminal, JSON.
+
+#ifndef POKERMATH_CLI_OUTPUT_H_
+#define POKERMATH_CLI_OUTPUT_H_
+
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "nlohmann/json_fwd.hpp"
+
+namespace pokermath::cli {
+
+/// Keys stay in the order in which they are set.
+using Json = nlohmann::ordered_json;
+
+/// Version of the JSON layout, the key "schema" of every object.
+inline constexpr int kJsonSchema = 1;
+
+/// Writes the whole text to standard output; throws Failure if it cannot.
+void Print(std::string_view text);
+
+/// One object on one line. Bytes that are no UTF-8 become U+FFFD.
+std::string JsonLine(const Json& object);
+
+/// Card names without blanks: "AhKd".
+std::string CardsText(std::span<const int> cards);
+
+/// Card names as a list: ["Ah", "Kd"].
+Json CardsJson(std::span<const int> cards);
+
+/// Escape sequences for a text that may be shown on a terminal; all of them empty for any other
+/// destination.
+class Colours {
+ public:
+  /// Colours when standard output is a terminal that can, and NO_COLOR is not set.
+  static Colours ForStandardOutput();
+
+  explicit Colours(bool on) : on_(on) {}
+  std::string Strong(std::string_view text) const;
+  std::string Faint(std::string_view text) const;
+  /// CardsText, each card in the colour of its suit.
+  std::string Cards(std::span<const int> cards) const;
+
+ private:
+  std::string Paint(std::string_view code, std::string_view text) const;
+
+  bool on_;
+};
+
+}  // namespace pokermath::cli
+
+#endif  // POKERMATH_CLI_OUTPUT_H_

@@ -1,0 +1,219 @@
+// `pokermath tables`: builds, lists and verifies the table files.
+
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "cli/command.h"
+#include "cli/errors.h"
+#include "cli/number_text.h"
+#include "cli/output.h"
+#include "cli/stop_signals.h"
+#include "cli/table_files.h"
+
+namespace pokermath::cli {
+namespace {
+
+constexpr const char* kTablesHelp =
+    R"(Tables: hand-ranks, river-equity, turn-equity; without a name, all of them.
+Folder: --dir, else $POKERMATH_DATA, else $XDG_DATA_HOME/pokermath, else
+~/.local/share/pokermath.
+
+Examples:
+  pokermath tables build
+  pokermath tables build river-equity --dir /srv/poker
+  pokermath tables list --json
+  pokermath tables verify hand-ranks)";
+
+struct Options {
+  std::vector<std::string> names;
+  std::string dir;
+  bool dir_given = false;
+  bool force = false;
+  bool json = false;
+};
+
+// A table, what is said of it, and whether this run has built it.
+struct Line {
+  const TableFile* table;
+  TableState state;
+  bool built = false;
+};
+
+std::vector<const TableFile*> ChosenTables(const std::vector<std::string>& names) {
+  std::vector<const TableFile*> chosen;
+  std::string accepted;
+  for (const TableFile& table : AllTables()) {
+    accepted += (accepted.empty() ? "" : ", ") + std::string(table.name);
+    if (names.empty()) chosen.push_back(&table);
+  }
+  for (const std::string& name : names) {
+    const auto tables = AllTables();
+    const auto found = std::find_if(tables.begin(), tables.end(),
+                                    [&](const TableFile& table) { return name == table.name; });
+    if (found == tables.end()) throw UsageError(Quoted(name) + " is not a table: " + accepted);
+    if (std::count(chosen.begin(), chosen.end(), &*found) == 0) chosen.push_back(&*found);
+  }
+  return chosen;
+}
+
+// An unset or empty variable counts as none.
+std::string Environment(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? "" : value;
+}
+
+std::string Folder(const Options& options) {
+  if (options.dir_given) {
+    if (options.dir.empty()) throw UsageError("--dir '' is not a folder");
+    return options.dir;
+  }
+  if (const std::string dir = Environment("POKERMATH_DATA"); !dir.empty()) return dir;
+  if (const std::string dir = Environment("XDG_DATA_HOME"); dir.starts_with("/")) {
+    return dir + "/pokermath";
+  }
+  const std::string home = Environment("HOME");
+  if (home.empty()) throw UsageError("HOME is not set: say --dir FOLDER or set POKERMATH_DATA");
+  return home + "/.local/share/pokermath";
+}
+
+void CreateFolder(const std::string& dir) {
+  std::error_code error;
+  std::filesystem::create_directories(dir, error);
+  if (error) throw SystemFailure("cannot create the folder " + Quoted(dir), error.value());
+}
+
+std::string PathOf(const std::string& dir, const TableFile& table) {
+  return dir + "/" + table.file;
+}
+
+std::string Crc32Text(std::uint32_t crc32) { return fmt::format("0x{:08x}", crc32); }
+
+Json ToJson(const std::string& dir, const std::vector<Line>& lines) {
+  Json json = {{"schema", kJsonSchema}, {"dir", dir}, {"tables", Json::array()}};
+  for (const Line& line : lines) {
+    Json table = {{"name", line.table->name}, {"file", line.table->file}};
+    table["bytes"] = line.state.bytes ? Json(*line.state.bytes) : Json();
+    table["crc32"] = line.state.crc32 ? Json(Crc32Text(*line.state.crc32)) : Json();
+    table["state"] = line.state.state;
+    if (line.built) table["built"] = true;
+    json["tables"].push_back(table);
+  }
+  return json;
+}
+
+std::string ToText(const Line& line, std::string_view state) {
+  std::string size, crc32;
+  if (line.state.bytes) {
+    size = Grouped(static_cast<std::int64_t>(*line.state.bytes)) + " bytes";
+  }
+  if (line.state.crc32) crc32 = "crc32 " + Crc32Text(*line.state.crc32);
+  return fmt::format("{:<12}  {:<23}  {:>17}  {:<16}  {}\n", line.table->name, line.table->file,
+                     size, crc32, state);
+}
+
+// Both lists and verifies: they differ in how closely they look.
+template <typename Check>
+std::vector<Line> ReportTables(const Options& options, Check check) {
+  const std::vector<const TableFile*> tables = ChosenTables(options.names);
+  const std::string dir = Folder(options);
+  std::vector<Line> lines;
+  if (!options.json) Print(dir + "\n");
+  for (const TableFile* table : tables) {
+    lines.push_back({table, check(*table, PathOf(dir, *table))});
+    if (!options.json) Print(ToText(lines.back(), lines.back().state.state));
+  }
+  if (options.json) Print(JsonLine(ToJson(dir, lines)));
+  return lines;
+}
+
+int RunList(const Options& options) {
+  ReportTables(options, CheckTable);
+  return kExitDone;
+}
+
+int RunVerify(const Options& options) {
+  const std::vector<Line> lines = ReportTables(options, VerifyTable);
+  const bool all_ok =
+      std::all_of(lines.begin(), lines.end(), [](const Line& line) { return line.state.ok(); });
+  return all_ok ? kExitDone : kExitFailed;
+}
+
+// Builds a table unless a good one is there.
+Line BuildOne(const TableFile& table, const std::string& path, bool force) {
+  if (!force) {
+    TableState state = CheckTable(table, path);
+    if (state.ok()) return {&table, state};
+  }
+  if (!BuildTable(table, path)) {
+    throw Failure(fmt::format("stopped before {} was written; finished tables stay", table.name));
+  }
+  return {&table, {"ok", table.bytes, table.crc32}, true};
+}
+
+int RunBuild(const Options& options) {
+  const std::vector<const TableFile*> tables = ChosenTables(options.names);
+  const std::string dir = Folder(options);
+  CreateFolder(dir);
+  const StopSignals signals;
+  // A limit on file sizes is an error like a full disk, not a reason to be killed.
+  std::signal(SIGXFSZ, SIG_IGN);
+  if (!options.json) Print(dir + "\n");
+  std::vector<Line> lines;
+  std::string error;
+  for (const TableFile* table : tables) {
+    try {
+      lines.push_back(BuildOne(*table, PathOf(dir, *table), options.force));
+    } catch (const Failure& failure) {
+      error = failure.what();
+      lines.push_back({table, {std::string("failed: ") + failure.what(), {}, {}}});
+      break;
+    }
+    if (!options.json) {
+      Print(ToText(lines.back(), lines.back().built ? "built" : "is there already"));
+    }
+  }
+  if (options.json) Print(JsonLine(ToJson(dir, lines)));
+  if (error.empty()) return kExitDone;
+  PrintError(error);
+  return kExitFailed;
+}
+
+void AddAction(CLI::App& tables, const char* name, const char* description,
+               int (*run)(const Options&), int& exit_code) {
+  auto options = std::make_shared<Options>();
+  CLI::App* action = tables.add_subcommand(name, description);
+  action->add_option("NAME", options->names, "hand-ranks, river-equity, turn-equity [all]")
+      ->type_name("");
+  CLI::Option* dir =
+      action->add_option("--dir", options->dir, "Folder of the tables")->type_name("FOLDER");
+  action->add_flag("--json", options->json, "Print a JSON object");
+  if (run == RunBuild) {
+    action->add_flag("--force", options->force, "Build tables that are there as well");
+  }
+  action->footer(kTablesHelp);
+  action->callback([options, dir, run, &exit_code] {
+    options->dir_given = dir->count() > 0;
+    exit_code = run(*options);
+  });
+}
+
+}  // namespace
+
+void AddTables(CLI::App& program, int& exit_code) {
+  CLI::App* tables = program.add_subcommand("tables", "Table files: build, list, verify");
+  tables->require_subcommand(1);
+  tables->footer(kTablesHelp);
+  AddAction(*tables, "build", "Write the tables that are not there", RunBuild, exit_code);
+  AddAction(*tables, "list", "Show size, checksum and state", RunList, exit_code);
+  AddAction(*tables, "verify", "Check every entry; exit code 1 if a table is not ok", RunVerify,
+            exit_code);
+}
+
+}  // namespace pokermath::cli

@@ -1,0 +1,145 @@
+#!/usr/bin/env bash
+# pokermath equity: golden figures, the forms of an answer, sampling, bad questions.
+# shellcheck source-path=SCRIPTDIR
+. "$(dirname "$0")/expect.sh"
+data=${POKERMATH_TEST_DATA:-$(dirname "$0")/../data}
+
+# The time an answer took is the one thing that may differ.
+without_time() { sed -E 's/("elapsed_ms":)[0-9.e-]+/\1T/; s/, [0-9.]+ m?s\.$/, T./' <<<"$1"; }
+
+# golden FILE WORDS: every line of the file as a question with these words, against its counts.
+golden() {
+  tail -n +2 "$data/$1" >"$work/golden"
+  run equity - < <(awk -F, -v words="$2" '{ print $1, $2, words }' "$work/golden")
+  expect_code 0
+  same "$1" "$(sed -E 's/(.*) equity [0-9.]+ (wins.*)/\1 \2/' <<<"$out")" \
+    "$(awk -F, -v words="$2" '{
+      print $1, $2 words, "wins", $4, "ties", $5, "losses", $6, "of", $3, "boards exact" }' \
+      "$work/golden")"
+}
+golden holdem_hand_vs_hand.csv ""
+golden holdem_hand_vs_hand_turn.csv " --to turn"
+
+run equity AhKd QcJs
+expect_code 0
+same "$asked" "$(without_time "$out")" "\
+AhKd against QcJs, Texas Hold'em, before the flop to the river
+
+            equity            wins alone               ties                losses
+AhKd      64.296 %   1,097,621   64.10 %    6,652    0.39 %     608,031   35.51 %
+QcJs      35.704 %     608,031   35.51 %    6,652    0.39 %   1,097,621   64.10 %
+
+1,712,304 boards, exact, T.
+Equity is the share of the pot: a tie counts one half."
+
+run equity AhKd QcJs --to turn --json
+expect_code 0
+same "$asked" "$(without_time "$out")" \
+  '{"schema":1,"game":"holdem","hand":["Ah","Kd"],"opponent":["Qc","Js"],"board":[],"to":"turn",'\
+'"players":2,"equity":0.6884417720217906,"wins":133957,"ties":0,"cases":194580,'\
+'"method":"exact","elapsed_ms":T}'
+
+# A board that plays, and the last card of one.
+run equity 2c3d 4h5s --board AhKhQhJhTh --json
+has "$asked" "$out" '"board":["Ah","Kh","Qh","Jh","Th"],"to":"river","players":2,"equity":0.5,"wins":0,"ties":1,"cases":1,'
+run equity AhAd KhKd --board 2c3d4h5s
+has "$asked" "$out" "on the turn 2c3d4h5s to the river"
+has "$asked" "$out" "44 boards, exact"
+
+# sampled ARGUMENT...: the JSON answer of a sampled question, in $out.
+sampled() {
+  run equity "$@" --json
+  expect_code 0
+}
+value() { sed -E "s/.*\"$1\":([^,}]*).*/\1/" <<<"$out"; }
+
+sampled AhKd random --players 3 --board 2c3d4h --trials 20000 --seed 7
+same "$asked" "$(grep -oE '"[a-z_]+":' <<<"$out" | tr -d '":\n')" \
+  "schemagamehandopponentboardtoplayersequitywinstiescasesmethodstandard_errortrialsseedelapsed_ms"
+has "$asked" "$out" '"opponent":"random","board":["2c","3d","4h"],"to":"river","players":3,'
+has "$asked" "$out" '"cases":20000,"method":"sampled",'
+first=$(without_time "$out")
+sampled AhKd random --players 3 --board 2c3d4h --trials 20000 --seed 7
+same "the same seed" "$(without_time "$out")" "$first"
+sampled AhKd random --players 3 --board 2c3d4h --trials 20000 --seed 8
+[[ $(value wins) != "$(sed -E 's/.*"wins":([0-9]*).*/\1/' <<<"$first")" ]] ||
+  fail "another seed, the same wins"
+
+# Two aces win 85.2037 % of the pot before the flop. Five hearts from the ten up are shared by all.
+sampled AhAs random
+awk -v equity="$(value equity)" -v error="$(value standard_error)" 'BEGIN {
+  exit !(error > 0.0003 && error < 0.0004 && (equity - 0.852037)^2 < (5 * error)^2) }' ||
+  fail "$asked: $out"
+sampled 2c3d random --players 10 --board AhKhQhJhTh --trials 1000
+has "$asked" "$out" '"players":10,"equity":0.1,"wins":0,"ties":1000,'
+run equity 2c3d random --players 10 --board AhKhQhJhTh --trials 1000
+has "$asked" "$out" "2c3d against 9 random hands, Texas Hold'em, on the river AhKhQhJhTh"
+has "$asked" "$out" "a pot shared by k players counts 1/k."
+
+# A question on a line is one on the command line; options beside '-' are for every line.
+run equity - --players 4 --trials 500 <<'END'
+# comment
+AhKd random
+
+AhKd random --players=3
+AhKd 7s7c
+AhKd random --board
+AhKd random --players 2 --players 3
+AhKd 7s 7c
+AhKd random --json
+AhKd random --board 2c3d4h --trials 1000
+END
+expect_code 1
+same "lines" "$(sed -E 's/ equity .* of / of /; s/ sampled .*//' <<<"$out")" "\
+AhKd random --players 4 of 500 trials
+AhKd random --players 3 of 500 trials
+error: --players goes with the opponent 'random' only: two hands are exact
+error: --board needs a value
+error: --players is given twice
+error: '7c' is one word too many: a hand or a board is one word, like AhKd
+error: '--json' is not an option of a question: --board, --to, --players, --trials, --seed
+AhKd random --board 2c3d4h --players 4 of 1000 trials"
+has "errors" "$err" "pokermath: line 5: --players goes with"
+run equity - --json <<<$'AhKd 7s7c --to turn\nAhKd Qd7c\nAhKd Ah7c'
+expect_code 1
+same "lines as JSON" "$(sed -E 's/"(hand|elapsed).*/.../' <<<"$out")" \
+  '{"schema":1,"game":"holdem",...
+{"schema":1,"game":"holdem",...
+{"schema":1,"line":3,"error":"Ah is given twice"}'
+
+# Ctrl-C: what was sampled so far is the answer.
+endless=(equity AhKd random --trials 1000000000000)
+interrupt() { timeout --preserve-status -s INT "$1" "$POKERMATH" "${@:2}" 2>&1; }
+out=$(interrupt 1 "${endless[@]}" --json)
+same "exit code of an interrupted run" $? 0
+[[ $out == '{"schema":1,'*'"interrupted":true,'*'}' ]] || fail "interrupted: $out"
+has "interrupted" "$(interrupt 1 "${endless[@]}")" "Stopped early: 1,000,000,000,000 trials"
+
+# On a terminal there are progress and colours, unless they are unwanted.
+export -f interrupt
+show() { SHELL=/bin/bash script -qec "interrupt 2.5 ${endless[*]}" /dev/null </dev/null; }
+out=$(TERM=xterm show)
+has "progress" "$out" "million trials/s, "
+has "colours" "$out" $'\e[31mAh'
+out=$(TERM=xterm NO_COLOR=1 show)
+[[ $out == *AhKd* && $out != *$'\e[31m'* ]] || fail "NO_COLOR: $out"
+
+refuses 2 "'Xh' is not a card: rank" equity Xh 7s7c
+refuses 2 "Ah is given twice" equity AhKd 7sAh --json
+refuses 2 "7c is given twice" equity AhKd 7s7c --board 2c3d7c
+refuses 2 "'AhKdQc' has 3 cards: a hand has 2" equity AhKdQc 7s7c
+refuses 2 "'rand' is not an opponent: two cards, or the word random" equity AhKd rand
+refuses 2 "two hands are needed" equity AhKd
+refuses 2 "'7c' is one word too many" equity AhKd 7s 7c
+refuses 2 "6 cards: a board has up to 5" equity AhKd 7s7c --board 2c3c4c5c6c8c
+refuses 2 "5 cards: a board has up to 4 with --to turn" equity AhKd 7s7c --board 2c3c4c5c6c --to turn
+refuses 2 "--to 'flop' is not known: turn or river" equity AhKd 7s7c --to flop
+refuses 2 "--to turn goes with two hands only" equity AhKd random --to turn
+refuses 2 "--trials goes with the opponent 'random' only" equity AhKd 7s7c --trials 5
+for players in 1 11 2.5 two ""; do
+  refuses 2 "--players '$players' is not accepted: a whole number from 2 to 10" \
+    equity AhKd random --players "$players"
+done
+refuses 2 "--board is given twice" equity AhKd 7s7c --board 2c --board 3c
+
+finish

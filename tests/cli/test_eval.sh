@@ -1,0 +1,104 @@
+#!/usr/bin/env bash
+# pokermath eval: values, words and the five cards that play; bad hands; many hands on standard
+# input.
+# shellcheck source-path=SCRIPTDIR
+. "$(dirname "$0")/expect.sh"
+
+run eval Ah KhQh,Jh 10H 2c 3D
+expect_code 0
+same "$asked" "$out" "AhKhQhJhTh2c3d: royal flush, Ah Kh Qh Jh Th
+
+  descending      1   of 7462, smaller is better
+  ascending    7462   of 7462, larger is better
+  hand_ranks  36874   category * 4096 + place in it, larger is better"
+
+run eval --json 2s5c4dKh3hAcKd
+expect_code 0
+same "$asked" "$out" '{"schema":1,"hand":["2s","5c","4d","Kh","3h","Ac","Kd"],"category":"straight",'\
+'"cards":["5c","4d","3h","2s","Ac"],"descending":1609,"ascending":5854,"hand_ranks":20481}'
+
+# The ends of every category; bad lines in between must not shift the answers.
+hands='
+# best and worst of each category
+AhKhQhJhTh KsQsJsTs9s2c2d 5d4d3d2dAdKc
+AsAhAdAcKd 3c2h2s2d2c
+KcAsAhAdKd 2c3h2s3c2d
+
+AhKhQhJh9h2c3c 7s5s4s3s2s
+AhKdQsJhTc 5h4d3sAh2c
+AhAdAsKhQc 2c2d2h4s3s
+AhAdKhKsQc 3h3s2d2c4d
+AdAhKcQhJs 2h2d5h4c3s
+AhKdQcJh9s 7c5d4h3s2c'
+values='1 royal flush, 2 straight flush, 10 straight flush,
+11 four of a kind, 166 four of a kind, 167 full house, 322 full house, 323 flush, 1599 flush,
+1600 straight, 1609 straight, 1610 three of a kind, 2467 three of a kind, 2468 two pair,
+3325 two pair, 3326 one pair, 6185 one pair, 6186 high card, 7462 high card'
+run eval - < <(sed '/^#/!s/ /\n/g' <<<"$hands")
+expect_code 0
+same "every category" \
+  "$(sed -E 's/.* descending ([0-9]+) ascending ([0-9]+) .* [0-9]+ (.*): .*/\1 \3/' <<<"$out")" \
+  "$(sed -z 's/,[ \n]/\n/g' <<<"$values")"
+same "the scales add up" "$(awk '$3 + $5 != 7463 || $7 % 4096 == 0' <<<"$out")" ""
+same "the worst hand" "${out##*$'\n'}" \
+  "7c5d4h3s2c descending 7462 ascending 1 hand_ranks 4097 high card: 7c 5d 4h 3s 2c"
+has "a full house" "$out" "full house: As Ah Ad Kc Kd"$'\n'
+
+bad_lines=$'AhKhQhJhTh\n\nAhKhQhJhXh\r\n9c8c\n7c5d4h3s2c\nAhAh2c3c4c\n2c2d2h2s3c'
+expected="AhKhQhJhTh descending 1 ascending 7462 hand_ranks 36874 royal flush: Ah Kh Qh Jh Th
+error: 'Xh' is not a card: rank 23456789TJQKA (or 10), suit cdhs
+error: '9c8c' has 2 cards: 5 to 7 have a value
+7c5d4h3s2c descending 7462 ascending 1 hand_ranks 4097 high card: 7c 5d 4h 3s 2c
+error: Ah is given twice
+2c2d2h2s3c descending 166 ascending 7297 hand_ranks 32769 four of a kind: 2c 2d 2h 2s 3c"
+run eval - <<<"$bad_lines"
+expect_code 1
+same "bad lines" "$out" "$expected"
+same "errors" "$err" "pokermath: line 3: 'Xh' is not a card: rank 23456789TJQKA (or 10), suit cdhs
+pokermath: line 4: '9c8c' has 2 cards: 5 to 7 have a value
+pokermath: line 6: Ah is given twice"
+
+run eval - --json <<<"$bad_lines"
+expect_code 1
+same "bad lines as JSON" "$(sed -n '3p;5p' <<<"$out")" \
+  '{"schema":1,"line":4,"error":"'"'9c8c'"' has 2 cards: 5 to 7 have a value"}
+{"schema":1,"line":6,"error":"Ah is given twice"}'
+same "lines of JSON" "$(grep -c '^{"schema":1,.*}$' <<<"$out")" 6
+
+# A line longer than any buffer, bytes that are no text, no line end at the end.
+printf '%0200000d\n7c5d4h\377\001\n7c5d4h3s2c' 0 >"$work/odd"
+run eval - --json <"$work/odd"
+expect_code 1
+same "odd lines" "$(grep -oE 'too long|is not a card|"category":"[a-z ]*"' <<<"$out")" \
+  $'too long\nis not a card\n"category":"high card"'
+
+# Another program may wait for each answer before it asks again.
+coproc asked_by_hand { exec "$POKERMATH" eval -; }
+echo AhKhQhJhTh >&"${asked_by_hand[1]}"
+read -r -t 10 answer <&"${asked_by_hand[0]}" || fail "no answer while the input is open"
+has "an answer at once" "${answer:-}" "royal flush"
+eval "exec ${asked_by_hand[1]}>&-"
+wait
+
+refuses 2 "'Xh' is not a card: rank 23456789TJQKA (or 10), suit cdhs" eval --json Xh
+refuses 2 "Ah is given twice" eval Ah Kd 2c AH 3c
+refuses 2 "'AhKdQc' has 3 cards: 5 to 7" eval AhKdQc
+refuses 2 "8 cards" eval AhKhQhJhTh9h8h7h
+refuses 2 "CARDS is required" eval
+refuses 2 "'--fast' is not an option" eval --fast AhKhQhJhTh
+refuses 2 "'evl' is not a subcommand: eval, equity, tables" evl
+"$POKERMATH" eval AhKhQhJhTh 2>"$work/err" >/dev/full && fail "a full disk is no success"
+has "a full disk" "$(<"$work/err")" "cannot write to standard output"
+
+run
+expect_code 2
+has "without arguments" "$err" "Examples:"
+same "without arguments" "$out" ""
+for words in "" eval equity tables "tables build"; do
+  # shellcheck disable=SC2086
+  run $words --help
+  expect_code 0
+  has "$asked" "$out" "Examples:"
+done
+
+finish

@@ -1,0 +1,64 @@
+#!/usr/bin/env bash
+# Uses the library the way that the first argument names. From the environment: SOURCE and BUILD,
+# the library's folders, WORK, a folder to work in, and CXX and CXXFLAGS.
+set -euo pipefail
+
+way=$1
+prefix=$WORK/moved
+export CMAKE_GENERATOR=Ninja
+unset DESTDIR CMAKE_PREFIX_PATH PKG_CONFIG_LIBDIR
+
+configure_host() { cmake -S "$SOURCE/tests/consumer/host" -B "$WORK/$way" --fresh "$@"; }
+
+fail() {
+  echo "$*"
+  exit 1
+}
+
+# Installs to one prefix and moves it to another: nothing may remember the first.
+use_install() {
+  rm -rf "$WORK/first" "$prefix"
+  cmake --install "$BUILD" --prefix "$WORK/first" >"$WORK/install.log"
+  mv "$WORK/first" "$prefix"
+  if grep -rIl -e "$WORK/first" -e "$SOURCE" "$prefix"; then
+    fail "these files remember where they were made"
+  fi
+  "$prefix/bin/pokermath" --version
+}
+
+use_find_package() {
+  configure_host -DCMAKE_PREFIX_PATH="$prefix"
+  cmake --build "$WORK/$way"
+  ctest --test-dir "$WORK/$way" --output-on-failure
+  ldd "$WORK/$way/host_pokermath" | grep "$prefix/.*libpokermath.so.0"
+  if ldd "$WORK/$way/host_pokermath_static" | grep libpokermath; then
+    fail "the static library needs the shared one"
+  fi
+}
+
+use_pkg_config() {
+  local pkgconfig
+  pkgconfig=$(dirname "$(find "$prefix" -name pokermath.pc)")
+  export PKG_CONFIG_PATH=$pkgconfig
+  # shellcheck disable=SC2046,SC2086
+  "$CXX" -std=c++20 $CXXFLAGS "$SOURCE/tests/consumer/host/main.cpp" -o "$WORK/pkg_config" \
+    $(pkg-config --cflags --libs pokermath)
+  LD_LIBRARY_PATH=$(pkg-config --variable=libdir pokermath) "$WORK/pkg_config"
+}
+
+# As a sub-project the library must leave the host's flags, tests, targets and install rules alone.
+use_add_subdirectory() {
+  configure_host -DPOKERMATH_SOURCE="$SOURCE" -DCMAKE_EXPORT_COMPILE_COMMANDS=ON
+  cmake --build "$WORK/$way"
+  ctest --test-dir "$WORK/$way" --output-on-failure
+
+  local commands
+  commands=$(grep -e '"command".*host/main\.cpp' "$WORK/$way/compile_commands.json")
+  [[ $commands != *-W* && $commands != *-O* ]] || fail "flags of ours: $commands"
+  ctest --test-dir "$WORK/$way" -N | grep -x 'Total Tests: 2'
+  [[ ! -e $WORK/$way/pokermath/cli ]] || fail "it built the command-line tool"
+  cmake --install "$WORK/$way" --prefix "$WORK/$way/prefix"
+  [[ -z $(find "$WORK/$way/prefix" -type f 2>/dev/null) ]] || fail "it installed something"
+}
+
+"use_$way"

@@ -1,0 +1,20 @@
+// Asks two questions whose answers are known, one to the compiled library and one to a template of
+// its headers.
+
+#include <pokermath/pokermath.h>
+
+#include <cstdio>
+
+int main() {
+  int ace_king[] = {38, 24};    // AhKd
+  int queen_jack[] = {10, 48};  // QcJs
+  double wins = 0;
+  double boards = 0;
+  PokerLogic().getProbabilityOfWinWithNoBoard(ace_king, queen_jack, wins, boards);
+
+  const int royal_flush[] = {0, 8, 9, 10, 11, 12, 51};
+  const int value = pokermath::EvaluateCards<7>(royal_flush);
+
+  std::printf("%.1f of %.0f boards, royal flush %d\n", wins, boards, value);
+  return 2 * wins == 2201894 && boards == 1712304 && value == 7462 ? 0 : 1;
+}

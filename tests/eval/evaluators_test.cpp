@@ -1,0 +1,131 @@
+#include "pokermath/evaluators.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "eval/batch.h"
+#include "platform/isa.h"
+#include "pokermath/cards.h"
+#include "tests/cards/dealer.h"
+#include "tests/eval/oracle.h"
+
+namespace pokermath {
+namespace {
+
+const CPokerDeck kWords;
+
+// Every function for five cards on every hand: the total proof on which the other tests rest.
+TEST(FiveCards, AllHandsAreInTheOrderOfTheRules) {
+  ASSERT_EQ(oracle::AllStrengths().size(), 7462u);
+  std::array<int, 10> hands{};
+  int c[5];
+  for (c[0] = 0; c[0] < 48; ++c[0])
+    for (c[1] = c[0] + 1; c[1] < 49; ++c[1])
+      for (c[2] = c[1] + 1; c[2] < 50; ++c[2])
+        for (c[3] = c[2] + 1; c[3] < 51; ++c[3])
+          for (c[4] = c[3] + 1; c[4] < 52; ++c[4]) {
+            const int strength = oracle::Strength(c);
+            const int value = 7462 - oracle::Places(strength);
+            int w[5];
+            for (int i = 0; i < 5; ++i) w[i] = kWords[c[i]];
+            ++hands[static_cast<std::size_t>(strength >> 20)];
+            if (eval_5cards(w[0], w[1], w[2], w[3], w[4]) != value ||
+                eval_5hand_fast(w[4], w[3], w[2], w[1], w[0]) != value || eval_5hand(w) != value ||
+                EvaluateCards<5>(c) != 7463 - value) {
+              FAIL() << CardNames(c) << " should be " << value;
+            }
+          }
+  EXPECT_EQ(hands,
+            (std::array<int, 10>{0, 1302540, 1098240, 123552, 54912, 10200, 5108, 3744, 624, 40}));
+}
+
+TEST(FiveCards, ScalesAndWordsAreTheContracts) {
+  for (int value = 1; value <= 7462; ++value) {
+    const int strength = oracle::AllStrengths()[static_cast<std::size_t>(value - 1)];
+    const int category = strength >> 20;
+    ASSERT_EQ(HandRanksFromAscending(value),
+              category * 4096 + value - oracle::Places(category << 20));
+  }
+  EXPECT_EQ(kWords[0], 0x00018002);
+  EXPECT_EQ(kWords[23], 0x04004A1F);
+  EXPECT_EQ(kWords[51], 0x10001C29);
+  const auto value_of = [](const char* text) {
+    return 7463 - EvaluateCards<5>(ParseCards(text).cards.data());
+  };
+  EXPECT_EQ(value_of("AhKhQhJhTh"), 1);
+  EXPECT_EQ(value_of("5s4s3s2sAs"), 10);
+  EXPECT_EQ(value_of("2c2d2h2s3c"), 166);
+  EXPECT_EQ(value_of("Ac2d3h4s5c"), 1609);
+  EXPECT_EQ(value_of("7c5d4h3s2c"), 7462);
+}
+
+TEST(FiveCards, NoHandIsReportedAndWorthNothing) {
+  ::testing::internal::CaptureStderr();
+  EXPECT_EQ(eval_5cards(kWords[0], kWords[13], kWords[26], kWords[39], kWords[0]), 0);
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(), "ERROR:  no match found; key = 32\n");
+}
+
+TEST(SixAndSevenCards, AreWorthTheirBestFive) {
+  Dealer dealer(3);
+  SCOPED_TRACE(dealer.Trace());
+  for (int trial = 0; trial < 200'000; ++trial) {
+    std::vector<int> cards = dealer.Deal(7);
+    int words[7];
+    for (std::size_t i = 0; i < 7; ++i) words[i] = kWords[cards[i]];
+    int values[8] = {};
+    for (std::size_t count = 5; count <= 7; ++count) {
+      values[count] = oracle::Ascending(std::span(cards).first(count));
+    }
+    ASSERT_EQ(EvaluateCards<7>(cards.data()), values[7]) << CardNames(cards);
+    ASSERT_EQ(EvaluateCards<6>(cards.data()), values[6]) << CardNames(cards);
+    ASSERT_EQ(eval_7hand(words), 7463 - values[7]) << CardNames(cards);
+    ASSERT_EQ(eval_6hand(words), 7463 - values[6]) << CardNames(cards);
+
+    const int count = 5 + trial % 3;
+    ASSERT_EQ(EvaluateCards(cards.data(), count), values[count]);
+    int best[5];
+    FindBestFive(cards.data(), count, best);
+    ASSERT_TRUE(best[0] >= 0 && best[4] < count && std::is_sorted(best, best + 5));
+    for (int& place : best) place = cards[static_cast<std::size_t>(place)];
+    ASSERT_EQ(oracle::Ascending(best), values[count]) << CardNames(cards) << CardNames(best);
+  }
+  int cards[8] = {0, 1, 2, 3, 4, 5, 6, 7};
+  for (const int count : {-1, 0, 4, 8}) EXPECT_EQ(EvaluateCards(cards, count), 0);
+}
+
+// The buffers have exactly the bytes that the contract asks for: under AddressSanitizer a read or
+// a write beyond them is seen.
+TEST(Batch, EveryLengthAndAlignmentStaysInItsBuffers) {
+  Dealer dealer(4);
+  SCOPED_TRACE(dealer.Trace());
+  std::vector<std::size_t> lengths = {511, 512, 513, 514, 1023, 1024, 1025, 5001};
+  for (std::size_t length = 0; length < 70; ++length) lengths.push_back(length);
+  for (const std::size_t length : lengths) {
+    const std::size_t shift = length % 8;
+    std::vector<std::uint8_t> bytes(shift + 7 * length);
+    std::vector<std::uint16_t> expected;
+    for (std::size_t hand = 0; hand < length; ++hand) {
+      const std::vector<int> cards = dealer.Deal(7);
+      std::copy(cards.begin(), cards.end(), bytes.data() + shift + 7 * hand);
+      expected.push_back(static_cast<std::uint16_t>(EvaluateCards<7>(cards.data())));
+    }
+    const auto check = [&](auto evaluate) {
+      std::vector<std::uint16_t> values(length);
+      evaluate(bytes.data() + shift, length, values.data());
+      ASSERT_EQ(values, expected) << length << " hands";
+    };
+    check([](auto... all) { EvaluateBatch(all...); });
+    for (const Isa isa : {Isa::kBaseline, Isa::kAvx2, Isa::kAvx512}) {
+      SCOPED_TRACE("level " + std::to_string(static_cast<int>(isa)));
+      if (isa <= BestIsa()) check([isa](auto... all) { EvaluateBatch(isa, all...); });
+    }
+  }
+}
+
+}  // namespace
+}  // namespace pokermath

@@ -1,0 +1,100 @@
+#include "platform/files.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "tests/platform/scratch_folder.h"
+
+namespace pokermath {
+namespace {
+
+namespace fs = std::filesystem;
+using Names = std::vector<std::string>;
+
+bool Replace(const std::string& path, const std::string& content) {
+  AtomicFile file(path);
+  file.Write(content.data(), content.size());
+  return file.Commit();
+}
+
+TEST(AtomicFile, AppearsWholeOrNotAtAll) {
+  const ScratchFolder folder;
+  const std::string path = folder / "table";
+  std::string large(200'000, 'x');  // beyond what is gathered, in small and in large pieces
+  {
+    AtomicFile file(path);
+    EXPECT_TRUE(file.ok());
+    for (std::size_t i = 0; i < 100'000; i += 1000) file.Write(large.data() + i, 1000);
+    file.Flush();
+    file.Write(large.data() + 100'000, 100'000);
+    EXPECT_FALSE(PathExists(path)) << "visible before Commit";
+    EXPECT_TRUE(file.Commit());
+  }
+  EXPECT_EQ(ContentOf(path), large);
+  {
+    AtomicFile abandoned(path);
+    abandoned.Write("new", 3);
+  }
+  EXPECT_EQ(ContentOf(path), large);
+  {
+    const FullDisk full(1000);
+    EXPECT_FALSE(Replace(path, large + "y"));
+  }
+  EXPECT_EQ(ContentOf(path), large);
+  EXPECT_TRUE(Replace(path, "short"));
+  EXPECT_EQ(ContentOf(path), "short");
+  EXPECT_EQ(folder.Names(), Names{"table"}) << "a temporary file is left";
+}
+
+TEST(AtomicFile, KeepsLinksAndPermissions) {
+  const ScratchFolder folder;
+  fs::create_directory(folder / "far");
+  SetContent(folder / "far/table", "old");
+  const fs::perms perms = fs::perms::owner_read | fs::perms::owner_write | fs::perms::others_read;
+  fs::permissions(folder / "far/table", perms);
+  fs::create_symlink("far/table", folder / "link");
+  ASSERT_TRUE(Replace(folder / "link", "new"));
+  EXPECT_TRUE(fs::is_symlink(folder / "link"));
+  EXPECT_EQ(ContentOf(folder / "far/table"), "new");
+  EXPECT_EQ(fs::status(folder / "far/table").permissions(), perms);
+
+  ASSERT_TRUE(Replace(folder / "plain", "new"));
+  SetContent(folder / "by other means", "");
+  EXPECT_EQ(fs::status(folder / "plain").permissions(),
+            fs::status(folder / "by other means").permissions());
+}
+
+TEST(AtomicFile, RefusesWhatCannotBeWritten) {
+  const ScratchFolder folder;
+  fs::create_directory(folder / "taken");
+  for (const char* name : {"taken", "no such folder/table"}) {
+    EXPECT_FALSE(AtomicFile(folder / name).ok()) << name;
+    EXPECT_FALSE(Replace(folder / name, "text")) << name;
+  }
+  EXPECT_EQ(folder.Names(), Names{"taken"});
+  EXPECT_FALSE(Replace("/dev/full", "text"));
+  EXPECT_TRUE(Replace("/dev/null", "text"));
+  EXPECT_TRUE(fs::is_character_file("/dev/null"));
+}
+
+TEST(Files, ReadingNeedsARegularFileOfTheLength) {
+  const ScratchFolder folder;
+  SetContent(folder / "four", "abcd");
+  char bytes[5] = {};
+  EXPECT_EQ(FileLength(folder / "four"), 4u);
+  EXPECT_TRUE(ReadFile(folder / "four", bytes, 4));
+  EXPECT_STREQ(bytes, "abcd");
+  EXPECT_FALSE(ReadFile(folder / "four", bytes, 5));
+  EXPECT_FALSE(FileLength(folder / "none"));
+  EXPECT_FALSE(ReadFile(folder / "none", bytes, 1));
+  EXPECT_FALSE(FileLength(folder / "."));
+  EXPECT_FALSE(ReadFile(folder / ".", bytes, 1));
+  EXPECT_TRUE(PathExists(folder / "."));
+  EXPECT_FALSE(PathExists(folder / "none"));
+}
+
+}  // namespace
+}  // namespace pokermath
