@@ -49,33 +49,37 @@ std::string NamesOfSubcommands(CLI::App& command) {
   return names;
 }
 
-// Why the command line of `command` could not be parsed, on one line.
+// Why the words that came to `command` could not be parsed, on one line.
 std::string ParseErrorText(const CLI::ParseError& error, CLI::App& command) {
-  const std::vector<std::string> remaining = command.remaining();
-  const auto word = std::find_if(remaining.begin(), remaining.end(),
-                                 [](const std::string& text) { return !text.starts_with("-"); });
+  const std::vector<std::string> surplus = command.remaining();
   const std::string subcommands = NamesOfSubcommands(command);
-  if (!subcommands.empty()) {
-    if (word != remaining.end()) {
-      return fmt::format("{} is not a subcommand: {}", Quoted(*word), subcommands);
-    }
-    if (remaining.empty()) return "a subcommand is missing: " + subcommands;
+  const auto option = std::find_if(surplus.begin(), surplus.end(),
+                                   [](const std::string& word) { return word.starts_with("-"); });
+  if (option != surplus.end()) {
+    return Quoted(*option) +
+           (subcommands.empty() ? " is not an option" : " is not an option before a subcommand");
   }
-  if (word != remaining.end()) return Quoted(*word) + " is one word too many";
-  if (!remaining.empty()) return Quoted(remaining.front()) + " is not an option";
+  if (!subcommands.empty()) {
+    return (surplus.empty() ? "a subcommand is missing"
+                            : Quoted(surplus.front()) + " is not a subcommand") +
+           ": " + subcommands;
+  }
+  if (!surplus.empty()) return Quoted(surplus.front()) + " is one word too many";
   if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
     const std::string text = error.what();
     const std::string name = text.substr(0, text.find(':'));
-    const CLI::Option* option = command.get_option_no_throw(name);
-    return name + (option != nullptr && option->count() > 1 ? " is given twice" : " needs a value");
+    const CLI::Option* known = command.get_option_no_throw(name);
+    return name + (known != nullptr && known->count() > 1 ? " is given twice" : " needs a value");
   }
   return error.what();
 }
 
+// The command that could not be parsed is the first with words that it does not know, else the
+// last one.
 UsageError ToUsageError(const CLI::ParseError& error, CLI::App& program) {
   CLI::App* command = &program;
   std::string words = program.get_name();
-  while (!command->get_subcommands().empty()) {
+  while (command->remaining_size() == 0 && !command->get_subcommands().empty()) {
     command = command->get_subcommands().front();
     words += " " + command->get_name();
   }

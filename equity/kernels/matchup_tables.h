@@ -1,0 +1,108 @@
+// What the matchup kernel compares: values of hands by ranks alone, and flushes by rank sets.
+//
+// A rank class is what remains of two hole cards without their suits; there are 91. A rank set is a
+// bit for each rank. Values are ascending, 16 bits, and laid out in groups of 32, the widest vector
+// register or so many of a narrower one; places behind the last value weigh nothing.
+
+#ifndef POKERMATH_EQUITY_KERNELS_MATCHUP_TABLES_H_
+#define POKERMATH_EQUITY_KERNELS_MATCHUP_TABLES_H_
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include "pokermath/poker_logic.h"
+
+namespace pokermath {
+
+constexpr int Choose(int n, int k) {
+  int result = 1;
+  for (int i = 0; i < k; ++i) result = result * (n - i) / (i + 1);
+  return result;
+}
+
+inline constexpr int kRankClasses = 91;
+
+constexpr int RankClassOf(int rank1, int rank2) {
+  const int high = rank1 > rank2 ? rank1 : rank2;
+  const int low = rank1 > rank2 ? rank2 : rank1;
+  return high * (high + 1) / 2 + low;
+}
+
+using RankSet = std::uint16_t;
+inline constexpr RankSet kAllRanks = 0x1FFF;
+inline constexpr RankSet kNoSet = 0x2000;  ///< fills the places behind the last set
+
+/// Suited hole cards as a place among 92: none, one rank or two.
+inline constexpr int kHoldings = 92;
+inline int HoldingOf(RankSet ranks) {
+  if (ranks == 0) return 0;
+  const int low = __builtin_ctz(ranks);
+  const int high = 31 - __builtin_clz(ranks);
+  return low == high ? 1 + low : 14 + high * (high - 1) / 2 + low;
+}
+
+inline constexpr int kGroup = 32;
+using Values = LargeTable<std::int16_t>;
+
+/// Boards with `suited` cards of one suit: a set of ranks in that suit and the rest, a multiset of
+/// ranks in the other suits.
+struct SuitBoards {
+  int suited = 0;
+  int sets = 0;                         ///< a multiple of kGroup
+  std::vector<std::vector<int>> rests;  ///< each as its ranks in rising order
+  Values set_ranks;                     ///< [set]: the rank set itself, or kNoSet
+  Values flushes;                       ///< [holding][set]: the flush of set and hole cards, or 0
+  std::vector<std::uint32_t> set_keys;
+  std::vector<std::uint32_t> rest_keys;
+};
+
+/// What a rank class makes with every board, suits left aside.
+struct ClassValues {
+  Values by_multiset;
+  std::array<Values, 3> by_suit_boards;  ///< [suited - 3]: [group][rest][set in group]
+};
+
+/// The tables for boards of kBoard cards, 4 or 5. 10 MB when all is built for the river; the values
+/// of a class are built when they are first asked for, by any thread.
+template <int kBoard>
+class MatchupTables {
+ public:
+  static constexpr int kMultisets = Choose(12 + kBoard, kBoard);
+  static constexpr int kSize = (kMultisets + kGroup - 1) / kGroup * kGroup;
+
+  static const MatchupTables& Get();
+
+  const ClassValues& Of(int rank_class) const {
+    const ClassValues* values =
+        ready_[static_cast<std::size_t>(rank_class)].load(std::memory_order_acquire);
+    return values != nullptr ? *values : Build(rank_class);
+  }
+  /// [multiset]: ways to draw it from a full deck.
+  const Values& weights() const { return weights_; }
+  /// [multiset]: cards of that rank in it.
+  const std::int16_t* CountsOf(int rank) const {
+    return &counts_[static_cast<std::size_t>(rank * kSize)];
+  }
+  /// For three suited board cards and more.
+  const std::array<SuitBoards, kBoard - 2>& suit_boards() const { return suit_boards_; }
+
+ private:
+  MatchupTables();
+  const ClassValues& Build(int rank_class) const;
+
+  Values weights_;
+  Values counts_;
+  std::vector<std::uint32_t> keys_;  // [multiset]
+  std::array<SuitBoards, kBoard - 2> suit_boards_;
+  mutable std::mutex building_;
+  mutable std::array<std::unique_ptr<const ClassValues>, kRankClasses> built_;
+  mutable std::array<std::atomic<const ClassValues*>, kRankClasses> ready_{};
+};
+
+}  // namespace pokermath
+
+#endif  // POKERMATH_EQUITY_KERNELS_MATCHUP_TABLES_H_
