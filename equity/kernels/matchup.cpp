@@ -27,10 +27,20 @@ namespace {
 // the end of this file.
 #define POKERMATH_KERNEL [[gnu::always_inline]] inline
 
-// Registers of 16-bit values; comparing two gives -1 in every place where it is true.
-using Register16 = std::int16_t __attribute__((vector_size(16)));
-using Register32 = std::int16_t __attribute__((vector_size(32)));
-using Register64 = std::int16_t __attribute__((vector_size(64)));
+// Registers of 16-bit values, and the same for arithmetic modulo 2^16. Comparing two gives -1 in
+// every place where it is true.
+struct Registers16 {
+  using Register = std::int16_t __attribute__((vector_size(16)));
+  using Modular = std::uint16_t __attribute__((vector_size(16)));
+};
+struct Registers32 {
+  using Register = std::int16_t __attribute__((vector_size(32)));
+  using Modular = std::uint16_t __attribute__((vector_size(32)));
+};
+struct Registers64 {
+  using Register = std::int16_t __attribute__((vector_size(64)));
+  using Modular = std::uint16_t __attribute__((vector_size(64)));
+};
 
 template <typename Register>
 constexpr int kLanes = sizeof(Register) / sizeof(std::int16_t);
@@ -52,15 +62,15 @@ POKERMATH_KERNEL int SumLanes(const Register& lanes) {
 // by the inverse of the odd part of n, and a shift.
 struct DeadCard {
   const std::int16_t* counts;
-  std::int16_t left;
-  std::int16_t inverse;
+  std::uint16_t left;
+  std::uint16_t inverse;
   int shift;
 };
 
 template <int kBoard>
 POKERMATH_KERNEL std::array<DeadCard, 4> DeadCards(const MatchupTables<kBoard>& tables,
                                                    const int* hand1, const int* hand2) {
-  constexpr std::int16_t kInverses[5] = {0, 1, 1, static_cast<std::int16_t>(43691), 1};
+  constexpr std::uint16_t kInverses[5] = {0, 1, 1, 43691, 1};
   constexpr int kShifts[5] = {0, 0, 1, 0, 2};
   const int ranks[4] = {hand1[0] % 13, hand1[1] % 13, hand2[0] % 13, hand2[1] % 13};
   std::array<DeadCard, 4> dead{};
@@ -68,7 +78,7 @@ POKERMATH_KERNEL std::array<DeadCard, 4> DeadCards(const MatchupTables<kBoard>& 
     int left = 4;
     for (int j = 0; j < i; ++j) left -= ranks[j] == ranks[i] ? 1 : 0;
     dead[static_cast<std::size_t>(i)] = {.counts = tables.CountsOf(ranks[i]),
-                                         .left = static_cast<std::int16_t>(left),
+                                         .left = static_cast<std::uint16_t>(left),
                                          .inverse = kInverses[left],
                                          .shift = kShifts[left]};
   }
@@ -76,10 +86,12 @@ POKERMATH_KERNEL std::array<DeadCard, 4> DeadCards(const MatchupTables<kBoard>& 
 }
 
 // Wins and ties as if nobody could flush.
-template <typename Register, int kBoard>
+template <typename Width, int kBoard>
 POKERMATH_KERNEL void CountPlain(const MatchupTables<kBoard>& tables, const ClassValues& class1,
                                  const ClassValues& class2, const std::array<DeadCard, 4>& dead,
                                  Tally& tally) {
+  using Register = typename Width::Register;
+  using Modular = typename Width::Modular;
   constexpr int kSize = MatchupTables<kBoard>::kSize;
   constexpr int kBlock = 31 * kLanes<Register>;  // weights up to 4^5 are summed up in 16 bits
   const std::int16_t* weights = tables.weights().data();
@@ -90,10 +102,10 @@ POKERMATH_KERNEL void CountPlain(const MatchupTables<kBoard>& tables, const Clas
     Register wins{};
     Register ties{};
     for (int i = start; i < end; i += kLanes<Register>) {
-      Register weight;
+      Modular weight;
       Load(weight, weights + i);
       for (const DeadCard& card : dead) {
-        Register count;
+        Modular count;
         Load(count, card.counts + i);
         weight = (weight * (card.left - count) * card.inverse) >> card.shift;
       }
@@ -101,8 +113,8 @@ POKERMATH_KERNEL void CountPlain(const MatchupTables<kBoard>& tables, const Clas
       Register v2;
       Load(v1, values1 + i);
       Load(v2, values2 + i);
-      wins += (v1 > v2) & weight;
-      ties += (v1 == v2) & weight;
+      wins += (v1 > v2) & reinterpret_cast<Register>(weight);
+      ties += (v1 == v2) & reinterpret_cast<Register>(weight);
     }
     tally.wins += SumLanes(wins);
     tally.ties += SumLanes(ties);
@@ -194,13 +206,13 @@ POKERMATH_KERNEL void CorrectFlushes(const SuitBoards& boards, const SuitView& v
   tally.ties += SumLanes(ties);
 }
 
-template <typename Register, int kBoard>
+template <typename Width, int kBoard>
 POKERMATH_KERNEL Tally Count(const int* hand1, const int* hand2) {
   const auto& tables = MatchupTables<kBoard>::Get();
   const ClassValues& class1 = tables.Of(RankClassOf(hand1[0] % 13, hand1[1] % 13));
   const ClassValues& class2 = tables.Of(RankClassOf(hand2[0] % 13, hand2[1] % 13));
   Tally tally{.cases = Choose(48, kBoard)};
-  CountPlain<Register>(tables, class1, class2, DeadCards(tables, hand1, hand2), tally);
+  CountPlain<Width>(tables, class1, class2, DeadCards(tables, hand1, hand2), tally);
   for (int suit = 0; suit < 4; ++suit) {
     const SuitView view = ViewSuit(suit, hand1, hand2);
     const int held1 = __builtin_popcount(view.held1);
@@ -212,11 +224,13 @@ POKERMATH_KERNEL Tally Count(const int* hand1, const int* hand2) {
       const bool flush1 = boards.suited + held1 >= 5;
       const bool flush2 = boards.suited + held2 >= 5;
       if (flush1 && flush2) {
-        CorrectFlushes<Register, true, true>(boards, view, values1, values2, tally);
+        CorrectFlushes<typename Width::Register, true, true>(boards, view, values1, values2, tally);
       } else if (flush1) {
-        CorrectFlushes<Register, true, false>(boards, view, values1, values2, tally);
+        CorrectFlushes<typename Width::Register, true, false>(boards, view, values1, values2,
+                                                              tally);
       } else if (flush2) {
-        CorrectFlushes<Register, false, true>(boards, view, values1, values2, tally);
+        CorrectFlushes<typename Width::Register, false, true>(boards, view, values1, values2,
+                                                              tally);
       }
     }
   }
@@ -225,17 +239,17 @@ POKERMATH_KERNEL Tally Count(const int* hand1, const int* hand2) {
 
 template <int kBoard>
 Tally CountBaseline(const int* hand1, const int* hand2) {
-  return Count<Register16, kBoard>(hand1, hand2);
+  return Count<Registers16, kBoard>(hand1, hand2);
 }
 
 template <int kBoard>
 POKERMATH_TARGET_AVX2 Tally CountAvx2(const int* hand1, const int* hand2) {
-  return Count<Register32, kBoard>(hand1, hand2);
+  return Count<Registers32, kBoard>(hand1, hand2);
 }
 
 template <int kBoard>
 POKERMATH_TARGET_AVX512 Tally CountAvx512(const int* hand1, const int* hand2) {
-  return Count<Register64, kBoard>(hand1, hand2);
+  return Count<Registers64, kBoard>(hand1, hand2);
 }
 
 template <int kBoard>
