@@ -23,6 +23,7 @@ Equity is the share of the pot: a pot shared by k players counts 1/k.
 
 Examples:
   pokermath equity AhKd 7s7c
+  pokermath equity Ah Kd 7s 7c
   pokermath equity AhKd 7s7c --board 2c3d4h
   pokermath equity AhKd 7s7c --to turn --json
   pokermath equity AhKd random --players 6 --trials 10000000
@@ -62,7 +63,6 @@ int RunEquity(const EquityWords& words, bool json) {
 
 void AddEquity(CLI::App& program, int& exit_code) {
   struct Options {
-    std::string hand, opponent;
     EquityWords words;
     bool json = false;
   };
@@ -70,13 +70,12 @@ void AddEquity(CLI::App& program, int& exit_code) {
   EquityWords& words = options->words;
   CLI::App* command = program.add_subcommand("equity", "Equity of a Texas Hold'em hand");
   command
-      ->add_option("HAND", options->hand,
-                   "Two cards in one word, or - for one question a line from standard input")
+      ->add_option("HAND OPPONENT", words.hands,
+                   "Two cards, then two cards or the word random; or - for one question a line "
+                   "from standard input")
       ->required()
-      ->type_name("");
-  CLI::Option* opponent =
-      command->add_option("OPPONENT", options->opponent, "Two cards, or the word random")
-          ->type_name("");
+      ->type_name("")
+      ->expected(-1);
   command->add_option("--board", words.board, "Known board cards, up to 5 (4 to the turn)")
       ->type_name("CARDS");
   command->add_option("--to", words.to, "Compare the hands on the turn or the river [river]")
@@ -89,12 +88,8 @@ void AddEquity(CLI::App& program, int& exit_code) {
   command->add_option("--seed", words.seed, "Start of the random numbers [1]")->type_name("N");
   command->add_flag("--json", options->json, "Print a JSON object (one a line with -)");
   command->footer(kExamples);
-  command->callback([options, opponent, &exit_code] {
-    std::vector<std::string>& hands = options->words.hands;
-    hands.push_back(options->hand);
-    if (opponent->count() > 0) hands.push_back(options->opponent);
-    exit_code = RunEquity(options->words, options->json);
-  });
+  command->callback(
+      [options, &exit_code] { exit_code = RunEquity(options->words, options->json); });
 }
 
 }  // namespace pokermath::cli

@@ -60,6 +60,25 @@ std::array<int, 2> ReadHand(std::string_view text) {
   return {cards[0], cards[1]};
 }
 
+struct TwoTexts {
+  std::string hand;
+  std::string opponent;
+};
+
+// The first word is the hand, the others are the opponent; a hand of which the first word holds one
+// card goes on in the second: Ah Kd 7s 7c.
+TwoTexts HandAndOpponent(const std::vector<std::string>& words) {
+  TwoTexts texts;
+  bool hand_is_open = true;
+  for (const std::string& word : words) {
+    std::string& text = hand_is_open ? texts.hand : texts.opponent;
+    text += (text.empty() ? "" : " ") + word;
+    hand_is_open = hand_is_open && ParseCards(text).cards.size() == 1;
+  }
+  if (texts.opponent.empty()) throw UsageError("two hands are needed: HAND OPPONENT");
+  return texts;
+}
+
 // None stands for random hands.
 std::optional<std::array<int, 2>> ReadOpponent(std::string_view text) {
   if (text == "random") return std::nullopt;
@@ -158,14 +177,10 @@ EquityWords SplitLine(std::string_view line, const EquityWords& defaults) {
 }
 
 EquityQuestion ReadQuestion(const EquityWords& words) {
-  if (words.hands.size() < 2) throw UsageError("two hands are needed: HAND OPPONENT");
-  if (words.hands.size() > 2) {
-    throw UsageError(Quoted(words.hands[2]) +
-                     " is one word too many: a hand or a board is one word, like AhKd");
-  }
+  const auto [hand, opponent] = HandAndOpponent(words.hands);
   EquityQuestion question;
-  question.hand = ReadHand(words.hands[0]);
-  question.opponent = ReadOpponent(words.hands[1]);
+  question.hand = ReadHand(hand);
+  question.opponent = ReadOpponent(opponent);
   if (words.to) question.street = ReadStreet(*words.to);
   if (words.board) question.board = ReadBoard(*words.board, question.street);
   CheckCardsDiffer(question);

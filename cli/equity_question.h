@@ -16,7 +16,7 @@ namespace pokermath::cli {
 
 /// The words of a question, from the command line or from a line of input.
 struct EquityWords {
-  std::vector<std::string> hands;  ///< what stands without an option
+  std::vector<std::string> hands;  ///< the words that stand without an option
   std::optional<std::string> board, to, players, trials, seed;
 };
 

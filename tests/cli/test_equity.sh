@@ -85,7 +85,7 @@ AhKd random --players=3
 AhKd 7s7c
 AhKd random --board
 AhKd random --players 2 --players 3
-AhKd 7s 7c
+AhKd 7s 7c 8d
 AhKd random --json
 AhKd random --board 2c3d4h --trials 1000
 END
@@ -96,7 +96,7 @@ AhKd random --players 3 of 500 trials
 error: --players goes with the opponent 'random' only: two hands are exact
 error: --board needs a value
 error: --players is given twice
-error: '7c' is one word too many: a hand or a board is one word, like AhKd
+error: '7s 7c 8d' has 3 cards: a hand has 2
 error: '--json' is not an option of a question: --board, --to, --players, --trials, --seed
 AhKd random --board 2c3d4h --players 4 of 1000 trials"
 has "errors" "$err" "pokermath: line 5: --players goes with"
@@ -130,7 +130,10 @@ refuses 2 "7c is given twice" equity AhKd 7s7c --board 2c3d7c
 refuses 2 "'AhKdQc' has 3 cards: a hand has 2" equity AhKdQc 7s7c
 refuses 2 "'rand' is not an opponent: two cards, or the word random" equity AhKd rand
 refuses 2 "two hands are needed" equity AhKd
-refuses 2 "'7c' is one word too many" equity AhKd 7s 7c
+refuses 2 "'7s7c Qc' has 3 cards: a hand has 2" equity AhKd 7s7c Qc
+run equity Ah Kd 10s 7c --board "2c,3d 4h"
+expect_code 0
+has "cards in separate words" "$out" "AhKd against Ts7c"
 refuses 2 "6 cards: a board has up to 5" equity AhKd 7s7c --board 2c3c4c5c6c8c
 refuses 2 "5 cards: a board has up to 4 with --to turn" equity AhKd 7s7c --board 2c3c4c5c6c --to turn
 refuses 2 "--to 'flop' is not known: turn or river" equity AhKd 7s7c --to flop
