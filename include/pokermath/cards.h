@@ -92,8 +92,8 @@ class POKERMATH_EXPORT CDeck {
 
  private:
   std::vector<CCard> cards_;
-  std::int32_t value_[6] = {};
-  std::int32_t extra_ = 0;
+  [[maybe_unused]] std::int32_t value_[6] = {};  // category, then five ranks that break ties
+  [[maybe_unused]] std::int32_t extra_ = 0;      // copied with the deck
 };
 
 namespace pokermath {
