@@ -15,21 +15,23 @@ void BM_BuildHandRanksPlain(benchmark::State& state) {
   for (auto _ : state) {
     PokerLogic logic;
     logic.HR.resize(kHandRanksEntries, 0);
+    const auto id_at = [&logic](int n) {
+      return static_cast<__int64>(logic.IDs[static_cast<std::size_t>(n)]);
+    };
     for (int n = 0; n < logic.numIDs; ++n) {
       for (int card = 1; card <= 52; ++card) {
-        const __int64 id = logic.MakeID(static_cast<__int64>(logic.IDs[n]), card);
+        const __int64 id = logic.MakeID(id_at(n), card);
         if (logic.numcards < 7) logic.SaveID(id);
       }
     }
     for (int n = 0; n < logic.numIDs; ++n) {
-      const auto base = static_cast<__int64>(logic.IDs[n]);
       const auto row = static_cast<std::size_t>(n) * 53 + 53;
       for (int card = 1; card <= 52; ++card) {
-        const __int64 id = logic.MakeID(base, card);
+        const __int64 id = logic.MakeID(id_at(n), card);
         const int entry = logic.numcards < 7 ? logic.SaveID(id) * 53 + 53 : logic.DoEval(id);
         logic.HR[row + static_cast<std::size_t>(card)] = static_cast<std::uint32_t>(entry);
       }
-      if (logic.numcards >= 6) logic.HR[row] = static_cast<std::uint32_t>(logic.DoEval(base));
+      if (logic.numcards >= 6) logic.HR[row] = static_cast<std::uint32_t>(logic.DoEval(id_at(n)));
     }
     benchmark::DoNotOptimize(logic.HR.data());
   }

@@ -66,8 +66,7 @@ std::vector<SumValue> ValuesBySum(const std::map<RankCounts, int>& values, const
     by_sum.push_back({sum, value});
   }
   std::ranges::sort(by_sum);
-  const auto repeated = std::ranges::unique(by_sum);
-  by_sum.erase(repeated.begin(), repeated.end());
+  by_sum.erase(std::unique(by_sum.begin(), by_sum.end()), by_sum.end());
   const auto same_sum = [](const SumValue& a, const SumValue& b) { return a.sum == b.sum; };
   if (std::ranges::adjacent_find(by_sum, same_sum) != by_sum.end()) by_sum.clear();
   return by_sum;
