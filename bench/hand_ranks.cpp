@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "eval/hand_ranks_builder.h"
+#include "pokermath/poker_logic.h"
 
 namespace pokermath {
 namespace {

@@ -17,6 +17,7 @@
 #include "cli/progress.h"
 #include "cli/stop_signals.h"
 #include "equity/holdem_tables.h"
+#include "equity/matchups.h"
 #include "eval/hand_ranks_builder.h"
 #include "platform/files.h"
 
@@ -26,11 +27,10 @@ namespace {
 static_assert(std::endian::native == std::endian::little, "the files are little-endian");
 static_assert(sizeof(EquityRecord) == 12);
 
-constexpr std::size_t kEquityRecords = 1624350;
 constexpr TableFile kTables[3] = {
     {"hand-ranks", "VarnholtHR.dat", kHandRanksBytes, 0x7808da57},
-    {"river-equity", "holdem-river-equity.bin", kEquityRecords * sizeof(EquityRecord), 0x85b22b4d},
-    {"turn-equity", "holdem-turn-equity.bin", kEquityRecords * sizeof(EquityRecord), 0xebb462ff}};
+    {"river-equity", "holdem-river-equity.bin", kMatchups * sizeof(EquityRecord), 0x85b22b4d},
+    {"turn-equity", "holdem-turn-equity.bin", kMatchups * sizeof(EquityRecord), 0xebb462ff}};
 constexpr const TableFile* kHandRanksTable = &kTables[0];
 constexpr const TableFile* kTurnTable = &kTables[2];
 
@@ -68,8 +68,8 @@ std::string HandRanksFault(const std::string& path) {
 
 // Walks through all matchups in key order beside the records. A fault is named with its record.
 std::string EquityFault(const std::string& path, std::int32_t boards) {
-  std::vector<EquityRecord> records(kEquityRecords);
-  if (!ReadFile(path, records.data(), kEquityRecords * sizeof(EquityRecord))) {
+  std::vector<EquityRecord> records(kMatchups);
+  if (!ReadFile(path, records.data(), kMatchups * sizeof(EquityRecord))) {
     return "it cannot be read to its end";
   }
   std::vector<std::int32_t> keys;
@@ -98,7 +98,7 @@ std::string EquityFault(const std::string& path, std::int32_t boards) {
 
 std::string Fault(const TableFile& table, const std::string& path) {
   if (&table == kHandRanksTable) return HandRanksFault(path);
-  return EquityFault(path, &table == kTurnTable ? 194580 : 1712304);
+  return EquityFault(path, BoardsOf(&table == kTurnTable ? Street::kTurn : Street::kRiver));
 }
 
 // Writes what has been worked out, unless it is not what it must be: nothing that does not verify
@@ -129,8 +129,7 @@ bool WriteTable(const TableFile& table, const std::string& path, std::span<const
 bool BuildEquity(const TableFile& table, const std::string& path, Street street) {
   std::vector<EquityRecord> records;
   {
-    Progress progress(std::string("building ") + table.name,
-                      static_cast<std::int64_t>(kEquityRecords), "matchups", kPatience);
+    Progress progress(std::string("building ") + table.name, kMatchups, "matchups", kPatience);
     records = AllEquityRecords(street, [&progress](std::int64_t done) {
       progress.Update(done);
       return !StopRequested();

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "equity/kernels/all_matchups.h"
 #include "equity/kernels/matchup.h"
 #include "equity/kernels/runouts.h"
 #include "equity/kernels/trials.h"
+#include "equity/matchups.h"
 #include "pokermath/cards.h"
 #include "pokermath/equity.h"
 #include "pokermath/poker_logic.h"
@@ -14,6 +14,7 @@ namespace pokermath {
 
 Tally HoldemHandVsHand(std::span<const int, 2> hand1, std::span<const int, 2> hand2,
                        std::span<const int> board, Street street) {
+  if (board.size() > static_cast<std::size_t>(street)) return {};
   if (board.empty()) return CountMatchup(BestIsa(), hand1.data(), hand2.data(), street);
   return CountRunouts(hand1, hand2, board, street);
 }
@@ -38,7 +39,7 @@ bool AreTwins(const int* hand1, const int* hand2) {
 // Answers from a table, from the symmetry of twins, or by counting.
 void CachedMatchup(const std::map<PokerLogic::MatchupKey, int>& table, int* hand1, int* hand2,
                    Street street, double& wins, double& boards) {
-  boards = street == Street::kRiver ? 1712304 : 194580;
+  boards = BoardsOf(street);
   const auto entry = table.find({HandKey(hand1[0], hand1[1]), HandKey(hand2[0], hand2[1])});
   if (entry != table.end()) {
     wins = entry->second * 0.5;

@@ -4,10 +4,11 @@
 
 #include <bit>
 #include <charconv>
+#include <fstream>
 #include <map>
-#include <optional>
 
 #include "equity/kernels/all_matchups.h"
+#include "equity/matchups.h"
 #include "platform/files.h"
 #include "platform/messages.h"
 #include "platform/text.h"
@@ -44,23 +45,32 @@ CString RecordText(const wchar_t* what, const EquityRecord& record) {
          std::to_wstring(record.hand2) + L" " + std::to_wstring(record.value);
 }
 
+void AddRecord(const EquityRecord& record, EquityTable& table) {
+  if (record.value < 1) {
+    ShowMessage(RecordText(L"load_equity_table", record));
+    return;
+  }
+  // Files are mostly in key order: then every record goes to the end.
+  table.emplace_hint(table.end(), PokerLogic::MatchupKey(record.hand1, record.hand2), record.value);
+}
+
+constexpr std::size_t kRecordsRead = 1 << 14;
+
 int LoadTable(const CString& name, EquityTable& table) {
   const std::string path = ToUtf8(name);
   if (!PathExists(path)) {
     ShowMessage(L"You need to download file " + name);
     return 0;
   }
-  const std::optional<std::uint64_t> length = FileLength(path);
-  std::vector<EquityRecord> records(length.value_or(0) / sizeof(EquityRecord));
-  if (!length || !ReadFile(path, records.data(), records.size() * sizeof(EquityRecord))) return 0;
-  for (const EquityRecord& record : records) {
-    if (record.value < 1) {
-      ShowMessage(RecordText(L"load_equity_table", record));
-    } else {
-      // Files are mostly in key order: then every record goes to the end.
-      table.emplace_hint(table.end(), PokerLogic::MatchupKey(record.hand1, record.hand2),
-                         record.value);
-    }
+  if (!FileLength(path)) return 0;  // a folder, say
+  std::ifstream file(path, std::ios::binary);
+  std::vector<EquityRecord> records(kRecordsRead);
+  while (file) {
+    file.read(reinterpret_cast<char*>(records.data()),
+              static_cast<std::streamsize>(records.size() * sizeof(EquityRecord)));
+    // A last record that is cut short is left out.
+    records.resize(static_cast<std::size_t>(file.gcount()) / sizeof(EquityRecord));
+    for (const EquityRecord& record : records) AddRecord(record, table);
   }
   return 1;
 }
@@ -116,11 +126,11 @@ class ReportLine {
 };
 
 int WriteReport(const CString& name, const EquityTable& table, Street street) {
-  const std::string path = ToUtf8(name);
-  if (PathExists(path)) return 0;
-  AtomicFile file(path);
+  // Made under its own name, so that one can read along.
+  NewFile file(ToUtf8(name));
+  if (!file.ok()) return 0;
   MatchupValues values(street);
-  const double boards = street == Street::kRiver ? 1712304 : 194580;
+  const double boards = BoardsOf(street);
   ReportLine line;
   int number = 1;
   // The report runs in key order, so the table is walked along with it.
@@ -148,7 +158,6 @@ int WriteReport(const CString& name, const EquityTable& table, Street street) {
     ++number;
     return file.ok();
   });
-  file.Commit();
   return 0;
 }
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "pokermath/poker_logic.h"
+#include "pokermath/large_table.h"
 
 namespace pokermath {
 

@@ -4,10 +4,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
+#include <system_error>
 
 namespace pokermath {
 namespace {
@@ -33,6 +33,17 @@ void SyncFolder(const std::string& path) {
   if (fd < 0) return;
   fsync(fd);
   close(fd);
+}
+
+// Where a link leads in the end, also when nothing is there yet.
+std::string FollowLinks(std::string path) {
+  std::error_code error;
+  for (int links = 0; links < 40 && std::filesystem::is_symlink(path, error); ++links) {
+    const std::filesystem::path target = std::filesystem::read_symlink(path, error);
+    if (error) break;
+    path = (std::filesystem::path(path).parent_path() / target).string();
+  }
+  return path;
 }
 
 }  // namespace
@@ -61,44 +72,11 @@ bool ReadFile(const std::string& path, void* out, std::size_t bytes) {
   return bytes == 0;
 }
 
-AtomicFile::AtomicFile(const std::string& path) : path_(path) {
-  struct stat status {};
-  mode_t mode = 0;
-  if (stat(path_.c_str(), &status) == 0) {
-    if (S_ISDIR(status.st_mode)) {
-      errno = EISDIR;
-      return;
-    }
-    if (!S_ISREG(status.st_mode)) {
-      fd_ = open(path_.c_str(), O_WRONLY | O_CLOEXEC);
-      return;
-    }
-    // What replaces a file keeps its permissions, and must have been allowed to write it.
-    if (access(path_.c_str(), W_OK) != 0) return;
-    mode = status.st_mode & 07777;
-    std::error_code error;
-    const std::filesystem::path target = std::filesystem::canonical(path_, error);
-    if (!error) path_ = target.string();
-  } else {
-    const mode_t mask = umask(0);
-    umask(mask);
-    mode = 0666 & ~mask;
-  }
-  temporary_ = path_ + ".XXXXXX";
-  fd_ = mkostemp(temporary_.data(), O_CLOEXEC);
-  if (fd_ < 0) {
-    temporary_.clear();
-    return;
-  }
-  fchmod(fd_, mode);
-}
-
-AtomicFile::~AtomicFile() {
+FileWriter::~FileWriter() {
   if (fd_ >= 0) close(fd_);
-  if (!temporary_.empty()) unlink(temporary_.c_str());
 }
 
-void AtomicFile::Write(const void* data, std::size_t bytes) {
+void FileWriter::Write(const void* data, std::size_t bytes) {
   if (!ok()) return;
   const char* start = static_cast<const char*>(data);
   if (buffer_.size() + bytes > kGather) Flush();
@@ -109,9 +87,43 @@ void AtomicFile::Write(const void* data, std::size_t bytes) {
   }
 }
 
-void AtomicFile::Flush() {
+void FileWriter::Flush() {
   if (ok() && !buffer_.empty()) failed_ = !WriteAll(fd_, buffer_.data(), buffer_.size());
   buffer_.clear();
+}
+
+NewFile::NewFile(const std::string& path)
+    : FileWriter(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666)) {}
+
+AtomicFile::AtomicFile(const std::string& path) : path_(FollowLinks(path)) {
+  struct stat status {};
+  if (stat(path_.c_str(), &status) != 0) {
+    OpenTemporary();
+  } else if (S_ISDIR(status.st_mode)) {
+    errno = EISDIR;
+  } else if (!S_ISREG(status.st_mode)) {
+    fd_ = open(path_.c_str(), O_WRONLY | O_CLOEXEC);
+  } else if (access(path_.c_str(), W_OK) == 0) {
+    OpenTemporary();
+    // Only root may give a file away; anybody else owns what he writes.
+    if (fd_ >= 0 && fchown(fd_, status.st_uid, status.st_gid) != 0) errno = 0;
+    if (fd_ >= 0) fchmod(fd_, status.st_mode & 07777);
+  }
+}
+
+// mkstemp would leave the permissions of a new file to us, and the process's mask cannot be read
+// without changing it; so the name is made here and the system applies the mask.
+void AtomicFile::OpenTemporary() {
+  static std::atomic<unsigned> count{0};
+  do {
+    temporary_ = path_ + "." + std::to_string(getpid()) + "-" + std::to_string(count++) + ".part";
+    fd_ = open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+  } while (fd_ < 0 && errno == EEXIST);
+  if (fd_ < 0) temporary_.clear();
+}
+
+AtomicFile::~AtomicFile() {
+  if (!temporary_.empty()) unlink(temporary_.c_str());
 }
 
 bool AtomicFile::Commit() {

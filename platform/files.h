@@ -20,31 +20,54 @@ std::optional<std::uint64_t> FileLength(const std::string& path);
 /// Reads the first `bytes` bytes of a file; false if it cannot be opened or is shorter.
 bool ReadFile(const std::string& path, void* out, std::size_t bytes);
 
-/// A file being written: under a temporary name in the folder of `path`, which Commit flushes to
-/// the disk and renames. Without a successful Commit the destructor removes it and `path` is as it
-/// was. A path that is a link is written where the link points; a device is written directly.
-class AtomicFile {
+/// Bytes on their way to an open file; small pieces are gathered.
+class FileWriter {
  public:
-  explicit AtomicFile(const std::string& path);
-  ~AtomicFile();
-  AtomicFile(const AtomicFile&) = delete;
-  AtomicFile& operator=(const AtomicFile&) = delete;
+  FileWriter() = default;
+  explicit FileWriter(int fd) : fd_(fd) {}
+  ~FileWriter();
+  FileWriter(const FileWriter&) = delete;
+  FileWriter& operator=(const FileWriter&) = delete;
 
-  /// False when the file could not be created or a write failed.
+  /// False when there is no file or a write failed.
   bool ok() const { return fd_ >= 0 && !failed_; }
-  /// Appends; small pieces are gathered.
   void Write(const void* data, std::size_t bytes);
   /// Hands what was gathered to the system.
   void Flush();
+
+ protected:
+  int fd_ = -1;
+
+ private:
+  bool failed_ = false;
+  std::vector<char> buffer_;
+};
+
+/// A new file under its own name, for reports that are read while they grow. Not ok() if anything
+/// of that name exists. Flushes when it goes away.
+class NewFile : public FileWriter {
+ public:
+  explicit NewFile(const std::string& path);
+  ~NewFile() { Flush(); }
+};
+
+/// A file being written: under a temporary name in the folder of `path`, which Commit flushes to
+/// the disk and renames. Without a successful Commit the destructor removes it and `path` is as it
+/// was. A path that is a link is written where the link points; a device is written directly. What
+/// replaces a file keeps its owner and permissions.
+class AtomicFile : public FileWriter {
+ public:
+  explicit AtomicFile(const std::string& path);
+  ~AtomicFile();
+
   /// Completes the file. False, and nothing changed, when anything failed; errno says why.
   bool Commit();
 
  private:
+  void OpenTemporary();
+
   std::string path_;
   std::string temporary_;  // empty when the path is written directly
-  int fd_ = -1;
-  bool failed_ = false;
-  std::vector<char> buffer_;
 };
 
 }  // namespace pokermath

@@ -12,9 +12,9 @@ enum class Isa { kBaseline, kAvx2, kAvx512 };
 Isa BestIsa();
 
 #if defined(__x86_64__)
-#define POKERMATH_TARGET_AVX2 __attribute__((target("avx2,bmi,bmi2,lzcnt,popcnt")))
+#define POKERMATH_TARGET_AVX2 __attribute__((target("avx2,bmi,bmi2,popcnt")))
 #define POKERMATH_TARGET_AVX512 \
-  __attribute__((target("avx512f,avx512bw,avx512dq,avx512vl,avx2,bmi,bmi2,lzcnt,popcnt")))
+  __attribute__((target("avx512f,avx512bw,avx512dq,avx512vl,avx2,bmi,bmi2,popcnt")))
 #else
 #define POKERMATH_TARGET_AVX2
 #define POKERMATH_TARGET_AVX512

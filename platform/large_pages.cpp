@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <new>
 
-#include "pokermath/poker_logic.h"
+#include "pokermath/large_table.h"
 
 namespace pokermath {
 

@@ -45,6 +45,9 @@ bool ShowBox(const std::string& text) {
       int (*)(std::uint32_t flags, const char* title, const char* message, void* window);
   const auto show = reinterpret_cast<ShowSimpleMessageBox>(dlsym(sdl, "SDL_ShowSimpleMessageBox"));
   constexpr std::uint32_t kInformation = 0x40;
+  // SDL does not promise to show two boxes at once.
+  static std::mutex one_box;
+  const std::scoped_lock lock(one_box);
   return show != nullptr && show(kInformation, "pokermath", text.c_str(), nullptr) == 0;
 }
 

@@ -18,9 +18,10 @@ std::vector<std::array<int, 4>> SuitOrders() {
   return orders;
 }
 
+// Place of a hand in the order (0,1), (0,2) .. (50,51).
 std::size_t IndexOf(int card1, int card2) {
   const auto [low, high] = std::minmax({card1, card2});
-  return static_cast<std::size_t>(HandIndex(low, high));
+  return static_cast<std::size_t>(low * (103 - low) / 2 + high - low - 1);
 }
 
 }  // namespace

@@ -7,25 +7,13 @@
 #include <cstdint>
 #include <vector>
 
+#include "equity/matchups.h"
 #include "pokermath/equity.h"
 
 namespace pokermath {
 
-inline constexpr int kHands = 1326;
-inline constexpr int kMatchups = 1624350;
-
-/// Smaller card code * 64 + larger card code: how equity tables name a hand.
-constexpr int HandKey(int card1, int card2) {
-  return card1 < card2 ? card1 * 64 + card2 : card2 * 64 + card1;
-}
-
-/// Place of a hand in the order (0,1), (0,2) .. (50,51); card1 < card2.
-constexpr int HandIndex(int card1, int card2) {
-  return card1 * (103 - card1) / 2 + card2 - card1 - 1;
-}
-
 /// 2 * wins + ties of every matchup, worked out on demand: suits are interchangeable and the two
-/// hands mirror each other, so about 25,000 counts serve all.
+/// hands mirror each other, so 47,008 counts serve all 1,624,350.
 class MatchupValues {
  public:
   explicit MatchupValues(Street street) : street_(street), values_(kHands * kHands, -1) {}

@@ -99,11 +99,7 @@ const MatchupTables<kBoard>& MatchupTables<kBoard>::Get() {
 }
 
 template <int kBoard>
-const ClassValues& MatchupTables<kBoard>::Build(int rank_class) const {
-  const auto index = static_cast<std::size_t>(rank_class);
-  const std::scoped_lock lock(building_);
-  if (built_[index] != nullptr) return *built_[index];
-
+void MatchupTables<kBoard>::Build(int rank_class, ClassValues& values) const {
   int high = 0;
   while (RankClassOf(high + 1, 0) <= rank_class) ++high;
   const int low = rank_class - RankClassOf(high, 0);
@@ -111,12 +107,11 @@ const ClassValues& MatchupTables<kBoard>::Build(int rank_class) const {
   const auto value = [hole_key](std::uint32_t key) {
     return static_cast<std::int16_t>(ValueOfRanks<kBoard + 2>(hole_key + key));
   };
-  auto values = std::make_unique<ClassValues>();
-  values->by_multiset.resize(kSize);
-  std::ranges::transform(keys_, values->by_multiset.begin(), value);
+  values.by_multiset.resize(kSize);
+  std::ranges::transform(keys_, values.by_multiset.begin(), value);
   for (std::size_t i = 0; i < suit_boards_.size(); ++i) {
     const SuitBoards& boards = suit_boards_[i];
-    Values& table = values->by_suit_boards[i];
+    Values& table = values.by_suit_boards[i];
     table.resize(boards.set_keys.size() * boards.rests.size());
     std::int16_t* place = table.data();
     for (std::size_t group = 0; group < boards.set_keys.size(); group += kGroup) {
@@ -127,9 +122,6 @@ const ClassValues& MatchupTables<kBoard>::Build(int rank_class) const {
       }
     }
   }
-  built_[index] = std::move(values);
-  ready_[index].store(built_[index].get(), std::memory_order_release);
-  return *built_[index];
 }
 
 template class MatchupTables<4>;

@@ -1,20 +1,18 @@
 // What the matchup kernel compares: values of hands by ranks alone, and flushes by rank sets.
 //
 // A rank class is what remains of two hole cards without their suits; there are 91. A rank set is a
-// bit for each rank. Values are ascending, 16 bits, and laid out in groups of 32, the widest vector
-// register or so many of a narrower one; places behind the last value weigh nothing.
+// bit for each rank. Values are ascending, 16 bits, and laid out in groups of 32: one register of
+// 64 bytes or several narrower ones. Places behind the last value weigh nothing.
 
 #ifndef POKERMATH_EQUITY_KERNELS_MATCHUP_TABLES_H_
 #define POKERMATH_EQUITY_KERNELS_MATCHUP_TABLES_H_
 
 #include <array>
-#include <atomic>
 #include <cstdint>
-#include <memory>
 #include <mutex>
 #include <vector>
 
-#include "pokermath/poker_logic.h"
+#include "pokermath/large_table.h"
 
 namespace pokermath {
 
@@ -46,7 +44,7 @@ inline int HoldingOf(RankSet ranks) {
 }
 
 inline constexpr int kGroup = 32;
-using Values = LargeTable<std::int16_t>;
+using Values = LargeTable<std::int16_t>;  // for its alignment
 
 /// Boards with `suited` cards of one suit: a set of ranks in that suit and the rest, a multiset of
 /// ranks in the other suits.
@@ -56,6 +54,7 @@ struct SuitBoards {
   std::vector<std::vector<int>> rests;  ///< each as its ranks in rising order
   Values set_ranks;                     ///< [set]: the rank set itself, or kNoSet
   Values flushes;                       ///< [holding][set]: the flush of set and hole cards, or 0
+  // Sums of rank keys, to build the values of a class with.
   std::vector<std::uint32_t> set_keys;
   std::vector<std::uint32_t> rest_keys;
 };
@@ -77,9 +76,9 @@ class MatchupTables {
   static const MatchupTables& Get();
 
   const ClassValues& Of(int rank_class) const {
-    const ClassValues* values =
-        ready_[static_cast<std::size_t>(rank_class)].load(std::memory_order_acquire);
-    return values != nullptr ? *values : Build(rank_class);
+    const auto index = static_cast<std::size_t>(rank_class);
+    std::call_once(built_[index], [&] { Build(rank_class, classes_[index]); });
+    return classes_[index];
   }
   /// [multiset]: ways to draw it from a full deck.
   const Values& weights() const { return weights_; }
@@ -92,15 +91,14 @@ class MatchupTables {
 
  private:
   MatchupTables();
-  const ClassValues& Build(int rank_class) const;
+  void Build(int rank_class, ClassValues& values) const;
 
   Values weights_;
   Values counts_;
   std::vector<std::uint32_t> keys_;  // [multiset]
   std::array<SuitBoards, kBoard - 2> suit_boards_;
-  mutable std::mutex building_;
-  mutable std::array<std::unique_ptr<const ClassValues>, kRankClasses> built_;
-  mutable std::array<std::atomic<const ClassValues*>, kRankClasses> ready_{};
+  mutable std::array<std::once_flag, kRankClasses> built_;
+  mutable std::array<ClassValues, kRankClasses> classes_;
 };
 
 }  // namespace pokermath

@@ -9,7 +9,8 @@
 
 namespace pokermath {
 
-/// Deals every way to complete the board; with a complete board there is one case.
+/// Deals every way to complete the board, which is no longer than the street's; with a complete
+/// board there is one case.
 Tally CountRunouts(std::span<const int, 2> hand1, std::span<const int, 2> hand2,
                    std::span<const int> board, Street street);
 

@@ -6,6 +6,7 @@
 #include "pokermath/cards.h"
 #include "pokermath/equity.h"
 #include "pokermath/evaluators.h"
+#include "pokermath/large_table.h"
 #include "pokermath/messages.h"
 #include "pokermath/poker_logic.h"
 #include "pokermath/ranges.h"

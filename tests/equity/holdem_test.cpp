@@ -123,6 +123,9 @@ TEST(HandVsHand, EveryBoardLengthIsThePlainCount) {
       if (known < 5) compare(Street::kTurn, known);
     }
   }
+  const Tally none = Count({12, 24}, {0, 14}, std::vector<int>{1, 2, 3, 4, 5}, Street::kTurn);
+  EXPECT_EQ(none, Tally{}) << "a board longer than the street";
+  EXPECT_EQ(none.Equity(), 0.0);
 }
 
 TEST(HandVsHand, AllInstructionLevelsCountTheSame) {

@@ -60,6 +60,10 @@ TEST(AtomicFile, KeepsLinksAndPermissions) {
   EXPECT_TRUE(fs::is_symlink(folder / "link"));
   EXPECT_EQ(ContentOf(folder / "far/table"), "new");
   EXPECT_EQ(fs::status(folder / "far/table").permissions(), perms);
+  fs::create_symlink("far/not yet", folder / "early link");
+  ASSERT_TRUE(Replace(folder / "early link", "new"));
+  EXPECT_TRUE(fs::is_symlink(folder / "early link"));
+  EXPECT_EQ(ContentOf(folder / "far/not yet"), "new");
 
   ASSERT_TRUE(Replace(folder / "plain", "new"));
   SetContent(folder / "by other means", "");
@@ -78,6 +82,19 @@ TEST(AtomicFile, RefusesWhatCannotBeWritten) {
   EXPECT_FALSE(Replace("/dev/full", "text"));
   EXPECT_TRUE(Replace("/dev/null", "text"));
   EXPECT_TRUE(fs::is_character_file("/dev/null"));
+}
+
+TEST(NewFile, GrowsInSightAndTouchesNothing) {
+  const ScratchFolder folder;
+  {
+    NewFile report(folder / "report");
+    report.Write("line 1", 6);
+    report.Flush();
+    EXPECT_EQ(ContentOf(folder / "report"), "line 1");
+    EXPECT_FALSE(NewFile(folder / "report").ok());
+    report.Write(", line 2", 8);
+  }
+  EXPECT_EQ(ContentOf(folder / "report"), "line 1, line 2");
 }
 
 TEST(Files, ReadingNeedsARegularFileOfTheLength) {
