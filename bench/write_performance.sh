@@ -10,8 +10,7 @@ if [[ ! -x $program ]]; then
 fi
 results=$(mktemp)
 trap 'rm -f "$results"' EXIT
-"$program" --benchmark_format=csv --benchmark_repetitions=5 \
-  --benchmark_enable_random_interleaving=true "$@" 2>/dev/null >"$results"
+"$program" --benchmark_format=csv --benchmark_repetitions=5 "$@" 2>/dev/null >"$results"
 
 {
   cat <<'HEAD'

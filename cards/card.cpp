@@ -1,7 +1,5 @@
 // Card codes taken apart, and CCard.
 
-#include <cwctype>
-
 #include "pokermath/cards.h"
 
 namespace {
@@ -27,12 +25,13 @@ int IndexOf(std::wstring_view letters, wchar_t letter) {
   return place == std::wstring_view::npos ? -1 : static_cast<int>(place);
 }
 
+// Folds ASCII letters only, whatever the host's locale is.
 int IndexOfIgnoringCase(std::wstring_view letters, wchar_t letter) {
+  const auto lower = [](wchar_t c) {
+    return c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c + (L'a' - L'A')) : c;
+  };
   for (std::size_t i = 0; i < letters.size(); ++i) {
-    if (std::towlower(static_cast<std::wint_t>(letters[i])) ==
-        std::towlower(static_cast<std::wint_t>(letter))) {
-      return static_cast<int>(i);
-    }
+    if (lower(letters[i]) == lower(letter)) return static_cast<int>(i);
   }
   return -1;
 }

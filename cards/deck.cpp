@@ -1,3 +1,5 @@
+// CDeck, a list of cards.
+
 #include "pokermath/cards.h"
 
 void CDeck::AddCard(CCard card) { cards_.push_back(card); }

@@ -31,5 +31,5 @@ configure_file(cmake/pokermath.pc.in pokermath.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/pokermath.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
 # The README links to docs/ beside it.
-install(FILES LICENSE README.md CHANGELOG.md TYPE DOC)
+install(FILES LICENSE README.md CHANGELOG.md HACKING.md TYPE DOC)
 install(DIRECTORY docs TYPE DOC FILES_MATCHING PATTERN "*.md" PATTERN "*.svg")

@@ -1,3 +1,5 @@
+// The batch evaluator for a given instruction set, for tests and benchmarks.
+
 #ifndef POKERMATH_EVAL_BATCH_H_
 #define POKERMATH_EVAL_BATCH_H_
 

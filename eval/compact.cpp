@@ -129,7 +129,8 @@ POKERMATH_TARGET_AVX2 void EvaluateBlock(const std::uint8_t* cards, const KeyByt
       flush_count += static_cast<std::size_t>(__builtin_popcount(flush));
     }
     for (std::size_t i = 0; i < kGroup; ++i) {
-      values[group + i] = without_suits[rows[keys[i] >> 13] + (keys[i] & 8191)];
+      const std::uint64_t column = keys[i] & (CompactTables::kColumns - 1);
+      values[group + i] = without_suits[rows[keys[i] >> CompactTables::kColumnBits] + column];
     }
   }
   for (std::size_t i = 0; i < flush_count; ++i) {
@@ -179,7 +180,7 @@ int EvaluateCards(const int* cards, int count) {
 int HandRanksFromAscending(int ascending) { return ToHandRanks(ascending); }
 
 void FindBestFive(const int* cards, int count, int best[5]) {
-  // The five that play are those without which the value falls: try every five.
+  if (count < 5 || count > 7) return;
   const int value = EvaluateCards(cards, count);
   for (unsigned chosen = 0; chosen < 1u << count; ++chosen) {
     if (__builtin_popcount(chosen) != 5) continue;

@@ -18,7 +18,7 @@ extern const std::uint32_t kRankKeys[13];
 template <int count>
 inline int ValueOfRanks(std::uint32_t key) {
   const std::uint16_t row = kCompactTables.rows[count - 5][key >> CompactTables::kColumnBits];
-  return kCompactTables.values[count - 5][row + (key & ((1u << CompactTables::kColumnBits) - 1))];
+  return kCompactTables.values[count - 5][row + (key & (CompactTables::kColumns - 1))];
 }
 
 }  // namespace pokermath

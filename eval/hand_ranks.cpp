@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <functional>
 #include <utility>
 
 #include "eval/hand_ranks_builder.h"
@@ -11,7 +12,23 @@
 #include "platform/text.h"
 #include "pokermath/poker_logic.h"
 
-__int64 PokerLogic::MakeID(__int64 id, int card) {
+PokerLogic& PokerLogic::operator=(PokerLogic&& other) {
+  if (this == &other) return *this;
+  deck = other.deck;
+  IDs = std::exchange(other.IDs, {0});
+  HR = std::exchange(other.HR, {});
+  numIDs = std::exchange(other.numIDs, 1);
+  numcards = std::exchange(other.numcards, 0);
+  maxHR = std::exchange(other.maxHR, 0);
+  maxID = std::exchange(other.maxID, 0);
+  equityTable = std::exchange(other.equityTable, {});
+  equityTurnTable = std::exchange(other.equityTurnTable, {});
+  random = other.random;
+  trialCount = other.trialCount;
+  return *this;
+}
+
+std::int64_t PokerLogic::MakeID(std::int64_t id, int card) {
   // Slot 0 takes the new card, slots 1 to 6 the cards of the ID.
   std::array<std::uint64_t, 8> cards{};
   std::array<int, 16> suit_counts{};
@@ -38,10 +55,10 @@ __int64 PokerLogic::MakeID(__int64 id, int card) {
   std::ranges::sort(cards, std::greater<>());
   std::uint64_t made = 0;
   for (std::size_t i = 0; i < 7; ++i) made |= cards[i] << (8 * i);
-  return static_cast<__int64>(made);
+  return static_cast<std::int64_t>(made);
 }
 
-int PokerLogic::SaveID(__int64 id) {
+int PokerLogic::SaveID(std::int64_t id) {
   if (id == 0) return 0;
   const auto wanted = static_cast<std::uint64_t>(id);
   const auto used = IDs.begin() + numIDs;
@@ -56,7 +73,7 @@ int PokerLogic::SaveID(__int64 id) {
   return slot;
 }
 
-int PokerLogic::DoEval(__int64 id) {
+int PokerLogic::DoEval(std::int64_t id) {
   if (id == 0) return 0;
   std::array<unsigned, 8> cards{};
   int count = 0;

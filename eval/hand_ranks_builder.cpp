@@ -199,7 +199,7 @@ void FillValueRow(const Hand& hand, const std::vector<std::uint16_t>& values, st
   for (unsigned i = 1; i <= 4; ++i) {
     if (hand.suit_counts[i] > 0) suit = i;
   }
-  const std::uint32_t suit_ranks = hand.suit_ranks[suit] * (suit != 0 ? 1u : 0u);
+  const std::uint32_t suit_ranks = suit != 0 ? hand.suit_ranks[suit] : 0;
   const std::uint16_t made_flush = kCompactTables.flush_values[suit_ranks];
   for (unsigned rank = 0; rank < 13; ++rank) {
     std::uint32_t* entries = row + rank * 4 + 1;
@@ -222,11 +222,11 @@ void FillValueRow(const Hand& hand, const std::vector<std::uint16_t>& values, st
 
 // Ascending value of the five or six cards of a state.
 template <int count>
-int ValueOfState(const Hand& hand) {
+std::size_t ValueOfState(const Hand& hand) {
   for (std::size_t suit = 1; suit <= 4; ++suit) {
     if (hand.suit_counts[suit] >= 5) return kCompactTables.flush_values[hand.suit_ranks[suit]];
   }
-  return ValueOfRanks<count>(hand.key);
+  return static_cast<std::size_t>(ValueOfRanks<count>(hand.key));
 }
 
 }  // namespace
@@ -243,12 +243,18 @@ HandRanks BuildHandRanks() {
     const std::size_t end = first + kLevelSizes[cards];
     for (std::size_t slot = first; slot < end; ++slot) table.entries[RowOf(slot)] = 0;
     if (cards < 6) BuildLevel(table, first, kLevelSizes[cards], kLevelSizes[cards + 1]);
-    for (std::size_t slot = first; slot < end && cards >= 5; ++slot) {
-      std::uint32_t* row = &table.entries[RowOf(slot)];
-      const Hand hand = Unpack(table.ids[slot]);
-      const int value = cards == 5 ? ValueOfState<5>(hand) : ValueOfState<6>(hand);
-      row[0] = values[static_cast<std::size_t>(value)];
-      if (cards == 6) FillValueRow(hand, values, row);
+    if (cards == 5) {
+      for (std::size_t slot = first; slot < end; ++slot) {
+        table.entries[RowOf(slot)] = values[ValueOfState<5>(Unpack(table.ids[slot]))];
+      }
+    }
+    if (cards == 6) {
+      for (std::size_t slot = first; slot < end; ++slot) {
+        std::uint32_t* row = &table.entries[RowOf(slot)];
+        const Hand hand = Unpack(table.ids[slot]);
+        row[0] = values[ValueOfState<6>(hand)];
+        FillValueRow(hand, values, row);
+      }
     }
     first = end;
   }

@@ -97,12 +97,16 @@ NewFile::NewFile(const std::string& path)
 
 AtomicFile::AtomicFile(const std::string& path) : path_(FollowLinks(path)) {
   struct stat status {};
-  if (stat(path_.c_str(), &status) != 0) {
-    OpenTemporary();
+  if (path_.empty()) {
+    errno = ENOENT;
+  } else if (stat(path_.c_str(), &status) != 0) {
+    if (errno == ENOENT) OpenTemporary();
   } else if (S_ISDIR(status.st_mode)) {
     errno = EISDIR;
-  } else if (!S_ISREG(status.st_mode)) {
+  } else if (S_ISCHR(status.st_mode)) {
     fd_ = open(path_.c_str(), O_WRONLY | O_CLOEXEC);
+  } else if (!S_ISREG(status.st_mode)) {
+    errno = EINVAL;
   } else if (access(path_.c_str(), W_OK) == 0) {
     OpenTemporary();
     // Only root may give a file away; anybody else owns what he writes.
@@ -116,7 +120,10 @@ AtomicFile::AtomicFile(const std::string& path) : path_(FollowLinks(path)) {
 void AtomicFile::OpenTemporary() {
   static std::atomic<unsigned> count{0};
   do {
-    temporary_ = path_ + "." + std::to_string(getpid()) + "-" + std::to_string(count++) + ".part";
+    // A short name of its own, as that of the file may be as long as names can be.
+    const std::string name =
+        ".pokermath-" + std::to_string(getpid()) + "-" + std::to_string(count++);
+    temporary_ = (std::filesystem::path(path_).parent_path() / name).string();
     fd_ = open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
   } while (fd_ < 0 && errno == EEXIST);
   if (fd_ < 0) temporary_.clear();

@@ -26,7 +26,8 @@ struct Handler {
 };
 
 Handler& TheHandler() {
-  static Handler handler;
+  // Never destroyed: static objects of the host may still have something to say at exit.
+  static Handler& handler = *new Handler;
   return handler;
 }
 

@@ -1,3 +1,5 @@
+// Random integers from the C library, as hosts seed and expect them.
+
 #include <cstdlib>
 #include <ctime>
 
@@ -6,7 +8,7 @@
 void EasyRandom::SetInterval(int low, int high) {
   low_ = low <= high ? low : 0;
   high_ = low <= high ? high : 1;
-  span_ = high_ - low_ + 1;
+  span_ = std::int64_t{high_} - low_ + 1;
 }
 
 void EasyRandom::SetTimerSeed() {
@@ -16,4 +18,4 @@ void EasyRandom::SetTimerSeed() {
   std::srand(static_cast<unsigned>(now % 19937 + local.tm_min + local.tm_sec + local.tm_mday));
 }
 
-int EasyRandom::DrawRandomNumber() { return std::rand() % span_ + low_; }
+int EasyRandom::DrawRandomNumber() { return static_cast<int>(std::rand() % span_ + low_); }

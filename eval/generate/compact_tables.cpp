@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <random>
 #include <stdexcept>
@@ -19,13 +20,14 @@
 #include <vector>
 
 #include "eval/generate/array_text.h"
+#include "pokermath/evaluators.h"
 
 namespace pokermath {
 namespace {
 
 constexpr std::uint32_t kMaxKey = ((1u << 26) - 1) / 7;
-constexpr int kColumnBits = 13;
-constexpr std::uint32_t kColumns = 1u << kColumnBits;
+constexpr int kColumnBits = CompactTables::kColumnBits;
+constexpr std::uint32_t kColumns = CompactTables::kColumns;
 constexpr std::size_t kRows = 8192;
 
 using Keys = std::array<std::uint32_t, 13>;
@@ -133,7 +135,9 @@ std::vector<std::string> CardWords(const Keys& keys) {
   std::vector<std::string> words;
   for (int card = 0; card < 52; ++card) {
     const std::uint64_t key = keys[static_cast<std::size_t>(card % 13)];
-    words.push_back(std::to_string(key << 38 | std::uint64_t{1} << (card / 13 * 4)) + "u");
+    words.push_back(
+        std::to_string(key << CompactTables::kKeyShift | std::uint64_t{1} << (card / 13 * 4)) +
+        "u");
   }
   return words;
 }

@@ -1,6 +1,8 @@
 #include "eval/generate/reference.h"
 
 #include <algorithm>
+#include <functional>
+#include <utility>
 
 namespace pokermath {
 namespace {

@@ -25,26 +25,39 @@
 /// This is the published state-table construction over a five-card evaluator.
 class POKERMATH_EXPORT PokerLogic {
  public:
+  PokerLogic() = default;
+  PokerLogic(const PokerLogic&) = default;
+  PokerLogic& operator=(const PokerLogic&) = default;
+  /// What is moved from is as new.
+  PokerLogic(PokerLogic&& other) : PokerLogic() { *this = std::move(other); }
+  PokerLogic& operator=(PokerLogic&& other);
+  ~PokerLogic() = default;
+
   // --- the HandRanks state table ---
+  // MakeID, SaveID and generate_table change the object; DoEval and the look-ups may run in several
+  // threads at once, as long as none of these runs. An ID that MakeID did not make is undefined.
 
   /// ID of the partial hand `id` with one card more, 0 if that is impossible. Sets numcards.
   ///
   /// An ID holds one byte a card, in descending order from the lowest byte: (rank + 1) << 4 |
   /// (suit + 1), the suit 0 where it cannot make a flush any more.
   /// @param card  card number 1..52
-  __int64 MakeID(__int64 id, int card);
+  std::int64_t MakeID(std::int64_t id, int card);
 
-  /// Puts an ID into IDs if it is new and returns its slot; 0 for an ID of 0.
-  int SaveID(__int64 id);
+  /// Puts an ID into IDs if it is new and returns its slot; 0 for an ID of 0. A new ID that is not
+  /// the largest moves those above it.
+  int SaveID(std::int64_t id);
 
   /// Hand value of an ID of five to seven cards; 0 for an ID of 0. For any other count it prints a
   /// line on standard output and returns 0.
-  int DoEval(__int64 id);
+  int DoEval(std::int64_t id);
 
   /// Loads the table from a file, or generates it and writes the file.
   ///
   /// A file of another length than 129,951,336 bytes, or with an entry that no table holds, is
-  /// replaced; nobody is asked. About 0.1 s to load, 0.3 s to generate, 130 MB.
+  /// replaced; nobody is asked. What the object held before is forgotten; after a load IDs holds
+  /// the empty hand only. About 0.05 s to load, 0.2 s to generate, 130 MB. The file name is UTF-8
+  /// on disk.
   /// @return 0, or 1 when the file could not be written (the table in memory is complete)
   int generate_table(CString fileName);
 

@@ -3,6 +3,8 @@
 #ifndef POKERMATH_RANGES_H_
 #define POKERMATH_RANGES_H_
 
+#include <cstdint>
+
 #include "pokermath/export.h"
 
 /// Uniform integers of a closed interval, drawn from the C library's rand().
@@ -22,7 +24,7 @@ class POKERMATH_EXPORT EasyRandom {
  private:
   int low_;
   int high_;
-  int span_;
+  std::int64_t span_;
 };
 
 #endif  // POKERMATH_RANGES_H_

@@ -11,11 +11,13 @@
 
 using CString = std::wstring;
 using CStringArray = std::vector<std::wstring>;
+#if !defined(__int64) && !defined(_MSC_EXTENSIONS)  // some compilers and hosts bring their own
 using __int64 = std::int64_t;
+#endif
 
 /// Converts a NUL-terminated Windows-1252 text to wide text.
 ///
-/// @param text  narrow text, one byte a character
+/// @param text  narrow text, one byte a character; not null
 /// @param out   out: a new NUL-terminated array; the caller owns it and frees it with delete[]
 POKERMATH_EXPORT void charTOwchar(const char* text, wchar_t*& out);
 

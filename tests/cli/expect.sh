@@ -3,6 +3,7 @@
 set -u
 : "${POKERMATH:?is to be the program under test}"
 export LC_ALL=C TERM=dumb
+unset NO_COLOR
 unset POKERMATH_DATA XDG_DATA_HOME
 
 work=$(mktemp -d)

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdlib>
 #include <fstream>
+#include <limits>
 #include <span>
 #include <sstream>
 #include <string>
@@ -244,6 +245,9 @@ TEST(EasyRandom, DrawsFromItsInterval) {
     for (int& number : drawn) number = random.DrawRandomNumber();
     EXPECT_EQ(drawn, expected);
   }
+  using Limits = std::numeric_limits<int>;
+  EXPECT_GE(EasyRandom(0, Limits::max()).DrawRandomNumber(), 0);
+  EXPECT_LT(EasyRandom(Limits::min(), Limits::max()).DrawRandomNumber(), 0);
 }
 
 }  // namespace

@@ -225,7 +225,13 @@ TEST(HandRanks, LookupsSurviveCopiesAndMoves) {
   PokerLogic logic;
   logic.HR = TheTable().entries;
   PokerLogic copy = logic;
-  const PokerLogic moved = std::move(copy);
+  PokerLogic moved = std::move(copy);
+  // What was moved from is as new.
+  EXPECT_EQ(copy.LookupHand(std::vector<int>{1, 2, 3, 4, 5, 6, 7}.data()), 0);
+  EXPECT_EQ(copy.SaveID(copy.MakeID(0, 7)), 1);
+  EXPECT_EQ(copy.numIDs, 2);
+  PokerLogic& itself = moved;
+  moved = std::move(itself);
   copy = moved;
   const PokerLogic unloaded;
   Dealer dealer(8);
