@@ -5,6 +5,7 @@
 // or seven cards needs no subsets: the compact evaluator knows it, from ranks and suits read off
 // the card words.
 
+#include <array>
 #include <cstdint>
 #include <cstdio>
 
@@ -20,17 +21,44 @@ namespace {
 constexpr std::uint32_t kPrimes[13] = {2, 3, 5, 7, 11, 13, 17, 19, 23, 29, 31, 37, 41};
 constexpr std::uint32_t kSuitBits = 0xF000;
 
-// Value of a flush or of five different ranks; 0 for a hand with a repeated rank.
-int ValueByRankBits(std::uint32_t c1, std::uint32_t c2, std::uint32_t c3, std::uint32_t c4,
-                    std::uint32_t c5) {
-  const std::uint32_t ranks = (c1 | c2 | c3 | c4 | c5) >> 16;
-  if ((c1 & c2 & c3 & c4 & c5 & kSuitBits) != 0) return kFlushValues[ranks];
-  return kUniqueFiveValues[ranks];
+// Value of five card words; find(product) knows the hands with a repeated rank.
+template <typename Find>
+int EvaluateFive(const std::array<int, 5>& words, Find find) {
+  std::uint32_t any = 0;
+  std::uint32_t all = ~0u;
+  std::uint32_t product = 1;
+  for (const int signed_word : words) {
+    const auto word = static_cast<std::uint32_t>(signed_word);
+    any |= word;
+    all &= word;
+    product *= word & 0xFF;
+  }
+  const std::uint32_t ranks = any >> 16;
+  if ((all & kSuitBits) != 0) return kFlushValues[ranks];
+  if (const int value = kUniqueFiveValues[ranks]; value != 0) return value;
+  return find(product);
 }
 
-std::uint32_t PrimeProduct(std::uint32_t c1, std::uint32_t c2, std::uint32_t c3, std::uint32_t c4,
-                           std::uint32_t c5) {
-  return (c1 & 0xFF) * (c2 & 0xFF) * (c3 & 0xFF) * (c4 & 0xFF) * (c5 & 0xFF);
+int SearchProduct(std::uint32_t product) {
+  int low = 0;
+  int high = 4887;
+  while (low <= high) {
+    const int middle = (low + high) >> 1;
+    if (product < kProducts[middle]) {
+      high = middle - 1;
+    } else if (product > kProducts[middle]) {
+      low = middle + 1;
+    } else {
+      return kProductValues[middle];
+    }
+  }
+  std::fprintf(stderr, "ERROR:  no match found; key = %d\n", static_cast<int>(product));
+  return 0;
+}
+
+int LookUpProduct(std::uint32_t product) {
+  const auto [bucket, slot] = HashProduct(product);
+  return kHashValues[slot ^ kHashAdjust[bucket]];
 }
 
 // Four-bit counters of the suits by suit bits of a card word, hearts in the second and so on.
@@ -72,38 +100,11 @@ CPokerDeck::CPokerDeck() {
 }
 
 int eval_5cards(int c1, int c2, int c3, int c4, int c5) {
-  const auto w1 = static_cast<std::uint32_t>(c1);
-  const auto w2 = static_cast<std::uint32_t>(c2);
-  const auto w3 = static_cast<std::uint32_t>(c3);
-  const auto w4 = static_cast<std::uint32_t>(c4);
-  const auto w5 = static_cast<std::uint32_t>(c5);
-  if (const int value = pokermath::ValueByRankBits(w1, w2, w3, w4, w5); value != 0) return value;
-  const std::uint32_t product = pokermath::PrimeProduct(w1, w2, w3, w4, w5);
-  int low = 0;
-  int high = 4887;
-  while (low <= high) {
-    const int middle = (low + high) >> 1;
-    if (product < pokermath::kProducts[middle]) {
-      high = middle - 1;
-    } else if (product > pokermath::kProducts[middle]) {
-      low = middle + 1;
-    } else {
-      return pokermath::kProductValues[middle];
-    }
-  }
-  std::fprintf(stderr, "ERROR:  no match found; key = %d\n", static_cast<int>(product));
-  return 0;
+  return pokermath::EvaluateFive({c1, c2, c3, c4, c5}, pokermath::SearchProduct);
 }
 
 int eval_5hand_fast(int c1, int c2, int c3, int c4, int c5) {
-  const auto w1 = static_cast<std::uint32_t>(c1);
-  const auto w2 = static_cast<std::uint32_t>(c2);
-  const auto w3 = static_cast<std::uint32_t>(c3);
-  const auto w4 = static_cast<std::uint32_t>(c4);
-  const auto w5 = static_cast<std::uint32_t>(c5);
-  if (const int value = pokermath::ValueByRankBits(w1, w2, w3, w4, w5); value != 0) return value;
-  const auto [bucket, slot] = pokermath::HashProduct(pokermath::PrimeProduct(w1, w2, w3, w4, w5));
-  return pokermath::kHashValues[slot ^ pokermath::kHashAdjust[bucket]];
+  return pokermath::EvaluateFive({c1, c2, c3, c4, c5}, pokermath::LookUpProduct);
 }
 
 int eval_5hand(int* words) { return eval_5cards(words[0], words[1], words[2], words[3], words[4]); }
