@@ -4,6 +4,7 @@
 #define POKERMATH_POKERMATH_H_
 
 #include "pokermath/cards.h"
+#include "pokermath/combination_set.h"
 #include "pokermath/equity.h"
 #include "pokermath/evaluators.h"
 #include "pokermath/large_table.h"

@@ -1,0 +1,61 @@
+// The set of two-card combinations behind a range.
+
+#ifndef POKERMATH_COMBINATION_SET_H_
+#define POKERMATH_COMBINATION_SET_H_
+
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+#include <utility>
+#include <vector>
+
+namespace pokermath {
+
+/// Two card codes in the order in which they are stored.
+using Combination = std::pair<int, int>;
+
+/// An ordered set of combinations, by first card and then second, in one piece of memory: walking
+/// and copying it is fast, inserting moves what comes behind. (1, 2) and (2, 1) are two elements.
+class CombinationSet {
+ public:
+  using value_type = Combination;
+  using const_iterator = std::vector<Combination>::const_iterator;
+  using iterator = const_iterator;
+
+  const_iterator begin() const { return sorted_.begin(); }
+  const_iterator end() const { return sorted_.end(); }
+  std::size_t size() const { return sorted_.size(); }
+  bool empty() const { return sorted_.empty(); }
+  void clear() { sorted_.clear(); }
+
+  const_iterator find(const Combination& combination) const {
+    const auto place = std::lower_bound(begin(), end(), combination);
+    return place != end() && *place == combination ? place : end();
+  }
+  bool contains(const Combination& combination) const { return find(combination) != end(); }
+  std::size_t count(const Combination& combination) const { return contains(combination) ? 1 : 0; }
+
+  /// Whether the combination is new.
+  bool insert(const Combination& combination) {
+    const auto place = std::lower_bound(begin(), end(), combination);
+    if (place != end() && *place == combination) return false;
+    sorted_.insert(place, combination);
+    return true;
+  }
+  /// Adds all of another set.
+  void merge(const CombinationSet& other) {
+    std::vector<Combination> both;
+    both.reserve(size() + other.size());
+    std::set_union(begin(), end(), other.begin(), other.end(), std::back_inserter(both));
+    sorted_ = std::move(both);
+  }
+
+  bool operator==(const CombinationSet&) const = default;
+
+ private:
+  std::vector<Combination> sorted_;
+};
+
+}  // namespace pokermath
+
+#endif  // POKERMATH_COMBINATION_SET_H_

@@ -1,0 +1,251 @@
+// Range text as people write it.
+//
+// The text is cut into pieces at commas, semicolons and blanks. A piece is read from the left: a
+// percentage, the word random, one holding (two cards), or a class of hands with nothing, a plus or
+// a dash and a second class behind it. Whatever is left over is an error, never ignored.
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+
+#include "platform/text.h"
+#include "ranges/hand_classes.h"
+
+namespace pokermath {
+namespace {
+
+constexpr std::string_view kRankLetters = "23456789TJQKA";
+constexpr std::string_view kSeparators = " ,;\t\r\n";
+constexpr std::string_view kExpected =
+    "a class (AA, AKs, AKo, AK), a class with + (TT+, A9s+), a run (JJ-88, A9s-A5s), a holding "
+    "(AhKd), a percentage (15%) or random";
+
+enum class Kind { kPair, kSuited, kOffsuit, kBoth };
+
+struct HandClass {
+  int high;
+  int low;
+  Kind kind;
+};
+
+// What is wrong with a piece: where in it, and what was expected there.
+struct Fault {
+  std::size_t position;
+  std::string expected;
+};
+
+char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+bool EqualsIgnoringCase(std::string_view text, std::string_view lower) {
+  return std::equal(text.begin(), text.end(), lower.begin(), lower.end(),
+                    [](char a, char b) { return Lower(a) == b; });
+}
+
+class PieceReader {
+ public:
+  PieceReader(std::string_view piece, const RangeOptions& options, Spec& range)
+      : piece_(piece), options_(options), range_(range) {}
+
+  // Adds what the piece says to the range, or says what is wrong and adds nothing.
+  std::optional<Fault> Read() {
+    if (EqualsIgnoringCase(piece_, "random")) return AddAll();
+    if (piece_.find('%') != piece_.npos) return ReadPercent();
+    const std::optional<int> first = ReadRank();
+    if (!first) return Fault{0, std::string(kExpected)};
+    if (ReadSuit()) return ReadHolding();
+    return ReadClasses(*first);
+  }
+
+ private:
+  bool AtEnd() const { return place_ == piece_.size(); }
+  bool Skip(char c) {
+    if (AtEnd() || Lower(piece_[place_]) != c) return false;
+    ++place_;
+    return true;
+  }
+  Fault Here(std::string expected) const { return {place_, std::move(expected)}; }
+
+  std::optional<int> ReadRank() {
+    if (piece_.substr(place_).starts_with("10")) {
+      place_ += 2;
+      return 8;
+    }
+    if (AtEnd()) return std::nullopt;
+    const char letter = Lower(piece_[place_]);
+    for (std::size_t rank = 0; rank < kRankLetters.size(); ++rank) {
+      if (Lower(kRankLetters[rank]) != letter) continue;
+      ++place_;
+      return static_cast<int>(rank);
+    }
+    return std::nullopt;
+  }
+
+  bool ReadSuit() {
+    constexpr std::string_view kSuits = "cdhs";
+    if (AtEnd() || kSuits.find(Lower(piece_[place_])) == kSuits.npos) return false;
+    ++place_;
+    return true;
+  }
+
+  std::optional<Fault> ReadPercent() {
+    double percent = 0;
+    const char* end = piece_.data() + piece_.size();
+    const auto [stop, error] = std::from_chars(piece_.data(), end, percent);
+    if (error != std::errc{} || stop + 1 != end || *stop != '%' ||
+        !(percent > 0 && percent <= 100)) {
+      return Fault{0, "a percentage above 0 and up to 100, like 15%"};
+    }
+    return AddPercent(percent);
+  }
+
+  std::optional<Fault> AddPercent(double percent) {
+    static const CStatSpectr holdem = [] {
+      CStatSpectr tables;
+      tables.InitEquil();
+      tables.InitCorvelle();
+      return tables;
+    }();
+    static const CStatSpectr short_deck = [] {
+      CStatSpectr tables;
+      tables.InitEquil6Plus();
+      return tables;
+    }();
+    const bool corvelle = options_.percent_table == PercentTable::kCorvelle && !options_.short_deck;
+    Spec range;
+    CString text;
+    (options_.short_deck ? short_deck : holdem)
+        .GetSpecByPercent(percent, range, text, corvelle ? 1 : 0);
+    range_.Unite(range);
+    return std::nullopt;
+  }
+
+  std::optional<Fault> AddAll() {
+    for (int rank = options_.short_deck ? kLowestShortDeckRank : 0; rank < 13; ++rank) {
+      range_.AddPair(rank);
+      for (int high = rank + 1; high < 13; ++high) {
+        range_.AddSuit(high, rank);
+        range_.AddNonSuit(high, rank);
+      }
+    }
+    return std::nullopt;
+  }
+
+  std::optional<Fault> ReadHolding() {
+    const CardsResult read = ParseCards(piece_);
+    if (!read.error.empty()) return Fault{0, "two cards, like AhKd (" + read.error + ")"};
+    if (read.cards.size() != 2) return Fault{0, "two cards, like AhKd"};
+    const auto [low, high] = std::minmax({read.cards[0], read.cards[1]});
+    for (const int card : read.cards) {
+      if (IsMissing(GetCardRank(card))) return NoSuchRank(0);
+    }
+    // As AddPair, AddSuit and AddNonSuit store it.
+    if (GetCardRank(low) == GetCardRank(high)) {
+      range_.Insert(low, high);
+    } else {
+      range_.AddCard(low, high);
+    }
+    return std::nullopt;
+  }
+
+  std::optional<Fault> ReadClasses(int first) {
+    place_ = piece_.starts_with("10") ? 2 : 1;
+    const std::optional<HandClass> from = ReadClass(first);
+    if (!from) return Here("a second rank (23456789TJQKA) or a suit (cdhs)");
+    if (IsMissing(from->low)) return NoSuchRank(0);
+    if (AtEnd()) return AddRun(*from, *from);
+    if (Skip('+')) return AtEnd() ? AddRun(Top(*from), *from) : Here("nothing behind the +");
+    if (!Skip('-')) return Here(EndOfClass(*from));
+    const std::size_t second_place = place_;
+    const std::optional<int> second = ReadRank();
+    const std::optional<HandClass> to = second ? ReadClass(*second) : std::nullopt;
+    if (!to) return Here("the other end of the run, like JJ-88 or A9s-A5s");
+    if (!AtEnd()) return Here("nothing behind the run");
+    if (IsMissing(to->low)) return NoSuchRank(second_place);
+    const bool same_kind = to->kind == from->kind;
+    if (!same_kind || (from->kind != Kind::kPair && to->high != from->high)) {
+      return Fault{second_place, from->kind == Kind::kPair
+                                     ? "another pair, like JJ-88"
+                                     : "a hand of the same high card and kind, like A9s-A5s"};
+    }
+    return from->low > to->low ? AddRun(*from, *to) : AddRun(*to, *from);
+  }
+
+  // The class of a rank that was read and what follows it.
+  std::optional<HandClass> ReadClass(int first) {
+    const std::optional<int> second = ReadRank();
+    if (!second) return std::nullopt;
+    const int high = std::max(first, *second);
+    const int low = std::min(first, *second);
+    if (high == low) return HandClass{high, low, Kind::kPair};
+    if (Skip('s')) return HandClass{high, low, Kind::kSuited};
+    if (Skip('o')) return HandClass{high, low, Kind::kOffsuit};
+    return HandClass{high, low, options_.bare_offsuit ? Kind::kOffsuit : Kind::kBoth};
+  }
+
+  static std::string EndOfClass(const HandClass& from) {
+    return from.kind == Kind::kPair ? "+, - or the end behind a pair"
+                                    : "s, o, +, - or the end behind two ranks";
+  }
+
+  // The best class of the same high card and kind.
+  static HandClass Top(const HandClass& hand) {
+    if (hand.kind == Kind::kPair) return {12, 12, hand.kind};
+    return {hand.high, hand.high - 1, hand.kind};
+  }
+
+  std::optional<Fault> AddRun(const HandClass& best, const HandClass& worst) {
+    for (int low = worst.low; low <= best.low; ++low) {
+      if (best.kind == Kind::kPair) {
+        range_.AddPair(low);
+        continue;
+      }
+      if (best.kind != Kind::kOffsuit) range_.AddSuit(best.high, low);
+      if (best.kind != Kind::kSuited) range_.AddNonSuit(best.high, low);
+    }
+    return std::nullopt;
+  }
+
+  bool IsMissing(int rank) const { return options_.short_deck && rank < kLowestShortDeckRank; }
+  static std::optional<Fault> NoSuchRank(std::size_t position) {
+    return Fault{position, "ranks of the short deck, 6 to A"};
+  }
+
+  std::string_view piece_;
+  const RangeOptions& options_;
+  Spec& range_;
+  std::size_t place_ = 0;
+};
+
+// A piece as an error quotes it: on one line, valid and short.
+std::string Quoted(std::string_view piece) {
+  constexpr std::size_t kLongest = 40;
+  std::wstring text = FromUtf8(piece.substr(0, kLongest));
+  for (wchar_t& c : text) c = c < 0x20 || c == 0x7F ? L'?' : c;
+  std::string quoted = "'";
+  quoted += ToUtf8(text);
+  quoted += piece.size() > kLongest ? "...'" : "'";
+  return quoted;
+}
+
+}  // namespace
+
+RangeResult ParseRange(std::string_view text, const RangeOptions& options) {
+  RangeResult result;
+  std::size_t place = text.find_first_not_of(kSeparators);
+  while (place != text.npos) {
+    const std::size_t end = std::min(text.find_first_of(kSeparators, place), text.size());
+    const std::string_view piece = text.substr(place, end - place);
+    if (const std::optional<Fault> fault = PieceReader(piece, options, result.range).Read()) {
+      result.range = Spec();
+      result.position = place + fault->position;
+      result.error = Quoted(piece);
+      result.error += " at position " + std::to_string(result.position + 1) + ": expected ";
+      result.error += fault->expected;
+      return result;
+    }
+    place = text.find_first_not_of(kSeparators, end);
+  }
+  return result;
+}
+
+}  // namespace pokermath
