@@ -28,6 +28,7 @@ Examples:
   pokermath eval AhKhQhJhTh2c3d
   pokermath equity AhKd 7s7c
   pokermath equity AhKd random --players 6
+  pokermath range 'TT+,A9s+,KJo+'
   pokermath tables build
 
 'pokermath SUBCOMMAND --help' says more and shows examples.
@@ -90,6 +91,7 @@ int ParseAndRun(CLI::App& program, int argc, char** argv) {
   int exit_code = kExitDone;
   AddEval(program, exit_code);
   AddEquity(program, exit_code);
+  AddRange(program, exit_code);
   AddTables(program, exit_code);
   try {
     program.parse(argc, argv);
@@ -104,7 +106,7 @@ int ParseAndRun(CLI::App& program, int argc, char** argv) {
 }
 
 int Run(int argc, char** argv) {
-  CLI::App program("Exact poker mathematics: hand values, equity, tables.", "pokermath");
+  CLI::App program("Exact poker mathematics: hand values, equity, ranges, tables.", "pokermath");
   program.set_version_flag("--version", "pokermath " POKERMATH_VERSION, "Print the version");
   program.require_subcommand(1);
   program.footer(kExamples);

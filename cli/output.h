@@ -39,6 +39,8 @@ class Colours {
   explicit Colours(bool on) : on_(on) {}
   std::string Strong(std::string_view text) const;
   std::string Faint(std::string_view text) const;
+  /// A class of hands in the colour of pairs (kind 0), suited (below 0) or offsuit hands.
+  std::string Class(std::string_view text, int kind) const;
   /// CardsText, each card in the colour of its suit.
   std::string Cards(std::span<const int> cards) const;
 

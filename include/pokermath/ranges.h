@@ -131,8 +131,10 @@ class POKERMATH_EXPORT CStatSpectr {
   /// 1 if two cards belong to the best `percent` of hands by Sklansky groups, else 0.
   int numSklanskyGroup(CCard card1, CCard card2, double percent) const;
 
-  /// The coarse table.
+  /// The tables themselves, ranges by percent.
   const std::map<double, Spec>& base() const { return base_; }
+  const std::map<double, Spec>& equilibrium() const { return equilibrium_; }
+  const std::map<double, Spec>& corvelle() const { return corvelle_; }
 
  private:
   std::map<double, Spec> base_;

@@ -1,0 +1,214 @@
+// `pokermath range`: what a range text holds, as numbers, as a matrix and as a picture; and where
+// one hand stands among all.
+
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "cli/command.h"
+#include "cli/errors.h"
+#include "cli/output.h"
+#include "cli/range_picture.h"
+#include "platform/files.h"
+#include "platform/text.h"
+#include "pokermath/ranges.h"
+#include "ranges/hand_classes.h"
+
+namespace pokermath::cli {
+namespace {
+
+constexpr const char* kExamples =
+    R"(A list of classes (AA, AKs, AKo, AK), classes and all better ones (TT+, A9s+, KJo+),
+runs (JJ-88, A9s-A5s), holdings (AhKd), percentages (15%) and the word random.
+In the matrix a star marks a class of which the range holds some holdings only.
+
+Examples:
+  pokermath range 'TT+,A9s+,KJo+'
+  pokermath range 15% --svg range.svg
+  pokermath range 30% --game shortdeck
+  pokermath range 'AA AhKd' --json
+  pokermath range --rank AKs)";
+
+struct RangeWords {
+  std::vector<std::string> text;
+  std::string game = "holdem";
+  std::string table = "equilibrium";
+  std::string rank;
+  std::string svg;
+  bool bare_offsuit = false;
+  bool json = false;
+};
+
+RangeOptions ReadOptions(const RangeWords& words) {
+  if (words.game != "holdem" && words.game != "shortdeck") {
+    throw UsageError("--game " + Quoted(words.game) + " is not known: holdem or shortdeck");
+  }
+  if (words.table != "equilibrium" && words.table != "corvelle") {
+    throw UsageError("--table " + Quoted(words.table) + " is not known: equilibrium or corvelle");
+  }
+  RangeOptions options;
+  options.bare_offsuit = words.bare_offsuit;
+  options.short_deck = words.game == "shortdeck";
+  if (words.table == "corvelle") options.percent_table = PercentTable::kCorvelle;
+  if (options.short_deck && words.table == "corvelle") {
+    throw UsageError("--table corvelle is for 52 cards: the short deck has its equilibrium only");
+  }
+  return options;
+}
+
+Spec ReadRange(const std::string& text, const RangeOptions& options) {
+  RangeResult read = ParseRange(text, options);
+  if (!read.error.empty()) throw UsageError(read.error);
+  return std::move(read.range);
+}
+
+// Text that reads back to the same range under the same options: whole classes, then single
+// holdings.
+std::string CanonicalText(const Spec& range, const RangeOptions& options) {
+  const RangeMatrix matrix(range, options.short_deck);
+  Spec whole;
+  std::string holdings;
+  for (const auto& [first, second] : range.combinations()) {
+    const int cell = CellOf(first, second);
+    if (matrix.Present(cell / 13, cell % 13) == RangeMatrix::Whole(cell / 13, cell % 13)) {
+      whole.Insert(first, second);
+    } else {
+      holdings += "," + CardName(first) + CardName(second);
+    }
+  }
+  const CString offsuit = options.bare_offsuit ? L"" : L"o";
+  std::string text = ToUtf8(RangeText(whole, options.short_deck, offsuit)) + holdings;
+  if (text.starts_with(',')) text.erase(0, 1);
+  return text;
+}
+
+struct RangeAnswer {
+  Spec range;
+  std::string text;
+  std::size_t combos;
+  double percent;
+};
+
+RangeAnswer Describe(const RangeWords& words, const RangeOptions& options) {
+  RangeAnswer answer;
+  answer.range = ReadRange(fmt::format("{}", fmt::join(words.text, " ")), options);
+  answer.text = CanonicalText(answer.range, options);
+  answer.combos = answer.range.combinations().size();
+  answer.percent = 100.0 * static_cast<double>(answer.combos) / (options.short_deck ? 630 : 1326);
+  return answer;
+}
+
+Json ToJson(const RangeAnswer& answer, const RangeWords& words) {
+  std::array<int, kHandClasses> matrix{};
+  answer.range.MakeMatrix(matrix.data());
+  return {{"schema", kJsonSchema},   {"game", words.game},        {"text", answer.text},
+          {"combos", answer.combos}, {"percent", answer.percent}, {"matrix", matrix}};
+}
+
+std::string ToText(const RangeAnswer& answer, const RangeOptions& options) {
+  const RangeMatrix matrix(answer.range, options.short_deck);
+  const Colours colours = Colours::ForStandardOutput();
+  return fmt::format("{}\n\n{}\n{} of {} holdings, {:.2f} %\n",
+                     colours.Strong(answer.text.empty() ? "an empty range" : answer.text),
+                     MatrixText(matrix, colours), answer.combos,
+                     options.short_deck ? "630" : "1,326", answer.percent);
+}
+
+void WriteSvg(const std::string& path, const RangeAnswer& answer, bool short_deck) {
+  constexpr std::size_t kLongestTitle = 70;
+  std::string title = fmt::format("{}  ({:.1f} %)", answer.text, answer.percent);
+  if (title.size() > kLongestTitle) {
+    title = fmt::format("{} holdings, {:.1f} %", answer.combos, answer.percent);
+  }
+  const std::string svg = MatrixSvg(RangeMatrix(answer.range, short_deck), title);
+  AtomicFile file(path);
+  file.Write(svg.data(), svg.size());
+  if (!file.Commit()) throw SystemFailure("cannot write " + Quoted(path), errno);
+}
+
+// Where one class stands.
+int RunRank(const RangeWords& words, const RangeOptions& options) {
+  const Spec hand = ReadRange(words.rank, options);
+  std::array<int, kHandClasses> matrix{};
+  hand.MakeMatrix(matrix.data());
+  const auto classes = std::ranges::count(matrix, 1);
+  if (classes != 1) {
+    throw UsageError(
+        fmt::format("{} names {} classes: one hand is ranked, like AA, AKs, AKo or AhKd",
+                    Quoted(words.rank), classes));
+  }
+  const int cell = static_cast<int>(std::ranges::find(matrix, 1) - matrix.begin());
+  const std::string name = RangeMatrix::Name(cell / 13, cell % 13);
+  const auto [first, second] = *hand.combinations().begin();
+  const int group = SklanskyGroup(CCard(first), CCard(second));
+  CStatSpectr tables;
+  if (options.short_deck) {
+    tables.InitEquil6Plus();
+  } else {
+    tables.InitEquil();
+  }
+  tables.InitCorvelle();
+  const auto& table =
+      options.percent_table == PercentTable::kCorvelle ? tables.corvelle() : tables.equilibrium();
+  const auto enters =
+      std::ranges::find_if(table, [&, card = Combination(first, second)](const auto& row) {
+        return row.second.combinations().contains(card);
+      });
+  if (words.json) {
+    Json answer = {{"schema", kJsonSchema},  {"game", words.game},
+                   {"hand", name},           {"class_order", HandClassRank[cell]},
+                   {"table", words.table},   {"enters_at_percent", nullptr},
+                   {"sklansky_group", group}};
+    if (enters != table.end()) answer["enters_at_percent"] = enters->first;
+    Print(JsonLine(answer));
+    return kExitDone;
+  }
+  const std::string entry =
+      enters == table.end() ? "in none of its ranges" : fmt::format("at {} %", enters->first);
+  Print(
+      fmt::format("{}\n\n  class order      {} of 169, 1 is the strongest\n"
+                  "  {:<15}  {}\n  Sklansky group   {}\n",
+                  name, HandClassRank[cell], words.table, entry,
+                  group == 0 ? "none" : fmt::format("{} of 8, 1 is the best", group)));
+  return kExitDone;
+}
+
+int RunRange(const RangeWords& words) {
+  const RangeOptions options = ReadOptions(words);
+  if (!words.rank.empty()) {
+    if (!words.text.empty() || !words.svg.empty()) {
+      throw UsageError("--rank stands alone: it asks about one hand, not a range");
+    }
+    return RunRank(words, options);
+  }
+  if (words.text.empty()) throw UsageError("a range is needed, like 'TT+,A9s+' or 15%");
+  const RangeAnswer answer = Describe(words, options);
+  if (!words.svg.empty()) WriteSvg(words.svg, answer, options.short_deck);
+  Print(words.json ? JsonLine(ToJson(answer, words)) : ToText(answer, options));
+  return kExitDone;
+}
+
+}  // namespace
+
+void AddRange(CLI::App& program, int& exit_code) {
+  auto words = std::make_shared<RangeWords>();
+  CLI::App* command = program.add_subcommand("range", "Holdings of a two-card range");
+  command->add_option("TEXT", words->text, "Range text; several words are one list")->type_name("");
+  command->add_option("--game", words->game, "holdem or shortdeck [holdem]")->type_name("GAME");
+  command
+      ->add_option("--table", words->table,
+                   "Where percentages come from: equilibrium or corvelle [equilibrium]")
+      ->type_name("TABLE");
+  command->add_flag("--bare-offsuit", words->bare_offsuit,
+                    "A bare AK is offsuit only, in what is read and in what is written");
+  command->add_option("--rank", words->rank, "Where one hand stands among all")->type_name("HAND");
+  command->add_option("--svg", words->svg, "Also write the matrix as a picture")->type_name("FILE");
+  command->add_flag("--json", words->json, "Print a JSON object");
+  command->footer(kExamples);
+  command->callback([words, &exit_code] { exit_code = RunRange(*words); });
+}
+
+}  // namespace pokermath::cli

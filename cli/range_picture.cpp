@@ -1,0 +1,105 @@
+#include "cli/range_picture.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "ranges/hand_classes.h"
+
+namespace pokermath::cli {
+namespace {
+
+constexpr std::string_view kRanks = "AKQJT98765432";
+
+std::string Escape(std::string_view text) {
+  std::string escaped;
+  for (const char c : text) {
+    escaped += c == '<' ? "&lt;" : c == '>' ? "&gt;" : c == '&' ? "&amp;" : std::string(1, c);
+  }
+  return escaped;
+}
+
+// Pairs, suited and offsuit hands have a colour each; classes that are there in part a pale one.
+const char* FillOf(const RangeMatrix& matrix, int row, int column) {
+  const int present = matrix.Present(row, column);
+  if (present == 0) return "#eef0f3";
+  const bool part = present < RangeMatrix::Whole(row, column);
+  if (row == column) return part ? "#f6dcae" : "#e9a93b";
+  if (row < column) return part ? "#c5e3c9" : "#62b36c";
+  return part ? "#c6d8f0" : "#5b8fd6";
+}
+
+}  // namespace
+
+RangeMatrix::RangeMatrix(const Spec& range, bool short_deck) : size_(short_deck ? 9 : 13) {
+  for (const auto& [first, second] : range.combinations()) {
+    ++present_[static_cast<std::size_t>(CellOf(first, second))];
+  }
+}
+
+std::string RangeMatrix::Name(int row, int column) {
+  const auto [high, low] = std::minmax({row, column});  // the ace is 0
+  std::string name = {kRanks[static_cast<std::size_t>(high)],
+                      kRanks[static_cast<std::size_t>(low)]};
+  if (row != column) name += row < column ? 's' : 'o';
+  return name;
+}
+
+int RangeMatrix::Present(int row, int column) const {
+  return present_[static_cast<std::size_t>(row * 13 + column)];
+}
+
+bool RangeMatrix::HasParts() const {
+  for (int row = 0; row < size_; ++row) {
+    for (int column = 0; column < size_; ++column) {
+      const int present = Present(row, column);
+      if (present != 0 && present < Whole(row, column)) return true;
+    }
+  }
+  return false;
+}
+
+std::string MatrixText(const RangeMatrix& matrix, const Colours& colours) {
+  std::string text;
+  for (int row = 0; row < matrix.size(); ++row) {
+    text += " ";
+    for (int column = 0; column < matrix.size(); ++column) {
+      const int present = matrix.Present(row, column);
+      const bool part = present != 0 && present < RangeMatrix::Whole(row, column);
+      const std::string name = RangeMatrix::Name(row, column) + (part ? "*" : "");
+      const std::string cell = fmt::format(" {:<4}", present == 0 ? "." : name);
+      text += present == 0 ? colours.Faint(cell) : colours.Class(cell, row - column);
+    }
+    text.erase(text.find_last_not_of(' ') + 1);
+    text += "\n";
+  }
+  return text;
+}
+
+std::string MatrixSvg(const RangeMatrix& matrix, const std::string& title) {
+  constexpr int kCell = 44;
+  constexpr int kMargin = 12;
+  constexpr int kTitle = 34;
+  const int width = matrix.size() * kCell + 2 * kMargin;
+  std::string svg = fmt::format(
+      "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 {0} {1}\" width=\"{0}\" "
+      "height=\"{1}\" font-family=\"Helvetica, Arial, sans-serif\">\n"
+      "<title>{2}</title>\n<rect width=\"100%\" height=\"100%\" fill=\"#ffffff\"/>\n"
+      "<text x=\"{3}\" y=\"24\" font-size=\"15\" fill=\"#222\">{2}</text>\n",
+      width, width + kTitle - kMargin, Escape(title), kMargin);
+  for (int row = 0; row < matrix.size(); ++row) {
+    for (int column = 0; column < matrix.size(); ++column) {
+      const int x = kMargin + column * kCell;
+      const int y = kTitle + row * kCell;
+      const bool present = matrix.Present(row, column) != 0;
+      svg += fmt::format(
+          "<rect x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\" rx=\"4\" fill=\"{}\"/>"
+          "<text x=\"{}\" y=\"{}\" font-size=\"13\" text-anchor=\"middle\" fill=\"{}\">{}</text>\n",
+          x + 1, y + 1, kCell - 2, kCell - 2, FillOf(matrix, row, column), x + kCell / 2,
+          y + kCell / 2 + 5, present ? "#14202b" : "#a3abb5", RangeMatrix::Name(row, column));
+    }
+  }
+  return svg + "</svg>\n";
+}
+
+}  // namespace pokermath::cli

@@ -1,0 +1,41 @@
+// A range as a matrix of classes: on the terminal and as an SVG picture.
+
+#ifndef POKERMATH_CLI_RANGE_PICTURE_H_
+#define POKERMATH_CLI_RANGE_PICTURE_H_
+
+#include <array>
+#include <string>
+
+#include "cli/output.h"
+#include "pokermath/ranges.h"
+
+namespace pokermath::cli {
+
+/// How much of every class a range holds, in the matrix layout of ranges.h.
+class RangeMatrix {
+ public:
+  RangeMatrix(const Spec& range, bool short_deck);
+
+  /// Rows and columns: 13, or 9 in the short deck.
+  int size() const { return size_; }
+  /// "AKs", "AKo", "AA".
+  static std::string Name(int row, int column);
+  /// Holdings of the class that are present, and how many it has.
+  int Present(int row, int column) const;
+  static int Whole(int row, int column) { return row == column ? 6 : row < column ? 4 : 12; }
+  bool HasParts() const;
+
+ private:
+  int size_;
+  std::array<int, 169> present_{};
+};
+
+/// Thirteen lines; classes that are absent are dots, those with some holdings only have a star.
+std::string MatrixText(const RangeMatrix& matrix, const Colours& colours);
+
+/// A stand-alone SVG document.
+std::string MatrixSvg(const RangeMatrix& matrix, const std::string& title);
+
+}  // namespace pokermath::cli
+
+#endif  // POKERMATH_CLI_RANGE_PICTURE_H_
