@@ -130,6 +130,36 @@ class POKERMATH_EXPORT PokerLogic {
   /// The same for equityTurnTable.
   int load_equity_turn_table(CString path);
 
+  // --- Hold'em equity against a range ---
+  // Every holding of the range weighs the same; one that shares a card with the hand or the board
+  // is left out. The result is hand's share over all boards and holdings, 0.0 .. 1.0, a tie as one
+  // half; not a number when the range is wholly blocked. No HandRanks table is needed. The two
+  // functions with a board count change the object's random numbers; the others only read it.
+
+  /// To the river, from 0 to 5 known board cards: exact for 0, 3, 4 and 5, over trialCount random
+  /// boards for 1 and 2. 0.0 for another count.
+  double getProbabilityOfWinBySpectr(int* hand, int* board, int boardCount, const Spec& spec);
+  /// From an empty board, by GetWinHandVsHand for each holding. The one function here that starts
+  /// threads: the holdings are shared out among OpenMP's workers.
+  double getProbabilityOfWinBySpectrWithNoBoard(int* hand, const Spec& spec) const;
+  /// From three board cards.
+  double getProbabilityOfWinBySpectrWithFlop(int* hand, int* board, const Spec& spec) const;
+  /// From four board cards.
+  double getProbabilityOfWinBySpectrWithFlopAndTurn(int* hand, int* board, const Spec& spec) const;
+
+  /// To the flop (street 3) or the turn (street 4), hands of five or six cards: exact for 0 known
+  /// board cards, and for 3 to the turn; else over trialCount random boards. Of more known cards
+  /// than the street has, the first make the board and the others are dead. 0.0 for another count
+  /// or street.
+  double getProbOfWinBySpectrToFlopOrTurn(int* hand, int* board, int boardCount, const Spec& spec,
+                                          int street);
+  /// From an empty board to the flop.
+  double getProbabilityOfWinBySpectrWithNoBoardToFlop(int* hand, const Spec& spec) const;
+  /// From an empty board to the turn, by GetWinHandVsHandToTurn for each holding.
+  double getProbabilityOfWinBySpectrWithNoBoardToTurn(int* hand, const Spec& spec) const;
+  /// From three board cards to the turn.
+  double getProbabilityOfWinBySpectrWithFlopToTurn(int* hand, int* board, const Spec& spec) const;
+
   // --- data, in the order that hosts know ---
 
   CPokerDeck deck;

@@ -1,0 +1,202 @@
+// Equity against a range: every function against plain loops over boards and holdings.
+
+#include <gtest/gtest.h>
+#include <omp.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <vector>
+
+#include "pokermath/cards.h"
+#include "pokermath/poker_logic.h"
+#include "tests/cards/dealer.h"
+
+namespace pokermath {
+namespace {
+
+using Cards = std::vector<int>;
+
+bool Holds(const Cards& cards, int card) { return std::ranges::count(cards, card) != 0; }
+
+int ValueOf(const int* hand, const Cards& board, std::size_t street) {
+  Cards cards(board.begin(), board.begin() + static_cast<std::ptrdiff_t>(street));
+  cards.insert(cards.end(), hand, hand + 2);
+  return EvaluateCards(cards.data(), static_cast<int>(cards.size()));
+}
+
+struct Score {
+  double won = 0;
+  double cases = 0;
+  double Share() const { return won / cases; }
+
+  // One board, of which the first `street` cards are played and all are dead.
+  void Add(const Cards& hand, const Cards& board, std::size_t street, const Spec& spec) {
+    const int value = ValueOf(hand.data(), board, street);
+    for (const auto& [first, second] : spec.combinations()) {
+      const int opponent[2] = {first, second};
+      if (Holds(hand, first) || Holds(hand, second) || Holds(board, first) ||
+          Holds(board, second)) {
+        continue;
+      }
+      const int other = ValueOf(opponent, board, street);
+      won += value > other ? 1.0 : value == other ? 0.5 : 0.0;
+      cases += 1;
+    }
+  }
+};
+
+// Every way to complete the board to a street.
+Score Plain(const Cards& hand, Cards board, std::size_t street, const Spec& spec, int first = 0) {
+  Score score;
+  if (board.size() == street) {
+    score.Add(hand, board, street, spec);
+    return score;
+  }
+  for (int card = first; card < 52; ++card) {
+    if (Holds(hand, card) || Holds(board, card)) continue;
+    Cards longer = board;
+    longer.push_back(card);
+    const Score part = Plain(hand, longer, street, spec, card + 1);
+    score.won += part.won;
+    score.cases += part.cases;
+  }
+  return score;
+}
+
+// Random boards from the same draws.
+double PlainSample(PokerLogic& logic, const Cards& hand, const Cards& known, std::size_t street,
+                   const Spec& spec) {
+  Score score;
+  for (int trial = 0; trial < logic.trialCount; ++trial) {
+    Cards board = known;
+    while (board.size() < street) {
+      const int card = std::rand() % 52;
+      if (!Holds(hand, card) && !Holds(board, card)) board.push_back(card);
+    }
+    score.Add(hand, board, street, spec);
+  }
+  return score.Share();
+}
+
+// A few random holdings: some are blocked, some stored both ways.
+Spec RandomRange(Dealer& dealer, int holdings) {
+  Spec spec;
+  for (int i = 0; i < holdings; ++i) {
+    const Cards cards = dealer.Deal(2);
+    spec.Insert(cards[0], cards[1]);
+    if (i % 5 == 0) spec.Insert(cards[1], cards[0]);
+  }
+  return spec;
+}
+
+TEST(HandVsRange, ExactStreetsAreThePlainCount) {
+  PokerLogic logic;
+  Dealer dealer(21);
+  SCOPED_TRACE(dealer.Trace());
+  for (int trial = 0; trial < 12; ++trial) {
+    Cards cards = dealer.Deal(7);
+    Cards hand(cards.begin(), cards.begin() + 2);
+    Cards board(cards.begin() + 2, cards.end());
+    const Cards flop(board.begin(), board.begin() + 3);
+    const Cards turn(board.begin(), board.begin() + 4);
+    const Spec spec = RandomRange(dealer, 40);
+    EXPECT_EQ(logic.getProbabilityOfWinBySpectr(hand.data(), board.data(), 3, spec),
+              Plain(hand, flop, 5, spec).Share());
+    EXPECT_EQ(logic.getProbabilityOfWinBySpectr(hand.data(), board.data(), 4, spec),
+              Plain(hand, turn, 5, spec).Share());
+    EXPECT_EQ(logic.getProbabilityOfWinBySpectr(hand.data(), board.data(), 5, spec),
+              Plain(hand, board, 5, spec).Share());
+    EXPECT_EQ(logic.getProbOfWinBySpectrToFlopOrTurn(hand.data(), board.data(), 3, spec, 4),
+              Plain(hand, flop, 4, spec).Share());
+    EXPECT_EQ(logic.getProbOfWinBySpectrToFlopOrTurn(hand.data(), board.data(), 0, spec, 3),
+              Plain(hand, {}, 3, spec).Share());
+    // More known cards than the street: the first are played, all are dead.
+    Score first_three;
+    first_three.Add(hand, board, 3, spec);
+    EXPECT_EQ(logic.getProbOfWinBySpectrToFlopOrTurn(hand.data(), board.data(), 5, spec, 3),
+              first_three.Share());
+  }
+}
+
+TEST(HandVsRange, EmptyBoardSumsUpTheMatchupsForAnyNumberOfWorkers) {
+  PokerLogic logic;
+  Cards hand = ParseCards("AhKd").cards;
+  Spec spec = ParseRange("QQ-99,AK,76s,KdQd").range;
+  spec.Insert(6, 19);
+  double wins = 0, boards = 0, turn_wins = 0, turn_boards = 0;
+  for (const auto& [first, second] : spec.combinations()) {
+    if (Holds(hand, first) || Holds(hand, second)) continue;
+    int opponent[2] = {first, second};
+    double won, counted;
+    logic.getProbabilityOfWinWithNoBoard(hand.data(), opponent, won, counted);
+    wins += won;
+    boards += counted;
+    logic.getProbabilityOfWinWithNoBoardToTurn(hand.data(), opponent, won, counted);
+    turn_wins += won;
+    turn_boards += counted;
+  }
+  for (const int workers : {1, 2, 7}) {
+    omp_set_num_threads(workers);
+    EXPECT_EQ(logic.getProbabilityOfWinBySpectr(hand.data(), nullptr, 0, spec), wins / boards);
+  }
+  EXPECT_EQ(logic.getProbOfWinBySpectrToFlopOrTurn(hand.data(), nullptr, 0, spec, 4),
+            turn_wins / turn_boards);
+  // A loaded table answers, in the order asked.
+  const Spec one = ParseRange("QcJs").range;
+  logic.equityTable[{24 * 64 + 38, 10 * 64 + 48}] = 1712304;
+  EXPECT_EQ(logic.getProbabilityOfWinBySpectrWithNoBoard(hand.data(), one), 0.5);
+}
+
+TEST(HandVsRange, SampledBoardsAreThoseOfTheDraws) {
+  PokerLogic logic;
+  logic.trialCount = 500;
+  Dealer dealer(22);
+  SCOPED_TRACE(dealer.Trace());
+  for (int trial = 0; trial < 20; ++trial) {
+    Cards cards = dealer.Deal(4);
+    Cards hand(cards.begin(), cards.begin() + 2);
+    const Spec spec = RandomRange(dealer, 20);
+    for (const int known : {1, 2}) {
+      Cards board(cards.begin() + 2, cards.begin() + 2 + known);
+      const auto seeded = [&](auto ask) {
+        std::srand(static_cast<unsigned>(trial));
+        return ask();
+      };
+      EXPECT_EQ(seeded([&] {
+                  return logic.getProbabilityOfWinBySpectr(hand.data(), board.data(), known, spec);
+                }),
+                seeded([&] { return PlainSample(logic, hand, board, 5, spec); }));
+      for (const int street : {3, 4}) {
+        EXPECT_EQ(seeded([&] {
+                    return logic.getProbOfWinBySpectrToFlopOrTurn(hand.data(), board.data(), known,
+                                                                  spec, street);
+                  }),
+                  seeded([&] {
+                    return PlainSample(logic, hand, board, static_cast<std::size_t>(street), spec);
+                  }));
+      }
+    }
+  }
+}
+
+TEST(HandVsRange, BlockedRangesAndBadCounts) {
+  PokerLogic logic;
+  Cards hand = ParseCards("AhAd").cards;
+  Cards board = ParseCards("AsAc2d3h4s").cards;
+  const Spec aces = ParseRange("AA").range;
+  for (const int known : {2, 3, 4, 5}) {
+    EXPECT_TRUE(
+        std::isnan(logic.getProbabilityOfWinBySpectr(hand.data(), board.data(), known, aces)));
+  }
+  EXPECT_TRUE(std::isnan(logic.getProbabilityOfWinBySpectrWithNoBoard(hand.data(), Spec())));
+  EXPECT_TRUE(std::isnan(logic.getProbabilityOfWinBySpectrWithNoBoardToTurn(hand.data(), Spec())));
+  for (const int known : {-1, 6}) {
+    EXPECT_EQ(logic.getProbabilityOfWinBySpectr(hand.data(), board.data(), known, aces), 0.0);
+    EXPECT_EQ(logic.getProbOfWinBySpectrToFlopOrTurn(hand.data(), board.data(), known, aces, 3),
+              0.0);
+  }
+  EXPECT_EQ(logic.getProbOfWinBySpectrToFlopOrTurn(hand.data(), board.data(), 3, aces, 5), 0.0);
+}
+
+}  // namespace
+}  // namespace pokermath
