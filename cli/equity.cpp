@@ -1,4 +1,5 @@
-// `pokermath equity`: a Hold'em hand against a given hand, exact, or against random hands, sampled.
+// `pokermath equity`: a Hold'em hand against a hand or a range, exact, or against random hands,
+// sampled.
 
 #include <CLI/CLI.hpp>
 #include <memory>
@@ -17,8 +18,8 @@ namespace pokermath::cli {
 namespace {
 
 constexpr const char* kExamples =
-    R"(Hand against hand is exact. Against 'random' it is sampled; Ctrl-C stops and shows
-what was sampled so far.
+    R"(Against a hand or a range it is exact. Against 'random' it is sampled; Ctrl-C stops
+and shows what was sampled so far. How ranges are written: pokermath range --help.
 Equity is the share of the pot: a pot shared by k players counts 1/k.
 
 Examples:
@@ -26,6 +27,7 @@ Examples:
   pokermath equity Ah Kd 7s 7c
   pokermath equity AhKd 7s7c --board 2c3d4h
   pokermath equity AhKd 7s7c --to turn --json
+  pokermath equity AhKd 'TT+,AQs+,AKo' --board 2c3d4h
   pokermath equity AhKd random --players 6 --trials 10000000
   pokermath equity - <questions.txt    one question a line in the same words, like
                                        'AhKd 7s7c --board 2c3d4h'; options beside
@@ -45,7 +47,7 @@ int AnswerQuestionLines(const EquityWords& options, bool json) {
   return AnswerLines(json, [&](std::string_view line, std::string& out) {
     const EquityQuestion question = ReadQuestion(SplitLine(line, options));
     const EquityAnswer answer =
-        question.opponent ? Count(question) : Sample(question, [](std::int64_t) { return true; });
+        question.IsExact() ? Count(question) : Sample(question, [](std::int64_t) { return true; });
     out += json ? JsonLine(EquityJson(question, answer)) : EquityLine(question, answer);
   });
 }
@@ -53,7 +55,7 @@ int AnswerQuestionLines(const EquityWords& options, bool json) {
 int RunEquity(const EquityWords& words, bool json) {
   if (words.hands == std::vector<std::string>{"-"}) return AnswerQuestionLines(words, json);
   const EquityQuestion question = ReadQuestion(words);
-  const EquityAnswer answer = question.opponent ? Count(question) : SampleWithProgress(question);
+  const EquityAnswer answer = question.IsExact() ? Count(question) : SampleWithProgress(question);
   Print(json ? JsonLine(EquityJson(question, answer))
              : EquityPage(question, answer, Colours::ForStandardOutput()));
   return kExitDone;
@@ -71,14 +73,15 @@ void AddEquity(CLI::App& program, int& exit_code) {
   CLI::App* command = program.add_subcommand("equity", "Equity of a Texas Hold'em hand");
   command
       ->add_option("HAND OPPONENT", words.hands,
-                   "Two cards, then two cards or the word random; or - for one question a line "
-                   "from standard input")
+                   "Two cards, then two cards, a range or the word random; or - for one "
+                   "question a line from standard input")
       ->required()
       ->type_name("")
       ->expected(-1);
   command->add_option("--board", words.board, "Known board cards, up to 5 (4 to the turn)")
       ->type_name("CARDS");
-  command->add_option("--to", words.to, "Compare the hands on the turn or the river [river]")
+  command
+      ->add_option("--to", words.to, "Compare the hands on the flop, the turn or the river [river]")
       ->type_name("STREET");
   command
       ->add_option("--players", words.players,

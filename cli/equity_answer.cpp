@@ -65,7 +65,9 @@ EquityAnswer Summarise(const SharerCounts& counts) {
 EquityAnswer Count(const EquityQuestion& question) {
   const Clock::time_point start = Clock::now();
   const Tally tally =
-      HoldemHandVsHand(question.hand, *question.opponent, question.board, question.street);
+      question.range
+          ? HoldemHandVsRange(question.hand, *question.range, question.board, question.street)
+          : HoldemHandVsHand(question.hand, *question.opponent, question.board, question.street);
   EquityAnswer answer;
   answer.wins = tally.wins;
   answer.ties = tally.ties;

@@ -12,7 +12,8 @@
 namespace pokermath::cli {
 
 struct EquityAnswer {
-  std::int64_t wins = 0;  ///< boards, or trials, that the first hand wins alone
+  std::int64_t wins =
+      0;  ///< boards, cases of board and holding, or trials that the hand wins alone
   std::int64_t ties = 0;  ///< those in which it shares the pot
   std::int64_t cases = 0;
   double equity = 0;          ///< share of the pot, 0..1
@@ -23,7 +24,7 @@ struct EquityAnswer {
   std::int64_t Losses() const { return cases - wins - ties; }
 };
 
-/// Counts a hand against a hand.
+/// Counts a hand against a hand or a range; no cases when the range is wholly blocked.
 EquityAnswer Count(const EquityQuestion& question);
 
 /// Samples a hand against random hands.

@@ -79,14 +79,23 @@ TwoTexts HandAndOpponent(const std::vector<std::string>& words) {
   return texts;
 }
 
-// None stands for random hands.
-std::optional<std::array<int, 2>> ReadOpponent(std::string_view text) {
-  if (text == "random") return std::nullopt;
-  // No card starts like this: a slip in that word.
+// Two cards are a hand, the word random stands for itself, everything else is range text.
+void ReadOpponent(const std::string& text, EquityQuestion& question) {
+  if (text == "random") return;
+  // No range starts like this: a slip in that word.
   if (text.starts_with("r") || text.starts_with("R")) {
-    throw UsageError(Quoted(text) + " is not an opponent: two cards, or the word random");
+    throw UsageError(Quoted(text) + " is not an opponent: two cards, a range, or the word random");
   }
-  return ReadHand(text);
+  const CardsResult cards = ParseCards(text);
+  RangeResult read = ParseRange(text);
+  // What is cards only, but no list of holdings, was meant as a hand.
+  if (cards.cards.size() == 2 || (cards.error.empty() && !read.error.empty())) {
+    question.opponent = ReadHand(text);
+    return;
+  }
+  if (!read.error.empty()) throw UsageError(read.error);
+  question.range = std::move(read.range);
+  question.range_text = text;
 }
 
 std::vector<int> ReadBoard(std::string_view text, Street street) {
@@ -94,15 +103,18 @@ std::vector<int> ReadBoard(std::string_view text, Street street) {
   if (cards.size() > static_cast<std::size_t>(street)) {
     throw UsageError(fmt::format("{}: a board has up to {}{}", CountOfCards(text, cards.size()),
                                  static_cast<int>(street),
-                                 street == Street::kTurn ? " with --to turn" : ""));
+                                 street == Street::kTurn   ? " with --to turn"
+                                 : street == Street::kFlop ? " with --to flop"
+                                                           : ""));
   }
   return cards;
 }
 
 Street ReadStreet(std::string_view text) {
+  if (text == "flop") return Street::kFlop;
   if (text == "turn") return Street::kTurn;
   if (text == "river") return Street::kRiver;
-  throw UsageError("--to " + Quoted(text) + " is not known: turn or river");
+  throw UsageError("--to " + Quoted(text) + " is not known: flop, turn or river");
 }
 
 template <typename Number>
@@ -130,8 +142,8 @@ void CheckCardsDiffer(const EquityQuestion& question) {
 }
 
 void ReadSampling(const EquityWords& words, EquityQuestion& question) {
-  if (question.street == Street::kTurn) {
-    throw UsageError("--to turn goes with two hands only: 'random' is played to the river");
+  if (question.street != Street::kRiver) {
+    throw UsageError("--to goes with a hand or a range only: 'random' is played to the river");
   }
   if (words.players) question.players = ReadNumber("--players", *words.players, 2, 10);
   if (words.trials) {
@@ -151,7 +163,7 @@ void RefuseSampling(const EquityWords& words) {
                                       : nullptr;
   if (option == nullptr) return;
   throw UsageError(
-      fmt::format("{} goes with the opponent 'random' only: two hands are exact", option));
+      fmt::format("{} goes with the opponent 'random' only: hands and ranges are exact", option));
 }
 
 }  // namespace
@@ -180,11 +192,11 @@ EquityQuestion ReadQuestion(const EquityWords& words) {
   const auto [hand, opponent] = HandAndOpponent(words.hands);
   EquityQuestion question;
   question.hand = ReadHand(hand);
-  question.opponent = ReadOpponent(opponent);
+  ReadOpponent(opponent, question);
   if (words.to) question.street = ReadStreet(*words.to);
   if (words.board) question.board = ReadBoard(*words.board, question.street);
   CheckCardsDiffer(question);
-  if (question.opponent) {
+  if (question.IsExact()) {
     RefuseSampling(words);
   } else {
     ReadSampling(words, question);

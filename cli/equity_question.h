@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "pokermath/equity.h"
+#include "pokermath/ranges.h"
 
 namespace pokermath::cli {
 
@@ -23,13 +24,18 @@ struct EquityWords {
 /// A question that has an answer: every card is there once, every number is in its range.
 struct EquityQuestion {
   std::array<int, 2> hand = {};
-  std::optional<std::array<int, 2>> opponent;  ///< none: random hands
+  // The opponent is a hand, or a range, or neither: random hands.
+  std::optional<std::array<int, 2>> opponent;
+  std::optional<Spec> range;
+  std::string range_text;
   std::vector<int> board;
   Street street = Street::kRiver;
   int players = 2;
   // Random opponents are sampled.
   std::int64_t trials = 1000000;
   std::uint64_t seed = 1;
+
+  bool IsExact() const { return opponent || range; }
 };
 
 /// The words of a line, and the options of `defaults` that it does not have itself; throws

@@ -22,7 +22,14 @@ double Percent(std::int64_t count, std::int64_t cases) {
 }
 
 const char* StreetName(const EquityQuestion& question) {
-  return question.street == Street::kTurn ? "turn" : "river";
+  switch (question.street) {
+    case Street::kFlop:
+      return "flop";
+    case Street::kTurn:
+      return "turn";
+    default:
+      return "river";
+  }
 }
 
 // Where the hands stand: "before the flop to the river", "on the flop 2c3d4h to the turn".
@@ -30,6 +37,7 @@ std::string Situation(const EquityQuestion& question, const Colours& colours) {
   static constexpr const char* kNames[6] = {"before the flop", "with",        "with",
                                             "on the flop",     "on the turn", "on the river"};
   const std::size_t known = question.board.size();
+  if (known == 0 && question.street == Street::kFlop) return "over all flops";
   std::string text = kNames[known];
   if (known > 0) text += fmt::format(" {}", colours.Cards(question.board));
   if (known == 1 || known == 2) text += " on the board";
@@ -41,6 +49,7 @@ std::string Situation(const EquityQuestion& question, const Colours& colours) {
 
 std::string OpponentText(const EquityQuestion& question, const Colours& colours) {
   if (question.opponent) return colours.Cards(*question.opponent);
+  if (question.range) return question.range_text;
   if (question.players == 2) return "a random hand";
   return fmt::format("{} random hands", question.players - 1);
 }
@@ -52,9 +61,9 @@ std::vector<Row> Rows(const EquityQuestion& question, const EquityAnswer& answer
                   4,
                   answer.equity,
                   {answer.wins, answer.ties, answer.Losses()}});
-  if (question.opponent) {
-    rows.push_back({colours.Cards(*question.opponent),
-                    4,
+  if (question.IsExact()) {
+    rows.push_back({question.opponent ? colours.Cards(*question.opponent) : "range",
+                    question.opponent ? 4u : 5u,
                     1 - answer.equity,
                     {answer.Losses(), answer.ties, answer.wins}});
   }
@@ -90,12 +99,17 @@ std::string Table(const std::vector<Row>& rows, std::int64_t cases, const Colour
   return table;
 }
 
+std::string CasesText(const EquityQuestion& question, const EquityAnswer& answer) {
+  if (question.range) return "cases of board and holding";
+  return answer.cases == 1 ? "board" : "boards";
+}
+
 // What was counted, how and how fast, and what the figures mean.
 std::string Footer(const EquityQuestion& question, const EquityAnswer& answer) {
   const std::string time = DurationText(answer.elapsed);
-  if (question.opponent) {
+  if (question.IsExact()) {
     return fmt::format("{} {}, exact, {}.\n{}\n", Grouped(answer.cases),
-                       answer.cases == 1 ? "board" : "boards", time,
+                       CasesText(question, answer), time,
                        "Equity is the share of the pot: a tie counts one half.");
   }
   std::string text =
@@ -113,22 +127,28 @@ std::string Footer(const EquityQuestion& question, const EquityAnswer& answer) {
 
 std::string EquityPage(const EquityQuestion& question, const EquityAnswer& answer,
                        const Colours& colours) {
-  return fmt::format("{} against {}, Texas Hold'em, {}\n\n{}\n{}", colours.Cards(question.hand),
-                     OpponentText(question, colours), Situation(question, colours),
+  const std::string title =
+      fmt::format("{} against {}, Texas Hold'em, {}\n\n", colours.Cards(question.hand),
+                  OpponentText(question, colours), Situation(question, colours));
+  if (answer.cases == 0) return title + "No holding of the range is left beside the known cards.\n";
+  return fmt::format("{}{}\n{}", title,
                      Table(Rows(question, answer, colours), answer.cases, colours),
                      Footer(question, answer));
 }
 
 std::string EquityLine(const EquityQuestion& question, const EquityAnswer& answer) {
   std::string line = fmt::format("{} {}", CardsText(question.hand),
-                                 question.opponent ? CardsText(*question.opponent) : "random");
+                                 question.opponent ? CardsText(*question.opponent)
+                                 : question.range  ? question.range_text
+                                                   : "random");
   if (!question.board.empty()) line += " --board " + CardsText(question.board);
-  if (question.street == Street::kTurn) line += " --to turn";
+  if (question.street != Street::kRiver) line += fmt::format(" --to {}", StreetName(question));
   if (question.players != 2) line += fmt::format(" --players {}", question.players);
+  if (answer.cases == 0) return line + " no holding left\n";
   fmt::format_to(std::back_inserter(line), " equity {:.6f} wins {} ties {} losses {} of {}",
                  answer.equity, answer.wins, answer.ties, answer.Losses(), answer.cases);
-  if (question.opponent) {
-    line += answer.cases == 1 ? " board exact" : " boards exact";
+  if (question.IsExact()) {
+    line += " " + CasesText(question, answer) + " exact";
   } else {
     line += fmt::format(" trials sampled standard_error {:.6f}", answer.standard_error);
   }
@@ -137,15 +157,17 @@ std::string EquityLine(const EquityQuestion& question, const EquityAnswer& answe
 
 Json EquityJson(const EquityQuestion& question, const EquityAnswer& answer) {
   Json json = {{"schema", kJsonSchema}, {"game", "holdem"}, {"hand", CardsJson(question.hand)}};
-  json["opponent"] = question.opponent ? CardsJson(*question.opponent) : Json("random");
+  json["opponent"] = question.opponent ? CardsJson(*question.opponent)
+                     : question.range  ? Json(question.range_text)
+                                       : Json("random");
   json["board"] = CardsJson(question.board);
   json["to"] = StreetName(question);
   json["players"] = question.players;
-  json["equity"] = answer.equity;
+  json["equity"] = answer.cases == 0 ? Json(nullptr) : Json(answer.equity);
   json["wins"] = answer.wins;
   json["ties"] = answer.ties;
   json["cases"] = answer.cases;
-  if (question.opponent) {
+  if (question.IsExact()) {
     json["method"] = "exact";
   } else {
     json["method"] = "sampled";

@@ -15,7 +15,9 @@ namespace pokermath {
 Tally HoldemHandVsHand(std::span<const int, 2> hand1, std::span<const int, 2> hand2,
                        std::span<const int> board, Street street) {
   if (board.size() > static_cast<std::size_t>(street)) return {};
-  if (board.empty()) return CountMatchup(BestIsa(), hand1.data(), hand2.data(), street);
+  if (board.empty() && street != Street::kFlop) {
+    return CountMatchup(BestIsa(), hand1.data(), hand2.data(), street);
+  }
   return CountRunouts(hand1, hand2, board, street);
 }
 

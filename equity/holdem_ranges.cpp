@@ -6,7 +6,9 @@
 #include <span>
 #include <utility>
 
+#include "equity/kernels/matchup.h"
 #include "equity/kernels/range_count.h"
+#include "pokermath/equity.h"
 #include "pokermath/poker_logic.h"
 
 namespace pokermath {
@@ -67,6 +69,24 @@ double CountShare(const int* hand, std::span<const int> board, int cards, const 
 }
 
 }  // namespace
+
+Tally HoldemHandVsRange(std::span<const int, 2> hand, const Spec& range, std::span<const int> board,
+                        Street street) {
+  if (board.size() > static_cast<std::size_t>(street)) return {};
+  if (!board.empty() || street == Street::kFlop) {
+    return RangeOpponents(hand, range.combinations()).Count(board, static_cast<int>(street));
+  }
+  Tally all;
+  for (const auto& [first, second] : LiveHoldings(hand.data(), range)) {
+    const int opponent[2] = {first, second};
+    const Tally tally = CountMatchup(BestIsa(), hand.data(), opponent, street);
+    all.wins += tally.wins;
+    all.ties += tally.ties;
+    all.cases += tally.cases;
+  }
+  return all;
+}
+
 }  // namespace pokermath
 
 double PokerLogic::getProbabilityOfWinBySpectr(int* hand, int* board, int boardCount,

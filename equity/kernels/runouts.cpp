@@ -64,7 +64,14 @@ Tally Count(std::span<const int, 2> hand1, std::span<const int, 2> hand2,
 
 Tally CountRunouts(std::span<const int, 2> hand1, std::span<const int, 2> hand2,
                    std::span<const int> board, Street street) {
-  return street == Street::kTurn ? Count<4>(hand1, hand2, board) : Count<5>(hand1, hand2, board);
+  switch (street) {
+    case Street::kFlop:
+      return Count<3>(hand1, hand2, board);
+    case Street::kTurn:
+      return Count<4>(hand1, hand2, board);
+    default:
+      return Count<5>(hand1, hand2, board);
+  }
 }
 
 }  // namespace pokermath

@@ -93,7 +93,7 @@ expect_code 1
 same "lines" "$(sed -E 's/ equity .* of / of /; s/ sampled .*//' <<<"$out")" "\
 AhKd random --players 4 of 500 trials
 AhKd random --players 3 of 500 trials
-error: --players goes with the opponent 'random' only: two hands are exact
+error: --players goes with the opponent 'random' only: hands and ranges are exact
 error: --board needs a value
 error: --players is given twice
 error: '7s 7c 8d' has 3 cards: a hand has 2
@@ -128,7 +128,7 @@ refuses 2 "'Xh' is not a card: rank" equity Xh 7s7c
 refuses 2 "Ah is given twice" equity AhKd 7sAh --json
 refuses 2 "7c is given twice" equity AhKd 7s7c --board 2c3d7c
 refuses 2 "'AhKdQc' has 3 cards: a hand has 2" equity AhKdQc 7s7c
-refuses 2 "'rand' is not an opponent: two cards, or the word random" equity AhKd rand
+refuses 2 "'rand' is not an opponent: two cards, a range, or the word random" equity AhKd rand
 refuses 2 "two hands are needed" equity AhKd
 refuses 2 "'7s7c Qc' has 3 cards: a hand has 2" equity AhKd 7s7c Qc
 run equity Ah Kd 10s 7c --board "2c,3d 4h"
@@ -136,8 +136,24 @@ expect_code 0
 has "cards in separate words" "$out" "AhKd against Ts7c"
 refuses 2 "6 cards: a board has up to 5" equity AhKd 7s7c --board 2c3c4c5c6c8c
 refuses 2 "5 cards: a board has up to 4 with --to turn" equity AhKd 7s7c --board 2c3c4c5c6c --to turn
-refuses 2 "--to 'flop' is not known: turn or river" equity AhKd 7s7c --to flop
-refuses 2 "--to turn goes with two hands only" equity AhKd random --to turn
+refuses 2 "--to 'showdown' is not known: flop, turn or river" equity AhKd 7s7c --to showdown
+refuses 2 "--to goes with a hand or a range only" equity AhKd random --to turn
+refuses 2 "'KX' at position 5: expected" equity AhKd AA,KX
+refuses 2 "hands and ranges are exact" equity AhKd AA --players 3
+
+# A range is the sum of its holdings; these two are the same up to the suits.
+run equity AhKd QcJs,QsJc --json
+expect_code 0
+has "range" "$out" '"opponent":"QcJs,QsJc"'
+has "range" "$out" '"wins":2195242,"ties":13304,"cases":3424608,"method":"exact"'
+run equity AhKd 'QQ+ AK' --board 2c3d4h --to turn
+has "$asked" "$out" "cases of board and holding, exact"
+run equity AhAd AA --board AsAc2d --json
+expect_code 0
+has "a blocked range" "$out" '"equity":null,"wins":0,"ties":0,"cases":0'
+run equity AhKd QcJs --to flop --json
+has "to the flop" "$out" '"to":"flop","players":2,'
+has "to the flop" "$out" '"cases":17296'
 refuses 2 "--trials goes with the opponent 'random' only" equity AhKd 7s7c --trials 5
 for players in 1 11 2.5 two ""; do
   refuses 2 "--players '$players' is not accepted: a whole number from 2 to 10" \

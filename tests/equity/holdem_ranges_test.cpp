@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "pokermath/cards.h"
+#include "pokermath/equity.h"
 #include "pokermath/poker_logic.h"
 #include "tests/cards/dealer.h"
 
@@ -176,6 +177,33 @@ TEST(HandVsRange, SampledBoardsAreThoseOfTheDraws) {
                   }));
       }
     }
+  }
+}
+
+TEST(HandVsRange, FreeFunctionCountsWhatTheMembersShare) {
+  PokerLogic logic;
+  Dealer dealer(23);
+  SCOPED_TRACE(dealer.Trace());
+  for (int trial = 0; trial < 6; ++trial) {
+    Cards cards = dealer.Deal(6);
+    Cards hand(cards.begin(), cards.begin() + 2);
+    Cards board(cards.begin() + 2, cards.end());
+    const Spec spec = RandomRange(dealer, 30);
+    const auto count = [&](std::size_t known, Street street) {
+      return HoldemHandVsRange(std::span<const int, 2>(hand), spec,
+                               std::span<const int>(board).first(known), street);
+    };
+    EXPECT_EQ(count(0, Street::kRiver).Equity(),
+              logic.getProbabilityOfWinBySpectrWithNoBoard(hand.data(), spec));
+    EXPECT_EQ(count(0, Street::kTurn).Equity(),
+              logic.getProbabilityOfWinBySpectrWithNoBoardToTurn(hand.data(), spec));
+    EXPECT_EQ(count(0, Street::kFlop).Equity(),
+              logic.getProbabilityOfWinBySpectrWithNoBoardToFlop(hand.data(), spec));
+    EXPECT_EQ(count(4, Street::kRiver).Equity(),
+              logic.getProbabilityOfWinBySpectr(hand.data(), board.data(), 4, spec));
+    const Score two = Plain(hand, {board[0], board[1]}, 4, spec);
+    EXPECT_EQ(count(2, Street::kTurn).Equity(), two.Share());
+    EXPECT_EQ(count(4, Street::kFlop), Tally{}) << "a board longer than the street";
   }
 }
 

@@ -122,6 +122,7 @@ TEST(HandVsHand, EveryBoardLengthIsThePlainCount) {
     for (int i = 0; i < times_by_known[known]; ++i) {
       compare(Street::kRiver, known);
       if (known < 5) compare(Street::kTurn, known);
+      if (known < 4) compare(Street::kFlop, known);
     }
   }
   const Tally none = Count({12, 24}, {0, 14}, std::vector<int>{1, 2, 3, 4, 5}, Street::kTurn);

@@ -25,8 +25,10 @@ class PlainCount {
     const int size = static_cast<int>(board.size()) + 2;
     if (street == Street::kRiver) {
       count.Deal<7>(size, 0);
-    } else {
+    } else if (street == Street::kTurn) {
       count.Deal<6>(size, 0);
+    } else {
+      count.Deal<5>(size, 0);
     }
     return count.tally_;
   }
