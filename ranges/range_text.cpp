@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <map>
 #include <optional>
 
 #include "platform/text.h"
@@ -110,13 +111,29 @@ class PieceReader {
       tables.InitEquil6Plus();
       return tables;
     }();
-    const bool corvelle = options_.percent_table == PercentTable::kCorvelle && !options_.short_deck;
-    Spec range;
-    CString text;
-    (options_.short_deck ? short_deck : holdem)
-        .GetSpecByPercent(percent, range, text, corvelle ? 1 : 0);
-    range_.Unite(range);
+    if (options_.percent_table == PercentTable::kCorvelle && !options_.short_deck) {
+      range_.Unite(WidestUpTo(percent, holdem.corvelle(), 0.0));
+    } else if (options_.short_deck) {
+      range_.Unite(WidestUpTo(percent, short_deck.equilibrium(), 6.3));
+    } else {
+      range_.Unite(WidestUpTo(percent, holdem.equilibrium(), 13.26));
+    }
     return std::nullopt;
+  }
+
+  // The last range whose key is no greater, or the first. The short-deck table files one range far
+  // below its width, at 34.9 instead of 64.45: where the holdings of one percent are given, a range
+  // that is wider than its key says is passed over.
+  static const Spec& WidestUpTo(double percent, const std::map<double, Spec>& table,
+                                double one_percent) {
+    constexpr double kRounding = 0.1;
+    const Spec* widest = &table.begin()->second;
+    for (const auto& [key, range] : table) {
+      const auto holdings = static_cast<double>(range.combinations().size());
+      const bool in_place = one_percent == 0.0 || holdings <= (key + kRounding) * one_percent;
+      if (key <= percent && in_place) widest = &range;
+    }
+    return *widest;
   }
 
   std::optional<Fault> AddAll() {

@@ -212,6 +212,10 @@ TEST(ParseRange, ReadsWhatPlayersWrite) {
   EXPECT_EQ(size("15%"), Range("15% AA").combinations().size());
   EXPECT_EQ(Range("0.45%").MakeString(), L"AA");
   EXPECT_EQ(size("100%"), 1326u);
+  // The table's odd row, 406 holdings at 34.9 %, is not what anybody means.
+  EXPECT_EQ(size("34.9%", {.short_deck = true}), 214u);
+  EXPECT_EQ(size("64.45%", {.short_deck = true}), 402u);
+  EXPECT_EQ(size("34.9%"), 464u);
   EXPECT_EQ(size("3%", {.percent_table = PercentTable::kCorvelle}), 6u * 4 + 16);
 }
 
