@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "pokermath/cards.h"
+#include "pokermath/equity.h"
 #include "pokermath/evaluators.h"
 #include "pokermath/poker_logic.h"
 
@@ -69,6 +70,14 @@ void BM_RangeOnTurn(benchmark::State& state) {
   }
 }
 BENCHMARK(BM_RangeOnTurn)->Unit(benchmark::kMicrosecond);
+
+void BM_EveryHandOnFlop(benchmark::State& state) {
+  const char* const flops[3] = {"2c7dTh", "2c7cTh", "2c7cTc"};
+  const std::vector<int> flop = ParseCards(flops[state.range(0)]).cards;
+  const Question question;
+  for (auto _ : state) benchmark::DoNotOptimize(HoldemEveryHandVsRange(question.range, flop));
+}
+BENCHMARK(BM_EveryHandOnFlop)->ArgName("flop")->DenseRange(0, 2)->Unit(benchmark::kMicrosecond);
 
 void BM_RangeOnEmptyBoard(benchmark::State& state) {
   Question question;

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "equity/kernels/matchup.h"
-#include "equity/kernels/runouts.h"
+#include "equity/kernels/range_count.h"
 #include "equity/kernels/trials.h"
 #include "equity/matchups.h"
 #include "pokermath/cards.h"
@@ -15,10 +15,9 @@ namespace pokermath {
 Tally HoldemHandVsHand(std::span<const int, 2> hand1, std::span<const int, 2> hand2,
                        std::span<const int> board, Street street) {
   if (board.size() > static_cast<std::size_t>(street)) return {};
-  if (board.empty() && street != Street::kFlop) {
-    return CountMatchup(BestIsa(), hand1.data(), hand2.data(), street);
-  }
-  return CountRunouts(hand1, hand2, board, street);
+  if (board.empty()) return CountMatchup(BestIsa(), hand1.data(), hand2.data(), street);
+  const Combination opponent(hand2[0], hand2[1]);
+  return CountAgainst(hand1, {&opponent, 1}, board, street);
 }
 
 namespace {

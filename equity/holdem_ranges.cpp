@@ -3,11 +3,15 @@
 #include <omp.h>
 
 #include <array>
+#include <map>
 #include <span>
-#include <utility>
+#include <vector>
 
+#include "equity/kernels/board_judge.h"
+#include "equity/kernels/every_hand.h"
 #include "equity/kernels/matchup.h"
 #include "equity/kernels/range_count.h"
+#include "equity/matchups.h"
 #include "pokermath/equity.h"
 #include "pokermath/poker_logic.h"
 
@@ -22,22 +26,15 @@ double Share(const Tally& tally) {
 
 std::span<const int, 2> HandOf(const int* hand) { return std::span<const int, 2>(hand, 2); }
 
-// Holdings that share no card with the hand, in the order of the range.
-std::vector<Combination> LiveHoldings(const int* hand, const Spec& spec) {
-  std::vector<Combination> live;
-  for (const Combination& cards : spec.combinations()) {
-    const bool dead = cards.first == hand[0] || cards.first == hand[1] || cards.second == hand[0] ||
-                      cards.second == hand[1];
-    if (!dead) live.push_back(cards);
-  }
-  return live;
+std::span<const Combination> HoldingsOf(const Spec& spec) {
+  return {spec.combinations().begin(), spec.combinations().end()};
 }
 
 // Random boards: each trial completes the known cards to `cards` board cards and judges the whole
 // range on it. Known cards beyond that number are dead but not on the board.
 double Sample(const int* hand, std::span<const int> known, int cards, const Spec& spec, int trials,
               EasyRandom& random) {
-  const RangeOpponents opponents(HandOf(hand), spec.combinations());
+  const BoardJudge judge(HandOf(hand), HoldingsOf(spec));
   random.SetInterval(0, 51);
   std::uint64_t taken = std::uint64_t{1} << hand[0] | std::uint64_t{1} << hand[1];
   std::uint64_t dead = 0;
@@ -59,32 +56,62 @@ double Sample(const int* hand, std::span<const int> known, int cards, const Spec
       } while ((used >> board[i] & 1) != 0);
       used |= std::uint64_t{1} << board[i];
     }
-    opponents.Judge(judged, dead, tally);
+    judge.Judge(judged, dead, tally);
   }
   return Share(tally);
 }
 
-double CountShare(const int* hand, std::span<const int> board, int cards, const Spec& spec) {
-  return Share(RangeOpponents(HandOf(hand), spec.combinations()).Count(board, cards));
+double CountShare(const int* hand, std::span<const int> board, Street street, const Spec& spec) {
+  return Share(CountAgainst(HandOf(hand), HoldingsOf(spec), board, street));
 }
+
+// Opponents of a hand on an empty board: those whose matchup an equity table knows are summed up,
+// the others are gathered to be counted.
+class CachedOpponents {
+ public:
+  CachedOpponents(const int* hand, const Spec& spec,
+                  const std::map<PokerLogic::MatchupKey, int>& table, Street street)
+      : groups_(EmptyBoardCounts(BestIsa(), street), HandOf(hand)) {
+    const int key = HandKey(hand[0], hand[1]);
+    for (const Combination& cards : spec.combinations()) {
+      const auto& [first, second] = cards;
+      if (first == hand[0] || first == hand[1] || second == hand[0] || second == hand[1]) continue;
+      const auto entry = table.empty() ? table.end() : table.find({key, HandKey(first, second)});
+      if (entry == table.end()) {
+        groups_.Add(cards);
+      } else {
+        known_.ties += entry->second;  // half wins
+        known_.cases += BoardsOf(street);
+      }
+    }
+    for (int rank_class = 0; rank_class < kRankClasses; ++rank_class) {
+      if (groups_.Has(rank_class)) classes_.push_back(rank_class);
+    }
+  }
+
+  const Tally& known() const { return known_; }
+  /// How many counts there are to be made, and one of them.
+  int Size() const { return static_cast<int>(classes_.size()); }
+  Tally Count(int index) const { return groups_.Count(classes_[static_cast<std::size_t>(index)]); }
+
+ private:
+  OpponentGroups groups_;
+  Tally known_;
+  std::vector<int> classes_;
+};
 
 }  // namespace
 
 Tally HoldemHandVsRange(std::span<const int, 2> hand, const Spec& range, std::span<const int> board,
                         Street street) {
   if (board.size() > static_cast<std::size_t>(street)) return {};
-  if (!board.empty() || street == Street::kFlop) {
-    return RangeOpponents(hand, range.combinations()).Count(board, static_cast<int>(street));
-  }
-  Tally all;
-  for (const auto& [first, second] : LiveHoldings(hand.data(), range)) {
-    const int opponent[2] = {first, second};
-    const Tally tally = CountMatchup(BestIsa(), hand.data(), opponent, street);
-    all.wins += tally.wins;
-    all.ties += tally.ties;
-    all.cases += tally.cases;
-  }
-  return all;
+  return CountAgainst(hand, HoldingsOf(range), board, street);
+}
+
+std::vector<HandTally> HoldemEveryHandVsRange(const Spec& range, std::span<const int> board,
+                                              Street street) {
+  if (board.size() > static_cast<std::size_t>(street)) return {};
+  return CountEveryHand(HoldingsOf(range), board, street);
 }
 
 }  // namespace pokermath
@@ -109,35 +136,26 @@ double PokerLogic::getProbabilityOfWinBySpectr(int* hand, int* board, int boardC
 }
 
 double PokerLogic::getProbabilityOfWinBySpectrWithNoBoard(int* hand, const Spec& spec) const {
-  std::vector<pokermath::Combination> live = pokermath::LiveHoldings(hand, spec);
-  const int count = static_cast<int>(live.size());
-  std::vector<double> wins(live.size());
-  std::vector<double> boards(live.size());
+  const pokermath::CachedOpponents opponents(hand, spec, equityTable, pokermath::Street::kRiver);
+  const int count = opponents.Size();
+  std::vector<pokermath::Tally> tallies(static_cast<std::size_t>(count));
   omp_set_dynamic(1);
-  // Every index writes its own slots only, so the result does not depend on the workers.
+  // Every index writes its own slot only, so the result does not depend on the workers.
 #pragma omp parallel for schedule(static)
-  for (int i = 0; i < count; ++i) {
-    const auto slot = static_cast<std::size_t>(i);
-    int opponent[2] = {live[slot].first, live[slot].second};
-    GetWinHandVsHand(hand, opponent, wins[slot], boards[slot]);
-  }
-  double all_wins = 0;
-  double all_boards = 0;
-  for (std::size_t i = 0; i < live.size(); ++i) {
-    all_wins += wins[i];
-    all_boards += boards[i];
-  }
-  return all_wins / all_boards;
+  for (int i = 0; i < count; ++i) tallies[static_cast<std::size_t>(i)] = opponents.Count(i);
+  pokermath::Tally all = opponents.known();
+  for (const pokermath::Tally& tally : tallies) all += tally;
+  return pokermath::Share(all);
 }
 
 double PokerLogic::getProbabilityOfWinBySpectrWithFlop(int* hand, int* board,
                                                        const Spec& spec) const {
-  return pokermath::CountShare(hand, {board, 3}, 5, spec);
+  return pokermath::CountShare(hand, {board, 3}, pokermath::Street::kRiver, spec);
 }
 
 double PokerLogic::getProbabilityOfWinBySpectrWithFlopAndTurn(int* hand, int* board,
                                                               const Spec& spec) const {
-  return pokermath::CountShare(hand, {board, 4}, 5, spec);
+  return pokermath::CountShare(hand, {board, 4}, pokermath::Street::kRiver, spec);
 }
 
 double PokerLogic::getProbOfWinBySpectrToFlopOrTurn(int* hand, int* board, int boardCount,
@@ -155,24 +173,17 @@ double PokerLogic::getProbOfWinBySpectrToFlopOrTurn(int* hand, int* board, int b
 }
 
 double PokerLogic::getProbabilityOfWinBySpectrWithNoBoardToFlop(int* hand, const Spec& spec) const {
-  return pokermath::CountShare(hand, {}, 3, spec);
+  return pokermath::CountShare(hand, {}, pokermath::Street::kFlop, spec);
 }
 
 double PokerLogic::getProbabilityOfWinBySpectrWithNoBoardToTurn(int* hand, const Spec& spec) const {
-  double all_wins = 0;
-  double all_boards = 0;
-  for (const auto& [first, second] : pokermath::LiveHoldings(hand, spec)) {
-    int opponent[2] = {first, second};
-    double wins = 0;
-    double boards = 0;
-    GetWinHandVsHandToTurn(hand, opponent, wins, boards);
-    all_wins += wins;
-    all_boards += boards;
-  }
-  return all_wins / all_boards;
+  const pokermath::CachedOpponents opponents(hand, spec, equityTurnTable, pokermath::Street::kTurn);
+  pokermath::Tally all = opponents.known();
+  for (int i = 0; i < opponents.Size(); ++i) all += opponents.Count(i);
+  return pokermath::Share(all);
 }
 
 double PokerLogic::getProbabilityOfWinBySpectrWithFlopToTurn(int* hand, int* board,
                                                              const Spec& spec) const {
-  return pokermath::CountShare(hand, {board, 3}, 4, spec);
+  return pokermath::CountShare(hand, {board, 3}, pokermath::Street::kTurn, spec);
 }

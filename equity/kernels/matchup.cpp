@@ -19,36 +19,10 @@
 #include <cstring>
 
 #include "equity/kernels/matchup_tables.h"
+#include "equity/kernels/registers.h"
 
 namespace pokermath {
 namespace {
-
-// The kernels below are compiled once for each instruction set, by inlining into the functions at
-// the end of this file.
-#define POKERMATH_KERNEL [[gnu::always_inline]] inline
-
-// Registers of 16-bit values, and the same for arithmetic modulo 2^16. Comparing two gives -1 in
-// every place where it is true.
-struct Registers16 {
-  using Register = std::int16_t __attribute__((vector_size(16)));
-  using Modular = std::uint16_t __attribute__((vector_size(16)));
-};
-struct Registers32 {
-  using Register = std::int16_t __attribute__((vector_size(32)));
-  using Modular = std::uint16_t __attribute__((vector_size(32)));
-};
-struct Registers64 {
-  using Register = std::int16_t __attribute__((vector_size(64)));
-  using Modular = std::uint16_t __attribute__((vector_size(64)));
-};
-
-template <typename Register>
-constexpr int kLanes = sizeof(Register) / sizeof(std::int16_t);
-
-template <typename Register>
-POKERMATH_KERNEL void Load(Register& to, const std::int16_t* from) {
-  std::memcpy(&to, from, sizeof to);
-}
 
 template <typename Register>
 POKERMATH_KERNEL int SumLanes(const Register& lanes) {
@@ -68,11 +42,13 @@ struct DeadCard {
 };
 
 template <int kBoard>
-POKERMATH_KERNEL std::array<DeadCard, 4> DeadCards(const MatchupTables<kBoard>& tables,
-                                                   const int* hand1, const int* hand2) {
+POKERMATH_KERNEL std::array<DeadCard, 4> DeadCards(const MatchupTables<kBoard>& tables, int class1,
+                                                   int class2) {
   constexpr std::uint16_t kInverses[5] = {0, 1, 1, 43691, 1};
   constexpr int kShifts[5] = {0, 0, 1, 0, 2};
-  const int ranks[4] = {hand1[0] % 13, hand1[1] % 13, hand2[0] % 13, hand2[1] % 13};
+  const std::array<int, 2>& hand1 = RanksOf(class1);
+  const std::array<int, 2>& hand2 = RanksOf(class2);
+  const int ranks[4] = {hand1[0], hand1[1], hand2[0], hand2[1]};
   std::array<DeadCard, 4> dead{};
   for (int i = 0; i < 4; ++i) {
     int left = 4;
@@ -85,18 +61,18 @@ POKERMATH_KERNEL std::array<DeadCard, 4> DeadCards(const MatchupTables<kBoard>& 
   return dead;
 }
 
-// Wins and ties as if nobody could flush.
 template <typename Width, int kBoard>
-POKERMATH_KERNEL void CountPlain(const MatchupTables<kBoard>& tables, const ClassValues& class1,
-                                 const ClassValues& class2, const std::array<DeadCard, 4>& dead,
-                                 Tally& tally) {
+POKERMATH_KERNEL Counts Ranks(int class1, int class2) {
+  const auto& tables = MatchupTables<kBoard>::Get();
+  const std::array<DeadCard, 4> dead = DeadCards(tables, class1, class2);
   using Register = typename Width::Register;
   using Modular = typename Width::Modular;
   constexpr int kSize = MatchupTables<kBoard>::kSize;
   constexpr int kBlock = 31 * kLanes<Register>;  // weights up to 4^5 are summed up in 16 bits
   const std::int16_t* weights = tables.weights().data();
-  const std::int16_t* values1 = class1.by_multiset.data();
-  const std::int16_t* values2 = class2.by_multiset.data();
+  const std::int16_t* values1 = tables.Of(class1).by_multiset.data();
+  const std::int16_t* values2 = tables.Of(class2).by_multiset.data();
+  Counts counts;
   for (int start = 0; start < kSize; start += kBlock) {
     const int end = start + kBlock < kSize ? start + kBlock : kSize;
     Register wins{};
@@ -116,41 +92,38 @@ POKERMATH_KERNEL void CountPlain(const MatchupTables<kBoard>& tables, const Clas
       wins += (v1 > v2) & reinterpret_cast<Register>(weight);
       ties += (v1 == v2) & reinterpret_cast<Register>(weight);
     }
-    tally.wins += SumLanes(wins);
-    tally.ties += SumLanes(ties);
+    counts.wins += SumLanes(wins);
+    counts.ties += SumLanes(ties);
   }
+  return counts;
 }
 
 // A suit as it lies in the four hole cards.
-struct SuitView {
+struct Suited {
   RankSet held1 = 0;
   RankSet held2 = 0;
   std::array<int, 13> others{};  // cards of each rank left in the three other suits
 };
 
-POKERMATH_KERNEL SuitView ViewSuit(int suit, const int* hand1, const int* hand2) {
-  SuitView view;
-  view.others.fill(3);
-  for (int i = 0; i < 4; ++i) {
-    const int card = i < 2 ? hand1[i] : hand2[i - 2];
-    if (card / 13 != suit) {
-      --view.others[static_cast<std::size_t>(card % 13)];
-    } else {
-      RankSet& held = i < 2 ? view.held1 : view.held2;
-      held = static_cast<RankSet>(held | 1u << card % 13);
+POKERMATH_KERNEL Suited Join(const SuitView& view1, const SuitView& view2) {
+  Suited suited{.held1 = view1.held, .held2 = view2.held};
+  suited.others.fill(3);
+  for (const SuitView* view : {&view1, &view2}) {
+    for (std::size_t i = 0; i < static_cast<std::size_t>(view->OtherCount()); ++i) {
+      --suited.others[static_cast<std::size_t>(view->others[i])];
     }
   }
-  return view;
+  return suited;
 }
 
 // Ways to draw each rest from the other suits.
-POKERMATH_KERNEL void WeighRests(const SuitBoards& boards, const SuitView& view,
+POKERMATH_KERNEL void WeighRests(const SuitBoards& boards, const Suited& suited,
                                  std::int16_t* weights) {
   for (const std::vector<int>& rest : boards.rests) {
     int weight = 1;
     int repeated = -1;
     for (const int rank : rest) {
-      const int left = view.others[static_cast<std::size_t>(rank)];
+      const int left = suited.others[static_cast<std::size_t>(rank)];
       weight = rank == repeated ? left * (left - 1) / 2 : weight * left;
       repeated = rank;
     }
@@ -161,16 +134,16 @@ POKERMATH_KERNEL void WeighRests(const SuitBoards& boards, const SuitView& view,
 // Adds what flushes change on boards with boards.suited cards of a suit. values1 and values2 are
 // what the hands' classes make with these boards.
 template <typename Register, bool flush1, bool flush2>
-POKERMATH_KERNEL void CorrectFlushes(const SuitBoards& boards, const SuitView& view,
-                                     const Values& values1, const Values& values2, Tally& tally) {
+POKERMATH_KERNEL void CorrectFlushes(const SuitBoards& boards, const Suited& suited,
+                                     const Values& values1, const Values& values2, Counts& counts) {
   std::int16_t weights[kRankClasses];
-  WeighRests(boards, view, weights);
+  WeighRests(boards, suited, weights);
   const auto rests = static_cast<int>(boards.rests.size());
-  const auto dead = static_cast<std::int16_t>(view.held1 | view.held2 | kNoSet);
+  const auto dead = static_cast<std::int16_t>(suited.held1 | suited.held2 | kNoSet);
   const std::int16_t* flushes1 =
-      &boards.flushes[static_cast<std::size_t>(HoldingOf(view.held1) * boards.sets)];
+      &boards.flushes[static_cast<std::size_t>(HoldingOf(suited.held1) * boards.sets)];
   const std::int16_t* flushes2 =
-      &boards.flushes[static_cast<std::size_t>(HoldingOf(view.held2) * boards.sets)];
+      &boards.flushes[static_cast<std::size_t>(HoldingOf(suited.held2) * boards.sets)];
   // A set of three ranks has rests of weight 741 or less together, and 36 of these sets share a
   // lane of the narrowest register; larger sets weigh much less. So 16 bits hold the sums.
   Register wins{};
@@ -202,73 +175,115 @@ POKERMATH_KERNEL void CorrectFlushes(const SuitBoards& boards, const SuitView& v
     wins += new_wins & alive;
     ties += new_ties & alive;
   }
-  tally.wins += SumLanes(wins);
-  tally.ties += SumLanes(ties);
+  counts.wins += SumLanes(wins);
+  counts.ties += SumLanes(ties);
 }
 
 template <typename Width, int kBoard>
-POKERMATH_KERNEL Tally Count(const int* hand1, const int* hand2) {
+POKERMATH_KERNEL Counts Flushes(const SuitView& view1, const SuitView& view2) {
+  using Register = typename Width::Register;
   const auto& tables = MatchupTables<kBoard>::Get();
-  const ClassValues& class1 = tables.Of(RankClassOf(hand1[0] % 13, hand1[1] % 13));
-  const ClassValues& class2 = tables.Of(RankClassOf(hand2[0] % 13, hand2[1] % 13));
-  Tally tally{.cases = Choose(48, kBoard)};
-  CountPlain<Width>(tables, class1, class2, DeadCards(tables, hand1, hand2), tally);
-  for (int suit = 0; suit < 4; ++suit) {
-    const SuitView view = ViewSuit(suit, hand1, hand2);
-    const int held1 = __builtin_popcount(view.held1);
-    const int held2 = __builtin_popcount(view.held2);
-    for (const SuitBoards& boards : tables.suit_boards()) {
-      const auto index = static_cast<std::size_t>(boards.suited - 3);
-      const Values& values1 = class1.by_suit_boards[index];
-      const Values& values2 = class2.by_suit_boards[index];
-      const bool flush1 = boards.suited + held1 >= 5;
-      const bool flush2 = boards.suited + held2 >= 5;
-      if (flush1 && flush2) {
-        CorrectFlushes<typename Width::Register, true, true>(boards, view, values1, values2, tally);
-      } else if (flush1) {
-        CorrectFlushes<typename Width::Register, true, false>(boards, view, values1, values2,
-                                                              tally);
-      } else if (flush2) {
-        CorrectFlushes<typename Width::Register, false, true>(boards, view, values1, values2,
-                                                              tally);
-      }
+  const ClassValues& class1 = tables.Of(view1.rank_class);
+  const ClassValues& class2 = tables.Of(view2.rank_class);
+  const Suited suited = Join(view1, view2);
+  Counts counts;
+  for (const SuitBoards& boards : tables.suit_boards()) {
+    const auto index = static_cast<std::size_t>(boards.suited - 3);
+    const Values& values1 = class1.by_suit_boards[index];
+    const Values& values2 = class2.by_suit_boards[index];
+    const bool flush1 = boards.suited + view1.held_count >= 5;
+    const bool flush2 = boards.suited + view2.held_count >= 5;
+    if (flush1 && flush2) {
+      CorrectFlushes<Register, true, true>(boards, suited, values1, values2, counts);
+    } else if (flush1) {
+      CorrectFlushes<Register, true, false>(boards, suited, values1, values2, counts);
+    } else if (flush2) {
+      CorrectFlushes<Register, false, true>(boards, suited, values1, values2, counts);
     }
   }
-  return tally;
+  return counts;
 }
 
 template <int kBoard>
-Tally CountBaseline(const int* hand1, const int* hand2) {
-  return Count<Registers16, kBoard>(hand1, hand2);
+Counts RanksBaseline(int class1, int class2) {
+  return Ranks<Registers16, kBoard>(class1, class2);
+}
+template <int kBoard>
+POKERMATH_TARGET_AVX2 Counts RanksAvx2(int class1, int class2) {
+  return Ranks<Registers32, kBoard>(class1, class2);
+}
+template <int kBoard>
+POKERMATH_TARGET_AVX512 Counts RanksAvx512(int class1, int class2) {
+  return Ranks<Registers64, kBoard>(class1, class2);
+}
+template <int kBoard>
+Counts FlushesBaseline(const SuitView& view1, const SuitView& view2) {
+  return Flushes<Registers16, kBoard>(view1, view2);
+}
+template <int kBoard>
+POKERMATH_TARGET_AVX2 Counts FlushesAvx2(const SuitView& view1, const SuitView& view2) {
+  return Flushes<Registers32, kBoard>(view1, view2);
+}
+template <int kBoard>
+POKERMATH_TARGET_AVX512 Counts FlushesAvx512(const SuitView& view1, const SuitView& view2) {
+  return Flushes<Registers64, kBoard>(view1, view2);
 }
 
 template <int kBoard>
-POKERMATH_TARGET_AVX2 Tally CountAvx2(const int* hand1, const int* hand2) {
-  return Count<Registers32, kBoard>(hand1, hand2);
-}
+class EmptyBoard final : public ShowdownCounts {
+ public:
+  explicit EmptyBoard(Isa isa) : isa_(isa) {}
 
-template <int kBoard>
-POKERMATH_TARGET_AVX512 Tally CountAvx512(const int* hand1, const int* hand2) {
-  return Count<Registers64, kBoard>(hand1, hand2);
-}
-
-template <int kBoard>
-Tally CountWith(Isa isa, const int* hand1, const int* hand2) {
-  switch (isa) {
-    case Isa::kAvx512:
-      return CountAvx512<kBoard>(hand1, hand2);
-    case Isa::kAvx2:
-      return CountAvx2<kBoard>(hand1, hand2);
-    default:
-      return CountBaseline<kBoard>(hand1, hand2);
+  Counts CountRanks(int class1, int class2) const override {
+    switch (isa_) {
+      case Isa::kAvx512:
+        return RanksAvx512<kBoard>(class1, class2);
+      case Isa::kAvx2:
+        return RanksAvx2<kBoard>(class1, class2);
+      default:
+        return RanksBaseline<kBoard>(class1, class2);
+    }
   }
-}
+  Counts CorrectSuit(int, const SuitView& view1, const SuitView& view2) const override {
+    switch (isa_) {
+      case Isa::kAvx512:
+        return FlushesAvx512<kBoard>(view1, view2);
+      case Isa::kAvx2:
+        return FlushesAvx2<kBoard>(view1, view2);
+      default:
+        return FlushesBaseline<kBoard>(view1, view2);
+    }
+  }
+  int CardsToFlush(int) const override { return 5 - kBoard; }
+  bool SuitsAreAlike() const override { return true; }
+  int Boards() const override { return Choose(48, kBoard); }
+
+ private:
+  Isa isa_;
+};
 
 }  // namespace
 
+const ShowdownCounts& EmptyBoardCounts(Isa isa, Street street) {
+  static const std::array<EmptyBoard<3>, 3> flop = {
+      EmptyBoard<3>(Isa::kBaseline), EmptyBoard<3>(Isa::kAvx2), EmptyBoard<3>(Isa::kAvx512)};
+  static const std::array<EmptyBoard<4>, 3> turn = {
+      EmptyBoard<4>(Isa::kBaseline), EmptyBoard<4>(Isa::kAvx2), EmptyBoard<4>(Isa::kAvx512)};
+  static const std::array<EmptyBoard<5>, 3> river = {
+      EmptyBoard<5>(Isa::kBaseline), EmptyBoard<5>(Isa::kAvx2), EmptyBoard<5>(Isa::kAvx512)};
+  const auto level = static_cast<std::size_t>(isa);
+  switch (street) {
+    case Street::kFlop:
+      return flop[level];
+    case Street::kTurn:
+      return turn[level];
+    default:
+      return river[level];
+  }
+}
+
 Tally CountMatchup(Isa isa, const int* hand1, const int* hand2, Street street) {
-  return street == Street::kTurn ? CountWith<4>(isa, hand1, hand2)
-                                 : CountWith<5>(isa, hand1, hand2);
+  return CountHands(EmptyBoardCounts(isa, street), hand1, hand2);
 }
 
 }  // namespace pokermath

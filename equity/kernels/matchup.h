@@ -3,14 +3,19 @@
 #ifndef POKERMATH_EQUITY_KERNELS_MATCHUP_H_
 #define POKERMATH_EQUITY_KERNELS_MATCHUP_H_
 
+#include "equity/kernels/showdown_counts.h"
 #include "platform/isa.h"
 #include "pokermath/equity.h"
 
 namespace pokermath {
 
-/// Counts every five-card (river) or four-card (turn) board that the two hands leave.
+/// Counts of all three-, four- or five-card boards.
 ///
-/// @param isa          instructions to use; the machine must have them
+/// @param isa  instructions to use; the machine must have them
+const ShowdownCounts& EmptyBoardCounts(Isa isa, Street street);
+
+/// Counts every board of a street that the two hands leave.
+///
 /// @param hand1,hand2  two card codes each, all different
 Tally CountMatchup(Isa isa, const int* hand1, const int* hand2, Street street);
 

@@ -100,9 +100,7 @@ const MatchupTables<kBoard>& MatchupTables<kBoard>::Get() {
 
 template <int kBoard>
 void MatchupTables<kBoard>::Build(int rank_class, ClassValues& values) const {
-  int high = 0;
-  while (RankClassOf(high + 1, 0) <= rank_class) ++high;
-  const int low = rank_class - RankClassOf(high, 0);
+  const auto [low, high] = RanksOf(rank_class);
   const std::uint32_t hole_key = kRankKeys[high] + kRankKeys[low];
   const auto value = [hole_key](std::uint32_t key) {
     return static_cast<std::int16_t>(ValueOfRanks<kBoard + 2>(hole_key + key));
@@ -124,6 +122,7 @@ void MatchupTables<kBoard>::Build(int rank_class, ClassValues& values) const {
   }
 }
 
+template class MatchupTables<3>;
 template class MatchupTables<4>;
 template class MatchupTables<5>;
 

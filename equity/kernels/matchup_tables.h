@@ -1,8 +1,7 @@
 // What the matchup kernel compares: values of hands by ranks alone, and flushes by rank sets.
 //
-// A rank class is what remains of two hole cards without their suits; there are 91. A rank set is a
-// bit for each rank. Values are ascending, 16 bits, and laid out in groups of 32: one register of
-// 64 bytes or several narrower ones. Places behind the last value weigh nothing.
+// Values are ascending, 16 bits, and laid out in groups of 32: one register of 64 bytes or several
+// narrower ones. Places behind the last value weigh nothing.
 
 #ifndef POKERMATH_EQUITY_KERNELS_MATCHUP_TABLES_H_
 #define POKERMATH_EQUITY_KERNELS_MATCHUP_TABLES_H_
@@ -12,27 +11,10 @@
 #include <mutex>
 #include <vector>
 
+#include "equity/kernels/hole_cards.h"
 #include "pokermath/large_table.h"
 
 namespace pokermath {
-
-constexpr int Choose(int n, int k) {
-  int result = 1;
-  for (int i = 0; i < k; ++i) result = result * (n - i) / (i + 1);
-  return result;
-}
-
-inline constexpr int kRankClasses = 91;
-
-constexpr int RankClassOf(int rank1, int rank2) {
-  const int high = rank1 > rank2 ? rank1 : rank2;
-  const int low = rank1 > rank2 ? rank2 : rank1;
-  return high * (high + 1) / 2 + low;
-}
-
-using RankSet = std::uint16_t;
-inline constexpr RankSet kAllRanks = 0x1FFF;
-inline constexpr RankSet kNoSet = 0x2000;  ///< fills the places behind the last set
 
 /// Suited hole cards as a place among 92: none, one rank or two.
 inline constexpr int kHoldings = 92;
@@ -65,7 +47,7 @@ struct ClassValues {
   std::array<Values, 3> by_suit_boards;  ///< [suited - 3]: [group][rest][set in group]
 };
 
-/// The tables for boards of kBoard cards, 4 or 5. 10 MB when all is built for the river; the values
+/// The tables for boards of kBoard cards, 3 to 5. 10 MB when all is built for the river; the values
 /// of a class are built when they are first asked for, by any thread.
 template <int kBoard>
 class MatchupTables {

@@ -1,92 +1,138 @@
-// A board's part of the evaluator's sum is worked out once; a holding then costs one addition and
-// two look-ups. The cards as bits of a number say both who shares a card and, 13 bits a suit, which
-// ranks a flush has.
+// Holdings of the same ranks share what ranks decide, and those that a suit sees alike share what
+// its flushes change. So a range is counted by class and by view, not by holding.
 
 #include "equity/kernels/range_count.h"
 
-#include "pokermath/evaluators.h"
+#include <algorithm>
+#include <vector>
+
+#include "equity/kernels/board_judge.h"
+#include "equity/kernels/matchup.h"
+#include "equity/kernels/runouts.h"
+#include "platform/isa.h"
 
 namespace pokermath {
+
+Tally CountHands(const ShowdownCounts& counts, const int* hand1, const int* hand2) {
+  Tally tally{.cases = counts.Boards()};
+  AddTimes(counts.CountRanks(RankClassOf(hand1[0] % 13, hand1[1] % 13),
+                             RankClassOf(hand2[0] % 13, hand2[1] % 13)),
+           1, tally);
+  for (int suit = 0; suit < 4; ++suit) {
+    const SuitView& view1 = ViewOf(hand1[0], hand1[1], suit);
+    const SuitView& view2 = ViewOf(hand2[0], hand2[1], suit);
+    if (std::max(view1.held_count, view2.held_count) >= counts.CardsToFlush(suit)) {
+      AddTimes(counts.CorrectSuit(suit, view1, view2), 1, tally);
+    }
+  }
+  return tally;
+}
+
+OpponentGroups::OpponentGroups(const ShowdownCounts& counts, std::span<const int, 2> hand)
+    : counts_(counts), rank_class_(RankClassOf(hand[0] % 13, hand[1] % 13)) {
+  for (std::size_t suit = 0; suit < 4; ++suit) {
+    views_[suit] = ViewNumber(hand[0], hand[1], static_cast<int>(suit));
+    group_of_[suit] = suit;
+    if (counts.SuitsAreAlike()) {
+      const auto same = std::ranges::find(views_, views_[suit]);
+      group_of_[suit] = static_cast<std::size_t>(same - views_.begin());
+    }
+    if (counts.CardsToFlush(static_cast<int>(suit)) > 2) group_of_[suit] = kNone;
+    ++groups_[group_of_[suit]].suits;
+  }
+}
+
+void OpponentGroups::Add(const Combination& opponent) {
+  const int card1 = opponent.first;
+  const int card2 = opponent.second;
+  ++holdings_[static_cast<std::size_t>(RankClassOf(card1 % 13, card2 % 13))];
+  const auto see = [&](int suit) {
+    const auto view = static_cast<std::size_t>(ViewNumber(card1, card2, suit));
+    ++groups_[group_of_[static_cast<std::size_t>(suit)]].opponents[view];
+  };
+  see(card1 / 13);
+  if (card1 / 13 != card2 / 13) see(card2 / 13);
+}
+
+Tally OpponentGroups::Count(int rank_class) const {
+  const int holdings = holdings_[static_cast<std::size_t>(rank_class)];
+  Tally tally{.cases = std::int64_t{holdings} * counts_.Boards()};
+  AddTimes(counts_.CountRanks(rank_class_, rank_class), holdings, tally);
+  for (std::size_t suit = 0; suit < 4; ++suit) {
+    const SuitGroup& group = groups_[suit];
+    if (group.suits == 0) continue;
+    const SuitView& view = kViews[static_cast<std::size_t>(views_[suit])];
+    const int needed = counts_.CardsToFlush(static_cast<int>(suit));
+    int unseen = group.suits * holdings;
+    for (std::size_t bits = 4; bits-- > 0;) {
+      const std::size_t number = static_cast<std::size_t>(rank_class) * 4 + bits;
+      const int opponents = bits == 0 ? unseen : group.opponents[number];
+      unseen -= opponents;
+      const SuitView& other = kViews[number];
+      if (opponents == 0 || std::max(view.held_count, other.held_count) < needed) continue;
+      AddTimes(counts_.CorrectSuit(static_cast<int>(suit), view, other), opponents, tally);
+    }
+  }
+  return tally;
+}
+
+Tally OpponentGroups::Count() const {
+  Tally all;
+  for (int rank_class = 0; rank_class < kRankClasses; ++rank_class) {
+    if (Has(rank_class)) all += Count(rank_class);
+  }
+  return all;
+}
+
 namespace {
 
-std::uint64_t Bit(int card) { return std::uint64_t{1} << card; }
-
-// Ascending value of `count` cards by the sum of their words and by their bits.
-template <int count>
-int ValueOf(std::uint64_t sum, std::uint64_t cards) {
-  const CompactTables& tables = kCompactTables;
-  if (const std::uint64_t flush = sum & CompactTables::kFlushBits; flush != 0) [[unlikely]] {
-    const int suit = __builtin_ctzll(flush) / 4;
-    return tables.flush_values[cards >> (13 * suit) & 0x1FFF];
+// Visits what comes out when cards are added to a board until it has `cards` cards.
+template <typename Visit>
+void Deal(std::vector<int>& board, std::size_t cards, std::uint64_t taken, int first,
+          const Visit& visit) {
+  if (board.size() == cards) return visit();
+  for (int card = first; card < 52; ++card) {
+    if ((taken & Bit(card)) != 0) continue;
+    board.push_back(card);
+    Deal(board, cards, taken, card + 1, visit);
+    board.pop_back();
   }
-  const std::uint64_t key = sum >> CompactTables::kKeyShift;
-  const std::uint16_t row = tables.rows[count - 5][key >> CompactTables::kColumnBits];
-  return tables.values[count - 5][row + (key & (CompactTables::kColumns - 1))];
+}
+
+Tally CountGroups(const ShowdownCounts& counts, std::span<const int, 2> hand,
+                  std::span<const Combination> opponents, std::uint64_t taken) {
+  OpponentGroups groups(counts, hand);
+  for (const Combination& opponent : opponents) {
+    if ((Bits(opponent) & taken) == 0) groups.Add(opponent);
+  }
+  return groups.Count();
 }
 
 }  // namespace
 
-RangeOpponents::RangeOpponents(std::span<const int, 2> hand, const CombinationSet& range) {
-  const auto holding = [](int card1, int card2) {
-    return Holding{kCompactTables.card_words[card1] + kCompactTables.card_words[card2],
-                   Bit(card1) | Bit(card2)};
-  };
-  hero_ = holding(hand[0], hand[1]);
-  opponents_.reserve(range.size());
-  for (const auto& [first, second] : range) {
-    const Holding opponent = holding(first, second);
-    if ((opponent.cards & hero_.cards) == 0) opponents_.push_back(opponent);
+Tally CountAgainst(std::span<const int, 2> hand, std::span<const Combination> opponents,
+                   std::span<const int> board, Street street) {
+  const auto cards = static_cast<std::size_t>(street);
+  const std::uint64_t taken = Bits(hand) | Bits(board);
+  if (board.empty()) {
+    return CountGroups(EmptyBoardCounts(BestIsa(), street), hand, opponents, taken);
   }
-}
-
-template <int kCards>
-void RangeOpponents::JudgeHoldings(std::span<const int> board, std::uint64_t dead,
-                                   Tally& tally) const {
-  std::uint64_t sum = CompactTables::kSuitStart;
-  std::uint64_t cards = 0;
-  for (const int card : board) {
-    sum += kCompactTables.card_words[card];
-    cards |= Bit(card);
-  }
-  const std::uint64_t taken = cards | dead;
-  const int value = ValueOf<kCards>(sum + hero_.word, cards | hero_.cards);
-  for (const Holding& opponent : opponents_) {
-    if ((opponent.cards & taken) != 0) continue;
-    const int other = ValueOf<kCards>(sum + opponent.word, cards | opponent.cards);
-    tally.wins += value > other ? 1 : 0;
-    tally.ties += value == other ? 1 : 0;
-    ++tally.cases;
-  }
-}
-
-void RangeOpponents::Judge(std::span<const int> board, std::uint64_t dead, Tally& tally) const {
-  switch (board.size()) {
-    case 3:
-      return JudgeHoldings<5>(board, dead, tally);
-    case 4:
-      return JudgeHoldings<6>(board, dead, tally);
-    case 5:
-      return JudgeHoldings<7>(board, dead, tally);
-    default:
-      return;
-  }
-}
-
-Tally RangeOpponents::Count(std::span<const int> known, int cards) const {
-  std::uint64_t taken = hero_.cards;
-  for (const int card : known) taken |= Bit(card);
-  std::vector<int> board(known.begin(), known.end());
   Tally tally;
-  const auto deal = [&](auto& self, int first) -> void {
-    if (static_cast<int>(board.size()) == cards) return Judge(board, 0, tally);
-    for (int card = first; card < 52; ++card) {
-      if ((taken & Bit(card)) != 0) continue;
-      board.push_back(card);
-      self(self, card + 1);
-      board.pop_back();
-    }
-  };
-  deal(deal, 0);
+  if (board.size() == cards) {
+    BoardJudge(hand, opponents).Judge(board, 0, tally);
+  } else if (board.size() >= 3) {
+    tally =
+        CountGroups(Runouts(BestIsa(), board, static_cast<int>(street)), hand, opponents, taken);
+  } else {
+    // Every board comes about as often as three of its cards can be dealt first.
+    std::vector<int> flop(board.begin(), board.end());
+    Deal(flop, 3, taken, 0, [&] { tally += CountAgainst(hand, opponents, flop, street); });
+    const int times =
+        Choose(static_cast<int>(cards - board.size()), static_cast<int>(3 - board.size()));
+    tally.wins /= times;
+    tally.ties /= times;
+    tally.cases /= times;
+  }
   return tally;
 }
 

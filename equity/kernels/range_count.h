@@ -1,44 +1,54 @@
-// A Hold'em hand against every holding of a range, board by board.
+// A Hold'em hand against the holdings of a range.
 
 #ifndef POKERMATH_EQUITY_KERNELS_RANGE_COUNT_H_
 #define POKERMATH_EQUITY_KERNELS_RANGE_COUNT_H_
 
+#include <array>
 #include <cstdint>
 #include <span>
-#include <vector>
 
+#include "equity/kernels/showdown_counts.h"
 #include "pokermath/combination_set.h"
 #include "pokermath/equity.h"
 
 namespace pokermath {
 
-/// The holdings of a range that a hand meets, ready to be judged on any board.
-class RangeOpponents {
+/// Opponents of a hand, gathered so that those which are alike are counted once. Without an
+/// opponent that shares a card with the hand or the board.
+class OpponentGroups {
  public:
-  /// Holdings that share a card with the hand are left out.
-  RangeOpponents(std::span<const int, 2> hand, const CombinationSet& range);
+  OpponentGroups(const ShowdownCounts& counts, std::span<const int, 2> hand);
 
-  /// Adds the hand's wins and ties on one board of 3, 4 or 5 cards to a tally, one case for every
-  /// holding that shares no card with the board or with `dead`.
-  ///
-  /// @param dead  a bit for each card code that nobody holds, beside hand and board
-  void Judge(std::span<const int> board, std::uint64_t dead, Tally& tally) const;
-
-  /// Judges every way to complete the known cards to a board of `cards` cards, 3 to 5.
-  Tally Count(std::span<const int> known, int cards) const;
+  void Add(const Combination& opponent);
+  /// Whether there is an opponent of a rank class.
+  bool Has(int rank_class) const { return holdings_[static_cast<std::size_t>(rank_class)] != 0; }
+  /// The hand against all opponents of a class.
+  Tally Count(int rank_class) const;
+  /// The hand against all opponents.
+  Tally Count() const;
 
  private:
-  struct Holding {
-    std::uint64_t word;   // sum of the compact evaluator's words
-    std::uint64_t cards;  // a bit for each card code
+  static constexpr int kNone = 4;
+
+  // Suits that see the hand alike, where that makes them equal: one of them stands for all.
+  struct SuitGroup {
+    int suits = 0;
+    std::array<std::uint16_t, kSuitViews> opponents{};  // by view; nothing for views without a card
   };
 
-  template <int kCards>
-  void JudgeHoldings(std::span<const int> board, std::uint64_t dead, Tally& tally) const;
-
-  Holding hero_;
-  std::vector<Holding> opponents_;
+  const ShowdownCounts& counts_;
+  int rank_class_;
+  std::array<int, 4> views_;                            // of the hand, by suit
+  std::array<std::size_t, 4> group_of_;                 // by suit
+  std::array<std::uint16_t, kRankClasses> holdings_{};  // opponents by rank class
+  std::array<SuitGroup, 5> groups_{};                   // the last one is not looked at
 };
+
+/// Counts a hand against holdings over every way to complete a board.
+///
+/// @param board  0 up to the street's number of cards
+Tally CountAgainst(std::span<const int, 2> hand, std::span<const Combination> opponents,
+                   std::span<const int> board, Street street);
 
 }  // namespace pokermath
 

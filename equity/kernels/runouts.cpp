@@ -1,77 +1,450 @@
-// Known board cards leave few boards, 178,365 at most and 990 from a flop, so they are dealt one by
-// one.
+// One or two cards to come, without dealing them.
+//
+// Leave the suits aside and a run-out is a rank, or two ranks. What a hand makes with each depends
+// on the ranks of its hole cards and the board, so a table of these blocks, one for every multiset
+// of known ranks, answers that. A matchup compares two blocks, each run-out weighted by the number
+// of ways to draw it from the unseen cards.
+//
+// Two ranks are laid out in a circle, so that a block is a few rows of 16 lanes and every run-out
+// is there once: lane x of row d holds the ranks x and x + d, modulo 13, for d from 0 to 6.
+//
+// Flushes are put right afterwards, suit by suit, by the number of cards of the suit that come. A
+// hand that flushes is decided by its ranks of that suit alone, as five cards of a suit leave no
+// room for a full house.
 
 #include "equity/kernels/runouts.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <vector>
 
+#include "equity/kernels/registers.h"
+#include "eval/compact_keys.h"
 #include "pokermath/evaluators.h"
+#include "pokermath/large_table.h"
 
 namespace pokermath {
 namespace {
 
-template <int kBoard>
-struct Showdown {
-  int hand1[kBoard + 2];  // hole cards, then the board
-  int hand2[kBoard + 2];
-  std::vector<int> live;  // cards that may still come
-  Tally tally;
+using Register = Registers32::Register;
+constexpr int kRow = kLanes<Register>;
+constexpr int kDistances = 7;  // of two ranks in the circle of 13, 0 among them
+using Values = LargeTable<std::int16_t>;
 
-  void SetBoardCard(int place, int card) {
-    hand1[2 + place] = card;
-    hand2[2 + place] = card;
+// Place of a multiset of ranks among all of its size, by its ranks in rising order.
+constexpr auto kPlaces = [] {
+  std::array<std::array<int, 13>, 6> places{};
+  for (int i = 0; i < 6; ++i) {
+    for (int rank = 0; rank < 13; ++rank) {
+      places[static_cast<std::size_t>(i)][static_cast<std::size_t>(rank)] = Choose(rank + i, i + 1);
+    }
+  }
+  return places;
+}();
+
+// The values of `known` ranks with one or two more.
+template <int known, int to_come>
+class RankBlocks {
+ public:
+  static constexpr int kRows = to_come == 2 ? kDistances : 1;
+
+  static const RankBlocks& Get() {
+    static const RankBlocks blocks;
+    return blocks;
+  }
+  const std::int16_t* Of(int place) const {
+    return &values_[static_cast<std::size_t>(place) * kRows * kRow];
   }
 
-  // Deals the board cards from `place` on, out of the live cards from `first` on.
-  void Deal(int place, std::size_t first) {
-    if (place == kBoard) {
-      const int value1 = EvaluateCards<kBoard + 2>(hand1);
-      const int value2 = EvaluateCards<kBoard + 2>(hand2);
-      tally.wins += value1 > value2 ? 1 : 0;
-      tally.ties += value1 == value2 ? 1 : 0;
-      ++tally.cases;
-      return;
+ private:
+  // The multisets in the order of their places: the highest rank changes last.
+  RankBlocks() {
+    values_.reserve(static_cast<std::size_t>(Choose(12 + known, known)) * kRows * kRow);
+    AddMultisets(known, 12, 0);
+  }
+  void AddMultisets(int ranks, int highest, std::uint32_t key) {
+    if (ranks == 0) return AddBlock(key);
+    for (int rank = 0; rank <= highest; ++rank)
+      AddMultisets(ranks - 1, rank, key + kRankKeys[rank]);
+  }
+  void AddBlock(std::uint32_t key) {
+    for (int row = 0; row < kRows; ++row) {
+      for (int lane = 0; lane < kRow; ++lane) {
+        std::uint32_t come = key + kRankKeys[lane % 13];
+        if (to_come == 2) come += kRankKeys[(lane + row) % 13];
+        const int value = lane < 13 ? ValueOfRanks<known + to_come>(come) : 0;
+        values_.push_back(static_cast<std::int16_t>(value));
+      }
     }
-    for (std::size_t i = first; i < live.size(); ++i) {
-      SetBoardCard(place, live[i]);
-      Deal(place + 1, i + 1);
+  }
+
+  Values values_;
+};
+
+// The flushes that a rank set of three to six ranks makes with one more rank or two.
+class FlushBlocks {
+ public:
+  static constexpr int kOneMore = 32;  // lanes: the circle of ranks twice over
+  static constexpr int kSize = kOneMore + (kDistances - 1) * kRow;
+
+  static const FlushBlocks& Get() {
+    static const FlushBlocks blocks;
+    return blocks;
+  }
+  const std::int16_t* OneMore(RankSet set) const {
+    return &values_[static_cast<std::size_t>(places_[set] * kSize)];
+  }
+  // Row 1 is the first: two ranks of a suit are not equal.
+  const std::int16_t* TwoMore(RankSet set) const { return OneMore(set) + kOneMore - kRow; }
+
+ private:
+  FlushBlocks() {
+    const auto value = [](unsigned set) {
+      return static_cast<std::int16_t>(kCompactTables.flush_values[set]);
+    };
+    for (unsigned set = 0; set <= kAllRanks; ++set) {
+      const int ranks = __builtin_popcount(set);
+      if (ranks < 3 || ranks > 6) continue;
+      places_[set] = static_cast<int>(values_.size()) / kSize;
+      for (int lane = 0; lane < kOneMore; ++lane) values_.push_back(value(set | 1u << lane % 13));
+      for (int row = 1; row < kDistances; ++row) {
+        for (int lane = 0; lane < kRow; ++lane) {
+          values_.push_back(value(set | 1u << lane % 13 | 1u << (lane + row) % 13));
+        }
+      }
     }
+  }
+
+  std::array<int, kAllRanks + 1> places_{};
+  Values values_;
+};
+
+// Ranks by lanes: [row][lane] is the rank of the lane as a set, after `row` steps along the circle.
+// Lanes without a rank hold kNoSet.
+constexpr auto kSets = [] {
+  std::array<std::array<std::int16_t, kRow>, kDistances> sets{};
+  for (int row = 0; row < kDistances; ++row) {
+    for (int lane = 0; lane < kRow; ++lane) {
+      sets[static_cast<std::size_t>(row)][static_cast<std::size_t>(lane)] =
+          static_cast<std::int16_t>(lane < 13 ? 1 << (lane + row) % 13 : kNoSet);
+    }
+  }
+  return sets;
+}();
+
+constexpr void AddRank(RankLanes& lanes, int rank, int number) {
+  for (std::size_t lane = static_cast<std::size_t>(rank); lane < lanes.size(); lane += 13) {
+    lanes[lane] = static_cast<std::int16_t>(lanes[lane] + number);
+  }
+}
+
+// Hole cards of each rank: all of a class, and those that a view leaves to the other suits.
+constexpr auto kClassRanks = [] {
+  std::array<RankLanes, kRankClasses> ranks{};
+  for (const SuitView& view : kViews) {
+    if (view.held != 0) continue;
+    for (const int rank : view.others) {
+      AddRank(ranks[static_cast<std::size_t>(view.rank_class)], rank, 1);
+    }
+  }
+  return ranks;
+}();
+constexpr auto kOtherRanks = [] {
+  std::array<RankLanes, kSuitViews> ranks{};
+  for (std::size_t i = 0; i < kViews.size(); ++i) {
+    for (std::size_t j = 0; j < static_cast<std::size_t>(kViews[i].OtherCount()); ++j) {
+      AddRank(ranks[i], kViews[i].others[j], 1);
+    }
+  }
+  return ranks;
+}();
+
+// Wins and ties lane by lane.
+struct Sums {
+  Register wins{};
+  Register ties{};
+
+  POKERMATH_KERNEL Counts Total() const { return {.wins = Total(wins), .ties = Total(ties)}; }
+
+ private:
+  // All run-outs together are 1,176 at most: 16 bits hold the sum.
+  POKERMATH_KERNEL static int Total(const Register& lanes) {
+    Registers16::Register low;
+    Registers16::Register high;
+    std::memcpy(&low, &lanes, sizeof low);
+    std::memcpy(&high, reinterpret_cast<const char*>(&lanes) + sizeof low, sizeof high);
+    low += high;
+    low += __builtin_shufflevector(low, low, 4, 5, 6, 7, 0, 1, 2, 3);
+    low += __builtin_shufflevector(low, low, 2, 3, 0, 1, 6, 7, 4, 5);
+    return static_cast<std::int16_t>(low[0] + low[1]);
   }
 };
 
-template <int kBoard>
-Tally Count(std::span<const int, 2> hand1, std::span<const int, 2> hand2,
-            std::span<const int> board) {
-  Showdown<kBoard> showdown;
-  std::ranges::copy(hand1, showdown.hand1);
-  std::ranges::copy(hand2, showdown.hand2);
-  int known = 0;
-  for (const int card : board) showdown.SetBoardCard(known++, card);
-  const auto holds = [](const auto& cards, int card) {
-    return std::ranges::find(cards, card) != cards.end();
-  };
-  for (int card = 0; card < 52; ++card) {
-    if (!holds(hand1, card) && !holds(hand2, card) && !holds(board, card)) {
-      showdown.live.push_back(card);
+// Cards of each rank that two hands leave of some, seen from the ranks `row` steps along the
+// circle.
+struct Left {
+  const RankLanes& before;
+  const RankLanes& hand1;
+  const RankLanes& hand2;
+
+  POKERMATH_KERNEL void At(int row, Register& left) const {
+    Register held1;
+    Register held2;
+    Load(left, before.data() + row);
+    Load(held1, hand1.data() + row);
+    Load(held2, hand2.data() + row);
+    left -= held1 + held2;
+  }
+  // Ways to draw the run-outs of a row, all cards being among those counted.
+  POKERMATH_KERNEL void Draw(int to_come, int row, Register& ways) const {
+    Register ranks;
+    Load(ranks, kSets[0].data());
+    At(0, ways);
+    if (to_come == 2 && row == 0) {
+      ways = ways * (ways - 1) >> 1;
+    } else if (to_come == 2) {
+      Register other;
+      At(row, other);
+      ways *= other;
+    }
+    ways &= ranks != kNoSet;
+  }
+};
+
+// Lanes whose rank, `row` steps along, is not in a set.
+POKERMATH_KERNEL void NotIn(std::int16_t set, int row, Register& lanes) {
+  Load(lanes, kSets[static_cast<std::size_t>(row)].data());
+  lanes = (lanes & set) == 0;
+}
+
+POKERMATH_KERNEL Counts Ranks(const KnownBoard& board, int class1, int class2) {
+  const auto index1 = static_cast<std::size_t>(class1);
+  const auto index2 = static_cast<std::size_t>(class2);
+  const Left left{board.unseen, kClassRanks[index1], kClassRanks[index2]};
+  const int rows = board.to_come == 2 ? kDistances : 1;
+  Sums sums;
+  for (int row = 0; row < rows; ++row) {
+    Register v1;
+    Register v2;
+    Register ways;
+    Load(v1, board.values[index1] + row * kRow);
+    Load(v2, board.values[index2] + row * kRow);
+    left.Draw(board.to_come, row, ways);
+    sums.wins += (v1 > v2) & ways;
+    sums.ties += (v1 == v2) & ways;
+  }
+  return sums.Total();
+}
+
+// Two hands as a suit sees them.
+struct Suited {
+  const std::int16_t* values1;
+  const std::int16_t* values2;
+  RankSet set1;  // the board's ranks of the suit and the hand's
+  RankSet set2;
+  std::int16_t dead;  // ranks of the suit that cannot come, and kNoSet
+  Left others;        // unseen cards of the other suits
+};
+
+// Takes off what the ranks said of the run-outs of a row and adds what is true: f1 and f2 are the
+// flushes of those who have one.
+template <bool flush1, bool flush2>
+POKERMATH_KERNEL void Correct(const Suited& suited, int row, const Register& f1, const Register& f2,
+                              const Register& ways, Sums& sums) {
+  Register v1;
+  Register v2;
+  Load(v1, suited.values1 + row * kRow);
+  Load(v2, suited.values2 + row * kRow);
+  const Register true1 = flush1 ? f1 : v1;
+  const Register true2 = flush2 ? f2 : v2;
+  // A flush never ties with a hand that has none.
+  const Register no_tie{};
+  const Register true_tie = flush1 && flush2 ? Register(f1 == f2) : no_tie;
+  sums.wins += ((v1 > v2) - (true1 > true2)) * ways;
+  sums.ties += ((v1 == v2) - true_tie) * ways;
+}
+
+// Run-outs of two cards of the suit.
+template <bool flush1, bool flush2>
+POKERMATH_KERNEL void CorrectTwo(const Suited& suited, Sums& sums) {
+  const FlushBlocks& flushes = FlushBlocks::Get();
+  for (int row = 1; row < kDistances; ++row) {
+    Register ways;
+    Register alive;
+    Register f1{};
+    Register f2{};
+    NotIn(suited.dead, 0, ways);
+    NotIn(suited.dead, row, alive);
+    if (flush1) Load(f1, flushes.TwoMore(suited.set1) + row * kRow);
+    if (flush2) Load(f2, flushes.TwoMore(suited.set2) + row * kRow);
+    ways &= alive;
+    Correct<flush1, flush2>(suited, row, f1, f2, -ways, sums);
+  }
+}
+
+// Run-outs with one card of the suit; when two cards come, either may be the one.
+template <bool flush1, bool flush2>
+POKERMATH_KERNEL void CorrectOne(const Suited& suited, int to_come, Sums& sums) {
+  const FlushBlocks& flushes = FlushBlocks::Get();
+  const int rows = to_come == 2 ? kDistances : 1;
+  for (int row = 0; row < rows; ++row) {
+    for (const int step : {0, row}) {
+      Register ways;
+      Register f1{};
+      Register f2{};
+      if (to_come == 2) suited.others.At(row - step, ways);
+      Register alive;
+      NotIn(suited.dead, step, alive);
+      ways = to_come == 2 ? ways & alive : -alive;
+      if (flush1) Load(f1, flushes.OneMore(suited.set1) + step);
+      if (flush2) Load(f2, flushes.OneMore(suited.set2) + step);
+      Correct<flush1, flush2>(suited, row, f1, f2, ways, sums);
+      if (row == 0) break;
     }
   }
-  showdown.Deal(known, 0);
-  return showdown.tally;
+}
+
+// Run-outs without a card of the suit.
+template <bool flush1, bool flush2>
+POKERMATH_KERNEL void CorrectNone(const Suited& suited, int to_come, Sums& sums) {
+  const Register zero{};
+  const auto flush = [](RankSet set) {
+    return static_cast<std::int16_t>(kCompactTables.flush_values[set]);
+  };
+  const Register f1 = zero + flush(suited.set1);
+  const Register f2 = zero + flush(suited.set2);
+  const int rows = to_come == 2 ? kDistances : 1;
+  for (int row = 0; row < rows; ++row) {
+    Register ways;
+    suited.others.Draw(to_come, row, ways);
+    Correct<flush1, flush2>(suited, row, f1, f2, ways, sums);
+  }
+}
+
+// The corrections where `come` cards of the suit come.
+template <bool flush1, bool flush2>
+POKERMATH_KERNEL void CorrectSuitCards(const Suited& suited, int to_come, int come, Sums& sums) {
+  if (come == 2) {
+    CorrectTwo<flush1, flush2>(suited, sums);
+  } else if (come == 1) {
+    CorrectOne<flush1, flush2>(suited, to_come, sums);
+  } else {
+    CorrectNone<flush1, flush2>(suited, to_come, sums);
+  }
+}
+
+POKERMATH_KERNEL Counts Flushes(const KnownBoard& board, int suit, const SuitView& view1,
+                                const SuitView& view2) {
+  const KnownBoard::Suit& known = board.suits[static_cast<std::size_t>(suit)];
+  const auto view_index = [](const SuitView& view) {
+    return static_cast<std::size_t>(&view - kViews.data());
+  };
+  const Suited suited{
+      .values1 = board.values[static_cast<std::size_t>(view1.rank_class)],
+      .values2 = board.values[static_cast<std::size_t>(view2.rank_class)],
+      .set1 = static_cast<RankSet>(known.held | view1.held),
+      .set2 = static_cast<RankSet>(known.held | view2.held),
+      .dead = static_cast<std::int16_t>(known.held | view1.held | view2.held | kNoSet),
+      .others = {known.others, kOtherRanks[view_index(view1)], kOtherRanks[view_index(view2)]}};
+  Sums sums;
+  for (int come = 0; come <= board.to_come; ++come) {
+    const bool flush1 = known.held_count + come + view1.held_count >= 5;
+    const bool flush2 = known.held_count + come + view2.held_count >= 5;
+    if (flush1 && flush2) {
+      CorrectSuitCards<true, true>(suited, board.to_come, come, sums);
+    } else if (flush1) {
+      CorrectSuitCards<true, false>(suited, board.to_come, come, sums);
+    } else if (flush2) {
+      CorrectSuitCards<false, true>(suited, board.to_come, come, sums);
+    }
+  }
+  return sums.Total();
+}
+
+Counts RanksBaseline(const KnownBoard& board, int class1, int class2) {
+  return Ranks(board, class1, class2);
+}
+POKERMATH_TARGET_AVX2 Counts RanksAvx2(const KnownBoard& board, int class1, int class2) {
+  return Ranks(board, class1, class2);
+}
+Counts FlushesBaseline(const KnownBoard& board, int suit, const SuitView& view1,
+                       const SuitView& view2) {
+  return Flushes(board, suit, view1, view2);
+}
+POKERMATH_TARGET_AVX2 Counts FlushesAvx2(const KnownBoard& board, int suit, const SuitView& view1,
+                                         const SuitView& view2) {
+  return Flushes(board, suit, view1, view2);
+}
+
+// Fills in the blocks of all rank classes on a board.
+template <int kBoard, int to_come>
+void SetValues(std::span<const int> cards, std::array<const std::int16_t*, kRankClasses>& values) {
+  const auto& blocks = RankBlocks<kBoard + 2, to_come>::Get();
+  std::array<int, kBoard> ranks;
+  for (std::size_t i = 0; i < ranks.size(); ++i) ranks[i] = cards[i] % 13;
+  std::ranges::sort(ranks);
+  for (int high = 0; high < 13; ++high) {
+    for (int low = 0; low <= high; ++low) {
+      // Each rank goes behind those below it.
+      std::size_t below_low = 0;
+      std::size_t below_high = 1;
+      int place = 0;
+      for (std::size_t i = 0; i < ranks.size(); ++i) {
+        below_low += ranks[i] < low ? 1 : 0;
+        below_high += ranks[i] < high ? 1 : 0;
+        const std::size_t behind = i + (low <= ranks[i] ? 1 : 0) + (high <= ranks[i] ? 1 : 0);
+        place += kPlaces[behind][static_cast<std::size_t>(ranks[i])];
+      }
+      place += kPlaces[below_low][static_cast<std::size_t>(low)] +
+               kPlaces[below_high][static_cast<std::size_t>(high)];
+      values[static_cast<std::size_t>(RankClassOf(high, low))] = blocks.Of(place);
+    }
+  }
 }
 
 }  // namespace
 
-Tally CountRunouts(std::span<const int, 2> hand1, std::span<const int, 2> hand2,
-                   std::span<const int> board, Street street) {
-  switch (street) {
-    case Street::kFlop:
-      return Count<3>(hand1, hand2, board);
-    case Street::kTurn:
-      return Count<4>(hand1, hand2, board);
-    default:
-      return Count<5>(hand1, hand2, board);
+Runouts::Runouts(Isa isa, std::span<const int> board, int street) : isa_(isa) {
+  board_.to_come = street - static_cast<int>(board.size());
+  board_.live = 48 - static_cast<int>(board.size());
+  if (board.size() == 4) {
+    SetValues<4, 1>(board, board_.values);
+  } else if (board_.to_come == 2) {
+    SetValues<3, 2>(board, board_.values);
+  } else {
+    SetValues<3, 1>(board, board_.values);
+  }
+  board_.unseen.fill(4);
+  for (KnownBoard::Suit& suit : board_.suits) suit.others.fill(3);
+  for (const int card : board) {
+    const int rank = card % 13;
+    AddRank(board_.unseen, rank, -1);
+    for (int i = 0; i < 4; ++i) {
+      KnownBoard::Suit& suit = board_.suits[static_cast<std::size_t>(i)];
+      if (i != card / 13) {
+        AddRank(suit.others, rank, -1);
+      } else {
+        suit.held = static_cast<RankSet>(suit.held | 1 << rank);
+        ++suit.held_count;
+      }
+    }
   }
 }
+
+Counts Runouts::CountRanks(int class1, int class2) const {
+  return isa_ == Isa::kBaseline ? RanksBaseline(board_, class1, class2)
+                                : RanksAvx2(board_, class1, class2);
+}
+
+Counts Runouts::CorrectSuit(int suit, const SuitView& view1, const SuitView& view2) const {
+  return isa_ == Isa::kBaseline ? FlushesBaseline(board_, suit, view1, view2)
+                                : FlushesAvx2(board_, suit, view1, view2);
+}
+
+int Runouts::CardsToFlush(int suit) const {
+  return 5 - board_.to_come - board_.suits[static_cast<std::size_t>(suit)].held_count;
+}
+
+int Runouts::Boards() const { return Choose(board_.live, board_.to_come); }
 
 }  // namespace pokermath

@@ -5,6 +5,8 @@
 
 #include <cstdint>
 #include <span>
+#include <utility>
+#include <vector>
 
 #include "pokermath/export.h"
 
@@ -19,6 +21,12 @@ struct Tally {
   std::int64_t cases = 0;  ///< boards counted
 
   bool operator==(const Tally&) const = default;
+  Tally& operator+=(const Tally& other) {
+    wins += other.wins;
+    ties += other.ties;
+    cases += other.cases;
+    return *this;
+  }
   /// Share of the pot, 0..1: a tie counts one half; 0 without cases.
   double Equity() const {
     if (cases == 0) return 0.0;
@@ -38,9 +46,9 @@ enum class Street : int { kFlop = 3, kTurn = 4, kRiver = 5 };
 /// @return the count; no cases if the board is longer than the street. Cards are not checked: all
 ///         must be different.
 ///
-/// About 3 µs without a board, 5 µs on a flop; one and two known cards take 1 ms and 70 µs. The
-/// first call takes 1 ms longer: it builds small tables, and others are built when a hand of new
-/// ranks comes (10 MB when all are). Thread-safe.
+/// 2 to 4 µs without a board, less than 1 µs with a flop, 0.6 ms with one known card. The first
+/// call takes up to 3 ms longer: it builds tables, and others are built when a hand of new ranks
+/// comes (15 MB when all are). Thread-safe.
 POKERMATH_EXPORT Tally HoldemHandVsHand(std::span<const int, 2> hand1,
                                         std::span<const int, 2> hand2,
                                         std::span<const int> board = {},
@@ -54,10 +62,25 @@ POKERMATH_EXPORT Tally HoldemHandVsHand(std::span<const int, 2> hand1,
 /// @param range   its holdings weigh the same
 /// @param board   known board cards, 0 up to the street's number
 /// @return the count; no cases if the range is wholly blocked or the board longer than the street
-/// About 3 µs a holding without a board, 3 ns a case with one. Thread-safe.
+///
+/// For 200 holdings about 0.1 ms without a board, 2 µs on a flop, 1 µs on a turn. Thread-safe; the
+/// first call takes longer, as above.
 POKERMATH_EXPORT Tally HoldemHandVsRange(std::span<const int, 2> hand, const Spec& range,
                                          std::span<const int> board = {},
                                          Street street = Street::kRiver);
+
+/// A hand's two card codes, the lower one first, and its count.
+struct HandTally {
+  std::pair<int, int> hand;
+  Tally tally;
+};
+
+/// HoldemHandVsRange for every hand that shares no card with the board, in the order of their
+/// cards: 1,326 without a board, 1,176 on a flop. What a heat map shows, and the equity of a range
+/// against a range when summed up over the hands of one. About 0.5 ms on a flop.
+POKERMATH_EXPORT std::vector<HandTally> HoldemEveryHandVsRange(const Spec& range,
+                                                               std::span<const int> board = {},
+                                                               Street street = Street::kRiver);
 
 }  // namespace pokermath
 

@@ -207,6 +207,35 @@ TEST(HandVsRange, FreeFunctionCountsWhatTheMembersShare) {
   }
 }
 
+TEST(HandVsRange, EveryHandIsCountedAsByItself) {
+  Dealer dealer(24);
+  SCOPED_TRACE(dealer.Trace());
+  const auto compare = [](const Spec& spec, const Cards& board, Street street) {
+    const std::vector<HandTally> hands = HoldemEveryHandVsRange(spec, board, street);
+    const auto live = 52 - board.size();
+    ASSERT_EQ(hands.size(), live * (live - 1) / 2);
+    EXPECT_TRUE(std::ranges::is_sorted(hands, {}, &HandTally::hand));
+    for (const auto& [hand, tally] : hands) {
+      const int cards[2] = {hand.first, hand.second};
+      ASSERT_EQ(tally, HoldemHandVsRange(cards, spec, board, street))
+          << CardNames(cards) << " on " << CardNames(board);
+    }
+  };
+  for (int trial = 0; trial < 30; ++trial) {
+    const Cards board = dealer.Deal(3 + trial % 3);
+    Spec spec = RandomRange(dealer, 1 + dealer.Below(200));
+    if (trial == 0) spec.MakeRandom();
+    compare(spec, board, Street::kRiver);
+    if (trial % 3 == 0) compare(spec, board, Street::kTurn);
+    if (trial % 3 == 0) compare(spec, board, Street::kFlop);
+  }
+  for (const Street street : {Street::kFlop, Street::kTurn, Street::kRiver}) {
+    compare(ParseRange("22+,A9s,AsKh").range, {}, street);
+  }
+  compare(ParseRange("AA").range, {0}, Street::kFlop);
+  EXPECT_TRUE(HoldemEveryHandVsRange(Spec(), Cards{0, 1, 2, 3}, Street::kFlop).empty());
+}
+
 TEST(HandVsRange, BlockedRangesAndBadCounts) {
   PokerLogic logic;
   Cards hand = ParseCards("AhAd").cards;

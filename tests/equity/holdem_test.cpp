@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "equity/kernels/matchup.h"
+#include "equity/kernels/runouts.h"
 #include "eval/hand_ranks_builder.h"
 #include "platform/isa.h"
 #include "pokermath/cards.h"
@@ -133,14 +134,23 @@ TEST(HandVsHand, EveryBoardLengthIsThePlainCount) {
 TEST(HandVsHand, AllInstructionLevelsCountTheSame) {
   Dealer dealer(11);
   SCOPED_TRACE(dealer.Trace());
-  for (int trial = 0; trial < 3000; ++trial) {
-    const Hand cards = dealer.Deal(4);
-    const Street street = trial % 4 == 0 ? Street::kTurn : Street::kRiver;
-    const Tally tally = CountMatchup(Isa::kBaseline, &cards[0], &cards[2], street);
-    ASSERT_EQ(CountMatchup(Isa::kBaseline, &cards[2], &cards[0], street), Reversed(tally));
+  for (int trial = 0; trial < 6000; ++trial) {
+    const Street street = trial % 4 == 0   ? Street::kTurn
+                          : trial % 4 == 1 ? Street::kFlop
+                                           : Street::kRiver;
+    const int known =
+        trial % 2 == 0 ? 0 : std::min(3 + dealer.Below(2), static_cast<int>(street) - 1);
+    const Hand cards = dealer.Deal(4 + known);
+    const auto count = [&](Isa isa, const int* hand1, const int* hand2) {
+      if (known < 3) return CountMatchup(isa, hand1, hand2, street);
+      const Runouts runouts(isa, std::span(cards).subspan(4), static_cast<int>(street));
+      return CountHands(runouts, hand1, hand2);
+    };
+    const Tally tally = count(Isa::kBaseline, &cards[0], &cards[2]);
+    ASSERT_EQ(count(Isa::kBaseline, &cards[2], &cards[0]), Reversed(tally));
     for (const Isa isa : {Isa::kAvx2, Isa::kAvx512}) {
       if (isa > BestIsa()) continue;
-      ASSERT_EQ(CountMatchup(isa, &cards[0], &cards[2], street), tally)
+      ASSERT_EQ(count(isa, &cards[0], &cards[2]), tally)
           << CardNames(cards) << ", level " << static_cast<int>(isa);
     }
   }
