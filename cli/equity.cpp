@@ -9,6 +9,7 @@
 #include "cli/equity_answer.h"
 #include "cli/equity_question.h"
 #include "cli/equity_report.h"
+#include "cli/errors.h"
 #include "cli/line_mode.h"
 #include "cli/output.h"
 #include "cli/progress.h"
@@ -28,6 +29,7 @@ Examples:
   pokermath equity AhKd 7s7c --board 2c3d4h
   pokermath equity AhKd 7s7c --to turn --json
   pokermath equity AhKd 'TT+,AQs+,AKo' --board 2c3d4h
+  pokermath equity AhKd 15% --board 2c7dTh --by-class --svg heat.svg
   pokermath equity AhKd random --players 6 --trials 10000000
   pokermath equity - <questions.txt    one question a line in the same words, like
                                        'AhKd 7s7c --board 2c3d4h'; options beside
@@ -52,23 +54,40 @@ int AnswerQuestionLines(const EquityWords& options, bool json) {
   });
 }
 
-int RunEquity(const EquityWords& words, bool json) {
-  if (words.hands == std::vector<std::string>{"-"}) return AnswerQuestionLines(words, json);
-  const EquityQuestion question = ReadQuestion(words);
+struct EquityOptions {
+  EquityWords words;
+  std::string svg;
+  bool json = false;
+};
+
+int RunEquity(const EquityOptions& options) {
+  const bool lines = options.words.hands == std::vector<std::string>{"-"};
+  if (lines && options.words.by_class) {
+    throw UsageError("--by-class answers one question, not lines of them");
+  }
+  if (!options.svg.empty() && !options.words.by_class) {
+    throw UsageError("--svg goes with --by-class: it draws the equity against every class");
+  }
+  if (lines) return AnswerQuestionLines(options.words, options.json);
+  const EquityQuestion question = ReadQuestion(options.words);
   const EquityAnswer answer = question.IsExact() ? Count(question) : SampleWithProgress(question);
-  Print(json ? JsonLine(EquityJson(question, answer))
-             : EquityPage(question, answer, Colours::ForStandardOutput()));
+  const Colours colours = Colours::ForStandardOutput();
+  std::string page = EquityPage(question, answer, colours);
+  Json json = EquityJson(question, answer);
+  if (question.by_class) {
+    const std::vector<ClassAnswer> classes = CountByClass(question);
+    if (!options.svg.empty()) WriteFile(options.svg, ClassSvg(question, answer, classes));
+    if (!classes.empty()) page += "\n" + ClassTable(classes, colours);
+    json["by_class"] = ClassJson(classes);
+  }
+  Print(options.json ? JsonLine(json) : page);
   return kExitDone;
 }
 
 }  // namespace
 
 void AddEquity(CLI::App& program, int& exit_code) {
-  struct Options {
-    EquityWords words;
-    bool json = false;
-  };
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<EquityOptions>();
   EquityWords& words = options->words;
   CLI::App* command = program.add_subcommand("equity", "Equity of a Texas Hold'em hand");
   command
@@ -89,10 +108,13 @@ void AddEquity(CLI::App& program, int& exit_code) {
       ->type_name("N");
   command->add_option("--trials", words.trials, "Random deals [1000000]")->type_name("N");
   command->add_option("--seed", words.seed, "Start of the random numbers [1]")->type_name("N");
+  command->add_flag("--by-class", words.by_class,
+                    "Also list the equity against each class of the range");
+  command->add_option("--svg", options->svg, "Also write it as a heat map; with --by-class")
+      ->type_name("FILE");
   command->add_flag("--json", options->json, "Print a JSON object (one a line with -)");
   command->footer(kExamples);
-  command->callback(
-      [options, &exit_code] { exit_code = RunEquity(options->words, options->json); });
+  command->callback([options, &exit_code] { exit_code = RunEquity(*options); });
 }
 
 }  // namespace pokermath::cli

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <map>
 #include <random>
 
 #include "equity/kernels/trials.h"
+#include "ranges/hand_classes.h"
 
 namespace pokermath::cli {
 namespace {
@@ -75,6 +77,27 @@ EquityAnswer Count(const EquityQuestion& question) {
   answer.equity = tally.Equity();
   answer.elapsed = Clock::now() - start;
   return answer;
+}
+
+std::vector<ClassAnswer> CountByClass(const EquityQuestion& question) {
+  std::map<int, Spec> classes;
+  const auto is_known = [&](int card) {
+    return std::ranges::count(question.hand, card) + std::ranges::count(question.board, card) != 0;
+  };
+  for (const auto& [first, second] : question.range->combinations()) {
+    if (!is_known(first) && !is_known(second)) {
+      classes[CellOf(first, second)].Insert(first, second);
+    }
+  }
+  std::vector<ClassAnswer> answers;
+  for (const auto& [cell, holdings] : classes) {
+    answers.push_back(
+        {cell, static_cast<std::int64_t>(holdings.combinations().size()),
+         HoldemHandVsRange(question.hand, holdings, question.board, question.street)});
+  }
+  std::ranges::stable_sort(answers, {},
+                           [](const ClassAnswer& answer) { return answer.tally.Equity(); });
+  return answers;
 }
 
 EquityAnswer Sample(const EquityQuestion& question,

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <vector>
 
 #include "cli/equity_question.h"
 #include "cli/number_text.h"
@@ -23,6 +24,16 @@ struct EquityAnswer {
 
   std::int64_t Losses() const { return cases - wins - ties; }
 };
+
+/// A class of a range, and how the hand does against it.
+struct ClassAnswer {
+  int cell;               ///< in the matrix of classes
+  std::int64_t holdings;  ///< of the class that the known cards leave
+  Tally tally;
+};
+
+/// Counts a hand against the classes of a range that are left, the hand's worst first.
+std::vector<ClassAnswer> CountByClass(const EquityQuestion& question);
 
 /// Counts a hand against a hand or a range; no cases when the range is wholly blocked.
 EquityAnswer Count(const EquityQuestion& question);

@@ -79,11 +79,12 @@ TwoTexts HandAndOpponent(const std::vector<std::string>& words) {
   return texts;
 }
 
-// Two cards are a hand, the word random stands for itself, everything else is range text.
+// Two cards are a hand, the word random stands for itself, everything else is range text. By class
+// everything is, random hands too.
 void ReadOpponent(const std::string& text, EquityQuestion& question) {
-  if (text == "random") return;
-  // No range starts like this: a slip in that word.
-  if (text.starts_with("r") || text.starts_with("R")) {
+  if (text == "random" && !question.by_class) return;
+  // No other range starts like this: a slip in that word.
+  if (text != "random" && (text.starts_with("r") || text.starts_with("R"))) {
     throw UsageError(Quoted(text) + " is not an opponent: two cards, a range, or the word random");
   }
   const CardsResult cards = ParseCards(text);
@@ -91,6 +92,8 @@ void ReadOpponent(const std::string& text, EquityQuestion& question) {
   // What is cards only, but no list of holdings, was meant as a hand.
   if (cards.cards.size() == 2 || (cards.error.empty() && !read.error.empty())) {
     question.opponent = ReadHand(text);
+    if (question.by_class)
+      throw UsageError("--by-class goes with a range: " + Quoted(text) + " is a hand");
     return;
   }
   if (!read.error.empty()) throw UsageError(read.error);
@@ -162,8 +165,8 @@ void RefuseSampling(const EquityWords& words) {
                        : words.seed   ? "--seed"
                                       : nullptr;
   if (option == nullptr) return;
-  throw UsageError(
-      fmt::format("{} goes with the opponent 'random' only: hands and ranges are exact", option));
+  throw UsageError(fmt::format("{} goes with the opponent 'random' only: {} are exact", option,
+                               words.by_class ? "answers by class" : "hands and ranges"));
 }
 
 }  // namespace
@@ -192,6 +195,7 @@ EquityQuestion ReadQuestion(const EquityWords& words) {
   const auto [hand, opponent] = HandAndOpponent(words.hands);
   EquityQuestion question;
   question.hand = ReadHand(hand);
+  question.by_class = words.by_class;
   ReadOpponent(opponent, question);
   if (words.to) question.street = ReadStreet(*words.to);
   if (words.board) question.board = ReadBoard(*words.board, question.street);

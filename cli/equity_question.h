@@ -19,6 +19,7 @@ namespace pokermath::cli {
 struct EquityWords {
   std::vector<std::string> hands;  ///< the words that stand without an option
   std::optional<std::string> board, to, players, trials, seed;
+  bool by_class = false;
 };
 
 /// A question that has an answer: every card is there once, every number is in its range.
@@ -30,6 +31,7 @@ struct EquityQuestion {
   std::string range_text;
   std::vector<int> board;
   Street street = Street::kRiver;
+  bool by_class = false;  ///< of the range, which is there then
   int players = 2;
   // Random opponents are sampled.
   std::int64_t trials = 1000000;

@@ -6,6 +6,8 @@
 #include <cmath>
 #include <nlohmann/json.hpp>
 
+#include "cli/range_picture.h"
+
 namespace pokermath::cli {
 namespace {
 
@@ -19,6 +21,21 @@ struct Row {
 
 double Percent(std::int64_t count, std::int64_t cases) {
   return 100 * static_cast<double>(count) / static_cast<double>(cases);
+}
+
+std::string NameOf(int cell) { return RangeMatrix::Name(cell / 13, cell % 13); }
+
+// Orange where the hand has no chance, blue where it cannot lose, pale in between.
+std::string HeatColour(double equity) {
+  constexpr double kColours[3][3] = {{222, 110, 52}, {246, 242, 230}, {74, 144, 203}};
+  const int half = equity < 0.5 ? 0 : 1;
+  const double part = 2 * equity - half;
+  std::string colour = "#";
+  for (int i = 0; i < 3; ++i) {
+    const double level = kColours[half][i] * (1 - part) + kColours[half + 1][i] * part;
+    colour += fmt::format("{:02x}", static_cast<int>(std::lround(level)));
+  }
+  return colour;
 }
 
 const char* StreetName(const EquityQuestion& question) {
@@ -134,6 +151,50 @@ std::string EquityPage(const EquityQuestion& question, const EquityAnswer& answe
   return fmt::format("{}{}\n{}", title,
                      Table(Rows(question, answer, colours), answer.cases, colours),
                      Footer(question, answer));
+}
+
+std::string ClassTable(const std::vector<ClassAnswer>& answers, const Colours& colours) {
+  std::string table =
+      colours.Faint(fmt::format("{:<6}{:>12}{:>12}{:>16}{:>10}{:>10}", "class", "equity",
+                                "holdings", "wins alone", "ties", "losses")) +
+      "\n";
+  for (const auto& [cell, holdings, tally] : answers) {
+    table += fmt::format("{:<6}{}{:>12}{:>14.2f} %{:>8.2f} %{:>8.2f} %\n", NameOf(cell),
+                         colours.Strong(fmt::format("{:>10.3f} %", 100 * tally.Equity())), holdings,
+                         Percent(tally.wins, tally.cases), Percent(tally.ties, tally.cases),
+                         Percent(tally.cases - tally.wins - tally.ties, tally.cases));
+  }
+  return table;
+}
+
+std::string ClassSvg(const EquityQuestion& question, const EquityAnswer& answer,
+                     const std::vector<ClassAnswer>& answers) {
+  const Colours plain(false);
+  std::vector<GridCell> cells(169, {.fill = "#eef0f3", .text = "#a3abb5", .note = ""});
+  for (const auto& [cell, holdings, tally] : answers) {
+    cells[static_cast<std::size_t>(cell)] = {.fill = HeatColour(tally.Equity()),
+                                             .text = "#14202b",
+                                             .note = fmt::format("{:.1f}", 100 * tally.Equity())};
+  }
+  std::string opponent = OpponentText(question, plain);
+  if (opponent.size() > 40) opponent = "a range";
+  return GridSvg(13,
+                 fmt::format("{} against {}, {}: {:.2f} %", CardsText(question.hand), opponent,
+                             Situation(question, plain), 100 * answer.equity),
+                 cells);
+}
+
+Json ClassJson(const std::vector<ClassAnswer>& answers) {
+  Json list = Json::array();
+  for (const auto& [cell, holdings, tally] : answers) {
+    list.push_back({{"class", NameOf(cell)},
+                    {"holdings", holdings},
+                    {"equity", tally.Equity()},
+                    {"wins", tally.wins},
+                    {"ties", tally.ties},
+                    {"cases", tally.cases}});
+  }
+  return list;
 }
 
 std::string EquityLine(const EquityQuestion& question, const EquityAnswer& answer) {

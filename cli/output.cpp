@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/errors.h"
+#include "platform/files.h"
 #include "pokermath/cards.h"
 
 namespace pokermath::cli {
@@ -19,6 +20,12 @@ void Print(std::string_view text) {
     if (written < 0) throw SystemFailure("cannot write to standard output", errno);
     text.remove_prefix(static_cast<std::size_t>(written));
   }
+}
+
+void WriteFile(const std::string& path, std::string_view content) {
+  AtomicFile file(path);
+  file.Write(content.data(), content.size());
+  if (!file.Commit()) throw SystemFailure("cannot write " + Quoted(path), errno);
 }
 
 std::string JsonLine(const Json& object) {

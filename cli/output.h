@@ -20,6 +20,9 @@ inline constexpr int kJsonSchema = 1;
 /// Writes the whole text to standard output; throws Failure if it cannot.
 void Print(std::string_view text);
 
+/// Writes a file in one piece; throws Failure if it cannot.
+void WriteFile(const std::string& path, std::string_view content);
+
 /// One object on one line. Bytes that are no UTF-8 become U+FFFD.
 std::string JsonLine(const Json& object);
 

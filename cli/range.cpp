@@ -12,7 +12,6 @@
 #include "cli/errors.h"
 #include "cli/output.h"
 #include "cli/range_picture.h"
-#include "platform/files.h"
 #include "platform/text.h"
 #include "pokermath/ranges.h"
 #include "ranges/hand_classes.h"
@@ -123,10 +122,7 @@ void WriteSvg(const std::string& path, const RangeAnswer& answer, bool short_dec
   if (title.size() > kLongestTitle) {
     title = fmt::format("{} holdings, {:.1f} %", answer.combos, answer.percent);
   }
-  const std::string svg = MatrixSvg(RangeMatrix(answer.range, short_deck), title);
-  AtomicFile file(path);
-  file.Write(svg.data(), svg.size());
-  if (!file.Commit()) throw SystemFailure("cannot write " + Quoted(path), errno);
+  WriteFile(path, MatrixSvg(RangeMatrix(answer.range, short_deck), title));
 }
 
 // Where one class stands.

@@ -77,26 +77,45 @@ std::string MatrixText(const RangeMatrix& matrix, const Colours& colours) {
 }
 
 std::string MatrixSvg(const RangeMatrix& matrix, const std::string& title) {
+  std::vector<GridCell> cells;
+  for (int row = 0; row < 13; ++row) {
+    for (int column = 0; column < 13; ++column) {
+      const bool present = matrix.Present(row, column) != 0;
+      cells.push_back({FillOf(matrix, row, column), present ? "#14202b" : "#a3abb5", ""});
+    }
+  }
+  return GridSvg(matrix.size(), title, cells);
+}
+
+std::string GridSvg(int size, const std::string& title, const std::vector<GridCell>& cells) {
   constexpr int kCell = 44;
   constexpr int kMargin = 12;
   constexpr int kTitle = 34;
-  const int width = matrix.size() * kCell + 2 * kMargin;
+  const int width = size * kCell + 2 * kMargin;
   std::string svg = fmt::format(
       "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 {0} {1}\" width=\"{0}\" "
       "height=\"{1}\" font-family=\"Helvetica, Arial, sans-serif\">\n"
       "<title>{2}</title>\n<rect width=\"100%\" height=\"100%\" fill=\"#ffffff\"/>\n"
       "<text x=\"{3}\" y=\"24\" font-size=\"15\" fill=\"#222\">{2}</text>\n",
       width, width + kTitle - kMargin, Escape(title), kMargin);
-  for (int row = 0; row < matrix.size(); ++row) {
-    for (int column = 0; column < matrix.size(); ++column) {
+  const auto text = [](int x, int y, int font_size, const GridCell& cell,
+                       const std::string& words) {
+    return fmt::format(
+        "<text x=\"{}\" y=\"{}\" font-size=\"{}\" text-anchor=\"middle\" fill=\"{}\">{}</text>", x,
+        y, font_size, cell.text, words);
+  };
+  for (int row = 0; row < size; ++row) {
+    for (int column = 0; column < size; ++column) {
+      const GridCell& cell = cells[static_cast<std::size_t>(row * 13 + column)];
       const int x = kMargin + column * kCell;
       const int y = kTitle + row * kCell;
-      const bool present = matrix.Present(row, column) != 0;
+      const int middle = x + kCell / 2;
+      const int base = y + kCell / 2 + (cell.note.empty() ? 5 : -2);
       svg += fmt::format(
-          "<rect x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\" rx=\"4\" fill=\"{}\"/>"
-          "<text x=\"{}\" y=\"{}\" font-size=\"13\" text-anchor=\"middle\" fill=\"{}\">{}</text>\n",
-          x + 1, y + 1, kCell - 2, kCell - 2, FillOf(matrix, row, column), x + kCell / 2,
-          y + kCell / 2 + 5, present ? "#14202b" : "#a3abb5", RangeMatrix::Name(row, column));
+          "<rect x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\" rx=\"4\" fill=\"{}\"/>{}{}\n", x + 1,
+          y + 1, kCell - 2, kCell - 2, cell.fill,
+          text(middle, base, 13, cell, RangeMatrix::Name(row, column)),
+          cell.note.empty() ? "" : text(middle, base + 15, 11, cell, cell.note));
     }
   }
   return svg + "</svg>\n";

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <string>
+#include <vector>
 
 #include "cli/output.h"
 #include "pokermath/ranges.h"
@@ -35,6 +36,19 @@ std::string MatrixText(const RangeMatrix& matrix, const Colours& colours);
 
 /// A stand-alone SVG document.
 std::string MatrixSvg(const RangeMatrix& matrix, const std::string& title);
+
+/// How a class is drawn: colours, and a second line below its name.
+struct GridCell {
+  std::string fill;
+  std::string text;
+  std::string note;
+};
+
+/// A stand-alone SVG document of a matrix of classes.
+///
+/// @param size   rows and columns that are drawn
+/// @param cells  169, row by row
+std::string GridSvg(int size, const std::string& title, const std::vector<GridCell>& cells);
 
 }  // namespace pokermath::cli
 

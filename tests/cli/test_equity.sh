@@ -161,4 +161,30 @@ for players in 1 11 2.5 two ""; do
 done
 refuses 2 "--board is given twice" equity AhKd 7s7c --board 2c --board 3c
 
+# Class by class: the classes sum up to the range, the hand's worst come first.
+run equity AhKd TT+,AQs+ --by-class
+expect_code 0
+has "$asked" "$out" "
+class       equity    holdings      wins alone      ties    losses
+AA         6.828 %           3          6.17 %    1.32 %   92.51 %
+KK "
+same "holdings" "$(awk '/^[AKQJT][AKQJT]s? / { sum += $4 } END { print sum }' <<<"$out")" 29
+run equity AhKd random --by-class --board 2c7dTh --json --svg "$work/heat.svg"
+expect_code 0
+same "classes" "$(grep -o '"class"' <<<"$out" | wc -l)" 169
+for key in wins ties cases; do
+  mapfile -t counts < <(grep -o "\"$key\":[0-9]*" <<<"$out" | cut -d: -f2)
+  same "$key" "$(printf '%s\n' "${counts[@]:1}" | awk '{ sum += $1 } END { print sum }')" "${counts[0]}"
+done
+same "boxes" "$(grep -c '<rect .*</text>' "$work/heat.svg")" 169
+has "title" "$(<"$work/heat.svg")" "<title>AhKd against random, on the flop 2c7dTh to the river: 54.08 %</title>"
+run equity AhKd AhKh,AhQh --by-class --json
+has "$asked" "$out" '"equity":null,'
+has "$asked" "$out" '"by_class":[]}'
+refuses 2 "--by-class goes with a range: 'QcJs' is a hand" equity AhKd QcJs --by-class
+refuses 2 "--by-class answers one question" equity - --by-class
+refuses 2 "--svg goes with --by-class" equity AhKd QQ+ --svg "$work/heat.svg"
+refuses 2 "--trials goes with" equity AhKd random --by-class --trials 5
+refuses 1 "cannot write '$work/none/x.svg'" equity AhKd QQ+ --by-class --svg "$work/none/x.svg"
+
 finish
