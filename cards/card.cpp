@@ -1,5 +1,6 @@
 // Card codes taken apart, and CCard.
 
+#include "cards/rank_names.h"
 #include "pokermath/cards.h"
 
 namespace {
@@ -15,10 +16,6 @@ constexpr int kFaceNames = 3;
 constexpr std::wstring_view kNames[] = {L"clubs", L"diamonds", L"hearts", L"spades", L"Ace", L"2",
                                         L"3",     L"4",        L"5",      L"6",      L"7",   L"8",
                                         L"9",     L"10",       L"Jack",   L"Queen",  L"King"};
-
-std::wstring_view FaceName(int face_value) {
-  return face_value >= 0 && face_value <= 13 ? kNames[kFaceNames + face_value] : L"?";
-}
 
 int IndexOf(std::wstring_view letters, wchar_t letter) {
   const std::size_t place = letters.find(letter);
@@ -37,6 +34,10 @@ int IndexOfIgnoringCase(std::wstring_view letters, wchar_t letter) {
 }
 
 }  // namespace
+
+std::wstring_view pokermath::FaceName(int face_value) {
+  return face_value >= 0 && face_value <= 13 ? kNames[kFaceNames + face_value] : L"?";
+}
 
 int GetCardRank(int card) { return card % kRanks; }
 
@@ -92,9 +93,10 @@ int CCard::GetInt() const {
 }
 
 CString CCard::GetCardName() const {
-  return CString(FaceName(face_value_)) + L" of " + CString(kNames[GetSuitAsInt()]);
+  return CString(pokermath::FaceName(face_value_)) + L" of " + CString(kNames[GetSuitAsInt()]);
 }
 
 CString CCard::GetName2() const {
-  return {face_value_ == 10 ? L'T' : FaceName(face_value_)[0], kNames[GetSuitAsInt()][0]};
+  return {face_value_ == 10 ? L'T' : pokermath::FaceName(face_value_)[0],
+          kNames[GetSuitAsInt()][0]};
 }

@@ -14,6 +14,7 @@
 #include "eval/five_card_tables.h"
 #include "eval/scales.h"
 #include "pokermath/evaluators.h"
+#include "pokermath/poker_logic.h"
 
 namespace pokermath {
 namespace {
@@ -112,3 +113,23 @@ int eval_5hand(int* words) { return eval_5cards(words[0], words[1], words[2], wo
 int eval_6hand(int* words) { return pokermath::EvaluateWords<6>(words); }
 
 int eval_7hand(int* words) { return pokermath::EvaluateWords<7>(words); }
+
+int PokerLogic::eval_5handHoldem(int* codes) const {
+  return eval_5hand_fast(deck[codes[0]], deck[codes[1]], deck[codes[2]], deck[codes[3]],
+                         deck[codes[4]]);
+}
+
+int PokerLogic::eval_6handHoldem(int* codes) const {
+  int words[6];
+  for (int i = 0; i < 6; ++i) words[i] = deck[codes[i]];
+  return eval_6hand(words);
+}
+
+int PokerLogic::getNewCombination(int* hole, int* board, int boardCount) const {
+  if (boardCount < 3 || boardCount > 5) return 0;
+  int words[7] = {deck[hole[0]], deck[hole[1]]};
+  for (int i = 0; i < boardCount; ++i) words[2 + i] = deck[board[i]];
+  return boardCount == 5   ? eval_7hand(words)
+         : boardCount == 4 ? eval_6hand(words)
+                           : eval_5hand(words);
+}

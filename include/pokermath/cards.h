@@ -80,6 +80,8 @@ class POKERMATH_EXPORT CCard {
   Suit suit_ = hearts;
 };
 
+class PokerLogic;
+
 /// An ordered list of cards; the same card may be in it more than once.
 class POKERMATH_EXPORT CDeck {
  public:
@@ -90,10 +92,60 @@ class POKERMATH_EXPORT CDeck {
   /// Every card's GetName2 and a blank, in order: "Ah Kd 7c ".
   CString display2() const;
 
- private:
-  std::vector<CCard> cards_;
-  [[maybe_unused]] std::int32_t value_[6] = {};  // category, then five ranks that break ties
-  [[maybe_unused]] std::int32_t extra_ = 0;      // copied with the deck
+  /// Whether five cards or more have one suit.
+  bool isFlush() const;
+
+  /// Classifies five to seven cards by the rules of poker and sets `value`, so that compareTo
+  /// orders decks exactly as the evaluators do.
+  ///
+  /// value[0]: 1 high card, 2 one pair, 3 two pair, 4 three of a kind, 5 straight, 6 flush, 7 full
+  /// house, 8 four of a kind, 9 straight flush, 10 royal flush. value[1..5]: ranks 0..12 that break
+  /// ties, unused places 0. Fewer cards are classified as far as they go; a card that is not one of
+  /// the 52 leaves all six at 0.
+  /// @param logic  for its rule tests; nothing has to be loaded
+  void SetValueCombination(PokerLogic& logic);
+
+  /// Compares the values, category first: 1 if this one is the better, -1 if the other, 0 if they
+  /// are equal.
+  int compareTo(CDeck other) const;
+
+  /// The value in words: "pair of Ace kicker King kicker Queen", "full house King over 7",
+  /// "RoyalFlush ". A deck without a value: "error in Hand.display: m_value[0] contains invalid
+  /// value".
+  CString display() const;
+
+  // --- data, in the order that hosts know ---
+
+  std::vector<CCard> cards;
+  std::int32_t value[6] = {};  ///< category, then five ranks that break ties
+  std::int32_t extra = 0;      ///< copied with the deck
+};
+
+/// Five cards, classified by the rules of poker with face values: 1 = ace .. 13 = king, and 14 for
+/// an ace where it is high.
+///
+/// value[0] is the category, 1 high card .. 9 straight flush as in CDeck; value[1..5] break ties:
+/// the ranks of groups first, then odd cards from high to low. A pair, a three, a four and a full
+/// house of aces keep the face value 1 there, so they lose to every other of their kind in
+/// compareTo; two pair counts aces as 14. Hosts compare against both.
+class POKERMATH_EXPORT CHand {
+ public:
+  /// Classifies a deck of five cards. From a deck of any other size no card is taken over, and the
+  /// value is that of a high card with ranks 0.
+  explicit CHand(CDeck deck);
+
+  /// Compares the values, category first: 1 if this one is the greater, -1 if the other, 0 if they
+  /// are equal.
+  int compareTo(CHand other) const;
+  /// The value in words: "pair of King's", "5 high straight", "two pair Ace King".
+  CString display() const;
+  /// The cards and the value in words: "Kh Kd 7c 5s 2h: pair of King's".
+  CString displayAll() const;
+
+  // --- data, in the order that hosts know ---
+
+  CCard cards[5];
+  std::int32_t value[6] = {};
 };
 
 namespace pokermath {

@@ -72,6 +72,61 @@ class POKERMATH_EXPORT PokerLogic {
   /// Value of seven card codes (0..51, not checked); 0 without a loaded table.
   int LookupSingleHands(int* codes) const;
 
+  // --- hands by the rules of poker ---
+  // These read nothing but their arguments and `deck`. Ranks are those of card codes, 0..12, in the
+  // order of sortHand: from high to low. The tests return a rank, or -1 when the hand does not
+  // qualify.
+
+  /// Sorts card codes with comparefun and takes them apart.
+  ///
+  /// @param cards        card codes 0..51; sorted on return
+  /// @param ranks,suits  out: of every card in the new order; as long as `cards` already
+  /// @param suitCounts   in and out: four counts, one is added for every card
+  void sortHand(std::vector<int>& cards, std::vector<int>& ranks, std::vector<int>& suits,
+                int* suitCounts) const;
+
+  /// The highest rank; -1 for no cards.
+  int isHighCard(const std::vector<int>& ranks) const;
+  /// The highest pair.
+  int isOnePair(const std::vector<int>& ranks) const;
+  /// The higher of two pairs. Three of a kind are two pairs here, the first two cards and the last
+  /// two: test the stronger categories first.
+  int isTwoPair(const std::vector<int>& ranks) const;
+  /// The highest three of a kind.
+  int isSet(const std::vector<int>& ranks) const;
+  /// The highest four of a kind.
+  int isQuads(const std::vector<int>& ranks) const;
+  /// The three of a full house; of two threes the lower one.
+  int isFullHouse(const std::vector<int>& ranks) const;
+  /// The top card of the highest straight among five cards or more; 3 (the five) when the ace is
+  /// low.
+  int isStraight(const std::vector<int>& ranks) const;
+  /// The highest card of a suit that has five cards or more.
+  int isFlush(const std::vector<int>& ranks, const std::vector<int>& suits,
+              const int* suitCounts) const;
+  /// The highest card of a suit that has exactly four cards, where no suit has more: one card is
+  /// missing for a flush.
+  int isFlushDraw(const std::vector<int>& ranks, const std::vector<int>& suits,
+                  const int* suitCounts) const;
+  /// The top card of the highest straight among the cards of a flush.
+  int isStraightFlush(const std::vector<int>& ranks, const std::vector<int>& suits,
+                      const int* suitCounts) const;
+  /// 12 for ace to ten of the suit of a flush.
+  int isRoyalFlush(const std::vector<int>& ranks, const std::vector<int>& suits,
+                   const int* suitCounts) const;
+
+  /// The category that two hole cards make with three to five board cards: 1 high card .. 9
+  /// straight flush, 10 royal flush, as in CDeck::SetValueCombination; 0 for another board.
+  int getCombination(int* hole, int* board, int boardCount);
+
+  /// Value of five card codes on the descending scale 1..7462, smaller is better. Not checked.
+  int eval_5handHoldem(int* codes) const;
+  /// Value of the best five of six card codes, likewise.
+  int eval_6handHoldem(int* codes) const;
+  /// Value of the best five of two hole cards and three to five board cards, likewise; 0 for
+  /// another board.
+  int getNewCombination(int* hole, int* board, int boardCount) const;
+
   // --- Hold'em equity ---
   // A hand is two card codes, a board up to five. getProbabilityOfWin and the loaders change the
   // object; the others may run in several threads at once, as long as none of these runs.
