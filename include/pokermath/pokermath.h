@@ -11,6 +11,7 @@
 #include "pokermath/messages.h"
 #include "pokermath/poker_logic.h"
 #include "pokermath/ranges.h"
+#include "pokermath/showdown.h"
 #include "pokermath/text.h"
 
 #endif  // POKERMATH_POKERMATH_H_
