@@ -68,7 +68,10 @@ int RunEquity(const EquityOptions& options) {
   if (!options.svg.empty() && !options.words.by_class) {
     throw UsageError("--svg goes with --by-class: it draws the equity against every class");
   }
-  if (lines) return AnswerQuestionLines(options.words, options.json);
+  if (lines) {
+    CheckOptions(options.words);
+    return AnswerQuestionLines(options.words, options.json);
+  }
   const EquityQuestion question = ReadQuestion(options.words);
   const EquityAnswer answer = question.IsExact() ? Count(question) : SampleWithProgress(question);
   const Colours colours = Colours::ForStandardOutput();
@@ -97,7 +100,8 @@ void AddEquity(CLI::App& program, int& exit_code) {
       ->required()
       ->type_name("")
       ->expected(-1);
-  command->add_option("--board", words.board, "Known board cards, up to 5 (4 to the turn)")
+  command
+      ->add_option("--board", words.board, "Known board cards, no more than the street has [none]")
       ->type_name("CARDS");
   command
       ->add_option("--to", words.to, "Compare the hands on the flop, the turn or the river [river]")

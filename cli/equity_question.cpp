@@ -60,6 +60,8 @@ std::array<int, 2> ReadHand(std::string_view text) {
   return {cards[0], cards[1]};
 }
 
+constexpr const char* kOpponents = "two cards, a range, or the word random";
+
 struct TwoTexts {
   std::string hand;
   std::string opponent;
@@ -75,18 +77,39 @@ TwoTexts HandAndOpponent(const std::vector<std::string>& words) {
     text += (text.empty() ? "" : " ") + word;
     hand_is_open = hand_is_open && ParseCards(text).cards.size() == 1;
   }
-  if (texts.opponent.empty()) throw UsageError("two hands are needed: HAND OPPONENT");
+  if (texts.opponent.empty()) {
+    ReadHand(texts.hand);
+    throw UsageError(std::string("an opponent is needed: ") + kOpponents);
+  }
   return texts;
 }
 
-// Two cards are a hand, the word random stands for itself, everything else is range text. By class
-// everything is, random hands too.
-void ReadOpponent(const std::string& text, EquityQuestion& question) {
-  if (text == "random" && !question.by_class) return;
-  // No other range starts like this: a slip in that word.
-  if (text != "random" && (text.starts_with("r") || text.starts_with("R"))) {
-    throw UsageError(Quoted(text) + " is not an opponent: two cards, a range, or the word random");
+// The pieces of a list with a comma between them.
+std::string Pieces(std::string_view text) {
+  std::string pieces;
+  for (const char c : text) {
+    const bool between = kBlanks.find(c) != kBlanks.npos || c == ',' || c == ';' || c == '\n';
+    if (!between) {
+      pieces += c;
+    } else if (!pieces.empty() && pieces.back() != ',') {
+      pieces += ',';
+    }
   }
+  if (!pieces.empty() && pieces.back() == ',') pieces.pop_back();
+  return pieces;
+}
+
+bool IsRandom(std::string_view word) {
+  return std::ranges::equal(word, std::string_view("random"),
+                            [](char a, char b) { return (a | 0x20) == b; });
+}
+
+// Two cards are a hand, the word random alone is random hands, everything else is range text. By
+// class everything is, random hands too.
+void ReadOpponent(const std::string& text, EquityQuestion& question) {
+  const std::string pieces = Pieces(text);
+  if (pieces.empty()) throw UsageError(std::string("an opponent is needed: ") + kOpponents);
+  if (IsRandom(pieces) && !question.by_class) return;
   const CardsResult cards = ParseCards(text);
   RangeResult read = ParseRange(text);
   // What is cards only, but no list of holdings, was meant as a hand.
@@ -96,9 +119,13 @@ void ReadOpponent(const std::string& text, EquityQuestion& question) {
       throw UsageError("--by-class goes with a range: " + Quoted(text) + " is a hand");
     return;
   }
+  // A slip in that word.
+  if (!read.error.empty() && (pieces[0] | 0x20) == 'r') {
+    throw UsageError(Quoted(text) + " is not an opponent: " + kOpponents);
+  }
   if (!read.error.empty()) throw UsageError(read.error);
   question.range = std::move(read.range);
-  question.range_text = text;
+  question.range_text = pieces;
 }
 
 std::vector<int> ReadBoard(std::string_view text, Street street) {
@@ -144,10 +171,7 @@ void CheckCardsDiffer(const EquityQuestion& question) {
   check(question.board);
 }
 
-void ReadSampling(const EquityWords& words, EquityQuestion& question) {
-  if (question.street != Street::kRiver) {
-    throw UsageError("--to goes with a hand or a range only: 'random' is played to the river");
-  }
+void ReadNumbers(const EquityWords& words, EquityQuestion& question) {
   if (words.players) question.players = ReadNumber("--players", *words.players, 2, 10);
   if (words.trials) {
     constexpr std::int64_t kMostTrials = 1'000'000'000'000;
@@ -157,6 +181,13 @@ void ReadSampling(const EquityWords& words, EquityQuestion& question) {
     question.seed = ReadNumber("--seed", *words.seed, std::uint64_t{0},
                                std::numeric_limits<std::uint64_t>::max());
   }
+}
+
+void ReadSampling(const EquityWords& words, EquityQuestion& question) {
+  if (question.street != Street::kRiver) {
+    throw UsageError("--to goes with a hand or a range only: 'random' is played to the river");
+  }
+  ReadNumbers(words, question);
 }
 
 void RefuseSampling(const EquityWords& words) {
@@ -189,6 +220,13 @@ EquityWords SplitLine(std::string_view line, const EquityWords& defaults) {
     if (!(words.*known.option)) words.*known.option = defaults.*known.option;
   }
   return words;
+}
+
+void CheckOptions(const EquityWords& words) {
+  EquityQuestion question;
+  if (words.to) question.street = ReadStreet(*words.to);
+  if (words.board) ReadBoard(*words.board, question.street);
+  ReadNumbers(words, question);
 }
 
 EquityQuestion ReadQuestion(const EquityWords& words) {

@@ -44,6 +44,9 @@ struct EquityQuestion {
 /// UsageError for an option that is none.
 EquityWords SplitLine(std::string_view line, const EquityWords& defaults);
 
+/// Throws UsageError for options that are wrong whatever the question is.
+void CheckOptions(const EquityWords& words);
+
 /// Throws UsageError for words that are no question.
 EquityQuestion ReadQuestion(const EquityWords& words);
 

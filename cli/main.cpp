@@ -66,7 +66,8 @@ std::string ParseErrorText(const CLI::ParseError& error, CLI::App& command) {
            ": " + subcommands;
   }
   if (!surplus.empty()) return Quoted(surplus.front()) + " is one word too many";
-  if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
+  if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr ||
+      dynamic_cast<const CLI::ValidationError*>(&error) != nullptr) {
     const std::string text = error.what();
     const std::string name = text.substr(0, text.find(':'));
     const CLI::Option* known = command.get_option_no_throw(name);
@@ -87,12 +88,24 @@ UsageError ToUsageError(const CLI::ParseError& error, CLI::App& program) {
   return UsageError(fmt::format("{} (see {} --help)", ParseErrorText(error, *command), words));
 }
 
+// An option that is there needs a value: an empty one comes from a variable that is not set.
+void RefuseEmptyValues(CLI::App& command) {
+  for (CLI::Option* option : command.get_options()) {
+    if (option->get_positional()) continue;
+    option->check([](const std::string& value) { return value.empty() ? "empty" : ""; });
+  }
+  for (CLI::App* subcommand : command.get_subcommands([](CLI::App*) { return true; })) {
+    RefuseEmptyValues(*subcommand);
+  }
+}
+
 int ParseAndRun(CLI::App& program, int argc, char** argv) {
   int exit_code = kExitDone;
   AddEval(program, exit_code);
   AddEquity(program, exit_code);
   AddRange(program, exit_code);
   AddTables(program, exit_code);
+  RefuseEmptyValues(program);
   try {
     program.parse(argc, argv);
   } catch (const CLI::CallForHelp&) {

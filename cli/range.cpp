@@ -5,8 +5,10 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <iterator>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 #include "cli/command.h"
 #include "cli/errors.h"
@@ -15,6 +17,7 @@
 #include "platform/text.h"
 #include "pokermath/ranges.h"
 #include "ranges/hand_classes.h"
+#include "ranges/percent_ranges.h"
 
 namespace pokermath::cli {
 namespace {
@@ -35,8 +38,7 @@ struct RangeWords {
   std::vector<std::string> text;
   std::string game = "holdem";
   std::string table = "equilibrium";
-  std::string rank;
-  std::string svg;
+  std::optional<std::string> rank, svg;
   bool bare_offsuit = false;
   bool json = false;
 };
@@ -125,64 +127,64 @@ void WriteSvg(const std::string& path, const RangeAnswer& answer, bool short_dec
   WriteFile(path, MatrixSvg(RangeMatrix(answer.range, short_deck), title));
 }
 
-// Where one class stands.
-int RunRank(const RangeWords& words, const RangeOptions& options) {
-  const Spec hand = ReadRange(words.rank, options);
+// The matrix cell of the only class that a text names.
+int ReadClass(const std::string& text, const RangeOptions& options) {
   std::array<int, kHandClasses> matrix{};
-  hand.MakeMatrix(matrix.data());
+  ReadRange(text, options).MakeMatrix(matrix.data());
   const auto classes = std::ranges::count(matrix, 1);
   if (classes != 1) {
     throw UsageError(
         fmt::format("{} names {} classes: one hand is ranked, like AA, AKs, AKo or AhKd",
-                    Quoted(words.rank), classes));
+                    Quoted(text), classes));
   }
-  const int cell = static_cast<int>(std::ranges::find(matrix, 1) - matrix.begin());
+  return static_cast<int>(std::ranges::find(matrix, 1) - matrix.begin());
+}
+
+// Where one class stands. The order of all classes and the Sklansky groups are for 52 cards; in the
+// short deck the order is that of the percentages.
+int RunRank(const RangeWords& words, const RangeOptions& options) {
+  const int cell = ReadClass(*words.rank, options);
   const std::string name = RangeMatrix::Name(cell / 13, cell % 13);
-  const auto [first, second] = *hand.combinations().begin();
-  const int group = SklanskyGroup(CCard(first), CCard(second));
-  CStatSpectr tables;
-  if (options.short_deck) {
-    tables.InitEquil6Plus();
-  } else {
-    tables.InitEquil();
-  }
-  tables.InitCorvelle();
-  const auto& table =
-      options.percent_table == PercentTable::kCorvelle ? tables.corvelle() : tables.equilibrium();
-  const auto enters =
-      std::ranges::find_if(table, [&, card = Combination(first, second)](const auto& row) {
-        return row.second.combinations().contains(card);
-      });
+  Spec holdings;
+  AddCell(cell, holdings);
+  const Combination holding = *holdings.combinations().begin();
+  const auto& table = RangesByPercent(options.percent_table, options.short_deck);
+  const auto enters = std::ranges::find_if(
+      table, [&](const auto& row) { return row.second.combinations().contains(holding); });
+  const bool short_deck = options.short_deck;
+  const auto order = short_deck ? 1 + std::distance(table.begin(), enters) : HandClassRank[cell];
+  const int group = SklanskyGroup(CCard(holding.first), CCard(holding.second));
   if (words.json) {
-    Json answer = {{"schema", kJsonSchema},  {"game", words.game},
-                   {"hand", name},           {"class_order", HandClassRank[cell]},
-                   {"table", words.table},   {"enters_at_percent", nullptr},
-                   {"sklansky_group", group}};
+    Json answer = {{"schema", kJsonSchema}, {"game", words.game},   {"hand", name},
+                   {"class_order", order},  {"table", words.table}, {"enters_at_percent", nullptr}};
     if (enters != table.end()) answer["enters_at_percent"] = enters->first;
+    if (!short_deck) answer["sklansky_group"] = group;
     Print(JsonLine(answer));
     return kExitDone;
   }
-  const std::string entry =
-      enters == table.end() ? "in none of its ranges" : fmt::format("at {} %", enters->first);
-  Print(
-      fmt::format("{}\n\n  class order      {} of 169, 1 is the strongest\n"
-                  "  {:<15}  {}\n  Sklansky group   {}\n",
-                  name, HandClassRank[cell], words.table, entry,
-                  group == 0 ? "none" : fmt::format("{} of 8, 1 is the best", group)));
+  std::string text = fmt::format(
+      "{}\n\n  class order      {} of {}, 1 is the strongest\n  {:<15}  {}\n", name, order,
+      short_deck ? 81 : 169, words.table,
+      enters == table.end() ? "in none of its ranges" : fmt::format("at {} %", enters->first));
+  if (!short_deck) {
+    text += fmt::format("  Sklansky group   {}\n",
+                        group == 0 ? "none" : fmt::format("{} of 8, 1 is the best", group));
+  }
+  Print(text);
   return kExitDone;
 }
 
 int RunRange(const RangeWords& words) {
   const RangeOptions options = ReadOptions(words);
-  if (!words.rank.empty()) {
-    if (!words.text.empty() || !words.svg.empty()) {
+  if (words.rank) {
+    if (!words.text.empty() || words.svg) {
       throw UsageError("--rank stands alone: it asks about one hand, not a range");
     }
     return RunRank(words, options);
   }
   if (words.text.empty()) throw UsageError("a range is needed, like 'TT+,A9s+' or 15%");
   const RangeAnswer answer = Describe(words, options);
-  if (!words.svg.empty()) WriteSvg(words.svg, answer, options.short_deck);
+  if (words.svg) WriteSvg(*words.svg, answer, options.short_deck);
   Print(words.json ? JsonLine(ToJson(answer, words)) : ToText(answer, options));
   return kExitDone;
 }

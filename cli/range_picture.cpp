@@ -49,16 +49,6 @@ int RangeMatrix::Present(int row, int column) const {
   return present_[static_cast<std::size_t>(row * 13 + column)];
 }
 
-bool RangeMatrix::HasParts() const {
-  for (int row = 0; row < size_; ++row) {
-    for (int column = 0; column < size_; ++column) {
-      const int present = Present(row, column);
-      if (present != 0 && present < Whole(row, column)) return true;
-    }
-  }
-  return false;
-}
-
 std::string MatrixText(const RangeMatrix& matrix, const Colours& colours) {
   std::string text;
   for (int row = 0; row < matrix.size(); ++row) {

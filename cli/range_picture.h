@@ -24,14 +24,14 @@ class RangeMatrix {
   /// Holdings of the class that are present, and how many it has.
   int Present(int row, int column) const;
   static int Whole(int row, int column) { return row == column ? 6 : row < column ? 4 : 12; }
-  bool HasParts() const;
 
  private:
   int size_;
   std::array<int, 169> present_{};
 };
 
-/// Thirteen lines; classes that are absent are dots, those with some holdings only have a star.
+/// A line for each row; classes that are absent are dots, those with some holdings only have a
+/// star.
 std::string MatrixText(const RangeMatrix& matrix, const Colours& colours);
 
 /// A stand-alone SVG document.

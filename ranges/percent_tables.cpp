@@ -12,6 +12,7 @@
 #include <string_view>
 
 #include "ranges/hand_classes.h"
+#include "ranges/percent_ranges.h"
 
 namespace pokermath {
 namespace {
@@ -196,6 +197,26 @@ void Interpolate(const Game& game, RangeMap& ranges, TextMap& texts) {
 
 }  // namespace
 }  // namespace pokermath
+
+const std::map<double, Spec>& pokermath::RangesByPercent(PercentTable table, bool short_deck) {
+  static const CStatSpectr holdem = [] {
+    CStatSpectr tables;
+    tables.InitEquil();
+    tables.InitCorvelle();
+    return tables;
+  }();
+  static const std::map<double, Spec> short_deck_ranges = [] {
+    CStatSpectr tables;
+    tables.InitEquil6Plus();
+    std::map<double, Spec> ranges = tables.equilibrium();
+    auto misfiled = ranges.extract(34.9);
+    misfiled.key() = 64.45;
+    ranges.insert(std::move(misfiled));
+    return ranges;
+  }();
+  if (short_deck) return short_deck_ranges;
+  return table == PercentTable::kCorvelle ? holdem.corvelle() : holdem.equilibrium();
+}
 
 void CStatSpectr::Init() {
   base_.clear();

@@ -6,11 +6,12 @@
 
 #include <algorithm>
 #include <charconv>
-#include <map>
+#include <iterator>
 #include <optional>
 
 #include "platform/text.h"
 #include "ranges/hand_classes.h"
+#include "ranges/percent_ranges.h"
 
 namespace pokermath {
 namespace {
@@ -99,41 +100,12 @@ class PieceReader {
     return AddPercent(percent);
   }
 
+  // The last range whose key is no greater, or the first.
   std::optional<Fault> AddPercent(double percent) {
-    static const CStatSpectr holdem = [] {
-      CStatSpectr tables;
-      tables.InitEquil();
-      tables.InitCorvelle();
-      return tables;
-    }();
-    static const CStatSpectr short_deck = [] {
-      CStatSpectr tables;
-      tables.InitEquil6Plus();
-      return tables;
-    }();
-    if (options_.percent_table == PercentTable::kCorvelle && !options_.short_deck) {
-      range_.Unite(WidestUpTo(percent, holdem.corvelle(), 0.0));
-    } else if (options_.short_deck) {
-      range_.Unite(WidestUpTo(percent, short_deck.equilibrium(), 6.3));
-    } else {
-      range_.Unite(WidestUpTo(percent, holdem.equilibrium(), 13.26));
-    }
+    const auto& ranges = RangesByPercent(options_.percent_table, options_.short_deck);
+    const auto wider = ranges.upper_bound(percent);
+    range_.Unite(wider == ranges.begin() ? wider->second : std::prev(wider)->second);
     return std::nullopt;
-  }
-
-  // The last range whose key is no greater, or the first. The short-deck table files one range far
-  // below its width, at 34.9 instead of 64.45: where the holdings of one percent are given, a range
-  // that is wider than its key says is passed over.
-  static const Spec& WidestUpTo(double percent, const std::map<double, Spec>& table,
-                                double one_percent) {
-    constexpr double kRounding = 0.1;
-    const Spec* widest = &table.begin()->second;
-    for (const auto& [key, range] : table) {
-      const auto holdings = static_cast<double>(range.combinations().size());
-      const bool in_place = one_percent == 0.0 || holdings <= (key + kRounding) * one_percent;
-      if (key <= percent && in_place) widest = &range;
-    }
-    return *widest;
   }
 
   std::optional<Fault> AddAll() {

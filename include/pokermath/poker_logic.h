@@ -237,7 +237,7 @@ class POKERMATH_EXPORT PokerLogic {
   /// The same over 194,580 four-card boards.
   std::map<MatchupKey, int> equityTurnTable;
   EasyRandom random{0, 1};
-  int trialCount = 50000;  ///< trials of getProbabilityOfWin
+  int trialCount = 50000;  ///< trials, or random boards, of the functions that sample
 };
 
 #endif  // POKERMATH_POKER_LOGIC_H_

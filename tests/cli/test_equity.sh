@@ -129,7 +129,7 @@ refuses 2 "Ah is given twice" equity AhKd 7sAh --json
 refuses 2 "7c is given twice" equity AhKd 7s7c --board 2c3d7c
 refuses 2 "'AhKdQc' has 3 cards: a hand has 2" equity AhKdQc 7s7c
 refuses 2 "'rand' is not an opponent: two cards, a range, or the word random" equity AhKd rand
-refuses 2 "two hands are needed" equity AhKd
+refuses 2 "an opponent is needed: two cards, a range, or the word random" equity AhKd
 refuses 2 "'7s7c Qc' has 3 cards: a hand has 2" equity AhKd 7s7c Qc
 run equity Ah Kd 10s 7c --board "2c,3d 4h"
 expect_code 0
@@ -155,11 +155,23 @@ run equity AhKd QcJs --to flop --json
 has "to the flop" "$out" '"to":"flop","players":2,'
 has "to the flop" "$out" '"cases":17296'
 refuses 2 "--trials goes with the opponent 'random' only" equity AhKd 7s7c --trials 5
-for players in 1 11 2.5 two ""; do
+for players in 1 11 2.5 two; do
   refuses 2 "--players '$players' is not accepted: a whole number from 2 to 10" \
     equity AhKd random --players "$players"
 done
 refuses 2 "--board is given twice" equity AhKd 7s7c --board 2c --board 3c
+
+# The word random is a piece of any list; alone it is random hands, in any letters.
+run equity AhKd 'random; AA' --json
+has "$asked" "$out" '"opponent":"random,AA",'
+has "$asked" "$out" '"cases":2097572400,'
+run equity AhKd ' Random,' --trials 10 --json
+has "$asked" "$out" '"opponent":"random",'
+refuses 2 "an opponent is needed: two cards, a range, or the word random" equity AhKd ' , '
+refuses 2 "an opponent is needed" equity AhKd
+refuses 2 "--board needs a value" equity AhKd QQ --board ""
+refuses 2 "--players needs a value" equity AhKd random --players ""
+refuses 2 "--players '99' is not accepted" equity - --players 99
 
 # Class by class: the classes sum up to the range, the hand's worst come first.
 run equity AhKd TT+,AQs+ --by-class

@@ -51,6 +51,10 @@ has "title" "$(<"$work/range.svg")" "<title>77+,A7s+"
 run range --rank 87s --json
 same "$asked" "$out" '{"schema":1,"game":"holdem","hand":"87s","class_order":50,"table":"equilibrium",'\
 '"enters_at_percent":34.9,"sklansky_group":5}'
+run range --rank 87s --game shortdeck --json
+has "$asked" "$out" '"class_order":59,"table":"equilibrium","enters_at_percent":64.45}'
+run range --rank K8s --game shortdeck
+has "$asked" "$out" "at 39.69 %"
 run range --rank 7h2d --table corvelle
 has "$asked" "$out" "in none of its ranges"
 
@@ -59,6 +63,8 @@ refuses 2 "'55' at position 1: expected ranks of the short deck" range 55 --game
 refuses 2 "'omaha' is not known: holdem or shortdeck" range AA --game omaha
 refuses 2 "'AK' names 2 classes" range --rank AK
 refuses 2 "a range is needed" range
+refuses 2 "--svg needs a value" range AA --svg ""
+refuses 2 "--rank needs a value" range --rank ""
 refuses 1 "cannot write '$work/none/x.svg'" range AA --svg "$work/none/x.svg"
 
 finish

@@ -111,7 +111,7 @@ $work/xdg/pokermath
 $work/home/.local/share/pokermath
 "
 refuses 1 "cannot create the folder '/dev/null/x': Not a directory" tables build --dir /dev/null/x
-refuses 2 "--dir '' is not a folder" tables list --dir ""
+refuses 2 "--dir needs a value" tables list --dir ""
 refuses 2 "'ranks' is not a table: hand-ranks, river-equity, turn-equity" tables verify ranks --json
 refuses 2 "a subcommand is missing: build, list, verify" tables
 

@@ -146,6 +146,8 @@ TEST(HandVsRange, EmptyBoardSumsUpTheMatchupsForAnyNumberOfWorkers) {
   const Spec one = ParseRange("QcJs").range;
   logic.equityTable[{24 * 64 + 38, 10 * 64 + 48}] = 1712304;
   EXPECT_EQ(logic.getProbabilityOfWinBySpectrWithNoBoard(hand.data(), one), 0.5);
+  logic.equityTurnTable[{24 * 64 + 38, 10 * 64 + 48}] = 194580 / 2;
+  EXPECT_EQ(logic.getProbabilityOfWinBySpectrWithNoBoardToTurn(hand.data(), one), 0.25);
 }
 
 TEST(HandVsRange, SampledBoardsAreThoseOfTheDraws) {
@@ -163,10 +165,13 @@ TEST(HandVsRange, SampledBoardsAreThoseOfTheDraws) {
         std::srand(static_cast<unsigned>(trial));
         return ask();
       };
+      const double expected = seeded([&] { return PlainSample(logic, hand, board, 5, spec); });
+      const int next = std::rand();
       EXPECT_EQ(seeded([&] {
                   return logic.getProbabilityOfWinBySpectr(hand.data(), board.data(), known, spec);
                 }),
-                seeded([&] { return PlainSample(logic, hand, board, 5, spec); }));
+                expected);
+      EXPECT_EQ(std::rand(), next) << "another number of draws";
       for (const int street : {3, 4}) {
         EXPECT_EQ(seeded([&] {
                     return logic.getProbOfWinBySpectrToFlopOrTurn(hand.data(), board.data(), known,
