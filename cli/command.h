@@ -18,6 +18,7 @@ inline constexpr int kExitUsage = 2;
 void AddEval(CLI::App& program, int& exit_code);
 void AddEquity(CLI::App& program, int& exit_code);
 void AddRange(CLI::App& program, int& exit_code);
+void AddPots(CLI::App& program, int& exit_code);
 void AddTables(CLI::App& program, int& exit_code);
 
 }  // namespace pokermath::cli

@@ -1,5 +1,5 @@
 // `pokermath eval`: the value of five to seven cards on the three scales, in words, and the five
-// cards that play.
+// cards that play; and which of two Hold'em hands is the better one.
 
 #include <fmt/format.h>
 
@@ -8,13 +8,17 @@
 #include <array>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 #include "cli/command.h"
 #include "cli/errors.h"
 #include "cli/line_mode.h"
 #include "cli/output.h"
+#include "platform/text.h"
 #include "pokermath/cards.h"
 #include "pokermath/evaluators.h"
+#include "pokermath/poker_logic.h"
+#include "pokermath/showdown.h"
 
 namespace pokermath::cli {
 namespace {
@@ -23,11 +27,14 @@ constexpr const char* kExamples =
     R"(Scales: descending 1..7462, smaller is better (1 = royal flush);
         ascending 1..7462, larger is better;
         hand_ranks = category * 4096 + place in it, larger is better.
+With --versus, two hands of two cards are compared on a board of three to five cards; without
+a board as starting hands: a pair first, then the higher card, then the other one, never suits.
 
 Examples:
   pokermath eval AhKhQhJhTh2c3d
   pokermath eval Ah 10c 9d 9s 2c
   pokermath eval --json 5c4d3h2sAc
+  pokermath eval AhKd --versus QcJs --board 2c7dTh
   pokermath eval - <hands.txt      one answer a line; empty lines and lines that
                                    start with # have none)";
 
@@ -39,6 +46,7 @@ constexpr int kHandRanksCategory = 4096;
 
 struct EvalAnswer {
   std::vector<int> hand;
+  std::string words;
   std::array<int, 5> playing;
   int ascending;
   int hand_ranks;
@@ -49,14 +57,29 @@ struct EvalAnswer {
   }
 };
 
-std::vector<int> ReadHand(std::string_view text) {
+std::vector<int> ReadCards(std::string_view text) {
   CardsResult read = ParseCards(text);
   if (!read.error.empty()) throw UsageError(read.error);
-  if (read.cards.size() < 5 || read.cards.size() > 7) {
-    throw UsageError(
-        fmt::format("{} has {} cards: 5 to 7 have a value", Quoted(text), read.cards.size()));
-  }
   return std::move(read.cards);
+}
+
+std::vector<int> ReadHand(std::string_view text) {
+  std::vector<int> cards = ReadCards(text);
+  if (cards.size() < 5 || cards.size() > 7) {
+    throw UsageError(
+        fmt::format("{} has {} cards: 5 to 7 have a value", Quoted(text), cards.size()));
+  }
+  return cards;
+}
+
+std::string InWords(const std::vector<int>& hand) {
+  PokerLogic logic;
+  CDeck deck;
+  for (const int card : hand) deck.AddCard(card);
+  deck.SetValueCombination(logic);
+  std::string words = ToUtf8(deck.display());
+  words.erase(words.find_last_not_of(' ') + 1);
+  return words;
 }
 
 // Orders five cards as players read them: quads, trips and pairs first, then from high to low. In
@@ -82,6 +105,7 @@ EvalAnswer Evaluate(std::vector<int> hand) {
   FindBestFive(hand.data(), count, best);
   for (std::size_t i = 0; i < 5; ++i) answer.playing[i] = hand[static_cast<std::size_t>(best[i])];
   OrderForReading(answer.playing);
+  answer.words = InWords(hand);
   answer.hand = std::move(hand);
   return answer;
 }
@@ -96,21 +120,27 @@ Json ToJson(const EvalAnswer& answer) {
   return {{"schema", kJsonSchema},
           {"hand", CardsJson(answer.hand)},
           {"category", answer.Category()},
+          {"words", answer.words},
           {"cards", CardsJson(answer.playing)},
           {"descending", answer.Descending()},
           {"ascending", answer.ascending},
           {"hand_ranks", answer.hand_ranks}};
 }
 
-std::string ToText(const EvalAnswer& answer) {
-  const Colours colours = Colours::ForStandardOutput();
+// "AhKd2c7dTh: high card, Ah Kd Th 7d 2c"
+std::string Headline(const EvalAnswer& answer, const Colours& colours) {
   std::string playing;
   for (const int card : answer.playing) playing += " " + colours.Cards({&card, 1});
+  return fmt::format("{}: {},{}\n", colours.Cards(answer.hand), colours.Strong(answer.Category()),
+                     playing);
+}
+
+std::string ToText(const EvalAnswer& answer) {
+  const Colours colours = Colours::ForStandardOutput();
   const auto row = [&](std::string_view scale, int value, std::string_view meaning) {
     return fmt::format("  {:<10}  {:>5}   {}\n", scale, value, colours.Faint(meaning));
   };
-  return fmt::format("{}: {},{}\n\n", colours.Cards(answer.hand), colours.Strong(answer.Category()),
-                     playing) +
+  return Headline(answer, colours) + fmt::format("\n  {:<10}  {}\n", "in words", answer.words) +
          row("descending", answer.Descending(), "of 7462, smaller is better") +
          row("ascending", answer.ascending, "of 7462, larger is better") +
          row("hand_ranks", answer.hand_ranks, "category * 4096 + place in it, larger is better");
@@ -122,8 +152,85 @@ void AppendLine(const EvalAnswer& answer, std::string& out) {
                  answer.Category(), PlayingText(answer));
 }
 
-int RunEval(const std::vector<std::string>& words, bool json) {
-  if (words == std::vector<std::string>{"-"}) {
+struct EvalWords {
+  std::vector<std::string> cards;
+  std::optional<std::string> versus, board;
+  bool json = false;
+};
+
+// Two Hold'em hands and a board, all cards different.
+struct Showdown {
+  std::vector<int> hands[2];
+  std::vector<int> board;
+};
+
+Showdown ReadShowdown(const EvalWords& words) {
+  const std::string hand = fmt::format("{}", fmt::join(words.cards, " "));
+  Showdown showdown = {{ReadCards(hand), ReadCards(*words.versus)}, {}};
+  for (const std::string& text : {hand, *words.versus}) {
+    const std::size_t cards = ReadCards(text).size();
+    if (cards != 2) {
+      throw UsageError(fmt::format("{} has {} {}: with --versus a hand has 2", Quoted(text), cards,
+                                   cards == 1 ? "card" : "cards"));
+    }
+  }
+  if (words.board) {
+    showdown.board = ReadCards(*words.board);
+    if (showdown.board.size() < 3 || showdown.board.size() > 5) {
+      throw UsageError(fmt::format("{} has {} {}: a board has 3 to 5 here", Quoted(*words.board),
+                                   showdown.board.size(),
+                                   showdown.board.size() == 1 ? "card" : "cards"));
+    }
+  }
+  // Reads all of them as one list, which refuses a card that is there twice.
+  ReadCards(hand + " " + *words.versus + " " + words.board.value_or(""));
+  return showdown;
+}
+
+// 1 if the first hand is the better one, -1 if the second is, 0 if they are equal.
+int Judge(Showdown showdown) {
+  PokerLogic logic;
+  for (std::vector<int>& cards : showdown.hands) std::ranges::sort(cards, comparefun);
+  return WhoIsWinner(showdown.hands[0].data(), showdown.hands[1].data(), showdown.board.data(),
+                     static_cast<int>(showdown.board.size()), logic);
+}
+
+int RunVersus(const EvalWords& words) {
+  const Showdown showdown = ReadShowdown(words);
+  const int verdict = Judge(showdown);
+  const Colours colours = Colours::ForStandardOutput();
+  Json json = {{"schema", kJsonSchema}, {"board", CardsJson(showdown.board)}};
+  std::string text;
+  for (const std::vector<int>& hand : showdown.hands) {
+    std::vector<int> cards = hand;
+    cards.insert(cards.end(), showdown.board.begin(), showdown.board.end());
+    if (cards.size() == 2) {
+      json["hands"].push_back({{"hand", CardsJson(hand)}});
+    } else {
+      const EvalAnswer answer = Evaluate(cards);
+      text += Headline(answer, colours);
+      json["hands"].push_back(ToJson(answer));
+      json["hands"].back().erase("schema");
+    }
+  }
+  json["verdict"] = verdict;
+  if (!text.empty()) text += "\n";
+  const char* what = showdown.board.empty() ? "is the better starting hand" : "wins";
+  text += verdict == 0
+              ? "The hands are equal.\n"
+              : fmt::format("{} {}.\n", colours.Cards(showdown.hands[verdict > 0 ? 0 : 1]), what);
+  Print(words.json ? JsonLine(json) : text);
+  return kExitDone;
+}
+
+int RunEval(const EvalWords& words) {
+  const bool json = words.json;
+  const bool lines = words.cards == std::vector<std::string>{"-"};
+  if (lines && (words.versus || words.board)) {
+    throw UsageError("--versus and --board go with one question, not with lines");
+  }
+  if (words.versus) return RunVersus(words);
+  if (lines) {
     return AnswerLines(json, [json](std::string_view line, std::string& out) {
       const EvalAnswer answer = Evaluate(ReadHand(line));
       if (json) {
@@ -133,7 +240,8 @@ int RunEval(const std::vector<std::string>& words, bool json) {
       }
     });
   }
-  const EvalAnswer answer = Evaluate(ReadHand(fmt::format("{}", fmt::join(words, " "))));
+  const std::string cards = fmt::format("{}", fmt::join(words.cards, " "));
+  const EvalAnswer answer = Evaluate(ReadHand(words.board ? cards + " " + *words.board : cards));
   Print(json ? JsonLine(ToJson(answer)) : ToText(answer));
   return kExitDone;
 }
@@ -141,20 +249,22 @@ int RunEval(const std::vector<std::string>& words, bool json) {
 }  // namespace
 
 void AddEval(CLI::App& program, int& exit_code) {
-  struct Options {
-    std::vector<std::string> words;
-    bool json = false;
-  };
-  auto options = std::make_shared<Options>();
-  CLI::App* command = program.add_subcommand("eval", "Value of five to seven cards");
+  auto options = std::make_shared<EvalWords>();
+  CLI::App* command =
+      program.add_subcommand("eval", "Value of five to seven cards, or the better of two hands");
   command
-      ->add_option("CARDS", options->words,
+      ->add_option("CARDS", options->cards,
                    "Five to seven cards, or - for one hand a line from standard input")
       ->required()
       ->type_name("");
+  command->add_option("--versus", options->versus, "Compare two hands: the other one")
+      ->type_name("CARDS");
+  command
+      ->add_option("--board", options->board, "Cards that hands share: three to five with --versus")
+      ->type_name("CARDS");
   command->add_flag("--json", options->json, "Print a JSON object (one a line with -)");
   command->footer(kExamples);
-  command->callback([options, &exit_code] { exit_code = RunEval(options->words, options->json); });
+  command->callback([options, &exit_code] { exit_code = RunEval(*options); });
 }
 
 }  // namespace pokermath::cli

@@ -29,6 +29,7 @@ Examples:
   pokermath equity AhKd 7s7c
   pokermath equity AhKd random --players 6
   pokermath range 'TT+,A9s+,KJo+'
+  pokermath pots --stakes 100,50,100 --scores 5,9,7
   pokermath tables build
 
 'pokermath SUBCOMMAND --help' says more and shows examples.
@@ -104,6 +105,7 @@ int ParseAndRun(CLI::App& program, int argc, char** argv) {
   AddEval(program, exit_code);
   AddEquity(program, exit_code);
   AddRange(program, exit_code);
+  AddPots(program, exit_code);
   AddTables(program, exit_code);
   RefuseEmptyValues(program);
   try {

@@ -8,6 +8,7 @@ run eval Ah KhQh,Jh 10H 2c 3D
 expect_code 0
 same "$asked" "$out" "AhKhQhJhTh2c3d: royal flush, Ah Kh Qh Jh Th
 
+  in words    RoyalFlush
   descending      1   of 7462, smaller is better
   ascending    7462   of 7462, larger is better
   hand_ranks  36874   category * 4096 + place in it, larger is better"
@@ -15,7 +16,7 @@ same "$asked" "$out" "AhKhQhJhTh2c3d: royal flush, Ah Kh Qh Jh Th
 run eval --json 2s5c4dKh3hAcKd
 expect_code 0
 same "$asked" "$out" '{"schema":1,"hand":["2s","5c","4d","Kh","3h","Ac","Kd"],"category":"straight",'\
-'"cards":["5c","4d","3h","2s","Ac"],"descending":1609,"ascending":5854,"hand_ranks":20481}'
+'"words":"5 high straight","cards":["5c","4d","3h","2s","Ac"],"descending":1609,"ascending":5854,"hand_ranks":20481}'
 
 # The ends of every category; bad lines in between must not shift the answers.
 hands='
@@ -80,13 +81,37 @@ has "an answer at once" "${answer:-}" "royal flush"
 eval "exec ${asked_by_hand[1]}>&-"
 wait
 
+# Two hands.
+run eval AhKd --versus QcJs --board 2c7dTh
+expect_code 0
+same "$asked" "$out" "AhKd2c7dTh: high card, Ah Kd Th 7d 2c
+QcJs2c7dTh: high card, Qc Js Th 7d 2c
+
+AhKd wins."
+run eval --versus 2s3s Ah Kd --board QcJcTcQdJd --json
+has "$asked" "$out" '"words":"Ace high straight"'
+has "$asked" "$out" '"words":"two pair Queen Jack kicker 10"'
+has "$asked" "$out" '"verdict":1}'
+run eval 2c2d --versus 2h2s --board QcJcTcAcKc
+has "$asked" "$out" "The hands are equal."
+run eval KdAh --versus 2s2c
+same "$asked" "$out" "2s2c is the better starting hand."
+run eval KdAh --versus KcAs --json
+same "$asked" "$out" '{"schema":1,"board":[],"hands":[{"hand":["Kd","Ah"]},{"hand":["Kc","As"]}],"verdict":0}'
+run eval AhKd --board 2c7dTh
+has "$asked" "$out" "high card Ace high"
+refuses 2 "'2c7d' has 2 cards: a board has 3 to 5" eval AhKd --versus QcJs --board 2c7d
+refuses 2 "'Ah' has 1 card: with --versus a hand has 2" eval AhKd --versus Ah
+refuses 2 "Ah is given twice" eval AhKd --versus Ah2c
+refuses 2 "go with one question" eval - --versus AhKd
+
 refuses 2 "'Xh' is not a card: rank 23456789TJQKA (or 10), suit cdhs" eval --json Xh
 refuses 2 "Ah is given twice" eval Ah Kd 2c AH 3c
 refuses 2 "'AhKdQc' has 3 cards: 5 to 7" eval AhKdQc
 refuses 2 "8 cards" eval AhKhQhJhTh9h8h7h
 refuses 2 "CARDS is required" eval
 refuses 2 "'--fast' is not an option" eval --fast AhKhQhJhTh
-refuses 2 "'evl' is not a subcommand: eval, equity, range, tables" evl
+refuses 2 "'evl' is not a subcommand: eval, equity, range, pots, tables" evl
 "$POKERMATH" eval AhKhQhJhTh 2>"$work/err" >/dev/full && fail "a full disk is no success"
 has "a full disk" "$(<"$work/err")" "cannot write to standard output"
 
@@ -94,7 +119,7 @@ run
 expect_code 2
 has "without arguments" "$err" "Examples:"
 same "without arguments" "$out" ""
-for words in "" eval equity tables "tables build"; do
+for words in "" eval equity range pots tables "tables build"; do
   # shellcheck disable=SC2086
   run $words --help
   expect_code 0
