@@ -16,6 +16,7 @@
 #include <span>
 
 #include "eval/compact_keys.h"
+#include "eval/numbering.h"
 #include "eval/scales.h"
 #include "platform/files.h"
 
@@ -89,44 +90,10 @@ class Successors {
   std::uint64_t id_ = 0;
 };
 
-// Numbers IDs in the order in which they first come.
-class IdNumbers {
- public:
-  explicit IdNumbers(std::size_t ids) {
-    std::size_t capacity = 1024;
-    while (capacity < 2 * ids) capacity *= 2;
-    slots_.resize(capacity);
-    ids_.reserve(ids);
-  }
-
-  std::uint32_t NumberOf(std::uint64_t id) {
-    std::size_t slot = (id * 0x9E3779B97F4A7C15u) >> 20 & (slots_.size() - 1);
-    while (slots_[slot].id != id) {
-      if (slots_[slot].id == 0) {
-        slots_[slot] = {id, static_cast<std::uint32_t>(ids_.size())};
-        ids_.push_back(id);
-        break;
-      }
-      slot = (slot + 1) & (slots_.size() - 1);
-    }
-    return slots_[slot].number;
-  }
-
-  const std::vector<std::uint64_t>& ids() const { return ids_; }
-
- private:
-  struct Slot {
-    std::uint64_t id = 0;
-    std::uint32_t number = 0;
-  };
-  std::vector<Slot> slots_;
-  std::vector<std::uint64_t> ids_;
-};
-
 constexpr std::uint32_t kImpossible = 0xFFFFFFFF;
 
 // Fills a row with the numbers of the successors, kImpossible for a card that cannot come.
-void NumberRow(std::uint64_t id, IdNumbers& numbers, std::uint32_t* row) {
+void NumberRow(std::uint64_t id, Numbering& numbers, std::uint32_t* row) {
   const Hand hand = Unpack(id);
   const int needed = hand.size + 1 - 2;  // so many of a suit keep it alive with one card more
   std::array<bool, 5> keeps{};
@@ -163,7 +130,7 @@ void NumberRow(std::uint64_t id, IdNumbers& numbers, std::uint32_t* row) {
 // Appends the level after the one in slots [first, first + count) and completes the rows of that
 // one.
 void BuildLevel(HandRanks& table, std::size_t first, std::size_t count, std::size_t next_count) {
-  IdNumbers numbers(next_count);
+  Numbering numbers(next_count);
   for (std::size_t slot = first; slot < first + count; ++slot) {
     NumberRow(table.ids[slot], numbers, &table.entries[RowOf(slot)]);
   }

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "eval/generate/compact_tables.h"
+#include "eval/generate/five_card_states.h"
 #include "eval/generate/five_card_tables.h"
 #include "eval/generate/reference.h"
 
@@ -33,6 +34,8 @@ int main(int argc, char** argv) {
                            pokermath::WriteFiveCardTables);
     pokermath::WriteSource(folder + "/compact_tables_data.cpp", values,
                            pokermath::WriteCompactTables);
+    pokermath::WriteSource(folder + "/five_card_states_data.cpp", values,
+                           pokermath::WriteFiveCardStates);
   } catch (const std::exception& error) {
     std::cerr << "pokermath_generate: " << error.what() << "\n";
     return 1;

@@ -10,6 +10,7 @@
 #include <cstdint>
 
 #include "pokermath/export.h"
+#include "pokermath/text.h"
 
 /// The 52 card words of the prime-product evaluator, indexed by card code.
 ///
@@ -39,7 +40,65 @@ POKERMATH_EXPORT int eval_6hand(int* words);
 /// The best five of seven card words.
 POKERMATH_EXPORT int eval_7hand(int* words);
 
+// --- finite-state tables: cards are read one at a time, ascending scales, larger is better ---
+//
+// Cards are card codes. The table of five cards from 52 is part of the library. Those of the short
+// deck (36 cards, six and better) and of Omaha are files that `pokermath tables build` writes; each
+// is loaded once into the process. Loading is not synchronised: load before threads start. Then all
+// evaluators may run in any number of threads. Codes are not checked.
+
+/// Five cards, on the scale 1..7462. About 100 million hands a second.
+POKERMATH_EXPORT int LookupFsm5(int* cards);
+/// Category of such a value: 1 high card .. 9 straight flush, 10 royal flush; 0 below 1.
+POKERMATH_EXPORT int Get_rankFsm5(int value);
+/// The category in words: "one pair", "four of kind", "Error" below 1. Returns 1.
+POKERMATH_EXPORT int verify_rankFsm5(int value, CString& name);
+/// The best Omaha value, two of four hole cards and three of five board cards, on that scale.
+POKERMATH_EXPORT int get_rank7(int* hole, int* board);
+
+/// Five short-deck cards, on the scale 1..7462 put into short-deck order: a flush beats a full
+/// house, three of a kind beats a straight, A-6-7-8-9 is the lowest straight. -1 if a card is below
+/// six.
+POKERMATH_EXPORT int LookupHoldem6PlusFsm5(int* cards);
+/// Category of such a value in short-deck order: 1 high card, 2 one pair, 3 two pair, 4 straight,
+/// 5 three of a kind, 6 full house, 7 flush, 8 four of a kind, 9 straight flush, 10 royal flush; 0
+/// below 1.
+POKERMATH_EXPORT int Get_rankHoldem6PlusFsm5(int value);
+/// The best five of seven short-deck cards, on that scale.
+POKERMATH_EXPORT int eval_7hand6PlusFsm5(int* cards);
+
+/// Loads "six-plus-5.bin", "six-plus-7.bin" or "omaha7.bin" from the current directory, unless it
+/// is loaded already.
+///
+/// @return 1 if the table is loaded; 0, with a message, if the file cannot be opened, and without
+///         one if it is not sound: wrong header, wrong length, an entry that leads out of the table
+POKERMATH_EXPORT int load_fsm5();
+POKERMATH_EXPORT int load_fsm7();
+POKERMATH_EXPORT int load_ofsm_omaha7();
+
+/// Category of a value of the short-deck tables, 1..1404, numbered as in Get_rankHoldem6PlusFsm5.
+POKERMATH_EXPORT int Get_rank36(int value);
+/// Five short-deck cards through the loaded table, 1..1404; 0 if a card is below six or nothing is
+/// loaded.
+POKERMATH_EXPORT int eval_rank5_via_fsm5(const int* cards);
+/// The best five of six, likewise.
+POKERMATH_EXPORT int eval_rank6_via_fsm5(int* cards);
+/// The best five of seven through the table of seven cards, likewise.
+POKERMATH_EXPORT int eval_rank7_via_fsm7(const int* cards);
+/// The best Omaha value of holeCount hole cards, two of which play, and five board cards through
+/// the loaded table, 1..7462; 0 if nothing is loaded.
+POKERMATH_EXPORT int eval_rank7_via_ofsm7(int* hole, int holeCount, int* board);
+
 namespace pokermath {
+
+/// The loaders for a folder other than the current directory.
+POKERMATH_EXPORT int load_fsm5(const CString& folder);
+POKERMATH_EXPORT int load_fsm7(const CString& folder);
+POKERMATH_EXPORT int load_ofsm_omaha7(const CString& folder);
+
+/// Value of five to seven short-deck cards, 1..1404 as in the short-deck tables, without any of
+/// them; 0 for another count and if a card is below six. About 20 ns.
+POKERMATH_EXPORT int EvaluateShortDeck(const int* cards, int count);
 
 /// Constant tables of the compact evaluator; its functions below are how to use them. They are
 /// inlined into hosts, so the layout belongs to the binary interface.

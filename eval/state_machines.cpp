@@ -1,0 +1,178 @@
+// Evaluators that walk through a finite-state table.
+
+#include "eval/state_machines.h"
+
+#include <algorithm>
+
+#include "eval/five_card_states.h"
+#include "eval/short_deck.h"
+#include "pokermath/evaluators.h"
+
+namespace pokermath {
+namespace {
+
+constexpr std::uint32_t kNoIndex = 0xFFFFFFFF;
+
+// Places of the card codes in a row.
+constexpr auto kFiveCardIndexes = [] {
+  std::array<std::uint32_t, 52> indexes{};
+  for (int card = 0; card < 52; ++card) {
+    indexes[static_cast<std::size_t>(card)] = FiveCardStateIndex(card);
+  }
+  return indexes;
+}();
+constexpr auto kShortDeckIndexes = [] {
+  std::array<std::uint32_t, 52> indexes{};
+  for (int card = 0; card < 52; ++card) {
+    const int rank = card % 13 - kLowestShortDeckCard;
+    indexes[static_cast<std::size_t>(card)] =
+        rank < 0 ? kNoIndex : static_cast<std::uint32_t>(rank * 4 + card / 13);
+  }
+  return indexes;
+}();
+constexpr auto kOmahaIndexes = [] {
+  std::array<std::uint32_t, 52> indexes{};
+  for (int card = 0; card < 52; ++card) {
+    indexes[static_cast<std::size_t>(card)] =
+        static_cast<std::uint32_t>(card % 13 * 4 + card / 13 + 1);
+  }
+  return indexes;
+}();
+
+std::uint32_t Step(const std::uint32_t* table, std::uint32_t state,
+                   const std::array<std::uint32_t, 52>& indexes, int card) {
+  return table[state + indexes[static_cast<std::size_t>(card)]];
+}
+
+template <int count>
+int WalkShortDeck(const std::uint32_t* table, const int* cards) {
+  if (table == nullptr) return 0;
+  std::array<std::uint32_t, count> indexes;
+  std::uint32_t all = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    indexes[i] = kShortDeckIndexes[static_cast<std::size_t>(cards[i])];
+    all |= indexes[i];
+  }
+  if (all == kNoIndex) return 0;
+  std::uint32_t state = 36;
+  for (const std::uint32_t index : indexes) state = table[state + index];
+  return static_cast<int>(state);
+}
+
+// Place of the first limit that a value is below.
+template <std::size_t size>
+int CategoryBelow(int value, const std::array<int, size>& limits) {
+  return static_cast<int>(std::ranges::upper_bound(limits, value) - limits.begin());
+}
+
+}  // namespace
+}  // namespace pokermath
+
+int LookupFsm5(int* cards) {
+  using namespace pokermath;
+  std::uint32_t state = 52;
+  for (int i = 0; i < 5; ++i) state = Step(kFiveCardStates, state, kFiveCardIndexes, cards[i]);
+  return static_cast<int>(state);
+}
+
+int Get_rankFsm5(int value) {
+  constexpr std::array<int, 10> kStarts = {1, 1278, 4138, 4996, 5854, 5864, 7141, 7297, 7453, 7462};
+  return pokermath::CategoryBelow(value, kStarts);
+}
+
+int verify_rankFsm5(int value, CString& name) {
+  static constexpr const wchar_t* kNames[11] = {
+      L"Error", L"high card",   L"one pair",     L"two pairs",      L"three of kind", L"straight",
+      L"flush", L"full houses", L"four of kind", L"straight flush", L"Royal Flush"};
+  name = kNames[Get_rankFsm5(value)];
+  return 1;
+}
+
+int get_rank7(int* hole, int* board) {
+  using namespace pokermath;
+  std::uint32_t best = 0;
+  for (int a = 0; a < 3; ++a) {
+    const std::uint32_t one = Step(kFiveCardStates, 52, kFiveCardIndexes, board[a]);
+    for (int b = a + 1; b < 4; ++b) {
+      const std::uint32_t two = Step(kFiveCardStates, one, kFiveCardIndexes, board[b]);
+      for (int c = b + 1; c < 5; ++c) {
+        const std::uint32_t three = Step(kFiveCardStates, two, kFiveCardIndexes, board[c]);
+        for (int i = 0; i < 3; ++i) {
+          const std::uint32_t four = Step(kFiveCardStates, three, kFiveCardIndexes, hole[i]);
+          for (int j = i + 1; j < 4; ++j) {
+            best = std::max(best, Step(kFiveCardStates, four, kFiveCardIndexes, hole[j]));
+          }
+        }
+      }
+    }
+  }
+  return static_cast<int>(best);
+}
+
+int LookupHoldem6PlusFsm5(int* cards) {
+  for (int i = 0; i < 5; ++i) {
+    if (cards[i] % 13 < pokermath::kLowestShortDeckCard) return -1;
+  }
+  return pokermath::ToShortDeckOrder(LookupFsm5(cards));
+}
+
+int Get_rankHoldem6PlusFsm5(int value) {
+  constexpr std::array<int, 10> kStarts = {1, 1278, 4138, 4996, 5006, 5864, 6020, 7297, 7453, 7462};
+  return pokermath::CategoryBelow(value, kStarts);
+}
+
+int eval_7hand6PlusFsm5(int* cards) {
+  int best = 0;
+  for (int out1 = 0; out1 < 6; ++out1) {
+    for (int out2 = out1 + 1; out2 < 7; ++out2) {
+      int five[5];
+      int* place = five;
+      for (int i = 0; i < 7; ++i) {
+        if (i != out1 && i != out2) *place++ = cards[i];
+      }
+      best = std::max(best, LookupHoldem6PlusFsm5(five));
+    }
+  }
+  return best;
+}
+
+int Get_rank36(int value) {
+  constexpr std::array<int, 10> kStarts = {1, 121, 625, 877, 883, 1135, 1207, 1327, 1399, 1404};
+  return pokermath::CategoryBelow(value, kStarts);
+}
+
+int eval_rank5_via_fsm5(const int* cards) {
+  return pokermath::WalkShortDeck<5>(pokermath::ShortDeckTables().five_cards, cards);
+}
+
+int eval_rank6_via_fsm5(int* cards) {
+  int best = 0;
+  for (int out = 5; out >= 0; --out) {
+    int five[5];
+    int* place = five;
+    for (int i = 0; i < 6; ++i) {
+      if (i != out) *place++ = cards[i];
+    }
+    best = std::max(best, eval_rank5_via_fsm5(five));
+  }
+  return best;
+}
+
+int eval_rank7_via_fsm7(const int* cards) {
+  return pokermath::WalkShortDeck<7>(pokermath::ShortDeckTables().seven_cards, cards);
+}
+
+int eval_rank7_via_ofsm7(int* hole, int holeCount, int* board) {
+  using namespace pokermath;
+  const std::uint32_t* table = OmahaTable().table;
+  if (table == nullptr) return 0;
+  std::uint32_t state = 52;
+  for (int i = 0; i < 5; ++i) state = Step(table, state, kOmahaIndexes, board[i]);
+  std::uint32_t best = 0;
+  for (int i = 0; i + 1 < holeCount; ++i) {
+    const std::uint32_t one = Step(table, state, kOmahaIndexes, hole[i]);
+    for (int j = i + 1; j < holeCount; ++j)
+      best = std::max(best, Step(table, one, kOmahaIndexes, hole[j]));
+  }
+  return static_cast<int>(best);
+}
