@@ -116,7 +116,8 @@ void BM_Matchup(benchmark::State& state) {
   const auto isa = static_cast<Isa>(state.range(2));
   if (isa > BestIsa()) state.SkipWithError("this machine lacks the instructions");
   for (auto _ : state) {
-    benchmark::DoNotOptimize(CountMatchup(isa, matchup.hand1.data(), matchup.hand2.data(), street));
+    benchmark::DoNotOptimize(
+        CountMatchup(isa, Deck::kFull, matchup.hand1.data(), matchup.hand2.data(), street));
   }
 }
 BENCHMARK(BM_Matchup)

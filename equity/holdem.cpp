@@ -15,7 +15,8 @@ namespace pokermath {
 Tally HoldemHandVsHand(std::span<const int, 2> hand1, std::span<const int, 2> hand2,
                        std::span<const int> board, Street street) {
   if (board.size() > static_cast<std::size_t>(street)) return {};
-  if (board.empty()) return CountMatchup(BestIsa(), hand1.data(), hand2.data(), street);
+  if (board.empty())
+    return CountMatchup(BestIsa(), Deck::kFull, hand1.data(), hand2.data(), street);
   const Combination opponent(hand2[0], hand2[1]);
   return CountAgainst(hand1, {&opponent, 1}, board, street);
 }
@@ -47,7 +48,7 @@ void CachedMatchup(const std::map<PokerLogic::MatchupKey, int>& table, int* hand
   } else if (AreTwins(hand1, hand2)) {
     wins = boards / 2;
   } else {
-    Score(CountMatchup(BestIsa(), hand1, hand2, street), wins, boards);
+    Score(CountMatchup(BestIsa(), Deck::kFull, hand1, hand2, street), wins, boards);
   }
 }
 
@@ -72,13 +73,13 @@ double PokerLogic::getProbabilityOfWin(int* hand, int* board, int boardCount, in
 void PokerLogic::getProbabilityOfWinWithNoBoard(int* hand1, int* hand2, double& wins,
                                                 double& boards) const {
   using namespace pokermath;
-  Score(CountMatchup(BestIsa(), hand1, hand2, Street::kRiver), wins, boards);
+  Score(CountMatchup(BestIsa(), Deck::kFull, hand1, hand2, Street::kRiver), wins, boards);
 }
 
 void PokerLogic::getProbabilityOfWinWithNoBoardToTurn(int* hand1, int* hand2, double& wins,
                                                       double& boards) const {
   using namespace pokermath;
-  Score(CountMatchup(BestIsa(), hand1, hand2, Street::kTurn), wins, boards);
+  Score(CountMatchup(BestIsa(), Deck::kFull, hand1, hand2, Street::kTurn), wins, boards);
 }
 
 int PokerLogic::GetWinHandVsHand(int* hand1, int* hand2, double& wins, double& boards) const {

@@ -71,7 +71,7 @@ class CachedOpponents {
  public:
   CachedOpponents(const int* hand, const Spec& spec,
                   const std::map<PokerLogic::MatchupKey, int>& table, Street street)
-      : groups_(EmptyBoardCounts(BestIsa(), street), HandOf(hand)) {
+      : groups_(EmptyBoardCounts(BestIsa(), Deck::kFull, street), HandOf(hand)) {
     const int key = HandKey(hand[0], hand[1]);
     for (const Combination& cards : spec.combinations()) {
       const auto& [first, second] = cards;

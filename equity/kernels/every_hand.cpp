@@ -171,9 +171,9 @@ std::vector<HandTally> CountEveryHand(std::span<const Combination> opponents,
     std::ranges::sort(hands, {}, &HandTally::hand);
   };
   if (board.empty()) {
-    count_classes(EmptyBoardCounts(BestIsa(), street));
+    count_classes(EmptyBoardCounts(BestIsa(), Deck::kFull, street));
   } else if (board.size() >= 3 && board.size() < static_cast<std::size_t>(street)) {
-    count_classes(Runouts(BestIsa(), board, static_cast<int>(street)));
+    count_classes(Runouts(BestIsa(), Deck::kFull, board, static_cast<int>(street)));
   } else {
     for (int card1 = 0; card1 < 51; ++card1) {
       for (int card2 = card1 + 1; card2 < 52; ++card2) {

@@ -41,9 +41,9 @@ struct DeadCard {
   int shift;
 };
 
-template <int kBoard>
-POKERMATH_KERNEL std::array<DeadCard, 4> DeadCards(const MatchupTables<kBoard>& tables, int class1,
-                                                   int class2) {
+template <Deck deck, int kBoard>
+POKERMATH_KERNEL std::array<DeadCard, 4> DeadCards(const MatchupTables<deck, kBoard>& tables,
+                                                   int class1, int class2) {
   constexpr std::uint16_t kInverses[5] = {0, 1, 1, 43691, 1};
   constexpr int kShifts[5] = {0, 0, 1, 0, 2};
   const std::array<int, 2>& hand1 = RanksOf(class1);
@@ -61,13 +61,13 @@ POKERMATH_KERNEL std::array<DeadCard, 4> DeadCards(const MatchupTables<kBoard>& 
   return dead;
 }
 
-template <typename Width, int kBoard>
+template <typename Width, Deck deck, int kBoard>
 POKERMATH_KERNEL Counts Ranks(int class1, int class2) {
-  const auto& tables = MatchupTables<kBoard>::Get();
+  const auto& tables = MatchupTables<deck, kBoard>::Get();
   const std::array<DeadCard, 4> dead = DeadCards(tables, class1, class2);
   using Register = typename Width::Register;
   using Modular = typename Width::Modular;
-  constexpr int kSize = MatchupTables<kBoard>::kSize;
+  constexpr int kSize = MatchupTables<deck, kBoard>::kSize;
   constexpr int kBlock = 31 * kLanes<Register>;  // weights up to 4^5 are summed up in 16 bits
   const std::int16_t* weights = tables.weights().data();
   const std::int16_t* values1 = tables.Of(class1).by_multiset.data();
@@ -179,10 +179,10 @@ POKERMATH_KERNEL void CorrectFlushes(const SuitBoards& boards, const Suited& sui
   counts.ties += SumLanes(ties);
 }
 
-template <typename Width, int kBoard>
+template <typename Width, Deck deck, int kBoard>
 POKERMATH_KERNEL Counts Flushes(const SuitView& view1, const SuitView& view2) {
   using Register = typename Width::Register;
-  const auto& tables = MatchupTables<kBoard>::Get();
+  const auto& tables = MatchupTables<deck, kBoard>::Get();
   const ClassValues& class1 = tables.Of(view1.rank_class);
   const ClassValues& class2 = tables.Of(view2.rank_class);
   const Suited suited = Join(view1, view2);
@@ -204,32 +204,32 @@ POKERMATH_KERNEL Counts Flushes(const SuitView& view1, const SuitView& view2) {
   return counts;
 }
 
-template <int kBoard>
+template <Deck deck, int kBoard>
 Counts RanksBaseline(int class1, int class2) {
-  return Ranks<Registers16, kBoard>(class1, class2);
+  return Ranks<Registers16, deck, kBoard>(class1, class2);
 }
-template <int kBoard>
+template <Deck deck, int kBoard>
 POKERMATH_TARGET_AVX2 Counts RanksAvx2(int class1, int class2) {
-  return Ranks<Registers32, kBoard>(class1, class2);
+  return Ranks<Registers32, deck, kBoard>(class1, class2);
 }
-template <int kBoard>
+template <Deck deck, int kBoard>
 POKERMATH_TARGET_AVX512 Counts RanksAvx512(int class1, int class2) {
-  return Ranks<Registers64, kBoard>(class1, class2);
+  return Ranks<Registers64, deck, kBoard>(class1, class2);
 }
-template <int kBoard>
+template <Deck deck, int kBoard>
 Counts FlushesBaseline(const SuitView& view1, const SuitView& view2) {
-  return Flushes<Registers16, kBoard>(view1, view2);
+  return Flushes<Registers16, deck, kBoard>(view1, view2);
 }
-template <int kBoard>
+template <Deck deck, int kBoard>
 POKERMATH_TARGET_AVX2 Counts FlushesAvx2(const SuitView& view1, const SuitView& view2) {
-  return Flushes<Registers32, kBoard>(view1, view2);
+  return Flushes<Registers32, deck, kBoard>(view1, view2);
 }
-template <int kBoard>
+template <Deck deck, int kBoard>
 POKERMATH_TARGET_AVX512 Counts FlushesAvx512(const SuitView& view1, const SuitView& view2) {
-  return Flushes<Registers64, kBoard>(view1, view2);
+  return Flushes<Registers64, deck, kBoard>(view1, view2);
 }
 
-template <int kBoard>
+template <Deck deck, int kBoard>
 class EmptyBoard final : public ShowdownCounts {
  public:
   explicit EmptyBoard(Isa isa) : isa_(isa) {}
@@ -237,26 +237,26 @@ class EmptyBoard final : public ShowdownCounts {
   Counts CountRanks(int class1, int class2) const override {
     switch (isa_) {
       case Isa::kAvx512:
-        return RanksAvx512<kBoard>(class1, class2);
+        return RanksAvx512<deck, kBoard>(class1, class2);
       case Isa::kAvx2:
-        return RanksAvx2<kBoard>(class1, class2);
+        return RanksAvx2<deck, kBoard>(class1, class2);
       default:
-        return RanksBaseline<kBoard>(class1, class2);
+        return RanksBaseline<deck, kBoard>(class1, class2);
     }
   }
   Counts CorrectSuit(int, const SuitView& view1, const SuitView& view2) const override {
     switch (isa_) {
       case Isa::kAvx512:
-        return FlushesAvx512<kBoard>(view1, view2);
+        return FlushesAvx512<deck, kBoard>(view1, view2);
       case Isa::kAvx2:
-        return FlushesAvx2<kBoard>(view1, view2);
+        return FlushesAvx2<deck, kBoard>(view1, view2);
       default:
-        return FlushesBaseline<kBoard>(view1, view2);
+        return FlushesBaseline<deck, kBoard>(view1, view2);
     }
   }
   int CardsToFlush(int) const override { return 5 - kBoard; }
   bool SuitsAreAlike() const override { return true; }
-  int Boards() const override { return Choose(48, kBoard); }
+  int Boards() const override { return Choose(CardsOf(deck) - 4, kBoard); }
 
  private:
   Isa isa_;
@@ -264,26 +264,37 @@ class EmptyBoard final : public ShowdownCounts {
 
 }  // namespace
 
-const ShowdownCounts& EmptyBoardCounts(Isa isa, Street street) {
-  static const std::array<EmptyBoard<3>, 3> flop = {
-      EmptyBoard<3>(Isa::kBaseline), EmptyBoard<3>(Isa::kAvx2), EmptyBoard<3>(Isa::kAvx512)};
-  static const std::array<EmptyBoard<4>, 3> turn = {
-      EmptyBoard<4>(Isa::kBaseline), EmptyBoard<4>(Isa::kAvx2), EmptyBoard<4>(Isa::kAvx512)};
-  static const std::array<EmptyBoard<5>, 3> river = {
-      EmptyBoard<5>(Isa::kBaseline), EmptyBoard<5>(Isa::kAvx2), EmptyBoard<5>(Isa::kAvx512)};
-  const auto level = static_cast<std::size_t>(isa);
+namespace {
+
+template <Deck deck, int kBoard>
+const ShowdownCounts& CountsOf(Isa isa) {
+  static const std::array<EmptyBoard<deck, kBoard>, 3> counts = {
+      EmptyBoard<deck, kBoard>(Isa::kBaseline), EmptyBoard<deck, kBoard>(Isa::kAvx2),
+      EmptyBoard<deck, kBoard>(Isa::kAvx512)};
+  return counts[static_cast<std::size_t>(isa)];
+}
+
+template <Deck deck>
+const ShowdownCounts& CountsOf(Isa isa, Street street) {
   switch (street) {
     case Street::kFlop:
-      return flop[level];
+      return CountsOf<deck, 3>(isa);
     case Street::kTurn:
-      return turn[level];
+      return CountsOf<deck, 4>(isa);
     default:
-      return river[level];
+      return CountsOf<deck, 5>(isa);
   }
 }
 
-Tally CountMatchup(Isa isa, const int* hand1, const int* hand2, Street street) {
-  return CountHands(EmptyBoardCounts(isa, street), hand1, hand2);
+}  // namespace
+
+const ShowdownCounts& EmptyBoardCounts(Isa isa, Deck deck, Street street) {
+  return deck == Deck::kShort ? CountsOf<Deck::kShort>(isa, street)
+                              : CountsOf<Deck::kFull>(isa, street);
+}
+
+Tally CountMatchup(Isa isa, Deck deck, const int* hand1, const int* hand2, Street street) {
+  return CountHands(EmptyBoardCounts(isa, deck, street), hand1, hand2);
 }
 
 }  // namespace pokermath

@@ -3,6 +3,7 @@
 #ifndef POKERMATH_EQUITY_KERNELS_MATCHUP_H_
 #define POKERMATH_EQUITY_KERNELS_MATCHUP_H_
 
+#include "equity/kernels/decks.h"
 #include "equity/kernels/showdown_counts.h"
 #include "platform/isa.h"
 #include "pokermath/equity.h"
@@ -12,12 +13,12 @@ namespace pokermath {
 /// Counts of all three-, four- or five-card boards.
 ///
 /// @param isa  instructions to use; the machine must have them
-const ShowdownCounts& EmptyBoardCounts(Isa isa, Street street);
+const ShowdownCounts& EmptyBoardCounts(Isa isa, Deck deck, Street street);
 
 /// Counts every board of a street that the two hands leave.
 ///
 /// @param hand1,hand2  two card codes each, all different
-Tally CountMatchup(Isa isa, const int* hand1, const int* hand2, Street street);
+Tally CountMatchup(Isa isa, Deck deck, const int* hand1, const int* hand2, Street street);
 
 }  // namespace pokermath
 

@@ -3,18 +3,15 @@
 #include <algorithm>
 #include <utility>
 
-#include "eval/compact_keys.h"
-#include "pokermath/evaluators.h"
-
 namespace pokermath {
 namespace {
 
-std::vector<std::vector<int>> RankMultisets(int size) {
+std::vector<std::vector<int>> RankMultisets(Deck deck, int size) {
   std::vector<std::vector<int>> multisets = {{}};
   for (int i = 0; i < size; ++i) {
     std::vector<std::vector<int>> longer;
     for (const std::vector<int>& shorter : multisets) {
-      for (int rank = shorter.empty() ? 0 : shorter.back(); rank < 13; ++rank) {
+      for (int rank = shorter.empty() ? LowestRank(deck) : shorter.back(); rank < 13; ++rank) {
         longer.push_back(shorter);
         longer.back().push_back(rank);
       }
@@ -24,45 +21,51 @@ std::vector<std::vector<int>> RankMultisets(int size) {
   return multisets;
 }
 
+template <Deck deck>
 std::uint32_t KeyOf(const std::vector<int>& ranks) {
   std::uint32_t key = 0;
-  for (const int rank : ranks) key += kRankKeys[rank];
+  for (const int rank : ranks) key += DeckValues<deck>::KeyOf(rank);
   return key;
 }
 
+template <Deck deck>
 std::uint32_t KeyOf(RankSet ranks) {
   std::uint32_t key = 0;
-  for (std::size_t rank = 0; rank < 13; ++rank) key += (ranks >> rank & 1) * kRankKeys[rank];
+  for (int rank = LowestRank(deck); rank < 13; ++rank) {
+    if ((ranks >> rank & 1) != 0) key += DeckValues<deck>::KeyOf(rank);
+  }
   return key;
 }
 
 // Sets of `size` ranks, with kNoSet up to full groups.
-std::vector<RankSet> RankSets(int size) {
+std::vector<RankSet> RankSets(Deck deck, int size) {
   std::vector<RankSet> sets;
   for (unsigned set = 0; set <= kAllRanks; ++set) {
+    if ((set & AbsentRanks(deck)) != 0) continue;
     if (__builtin_popcount(set) == size) sets.push_back(static_cast<RankSet>(set));
   }
   while (sets.size() % kGroup != 0) sets.push_back(kNoSet);
   return sets;
 }
 
+template <Deck deck>
 SuitBoards BuildSuitBoards(int suited, int others) {
-  const std::vector<RankSet> sets = RankSets(suited);
+  const std::vector<RankSet> sets = RankSets(deck, suited);
   SuitBoards boards;
   boards.suited = suited;
   boards.sets = static_cast<int>(sets.size());
-  boards.rests = RankMultisets(others);
-  for (const std::vector<int>& rest : boards.rests) boards.rest_keys.push_back(KeyOf(rest));
+  boards.rests = RankMultisets(deck, others);
+  for (const std::vector<int>& rest : boards.rests) boards.rest_keys.push_back(KeyOf<deck>(rest));
   for (const RankSet set : sets) {
     boards.set_ranks.push_back(static_cast<std::int16_t>(set));
-    boards.set_keys.push_back(KeyOf(set));
+    boards.set_keys.push_back(KeyOf<deck>(set));
   }
   boards.flushes.resize(kHoldings * sets.size());
   for (RankSet hole = 0; hole <= kAllRanks; ++hole) {
     if (__builtin_popcount(hole) > 2) continue;
     std::int16_t* place = &boards.flushes[static_cast<std::size_t>(HoldingOf(hole)) * sets.size()];
     for (const RankSet set : sets) {
-      *place++ = static_cast<std::int16_t>(kCompactTables.flush_values[(set | hole) & kAllRanks]);
+      *place++ = DeckValues<deck>::OfFlush((set | hole) & kAllRanks);
     }
   }
   return boards;
@@ -70,13 +73,13 @@ SuitBoards BuildSuitBoards(int suited, int others) {
 
 }  // namespace
 
-template <int kBoard>
-MatchupTables<kBoard>::MatchupTables() : keys_(kSize) {
-  const std::vector<std::vector<int>> multisets = RankMultisets(kBoard);
+template <Deck deck, int kBoard>
+MatchupTables<deck, kBoard>::MatchupTables() : keys_(kSize) {
+  const std::vector<std::vector<int>> multisets = RankMultisets(deck, kBoard);
   weights_.resize(kSize, 0);
   counts_.resize(std::size_t{13} * kSize, 0);
   for (std::size_t i = 0; i < multisets.size(); ++i) {
-    keys_[i] = KeyOf(multisets[i]);
+    keys_[i] = KeyOf<deck>(multisets[i]);
     int weight = 1;
     for (std::size_t rank = 0; rank < 13; ++rank) {
       const auto held = std::ranges::count(multisets[i], static_cast<int>(rank));
@@ -87,23 +90,23 @@ MatchupTables<kBoard>::MatchupTables() : keys_(kSize) {
   }
   int suited = 3;
   for (SuitBoards& boards : suit_boards_) {
-    boards = BuildSuitBoards(suited, kBoard - suited);
+    boards = BuildSuitBoards<deck>(suited, kBoard - suited);
     ++suited;
   }
 }
 
-template <int kBoard>
-const MatchupTables<kBoard>& MatchupTables<kBoard>::Get() {
+template <Deck deck, int kBoard>
+const MatchupTables<deck, kBoard>& MatchupTables<deck, kBoard>::Get() {
   static const MatchupTables tables;
   return tables;
 }
 
-template <int kBoard>
-void MatchupTables<kBoard>::Build(int rank_class, ClassValues& values) const {
+template <Deck deck, int kBoard>
+void MatchupTables<deck, kBoard>::Build(int rank_class, ClassValues& values) const {
   const auto [low, high] = RanksOf(rank_class);
-  const std::uint32_t hole_key = kRankKeys[high] + kRankKeys[low];
+  const std::uint32_t hole_key = DeckValues<deck>::KeyOf(high) + DeckValues<deck>::KeyOf(low);
   const auto value = [hole_key](std::uint32_t key) {
-    return static_cast<std::int16_t>(ValueOfRanks<kBoard + 2>(hole_key + key));
+    return DeckValues<deck>::template OfRanks<kBoard + 2>(hole_key + key);
   };
   values.by_multiset.resize(kSize);
   std::ranges::transform(keys_, values.by_multiset.begin(), value);
@@ -122,8 +125,11 @@ void MatchupTables<kBoard>::Build(int rank_class, ClassValues& values) const {
   }
 }
 
-template class MatchupTables<3>;
-template class MatchupTables<4>;
-template class MatchupTables<5>;
+template class MatchupTables<Deck::kFull, 3>;
+template class MatchupTables<Deck::kFull, 4>;
+template class MatchupTables<Deck::kFull, 5>;
+template class MatchupTables<Deck::kShort, 3>;
+template class MatchupTables<Deck::kShort, 4>;
+template class MatchupTables<Deck::kShort, 5>;
 
 }  // namespace pokermath

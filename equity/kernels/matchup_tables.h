@@ -11,6 +11,7 @@
 #include <mutex>
 #include <vector>
 
+#include "equity/kernels/decks.h"
 #include "equity/kernels/hole_cards.h"
 #include "pokermath/large_table.h"
 
@@ -49,10 +50,10 @@ struct ClassValues {
 
 /// The tables for boards of kBoard cards, 3 to 5. 10 MB when all is built for the river; the values
 /// of a class are built when they are first asked for, by any thread.
-template <int kBoard>
+template <Deck deck, int kBoard>
 class MatchupTables {
  public:
-  static constexpr int kMultisets = Choose(12 + kBoard, kBoard);
+  static constexpr int kMultisets = Choose(12 - LowestRank(deck) + kBoard, kBoard);
   static constexpr int kSize = (kMultisets + kGroup - 1) / kGroup * kGroup;
 
   static const MatchupTables& Get();

@@ -115,14 +115,14 @@ Tally CountAgainst(std::span<const int, 2> hand, std::span<const Combination> op
   const auto cards = static_cast<std::size_t>(street);
   const std::uint64_t taken = Bits(hand) | Bits(board);
   if (board.empty()) {
-    return CountGroups(EmptyBoardCounts(BestIsa(), street), hand, opponents, taken);
+    return CountGroups(EmptyBoardCounts(BestIsa(), Deck::kFull, street), hand, opponents, taken);
   }
   Tally tally;
   if (board.size() == cards) {
     BoardJudge(hand, opponents).Judge(board, 0, tally);
   } else if (board.size() >= 3) {
-    tally =
-        CountGroups(Runouts(BestIsa(), board, static_cast<int>(street)), hand, opponents, taken);
+    tally = CountGroups(Runouts(BestIsa(), Deck::kFull, board, static_cast<int>(street)), hand,
+                        opponents, taken);
   } else {
     // Every board comes about as often as three of its cards can be dealt first.
     std::vector<int> flop(board.begin(), board.end());

@@ -19,8 +19,6 @@
 #include <vector>
 
 #include "equity/kernels/registers.h"
-#include "eval/compact_keys.h"
-#include "pokermath/evaluators.h"
 #include "pokermath/large_table.h"
 
 namespace pokermath {
@@ -43,7 +41,7 @@ constexpr auto kPlaces = [] {
 }();
 
 // The values of `known` ranks with one or two more.
-template <int known, int to_come>
+template <Deck deck, int known, int to_come>
 class RankBlocks {
  public:
   static constexpr int kRows = to_come == 2 ? kDistances : 1;
@@ -59,27 +57,35 @@ class RankBlocks {
  private:
   // The multisets in the order of their places: the highest rank changes last.
   RankBlocks() {
-    values_.reserve(static_cast<std::size_t>(Choose(12 + known, known)) * kRows * kRow);
+    values_.reserve(static_cast<std::size_t>(Choose(12 - kLowest + known, known)) * kRows * kRow);
     AddMultisets(known, 12, 0);
   }
   void AddMultisets(int ranks, int highest, std::uint32_t key) {
     if (ranks == 0) return AddBlock(key);
-    for (int rank = 0; rank <= highest; ++rank)
-      AddMultisets(ranks - 1, rank, key + kRankKeys[rank]);
+    for (int rank = kLowest; rank <= highest; ++rank) {
+      AddMultisets(ranks - 1, rank, key + DeckValues<deck>::KeyOf(rank));
+    }
   }
   void AddBlock(std::uint32_t key) {
     for (int row = 0; row < kRows; ++row) {
       for (int lane = 0; lane < kRow; ++lane) {
-        std::uint32_t come = key + kRankKeys[lane % 13];
-        if (to_come == 2) come += kRankKeys[(lane + row) % 13];
-        const int value = lane < 13 ? ValueOfRanks<known + to_come>(come) : 0;
-        values_.push_back(static_cast<std::int16_t>(value));
+        const int other = (lane + row) % 13;
+        const bool present = lane < 13 && std::min(lane, other) >= kLowest;
+        values_.push_back(present ? ValueWith(key, lane, other) : std::int16_t{0});
       }
     }
   }
+  static std::int16_t ValueWith(std::uint32_t key, int rank, int other) {
+    key += DeckValues<deck>::KeyOf(rank);
+    if (to_come == 2) key += DeckValues<deck>::KeyOf(other);
+    return DeckValues<deck>::template OfRanks<known + to_come>(key);
+  }
 
+  static constexpr int kLowest = LowestRank(deck);
   Values values_;
 };
+
+}  // namespace
 
 // The flushes that a rank set of three to six ranks makes with one more rank or two.
 class FlushBlocks {
@@ -87,21 +93,20 @@ class FlushBlocks {
   static constexpr int kOneMore = 32;  // lanes: the circle of ranks twice over
   static constexpr int kSize = kOneMore + (kDistances - 1) * kRow;
 
+  template <Deck deck>
   static const FlushBlocks& Get() {
-    static const FlushBlocks blocks;
+    static const FlushBlocks blocks(DeckValues<deck>::OfFlush);
     return blocks;
   }
   const std::int16_t* OneMore(RankSet set) const {
     return &values_[static_cast<std::size_t>(places_[set] * kSize)];
   }
+  std::int16_t Made(RankSet set) const { return OneMore(set)[__builtin_ctz(set)]; }
   // Row 1 is the first: two ranks of a suit are not equal.
   const std::int16_t* TwoMore(RankSet set) const { return OneMore(set) + kOneMore - kRow; }
 
  private:
-  FlushBlocks() {
-    const auto value = [](unsigned set) {
-      return static_cast<std::int16_t>(kCompactTables.flush_values[set]);
-    };
+  explicit FlushBlocks(std::int16_t (*value)(unsigned ranks)) {
     for (unsigned set = 0; set <= kAllRanks; ++set) {
       const int ranks = __builtin_popcount(set);
       if (ranks < 3 || ranks > 6) continue;
@@ -118,6 +123,8 @@ class FlushBlocks {
   std::array<int, kAllRanks + 1> places_{};
   Values values_;
 };
+
+namespace {
 
 // Ranks by lanes: [row][lane] is the rank of the lane as a set, after `row` steps along the circle.
 // Lanes without a rank hold kNoSet.
@@ -244,6 +251,7 @@ struct Suited {
   RankSet set2;
   std::int16_t dead;  // ranks of the suit that cannot come, and kNoSet
   Left others;        // unseen cards of the other suits
+  const FlushBlocks& flushes;
 };
 
 // Takes off what the ranks said of the run-outs of a row and adds what is true: f1 and f2 are the
@@ -267,7 +275,6 @@ POKERMATH_KERNEL void Correct(const Suited& suited, int row, const Register& f1,
 // Run-outs of two cards of the suit.
 template <bool flush1, bool flush2>
 POKERMATH_KERNEL void CorrectTwo(const Suited& suited, Sums& sums) {
-  const FlushBlocks& flushes = FlushBlocks::Get();
   for (int row = 1; row < kDistances; ++row) {
     Register ways;
     Register alive;
@@ -275,8 +282,8 @@ POKERMATH_KERNEL void CorrectTwo(const Suited& suited, Sums& sums) {
     Register f2{};
     NotIn(suited.dead, 0, ways);
     NotIn(suited.dead, row, alive);
-    if (flush1) Load(f1, flushes.TwoMore(suited.set1) + row * kRow);
-    if (flush2) Load(f2, flushes.TwoMore(suited.set2) + row * kRow);
+    if (flush1) Load(f1, suited.flushes.TwoMore(suited.set1) + row * kRow);
+    if (flush2) Load(f2, suited.flushes.TwoMore(suited.set2) + row * kRow);
     ways &= alive;
     Correct<flush1, flush2>(suited, row, f1, f2, -ways, sums);
   }
@@ -285,7 +292,6 @@ POKERMATH_KERNEL void CorrectTwo(const Suited& suited, Sums& sums) {
 // Run-outs with one card of the suit; when two cards come, either may be the one.
 template <bool flush1, bool flush2>
 POKERMATH_KERNEL void CorrectOne(const Suited& suited, int to_come, Sums& sums) {
-  const FlushBlocks& flushes = FlushBlocks::Get();
   const int rows = to_come == 2 ? kDistances : 1;
   for (int row = 0; row < rows; ++row) {
     for (const int step : {0, row}) {
@@ -296,8 +302,8 @@ POKERMATH_KERNEL void CorrectOne(const Suited& suited, int to_come, Sums& sums) 
       Register alive;
       NotIn(suited.dead, step, alive);
       ways = to_come == 2 ? ways & alive : -alive;
-      if (flush1) Load(f1, flushes.OneMore(suited.set1) + step);
-      if (flush2) Load(f2, flushes.OneMore(suited.set2) + step);
+      if (flush1) Load(f1, suited.flushes.OneMore(suited.set1) + step);
+      if (flush2) Load(f2, suited.flushes.OneMore(suited.set2) + step);
       Correct<flush1, flush2>(suited, row, f1, f2, ways, sums);
       if (row == 0) break;
     }
@@ -308,11 +314,8 @@ POKERMATH_KERNEL void CorrectOne(const Suited& suited, int to_come, Sums& sums) 
 template <bool flush1, bool flush2>
 POKERMATH_KERNEL void CorrectNone(const Suited& suited, int to_come, Sums& sums) {
   const Register zero{};
-  const auto flush = [](RankSet set) {
-    return static_cast<std::int16_t>(kCompactTables.flush_values[set]);
-  };
-  const Register f1 = zero + flush(suited.set1);
-  const Register f2 = zero + flush(suited.set2);
+  const Register f1 = zero + (flush1 ? suited.flushes.Made(suited.set1) : std::int16_t{0});
+  const Register f2 = zero + (flush2 ? suited.flushes.Made(suited.set2) : std::int16_t{0});
   const int rows = to_come == 2 ? kDistances : 1;
   for (int row = 0; row < rows; ++row) {
     Register ways;
@@ -344,8 +347,10 @@ POKERMATH_KERNEL Counts Flushes(const KnownBoard& board, int suit, const SuitVie
       .values2 = board.values[static_cast<std::size_t>(view2.rank_class)],
       .set1 = static_cast<RankSet>(known.held | view1.held),
       .set2 = static_cast<RankSet>(known.held | view2.held),
-      .dead = static_cast<std::int16_t>(known.held | view1.held | view2.held | kNoSet),
-      .others = {known.others, kOtherRanks[view_index(view1)], kOtherRanks[view_index(view2)]}};
+      .dead =
+          static_cast<std::int16_t>(known.held | view1.held | view2.held | board.absent | kNoSet),
+      .others = {known.others, kOtherRanks[view_index(view1)], kOtherRanks[view_index(view2)]},
+      .flushes = *board.flushes};
   Sums sums;
   for (int come = 0; come <= board.to_come; ++come) {
     const bool flush1 = known.held_count + come + view1.held_count >= 5;
@@ -377,14 +382,18 @@ POKERMATH_TARGET_AVX2 Counts FlushesAvx2(const KnownBoard& board, int suit, cons
 }
 
 // Fills in the blocks of all rank classes on a board.
-template <int kBoard, int to_come>
+template <Deck deck, int kBoard, int to_come>
 void SetValues(std::span<const int> cards, std::array<const std::int16_t*, kRankClasses>& values) {
-  const auto& blocks = RankBlocks<kBoard + 2, to_come>::Get();
+  constexpr int kLowest = LowestRank(deck);
+  const auto& blocks = RankBlocks<deck, kBoard + 2, to_come>::Get();
   std::array<int, kBoard> ranks;
   for (std::size_t i = 0; i < ranks.size(); ++i) ranks[i] = cards[i] % 13;
   std::ranges::sort(ranks);
-  for (int high = 0; high < 13; ++high) {
-    for (int low = 0; low <= high; ++low) {
+  const auto place_of = [](std::size_t before, int rank) {
+    return kPlaces[before][static_cast<std::size_t>(rank - kLowest)];
+  };
+  for (int high = kLowest; high < 13; ++high) {
+    for (int low = kLowest; low <= high; ++low) {
       // Each rank goes behind those below it.
       std::size_t below_low = 0;
       std::size_t below_high = 1;
@@ -392,30 +401,42 @@ void SetValues(std::span<const int> cards, std::array<const std::int16_t*, kRank
       for (std::size_t i = 0; i < ranks.size(); ++i) {
         below_low += ranks[i] < low ? 1 : 0;
         below_high += ranks[i] < high ? 1 : 0;
-        const std::size_t behind = i + (low <= ranks[i] ? 1 : 0) + (high <= ranks[i] ? 1 : 0);
-        place += kPlaces[behind][static_cast<std::size_t>(ranks[i])];
+        const std::size_t before = i + (low <= ranks[i] ? 1 : 0) + (high <= ranks[i] ? 1 : 0);
+        place += place_of(before, ranks[i]);
       }
-      place += kPlaces[below_low][static_cast<std::size_t>(low)] +
-               kPlaces[below_high][static_cast<std::size_t>(high)];
+      place += place_of(below_low, low) + place_of(below_high, high);
       values[static_cast<std::size_t>(RankClassOf(high, low))] = blocks.Of(place);
     }
   }
 }
 
+template <Deck deck>
+void SetTables(std::span<const int> cards, KnownBoard& board) {
+  board.flushes = &FlushBlocks::Get<deck>();
+  board.absent = AbsentRanks(deck);
+  if (cards.size() == 4) {
+    SetValues<deck, 4, 1>(cards, board.values);
+  } else if (board.to_come == 2) {
+    SetValues<deck, 3, 2>(cards, board.values);
+  } else {
+    SetValues<deck, 3, 1>(cards, board.values);
+  }
+}
+
 }  // namespace
 
-Runouts::Runouts(Isa isa, std::span<const int> board, int street) : isa_(isa) {
+Runouts::Runouts(Isa isa, Deck deck, std::span<const int> board, int street) : isa_(isa) {
   board_.to_come = street - static_cast<int>(board.size());
-  board_.live = 48 - static_cast<int>(board.size());
-  if (board.size() == 4) {
-    SetValues<4, 1>(board, board_.values);
-  } else if (board_.to_come == 2) {
-    SetValues<3, 2>(board, board_.values);
+  board_.live = CardsOf(deck) - 4 - static_cast<int>(board.size());
+  if (deck == Deck::kShort) {
+    SetTables<Deck::kShort>(board, board_);
   } else {
-    SetValues<3, 1>(board, board_.values);
+    SetTables<Deck::kFull>(board, board_);
   }
-  board_.unseen.fill(4);
-  for (KnownBoard::Suit& suit : board_.suits) suit.others.fill(3);
+  for (int rank = LowestRank(deck); rank < 13; ++rank) {
+    AddRank(board_.unseen, rank, 4);
+    for (KnownBoard::Suit& suit : board_.suits) AddRank(suit.others, rank, 3);
+  }
   for (const int card : board) {
     const int rank = card % 13;
     AddRank(board_.unseen, rank, -1);

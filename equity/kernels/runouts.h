@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <span>
 
+#include "equity/kernels/decks.h"
 #include "equity/kernels/showdown_counts.h"
 #include "platform/isa.h"
 
@@ -15,6 +16,8 @@ namespace pokermath {
 /// A rank as a lane, 13 of 16, and once more behind the first time: what is loaded from `rank` on
 /// are the ranks that follow it in a circle.
 using RankLanes = std::array<std::int16_t, 32>;
+
+class FlushBlocks;
 
 /// Board cards that are known, as the kernel needs them.
 struct KnownBoard {
@@ -29,6 +32,8 @@ struct KnownBoard {
   std::array<const std::int16_t*, kRankClasses> values{};  ///< of a rank class, run-out by run-out
   RankLanes unseen{};                                      ///< unseen cards of a rank
   std::array<Suit, 4> suits{};
+  RankSet absent = 0;  ///< ranks that are not in the deck
+  const FlushBlocks* flushes = nullptr;
 };
 
 class Runouts final : public ShowdownCounts {
@@ -36,7 +41,7 @@ class Runouts final : public ShowdownCounts {
   /// @param isa     instructions to use; the machine must have them
   /// @param board   three known cards, or four
   /// @param street  board cards to complete it to, 4 or 5: one or two more
-  Runouts(Isa isa, std::span<const int> board, int street);
+  Runouts(Isa isa, Deck deck, std::span<const int> board, int street);
 
   Counts CountRanks(int class1, int class2) const override;
   Counts CorrectSuit(int suit, const SuitView& view1, const SuitView& view2) const override;

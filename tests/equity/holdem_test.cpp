@@ -142,8 +142,9 @@ TEST(HandVsHand, AllInstructionLevelsCountTheSame) {
         trial % 2 == 0 ? 0 : std::min(3 + dealer.Below(2), static_cast<int>(street) - 1);
     const Hand cards = dealer.Deal(4 + known);
     const auto count = [&](Isa isa, const int* hand1, const int* hand2) {
-      if (known < 3) return CountMatchup(isa, hand1, hand2, street);
-      const Runouts runouts(isa, std::span(cards).subspan(4), static_cast<int>(street));
+      if (known < 3) return CountMatchup(isa, Deck::kFull, hand1, hand2, street);
+      const Runouts runouts(isa, Deck::kFull, std::span(cards).subspan(4),
+                            static_cast<int>(street));
       return CountHands(runouts, hand1, hand2);
     };
     const Tally tally = count(Isa::kBaseline, &cards[0], &cards[2]);
