@@ -24,9 +24,9 @@ std::string BadPiece(std::string_view text) {
   std::wstring piece;
   for (const wchar_t c : FromUtf8(text.substr(0, kBytes))) {
     if (piece.size() == wanted || (c < 0x80 && IsSeparator(static_cast<char>(c)))) break;
-    piece += c < 0x20 || c == 0x7F ? L'?' : c;
+    piece += c;
   }
-  return ToUtf8(piece);
+  return ToUtf8(OnOneLine(piece));
 }
 
 // The card at the start of the text and its length; -1 if there is none.

@@ -40,6 +40,18 @@ std::wstring FromUtf8(std::string_view bytes) {
   return text;
 }
 
+std::wstring OnOneLine(std::wstring text) {
+  const auto between = [](wchar_t c, wchar_t low, wchar_t high) { return c >= low && c <= high; };
+  for (wchar_t& c : text) {
+    const bool control = c < 0x20 || between(c, 0x7F, 0x9F);
+    const bool line_end = between(c, 0x2028, 0x2029);
+    const bool direction =
+        between(c, 0x200E, 0x200F) || between(c, 0x202A, 0x202E) || between(c, 0x2066, 0x2069);
+    if (control || line_end || direction) c = L'?';
+  }
+  return text;
+}
+
 }  // namespace pokermath
 
 void charTOwchar(const char* text, wchar_t*& out) {

@@ -14,6 +14,9 @@ std::string ToUtf8(std::wstring_view text);
 /// UTF-8 as wide text; every invalid sequence becomes U+FFFD.
 std::wstring FromUtf8(std::string_view bytes);
 
+/// The text with '?' for every character that would break a line or turn its direction.
+std::wstring OnOneLine(std::wstring text);
+
 }  // namespace pokermath
 
 #endif  // POKERMATH_PLATFORM_TEXT_H_

@@ -251,7 +251,7 @@ void CStatSpectr::InitEquil6Plus() {
         const auto holdings = static_cast<int>(range.combinations().size());
         const double key = name == "AA" ? 0.95 : (holdings * 1000 + 62) / 63 / 100.0;
         // Filed between 33.34 and 35.88, far below its text: look-ups pair by place, so from there
-        // up to 64.44 a range comes with the text of the next one.
+        // up to the next key, 66.35, a range comes with the text of the next one.
         equilibrium_[name == "87s" ? 34.9 : key] = range;
         CString text = pokermath::RangeText(range, true, L"o");
         if (key == 47.94) text = L"66+,A2s+,K6s+,Q8s+,J8s+,T9s,A8o+,K9o+,QTo+,JTo";
@@ -269,15 +269,18 @@ void CStatSpectr::GetSpecByPercent(double percent, Spec& spec, CString& text, in
 }
 
 int SklanskyGroup(CCard card1, CCard card2) {
-  const int cell = pokermath::CellOf(card1.GetInt(), card2.GetInt());
-  for (int group = 1; group <= 8; ++group) {
-    Spec range;
-    pokermath::AddClasses(pokermath::kSklanskyGroups[group - 1], range);
-    std::array<int, pokermath::kHandClasses> cells{};
-    range.MakeMatrix(cells.data());
-    if (cells[static_cast<std::size_t>(cell)] != 0) return group;
-  }
-  return 0;
+  static const auto groups = [] {
+    std::array<int, pokermath::kHandClasses> by_cell{};
+    for (int group = 8; group >= 1; --group) {
+      Spec range;
+      pokermath::AddClasses(pokermath::kSklanskyGroups[group - 1], range);
+      for (const auto& [first, second] : range.combinations()) {
+        by_cell[static_cast<std::size_t>(pokermath::CellOf(first, second))] = group;
+      }
+    }
+    return by_cell;
+  }();
+  return groups[static_cast<std::size_t>(pokermath::CellOf(card1.GetInt(), card2.GetInt()))];
 }
 
 int CStatSpectr::numSklanskyGroup(CCard card1, CCard card2, double percent) const {

@@ -92,7 +92,8 @@ class PieceReader {
   std::optional<Fault> ReadPercent() {
     double percent = 0;
     const char* end = piece_.data() + piece_.size();
-    const auto [stop, error] = std::from_chars(piece_.data(), end, percent);
+    const auto [stop, error] =
+        std::from_chars(piece_.data(), end, percent, std::chars_format::fixed);
     if (error != std::errc{} || stop + 1 != end || *stop != '%' ||
         !(percent > 0 && percent <= 100)) {
       return Fault{0, "a percentage above 0 and up to 100, like 15%"};
@@ -137,7 +138,6 @@ class PieceReader {
   }
 
   std::optional<Fault> ReadClasses(int first) {
-    place_ = piece_.starts_with("10") ? 2 : 1;
     const std::optional<HandClass> from = ReadClass(first);
     if (!from) return Here("a second rank (23456789TJQKA) or a suit (cdhs)");
     if (IsMissing(from->low)) return NoSuchRank(0);
@@ -171,9 +171,11 @@ class PieceReader {
     return HandClass{high, low, options_.bare_offsuit ? Kind::kOffsuit : Kind::kBoth};
   }
 
-  static std::string EndOfClass(const HandClass& from) {
-    return from.kind == Kind::kPair ? "+, - or the end behind a pair"
-                                    : "s, o, +, - or the end behind two ranks";
+  std::string EndOfClass(const HandClass& from) const {
+    if (from.kind == Kind::kPair) return "+, - or the end behind a pair";
+    const char last = Lower(piece_[place_ - 1]);
+    return last == 's' || last == 'o' ? "+, - or the end behind a class"
+                                      : "s, o, +, - or the end behind two ranks";
   }
 
   // The best class of the same high card and kind.
@@ -208,11 +210,12 @@ class PieceReader {
 // A piece as an error quotes it: on one line, valid and short.
 std::string Quoted(std::string_view piece) {
   constexpr std::size_t kLongest = 40;
-  std::wstring text = FromUtf8(piece.substr(0, kLongest));
-  for (wchar_t& c : text) c = c < 0x20 || c == 0x7F ? L'?' : c;
+  std::wstring text = OnOneLine(FromUtf8(piece.substr(0, 4 * kLongest + 4)));
+  const bool cut = text.size() > kLongest;
+  if (cut) text.resize(kLongest);
   std::string quoted = "'";
   quoted += ToUtf8(text);
-  quoted += piece.size() > kLongest ? "...'" : "'";
+  quoted += cut ? "...'" : "'";
   return quoted;
 }
 

@@ -116,7 +116,9 @@ class POKERMATH_EXPORT CStatSpectr {
   void Init();
   /// Fills the equilibrium table with 169 steps of Hold'em, 0.45 (aces) .. 100.
   void InitEquil();
-  /// Fills it with 81 steps of short deck instead.
+  /// Fills it with 81 steps of short deck instead. One range is filed far below its width: look-ups
+  /// of 34.9 give 406 holdings instead of 214, and from there up to 66.34 the text is that of the
+  /// next wider range. ParseRange does not follow this.
   void InitEquil6Plus();
   /// Fills the Corvelle table, 16 steps, 0.3 .. 40.
   void InitCorvelle();
@@ -202,7 +204,7 @@ struct RangeOptions {
   bool bare_offsuit = false;
   /// Ranks below six are an error; percentages and "random" are those of 36 cards.
   bool short_deck = false;
-  /// The Corvelle table ends at 40 % and is for 52 cards; the short deck has its own equilibrium.
+  /// The Corvelle table ends at 40 % and is for 52 cards; in the short deck this is ignored.
   PercentTable percent_table = PercentTable::kEquilibrium;
 };
 
@@ -216,9 +218,9 @@ struct RangeResult {
 
 /// Reads range text: a list, separated by commas, semicolons or blanks, of classes (AA, AKs, AKo,
 /// AK), classes and all better ones (TT+, A9s+, KJo+), runs (JJ-88, A9s-A5s, in either order),
-/// holdings (AhKd), percentages (15%: the widest range of the table that is no wider) and the word
-/// random. Letters in either case. Every holding is there once, whatever the text repeats. An empty
-/// text is an empty range.
+/// holdings (AhKd), percentages (15%: the last range of the table whose rounded percentage is not
+/// above it; the first one below that) and the word random. Letters in either case. Every holding
+/// is there once, whatever the text repeats. An empty text is an empty range.
 POKERMATH_EXPORT RangeResult ParseRange(std::string_view text, const RangeOptions& options = {});
 
 }  // namespace pokermath

@@ -86,7 +86,7 @@ TEST(Equilibrium, ShortDeckReplacesHoldemAndKeepsItsOddities) {
   EXPECT_EQ(At(tables, 5.4).text, L"TT+,AKs");
   EXPECT_EQ(At(tables, 8.89).holdings, 56u);
   EXPECT_EQ(At(tables, 33.34).holdings, 210u);
-  // The range that adds 87s is filed at 34.9, so texts run one row ahead up to 64.44.
+  // The range that adds 87s is filed at 34.9, so texts run one row ahead up to 66.34.
   EXPECT_EQ(At(tables, 34.9).holdings, 406u);
   EXPECT_EQ(At(tables, 35.88).holdings, 226u);
   const auto text_says = [&](double percent) {
@@ -96,7 +96,8 @@ TEST(Equilibrium, ShortDeckReplacesHoldemAndKeepsItsOddities) {
   EXPECT_EQ(text_says(34.9), 226u);
   EXPECT_GT(text_says(35.88), 226u);
   EXPECT_EQ(text_says(64.44), 406u);
-  EXPECT_EQ(text_says(64.45), text_says(64.44));
+  EXPECT_EQ(text_says(66.34), text_says(64.44));
+  EXPECT_EQ(text_says(66.35), At(tables, 66.35).holdings);
   EXPECT_EQ(At(tables, 100), (Row{630,
                                   L"66+,A6s+,K6s+,Q6s+,J6s+,T6s+,96s+,87s+,76s,"
                                   L"A6o+,K6o+,Q6o+,J6o+,T6o+,96o+,86o+,76o"}));
@@ -126,7 +127,7 @@ TEST(Corvelle, StepsAndTextsAgree) {
   tables.Init();
   ASSERT_EQ(tables.base().size(), 15u);
   EXPECT_EQ(tables.base().at(0.9).combinations().size(), 12u);
-  // The same steps but for AJo and KQs in one, and no 42s.
+  // The same steps but for the first one, and no 42s.
   EXPECT_EQ(tables.base().at(40.0).combinations().size() + 4, At(tables, 40, 1).holdings);
 }
 

@@ -245,6 +245,9 @@ TEST(ParseRange, AnErrorSaysWhereWhatAndWhy) {
                         {"randomly", 0, "'randomly'"},
                         {"1", 0, "'1'"},
                         {"AA\x01", 2, "'AA?'"},
+                        {"AA\xE2\x80\xA8x", 2, "'AA?x'"},
+                        {"AKsx", 3, "expected +, - or the end"},
+                        {"1e1%", 0, "'1e1%'"},
                         {"22+,10h", 4, "'10h'"},
                         {"A9s-A5s-A4s", 7, "A4s'"}};
   for (const auto& [text, position, piece] : cases) {
