@@ -6,6 +6,7 @@
 #include "equity/kernels/range_count.h"
 #include "equity/kernels/trials.h"
 #include "equity/matchups.h"
+#include "equity/shares.h"
 #include "pokermath/cards.h"
 #include "pokermath/equity.h"
 #include "pokermath/poker_logic.h"
@@ -18,24 +19,15 @@ Tally HoldemHandVsHand(std::span<const int, 2> hand1, std::span<const int, 2> ha
   if (board.empty())
     return CountMatchup(BestIsa(), Deck::kFull, hand1.data(), hand2.data(), street);
   const Combination opponent(hand2[0], hand2[1]);
-  return CountAgainst(hand1, {&opponent, 1}, board, street);
+  return CountAgainst(Deck::kFull, hand1, {&opponent, 1}, board, street);
 }
 
 namespace {
 
 // The outputs of the exact functions: wins with ties as one half, and the boards counted.
 void Score(const Tally& tally, double& wins, double& boards) {
-  wins = static_cast<double>(tally.wins) + 0.5 * static_cast<double>(tally.ties);
+  wins = WinsOf(tally);
   boards = static_cast<double>(tally.cases);
-}
-
-// Whether two hands are equal but for their suits in a way that makes them equally good: pairs of
-// one rank, or two suited hands of the same ranks.
-bool AreTwins(const int* hand1, const int* hand2) {
-  const auto [low1, high1] = std::minmax({GetCardRank(hand1[0]), GetCardRank(hand1[1])});
-  const auto [low2, high2] = std::minmax({GetCardRank(hand2[0]), GetCardRank(hand2[1])});
-  if (low1 != low2 || high1 != high2) return false;
-  return low1 == high1 || (isSuit(hand1[0], hand1[1]) && isSuit(hand2[0], hand2[1]));
 }
 
 // Answers from a table, from the symmetry of twins, or by counting.

@@ -1,34 +1,19 @@
 // Hold'em equity against a range, on every street: PokerLogic's members.
 
-#include <omp.h>
-
 #include <array>
-#include <map>
 #include <span>
 #include <vector>
 
+#include "equity/cached_opponents.h"
 #include "equity/kernels/board_judge.h"
 #include "equity/kernels/every_hand.h"
-#include "equity/kernels/matchup.h"
 #include "equity/kernels/range_count.h"
-#include "equity/matchups.h"
+#include "equity/shares.h"
 #include "pokermath/equity.h"
 #include "pokermath/poker_logic.h"
 
 namespace pokermath {
 namespace {
-
-// Wins with ties as one half over all cases; not a number when the range is wholly blocked.
-double Share(const Tally& tally) {
-  return (static_cast<double>(tally.wins) + 0.5 * static_cast<double>(tally.ties)) /
-         static_cast<double>(tally.cases);
-}
-
-std::span<const int, 2> HandOf(const int* hand) { return std::span<const int, 2>(hand, 2); }
-
-std::span<const Combination> HoldingsOf(const Spec& spec) {
-  return {spec.combinations().begin(), spec.combinations().end()};
-}
 
 // Random boards: each trial completes the known cards to `cards` board cards and judges the whole
 // range on it. Known cards beyond that number are dead but not on the board.
@@ -58,54 +43,19 @@ double Sample(const int* hand, std::span<const int> known, int cards, const Spec
     }
     judge.Judge(judged, dead, tally);
   }
-  return Share(tally);
+  return ShareOf(tally);
 }
 
 double CountShare(const int* hand, std::span<const int> board, Street street, const Spec& spec) {
-  return Share(CountAgainst(HandOf(hand), HoldingsOf(spec), board, street));
+  return ShareOf(CountAgainst(Deck::kFull, HandOf(hand), HoldingsOf(spec), board, street));
 }
-
-// Opponents of a hand on an empty board: those whose matchup an equity table knows are summed up,
-// the others are gathered to be counted.
-class CachedOpponents {
- public:
-  CachedOpponents(const int* hand, const Spec& spec,
-                  const std::map<PokerLogic::MatchupKey, int>& table, Street street)
-      : groups_(EmptyBoardCounts(BestIsa(), Deck::kFull, street), HandOf(hand)) {
-    const int key = HandKey(hand[0], hand[1]);
-    for (const Combination& cards : spec.combinations()) {
-      const auto& [first, second] = cards;
-      if (first == hand[0] || first == hand[1] || second == hand[0] || second == hand[1]) continue;
-      const auto entry = table.empty() ? table.end() : table.find({key, HandKey(first, second)});
-      if (entry == table.end()) {
-        groups_.Add(cards);
-      } else {
-        known_.ties += entry->second;  // half wins
-        known_.cases += BoardsOf(street);
-      }
-    }
-    for (int rank_class = 0; rank_class < kRankClasses; ++rank_class) {
-      if (groups_.Has(rank_class)) classes_.push_back(rank_class);
-    }
-  }
-
-  const Tally& known() const { return known_; }
-  /// How many counts there are to be made, and one of them.
-  int Size() const { return static_cast<int>(classes_.size()); }
-  Tally Count(int index) const { return groups_.Count(classes_[static_cast<std::size_t>(index)]); }
-
- private:
-  OpponentGroups groups_;
-  Tally known_;
-  std::vector<int> classes_;
-};
 
 }  // namespace
 
 Tally HoldemHandVsRange(std::span<const int, 2> hand, const Spec& range, std::span<const int> board,
                         Street street) {
   if (board.size() > static_cast<std::size_t>(street)) return {};
-  return CountAgainst(hand, HoldingsOf(range), board, street);
+  return CountAgainst(Deck::kFull, hand, HoldingsOf(range), board, street);
 }
 
 std::vector<HandTally> HoldemEveryHandVsRange(const Spec& range, std::span<const int> board,
@@ -136,16 +86,10 @@ double PokerLogic::getProbabilityOfWinBySpectr(int* hand, int* board, int boardC
 }
 
 double PokerLogic::getProbabilityOfWinBySpectrWithNoBoard(int* hand, const Spec& spec) const {
-  const pokermath::CachedOpponents opponents(hand, spec, equityTable, pokermath::Street::kRiver);
-  const int count = opponents.Size();
-  std::vector<pokermath::Tally> tallies(static_cast<std::size_t>(count));
-  omp_set_dynamic(1);
-  // Every index writes its own slot only, so the result does not depend on the workers.
-#pragma omp parallel for schedule(static)
-  for (int i = 0; i < count; ++i) tallies[static_cast<std::size_t>(i)] = opponents.Count(i);
-  pokermath::Tally all = opponents.known();
-  for (const pokermath::Tally& tally : tallies) all += tally;
-  return pokermath::Share(all);
+  using namespace pokermath;
+  return ShareOf(
+      CachedOpponents(Deck::kFull, HandOf(hand), HoldingsOf(spec), equityTable, Street::kRiver)
+          .CountInParallel());
 }
 
 double PokerLogic::getProbabilityOfWinBySpectrWithFlop(int* hand, int* board,
@@ -177,10 +121,10 @@ double PokerLogic::getProbabilityOfWinBySpectrWithNoBoardToFlop(int* hand, const
 }
 
 double PokerLogic::getProbabilityOfWinBySpectrWithNoBoardToTurn(int* hand, const Spec& spec) const {
-  const pokermath::CachedOpponents opponents(hand, spec, equityTurnTable, pokermath::Street::kTurn);
-  pokermath::Tally all = opponents.known();
-  for (int i = 0; i < opponents.Size(); ++i) all += opponents.Count(i);
-  return pokermath::Share(all);
+  using namespace pokermath;
+  return ShareOf(
+      CachedOpponents(Deck::kFull, HandOf(hand), HoldingsOf(spec), equityTurnTable, Street::kTurn)
+          .Count());
 }
 
 double PokerLogic::getProbabilityOfWinBySpectrWithFlopToTurn(int* hand, int* board,

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <map>
 
+#include "equity/equity_files.h"
 #include "equity/kernels/all_matchups.h"
 #include "equity/matchups.h"
 #include "platform/files.h"
@@ -21,8 +22,6 @@ static_assert(sizeof(EquityRecord) == 12 && std::endian::native == std::endian::
               "the files hold records as they are in memory");
 
 namespace {
-
-using EquityTable = std::map<PokerLogic::MatchupKey, int>;
 
 // Calls visit(a, b, c, d) for every ordered matchup of disjoint hands (a, b) and (c, d), a < b and
 // c < d, in key order, while it returns true.
@@ -56,7 +55,9 @@ void AddRecord(const EquityRecord& record, EquityTable& table) {
 
 constexpr std::size_t kRecordsRead = 1 << 14;
 
-int LoadTable(const CString& name, EquityTable& table) {
+}  // namespace
+
+int LoadEquityTable(const CString& name, EquityTable& table) {
   const std::string path = ToUtf8(name);
   if (!PathExists(path)) {
     ShowMessage(L"You need to download file " + name);
@@ -74,6 +75,8 @@ int LoadTable(const CString& name, EquityTable& table) {
   }
   return 1;
 }
+
+namespace {
 
 // Writes the entries above 0; calls skipped(record) for the others.
 template <typename Skipped>
@@ -202,8 +205,10 @@ int PokerLogic::save_equity_turn_table(CString path) {
   return 1;
 }
 
-int PokerLogic::load_equity_table(CString path) { return pokermath::LoadTable(path, equityTable); }
+int PokerLogic::load_equity_table(CString path) {
+  return pokermath::LoadEquityTable(path, equityTable);
+}
 
 int PokerLogic::load_equity_turn_table(CString path) {
-  return pokermath::LoadTable(path, equityTurnTable);
+  return pokermath::LoadEquityTable(path, equityTurnTable);
 }

@@ -21,6 +21,12 @@ constexpr RankSet AbsentRanks(Deck deck) {
   return static_cast<RankSet>((1u << LowestRank(deck)) - 1);
 }
 
+/// The cards that are not in a deck, as bits.
+constexpr std::uint64_t AbsentCards(Deck deck) {
+  return std::uint64_t{AbsentRanks(deck)} *
+         (1 | std::uint64_t{1} << 13 | std::uint64_t{1} << 26 | std::uint64_t{1} << 39);
+}
+
 /// Values of five to seven cards by the sum of their rank keys, and of flushes; larger is better.
 template <Deck deck>
 struct DeckValues {

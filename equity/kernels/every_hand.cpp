@@ -179,7 +179,8 @@ std::vector<HandTally> CountEveryHand(std::span<const Combination> opponents,
       for (int card2 = card1 + 1; card2 < 52; ++card2) {
         if (((Bit(card1) | Bit(card2)) & taken) != 0) continue;
         const int hand[2] = {card1, card2};
-        hands.push_back({{card1, card2}, CountAgainst(hand, opponents, board, street)});
+        hands.push_back(
+            {{card1, card2}, CountAgainst(Deck::kFull, hand, opponents, board, street)});
       }
     }
   }

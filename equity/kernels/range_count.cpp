@@ -10,6 +10,7 @@
 #include "equity/kernels/matchup.h"
 #include "equity/kernels/runouts.h"
 #include "platform/isa.h"
+#include "pokermath/evaluators.h"
 
 namespace pokermath {
 
@@ -108,31 +109,60 @@ Tally CountGroups(const ShowdownCounts& counts, std::span<const int, 2> hand,
   return groups.Count();
 }
 
+// Judges holdings on one complete short-deck board.
+Tally JudgeShortDeck(std::span<const int, 2> hand, std::span<const Combination> opponents,
+                     std::span<const int> board, std::uint64_t taken) {
+  const int count = 2 + static_cast<int>(board.size());
+  const auto value = [&](int card1, int card2) {
+    int cards[7] = {card1, card2};
+    std::ranges::copy(board, cards + 2);
+    return EvaluateShortDeck(cards, count);
+  };
+  const int hero = value(hand[0], hand[1]);
+  Tally tally;
+  for (const auto& [first, second] : opponents) {
+    if (((Bit(first) | Bit(second)) & taken) != 0) continue;
+    const int other = value(first, second);
+    tally.wins += hero > other ? 1 : 0;
+    tally.ties += hero == other ? 1 : 0;
+    ++tally.cases;
+  }
+  return tally;
+}
+
 }  // namespace
 
-Tally CountAgainst(std::span<const int, 2> hand, std::span<const Combination> opponents,
+Tally CountAgainst(Deck deck, std::span<const int, 2> hand, std::span<const Combination> opponents,
                    std::span<const int> board, Street street) {
   const auto cards = static_cast<std::size_t>(street);
-  const std::uint64_t taken = Bits(hand) | Bits(board);
-  if (board.empty()) {
-    return CountGroups(EmptyBoardCounts(BestIsa(), Deck::kFull, street), hand, opponents, taken);
-  }
-  Tally tally;
+  const std::uint64_t known = Bits(hand) | Bits(board);
+  const std::uint64_t taken = known | AbsentCards(deck);
   if (board.size() == cards) {
+    if (deck == Deck::kShort) return JudgeShortDeck(hand, opponents, board, taken);
+    Tally tally;
     BoardJudge(hand, opponents).Judge(board, 0, tally);
-  } else if (board.size() >= 3) {
-    tally = CountGroups(Runouts(BestIsa(), Deck::kFull, board, static_cast<int>(street)), hand,
-                        opponents, taken);
-  } else {
-    // Every board comes about as often as three of its cards can be dealt first.
-    std::vector<int> flop(board.begin(), board.end());
-    Deal(flop, 3, taken, 0, [&] { tally += CountAgainst(hand, opponents, flop, street); });
-    const int times =
-        Choose(static_cast<int>(cards - board.size()), static_cast<int>(3 - board.size()));
-    tally.wins /= times;
-    tally.ties /= times;
-    tally.cases /= times;
+    return tally;
   }
+  // A hand or a board with a card that is not in the deck is judged board by board.
+  const bool can_count = (known & AbsentCards(deck)) == 0;
+  if (can_count && board.empty()) {
+    return CountGroups(EmptyBoardCounts(BestIsa(), deck, street), hand, opponents, taken);
+  }
+  if (can_count && board.size() >= 3) {
+    return CountGroups(Runouts(BestIsa(), deck, board, static_cast<int>(street)), hand, opponents,
+                       taken);
+  }
+  // Every board comes about as often as the cards that are dealt here can be chosen from it.
+  const std::size_t dealt_to = can_count ? 3 : cards;
+  std::vector<int> longer(board.begin(), board.end());
+  Tally tally;
+  Deal(longer, dealt_to, taken, 0,
+       [&] { tally += CountAgainst(deck, hand, opponents, longer, street); });
+  const int times =
+      Choose(static_cast<int>(cards - board.size()), static_cast<int>(dealt_to - board.size()));
+  tally.wins /= times;
+  tally.ties /= times;
+  tally.cases /= times;
   return tally;
 }
 

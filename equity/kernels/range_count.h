@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <span>
 
+#include "equity/kernels/decks.h"
 #include "equity/kernels/showdown_counts.h"
 #include "pokermath/combination_set.h"
 #include "pokermath/equity.h"
@@ -46,8 +47,10 @@ class OpponentGroups {
 
 /// Counts a hand against holdings over every way to complete a board.
 ///
-/// @param board  0 up to the street's number of cards
-Tally CountAgainst(std::span<const int, 2> hand, std::span<const Combination> opponents,
+/// @param hand   two cards of the deck or, of a short deck, any: less than six is worth nothing
+/// @param board  0 up to the street's number of cards, likewise
+/// Holdings with a card that is not in the deck are left out.
+Tally CountAgainst(Deck deck, std::span<const int, 2> hand, std::span<const Combination> opponents,
                    std::span<const int> board, Street street);
 
 }  // namespace pokermath

@@ -9,8 +9,76 @@
 #include <vector>
 
 #include "pokermath/export.h"
+#include "pokermath/text.h"
 
 class Spec;
+
+// --- short deck: 36 cards, six to ace; a flush beats a full house, three of a kind a straight ---
+//
+// Hands are two card codes, boards up to five, every number a share of the pot, 0.0 .. 1.0, a tie
+// as one half. Holdings of a range that share a card with the hand or the board, or hold a card
+// below six, are left out; a range that is wholly left out gives not a number. Exact functions need
+// no table and take microseconds. All may run in several threads at once, as long as nothing is
+// loaded meanwhile; those that sample draw from rand(), which is the process's own.
+
+/// Estimate against one range for each of 1 to 9 opponents, over `trials` random deals; a pot
+/// shared with k others counts 1/(k+1).
+///
+/// Of each range the holdings up to the first one that shares a card with the hand or the board
+/// take part, in the order of the range. A deal that leaves an opponent no free holding is dealt
+/// again.
+/// @param boardCount  0..5
+/// @param specs       one range for each opponent
+/// @return 0.0 for counts out of range, without trials, if no deal is possible, and if
+///         "six-plus-7.bin" cannot be loaded from the current directory
+POKERMATH_EXPORT double getProbabilityOfWinHoldem6PlusCommon(int* hand, int* board, int boardCount,
+                                                             Spec* specs, int opponents,
+                                                             int& trials);
+
+/// Exact, over the 201,376 five-card boards that two hands leave.
+///
+/// @param wins    out: boards won by hand1, a tie as 0.5
+/// @param boards  out: boards counted
+POKERMATH_EXPORT void getProbabilityOfWinWithNoBoard6Plus(int* hand1, int* hand2, double& wins,
+                                                          double& boards);
+/// The same, answered from the table that load_equity_table_6Plus loads where it holds the matchup
+/// in this order. Always returns 1.
+POKERMATH_EXPORT int GetWinHandVsHand6Plus(int* hand1, int* hand2, double& wins, double& boards);
+/// Adds the records of a file, as PokerLogic::load_equity_table, to the short-deck table of the
+/// process. Returns 1; 0 with a message when there is no such file.
+POKERMATH_EXPORT int load_equity_table_6Plus(CString path);
+
+/// To the river: exact for 0, 3, 4 and 5 board cards; 0.0 for another count.
+POKERMATH_EXPORT double getProbabilityOfWinBySpectr6Plus(int* hand, int* board, int boardCount,
+                                                         const Spec& spec);
+/// From an empty board, by GetWinHandVsHand6Plus for each holding; shared out among OpenMP's
+/// workers.
+POKERMATH_EXPORT double getProbabilityOfWinBySpectrWithNoBoard6Plus(int* hand, const Spec& spec);
+/// From three board cards, and from four.
+POKERMATH_EXPORT double getProbabilityOfWinBySpectrWithFlop6Plus(int* hand, int* board,
+                                                                 const Spec& spec);
+POKERMATH_EXPORT double getProbabilityOfWinBySpectrWithFlopAndTurn6Plus(int* hand, int* board,
+                                                                        const Spec& spec);
+
+/// To the flop, hands of five cards: from an empty board, or on the first three of 3 to 5 cards;
+/// 0.0 for another count.
+POKERMATH_EXPORT double getProbabilityOfWinBySpectrToFlop6Plus(int* hand, int* board,
+                                                               int boardCount, const Spec& spec);
+POKERMATH_EXPORT double getProbabilityOfWinBySpectrWithNoBoardToFlop6Plus(int* hand,
+                                                                          const Spec& spec);
+POKERMATH_EXPORT double getProbabilityOfWinBySpectrWithFlopToFlop6Plus(int* hand, int* board,
+                                                                       const Spec& spec);
+
+/// To the turn, hands of six cards: from an empty board, from three cards, or on the first four of
+/// 4 or 5; 0.0 for another count.
+POKERMATH_EXPORT double getProbabilityOfWinBySpectrToTurn6Plus(int* hand, int* board,
+                                                               int boardCount, const Spec& spec);
+POKERMATH_EXPORT double getProbabilityOfWinBySpectrWithNoBoardToTurn6Plus(int* hand,
+                                                                          const Spec& spec);
+POKERMATH_EXPORT double getProbabilityOfWinBySpectrWithFlopToTurn6Plus(int* hand, int* board,
+                                                                       const Spec& spec);
+POKERMATH_EXPORT double getProbabilityOfWinBySpectrWithTurnToTurn6Plus(int* hand, int* board,
+                                                                       const Spec& spec);
 
 namespace pokermath {
 
@@ -68,6 +136,15 @@ POKERMATH_EXPORT Tally HoldemHandVsHand(std::span<const int, 2> hand1,
 POKERMATH_EXPORT Tally HoldemHandVsRange(std::span<const int, 2> hand, const Spec& range,
                                          std::span<const int> board = {},
                                          Street street = Street::kRiver);
+
+/// The same counts for the short deck; all cards six and better.
+POKERMATH_EXPORT Tally ShortDeckHandVsHand(std::span<const int, 2> hand1,
+                                           std::span<const int, 2> hand2,
+                                           std::span<const int> board = {},
+                                           Street street = Street::kRiver);
+POKERMATH_EXPORT Tally ShortDeckHandVsRange(std::span<const int, 2> hand, const Spec& range,
+                                            std::span<const int> board = {},
+                                            Street street = Street::kRiver);
 
 /// A hand's two card codes, the lower one first, and its count.
 struct HandTally {

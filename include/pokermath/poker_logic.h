@@ -215,6 +215,18 @@ class POKERMATH_EXPORT PokerLogic {
   /// From three board cards to the turn.
   double getProbabilityOfWinBySpectrWithFlopToTurn(int* hand, int* board, const Spec& spec) const;
 
+  // --- short deck; free functions for it are in equity.h ---
+
+  /// As getProbabilityOfWin with the 36 cards of the short deck. Values come from "six-plus-7.bin",
+  /// which is loaded from the current directory unless it is loaded; 0.0 if it cannot be.
+  double getProbabilityOfWinHoldem6Plus(int* hand, int* board, int boardCount, int players);
+  /// Exact chance against a random hand before the flop; the 112,971,936 cases of opponent and
+  /// board are counted, not dealt.
+  ///
+  /// @param count    out: cases
+  /// @param elapsed  out: time taken in milliseconds
+  double RiverEquityHandVsRandomOnPreFlop6Plus(int* hand, int& count, int& elapsed) const;
+
   // --- data, in the order that hosts know ---
 
   CPokerDeck deck;

@@ -1,0 +1,312 @@
+// Short-deck equity: the calculations of Hold'em with 36 cards.
+
+#include <array>
+#include <chrono>
+#include <optional>
+#include <unordered_set>
+
+#include "equity/cached_opponents.h"
+#include "equity/equity_files.h"
+#include "equity/kernels/matchup.h"
+#include "equity/kernels/range_count.h"
+#include "equity/kernels/trials.h"
+#include "equity/matchups.h"
+#include "equity/shares.h"
+#include "eval/state_machines.h"
+#include "pokermath/equity.h"
+#include "pokermath/poker_logic.h"
+
+namespace pokermath {
+namespace {
+
+constexpr int kShortDeckBoards = 201376;
+
+// The 36 card codes, rising.
+constexpr auto kShortDeckCards = [] {
+  std::array<int, 36> cards{};
+  std::size_t size = 0;
+  for (int card = 0; card < 52; ++card) {
+    if (card % 13 >= kLowestShortDeckCard) cards[size++] = card;
+  }
+  return cards;
+}();
+
+int CardAt(int index) { return kShortDeckCards[static_cast<std::size_t>(index)]; }
+
+bool HoldsAbsentCard(std::span<const int> cards) {
+  return (Bits(cards) & AbsentCards(Deck::kShort)) != 0;
+}
+
+double CountShare(const int* hand, std::span<const int> board, Street street, const Spec& spec) {
+  return ShareOf(CountAgainst(Deck::kShort, HandOf(hand), HoldingsOf(spec), board, street));
+}
+
+// A hand with a card that is not in the deck is worth nothing: it ties with its like and loses to
+// any other on every board that can be dealt.
+Tally CountAbsent(std::span<const int, 2> hand1, std::span<const int, 2> hand2) {
+  const std::uint64_t dealt = (Bits(hand1) | Bits(hand2)) & ~AbsentCards(Deck::kShort);
+  Tally tally{.cases = Choose(36 - __builtin_popcountll(dealt), 5)};
+  if (HoldsAbsentCard(hand1) && HoldsAbsentCard(hand2)) {
+    tally.ties = tally.cases;
+  } else if (HoldsAbsentCard(hand2)) {
+    tally.wins = tally.cases;
+  }
+  return tally;
+}
+
+Tally CountPair(std::span<const int, 2> hand1, std::span<const int, 2> hand2) {
+  if (HoldsAbsentCard(hand1) || HoldsAbsentCard(hand2)) return CountAbsent(hand1, hand2);
+  return CountMatchup(BestIsa(), Deck::kShort, hand1.data(), hand2.data(), Street::kRiver);
+}
+
+// The holdings of an opponent, one of which is drawn for each deal.
+struct Opponent {
+  std::vector<Combination> holdings;
+  EasyRandom random{0, 1};
+
+  // Draws a holding that is free, false if there is none.
+  bool Draw(std::uint64_t used, Combination& drawn) {
+    constexpr int kPatience = 100;
+    const auto is_free = [used](const Combination& cards) { return (Bits(cards) & used) == 0; };
+    for (int draws = 0;; ++draws) {
+      drawn = holdings[static_cast<std::size_t>(random.DrawRandomNumber())];
+      if (is_free(drawn)) return true;
+      if (draws == kPatience && std::ranges::none_of(holdings, is_free)) return false;
+    }
+  }
+};
+
+// Leading run of the holdings that share no card with the known ones; holdings of other decks are
+// passed over.
+std::vector<Combination> LeadingRun(const Spec& spec, std::uint64_t known) {
+  std::vector<Combination> run;
+  for (const Combination& cards : spec.combinations()) {
+    if ((Bits(cards) & AbsentCards(Deck::kShort)) != 0) continue;
+    if ((Bits(cards) & known) != 0) break;
+    run.push_back(cards);
+  }
+  return run;
+}
+
+// Whether all opponents from one on can hold cards at the same time; `failed` remembers which cards
+// were tried in vain.
+bool CanAllHold(std::span<const Opponent> opponents, std::uint64_t used,
+                std::unordered_set<std::uint64_t>& failed) {
+  if (opponents.empty()) return true;
+  // The number of opponents left follows from the number of cards.
+  if (failed.contains(used)) return false;
+  for (const Combination& cards : opponents[0].holdings) {
+    if ((Bits(cards) & used) == 0 && CanAllHold(opponents.subspan(1), used | Bits(cards), failed)) {
+      return true;
+    }
+  }
+  failed.insert(used);
+  return false;
+}
+
+// A deal to a hand, its board and its opponents: 0 when the hand loses, else how many share the
+// pot; nothing when an opponent had no free holding.
+std::optional<int> Deal(std::array<int, 7> hero, int known, std::uint64_t used,
+                        EasyRandom& board_random, std::span<Opponent> opponents) {
+  for (int i = known; i < 5; ++i) {
+    int card;
+    do {
+      card = CardAt(board_random.DrawRandomNumber());
+    } while ((used >> card & 1) != 0);
+    hero[static_cast<std::size_t>(2 + i)] = card;
+    used |= Bit(card);
+  }
+  const int value = eval_rank7_via_fsm7(hero.data());
+  std::array<int, 7> other = hero;
+  int sharers = 1;
+  for (Opponent& opponent : opponents) {
+    Combination cards;
+    if (!opponent.Draw(used, cards)) return std::nullopt;
+    used |= Bits(cards);
+    other[0] = cards.first;
+    other[1] = cards.second;
+    const int other_value = eval_rank7_via_fsm7(other.data());
+    if (other_value > value) return 0;
+    sharers += other_value == value ? 1 : 0;
+  }
+  return sharers;
+}
+
+}  // namespace
+
+Tally ShortDeckHandVsHand(std::span<const int, 2> hand1, std::span<const int, 2> hand2,
+                          std::span<const int> board, Street street) {
+  if (board.size() > static_cast<std::size_t>(street)) return {};
+  const Combination opponent(hand2[0], hand2[1]);
+  return CountAgainst(Deck::kShort, hand1, {&opponent, 1}, board, street);
+}
+
+Tally ShortDeckHandVsRange(std::span<const int, 2> hand, const Spec& range,
+                           std::span<const int> board, Street street) {
+  if (board.size() > static_cast<std::size_t>(street)) return {};
+  return CountAgainst(Deck::kShort, hand, HoldingsOf(range), board, street);
+}
+
+}  // namespace pokermath
+
+double PokerLogic::getProbabilityOfWinHoldem6Plus(int* hand, int* board, int boardCount,
+                                                  int players) {
+  if (boardCount < 0 || boardCount > 5 || players < 2 || players > 10) return 0.0;
+  if (load_fsm7() == 0 || trialCount < 1) return 0.0;
+  random.SetInterval(0, 35);
+  pokermath::Trials<eval_rank7_via_fsm7> trials(
+      pokermath::HandOf(hand), {board, static_cast<std::size_t>(boardCount)}, players);
+  const auto draw = [this] { return pokermath::CardAt(random.DrawRandomNumber()); };
+  double sum = 0.0;
+  for (int i = 0; i < trialCount; ++i) {
+    const int sharers = trials.Deal(draw);
+    if (sharers > 0) sum += 1.0 / sharers;
+  }
+  return sum / trialCount;
+}
+
+double PokerLogic::RiverEquityHandVsRandomOnPreFlop6Plus(int* hand, int& count,
+                                                         int& elapsed) const {
+  using namespace pokermath;
+  using Clock = std::chrono::steady_clock;
+  const Clock::time_point start = Clock::now();
+  std::vector<Combination> holdings;
+  for (std::size_t i = 0; i < kShortDeckCards.size(); ++i) {
+    for (std::size_t j = i + 1; j < kShortDeckCards.size(); ++j) {
+      holdings.emplace_back(kShortDeckCards[i], kShortDeckCards[j]);
+    }
+  }
+  const Tally tally = CountAgainst(Deck::kShort, HandOf(hand), holdings, {}, Street::kRiver);
+  count = static_cast<int>(tally.cases);
+  elapsed = static_cast<int>(
+      std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count());
+  return ShareOf(tally);
+}
+
+double getProbabilityOfWinHoldem6PlusCommon(int* hand, int* board, int boardCount, Spec* specs,
+                                            int opponents, int& trials) {
+  using namespace pokermath;
+  if (boardCount < 0 || boardCount > 5 || opponents < 1 || opponents > 9 || trials < 1) return 0.0;
+  if (::load_fsm7() == 0) return 0.0;
+  std::array<int, 7> hero = {hand[0], hand[1]};
+  std::copy(board, board + boardCount, hero.begin() + 2);
+  const std::uint64_t known = Bits(std::span(hero).first(static_cast<std::size_t>(2 + boardCount)));
+  std::vector<Opponent> players(static_cast<std::size_t>(opponents));
+  for (std::size_t i = 0; i < players.size(); ++i) {
+    players[i].holdings = LeadingRun(specs[i], known);
+    if (players[i].holdings.empty()) return 0.0;
+    players[i].random.SetInterval(0, static_cast<int>(players[i].holdings.size()) - 1);
+    players[i].random.SetTimerSeed();
+  }
+  std::unordered_set<std::uint64_t> failed;
+  if (!CanAllHold(players, known, failed)) return 0.0;
+
+  EasyRandom board_random(0, 35);
+  double sum = 0.0;
+  for (int trial = 0; trial < trials;) {
+    const std::optional<int> sharers = Deal(hero, boardCount, known, board_random, players);
+    if (!sharers) continue;
+    if (*sharers > 0) sum += 1.0 / *sharers;
+    ++trial;
+  }
+  return sum / trials;
+}
+
+void getProbabilityOfWinWithNoBoard6Plus(int* hand1, int* hand2, double& wins, double& boards) {
+  using namespace pokermath;
+  const Tally tally = CountPair(HandOf(hand1), HandOf(hand2));
+  wins = WinsOf(tally);
+  boards = static_cast<double>(tally.cases);
+}
+
+int GetWinHandVsHand6Plus(int* hand1, int* hand2, double& wins, double& boards) {
+  using namespace pokermath;
+  const auto& table = ShortDeckTables().equity;
+  boards = kShortDeckBoards;
+  const auto entry = table.find({HandKey(hand1[0], hand1[1]), HandKey(hand2[0], hand2[1])});
+  if (entry != table.end()) {
+    wins = entry->second * 0.5;
+  } else if (AreTwins(hand1, hand2)) {
+    wins = boards / 2;
+  } else {
+    getProbabilityOfWinWithNoBoard6Plus(hand1, hand2, wins, boards);
+  }
+  return 1;
+}
+
+int load_equity_table_6Plus(CString path) {
+  return pokermath::LoadEquityTable(path, pokermath::ShortDeckTables().equity);
+}
+
+double getProbabilityOfWinBySpectr6Plus(int* hand, int* board, int boardCount, const Spec& spec) {
+  switch (boardCount) {
+    case 0:
+      return getProbabilityOfWinBySpectrWithNoBoard6Plus(hand, spec);
+    case 3:
+      return getProbabilityOfWinBySpectrWithFlop6Plus(hand, board, spec);
+    case 4:
+      return getProbabilityOfWinBySpectrWithFlopAndTurn6Plus(hand, board, spec);
+    case 5:
+      return pokermath::CountShare(hand, {board, 5}, pokermath::Street::kRiver, spec);
+    default:
+      return 0.0;
+  }
+}
+
+double getProbabilityOfWinBySpectrWithNoBoard6Plus(int* hand, const Spec& spec) {
+  using namespace pokermath;
+  if (HoldsAbsentCard(HandOf(hand))) return CountShare(hand, {}, Street::kRiver, spec);
+  return ShareOf(CachedOpponents(Deck::kShort, HandOf(hand), HoldingsOf(spec),
+                                 ShortDeckTables().equity, Street::kRiver)
+                     .CountInParallel());
+}
+
+double getProbabilityOfWinBySpectrWithFlop6Plus(int* hand, int* board, const Spec& spec) {
+  return pokermath::CountShare(hand, {board, 3}, pokermath::Street::kRiver, spec);
+}
+
+double getProbabilityOfWinBySpectrWithFlopAndTurn6Plus(int* hand, int* board, const Spec& spec) {
+  return pokermath::CountShare(hand, {board, 4}, pokermath::Street::kRiver, spec);
+}
+
+double getProbabilityOfWinBySpectrToFlop6Plus(int* hand, int* board, int boardCount,
+                                              const Spec& spec) {
+  if (boardCount == 0) return getProbabilityOfWinBySpectrWithNoBoardToFlop6Plus(hand, spec);
+  if (boardCount < 3 || boardCount > 5) return 0.0;
+  return getProbabilityOfWinBySpectrWithFlopToFlop6Plus(hand, board, spec);
+}
+
+double getProbabilityOfWinBySpectrWithNoBoardToFlop6Plus(int* hand, const Spec& spec) {
+  return pokermath::CountShare(hand, {}, pokermath::Street::kFlop, spec);
+}
+
+double getProbabilityOfWinBySpectrWithFlopToFlop6Plus(int* hand, int* board, const Spec& spec) {
+  return pokermath::CountShare(hand, {board, 3}, pokermath::Street::kFlop, spec);
+}
+
+double getProbabilityOfWinBySpectrToTurn6Plus(int* hand, int* board, int boardCount,
+                                              const Spec& spec) {
+  switch (boardCount) {
+    case 0:
+      return getProbabilityOfWinBySpectrWithNoBoardToTurn6Plus(hand, spec);
+    case 3:
+      return getProbabilityOfWinBySpectrWithFlopToTurn6Plus(hand, board, spec);
+    case 4:
+    case 5:
+      return getProbabilityOfWinBySpectrWithTurnToTurn6Plus(hand, board, spec);
+    default:
+      return 0.0;
+  }
+}
+
+double getProbabilityOfWinBySpectrWithNoBoardToTurn6Plus(int* hand, const Spec& spec) {
+  return pokermath::CountShare(hand, {}, pokermath::Street::kTurn, spec);
+}
+
+double getProbabilityOfWinBySpectrWithFlopToTurn6Plus(int* hand, int* board, const Spec& spec) {
+  return pokermath::CountShare(hand, {board, 3}, pokermath::Street::kTurn, spec);
+}
+
+double getProbabilityOfWinBySpectrWithTurnToTurn6Plus(int* hand, int* board, const Spec& spec) {
+  return pokermath::CountShare(hand, {board, 4}, pokermath::Street::kTurn, spec);
+}
