@@ -185,7 +185,8 @@ BENCHMARK(BM_Trials)->ArgName("players")->Arg(2)->Arg(6)->Unit(benchmark::kMilli
 
 void BM_AllMatchups(benchmark::State& state) {
   for (auto _ : state) {
-    benchmark::DoNotOptimize(AllEquityRecords(static_cast<Street>(state.range(0)), {}));
+    benchmark::DoNotOptimize(
+        AllEquityRecords(Deck::kFull, static_cast<Street>(state.range(0)), {}));
   }
 }
 BENCHMARK(BM_AllMatchups)->ArgName("board")->Arg(4)->Arg(5)->Unit(benchmark::kMillisecond);

@@ -10,6 +10,8 @@
 #include <bit>
 #include <cerrno>
 #include <cstddef>
+#include <initializer_list>
+#include <memory>
 #include <vector>
 
 #include "cli/errors.h"
@@ -19,6 +21,7 @@
 #include "equity/holdem_tables.h"
 #include "equity/matchups.h"
 #include "eval/hand_ranks_builder.h"
+#include "eval/state_tables.h"
 #include "platform/files.h"
 
 namespace pokermath::cli {
@@ -26,13 +29,6 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little, "the files are little-endian");
 static_assert(sizeof(EquityRecord) == 12);
-
-constexpr TableFile kTables[3] = {
-    {"hand-ranks", "VarnholtHR.dat", kHandRanksBytes, 0x7808da57},
-    {"river-equity", "holdem-river-equity.bin", kMatchups * sizeof(EquityRecord), 0x85b22b4d},
-    {"turn-equity", "holdem-turn-equity.bin", kMatchups * sizeof(EquityRecord), 0xebb462ff}};
-constexpr const TableFile* kHandRanksTable = &kTables[0];
-constexpr const TableFile* kTurnTable = &kTables[2];
 
 constexpr std::size_t kPieceBytes = std::size_t{1} << 20;
 constexpr auto kPatience = std::chrono::milliseconds(300);
@@ -67,14 +63,16 @@ std::string HandRanksFault(const std::string& path) {
 }
 
 // Walks through all matchups in key order beside the records. A fault is named with its record.
-std::string EquityFault(const std::string& path, std::int32_t boards) {
-  std::vector<EquityRecord> records(kMatchups);
-  if (!ReadFile(path, records.data(), kMatchups * sizeof(EquityRecord))) {
+std::string EquityFault(const std::string& path, Deck deck, std::size_t matchups, int boards) {
+  std::vector<EquityRecord> records(matchups);
+  if (!ReadFile(path, records.data(), matchups * sizeof(EquityRecord))) {
     return "it cannot be read to its end";
   }
   std::vector<std::int32_t> keys;
   for (int low = 0; low < 52; ++low) {
-    for (int high = low + 1; high < 52; ++high) keys.push_back(low * 64 + high);
+    for (int high = low + 1; high < 52; ++high) {
+      if (std::min(low % 13, high % 13) >= LowestRank(deck)) keys.push_back(low * 64 + high);
+    }
   }
   const auto share_card = [](std::int32_t a, std::int32_t b) {
     return a / 64 == b / 64 || a / 64 == b % 64 || a % 64 == b / 64 || a % 64 == b % 64;
@@ -96,15 +94,37 @@ std::string EquityFault(const std::string& path, std::int32_t boards) {
   return "";
 }
 
-std::string Fault(const TableFile& table, const std::string& path) {
-  if (&table == kHandRanksTable) return HandRanksFault(path);
-  return EquityFault(path, BoardsOf(&table == kTurnTable ? Street::kTurn : Street::kRiver));
+std::string RiverEquityFault(const std::string& path) {
+  return EquityFault(path, Deck::kFull, kMatchups, BoardsOf(Street::kRiver));
 }
+
+std::string TurnEquityFault(const std::string& path) {
+  return EquityFault(path, Deck::kFull, kMatchups, BoardsOf(Street::kTurn));
+}
+
+std::string ShortDeckEquityFault(const std::string& path) {
+  return EquityFault(path, Deck::kShort, kShortDeckMatchups, kShortDeckBoards);
+}
+
+template <const StateFile& file>
+std::string StatesFault(const std::string& path) {
+  bool missing = false;
+  const std::unique_ptr<std::uint32_t[]> entries(LoadStates(file, path, missing));
+  return entries ? "" : "its header is not right or an entry leads out of the table";
+}
+
+using Parts = std::initializer_list<std::span<const std::byte>>;
 
 // Writes what has been worked out, unless it is not what it must be: nothing that does not verify
 // may take the place of a file.
-bool WriteTable(const TableFile& table, const std::string& path, std::span<const std::byte> bytes) {
-  if (bytes.size() != table.bytes || Crc32(0, bytes) != table.crc32) {
+bool WriteTable(const TableFile& table, const std::string& path, Parts parts) {
+  std::uint64_t length = 0;
+  std::uint32_t crc = 0;
+  for (const auto& part : parts) {
+    length += part.size();
+    crc = Crc32(crc, part);
+  }
+  if (length != table.bytes || crc != table.crc32) {
     throw Failure(fmt::format("{} came out wrong and was not written", table.name));
   }
   const auto check = [&path](bool good) {
@@ -112,31 +132,76 @@ bool WriteTable(const TableFile& table, const std::string& path, std::span<const
   };
   AtomicFile file(path);
   check(file.ok());
-  Progress progress(std::string("writing ") + table.file, static_cast<std::int64_t>(bytes.size()),
+  Progress progress(std::string("writing ") + table.file, static_cast<std::int64_t>(length),
                     "bytes", kPatience);
-  for (std::size_t done = 0; done < bytes.size();) {
-    if (StopRequested()) return false;
-    const auto piece = bytes.subspan(done, std::min(kPieceBytes, bytes.size() - done));
-    file.Write(piece.data(), piece.size());
-    check(file.ok());
-    done += piece.size();
-    progress.Update(static_cast<std::int64_t>(done));
+  std::int64_t written = 0;
+  for (const auto& part : parts) {
+    for (std::size_t done = 0; done < part.size();) {
+      if (StopRequested()) return false;
+      const auto piece = part.subspan(done, std::min(kPieceBytes, part.size() - done));
+      file.Write(piece.data(), piece.size());
+      check(file.ok());
+      done += piece.size();
+      written += static_cast<std::int64_t>(piece.size());
+      progress.Update(written);
+    }
   }
   check(file.Commit());
   return true;
 }
 
-bool BuildEquity(const TableFile& table, const std::string& path, Street street) {
+bool BuildHandRanksFile(const TableFile& table, const std::string& path) {
+  const HandRanks ranks = BuildHandRanks();
+  return WriteTable(table, path, {std::as_bytes(std::span(ranks.entries))});
+}
+
+template <Deck deck, Street street>
+bool BuildEquity(const TableFile& table, const std::string& path) {
   std::vector<EquityRecord> records;
   {
-    Progress progress(std::string("building ") + table.name, kMatchups, "matchups", kPatience);
-    records = AllEquityRecords(street, [&progress](std::int64_t done) {
+    Progress progress(std::string("building ") + table.name,
+                      static_cast<std::int64_t>(table.bytes / sizeof(EquityRecord)), "matchups",
+                      kPatience);
+    records = AllEquityRecords(deck, street, [&progress](std::int64_t done) {
       progress.Update(done);
       return !StopRequested();
     });
   }
-  return !StopRequested() && WriteTable(table, path, std::as_bytes(std::span(records)));
+  return !StopRequested() && WriteTable(table, path, {std::as_bytes(std::span(records))});
 }
+
+template <const StateFile& file>
+bool BuildStatesFile(const TableFile& table, const std::string& path) {
+  StateEntries entries;
+  {
+    Progress progress(std::string("building ") + table.name,
+                      static_cast<std::int64_t>(table.bytes) / (4 * file.shape.width), "rows",
+                      kPatience);
+    entries = BuildStates(file, [&progress](std::int64_t done) {
+      progress.Update(done);
+      return !StopRequested();
+    });
+  }
+  if (StopRequested()) return false;
+  const auto header = StateHeader(file, entries.size());
+  return WriteTable(table, path, {header, std::as_bytes(std::span(entries))});
+}
+
+constexpr TableFile kTables[] = {
+    {"hand-ranks", "VarnholtHR.dat", kHandRanksBytes, 0x7808da57, BuildHandRanksFile,
+     HandRanksFault},
+    {"river-equity", "holdem-river-equity.bin", kMatchups * sizeof(EquityRecord), 0x85b22b4d,
+     BuildEquity<Deck::kFull, Street::kRiver>, RiverEquityFault},
+    {"turn-equity", "holdem-turn-equity.bin", kMatchups * sizeof(EquityRecord), 0xebb462ff,
+     BuildEquity<Deck::kFull, Street::kTurn>, TurnEquityFault},
+    {"six-plus-5", "six-plus-5.bin", 248720, 0xc4c694ba, BuildStatesFile<kSixPlus5File>,
+     StatesFault<kSixPlus5File>},
+    {"six-plus-7", "six-plus-7.bin", 10538096, 0x37c18cb2, BuildStatesFile<kSixPlus7File>,
+     StatesFault<kSixPlus7File>},
+    {"six-plus-equity", "six-plus-equity.bin", kShortDeckMatchups * sizeof(EquityRecord),
+     0xfcc57c8b, BuildEquity<Deck::kShort, Street::kRiver>, ShortDeckEquityFault},
+    {"omaha7", "omaha7.bin", 311201108, 0xd197bccf, BuildStatesFile<kOmaha7File>,
+     StatesFault<kOmaha7File>}};
 
 }  // namespace
 
@@ -168,17 +233,9 @@ TableState CheckTable(const TableFile& table, const std::string& path) {
 TableState VerifyTable(const TableFile& table, const std::string& path) {
   TableState result = CheckTable(table, path);
   if (!result.crc32 || result.bytes != table.bytes) return result;
-  const std::string fault = Fault(table, path);
+  const std::string fault = table.fault(path);
   if (!fault.empty()) result.state = "damaged: " + fault;
   return result;
-}
-
-bool BuildTable(const TableFile& table, const std::string& path) {
-  if (&table != kHandRanksTable) {
-    return BuildEquity(table, path, &table == kTurnTable ? Street::kTurn : Street::kRiver);
-  }
-  const HandRanks ranks = BuildHandRanks();
-  return WriteTable(table, path, std::as_bytes(std::span(ranks.entries)));
 }
 
 }  // namespace pokermath::cli

@@ -16,6 +16,11 @@ struct TableFile {
   const char* file;
   std::uint64_t bytes;
   std::uint32_t crc32;
+  /// Works the table out and writes it: the file appears complete or not at all. False when it was
+  /// stopped by a signal; throws Failure when the file cannot be written.
+  bool (*build)(const TableFile& table, const std::string& path);
+  /// What is wrong with the entries of a file of the right length; empty when nothing is.
+  std::string (*fault)(const std::string& path);
 };
 
 /// Every table, in the order in which they are built and listed.
@@ -35,12 +40,6 @@ TableState CheckTable(const TableFile& table, const std::string& path);
 
 /// The same, and walks through the entries: says what is wrong with them.
 TableState VerifyTable(const TableFile& table, const std::string& path);
-
-/// Works a table out and writes it: the file appears complete or not at all.
-///
-/// @return false when it was stopped by a signal
-/// Throws Failure when the file cannot be written.
-bool BuildTable(const TableFile& table, const std::string& path);
 
 }  // namespace pokermath::cli
 

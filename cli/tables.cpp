@@ -21,7 +21,8 @@ namespace pokermath::cli {
 namespace {
 
 constexpr const char* kTablesHelp =
-    R"(Tables: hand-ranks, river-equity, turn-equity; without a name, all of them.
+    R"(Tables: hand-ranks, river-equity, turn-equity, six-plus-5, six-plus-7, six-plus-equity,
+omaha7; without a name, all of them (490 MB).
 Folder: --dir, else $POKERMATH_DATA, else $XDG_DATA_HOME/pokermath, else
 ~/.local/share/pokermath.
 
@@ -114,7 +115,7 @@ std::string ToText(const Line& line, std::string_view state) {
     size = Grouped(static_cast<std::int64_t>(*line.state.bytes)) + " bytes";
   }
   if (line.state.crc32) crc32 = "crc32 " + Crc32Text(*line.state.crc32);
-  return fmt::format("{:<12}  {:<23}  {:>17}  {:<16}  {}\n", line.table->name, line.table->file,
+  return fmt::format("{:<15}  {:<23}  {:>17}  {:<16}  {}\n", line.table->name, line.table->file,
                      size, crc32, state);
 }
 
@@ -151,7 +152,7 @@ Line BuildOne(const TableFile& table, const std::string& path, bool force) {
     TableState state = CheckTable(table, path);
     if (state.ok()) return {&table, state};
   }
-  if (!BuildTable(table, path)) {
+  if (!table.build(table, path)) {
     throw Failure(fmt::format("stopped before {} was written; finished tables stay", table.name));
   }
   return {&table, {"ok", table.bytes, table.crc32}, true};
@@ -189,8 +190,7 @@ void AddAction(CLI::App& tables, const char* name, const char* description,
                int (*run)(const Options&), int& exit_code) {
   auto options = std::make_shared<Options>();
   CLI::App* action = tables.add_subcommand(name, description);
-  action->add_option("NAME", options->names, "hand-ranks, river-equity, turn-equity [all]")
-      ->type_name("");
+  action->add_option("NAME", options->names, "Tables, by name [all]")->type_name("");
   CLI::Option* dir =
       action->add_option("--dir", options->dir, "Folder of the tables")->type_name("FOLDER");
   action->add_flag("--json", options->json, "Print a JSON object");

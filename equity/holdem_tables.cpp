@@ -26,15 +26,17 @@ namespace {
 // Calls visit(a, b, c, d) for every ordered matchup of disjoint hands (a, b) and (c, d), a < b and
 // c < d, in key order, while it returns true.
 template <typename Visit>
-void ForEachMatchup(Visit visit) {
+void ForEachMatchup(Deck deck, Visit visit) {
+  std::vector<std::pair<int, int>> hands;
   for (int a = 0; a < 51; ++a) {
     for (int b = a + 1; b < 52; ++b) {
-      for (int c = 0; c < 51; ++c) {
-        for (int d = c + 1; d < 52; ++d) {
-          if (c == a || c == b || d == a || d == b) continue;
-          if (!visit(a, b, c, d)) return;
-        }
-      }
+      if (((Bit(a) | Bit(b)) & AbsentCards(deck)) == 0) hands.emplace_back(a, b);
+    }
+  }
+  for (const auto& [a, b] : hands) {
+    for (const auto& [c, d] : hands) {
+      if (c == a || c == b || d == a || d == b) continue;
+      if (!visit(a, b, c, d)) return;
     }
   }
 }
@@ -132,13 +134,13 @@ int WriteReport(const CString& name, const EquityTable& table, Street street) {
   // Made under its own name, so that one can read along.
   NewFile file(ToUtf8(name));
   if (!file.ok()) return 0;
-  MatchupValues values(street);
+  MatchupValues values(Deck::kFull, street);
   const double boards = BoardsOf(street);
   ReportLine line;
   int number = 1;
   // The report runs in key order, so the table is walked along with it.
   auto entry = table.begin();
-  ForEachMatchup([&](int a, int b, int c, int d) {
+  ForEachMatchup(Deck::kFull, [&](int a, int b, int c, int d) {
     const PokerLogic::MatchupKey key(HandKey(a, b), HandKey(c, d));
     while (entry != table.end() && entry->first < key) ++entry;
     const bool held = entry != table.end() && entry->first == key;
@@ -166,14 +168,14 @@ int WriteReport(const CString& name, const EquityTable& table, Street street) {
 
 }  // namespace
 
-std::vector<EquityRecord> AllEquityRecords(Street street,
+std::vector<EquityRecord> AllEquityRecords(Deck deck, Street street,
                                            const std::function<bool(std::int64_t)>& progress) {
   constexpr std::int64_t kReportEvery = 1 << 14;
   std::vector<EquityRecord> records;
-  records.reserve(kMatchups);
-  MatchupValues values(street);
+  records.reserve(deck == Deck::kShort ? kShortDeckMatchups : kMatchups);
+  MatchupValues values(deck, street);
   bool stopped = false;
-  ForEachMatchup([&](int a, int b, int c, int d) {
+  ForEachMatchup(deck, [&](int a, int b, int c, int d) {
     records.push_back({HandKey(a, b), HandKey(c, d), values.Get(a, b, c, d)});
     const auto done = static_cast<std::int64_t>(records.size());
     stopped = done % kReportEvery == 0 && progress && !progress(done);

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "equity/kernels/decks.h"
 #include "pokermath/equity.h"
 
 namespace pokermath {
@@ -19,11 +20,11 @@ struct EquityRecord {
   std::int32_t value;  ///< 2 * wins + ties of the first hand
 };
 
-/// Works out the records of all 1,624,350 ordered matchups in key order.
+/// Works out the records of all ordered matchups in key order.
 ///
 /// @param progress  called now and then with the records done; returning false stops
 /// @return the records, or none when stopped
-std::vector<EquityRecord> AllEquityRecords(Street street,
+std::vector<EquityRecord> AllEquityRecords(Deck deck, Street street,
                                            const std::function<bool(std::int64_t)>& progress);
 
 }  // namespace pokermath

@@ -12,8 +12,11 @@ namespace pokermath {
 inline constexpr int kHands = 1326;
 inline constexpr int kMatchups = 1624350;  ///< ordered pairs of disjoint hands
 
+inline constexpr int kShortDeckMatchups = 353430;
+
 /// Boards of a street that two hands leave.
 constexpr int BoardsOf(Street street) { return street == Street::kRiver ? 1712304 : 194580; }
+inline constexpr int kShortDeckBoards = 201376;  ///< of the river
 
 /// Smaller card code * 64 + larger card code.
 constexpr int HandKey(int card1, int card2) {

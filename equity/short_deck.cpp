@@ -19,8 +19,6 @@
 namespace pokermath {
 namespace {
 
-constexpr int kShortDeckBoards = 201376;
-
 // The 36 card codes, rising.
 constexpr auto kShortDeckCards = [] {
   std::array<int, 36> cards{};

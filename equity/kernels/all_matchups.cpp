@@ -33,7 +33,7 @@ int MatchupValues::Get(int a, int b, int c, int d) {
   static const std::vector<std::array<int, 4>> orders = SuitOrders();
   const int hand1[2] = {a, b};
   const int hand2[2] = {c, d};
-  const Tally tally = CountMatchup(BestIsa(), Deck::kFull, hand1, hand2, street_);
+  const Tally tally = CountMatchup(BestIsa(), deck_, hand1, hand2, street_);
   const auto value = static_cast<std::int32_t>(2 * tally.wins + tally.ties);
   const auto mirrored = static_cast<std::int32_t>(2 * tally.cases) - value;
   for (const std::array<int, 4>& order : orders) {

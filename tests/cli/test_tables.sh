@@ -7,15 +7,16 @@ dir=$work/new/folder
 sums="ad00f3976ad278f2cfd8c47b008cf4dbdefac642d70755a9f20707f8bbeb3c7e  VarnholtHR.dat
 714bae0937550371745e018ba4a3c39cb2d63e512e3089b9ffff4b92429238a5  holdem-river-equity.bin
 08065f563b9c80b248d7a912031212455c5021908d3f4e31219ae462a605b8d7  holdem-turn-equity.bin"
+holdem=(hand-ranks river-equity turn-equity)
 
-run tables build --dir "$dir"
+run tables build --dir "$dir" "${holdem[@]}"
 expect_code 0
 same "$asked: errors" "$err" ""
 same "the files" "$(cd "$dir" && sha256sum -- *)" "$sums"
 
 # What is there and good is left alone.
 written=$(stat -c %y "$dir"/*)
-run tables build --dir "$dir"
+run tables build --dir "$dir" "${holdem[@]}"
 expect_code 0
 same "$asked" "$(grep -c 'is there already$' <<<"$out")" 3
 same "times" "$(stat -c %y "$dir"/*)" "$written"
@@ -26,12 +27,29 @@ same "$asked" "$out" '{"schema":1,"dir":"'"$dir"'","tables":[{"name":"turn-equit
 [[ $(stat -c %y "$dir"/*) != "$written" ]] || fail "--force built nothing"
 same "the file" "$(cd "$dir" && sha256sum -- *)" "$sums"
 
-run tables verify --dir "$dir"
+run tables verify --dir "$dir" "${holdem[@]}"
 expect_code 0
 same "$asked" "$out" "$dir
-hand-ranks    VarnholtHR.dat           129,951,336 bytes  crc32 0x7808da57  ok
-river-equity  holdem-river-equity.bin   19,492,200 bytes  crc32 0x85b22b4d  ok
-turn-equity   holdem-turn-equity.bin    19,492,200 bytes  crc32 0xebb462ff  ok"
+hand-ranks       VarnholtHR.dat           129,951,336 bytes  crc32 0x7808da57  ok
+river-equity     holdem-river-equity.bin   19,492,200 bytes  crc32 0x85b22b4d  ok
+turn-equity      holdem-turn-equity.bin    19,492,200 bytes  crc32 0xebb462ff  ok"
+
+# The short deck's; an entry that leads out of a table, and a record for a card below six.
+short=$work/short
+run tables build --dir "$short" six-plus-5 six-plus-7 six-plus-equity
+expect_code 0
+same "the files" "$(cd "$short" && sha256sum -- *)" "\
+aa42c8658aa726ba05254138517c9715cef4e10e2ab34da178153f9098618b4f  six-plus-5.bin
+0d974edb6ea49b631a03aa48639be3214d75d52d5b3bba625ad8d839b352cb50  six-plus-7.bin
+6b498a0d250177b814f8dfa65b2073a0ea31a9f90a4f05ed6f6d8099679bf038  six-plus-equity.bin"
+printf '\xff' | dd of="$short/six-plus-7.bin" bs=1 seek=200 conv=notrunc status=none
+printf '\0' | dd of="$short/six-plus-equity.bin" bs=1 seek=0 conv=notrunc status=none
+run tables verify --dir "$short" six-plus-5 six-plus-7 six-plus-equity omaha7
+expect_code 1
+has "$asked" "$out" "crc32 0xc4c694ba  ok"
+has "$asked" "$out" "damaged: its header is not right or an entry leads out of the table"
+has "$asked" "$out" "damaged: record 1 is for hands 256 and "
+has "$asked" "$out" "missing"
 
 # patch FILE OFFSET BYTES: overwrites bytes, given as for printf.
 patch() {
@@ -47,7 +65,7 @@ has "$asked" "$out" "damaged: its checksum is not 0x7808da57"
 patch VarnholtHR.dat 4000 '\xff\xff\xff\xff'
 patch holdem-river-equity.bin 12000 '\xff\x7f'
 patch holdem-turn-equity.bin 20 '\x00\x00\x00\x00'
-run tables verify --dir "$dir"
+run tables verify --dir "$dir" "${holdem[@]}"
 expect_code 1
 has "$asked" "$out" "damaged: an entry is neither a row nor a hand value"
 has "$asked" "$out" "damaged: record 1001 is for hands 32767 and "
@@ -57,7 +75,7 @@ has "$asked" "$out" "damaged: record 2 has the value 0"
 truncate -s -4 "$dir/VarnholtHR.dat"
 rm "$dir/holdem-river-equity.bin" "$dir/holdem-turn-equity.bin"
 mkdir "$dir/holdem-turn-equity.bin"
-run tables list --dir "$dir" --json
+run tables list --dir "$dir" "${holdem[@]}" --json
 expect_code 0
 same "$asked" "$(sed -E 's|("bytes":129951332),"crc32":"0x[0-9a-f]{8}"|\1,...|' <<<"$out")" \
   '{"schema":1,"dir":"'"$dir"'","tables":[{"name":"hand-ranks","file":"VarnholtHR.dat","bytes":129951332,...,'\
@@ -67,7 +85,7 @@ same "$asked" "$(sed -E 's|("bytes":129951332),"crc32":"0x[0-9a-f]{8}"|\1,...|' 
 '"state":"damaged: it is not a regular file"}]}'
 
 # A build repairs what is damaged, and stops at what it must not replace.
-run tables build --dir "$dir"
+run tables build --dir "$dir" "${holdem[@]}"
 expect_code 1
 same "$asked" "$err" "pokermath: cannot write '$dir/holdem-turn-equity.bin': Is a directory"
 rmdir "$dir/holdem-turn-equity.bin"
@@ -78,7 +96,7 @@ mkdir "$work/full"
 echo "kept" >"$work/full/VarnholtHR.dat"
 (
   ulimit -f 1000
-  run tables build --dir "$work/full" --json
+  run tables build --dir "$work/full" hand-ranks --json
   expect_code 1
   same "$asked" "$err" "pokermath: cannot write '$work/full/VarnholtHR.dat': File too large"
   has "$asked" "$out" '"state":"failed: cannot write '
@@ -92,7 +110,7 @@ for moment in 0.05 0.2 0.4 0.6 0.8 1.1; do
     rm -rf "$work/stopped"
     mkdir "$work/stopped"
     timeout --preserve-status -s "$signal" "$moment" \
-      "$POKERMATH" tables build --dir "$work/stopped" >"$work/out" 2>"$work/err"
+      "$POKERMATH" tables build --dir "$work/stopped" "${holdem[@]}" >"$work/out" 2>"$work/err"
     code=$?
     (cd "$work/stopped" && sha256sum -- * 2>/dev/null) >"$work/left"
     grep -vxF "$sums" "$work/left" && fail "SIG$signal after $moment s left these files"
@@ -112,7 +130,7 @@ $work/home/.local/share/pokermath
 "
 refuses 1 "cannot create the folder '/dev/null/x': Not a directory" tables build --dir /dev/null/x
 refuses 2 "--dir needs a value" tables list --dir ""
-refuses 2 "'ranks' is not a table: hand-ranks, river-equity, turn-equity" tables verify ranks --json
+refuses 2 "'ranks' is not a table: hand-ranks, river-equity, turn-equity, six-plus-5" tables verify ranks --json
 refuses 2 "a subcommand is missing: build, list, verify" tables
 
 finish

@@ -150,11 +150,11 @@ TEST(EquityTables, AllMatchupsAreTheGoldenTables) {
        {std::pair(Street::kRiver, 0x85b22b4du), {Street::kTurn, 0xebb462ffu}}) {
     std::int64_t done = 0;
     const std::vector<EquityRecord> records = AllEquityRecords(
-        street, [&done](std::int64_t now) { return now > std::exchange(done, now); });
+        Deck::kFull, street, [&done](std::int64_t now) { return now > std::exchange(done, now); });
     ASSERT_EQ(records.size(), 1624350u) << "or the progress went backwards";
     EXPECT_EQ(crc32_z(0, reinterpret_cast<const Bytef*>(records.data()), 12 * records.size()),
               checksum);
-    EXPECT_TRUE(AllEquityRecords(street, [](std::int64_t) { return false; }).empty());
+    EXPECT_TRUE(AllEquityRecords(Deck::kFull, street, [](std::int64_t) { return false; }).empty());
   }
 }
 
