@@ -61,9 +61,12 @@ void CDeck::SetValueCombination(PokerLogic& logic) {
   using pokermath::SetValue;
   std::ranges::fill(value, 0);
   std::vector<int> codes;
-  for (const CCard& card : cards) codes.push_back(card.GetInt());
-  const auto is_card = [](int code) { return code >= 0 && code < 52; };
-  if (!std::ranges::all_of(codes, is_card)) return;
+  for (const CCard& card : cards) {
+    const bool is_card = card.GetRank() >= 1 && card.GetRank() <= 13 && card.GetSuit() >= clubs &&
+                         card.GetSuit() <= spades;
+    if (!is_card) return;
+    codes.push_back(card.GetInt());
+  }
 
   pokermath::Ranks ranks(codes.size());
   std::vector<int> suits(codes.size());

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <limits>
 
 #include "cards/rules.h"
 #include "pokermath/cards.h"
@@ -44,7 +45,7 @@ int HighestOf(int suit, const std::vector<int>& ranks, const std::vector<int>& s
   return highest;
 }
 
-constexpr int kAll = 52;
+constexpr int kAll = std::numeric_limits<int>::max();
 
 }  // namespace
 

@@ -19,8 +19,8 @@ namespace pokermath::cli {
 namespace {
 
 constexpr const char* kExamples =
-    R"(Against a hand or a range it is exact. Against 'random' it is sampled; Ctrl-C stops
-and shows what was sampled so far. How ranges are written: pokermath range --help.
+    R"(Against a hand or a range it is exact, and so is --by-class. Otherwise 'random' is sampled;
+Ctrl-C stops and shows what was sampled so far. How ranges are written: pokermath range --help.
 Equity is the share of the pot: a pot shared by k players counts 1/k.
 
 Examples:

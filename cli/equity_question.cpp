@@ -196,8 +196,11 @@ void RefuseSampling(const EquityWords& words) {
                        : words.seed   ? "--seed"
                                       : nullptr;
   if (option == nullptr) return;
-  throw UsageError(fmt::format("{} goes with the opponent 'random' only: {} are exact", option,
-                               words.by_class ? "answers by class" : "hands and ranges"));
+  if (words.by_class) {
+    throw UsageError(fmt::format("{} does not go with --by-class, which is exact", option));
+  }
+  throw UsageError(
+      fmt::format("{} goes with the opponent 'random' only: hands and ranges are exact", option));
 }
 
 }  // namespace

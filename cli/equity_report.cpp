@@ -176,12 +176,15 @@ std::string ClassSvg(const EquityQuestion& question, const EquityAnswer& answer,
                                              .text = "#14202b",
                                              .note = fmt::format("{:.1f}", 100 * tally.Equity())};
   }
-  std::string opponent = OpponentText(question, plain);
-  if (opponent.size() > 40) opponent = "a range";
-  return GridSvg(13,
-                 fmt::format("{} against {}, {}: {:.2f} %", CardsText(question.hand), opponent,
-                             Situation(question, plain), 100 * answer.equity),
-                 cells);
+  const auto title = [&](const std::string& opponent) {
+    const std::string equity =
+        answer.cases == 0 ? "no holding left" : fmt::format("{:.2f} %", 100 * answer.equity);
+    return fmt::format("{} against {}, {}: {}", CardsText(question.hand), opponent,
+                       Situation(question, plain), equity);
+  };
+  constexpr std::size_t kLongestTitle = 68;
+  const std::string whole = title(OpponentText(question, plain));
+  return GridSvg(13, whole.size() > kLongestTitle ? title("a range") : whole, cells);
 }
 
 Json ClassJson(const std::vector<ClassAnswer>& answers) {

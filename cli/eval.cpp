@@ -29,6 +29,7 @@ constexpr const char* kExamples =
         hand_ranks = category * 4096 + place in it, larger is better.
 With --versus, two hands of two cards are compared on a board of three to five cards; without
 a board as starting hands: a pair first, then the higher card, then the other one, never suits.
+In JSON the verdict is 1 if the first hand is the better one, -1 if the other is, else 0.
 
 Examples:
   pokermath eval AhKhQhJhTh2c3d
@@ -66,8 +67,8 @@ std::vector<int> ReadCards(std::string_view text) {
 std::vector<int> ReadHand(std::string_view text) {
   std::vector<int> cards = ReadCards(text);
   if (cards.size() < 5 || cards.size() > 7) {
-    throw UsageError(
-        fmt::format("{} has {} cards: 5 to 7 have a value", Quoted(text), cards.size()));
+    throw UsageError(fmt::format("{} has {} {}: 5 to 7 have a value", Quoted(text), cards.size(),
+                                 cards.size() == 1 ? "card" : "cards"));
   }
   return cards;
 }
@@ -208,8 +209,9 @@ int RunVersus(const EvalWords& words) {
       json["hands"].push_back({{"hand", CardsJson(hand)}});
     } else {
       const EvalAnswer answer = Evaluate(cards);
-      text += Headline(answer, colours);
+      text += Headline(answer, colours) + fmt::format("  {}\n", answer.words);
       json["hands"].push_back(ToJson(answer));
+      json["hands"].back()["hand"] = CardsJson(hand);
       json["hands"].back().erase("schema");
     }
   }
@@ -253,8 +255,10 @@ void AddEval(CLI::App& program, int& exit_code) {
   CLI::App* command =
       program.add_subcommand("eval", "Value of five to seven cards, or the better of two hands");
   command
-      ->add_option("CARDS", options->cards,
-                   "Five to seven cards, or - for one hand a line from standard input")
+      ->add_option(
+          "CARDS", options->cards,
+          "Five to seven cards, --board counted; two with --versus; or - for one hand a line "
+          "from standard input")
       ->required()
       ->type_name("");
   command->add_option("--versus", options->versus, "Compare two hands: the other one")

@@ -21,7 +21,8 @@ namespace {
 constexpr const char* kExamples =
     R"(Seats are numbered from 0 in the order given. A score says how strong a hand is: larger is
 better, equal scores share, 0 for a player who has folded. What is only claimed by scores
-below 0 goes back to its owners. Chips that cannot be shared go to the lowest seat.
+below 0 goes back to its owners. Equal scores share up to 1000 chips of each player at a
+time, and each time the odd chips go to the lowest of their seats.
 
 Examples:
   pokermath pots --stakes 100,50,100 --scores 5,9,7
@@ -32,10 +33,16 @@ struct PotsWords {
   bool json = false;
 };
 
+std::string_view WithoutBlanks(std::string_view text) {
+  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+  return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
 std::vector<int> ReadNumbers(const char* option, std::string_view text, int low) {
   std::vector<int> numbers;
   while (true) {
-    const std::string_view piece = text.substr(0, text.find(','));
+    const std::string_view whole = text.substr(0, text.find(','));
+    const std::string_view piece = WithoutBlanks(whole);
     int number = 0;
     const auto [end, error] = std::from_chars(piece.data(), piece.data() + piece.size(), number);
     if (error != std::errc{} || end != piece.data() + piece.size() || number < low) {
@@ -43,8 +50,8 @@ std::vector<int> ReadNumbers(const char* option, std::string_view text, int low)
                                    option, Quoted(piece), low, std::numeric_limits<int>::max()));
     }
     numbers.push_back(number);
-    if (piece.size() == text.size()) return numbers;
-    text.remove_prefix(piece.size() + 1);
+    if (whole.size() == text.size()) return numbers;
+    text.remove_prefix(whole.size() + 1);
   }
 }
 
@@ -102,6 +109,10 @@ int RunPots(const PotsWords& words) {
   if (stakes.size() != scores.size()) {
     throw UsageError(fmt::format("--stakes has {} and --scores has {} numbers: one each for a seat",
                                  stakes.size(), scores.size()));
+  }
+  constexpr std::size_t kMostSeats = 1000;
+  if (stakes.size() > kMostSeats) {
+    throw UsageError(fmt::format("{} seats are too many: up to {}", stakes.size(), kMostSeats));
   }
   const std::vector<Pot> pots = SplitPots(stakes, scores);
   const std::vector<std::int64_t> winnings = WinningsOf(pots, stakes.size());

@@ -132,7 +132,7 @@ class POKERMATH_EXPORT CHand {
  public:
   /// Classifies a deck of five cards. From a deck of any other size no card is taken over, and the
   /// value is that of a high card with ranks 0.
-  explicit CHand(CDeck deck);
+  CHand(CDeck deck);  // NOLINT(google-explicit-constructor): five cards are a hand
 
   /// Compares the values, category first: 1 if this one is the greater, -1 if the other, 0 if they
   /// are equal.

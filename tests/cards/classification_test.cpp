@@ -154,11 +154,12 @@ TEST(DeckValue, HasPlacesAndWords) {
     EXPECT_EQ(deck.display(), words) << cards;
     EXPECT_EQ(deck.isFlush(), value[0] == 6 || value[0] >= 9) << cards;
   }
-  CDeck unset = DeckOf("AhKhQhJh");
-  unset.AddCard(CCard());
-  unset.AddCard(CCard(static_cast<Suit>(7), 1));
-  unset.SetValueCombination(logic);
-  EXPECT_EQ(ValueOf(unset), Value(6, 0)) << "cards that are none";
+  for (const CCard none : {CCard(), CCard(static_cast<Suit>(7), 1), CCard(clubs, 14)}) {
+    CDeck deck = DeckOf("AhKhQhJh");
+    deck.AddCard(none);
+    deck.SetValueCombination(logic);
+    EXPECT_EQ(ValueOf(deck), Value(6, 0)) << "a card that is none";
+  }
 }
 
 TEST(RuleTests, KeepTheirOddities) {

@@ -196,7 +196,11 @@ has "$asked" "$out" '"by_class":[]}'
 refuses 2 "--by-class goes with a range: 'QcJs' is a hand" equity AhKd QcJs --by-class
 refuses 2 "--by-class answers one question" equity - --by-class
 refuses 2 "--svg goes with --by-class" equity AhKd QQ+ --svg "$work/heat.svg"
-refuses 2 "--trials goes with" equity AhKd random --by-class --trials 5
+refuses 2 "--trials does not go with --by-class" equity AhKd random --by-class --trials 5
+run equity AhAd AA --board AsAc2d --by-class --svg "$work/heat.svg"
+has "a blocked range" "$(<"$work/heat.svg")" ": no holding left</title>"
+run equity AhKd 'TT+,AQs+,AKo,KQs,A5s-A2s,98s,87s,76s' --board 2c7dTh --to turn --by-class --svg "$work/heat.svg"
+has "a long range" "$(<"$work/heat.svg")" "<title>AhKd against a range, on the flop 2c7dTh to the turn: 4"
 refuses 1 "cannot write '$work/none/x.svg'" equity AhKd QQ+ --by-class --svg "$work/none/x.svg"
 
 finish

@@ -85,11 +85,13 @@ wait
 run eval AhKd --versus QcJs --board 2c7dTh
 expect_code 0
 same "$asked" "$out" "AhKd2c7dTh: high card, Ah Kd Th 7d 2c
+  high card Ace high
 QcJs2c7dTh: high card, Qc Js Th 7d 2c
+  high card Queen high
 
 AhKd wins."
 run eval --versus 2s3s Ah Kd --board QcJcTcQdJd --json
-has "$asked" "$out" '"words":"Ace high straight"'
+has "$asked" "$out" '{"hand":["Ah","Kd"],"category":"straight","words":"Ace high straight"'
 has "$asked" "$out" '"words":"two pair Queen Jack kicker 10"'
 has "$asked" "$out" '"verdict":1}'
 run eval 2c2d --versus 2h2s --board QcJcTcAcKc

@@ -12,7 +12,7 @@ seat            stake        score           gets
 0                 100            5              0
 1                  50            9            150
 2                 100            7            100"
-run pots --stakes 30,30,31 --scores 8,8,3
+run pots --stakes "30, 30, 31" --scores " 8,8,3 "
 has "$asked" "$out" "pot 1: 90 chips, seat 0 wins 45, seat 1 wins 45
 pot 2: 1 chip, seat 2 gets 1 back"
 run pots --stakes 10,20,5 --scores -1,-1,3
