@@ -35,6 +35,11 @@ bool HoldsAbsentCard(std::span<const int> cards) {
   return (Bits(cards) & AbsentCards(Deck::kShort)) != 0;
 }
 
+const EquityTable& LoadedTable() {
+  static const EquityTable none;
+  return short_deck_tables.equity ? *short_deck_tables.equity : none;
+}
+
 double CountShare(const int* hand, std::span<const int> board, Street street, const Spec& spec) {
   return ShareOf(CountAgainst(Deck::kShort, HandOf(hand), HoldingsOf(spec), board, street));
 }
@@ -219,7 +224,7 @@ void getProbabilityOfWinWithNoBoard6Plus(int* hand1, int* hand2, double& wins, d
 
 int GetWinHandVsHand6Plus(int* hand1, int* hand2, double& wins, double& boards) {
   using namespace pokermath;
-  const auto& table = ShortDeckTables().equity;
+  const EquityTable& table = LoadedTable();
   boards = kShortDeckBoards;
   const auto entry = table.find({HandKey(hand1[0], hand1[1]), HandKey(hand2[0], hand2[1])});
   if (entry != table.end()) {
@@ -233,7 +238,9 @@ int GetWinHandVsHand6Plus(int* hand1, int* hand2, double& wins, double& boards) 
 }
 
 int load_equity_table_6Plus(CString path) {
-  return pokermath::LoadEquityTable(path, pokermath::ShortDeckTables().equity);
+  auto& table = pokermath::short_deck_tables.equity;
+  if (!table) table = std::make_unique<pokermath::EquityTable>();
+  return pokermath::LoadEquityTable(path, *table);
 }
 
 double getProbabilityOfWinBySpectr6Plus(int* hand, int* board, int boardCount, const Spec& spec) {
@@ -254,9 +261,9 @@ double getProbabilityOfWinBySpectr6Plus(int* hand, int* board, int boardCount, c
 double getProbabilityOfWinBySpectrWithNoBoard6Plus(int* hand, const Spec& spec) {
   using namespace pokermath;
   if (HoldsAbsentCard(HandOf(hand))) return CountShare(hand, {}, Street::kRiver, spec);
-  return ShareOf(CachedOpponents(Deck::kShort, HandOf(hand), HoldingsOf(spec),
-                                 ShortDeckTables().equity, Street::kRiver)
-                     .CountInParallel());
+  return ShareOf(
+      CachedOpponents(Deck::kShort, HandOf(hand), HoldingsOf(spec), LoadedTable(), Street::kRiver)
+          .CountInParallel());
 }
 
 double getProbabilityOfWinBySpectrWithFlop6Plus(int* hand, int* board, const Spec& spec) {

@@ -10,6 +10,7 @@
 
 #include "eval/state_machines.h"
 #include "platform/files.h"
+#include "platform/large_pages.h"
 #include "platform/messages.h"
 #include "platform/text.h"
 #include "pokermath/evaluators.h"
@@ -23,15 +24,8 @@ ofsm_omaha7::~ofsm_omaha7() { delete[] table; }
 
 namespace pokermath {
 
-fsm5& ShortDeckTables() {
-  static fsm5 tables;
-  return tables;
-}
-
-ofsm_omaha7& OmahaTable() {
-  static ofsm_omaha7 table;
-  return table;
-}
+constinit fsm5 short_deck_tables;
+constinit ofsm_omaha7 omaha_table;
 
 std::array<std::byte, kStateHeaderBytes> StateHeader(const StateFile& file, std::uint64_t entries) {
   std::array<std::byte, kStateHeaderBytes> header{};
@@ -73,6 +67,12 @@ bool StatesAreSound(const StateFile& file, const std::uint32_t* entries, std::si
   return true;
 }
 
+std::uint32_t* NewStates(std::size_t count) {
+  auto* entries = new std::uint32_t[count];
+  AskForLargePages(entries, count * sizeof *entries);
+  return entries;
+}
+
 std::uint32_t* LoadStates(const StateFile& file, const std::string& path, bool& missing) {
   std::ifstream in(path, std::ios::binary);
   missing = !in;
@@ -89,7 +89,7 @@ std::uint32_t* LoadStates(const StateFile& file, const std::string& path, bool& 
       *length != kStateHeaderBytes + count * sizeof(std::uint32_t)) {
     return nullptr;
   }
-  std::unique_ptr<std::uint32_t[]> entries(new std::uint32_t[count]);
+  std::unique_ptr<std::uint32_t[]> entries(NewStates(count));
   in.read(reinterpret_cast<char*>(entries.get()),
           static_cast<std::streamsize>(count * sizeof(std::uint32_t)));
   if (!in || !StatesAreSound(file, entries.get(), count)) return nullptr;
@@ -111,15 +111,15 @@ int LoadInto(const StateFile& file, const CString& folder, std::uint32_t*& table
 }  // namespace
 
 int load_fsm5(const CString& folder) {
-  return LoadInto(kSixPlus5File, folder, ShortDeckTables().five_cards);
+  return LoadInto(kSixPlus5File, folder, short_deck_tables.five_cards);
 }
 
 int load_fsm7(const CString& folder) {
-  return LoadInto(kSixPlus7File, folder, ShortDeckTables().seven_cards);
+  return LoadInto(kSixPlus7File, folder, short_deck_tables.seven_cards);
 }
 
 int load_ofsm_omaha7(const CString& folder) {
-  return LoadInto(kOmaha7File, folder, OmahaTable().table);
+  return LoadInto(kOmaha7File, folder, omaha_table.table);
 }
 
 }  // namespace pokermath

@@ -11,8 +11,6 @@
 namespace pokermath {
 namespace {
 
-constexpr std::uint32_t kNoIndex = 0xFFFFFFFF;
-
 // Places of the card codes in a row.
 constexpr auto kFiveCardIndexes = [] {
   std::array<std::uint32_t, 52> indexes{};
@@ -26,7 +24,7 @@ constexpr auto kShortDeckIndexes = [] {
   for (int card = 0; card < 52; ++card) {
     const int rank = card % 13 - kLowestShortDeckCard;
     indexes[static_cast<std::size_t>(card)] =
-        rank < 0 ? kNoIndex : static_cast<std::uint32_t>(rank * 4 + card / 13);
+        rank < 0 ? 64 : static_cast<std::uint32_t>(rank * 4 + card / 13);
   }
   return indexes;
 }();
@@ -47,16 +45,14 @@ std::uint32_t Step(const std::uint32_t* table, std::uint32_t state,
 template <int count>
 int WalkShortDeck(const std::uint32_t* table, const int* cards) {
   if (table == nullptr) return 0;
-  std::array<std::uint32_t, count> indexes;
-  std::uint32_t all = 0;
-  for (std::size_t i = 0; i < count; ++i) {
-    indexes[i] = kShortDeckIndexes[static_cast<std::size_t>(cards[i])];
-    all |= indexes[i];
-  }
-  if (all == kNoIndex) return 0;
   std::uint32_t state = 36;
-  for (const std::uint32_t index : indexes) state = table[state + index];
-  return static_cast<int>(state);
+  std::uint32_t missing = 0;
+  for (int i = 0; i < count; ++i) {
+    const std::uint32_t index = kShortDeckIndexes[static_cast<std::size_t>(cards[i])];
+    missing |= index;
+    state = table[state + (index & 63)];
+  }
+  return missing > 63 ? 0 : static_cast<int>(state);
 }
 
 // Place of the first limit that a value is below.
@@ -142,7 +138,7 @@ int Get_rank36(int value) {
 }
 
 int eval_rank5_via_fsm5(const int* cards) {
-  return pokermath::WalkShortDeck<5>(pokermath::ShortDeckTables().five_cards, cards);
+  return pokermath::WalkShortDeck<5>(pokermath::short_deck_tables.five_cards, cards);
 }
 
 int eval_rank6_via_fsm5(int* cards) {
@@ -159,12 +155,12 @@ int eval_rank6_via_fsm5(int* cards) {
 }
 
 int eval_rank7_via_fsm7(const int* cards) {
-  return pokermath::WalkShortDeck<7>(pokermath::ShortDeckTables().seven_cards, cards);
+  return pokermath::WalkShortDeck<7>(pokermath::short_deck_tables.seven_cards, cards);
 }
 
 int eval_rank7_via_ofsm7(int* hole, int holeCount, int* board) {
   using namespace pokermath;
-  const std::uint32_t* table = OmahaTable().table;
+  const std::uint32_t* table = omaha_table.table;
   if (table == nullptr) return 0;
   std::uint32_t state = 52;
   for (int i = 0; i < 5; ++i) state = Step(table, state, kOmahaIndexes, board[i]);

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -16,21 +17,22 @@
 /// Holds the short-deck tables.
 class fsm5 {
  public:
-  fsm5() = default;
+  constexpr fsm5() = default;
   fsm5(const fsm5&) = delete;
   fsm5& operator=(const fsm5&) = delete;
   virtual ~fsm5();
 
   std::uint32_t* five_cards = nullptr;
   std::uint32_t* seven_cards = nullptr;
-  /// Matchup of two hand keys → 2 * wins + ties of the first hand over 201,376 boards.
-  std::map<std::pair<int, int>, int> equity;
+  /// Matchup of two hand keys → 2 * wins + ties of the first hand over 201,376 boards; null while
+  /// nothing is loaded.
+  std::unique_ptr<std::map<std::pair<int, int>, int>> equity;
 };
 
 /// Holds the Omaha table.
 class ofsm_omaha7 {
  public:
-  ofsm_omaha7() = default;
+  constexpr ofsm_omaha7() = default;
   ofsm_omaha7(const ofsm_omaha7&) = delete;
   ofsm_omaha7& operator=(const ofsm_omaha7&) = delete;
   virtual ~ofsm_omaha7();
@@ -40,8 +42,9 @@ class ofsm_omaha7 {
 
 namespace pokermath {
 
-fsm5& ShortDeckTables();
-ofsm_omaha7& OmahaTable();
+// Without a constructor to run: an evaluator reaches them in one load.
+extern fsm5 short_deck_tables;
+extern ofsm_omaha7 omaha_table;
 
 /// A kind of table file: a header of 32 bytes, then the entries.
 struct StateFile {
@@ -61,6 +64,9 @@ std::array<std::byte, kStateHeaderBytes> StateHeader(const StateFile& file, std:
 /// Whether every state that cards can lead to is a row inside the table, and every value in the
 /// rows of the last card is in the scale or 0.
 bool StatesAreSound(const StateFile& file, const std::uint32_t* entries, std::size_t count);
+
+/// An array for so many entries, for delete[], where the system has them on large pages.
+std::uint32_t* NewStates(std::size_t count);
 
 /// Reads and checks a table file.
 ///

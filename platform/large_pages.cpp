@@ -1,8 +1,11 @@
 // Memory of the big tables. A table of 130 MB read at random spends most of its time on address
 // translation unless it lies on large pages, so we align it to them and ask for them.
 
+#include "platform/large_pages.h"
+
 #include <sys/mman.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <new>
 
@@ -21,6 +24,14 @@ void* AllocateLargePages(std::size_t bytes) {
   // A wish: small pages work too.
   if (unit == kLargePage) madvise(memory, rounded, MADV_HUGEPAGE);
   return memory;
+}
+
+void AskForLargePages(void* memory, std::size_t bytes) {
+  constexpr std::uintptr_t kLargePage = std::uintptr_t{2} << 20;
+  const auto begin =
+      (reinterpret_cast<std::uintptr_t>(memory) + kLargePage - 1) & ~(kLargePage - 1);
+  const auto end = (reinterpret_cast<std::uintptr_t>(memory) + bytes) & ~(kLargePage - 1);
+  if (begin < end) madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
 }
 
 void FreeLargePages(void* memory) noexcept { std::free(memory); }

@@ -222,7 +222,7 @@ TEST(ShortDeckEquity, TheTableAnswersTheMatchupsThatItHolds) {
             3.5 / 201376);
   GetWinHandVsHand6Plus(other_aces.data(), aces.data(), wins, boards);
   EXPECT_EQ(wins, 100688);
-  ShortDeckTables().equity.clear();
+  short_deck_tables.equity.reset();
   // A card below six is worth nothing.
   Cards deuces = CardsOf("2h2d");
   getProbabilityOfWinWithNoBoard6Plus(aces.data(), deuces.data(), wins, boards);
@@ -322,8 +322,8 @@ TEST_F(ShortDeckSampling, RangesEndAtTheirFirstDeadHolding) {
 }
 
 TEST_F(ShortDeckSampling, NothingLoadedGivesNothing) {
-  delete[] ShortDeckTables().seven_cards;
-  ShortDeckTables().seven_cards = nullptr;
+  delete[] short_deck_tables.seven_cards;
+  short_deck_tables.seven_cards = nullptr;
   std::filesystem::remove(folder_ / "six-plus-7.bin");
   const std::filesystem::path here = std::filesystem::current_path();
   std::filesystem::current_path(folder_ / "");

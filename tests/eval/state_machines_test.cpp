@@ -40,7 +40,7 @@ void WriteStates(const ScratchFolder& folder, const StateFile& file) {
 // Tables are loaded once for a process; a test starts without any.
 void Unload() {
   for (std::uint32_t** table :
-       {&ShortDeckTables().five_cards, &ShortDeckTables().seven_cards, &OmahaTable().table}) {
+       {&short_deck_tables.five_cards, &short_deck_tables.seven_cards, &omaha_table.table}) {
     delete[] * table;
     *table = nullptr;
   }
