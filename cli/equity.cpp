@@ -30,6 +30,7 @@ Examples:
   pokermath equity AhKd 7s7c --to turn --json
   pokermath equity AhKd 'TT+,AQs+,AKo' --board 2c3d4h
   pokermath equity AhKd 15% --board 2c7dTh --by-class --svg heat.svg
+  pokermath equity AhKd 7s7c --game shortdeck
   pokermath equity AhKd random --players 6 --trials 10000000
   pokermath equity - <questions.txt    one question a line in the same words, like
                                        'AhKd 7s7c --board 2c3d4h'; options beside
@@ -92,7 +93,8 @@ int RunEquity(const EquityOptions& options) {
 void AddEquity(CLI::App& program, int& exit_code) {
   auto options = std::make_shared<EquityOptions>();
   EquityWords& words = options->words;
-  CLI::App* command = program.add_subcommand("equity", "Equity of a Texas Hold'em hand");
+  CLI::App* command =
+      program.add_subcommand("equity", "Equity of a Texas Hold'em or short-deck hand");
   command
       ->add_option("HAND OPPONENT", words.hands,
                    "Two cards, then two cards, a range or the word random; or - for one "
@@ -100,6 +102,7 @@ void AddEquity(CLI::App& program, int& exit_code) {
       ->required()
       ->type_name("")
       ->expected(-1);
+  command->add_option("--game", words.game, "holdem or shortdeck [holdem]")->type_name("GAME");
   command
       ->add_option("--board", words.board, "Known board cards, no more than the street has [none]")
       ->type_name("CARDS");

@@ -14,18 +14,22 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// Uniform numbers 0..51 that depend on the seed alone, not on the standard library in use: D.
+// Uniform cards of a deck that depend on the seed alone, not on the standard library in use: D.
 // Lemire, "Fast Random Integer Generation in an Interval" (2019), on halves of 64 random bits.
 class CardDraw {
  public:
-  explicit CardDraw(std::uint64_t seed) : engine_(seed) {}
+  CardDraw(std::uint64_t seed, bool short_deck)
+      : engine_(seed), lowest_(short_deck ? kLowestShortDeckRank : 0) {}
 
   int operator()() {
-    // 2^32 is no multiple of 52: so many of the 2^32 numbers are drawn again.
-    constexpr std::uint32_t kSurplus = static_cast<std::uint32_t>((std::uint64_t{1} << 32) % 52);
-    std::uint64_t product = std::uint64_t{Half()} * 52;
-    while (static_cast<std::uint32_t>(product) < kSurplus) product = std::uint64_t{Half()} * 52;
-    return static_cast<int>(product >> 32);
+    const auto ranks = static_cast<std::uint32_t>(13 - lowest_);
+    const std::uint32_t cards = 4 * ranks;
+    // 2^32 is no multiple of the cards: so many of the 2^32 numbers are drawn again.
+    const auto surplus = static_cast<std::uint32_t>((std::uint64_t{1} << 32) % cards);
+    std::uint64_t product = std::uint64_t{Half()} * cards;
+    while (static_cast<std::uint32_t>(product) < surplus) product = std::uint64_t{Half()} * cards;
+    const auto number = static_cast<std::uint32_t>(product >> 32);
+    return static_cast<int>(number / ranks * 13 + number % ranks) + lowest_;
   }
 
  private:
@@ -36,6 +40,7 @@ class CardDraw {
   }
 
   std::mt19937_64 engine_;
+  int lowest_;  // rank
   std::uint64_t bits_ = 0;
   bool have_half_ = false;
 };
@@ -62,14 +67,41 @@ EquityAnswer Summarise(const SharerCounts& counts) {
   return answer;
 }
 
+Tally CountAgainst(const EquityQuestion& question, const Spec& range) {
+  return question.short_deck
+             ? ShortDeckHandVsRange(question.hand, range, question.board, question.street)
+             : HoldemHandVsRange(question.hand, range, question.board, question.street);
+}
+
+Tally CountAgainst(const EquityQuestion& question, const std::array<int, 2>& hand) {
+  return question.short_deck
+             ? ShortDeckHandVsHand(question.hand, hand, question.board, question.street)
+             : HoldemHandVsHand(question.hand, hand, question.board, question.street);
+}
+
+int EvaluateSevenShort(const int* cards) { return EvaluateShortDeck(cards, 7); }
+
+// Deals on until all trials are done or go_on says no.
+template <typename Deals>
+std::int64_t DealTrials(const EquityQuestion& question, SharerCounts& counts,
+                        const std::function<bool(std::int64_t)>& go_on) {
+  constexpr std::int64_t kBetweenCalls = 50000;
+  Deals trials(question.hand, question.board, question.players);
+  CardDraw draw(question.seed, question.short_deck);
+  std::int64_t done = 0;
+  do {
+    const std::int64_t end = std::min(question.trials, done + kBetweenCalls);
+    for (; done < end; ++done) ++counts[static_cast<std::size_t>(trials.Deal(draw))];
+  } while (done < question.trials && go_on(done));
+  return done;
+}
+
 }  // namespace
 
 EquityAnswer Count(const EquityQuestion& question) {
   const Clock::time_point start = Clock::now();
-  const Tally tally =
-      question.range
-          ? HoldemHandVsRange(question.hand, *question.range, question.board, question.street)
-          : HoldemHandVsHand(question.hand, *question.opponent, question.board, question.street);
+  const Tally tally = question.range ? CountAgainst(question, *question.range)
+                                     : CountAgainst(question, *question.opponent);
   EquityAnswer answer;
   answer.wins = tally.wins;
   answer.ties = tally.ties;
@@ -91,9 +123,8 @@ std::vector<ClassAnswer> CountByClass(const EquityQuestion& question) {
   }
   std::vector<ClassAnswer> answers;
   for (const auto& [cell, holdings] : classes) {
-    answers.push_back(
-        {cell, static_cast<std::int64_t>(holdings.combinations().size()),
-         HoldemHandVsRange(question.hand, holdings, question.board, question.street)});
+    answers.push_back({cell, static_cast<std::int64_t>(holdings.combinations().size()),
+                       CountAgainst(question, holdings)});
   }
   std::ranges::stable_sort(answers, {},
                            [](const ClassAnswer& answer) { return answer.tally.Equity(); });
@@ -102,16 +133,11 @@ std::vector<ClassAnswer> CountByClass(const EquityQuestion& question) {
 
 EquityAnswer Sample(const EquityQuestion& question,
                     const std::function<bool(std::int64_t)>& go_on) {
-  constexpr std::int64_t kBetweenCalls = 50000;
   const Clock::time_point start = Clock::now();
-  HoldemTrials trials(question.hand, question.board, question.players);
-  CardDraw draw(question.seed);
   SharerCounts counts = {};
-  std::int64_t done = 0;
-  do {
-    const std::int64_t end = std::min(question.trials, done + kBetweenCalls);
-    for (; done < end; ++done) ++counts[static_cast<std::size_t>(trials.Deal(draw))];
-  } while (done < question.trials && go_on(done));
+  const std::int64_t done = question.short_deck
+                                ? DealTrials<Trials<EvaluateSevenShort>>(question, counts, go_on)
+                                : DealTrials<HoldemTrials>(question, counts, go_on);
   EquityAnswer answer = Summarise(counts);
   answer.interrupted = done < question.trials;
   answer.elapsed = Clock::now() - start;

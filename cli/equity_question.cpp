@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "cli/errors.h"
+#include "cli/game.h"
 #include "cli/number_text.h"
 #include "pokermath/cards.h"
 
@@ -29,11 +30,10 @@ struct NamedOption {
   std::string_view name;
   Option option;
 };
-constexpr NamedOption kOptions[] = {{"--board", &EquityWords::board},
-                                    {"--to", &EquityWords::to},
-                                    {"--players", &EquityWords::players},
-                                    {"--trials", &EquityWords::trials},
-                                    {"--seed", &EquityWords::seed}};
+constexpr NamedOption kOptions[] = {
+    {"--game", &EquityWords::game},     {"--board", &EquityWords::board},
+    {"--to", &EquityWords::to},         {"--players", &EquityWords::players},
+    {"--trials", &EquityWords::trials}, {"--seed", &EquityWords::seed}};
 
 Option OptionByName(std::string_view name) {
   std::string accepted;
@@ -111,7 +111,7 @@ void ReadOpponent(const std::string& text, EquityQuestion& question) {
   if (pieces.empty()) throw UsageError(std::string("an opponent is needed: ") + kOpponents);
   if (IsRandom(pieces) && !question.by_class) return;
   const CardsResult cards = ParseCards(text);
-  RangeResult read = ParseRange(text);
+  RangeResult read = ParseRange(text, {.short_deck = question.short_deck});
   // What is cards only, but no list of holdings, was meant as a hand.
   if (cards.cards.size() == 2 || (cards.error.empty() && !read.error.empty())) {
     question.opponent = ReadHand(text);
@@ -227,20 +227,25 @@ EquityWords SplitLine(std::string_view line, const EquityWords& defaults) {
 
 void CheckOptions(const EquityWords& words) {
   EquityQuestion question;
+  question.short_deck = IsShortDeck(words.game.value_or("holdem"));
   if (words.to) question.street = ReadStreet(*words.to);
-  if (words.board) ReadBoard(*words.board, question.street);
+  if (words.board) CheckDeck(question.short_deck, ReadBoard(*words.board, question.street));
   ReadNumbers(words, question);
 }
 
 EquityQuestion ReadQuestion(const EquityWords& words) {
   const auto [hand, opponent] = HandAndOpponent(words.hands);
   EquityQuestion question;
+  question.short_deck = IsShortDeck(words.game.value_or("holdem"));
   question.hand = ReadHand(hand);
   question.by_class = words.by_class;
   ReadOpponent(opponent, question);
   if (words.to) question.street = ReadStreet(*words.to);
   if (words.board) question.board = ReadBoard(*words.board, question.street);
   CheckCardsDiffer(question);
+  CheckDeck(question.short_deck, question.hand);
+  if (question.opponent) CheckDeck(question.short_deck, *question.opponent);
+  CheckDeck(question.short_deck, question.board);
   if (question.IsExact()) {
     RefuseSampling(words);
   } else {

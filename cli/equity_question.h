@@ -18,12 +18,13 @@ namespace pokermath::cli {
 /// The words of a question, from the command line or from a line of input.
 struct EquityWords {
   std::vector<std::string> hands;  ///< the words that stand without an option
-  std::optional<std::string> board, to, players, trials, seed;
+  std::optional<std::string> game, board, to, players, trials, seed;
   bool by_class = false;
 };
 
 /// A question that has an answer: every card is there once, every number is in its range.
 struct EquityQuestion {
+  bool short_deck = false;
   std::array<int, 2> hand = {};
   // The opponent is a hand, or a range, or neither: random hands.
   std::optional<std::array<int, 2>> opponent;

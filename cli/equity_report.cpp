@@ -144,9 +144,9 @@ std::string Footer(const EquityQuestion& question, const EquityAnswer& answer) {
 
 std::string EquityPage(const EquityQuestion& question, const EquityAnswer& answer,
                        const Colours& colours) {
-  const std::string title =
-      fmt::format("{} against {}, Texas Hold'em, {}\n\n", colours.Cards(question.hand),
-                  OpponentText(question, colours), Situation(question, colours));
+  const std::string title = fmt::format(
+      "{} against {}, {}, {}\n\n", colours.Cards(question.hand), OpponentText(question, colours),
+      question.short_deck ? "short deck" : "Texas Hold'em", Situation(question, colours));
   if (answer.cases == 0) return title + "No holding of the range is left beside the known cards.\n";
   return fmt::format("{}{}\n{}", title,
                      Table(Rows(question, answer, colours), answer.cases, colours),
@@ -184,7 +184,8 @@ std::string ClassSvg(const EquityQuestion& question, const EquityAnswer& answer,
   };
   constexpr std::size_t kLongestTitle = 68;
   const std::string whole = title(OpponentText(question, plain));
-  return GridSvg(13, whole.size() > kLongestTitle ? title("a range") : whole, cells);
+  return GridSvg(question.short_deck ? 9 : 13,
+                 whole.size() > kLongestTitle ? title("a range") : whole, cells);
 }
 
 Json ClassJson(const std::vector<ClassAnswer>& answers) {
@@ -205,6 +206,7 @@ std::string EquityLine(const EquityQuestion& question, const EquityAnswer& answe
                                  question.opponent ? CardsText(*question.opponent)
                                  : question.range  ? question.range_text
                                                    : "random");
+  if (question.short_deck) line += " --game shortdeck";
   if (!question.board.empty()) line += " --board " + CardsText(question.board);
   if (question.street != Street::kRiver) line += fmt::format(" --to {}", StreetName(question));
   if (question.players != 2) line += fmt::format(" --players {}", question.players);
@@ -220,7 +222,9 @@ std::string EquityLine(const EquityQuestion& question, const EquityAnswer& answe
 }
 
 Json EquityJson(const EquityQuestion& question, const EquityAnswer& answer) {
-  Json json = {{"schema", kJsonSchema}, {"game", "holdem"}, {"hand", CardsJson(question.hand)}};
+  Json json = {{"schema", kJsonSchema},
+               {"game", question.short_deck ? "shortdeck" : "holdem"},
+               {"hand", CardsJson(question.hand)}};
   json["opponent"] = question.opponent ? CardsJson(*question.opponent)
                      : question.range  ? Json(question.range_text)
                                        : Json("random");

@@ -12,6 +12,7 @@
 
 #include "cli/command.h"
 #include "cli/errors.h"
+#include "cli/game.h"
 #include "cli/line_mode.h"
 #include "cli/output.h"
 #include "platform/text.h"
@@ -19,6 +20,7 @@
 #include "pokermath/evaluators.h"
 #include "pokermath/poker_logic.h"
 #include "pokermath/showdown.h"
+#include "ranges/hand_classes.h"
 
 namespace pokermath::cli {
 namespace {
@@ -26,7 +28,8 @@ namespace {
 constexpr const char* kExamples =
     R"(Scales: descending 1..7462, smaller is better (1 = royal flush);
         ascending 1..7462, larger is better;
-        hand_ranks = category * 4096 + place in it, larger is better.
+        hand_ranks = category * 4096 + place in it, larger is better;
+        short deck 1..1404, larger is better.
 With --versus, two hands of two cards are compared on a board of three to five cards; without
 a board as starting hands: a pair first, then the higher card, then the other one, never suits.
 In JSON the verdict is 1 if the first hand is the better one, -1 if the other is, else 0.
@@ -36,24 +39,31 @@ Examples:
   pokermath eval Ah 10c 9d 9s 2c
   pokermath eval --json 5c4d3h2sAc
   pokermath eval AhKd --versus QcJs --board 2c7dTh
+  pokermath eval Ah6h7h8h9h --game shortdeck
   pokermath eval - <hands.txt      one answer a line; empty lines and lines that
                                    start with # have none)";
 
 constexpr const char* kCategories[11] = {
     "",      "high card",  "one pair",       "two pair",       "three of a kind", "straight",
     "flush", "full house", "four of a kind", "straight flush", "royal flush"};
+// In the order of the short deck.
+constexpr const char* kShortDeckCategories[11] = {
+    "",           "high card", "one pair",       "two pair",       "straight",   "three of a kind",
+    "full house", "flush",     "four of a kind", "straight flush", "royal flush"};
 constexpr int kBest = 7462;
 constexpr int kHandRanksCategory = 4096;
 
 struct EvalAnswer {
+  bool short_deck = false;
   std::vector<int> hand;
   std::string words;
   std::array<int, 5> playing;
-  int ascending;
-  int hand_ranks;
+  int ascending;   // of 7462, or of 1404 in the short deck
+  int hand_ranks;  // of 52 cards
 
   int Descending() const { return kBest + 1 - ascending; }
   const char* Category() const {
+    if (short_deck) return kShortDeckCategories[Get_rank36(ascending)];
     return kCategories[ascending == kBest ? 10 : hand_ranks / kHandRanksCategory];
   }
 };
@@ -84,12 +94,12 @@ std::string InWords(const std::vector<int>& hand) {
 }
 
 // Orders five cards as players read them: quads, trips and pairs first, then from high to low. In
-// a straight with a deuce the ace is the lowest card.
-void OrderForReading(std::array<int, 5>& cards) {
+// a straight with the lowest card of the deck the ace is below it.
+void OrderForReading(std::array<int, 5>& cards, int lowest) {
   std::array<int, 13> count = {};
   for (const int card : cards) ++count[static_cast<std::size_t>(card % 13)];
-  const bool wheel =
-      count[12] == 1 && count[0] == 1 && count[1] == 1 && count[2] == 1 && count[3] == 1;
+  const auto* from = &count[static_cast<std::size_t>(lowest)];
+  const bool wheel = count[12] == 1 && std::count(from, from + 4, 1) == 4;
   const auto place = [&](int card) {
     const int rank = card % 13;
     return count[static_cast<std::size_t>(rank)] * 13 + (wheel && rank == 12 ? -1 : rank);
@@ -97,7 +107,33 @@ void OrderForReading(std::array<int, 5>& cards) {
   std::stable_sort(cards.begin(), cards.end(), [&](int a, int b) { return place(a) > place(b); });
 }
 
-EvalAnswer Evaluate(std::vector<int> hand) {
+// The five cards that make a short-deck hand's value.
+std::array<int, 5> BestShortDeckFive(const std::vector<int>& hand, int value) {
+  std::array<int, 5> five{};
+  for (unsigned chosen = 0; chosen < 1u << hand.size(); ++chosen) {
+    if (__builtin_popcount(chosen) != 5) continue;
+    std::size_t size = 0;
+    for (std::size_t i = 0; i < hand.size(); ++i) {
+      if ((chosen >> i & 1) != 0) five[size++] = hand[i];
+    }
+    if (EvaluateShortDeck(five.data(), 5) == value) break;
+  }
+  return five;
+}
+
+EvalAnswer EvaluateShort(std::vector<int> hand) {
+  EvalAnswer answer;
+  answer.short_deck = true;
+  answer.ascending = EvaluateShortDeck(hand.data(), static_cast<int>(hand.size()));
+  answer.playing = BestShortDeckFive(hand, answer.ascending);
+  OrderForReading(answer.playing, kLowestShortDeckRank);
+  answer.hand = std::move(hand);
+  return answer;
+}
+
+EvalAnswer Evaluate(bool short_deck, std::vector<int> hand) {
+  CheckDeck(short_deck, hand);
+  if (short_deck) return EvaluateShort(std::move(hand));
   EvalAnswer answer;
   const int count = static_cast<int>(hand.size());
   answer.ascending = EvaluateCards(hand.data(), count);
@@ -105,7 +141,7 @@ EvalAnswer Evaluate(std::vector<int> hand) {
   int best[5];
   FindBestFive(hand.data(), count, best);
   for (std::size_t i = 0; i < 5; ++i) answer.playing[i] = hand[static_cast<std::size_t>(best[i])];
-  OrderForReading(answer.playing);
+  OrderForReading(answer.playing, 0);
   answer.words = InWords(hand);
   answer.hand = std::move(hand);
   return answer;
@@ -118,6 +154,14 @@ std::string PlayingText(const EvalAnswer& answer) {
 }
 
 Json ToJson(const EvalAnswer& answer) {
+  if (answer.short_deck) {
+    return {{"schema", kJsonSchema},
+            {"game", "shortdeck"},
+            {"hand", CardsJson(answer.hand)},
+            {"category", answer.Category()},
+            {"cards", CardsJson(answer.playing)},
+            {"value", answer.ascending}};
+  }
   return {{"schema", kJsonSchema},
           {"hand", CardsJson(answer.hand)},
           {"category", answer.Category()},
@@ -141,6 +185,10 @@ std::string ToText(const EvalAnswer& answer) {
   const auto row = [&](std::string_view scale, int value, std::string_view meaning) {
     return fmt::format("  {:<10}  {:>5}   {}\n", scale, value, colours.Faint(meaning));
   };
+  if (answer.short_deck) {
+    return Headline(answer, colours) + "\n" +
+           row("value", answer.ascending, "of 1404, larger is better");
+  }
   return Headline(answer, colours) + fmt::format("\n  {:<10}  {}\n", "in words", answer.words) +
          row("descending", answer.Descending(), "of 7462, smaller is better") +
          row("ascending", answer.ascending, "of 7462, larger is better") +
@@ -148,6 +196,11 @@ std::string ToText(const EvalAnswer& answer) {
 }
 
 void AppendLine(const EvalAnswer& answer, std::string& out) {
+  if (answer.short_deck) {
+    fmt::format_to(std::back_inserter(out), "{} value {} {}:{}\n", CardsText(answer.hand),
+                   answer.ascending, answer.Category(), PlayingText(answer));
+    return;
+  }
   fmt::format_to(std::back_inserter(out), "{} descending {} ascending {} hand_ranks {} {}:{}\n",
                  CardsText(answer.hand), answer.Descending(), answer.ascending, answer.hand_ranks,
                  answer.Category(), PlayingText(answer));
@@ -155,11 +208,12 @@ void AppendLine(const EvalAnswer& answer, std::string& out) {
 
 struct EvalWords {
   std::vector<std::string> cards;
+  std::string game = "holdem";
   std::optional<std::string> versus, board;
   bool json = false;
 };
 
-// Two Hold'em hands and a board, all cards different.
+// Two hands and a board, all cards different.
 struct Showdown {
   std::vector<int> hands[2];
   std::vector<int> board;
@@ -184,12 +238,22 @@ Showdown ReadShowdown(const EvalWords& words) {
     }
   }
   // Reads all of them as one list, which refuses a card that is there twice.
-  ReadCards(hand + " " + *words.versus + " " + words.board.value_or(""));
+  CheckDeck(IsShortDeck(words.game),
+            ReadCards(hand + " " + *words.versus + " " + words.board.value_or("")));
   return showdown;
 }
 
 // 1 if the first hand is the better one, -1 if the second is, 0 if they are equal.
-int Judge(Showdown showdown) {
+int Judge(bool short_deck, Showdown showdown) {
+  if (short_deck && !showdown.board.empty()) {
+    int values[2];
+    for (std::size_t i = 0; i < 2; ++i) {
+      std::vector<int> cards = showdown.hands[i];
+      cards.insert(cards.end(), showdown.board.begin(), showdown.board.end());
+      values[i] = EvaluateShortDeck(cards.data(), static_cast<int>(cards.size()));
+    }
+    return values[0] > values[1] ? 1 : values[0] < values[1] ? -1 : 0;
+  }
   PokerLogic logic;
   for (std::vector<int>& cards : showdown.hands) std::ranges::sort(cards, comparefun);
   return WhoIsWinner(showdown.hands[0].data(), showdown.hands[1].data(), showdown.board.data(),
@@ -198,7 +262,8 @@ int Judge(Showdown showdown) {
 
 int RunVersus(const EvalWords& words) {
   const Showdown showdown = ReadShowdown(words);
-  const int verdict = Judge(showdown);
+  const bool short_deck = IsShortDeck(words.game);
+  const int verdict = Judge(short_deck, showdown);
   const Colours colours = Colours::ForStandardOutput();
   Json json = {{"schema", kJsonSchema}, {"board", CardsJson(showdown.board)}};
   std::string text;
@@ -208,11 +273,13 @@ int RunVersus(const EvalWords& words) {
     if (cards.size() == 2) {
       json["hands"].push_back({{"hand", CardsJson(hand)}});
     } else {
-      const EvalAnswer answer = Evaluate(cards);
-      text += Headline(answer, colours) + fmt::format("  {}\n", answer.words);
+      const EvalAnswer answer = Evaluate(short_deck, cards);
+      text += Headline(answer, colours);
+      if (!short_deck) text += fmt::format("  {}\n", answer.words);
       json["hands"].push_back(ToJson(answer));
       json["hands"].back()["hand"] = CardsJson(hand);
       json["hands"].back().erase("schema");
+      json["hands"].back().erase("game");
     }
   }
   json["verdict"] = verdict;
@@ -227,14 +294,15 @@ int RunVersus(const EvalWords& words) {
 
 int RunEval(const EvalWords& words) {
   const bool json = words.json;
+  const bool short_deck = IsShortDeck(words.game);
   const bool lines = words.cards == std::vector<std::string>{"-"};
   if (lines && (words.versus || words.board)) {
     throw UsageError("--versus and --board go with one question, not with lines");
   }
   if (words.versus) return RunVersus(words);
   if (lines) {
-    return AnswerLines(json, [json](std::string_view line, std::string& out) {
-      const EvalAnswer answer = Evaluate(ReadHand(line));
+    return AnswerLines(json, [json, short_deck](std::string_view line, std::string& out) {
+      const EvalAnswer answer = Evaluate(short_deck, ReadHand(line));
       if (json) {
         out += JsonLine(ToJson(answer));
       } else {
@@ -243,7 +311,8 @@ int RunEval(const EvalWords& words) {
     });
   }
   const std::string cards = fmt::format("{}", fmt::join(words.cards, " "));
-  const EvalAnswer answer = Evaluate(ReadHand(words.board ? cards + " " + *words.board : cards));
+  const EvalAnswer answer =
+      Evaluate(short_deck, ReadHand(words.board ? cards + " " + *words.board : cards));
   Print(json ? JsonLine(ToJson(answer)) : ToText(answer));
   return kExitDone;
 }
@@ -261,6 +330,7 @@ void AddEval(CLI::App& program, int& exit_code) {
           "from standard input")
       ->required()
       ->type_name("");
+  command->add_option("--game", options->game, "holdem or shortdeck [holdem]")->type_name("GAME");
   command->add_option("--versus", options->versus, "Compare two hands: the other one")
       ->type_name("CARDS");
   command

@@ -12,6 +12,7 @@
 
 #include "cli/command.h"
 #include "cli/errors.h"
+#include "cli/game.h"
 #include "cli/output.h"
 #include "cli/range_picture.h"
 #include "platform/text.h"
@@ -44,15 +45,12 @@ struct RangeWords {
 };
 
 RangeOptions ReadOptions(const RangeWords& words) {
-  if (words.game != "holdem" && words.game != "shortdeck") {
-    throw UsageError("--game " + Quoted(words.game) + " is not known: holdem or shortdeck");
-  }
   if (words.table != "equilibrium" && words.table != "corvelle") {
     throw UsageError("--table " + Quoted(words.table) + " is not known: equilibrium or corvelle");
   }
   RangeOptions options;
   options.bare_offsuit = words.bare_offsuit;
-  options.short_deck = words.game == "shortdeck";
+  options.short_deck = IsShortDeck(words.game);
   if (words.table == "corvelle") options.percent_table = PercentTable::kCorvelle;
   if (options.short_deck && words.table == "corvelle") {
     throw UsageError("--table corvelle is for 52 cards: the short deck has its equilibrium only");

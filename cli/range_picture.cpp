@@ -82,12 +82,15 @@ std::string GridSvg(int size, const std::string& title, const std::vector<GridCe
   constexpr int kMargin = 12;
   constexpr int kTitle = 34;
   const int width = size * kCell + 2 * kMargin;
+  // A character is about half as wide as it is high.
+  const int title_size = std::min(
+      15, static_cast<int>((width - 2 * kMargin) / (0.53 * static_cast<double>(title.size() + 1))));
   std::string svg = fmt::format(
       "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 {0} {1}\" width=\"{0}\" "
       "height=\"{1}\" font-family=\"Helvetica, Arial, sans-serif\">\n"
       "<title>{2}</title>\n<rect width=\"100%\" height=\"100%\" fill=\"#ffffff\"/>\n"
-      "<text x=\"{3}\" y=\"24\" font-size=\"15\" fill=\"#222\">{2}</text>\n",
-      width, width + kTitle - kMargin, Escape(title), kMargin);
+      "<text x=\"{3}\" y=\"24\" font-size=\"{4}\" fill=\"#222\">{2}</text>\n",
+      width, width + kTitle - kMargin, Escape(title), kMargin, title_size);
   const auto text = [](int x, int y, int font_size, const GridCell& cell,
                        const std::string& words) {
     return fmt::format(

@@ -97,7 +97,7 @@ error: --players goes with the opponent 'random' only: hands and ranges are exac
 error: --board needs a value
 error: --players is given twice
 error: '7s 7c 8d' has 3 cards: a hand has 2
-error: '--json' is not an option of a question: --board, --to, --players, --trials, --seed
+error: '--json' is not an option of a question: --game, --board, --to, --players, --trials, --seed
 AhKd random --board 2c3d4h --players 4 of 1000 trials"
 has "errors" "$err" "pokermath: line 5: --players goes with"
 run equity - --json <<<$'AhKd 7s7c --to turn\nAhKd Qd7c\nAhKd Ah7c'
@@ -172,6 +172,24 @@ refuses 2 "an opponent is needed" equity AhKd
 refuses 2 "--board needs a value" equity AhKd QQ --board ""
 refuses 2 "--players needs a value" equity AhKd random --players ""
 refuses 2 "--players '99' is not accepted" equity - --players 99
+
+# The short deck, against golden figures.
+tail -n +2 "$data/shortdeck_hand_vs_hand.csv" >"$work/golden"
+run equity - --game shortdeck < <(awk -F, '{ print $1, $2 }' "$work/golden")
+expect_code 0
+same "short deck" "$(sed -E 's/ equity [0-9.]+//' <<<"$out")" \
+  "$(awk -F, '{ print $1, $2, "--game shortdeck wins", $4, "ties", $5, "losses", $6, "of", $3, "boards exact" }' \
+    "$work/golden")"
+run equity AhKd random --game shortdeck --by-class --json --svg "$work/heat.svg"
+has "$asked" "$out" '"game":"shortdeck","hand":["Ah","Kd"],"opponent":"random",'
+has "$asked" "$out" '"wins":64652250,"ties":4992999,"cases":112971936,'
+same "boxes" "$(grep -c '<rect .*</text>' "$work/heat.svg")" 81
+run equity AhKd random --game shortdeck --players 10 --trials 20000 --json
+has "$asked" "$out" '"players":10,'
+same "near" "$(awk '{ print ($1 > 0.1 && $1 < 0.2) }' <<<"$(value equity)")" 1
+refuses 2 "5c is not in the short deck, which has six to ace" equity AhKd 5c5d --game shortdeck
+refuses 2 "2c is not in the short deck" equity AhKd TT --board 2c7d8h --game shortdeck
+refuses 2 "expected ranks of the short deck, 6 to A" equity AhKd 55 --game shortdeck
 
 # Class by class: the classes sum up to the range, the hand's worst come first.
 run equity AhKd TT+,AQs+ --by-class

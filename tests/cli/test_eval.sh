@@ -102,6 +102,24 @@ run eval KdAh --versus KcAs --json
 same "$asked" "$out" '{"schema":1,"board":[],"hands":[{"hand":["Kd","Ah"]},{"hand":["Kc","As"]}],"verdict":0}'
 run eval AhKd --board 2c7dTh
 has "$asked" "$out" "high card Ace high"
+
+# The short deck.
+run eval Ah6d7h8h9hAdAc --game shortdeck --json
+same "$asked" "$out" '{"schema":1,"game":"shortdeck","hand":["Ah","6d","7h","8h","9h","Ad","Ac"],'\
+'"category":"three of a kind","cards":["Ah","Ad","Ac","9h","8h"],"value":1112}'
+run eval Ah6h7h8h9hKd --game shortdeck
+same "$asked" "$out" "Ah6h7h8h9hKd: straight flush, 9h 8h 7h 6h Ah
+
+  value        1399   of 1404, larger is better"
+run eval AhAd --versus KdQd --board Ac7d8d9d9h --game shortdeck
+has "$asked" "$out" "full house, Ah Ad Ac 9d 9h"
+has "$asked" "$out" "KdQd wins."
+run eval - --game shortdeck <<<$'6c6d6h7d7h\n6c6d6h7d2h'
+expect_code 1
+same "$asked" "$out" "6c6d6h7d7h value 1135 full house: 6c 6d 6h 7d 7h
+error: 2h is not in the short deck, which has six to ace"
+
+refuses 2 "--game 'omaha' is not known: holdem or shortdeck" eval AhKhQhJhTh --game omaha
 refuses 2 "'2c7d' has 2 cards: a board has 3 to 5" eval AhKd --versus QcJs --board 2c7d
 refuses 2 "'Ah' has 1 card: with --versus a hand has 2" eval AhKd --versus Ah
 refuses 2 "Ah is given twice" eval AhKd --versus Ah2c
