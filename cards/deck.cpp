@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <array>
-#include <compare>
 #include <initializer_list>
 
 #include "cards/rank_names.h"
@@ -97,11 +96,7 @@ void CDeck::SetValueCombination(PokerLogic& logic) {
   }
 }
 
-int CDeck::compareTo(CDeck other) const {
-  const auto order = std::lexicographical_compare_three_way(
-      std::begin(value), std::end(value), std::begin(other.value), std::end(other.value));
-  return order > 0 ? 1 : order < 0 ? -1 : 0;
-}
+int CDeck::compareTo(CDeck other) const { return pokermath::CompareValues(value, other.value); }
 
 CString CDeck::display() const {
   const auto name = [this](int place) { return CString(pokermath::RankName(value[place])); };

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <compare>
 #include <initializer_list>
 
 #include "cards/rank_names.h"
@@ -83,11 +82,7 @@ CHand::CHand(CDeck deck) {
   if (straight && flush) set_straight(9);
 }
 
-int CHand::compareTo(CHand other) const {
-  const auto order = std::lexicographical_compare_three_way(
-      std::begin(value), std::end(value), std::begin(other.value), std::end(other.value));
-  return order > 0 ? 1 : order < 0 ? -1 : 0;
-}
+int CHand::compareTo(CHand other) const { return pokermath::CompareValues(value, other.value); }
 
 CString CHand::display() const {
   const auto name = [this](int place) { return CString(NameOf(value[place])); };

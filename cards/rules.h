@@ -3,8 +3,11 @@
 #ifndef POKERMATH_CARDS_RULES_H_
 #define POKERMATH_CARDS_RULES_H_
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <iterator>
 #include <vector>
 
 namespace pokermath {
@@ -37,6 +40,13 @@ inline RankGroups FindRankGroups(const std::array<int, 14>& count, int lowest) {
     }
   }
   return groups;
+}
+
+/// Compares two values of six places, the first place first: 1, -1 or 0.
+inline int CompareValues(const std::int32_t (&value)[6], const std::int32_t (&other)[6]) {
+  const auto [mine, others] = std::ranges::mismatch(value, other);
+  if (mine == std::end(value)) return 0;
+  return *mine > *others ? 1 : -1;
 }
 
 /// Ranks of the suit of a flush, in their order; none without five cards of one suit.

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
+#include "equity/cached_matchup.h"
 #include "equity/kernels/matchup.h"
 #include "equity/kernels/range_count.h"
 #include "equity/kernels/trials.h"
 #include "equity/matchups.h"
-#include "equity/shares.h"
 #include "pokermath/cards.h"
 #include "pokermath/equity.h"
 #include "pokermath/poker_logic.h"
@@ -24,24 +24,11 @@ Tally HoldemHandVsHand(std::span<const int, 2> hand1, std::span<const int, 2> ha
 
 namespace {
 
-// The outputs of the exact functions: wins with ties as one half, and the boards counted.
-void Score(const Tally& tally, double& wins, double& boards) {
-  wins = WinsOf(tally);
-  boards = static_cast<double>(tally.cases);
-}
-
 // Answers from a table, from the symmetry of twins, or by counting.
-void CachedMatchup(const std::map<PokerLogic::MatchupKey, int>& table, int* hand1, int* hand2,
-                   Street street, double& wins, double& boards) {
-  boards = BoardsOf(street);
-  const auto entry = table.find({HandKey(hand1[0], hand1[1]), HandKey(hand2[0], hand2[1])});
-  if (entry != table.end()) {
-    wins = entry->second * 0.5;
-  } else if (AreTwins(hand1, hand2)) {
-    wins = boards / 2;
-  } else {
-    Score(CountMatchup(BestIsa(), Deck::kFull, hand1, hand2, street), wins, boards);
-  }
+void CachedMatchup(const EquityTable& table, int* hand1, int* hand2, Street street, double& wins,
+                   double& boards) {
+  AnswerMatchup(table, hand1, hand2, BoardsOf(street), wins, boards,
+                [&] { return CountMatchup(BestIsa(), Deck::kFull, hand1, hand2, street); });
 }
 
 }  // namespace
@@ -65,13 +52,13 @@ double PokerLogic::getProbabilityOfWin(int* hand, int* board, int boardCount, in
 void PokerLogic::getProbabilityOfWinWithNoBoard(int* hand1, int* hand2, double& wins,
                                                 double& boards) const {
   using namespace pokermath;
-  Score(CountMatchup(BestIsa(), Deck::kFull, hand1, hand2, Street::kRiver), wins, boards);
+  Answer(CountMatchup(BestIsa(), Deck::kFull, hand1, hand2, Street::kRiver), wins, boards);
 }
 
 void PokerLogic::getProbabilityOfWinWithNoBoardToTurn(int* hand1, int* hand2, double& wins,
                                                       double& boards) const {
   using namespace pokermath;
-  Score(CountMatchup(BestIsa(), Deck::kFull, hand1, hand2, Street::kTurn), wins, boards);
+  Answer(CountMatchup(BestIsa(), Deck::kFull, hand1, hand2, Street::kTurn), wins, boards);
 }
 
 int PokerLogic::GetWinHandVsHand(int* hand1, int* hand2, double& wins, double& boards) const {

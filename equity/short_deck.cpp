@@ -5,13 +5,11 @@
 #include <optional>
 #include <unordered_set>
 
+#include "equity/cached_matchup.h"
 #include "equity/cached_opponents.h"
-#include "equity/equity_files.h"
 #include "equity/kernels/matchup.h"
 #include "equity/kernels/range_count.h"
 #include "equity/kernels/trials.h"
-#include "equity/matchups.h"
-#include "equity/shares.h"
 #include "eval/state_machines.h"
 #include "pokermath/equity.h"
 #include "pokermath/poker_logic.h"
@@ -217,23 +215,13 @@ double getProbabilityOfWinHoldem6PlusCommon(int* hand, int* board, int boardCoun
 
 void getProbabilityOfWinWithNoBoard6Plus(int* hand1, int* hand2, double& wins, double& boards) {
   using namespace pokermath;
-  const Tally tally = CountPair(HandOf(hand1), HandOf(hand2));
-  wins = WinsOf(tally);
-  boards = static_cast<double>(tally.cases);
+  Answer(CountPair(HandOf(hand1), HandOf(hand2)), wins, boards);
 }
 
 int GetWinHandVsHand6Plus(int* hand1, int* hand2, double& wins, double& boards) {
   using namespace pokermath;
-  const EquityTable& table = LoadedTable();
-  boards = kShortDeckBoards;
-  const auto entry = table.find({HandKey(hand1[0], hand1[1]), HandKey(hand2[0], hand2[1])});
-  if (entry != table.end()) {
-    wins = entry->second * 0.5;
-  } else if (AreTwins(hand1, hand2)) {
-    wins = boards / 2;
-  } else {
-    getProbabilityOfWinWithNoBoard6Plus(hand1, hand2, wins, boards);
-  }
+  AnswerMatchup(LoadedTable(), hand1, hand2, kShortDeckBoards, wins, boards,
+                [&] { return CountPair(HandOf(hand1), HandOf(hand2)); });
   return 1;
 }
 

@@ -241,6 +241,41 @@ TEST(HandVsRange, EveryHandIsCountedAsByItself) {
   EXPECT_TRUE(HoldemEveryHandVsRange(Spec(), Cards{0, 1, 2, 3}, Street::kFlop).empty());
 }
 
+// Sums up the matchups of a hand with every live holding.
+template <typename HandVsHand>
+Tally SumOfMatchups(const Cards& hand, const Spec& spec, const Cards& board, HandVsHand count) {
+  Tally sum;
+  for (const auto& [first, second] : spec.combinations()) {
+    if (Holds(hand, first) || Holds(hand, second) || Holds(board, first) || Holds(board, second)) {
+      continue;
+    }
+    const int opponent[2] = {first, second};
+    sum += count(std::span<const int, 2>(hand), std::span<const int, 2>(opponent));
+  }
+  return sum;
+}
+
+TEST(HandVsRange, IsTheSumOfItsMatchups) {
+  Dealer dealer(25);
+  SCOPED_TRACE(dealer.Trace());
+  for (int trial = 0; trial < 400; ++trial) {
+    const int known = trial % 20 == 0  ? 1 + dealer.Below(2)
+                      : trial % 2 == 0 ? 0
+                                       : 3 + dealer.Below(3);
+    const Cards cards = dealer.Deal(2 + known);
+    const Cards hand(cards.begin(), cards.begin() + 2);
+    const Cards board(cards.begin() + 2, cards.end());
+    const auto street = static_cast<Street>(std::max(known, 3 + dealer.Below(3)));
+    const Spec spec = RandomRange(dealer, 12);
+    EXPECT_EQ(HoldemHandVsRange(std::span<const int, 2>(hand), spec, board, street),
+              SumOfMatchups(hand, spec, board,
+                            [&](auto hand1, auto hand2) {
+                              return HoldemHandVsHand(hand1, hand2, board, street);
+                            }))
+        << CardNames(cards);
+  }
+}
+
 TEST(HandVsRange, BlockedRangesAndBadCounts) {
   PokerLogic logic;
   Cards hand = ParseCards("AhAd").cards;

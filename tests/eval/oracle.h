@@ -72,8 +72,9 @@ inline int Places(int strength) {
   return static_cast<int>(std::lower_bound(all.begin(), all.end(), strength) - all.begin());
 }
 
-// The strength of the best five among the cards.
-inline int BestStrength(std::span<const int> cards) {
+// The strength of the best five among the cards, by the rules of a game.
+template <typename Rules>
+int BestStrength(std::span<const int> cards, Rules strength) {
   int best = 0;
   for (unsigned chosen = 0; chosen < 1u << cards.size(); ++chosen) {
     if (__builtin_popcount(chosen) != 5) continue;
@@ -82,9 +83,13 @@ inline int BestStrength(std::span<const int> cards) {
     for (std::size_t i = 0; i < cards.size(); ++i) {
       if ((chosen >> i & 1) != 0) five[size++] = cards[i];
     }
-    best = std::max(best, Strength(five));
+    best = std::max(best, strength(five));
   }
   return best;
+}
+
+inline int BestStrength(std::span<const int> cards) {
+  return BestStrength(cards, [](const int(&five)[5]) { return Strength(five); });
 }
 
 // 1 (seven high) .. 7462 (royal flush).

@@ -61,17 +61,7 @@ int ShortDeckStrength(const int (&cards)[5]) {
 }
 
 int BestShortDeckStrength(const Cards& cards) {
-  int best = 0;
-  for (unsigned chosen = 0; chosen < 1u << cards.size(); ++chosen) {
-    if (__builtin_popcount(chosen) != 5) continue;
-    int five[5];
-    int size = 0;
-    for (std::size_t i = 0; i < cards.size(); ++i) {
-      if ((chosen >> i & 1) != 0) five[size++] = cards[i];
-    }
-    best = std::max(best, ShortDeckStrength(five));
-  }
-  return best;
+  return oracle::BestStrength(cards, ShortDeckStrength);
 }
 
 const Cards& ShortDeck() {
