@@ -96,6 +96,22 @@ void CDeck::SetValueCombination(PokerLogic& logic) {
   }
 }
 
+void CDeck::SetValueCombinationOmaha(PokerLogic& logic) {
+  std::ranges::fill(value, 0);
+  if (cards.size() < 7) return;
+  for (std::size_t i = 0; i < 3; ++i)
+    for (std::size_t j = i + 1; j < 4; ++j)
+      for (std::size_t a = 4; a + 2 < cards.size(); ++a)
+        for (std::size_t b = a + 1; b + 1 < cards.size(); ++b)
+          for (std::size_t c = b + 1; c < cards.size(); ++c) {
+            CDeck five;
+            five.cards = {cards[i], cards[j], cards[a], cards[b], cards[c]};
+            five.SetValueCombination(logic);
+            if (pokermath::CompareValues(five.value, value) > 0)
+              std::ranges::copy(five.value, value);
+          }
+}
+
 int CDeck::compareTo(CDeck other) const { return pokermath::CompareValues(value, other.value); }
 
 CString CDeck::display() const {

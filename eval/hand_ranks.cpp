@@ -23,6 +23,7 @@ PokerLogic& PokerLogic::operator=(PokerLogic&& other) {
   maxID = std::exchange(other.maxID, 0);
   equityTable = std::exchange(other.equityTable, {});
   equityTurnTable = std::exchange(other.equityTurnTable, {});
+  PokerCombinations = std::exchange(other.PokerCombinations, {});
   random = other.random;
   trialCount = other.trialCount;
   return *this;

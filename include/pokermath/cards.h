@@ -105,6 +105,10 @@ class POKERMATH_EXPORT CDeck {
   /// @param logic  for its rule tests; nothing has to be loaded
   void SetValueCombination(PokerLogic& logic);
 
+  /// The same for an Omaha hand: four hole cards, two of which play, and behind them three to five
+  /// board cards, three of which play. Fewer than seven cards leave all six at 0.
+  void SetValueCombinationOmaha(PokerLogic& logic);
+
   /// Compares the values, category first: 1 if this one is the better, -1 if the other, 0 if they
   /// are equal.
   int compareTo(CDeck other) const;

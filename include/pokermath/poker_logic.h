@@ -11,6 +11,7 @@
 
 #include "pokermath/evaluators.h"
 #include "pokermath/export.h"
+#include "pokermath/five_card_map.h"
 #include "pokermath/large_table.h"
 #include "pokermath/ranges.h"
 #include "pokermath/text.h"
@@ -126,6 +127,31 @@ class POKERMATH_EXPORT PokerLogic {
   /// Value of the best five of two hole cards and three to five board cards, likewise; 0 for
   /// another board.
   int getNewCombination(int* hole, int* board, int boardCount) const;
+
+  // --- the best Omaha hand: two hole cards and three board cards; see omaha.h ---
+  // Values are on the descending scale, smaller is better. `record` receives the cards that play;
+  // the one with counts, their indexes.
+
+  /// The best of four hole cards and five board cards. Record: two hole cards, three board cards.
+  int getCombinationOmaha(int* hand, int* board, int* record) const;
+  /// The same with four board cards, and with three.
+  int getCombinationOmahaTurn(int* hand, int* board, int* record) const;
+  int getCombinationOmahaFlop(int* hand, int* board, int* record) const;
+  /// The same for four or five hole cards and three to five board cards.
+  int getCombinationOmahaCommon(int* hand, int handCount, int* board, int boardCount,
+                                int* record) const;
+
+  /// Fills PokerCombinations from a file of exactly 20,791,680 bytes, or works it out and writes
+  /// the file. A file with a key that is no hand is replaced; a value below 1 is shown as a message
+  /// and left out.
+  /// @return 1 loaded, 0 worked out
+  int generate_PokerCombinations_table(CString path);
+  /// Writes PokerCombinations as records of two little-endian 32-bit ints, key and value, in key
+  /// order. Returns 1 even when nothing could be written; an existing file is then as it was.
+  int save_PokerCombinations_table(CString path);
+  /// The best of four hole cards and five board cards through PokerCombinations. A combination that
+  /// the table lacks counts as its key.
+  int eval_7handOmaha(int* hand, int* board) const;
 
   // --- Hold'em equity ---
   // A hand is two card codes, a board up to five. getProbabilityOfWin and the loaders change the
@@ -248,6 +274,8 @@ class POKERMATH_EXPORT PokerLogic {
   std::map<MatchupKey, int> equityTable;
   /// The same over 194,580 four-card boards.
   std::map<MatchupKey, int> equityTurnTable;
+  /// Value of every five-card hand on the descending scale, or empty.
+  pokermath::FiveCardMap PokerCombinations;
   EasyRandom random{0, 1};
   int trialCount = 50000;  ///< trials, or random boards, of the functions that sample
 };

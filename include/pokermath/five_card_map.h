@@ -1,0 +1,57 @@
+// A table of all five-card hands.
+
+#ifndef POKERMATH_FIVE_CARD_MAP_H_
+#define POKERMATH_FIVE_CARD_MAP_H_
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+
+#include "pokermath/export.h"
+#include "pokermath/large_table.h"
+
+namespace pokermath {
+
+/// Numbers by five-card hand, an ordered map in one piece of memory: 10 MB as soon as it holds
+/// anything. A key is five rising card codes, six bits each: (((c1 * 64 + c2) * 64 + c3) * 64 +
+/// c4) * 64 + c5. Numbers below 1 are not kept.
+class POKERMATH_EXPORT FiveCardMap {
+ public:
+  static constexpr std::size_t kHands = 2598960;
+
+  static constexpr int KeyOf(int c1, int c2, int c3, int c4, int c5) {
+    return (((c1 * 64 + c2) * 64 + c3) * 64 + c4) * 64 + c5;
+  }
+  /// Place of a key among all in rising order; kHands if it is no hand.
+  static std::size_t PlaceOf(int key);
+
+  std::size_t size() const { return size_; }
+  bool empty() const { return size_ == 0; }
+  void clear();
+  /// The number of a key; 0 if there is none.
+  int find(int key) const;
+  /// Whether the key was absent; a number that is there stays. Nothing is kept for a key that is no
+  /// hand.
+  bool insert(int key, int number);
+  /// Calls visit(key, number) in the order of the keys.
+  template <typename Visit>
+  void ForEach(Visit visit) const {
+    std::size_t place = 0;
+    for (int c1 = 0; c1 < 48 && !numbers_.empty(); ++c1)
+      for (int c2 = c1 + 1; c2 < 49; ++c2)
+        for (int c3 = c2 + 1; c3 < 50; ++c3)
+          for (int c4 = c3 + 1; c4 < 51; ++c4)
+            for (int c5 = c4 + 1; c5 < 52; ++c5, ++place) {
+              if (numbers_[place] > 0) visit(KeyOf(c1, c2, c3, c4, c5), numbers_[place]);
+            }
+  }
+
+ private:
+  LargeTable<std::int32_t> numbers_;  // by place, or empty
+  std::size_t size_ = 0;
+};
+
+}  // namespace pokermath
+
+#endif  // POKERMATH_FIVE_CARD_MAP_H_

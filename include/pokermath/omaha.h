@@ -1,0 +1,62 @@
+// Omaha: the best hand of exactly two hole cards and exactly three board cards.
+
+#ifndef POKERMATH_OMAHA_H_
+#define POKERMATH_OMAHA_H_
+
+#include "pokermath/export.h"
+
+// Cards are card codes, not checked; hands of four cards, or of five with the functions that take a
+// hand count; boards of three to five. Values are on the ascending scale 1..7462, larger is better.
+// `record` receives which cards make the value, as five indexes: two into the hand, three into the
+// board, each rising; of equal choices the first. Nothing has to be loaded; any number of threads.
+// PokerLogic has the same functions on the descending scale.
+
+POKERMATH_EXPORT int getCombinationOmahaFsm5(int* hand, int* board, int* record);
+POKERMATH_EXPORT int getCombinationOmahaTurnFsm5(int* hand, int* board, int* record);
+POKERMATH_EXPORT int getCombinationOmahaFlopFsm5(int* hand, int* board, int* record);
+POKERMATH_EXPORT int getCombinationOmahaFsm5Common(int* hand, int handCount, int* board,
+                                                   int boardCount, int* record);
+
+/// Which flush a hand of four cards makes with a board of three to five.
+///
+/// The fields are public as hosts know them; cards and what follows from them are from high to low,
+/// as comparefun sorts.
+class POKERMATH_EXPORT CHandOmahaType {
+ public:
+  /// Copies the cards; a count beyond 0..5 is taken as the nearest of these.
+  CHandOmahaType(int* hand, int* board, int boardCards_);
+
+  /// 117 for a royal flush, 65 for any other flush, -1 for none.
+  int getOmahaHand() const;
+  /// 1 for ace to ten of the flush suit, else -1. The walk down from the ace ends with the third
+  /// hole card or the fourth board card that it meets, so a hand with three cards of the royal
+  /// flush gives -1. Hosts know it so.
+  int isRoyalFlushOmaha() const;
+  /// -1.
+  int isStraightFlush() const;
+  /// The suit of which there are at least three board cards and two hole cards, or -1.
+  int isFlushOmaha() const;
+  /// The suits with at least two board cards and two hole cards.
+  ///
+  /// @param suits  out: room for two
+  /// @param count  out: how many
+  /// @return the count
+  int isFlushDrawOmaha(int* suits, int& count) const;
+
+  int holeCards[4];
+  int boardCards[5];
+  int boardCount;
+  int holeRanks[4];
+  int boardRanks[5];
+  int holeSuitCounts[4];
+  int boardSuitCounts[4];
+  int holeSuits[4];
+  int boardSuits[5];
+  int flushHoleRanks[4];
+  int flushBoardRanks[5];
+  int flushHoleCount;
+  int flushBoardCount;
+  int flushSuit;  ///< -1 for none
+};
+
+#endif  // POKERMATH_OMAHA_H_
