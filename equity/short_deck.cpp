@@ -3,7 +3,7 @@
 #include <array>
 #include <chrono>
 #include <optional>
-#include <unordered_set>
+#include <vector>
 
 #include "equity/cached_matchup.h"
 #include "equity/cached_opponents.h"
@@ -60,6 +60,25 @@ Tally CountPair(std::span<const int, 2> hand1, std::span<const int, 2> hand2) {
   return CountMatchup(BestIsa(), Deck::kShort, hand1.data(), hand2.data(), Street::kRiver);
 }
 
+// What GetWinHandVsHand6Plus says of every live holding of a range.
+double SumOfMatchups(int* hand, const Spec& spec) {
+  const std::uint64_t taken = Bits(HandOf(hand)) | AbsentCards(Deck::kShort);
+  double all_wins = 0;
+  double all_boards = 0;
+  for (const Combination& cards : spec.combinations()) {
+    if ((Bits(cards) & taken) != 0) continue;
+    int opponent[2] = {cards.first, cards.second};
+    double wins, boards;
+    GetWinHandVsHand6Plus(hand, opponent, wins, boards);
+    all_wins += wins;
+    all_boards += boards;
+  }
+  return all_wins / all_boards;
+}
+
+struct Opponent;
+bool HasFree(const Opponent& opponent, std::uint64_t used);
+
 // The holdings of an opponent, one of which is drawn for each deal.
 struct Opponent {
   std::vector<Combination> holdings;
@@ -68,11 +87,10 @@ struct Opponent {
   // Draws a holding that is free, false if there is none.
   bool Draw(std::uint64_t used, Combination& drawn) {
     constexpr int kPatience = 100;
-    const auto is_free = [used](const Combination& cards) { return (Bits(cards) & used) == 0; };
     for (int draws = 0;; ++draws) {
       drawn = holdings[static_cast<std::size_t>(random.DrawRandomNumber())];
-      if (is_free(drawn)) return true;
-      if (draws == kPatience && std::ranges::none_of(holdings, is_free)) return false;
+      if ((Bits(drawn) & used) == 0) return true;
+      if (draws == kPatience && !HasFree(*this, used)) return false;
     }
   }
 };
@@ -89,21 +107,45 @@ std::vector<Combination> LeadingRun(const Spec& spec, std::uint64_t known) {
   return run;
 }
 
-// Whether all opponents from one on can hold cards at the same time; `failed` remembers which cards
-// were tried in vain.
-bool CanAllHold(std::span<const Opponent> opponents, std::uint64_t used,
-                std::unordered_set<std::uint64_t>& failed) {
-  if (opponents.empty()) return true;
-  // The number of opponents left follows from the number of cards.
-  if (failed.contains(used)) return false;
-  for (const Combination& cards : opponents[0].holdings) {
-    if ((Bits(cards) & used) == 0 && CanAllHold(opponents.subspan(1), used | Bits(cards), failed)) {
-      return true;
-    }
-  }
-  failed.insert(used);
-  return false;
+bool HasFree(const Opponent& opponent, std::uint64_t used) {
+  return std::ranges::any_of(
+      opponent.holdings, [used](const Combination& cards) { return (Bits(cards) & used) == 0; });
 }
+
+// Searches for holdings that all opponents can have at the same time, the opponent with the fewest
+// free ones first.
+class DealSearch {
+ public:
+  enum class Result { kPossible, kImpossible, kUnknown };
+
+  Result Search(std::span<const Opponent> opponents, std::uint64_t used) {
+    std::vector<const Opponent*> waiting;
+    for (const Opponent& opponent : opponents) waiting.push_back(&opponent);
+    const bool found = Find(waiting, used);
+    return found ? Result::kPossible : steps_ > kMostSteps ? Result::kUnknown : Result::kImpossible;
+  }
+
+ private:
+  static constexpr int kMostSteps = 20000;
+
+  bool Find(std::vector<const Opponent*> waiting, std::uint64_t used) {
+    if (waiting.empty()) return true;
+    if (++steps_ > kMostSteps) return false;
+    const auto free_holdings = [used](const Opponent* opponent) {
+      return std::ranges::count_if(opponent->holdings, [used](const Combination& cards) {
+        return (Bits(cards) & used) == 0;
+      });
+    };
+    const auto next = std::ranges::min_element(waiting, {}, free_holdings);
+    const Opponent& opponent = **next;
+    waiting.erase(next);
+    return std::ranges::any_of(opponent.holdings, [&](const Combination& cards) {
+      return (Bits(cards) & used) == 0 && Find(waiting, used | Bits(cards));
+    });
+  }
+
+  int steps_ = 0;
+};
 
 // A deal to a hand, its board and its opponents: 0 when the hand loses, else how many share the
 // pot; nothing when an opponent had no free holding.
@@ -116,6 +158,10 @@ std::optional<int> Deal(std::array<int, 7> hero, int known, std::uint64_t used,
     } while ((used >> card & 1) != 0);
     hero[static_cast<std::size_t>(2 + i)] = card;
     used |= Bit(card);
+  }
+  // A board that leaves an opponent nothing counts for nobody, whoever would be dealt first.
+  for (const Opponent& opponent : opponents) {
+    if (!HasFree(opponent, used)) return std::nullopt;
   }
   const int value = eval_rank7_via_fsm7(hero.data());
   std::array<int, 7> other = hero;
@@ -177,7 +223,10 @@ double PokerLogic::RiverEquityHandVsRandomOnPreFlop6Plus(int* hand, int& count,
       holdings.emplace_back(kShortDeckCards[i], kShortDeckCards[j]);
     }
   }
-  const Tally tally = CountAgainst(Deck::kShort, HandOf(hand), holdings, {}, Street::kRiver);
+  const Tally tally =
+      HoldsAbsentCard(HandOf(hand))
+          ? CountBoardByBoard(HandOf(hand), holdings, {}, Street::kRiver, ValueWithoutAbsent)
+          : CountAgainst(Deck::kShort, HandOf(hand), holdings, {}, Street::kRiver);
   count = static_cast<int>(tally.cases);
   elapsed = static_cast<int>(
       std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count());
@@ -199,14 +248,21 @@ double getProbabilityOfWinHoldem6PlusCommon(int* hand, int* board, int boardCoun
     players[i].random.SetInterval(0, static_cast<int>(players[i].holdings.size()) - 1);
     players[i].random.SetTimerSeed();
   }
-  std::unordered_set<std::uint64_t> failed;
-  if (!CanAllHold(players, known, failed)) return 0.0;
+  const DealSearch::Result possible = DealSearch().Search(players, known);
+  if (possible == DealSearch::Result::kImpossible) return 0.0;
 
+  // Where the search gave up, so many deals in vain say that there is none.
+  constexpr int kMostInVain = 100000;
+  int in_vain = 0;
   EasyRandom board_random(0, 35);
   double sum = 0.0;
   for (int trial = 0; trial < trials;) {
     const std::optional<int> sharers = Deal(hero, boardCount, known, board_random, players);
-    if (!sharers) continue;
+    if (!sharers) {
+      if (++in_vain == kMostInVain && possible == DealSearch::Result::kUnknown) return 0.0;
+      continue;
+    }
+    in_vain = 0;
     if (*sharers > 0) sum += 1.0 / *sharers;
     ++trial;
   }
@@ -248,7 +304,7 @@ double getProbabilityOfWinBySpectr6Plus(int* hand, int* board, int boardCount, c
 
 double getProbabilityOfWinBySpectrWithNoBoard6Plus(int* hand, const Spec& spec) {
   using namespace pokermath;
-  if (HoldsAbsentCard(HandOf(hand))) return CountShare(hand, {}, Street::kRiver, spec);
+  if (HoldsAbsentCard(HandOf(hand))) return SumOfMatchups(hand, spec);
   return ShareOf(
       CachedOpponents(Deck::kShort, HandOf(hand), HoldingsOf(spec), LoadedTable(), Street::kRiver)
           .CountInParallel());

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstring>
 #include <fstream>
-#include <limits>
 #include <memory>
 #include <vector>
 
@@ -41,6 +40,11 @@ bool StatesAreSound(const StateFile& file, const std::uint32_t* entries, std::si
   const auto first = static_cast<std::size_t>(file.shape.first_index);
   if (count < first + 2 * width) return false;
   const std::size_t rows = (count - first) / width;
+  // Row 0 stands for what cannot be.
+  if (std::any_of(entries, entries + first + width,
+                  [](std::uint32_t entry) { return entry != 0; })) {
+    return false;
+  }
   std::vector<std::uint8_t> reached(rows);
   std::vector<std::uint8_t> next(rows);
   reached[1] = 1;
@@ -49,6 +53,8 @@ bool StatesAreSound(const StateFile& file, const std::uint32_t* entries, std::si
     for (std::size_t row = 0; row < rows; ++row) {
       if (reached[row] == 0) continue;
       const std::uint32_t* from = entries + row * width + first;
+      // Only cards that have been seen cannot come.
+      if (std::count(from, from + width, 0u) > cards) return false;
       if (last) {
         std::uint32_t largest = 0;
         for (std::size_t i = 0; i < width; ++i) largest = std::max(largest, from[i]);
@@ -61,6 +67,7 @@ bool StatesAreSound(const StateFile& file, const std::uint32_t* entries, std::si
         next[state / width] = 1;
       }
     }
+    next[0] = 0;
     reached.swap(next);
     std::ranges::fill(next, std::uint8_t{0});
   }
@@ -84,8 +91,7 @@ std::uint32_t* LoadStates(const StateFile& file, const std::string& path, bool& 
   std::memcpy(&count, header.data() + 24, sizeof count);
   const auto expected = StateHeader(file, count);
   if (std::memcmp(header.data(), expected.data(), header.size()) != 0) return nullptr;
-  if (count > *length / sizeof(std::uint32_t) ||
-      count > std::numeric_limits<std::uint32_t>::max() ||
+  if (count > *length / sizeof(std::uint32_t) || count > file.most_entries ||
       *length != kStateHeaderBytes + count * sizeof(std::uint32_t)) {
     return nullptr;
   }

@@ -80,7 +80,7 @@ int verify_rankFsm5(int value, CString& name) {
   static constexpr const wchar_t* kNames[11] = {
       L"Error", L"high card",   L"one pair",     L"two pairs",      L"three of kind", L"straight",
       L"flush", L"full houses", L"four of kind", L"straight flush", L"Royal Flush"};
-  name = kNames[Get_rankFsm5(value)];
+  name = kNames[value > 7462 ? 9 : Get_rankFsm5(value)];
   return 1;
 }
 

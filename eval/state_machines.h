@@ -51,11 +51,14 @@ struct StateFile {
   std::string_view name;   ///< of the file
   std::string_view magic;  ///< up to 16 characters
   StateTableShape shape;
-  std::uint32_t best;  ///< the largest value
+  std::uint32_t best;          ///< the largest value
+  std::uint64_t most_entries;  ///< more than any table of the kind needs
 };
-inline constexpr StateFile kSixPlus5File = {"six-plus-5.bin", "OFSM Six Plus 5", {36, 5, 0}, 1404};
-inline constexpr StateFile kSixPlus7File = {"six-plus-7.bin", "OFSM Six Plus 7", {36, 7, 0}, 1404};
-inline constexpr StateFile kOmaha7File = {"omaha7.bin", "OFSM Omaha 7", {52, 7, 1}, 7462};
+inline constexpr StateFile kSixPlus5File = {
+    "six-plus-5.bin", "OFSM Six Plus 5", {36, 5, 0}, 1404, 1 << 22};
+inline constexpr StateFile kSixPlus7File = {
+    "six-plus-7.bin", "OFSM Six Plus 7", {36, 7, 0}, 1404, 1 << 26};
+inline constexpr StateFile kOmaha7File = {"omaha7.bin", "OFSM Omaha 7", {52, 7, 1}, 7462, 1 << 28};
 
 inline constexpr std::size_t kStateHeaderBytes = 32;
 /// The header of a file with so many entries.

@@ -109,14 +109,14 @@ Tally CountGroups(const ShowdownCounts& counts, std::span<const int, 2> hand,
   return groups.Count();
 }
 
-// Judges holdings on one complete short-deck board.
-Tally JudgeShortDeck(std::span<const int, 2> hand, std::span<const Combination> opponents,
-                     std::span<const int> board, std::uint64_t taken) {
+// Judges holdings on one complete board.
+Tally JudgeBoard(std::span<const int, 2> hand, std::span<const Combination> opponents,
+                 std::span<const int> board, std::uint64_t taken, ValueOfCards value_of) {
   const int count = 2 + static_cast<int>(board.size());
   const auto value = [&](int card1, int card2) {
     int cards[7] = {card1, card2};
     std::ranges::copy(board, cards + 2);
-    return EvaluateShortDeck(cards, count);
+    return value_of(cards, count);
   };
   const int hero = value(hand[0], hand[1]);
   Tally tally;
@@ -132,34 +132,52 @@ Tally JudgeShortDeck(std::span<const int, 2> hand, std::span<const Combination> 
 
 }  // namespace
 
+int ValueWithoutAbsent(const int* cards, int count) {
+  int present[7];
+  const auto in_deck = [](int card) { return card % 13 >= kLowestShortDeckCard; };
+  const auto end = std::copy_if(cards, cards + count, present, in_deck);
+  return EvaluateShortDeck(present, static_cast<int>(end - present));
+}
+
+Tally CountBoardByBoard(std::span<const int, 2> hand, std::span<const Combination> opponents,
+                        std::span<const int> board, Street street, ValueOfCards value) {
+  const std::uint64_t taken = Bits(hand) | Bits(board) | AbsentCards(Deck::kShort);
+  std::vector<int> complete(board.begin(), board.end());
+  Tally tally;
+  Deal(complete, static_cast<std::size_t>(street), taken, 0,
+       [&] { tally += JudgeBoard(hand, opponents, complete, taken | Bits(complete), value); });
+  return tally;
+}
+
 Tally CountAgainst(Deck deck, std::span<const int, 2> hand, std::span<const Combination> opponents,
                    std::span<const int> board, Street street) {
   const auto cards = static_cast<std::size_t>(street);
   const std::uint64_t known = Bits(hand) | Bits(board);
   const std::uint64_t taken = known | AbsentCards(deck);
+  // A short-deck hand or board with a card that is not in the deck is judged board by board: to the
+  // river it is worth nothing, to the turn what its other cards make.
+  const bool in_deck = (known & AbsentCards(deck)) == 0;
+  if (deck == Deck::kShort && (!in_deck || board.size() == cards)) {
+    const ValueOfCards value = street == Street::kTurn ? ValueWithoutAbsent : EvaluateShortDeck;
+    return CountBoardByBoard(hand, opponents, board, street, value);
+  }
+  Tally tally;
   if (board.size() == cards) {
-    if (deck == Deck::kShort) return JudgeShortDeck(hand, opponents, board, taken);
-    Tally tally;
     BoardJudge(hand, opponents).Judge(board, 0, tally);
     return tally;
   }
-  // A hand or a board with a card that is not in the deck is judged board by board.
-  const bool can_count = (known & AbsentCards(deck)) == 0;
-  if (can_count && board.empty()) {
+  if (board.empty()) {
     return CountGroups(EmptyBoardCounts(BestIsa(), deck, street), hand, opponents, taken);
   }
-  if (can_count && board.size() >= 3) {
+  if (board.size() >= 3) {
     return CountGroups(Runouts(BestIsa(), deck, board, static_cast<int>(street)), hand, opponents,
                        taken);
   }
-  // Every board comes about as often as the cards that are dealt here can be chosen from it.
-  const std::size_t dealt_to = can_count ? 3 : cards;
-  std::vector<int> longer(board.begin(), board.end());
-  Tally tally;
-  Deal(longer, dealt_to, taken, 0,
-       [&] { tally += CountAgainst(deck, hand, opponents, longer, street); });
+  // Every board comes about as often as three of its cards can be dealt first.
+  std::vector<int> flop(board.begin(), board.end());
+  Deal(flop, 3, taken, 0, [&] { tally += CountAgainst(deck, hand, opponents, flop, street); });
   const int times =
-      Choose(static_cast<int>(cards - board.size()), static_cast<int>(dealt_to - board.size()));
+      Choose(static_cast<int>(cards - board.size()), static_cast<int>(3 - board.size()));
   tally.wins /= times;
   tally.ties /= times;
   tally.cases /= times;

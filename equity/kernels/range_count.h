@@ -47,11 +47,22 @@ class OpponentGroups {
 
 /// Counts a hand against holdings over every way to complete a board.
 ///
-/// @param hand   two cards of the deck or, of a short deck, any: less than six is worth nothing
-/// @param board  0 up to the street's number of cards, likewise
+/// @param board  0 up to the street's number of cards
+/// Short-deck hands and boards may have cards below six: to the river these are worth nothing, to
+/// the turn what the other cards make, as the evaluators say.
 /// Holdings with a card that is not in the deck are left out.
 Tally CountAgainst(Deck deck, std::span<const int, 2> hand, std::span<const Combination> opponents,
                    std::span<const int> board, Street street);
+
+/// Value of five to seven cards, larger is better.
+using ValueOfCards = int (*)(const int* cards, int count);
+
+/// What the cards of the short deck among some make, whatever the others are.
+int ValueWithoutAbsent(const int* cards, int count);
+
+/// CountAgainst with any way to value short-deck cards, every board by itself.
+Tally CountBoardByBoard(std::span<const int, 2> hand, std::span<const Combination> opponents,
+                        std::span<const int> board, Street street, ValueOfCards value);
 
 }  // namespace pokermath
 

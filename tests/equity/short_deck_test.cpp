@@ -65,9 +65,11 @@ Score Plain(const Cards& hand, Cards board, std::size_t street,
     }
     return score;
   }
+  // To the turn the best five cards count, whatever the sixth is.
   const auto value = [&](int card1, int card2) {
     Cards cards = board;
     cards.insert(cards.end(), {card1, card2});
+    if (street == 4) std::erase_if(cards, [](int card) { return card % 13 < 4; });
     return EvaluateShortDeck(cards.data(), static_cast<int>(cards.size()));
   };
   const int hero = value(hand[0], hand[1]);
@@ -201,6 +203,12 @@ TEST(ShortDeckEquity, EveryRangeFunctionIsThePlainCount) {
     hand[0] = dealer.Below(4);
     EXPECT_EQ(getProbabilityOfWinBySpectrWithFlop6Plus(hand.data(), board.data(), spec),
               plain(3, 5));
+    EXPECT_EQ(getProbabilityOfWinBySpectrToTurn6Plus(hand.data(), board.data(), 3, spec),
+              plain(3, 4));
+    hand[0] = cards[0];
+    board[1] = dealer.Below(4);
+    EXPECT_EQ(getProbabilityOfWinBySpectrToTurn6Plus(hand.data(), board.data(), 4, spec),
+              plain(4, 4));
   }
   Cards aces = CardsOf("AhAd");
   EXPECT_TRUE(std::isnan(
@@ -317,6 +325,27 @@ TEST_F(ShortDeckSampling, RangesEndAtTheirFirstDeadHolding) {
   EXPECT_GT(share, 0.0);
   EXPECT_LT(share, 1.0);
   EXPECT_EQ(trials, 200);
+  // A board that takes a holding counts for nobody, in whatever order the opponents are.
+  const auto seeded = [&](std::vector<Spec> ranges) {
+    std::srand(9);
+    trials = 60000;
+    return ask(ranges, 0);
+  };
+  const Spec many = ParseRange("random", {.short_deck = true}).range;
+  Spec free;
+  for (const auto& [first, second] : many.combinations()) {
+    const bool met = first % 13 == 10 || second % 13 == 10 || first >= 50 || second >= 50;
+    if (!met) free.Insert(first, second);
+  }
+  const Spec single = ParseRange("AsKs").range;
+  EXPECT_NEAR(seeded({free, single}), seeded({single, free}), 0.015);
+  trials = 200;
+  // Much to choose from, and nothing for the last two.
+  EXPECT_EQ(ask({free, free, free, free, free, single, single}, 0), 0.0);
+  EXPECT_EQ(ask(std::vector<Spec>(
+                    9, ParseRange("AA,KK,AK,AQ,AJ,AT,A9,A8,A7,A6,KQ,KJ,KT,K9,K8,K7,K6").range),
+                0),
+            0.0);
   // Nine opponents with an ace each: four aces are not enough.
   EXPECT_EQ(ask(std::vector<Spec>(9, ParseRange("AK,AQ,AJ,AT,A9,A8,A7,A6").range), 0), 0.0);
 }

@@ -257,6 +257,10 @@ TEST(StateFiles, AreLoadedWholeAndSoundOrNotAtAll) {
   EXPECT_TRUE(is_refused(with(32 + 4 * 40, entries - 35)));
   EXPECT_TRUE(is_refused(with(32 + 4 * 40, 73u)));
   EXPECT_TRUE(is_refused(with(good.size() - 4, 1405u)));
+  EXPECT_TRUE(is_refused(with(32, 72u))) << "row 0 is zero";
+  // A copy that broke off, filled up with zeros.
+  EXPECT_TRUE(is_refused(good.substr(0, good.size() / 2) + std::string(good.size() / 2, '\0')));
+  EXPECT_TRUE(is_refused(good.substr(0, 32) + std::string(good.size() - 32, '\0')));
 
   // Whatever is accepted keeps every look-up inside.
   std::mt19937 random(54);
