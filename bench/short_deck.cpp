@@ -1,4 +1,4 @@
-// The short deck and the finite-state tables.
+// The short deck, Omaha and the finite-state tables.
 
 #include <benchmark/benchmark.h>
 
@@ -85,6 +85,21 @@ void BM_BuildOmahaStates(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(BuildStates(kOmaha7File));
 }
 BENCHMARK(BM_BuildOmahaStates)->Unit(benchmark::kMillisecond)->Iterations(1);
+
+// Four hole cards and five board cards: value and record.
+void BM_GetCombinationOmaha(benchmark::State& state) {
+  PokerLogic logic;
+  int record[5];
+  MeasureHands(state, 9, 0, [&](int* cards) {
+    return logic.getCombinationOmaha(cards, cards + 4, record) + record[0];
+  });
+}
+BENCHMARK(BM_GetCombinationOmaha)->Unit(benchmark::kMicrosecond);
+
+void BM_GetRank7(benchmark::State& state) {
+  MeasureHands(state, 9, 0, [](int* cards) { return get_rank7(cards, cards + 4); });
+}
+BENCHMARK(BM_GetRank7)->Unit(benchmark::kMicrosecond);
 
 // Every board through the table of seven cards.
 void BM_ShortDeckMatchupPlain(benchmark::State& state) {

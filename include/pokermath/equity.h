@@ -17,9 +17,10 @@ class Spec;
 //
 // Hands are two card codes, boards up to five, every number a share of the pot, 0.0 .. 1.0, a tie
 // as one half. Holdings of a range that share a card with the hand or the board, or hold a card
-// below six, are left out; a range that is wholly left out gives not a number. Exact functions need
-// no table and take microseconds. All may run in several threads at once, as long as nothing is
-// loaded meanwhile; those that sample draw from rand(), which is the process's own.
+// below six, are left out; a range that is wholly left out gives not a number. A hand or a board
+// with a card below six is valued as the evaluators value it, nothing in most cases. Exact
+// functions need no table and take microseconds. All may run in several threads at once, as long as
+// nothing is loaded meanwhile; those that sample draw from rand(), which is the process's own.
 
 /// Estimate against one range for each of 1 to 9 opponents, over `trials` random deals; a pot
 /// shared with k others counts 1/(k+1).
