@@ -22,6 +22,10 @@ namespace pokermath {
 namespace {
 
 constexpr int kRankPairs = 91;
+// A pair of hole cards as a number, the first one the largest.
+constexpr int kMostHoles = 8;
+constexpr int kPairBits = 6;
+constexpr int kLastPair = (1 << kPairBits) - 1;
 
 constexpr int PairOf(int rank1, int rank2) {
   const int high = rank1 > rank2 ? rank1 : rank2;
@@ -96,100 +100,148 @@ class BoardValues {
   LargeTable<std::uint16_t> values_;
 };
 
-// Calls visit(a, b, c) for the triples of a board, the first card changing last.
-template <typename Visit>
-void ForEachTriple(std::size_t cards, Visit visit) {
-  for (std::size_t a = 0; a + 2 < cards; ++a)
-    for (std::size_t b = a + 1; b + 1 < cards; ++b)
-      for (std::size_t c = b + 1; c < cards; ++c) visit(a, b, c);
+// The triples of a board, the first card changing last.
+template <int kCards>
+constexpr auto kTriples = [] {
+  std::array<std::array<int, 3>, kCards*(kCards - 1) * (kCards - 2) / 6> triples{};
+  std::size_t size = 0;
+  for (int a = 0; a < kCards; ++a)
+    for (int b = a + 1; b < kCards; ++b)
+      for (int c = b + 1; c < kCards; ++c) triples[size++] = {a, b, c};
+  return triples;
+}();
+
+// The suit of which there are three board cards and two hole cards, or none.
+int FlushSuitOf(std::span<const int> hand, std::span<const int> board) {
+  unsigned on_board = 0x5555;
+  unsigned in_hand = 0x6666;
+  for (const int card : board) on_board += 1u << card / 13 * 4;
+  for (const int card : hand) in_hand += 1u << card / 13 * 4;
+  const unsigned suits = on_board & in_hand & 0x8888;
+  return suits == 0 ? -1 : __builtin_ctz(suits) / 4;
 }
 
-// The suit of which there are three board cards and two hole cards, as ranks of both.
-struct FlushSuit {
-  unsigned board = 0;
-  unsigned hole = 0;
-  int suit = -1;
-
-  FlushSuit(std::span<const int> hand, std::span<const int> cards) {
-    std::uint64_t board_bits = 0;
-    std::uint64_t hole_bits = 0;
-    for (const int card : cards) board_bits |= std::uint64_t{1} << card;
-    for (const int card : hand) hole_bits |= std::uint64_t{1} << card;
-    for (int i = 0; i < 4; ++i) {
-      const auto on_board = static_cast<unsigned>(board_bits >> 13 * i & 0x1FFF);
-      const auto in_hand = static_cast<unsigned>(hole_bits >> 13 * i & 0x1FFF);
-      if (__builtin_popcount(on_board) >= 3 && __builtin_popcount(in_hand) >= 2) {
-        board = on_board;
-        hole = in_hand;
-        suit = i;
+// The best flush of some board ranks, three of which play, and two hole cards.
+int BestFlush(unsigned board, unsigned holes) {
+  int best = 0;
+  for (unsigned a = board; a != 0; a &= a - 1) {
+    for (unsigned b = a & (a - 1); b != 0; b &= b - 1) {
+      for (unsigned c = b & (b - 1); c != 0; c &= c - 1) {
+        const unsigned ranks = (a & -a) | (b & -b) | (c & -c) | holes;
+        best = std::max<int>(best, kCompactTables.flush_values[ranks]);
       }
     }
   }
+  return best;
+}
 
-  // The best flush of two hole cards.
-  int Best(unsigned holes) const {
-    int best = 0;
-    for (unsigned a = board; a != 0; a &= a - 1) {
-      for (unsigned b = a & (a - 1); b != 0; b &= b - 1) {
-        for (unsigned c = b & (b - 1); c != 0; c &= c - 1) {
-          const unsigned ranks = (a & -a) | (b & -b) | (c & -c) | holes;
-          best = std::max<int>(best, kCompactTables.flush_values[ranks]);
-        }
-      }
-    }
-    return best;
+unsigned RanksOf(std::span<const int> cards, int suit) {
+  unsigned ranks = 0;
+  for (const int card : cards) ranks |= card / 13 == suit ? 1u << card % 13 : 0u;
+  return ranks;
+}
+
+// A value in the upper bits and below it the pair of hole cards, the first one the largest: the
+// maximum is the first pair of the best value, without a branch to guess.
+int Packed(int value, std::size_t i, std::size_t j) {
+  return value << kPairBits | static_cast<int>(kLastPair - (i * kMostHoles + j));
+}
+
+// Key sums of the triples of a board.
+template <int kCards>
+auto TripleKeys(std::span<const int> board) {
+  std::array<std::uint32_t, kCards> keys;
+  for (std::size_t i = 0; i < kCards; ++i) keys[i] = kRankKeys[board[i] % 13];
+  std::array<std::uint32_t, kTriples<kCards>.size()> sums;
+  for (std::size_t i = 0; i < sums.size(); ++i) {
+    const auto& [a, b, c] = kTriples<kCards>[i];
+    sums[i] = keys[static_cast<std::size_t>(a)] + keys[static_cast<std::size_t>(b)] +
+              keys[static_cast<std::size_t>(c)];
   }
-};
+  return sums;
+}
+
+// The best pair without a flush.
+template <int kCards, typename Keys>
+int BestPlain(std::span<const int> ranks, std::span<const int> board, const Keys& keys) {
+  const std::uint16_t* of_pairs = nullptr;
+  if constexpr (kCards == 5) of_pairs = BoardValues::Get().Of(board);
+  int best = 0;
+  for (std::size_t i = 0; i + 1 < ranks.size(); ++i) {
+    for (std::size_t j = i + 1; j < ranks.size(); ++j) {
+      int value = 0;
+      if constexpr (kCards == 5) {
+        value = of_pairs[PairOf(ranks[i], ranks[j])];
+      } else {
+        const std::uint32_t holes = kRankKeys[ranks[i]] + kRankKeys[ranks[j]];
+        for (const std::uint32_t key : keys) value = std::max(value, ValueOfRanks<5>(key + holes));
+      }
+      best = std::max(best, Packed(value, i, j));
+    }
+  }
+  return best;
+}
+
+// The best pair with a flush of a suit, 0 if none has it.
+int BestSuited(std::span<const int> hand, std::span<const int> board, int suit) {
+  const unsigned ranks = RanksOf(board, suit);
+  int best = 0;
+  for (std::size_t i = 0; i + 1 < hand.size(); ++i) {
+    for (std::size_t j = i + 1; j < hand.size(); ++j) {
+      if (hand[i] / 13 != suit || hand[j] / 13 != suit) continue;
+      best =
+          std::max(best, Packed(BestFlush(ranks, 1u << hand[i] % 13 | 1u << hand[j] % 13), i, j));
+    }
+  }
+  return best;
+}
+
+template <int kCards>
+OmahaChoice FindBest(std::span<const int> hand, std::span<const int> board) {
+  std::array<int, kMostHoles> all_ranks;
+  for (std::size_t i = 0; i < hand.size(); ++i) all_ranks[i] = hand[i] % 13;
+  const auto keys = TripleKeys<kCards>(board);
+  const int plain = BestPlain<kCards>(std::span(all_ranks).first(hand.size()), board, keys);
+  const int suit = FlushSuitOf(hand, board);
+  const int suited = suit >= 0 ? BestSuited(hand, board, suit) : 0;
+  const bool flush = suited >> kPairBits > plain >> kPairBits;
+  const int best = flush ? suited : plain;
+  const int pair = kLastPair - (best & kLastPair);
+  OmahaChoice choice = {best >> kPairBits, {pair / kMostHoles, pair % kMostHoles}, {}};
+
+  // The first triple that makes it.
+  const int hole1 = hand[static_cast<std::size_t>(choice.hole[0])];
+  const int hole2 = hand[static_cast<std::size_t>(choice.hole[1])];
+  const std::uint32_t holes = kRankKeys[hole1 % 13] + kRankKeys[hole2 % 13];
+  unsigned found = 1u << (keys.size() - 1);
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    int value = ValueOfRanks<5>(holes + keys[i]);
+    if (flush) {
+      const auto& [a, b, c] = kTriples<kCards>[i];
+      const int five[5] = {hole1, hole2, board[static_cast<std::size_t>(a)],
+                           board[static_cast<std::size_t>(b)], board[static_cast<std::size_t>(c)]};
+      value = EvaluateCards<5>(five);
+    }
+    found |= (value == choice.value ? 1u : 0u) << i;
+  }
+  std::ranges::copy(kTriples<kCards>[static_cast<std::size_t>(__builtin_ctz(found))], choice.board);
+  return choice;
+}
 
 }  // namespace
 
 OmahaChoice FindBestOmaha(std::span<const int> hand, std::span<const int> board) {
-  const FlushSuit flush(hand, board);
-  const std::uint16_t* of_pairs = board.size() == 5 ? BoardValues::Get().Of(board) : nullptr;
-  // What a pair makes at best.
-  const auto value_of = [&](std::size_t i, std::size_t j) {
-    const int rank1 = hand[i] % 13;
-    const int rank2 = hand[j] % 13;
-    int value = 0;
-    if (of_pairs != nullptr) {
-      value = of_pairs[PairOf(rank1, rank2)];
-    } else {
-      const std::uint32_t key = kRankKeys[rank1] + kRankKeys[rank2];
-      ForEachTriple(board.size(), [&](std::size_t a, std::size_t b, std::size_t c) {
-        value =
-            std::max(value, ValueOfRanks<5>(key + kRankKeys[board[a] % 13] +
-                                            kRankKeys[board[b] % 13] + kRankKeys[board[c] % 13]));
-      });
-    }
-    if (flush.suit >= 0 && hand[i] / 13 == flush.suit && hand[j] / 13 == flush.suit) {
-      value = std::max(value, flush.Best(1u << rank1 | 1u << rank2));
-    }
-    return value;
-  };
-  OmahaChoice choice;
-  for (std::size_t i = 0; i + 1 < hand.size(); ++i) {
-    for (std::size_t j = i + 1; j < hand.size(); ++j) {
-      const int value = value_of(i, j);
-      if (value <= choice.value) continue;
-      choice.value = value;
-      choice.hole[0] = static_cast<int>(i);
-      choice.hole[1] = static_cast<int>(j);
-    }
+  if (hand.size() > kMostHoles) return {};
+  switch (board.size()) {
+    case 5:
+      return FindBest<5>(hand, board);
+    case 4:
+      return FindBest<4>(hand, board);
+    case 3:
+      return FindBest<3>(hand, board);
+    default:
+      return {};
   }
-  // The first triple that makes it.
-  const int hole1 = hand[static_cast<std::size_t>(choice.hole[0])];
-  const int hole2 = hand[static_cast<std::size_t>(choice.hole[1])];
-  bool found = false;
-  ForEachTriple(board.size(), [&](std::size_t a, std::size_t b, std::size_t c) {
-    if (found) return;
-    const int five[5] = {hole1, hole2, board[a], board[b], board[c]};
-    if (EvaluateCards<5>(five) != choice.value) return;
-    found = true;
-    choice.board[0] = static_cast<int>(a);
-    choice.board[1] = static_cast<int>(b);
-    choice.board[2] = static_cast<int>(c);
-  });
-  return choice;
 }
 
 namespace {

@@ -16,7 +16,7 @@ struct OmahaChoice {
 
 /// The best choice; of equal ones the first, hole cards before board cards.
 ///
-/// @param hand   two card codes or more
+/// @param hand   two to eight card codes
 /// @param board  three to five
 OmahaChoice FindBestOmaha(std::span<const int> hand, std::span<const int> board);
 
