@@ -21,8 +21,8 @@ median of five repetitions on one core of a release build. "Plain" rows are the 
 write them first, in the same program, so that the ratio holds on any machine.
 
 isa 0 is baseline x86-64, 1 is AVX2, 2 is AVX-512; the library chooses the best one that the machine
-has. board 4 is the turn, 5 the river. hands 0 is AhKd against QcJs, 1 is 7c7d against AsKs, 2 is AhKh
-against QdJd.
+has. board 3 is the flop, 4 the turn, 5 the river. hands 0 is AhKd against QcJs, 1 is 7c7d against AsKs,
+2 is AhKh against QdJd. flop 0 is 2c7dTh, 1 is 2c7cTh, 2 is 2c7cTc. Rates are hands a second.
 
 HEAD
   printf 'Machine: %s, %s\n\n' \
