@@ -12,10 +12,11 @@
 
 #include "cli/command.h"
 #include "cli/errors.h"
+#include "cli/eval_omaha.h"
 #include "cli/game.h"
 #include "cli/line_mode.h"
 #include "cli/output.h"
-#include "platform/text.h"
+#include "cli/words.h"
 #include "pokermath/cards.h"
 #include "pokermath/evaluators.h"
 #include "pokermath/poker_logic.h"
@@ -40,19 +41,15 @@ Examples:
   pokermath eval --json 5c4d3h2sAc
   pokermath eval AhKd --versus QcJs --board 2c7dTh
   pokermath eval Ah6h7h8h9h --game shortdeck
+  pokermath eval AhKhQsJs --board Th9h2h --game omaha
   pokermath eval - <hands.txt      one answer a line; empty lines and lines that
                                    start with # have none)";
 
-constexpr const char* kCategories[11] = {
-    "",      "high card",  "one pair",       "two pair",       "three of a kind", "straight",
-    "flush", "full house", "four of a kind", "straight flush", "royal flush"};
 // In the order of the short deck.
 constexpr const char* kShortDeckCategories[11] = {
     "",           "high card", "one pair",       "two pair",       "straight",   "three of a kind",
     "full house", "flush",     "four of a kind", "straight flush", "royal flush"};
 constexpr int kBest = 7462;
-constexpr int kHandRanksCategory = 4096;
-
 struct EvalAnswer {
   bool short_deck = false;
   std::vector<int> hand;
@@ -64,7 +61,7 @@ struct EvalAnswer {
   int Descending() const { return kBest + 1 - ascending; }
   const char* Category() const {
     if (short_deck) return kShortDeckCategories[Get_rank36(ascending)];
-    return kCategories[ascending == kBest ? 10 : hand_ranks / kHandRanksCategory];
+    return CategoryName(ascending);
   }
 };
 
@@ -81,16 +78,6 @@ std::vector<int> ReadHand(std::string_view text) {
                                  cards.size() == 1 ? "card" : "cards"));
   }
   return cards;
-}
-
-std::string InWords(const std::vector<int>& hand) {
-  PokerLogic logic;
-  CDeck deck;
-  for (const int card : hand) deck.AddCard(card);
-  deck.SetValueCombination(logic);
-  std::string words = ToUtf8(deck.display());
-  words.erase(words.find_last_not_of(' ') + 1);
-  return words;
 }
 
 // Orders five cards as players read them: quads, trips and pairs first, then from high to low. In
@@ -293,6 +280,16 @@ int RunVersus(const EvalWords& words) {
 }
 
 int RunEval(const EvalWords& words) {
+  if (words.game == "omaha" || words.game == "omaha5") {
+    if (words.versus) throw UsageError("--versus is for holdem and shortdeck");
+    if (!words.board) throw UsageError("--board is needed: an Omaha hand plays three cards of it");
+    return RunEvalOmaha(fmt::format("{}", fmt::join(words.cards, " ")), *words.board,
+                        words.game == "omaha5" ? 5 : 4, words.json);
+  }
+  if (words.game != "holdem" && words.game != "shortdeck") {
+    throw UsageError("--game " + Quoted(words.game) +
+                     " is not known: holdem, shortdeck, omaha or omaha5");
+  }
   const bool json = words.json;
   const bool short_deck = IsShortDeck(words.game);
   const bool lines = words.cards == std::vector<std::string>{"-"};
@@ -330,7 +327,8 @@ void AddEval(CLI::App& program, int& exit_code) {
           "from standard input")
       ->required()
       ->type_name("");
-  command->add_option("--game", options->game, "holdem or shortdeck [holdem]")->type_name("GAME");
+  command->add_option("--game", options->game, "holdem, shortdeck, omaha or omaha5 [holdem]")
+      ->type_name("GAME");
   command->add_option("--versus", options->versus, "Compare two hands: the other one")
       ->type_name("CARDS");
   command

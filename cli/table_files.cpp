@@ -23,6 +23,8 @@
 #include "eval/hand_ranks_builder.h"
 #include "eval/state_tables.h"
 #include "platform/files.h"
+#include "pokermath/evaluators.h"
+#include "pokermath/five_card_map.h"
 
 namespace pokermath::cli {
 namespace {
@@ -106,6 +108,27 @@ std::string ShortDeckEquityFault(const std::string& path) {
   return EquityFault(path, Deck::kShort, kShortDeckMatchups, kShortDeckBoards);
 }
 
+struct CombinationRecord {
+  std::int32_t key;
+  std::int32_t value;
+};
+
+std::string CombinationsFault(const std::string& path) {
+  std::vector<CombinationRecord> records(FiveCardMap::kHands);
+  if (!ReadFile(path, records.data(), records.size() * sizeof records[0])) {
+    return "it cannot be read to its end";
+  }
+  for (std::size_t i = 0; i < records.size(); ++i) {
+    if (FiveCardMap::PlaceOf(records[i].key) != i) {
+      return fmt::format("record {} is for the key {}", i + 1, records[i].key);
+    }
+    if (records[i].value < 1 || records[i].value > 7462) {
+      return fmt::format("record {} has the value {}", i + 1, records[i].value);
+    }
+  }
+  return "";
+}
+
 template <const StateFile& file>
 std::string StatesFault(const std::string& path) {
   bool missing = false;
@@ -187,6 +210,21 @@ bool BuildStatesFile(const TableFile& table, const std::string& path) {
   return WriteTable(table, path, {header, std::as_bytes(std::span(entries))});
 }
 
+bool BuildCombinations(const TableFile& table, const std::string& path) {
+  std::vector<CombinationRecord> records;
+  records.reserve(FiveCardMap::kHands);
+  int c[5];
+  for (c[0] = 0; c[0] < 48; ++c[0])
+    for (c[1] = c[0] + 1; c[1] < 49; ++c[1])
+      for (c[2] = c[1] + 1; c[2] < 50; ++c[2])
+        for (c[3] = c[2] + 1; c[3] < 51; ++c[3])
+          for (c[4] = c[3] + 1; c[4] < 52; ++c[4]) {
+            records.push_back(
+                {FiveCardMap::KeyOf(c[0], c[1], c[2], c[3], c[4]), 7463 - EvaluateCards<5>(c)});
+          }
+  return WriteTable(table, path, {std::as_bytes(std::span(records))});
+}
+
 constexpr TableFile kTables[] = {
     {"hand-ranks", "VarnholtHR.dat", kHandRanksBytes, 0x7808da57, BuildHandRanksFile,
      HandRanksFault},
@@ -200,6 +238,8 @@ constexpr TableFile kTables[] = {
      StatesFault<kSixPlus7File>},
     {"six-plus-equity", "six-plus-equity.bin", kShortDeckMatchups * sizeof(EquityRecord),
      0xfcc57c8b, BuildEquity<Deck::kShort, Street::kRiver>, ShortDeckEquityFault},
+    {"combinations", "VarnholtPC.dat", FiveCardMap::kHands * sizeof(CombinationRecord), 0x7a86dfc6,
+     BuildCombinations, CombinationsFault},
     {"omaha7", "omaha7.bin", 311201108, 0xd197bccf, BuildStatesFile<kOmaha7File>,
      StatesFault<kOmaha7File>}};
 

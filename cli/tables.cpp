@@ -22,7 +22,7 @@ namespace {
 
 constexpr const char* kTablesHelp =
     R"(Tables: hand-ranks, river-equity, turn-equity, six-plus-5, six-plus-7, six-plus-equity,
-omaha7; without a name, all of them (490 MB).
+combinations, omaha7; without a name, all of them (520 MB).
 Folder: --dir, else $POKERMATH_DATA, else $XDG_DATA_HOME/pokermath, else
 ~/.local/share/pokermath.
 

@@ -36,19 +36,22 @@ turn-equity      holdem-turn-equity.bin    19,492,200 bytes  crc32 0xebb462ff  o
 
 # The short deck's; an entry that leads out of a table, and a record for a card below six.
 short=$work/short
-run tables build --dir "$short" six-plus-5 six-plus-7 six-plus-equity
+run tables build --dir "$short" six-plus-5 six-plus-7 six-plus-equity combinations
 expect_code 0
 same "the files" "$(cd "$short" && sha256sum -- *)" "\
+c470f0a2bd501e74c7542d07fee9f8ee498400efeacdba981a9b385f9295dc00  VarnholtPC.dat
 aa42c8658aa726ba05254138517c9715cef4e10e2ab34da178153f9098618b4f  six-plus-5.bin
 0d974edb6ea49b631a03aa48639be3214d75d52d5b3bba625ad8d839b352cb50  six-plus-7.bin
 6b498a0d250177b814f8dfa65b2073a0ea31a9f90a4f05ed6f6d8099679bf038  six-plus-equity.bin"
 printf '\xff' | dd of="$short/six-plus-7.bin" bs=1 seek=200 conv=notrunc status=none
 printf '\0' | dd of="$short/six-plus-equity.bin" bs=1 seek=0 conv=notrunc status=none
-run tables verify --dir "$short" six-plus-5 six-plus-7 six-plus-equity omaha7
+printf '\0' | dd of="$short/VarnholtPC.dat" bs=1 seek=8 conv=notrunc status=none
+run tables verify --dir "$short" six-plus-5 six-plus-7 six-plus-equity combinations omaha7
 expect_code 1
 has "$asked" "$out" "crc32 0xc4c694ba  ok"
 has "$asked" "$out" "damaged: its header is not right or an entry leads out of the table"
 has "$asked" "$out" "damaged: record 1 is for hands 256 and "
+has "$asked" "$out" "damaged: record 2 is for the key "
 has "$asked" "$out" "missing"
 
 # patch FILE OFFSET BYTES: overwrites bytes, given as for printf.
