@@ -1,7 +1,6 @@
 // Short-deck equity: the calculations of Hold'em with 36 cards.
 
 #include <array>
-#include <chrono>
 #include <optional>
 #include <vector>
 
@@ -10,6 +9,7 @@
 #include "equity/kernels/matchup.h"
 #include "equity/kernels/range_count.h"
 #include "equity/kernels/trials.h"
+#include "equity/stopwatch.h"
 #include "eval/state_machines.h"
 #include "pokermath/equity.h"
 #include "pokermath/poker_logic.h"
@@ -215,8 +215,7 @@ double PokerLogic::getProbabilityOfWinHoldem6Plus(int* hand, int* board, int boa
 double PokerLogic::RiverEquityHandVsRandomOnPreFlop6Plus(int* hand, int& count,
                                                          int& elapsed) const {
   using namespace pokermath;
-  using Clock = std::chrono::steady_clock;
-  const Clock::time_point start = Clock::now();
+  const Stopwatch stopwatch;
   std::vector<Combination> holdings;
   for (std::size_t i = 0; i < kShortDeckCards.size(); ++i) {
     for (std::size_t j = i + 1; j < kShortDeckCards.size(); ++j) {
@@ -228,8 +227,7 @@ double PokerLogic::RiverEquityHandVsRandomOnPreFlop6Plus(int* hand, int& count,
           ? CountBoardByBoard(HandOf(hand), holdings, {}, Street::kRiver, ValueWithoutAbsent)
           : CountAgainst(Deck::kShort, HandOf(hand), holdings, {}, Street::kRiver);
   count = static_cast<int>(tally.cases);
-  elapsed = static_cast<int>(
-      std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count());
+  elapsed = stopwatch.Milliseconds();
   return ShareOf(tally);
 }
 

@@ -1,0 +1,165 @@
+// Omaha equity of given hands: golden figures, and random ones against the plain count.
+
+#include "pokermath/omaha.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "equity/kernels/omaha_matchup.h"
+#include "pokermath/cards.h"
+#include "pokermath/poker_logic.h"
+#include "tests/cards/dealer.h"
+
+namespace pokermath {
+namespace {
+
+using Cards = std::vector<int>;
+
+std::vector<std::vector<std::string>> Rows(const std::string& name) {
+  std::ifstream in(std::string(POKERMATH_TEST_DATA) + "/" + name);
+  std::vector<std::vector<std::string>> rows;
+  std::string line;
+  std::getline(in, line);  // the titles
+  while (std::getline(in, line)) {
+    rows.emplace_back();
+    std::istringstream fields(line);
+    for (std::string field; std::getline(fields, field, ',');) rows.back().push_back(field);
+  }
+  return rows;
+}
+
+Cards CardsOf(const std::string& text) { return ParseCards(text).cards; }
+
+TEST(OmahaEquity, GoldenHandsAgainstHands) {
+  const PokerLogic logic;
+  const auto rows = Rows("omaha_hand_vs_hand.csv");
+  ASSERT_EQ(rows.size(), 32u);
+  for (const auto& row : rows) {
+    const int size = std::stoi(row[0]);
+    Cards hand1 = CardsOf(row[1]);
+    Cards hand2 = CardsOf(row[2]);
+    Cards board = CardsOf(row[3]);
+    int count = -1, time = -1;
+    const double percent =
+        board.empty() ? logic.RiverEquityHandVsHandOnPreFlopCommon(hand1.data(), size, hand2.data(),
+                                                                   count, time)
+        : board.size() == 3 ? logic.RiverEquityHandVsHandOnFlopCommon(
+                                  hand1.data(), size, hand2.data(), board.data(), 3, count, time)
+                            : logic.RiverEquityHandVsHandOnTurnCommon(
+                                  hand1.data(), size, hand2.data(), board.data(), 4, count, time);
+    EXPECT_EQ(count, std::stoi(row[4])) << row[1] << " " << row[2];
+    EXPECT_GE(time, 0);
+    EXPECT_EQ(percent, (std::stod(row[5]) + 0.5 * std::stod(row[6])) / count * 100)
+        << row[1] << " " << row[2] << " " << row[3];
+  }
+}
+
+TEST(OmahaEquity, GoldenMultiway) {
+  const PokerLogic logic;
+  for (const auto& row : Rows("omaha_multiway.csv")) {
+    const int size = std::stoi(row[0]);
+    Cards cards = CardsOf(row[1]);
+    const Cards dead = CardsOf(row[2]);
+    Cards board = CardsOf(row[3]);
+    const int players = static_cast<int>(cards.size()) / size;
+    cards.insert(cards.end(), dead.begin(), dead.end());
+    const int dead_count = static_cast<int>(dead.size());
+    int count = -1, time = -1;
+    const double percent =
+        board.empty() ? logic.RiverEquityHandsOnPreFlopCommon(cards.data(), size, players,
+                                                              dead_count, count, time)
+        : board.size() == 3
+            ? logic.RiverEquityHandsOnFlopCommon(cards.data(), size, players, dead_count,
+                                                 board.data(), count, time)
+            : logic.RiverEquityHandsOnTurnCommon(cards.data(), size, players, dead_count,
+                                                 board.data(), count, time);
+    EXPECT_EQ(count, std::stoi(row[4])) << row[1];
+    EXPECT_NEAR(percent, std::stod(row.back()), 1e-8) << row[1];
+  }
+}
+
+// Board by board, the best five of each hand.
+OmahaTally Plain(const Cards& cards, int size, const Cards& dead, Cards board, int first = 0) {
+  OmahaTally tally;
+  if (board.size() < 5) {
+    for (int card = first; card < 52; ++card) {
+      if (std::ranges::count(cards, card) + std::ranges::count(dead, card) +
+              std::ranges::count(board, card) !=
+          0) {
+        continue;
+      }
+      board.push_back(card);
+      const OmahaTally part = Plain(cards, size, dead, board, card + 1);
+      board.pop_back();
+      tally.boards += part.boards;
+      for (std::size_t k = 0; k < tally.shared.size(); ++k) tally.shared[k] += part.shared[k];
+    }
+    return tally;
+  }
+  tally.boards = 1;
+  int best = 0;
+  std::size_t ties = 0;
+  for (std::size_t i = 0; i < cards.size(); i += static_cast<std::size_t>(size)) {
+    Cards hand(cards.begin() + static_cast<std::ptrdiff_t>(i),
+               cards.begin() + static_cast<std::ptrdiff_t>(i) + size);
+    int record[5];
+    const int value = getCombinationOmahaFsm5Common(hand.data(), size, board.data(), 5, record);
+    if (i == 0) best = value;
+    if (value > best) return tally;
+    ties += i > 0 && value == best ? 1 : 0;
+  }
+  tally.shared[ties] = 1;
+  return tally;
+}
+
+TEST(OmahaEquity, IsThePlainCountAtEveryInstructionLevel) {
+  Dealer dealer(81);
+  SCOPED_TRACE(dealer.Trace());
+  for (int trial = 0; trial < 120; ++trial) {
+    const int size = 4 + trial % 2;
+    const int players = trial % 10 == 0 ? 8 : 2 + dealer.Below(3);
+    const int known = trial % 40 == 0 ? 0 : 3 + trial % 4 / 2;
+    const int dead_count = known == 0 ? 52 - players * size - 12 : dealer.Below(4);
+    const Cards all = dealer.Deal(players * size + known + dead_count);
+    const auto part = [&all](int from, int count) {
+      return Cards(all.begin() + from, all.begin() + from + count);
+    };
+    const Cards cards = part(0, players * size);
+    const Cards board = part(players * size, known);
+    const Cards dead = part(players * size + known, dead_count);
+    const OmahaTally plain = Plain(cards, size, dead, board);
+    for (const Isa isa : {Isa::kBaseline, Isa::kAvx2}) {
+      if (isa > BestIsa()) continue;
+      ASSERT_EQ(CountOmahaMatchup(isa, cards, size, dead, board), plain)
+          << CardNames(cards) << " of " << size << " on " << CardNames(board);
+    }
+  }
+}
+
+TEST(OmahaEquity, OddQuestions) {
+  const PokerLogic logic;
+  Cards hand1 = CardsOf("AhAdKhKd"), hand2 = CardsOf("JsTs9c8c"), board = CardsOf("2c3c4d5h");
+  int count = -1, time = -1;
+  EXPECT_EQ(logic.RiverEquityHandVsHandOnFlopCommon(hand1.data(), 4, hand2.data(), board.data(), 4,
+                                                    count, time),
+            0.0);
+  EXPECT_EQ(count, 0);
+  EXPECT_EQ(logic.RiverEquityHandsOnTurnCommon(hand1.data(), 4, 1, 0, board.data(), count, time),
+            100.0)
+      << "one hand alone";
+  EXPECT_EQ(count, 44);
+  Cards everything(52);
+  for (int card = 0; card < 52; ++card) everything[static_cast<std::size_t>(card)] = card;
+  EXPECT_TRUE(
+      std::isnan(logic.RiverEquityHandsOnPreFlopCommon(everything.data(), 4, 12, 0, count, time)));
+  EXPECT_EQ(count, 0);
+}
+
+}  // namespace
+}  // namespace pokermath
