@@ -159,5 +159,40 @@ void BM_AllShortDeckMatchups(benchmark::State& state) {
 }
 BENCHMARK(BM_AllShortDeckMatchups)->Unit(benchmark::kMillisecond);
 
+// hands 2 are four and five cards each, hands 6 are of four cards.
+void BM_OmahaMatchup(benchmark::State& state) {
+  const char* const texts[2][2] = {
+      {"AhAdKhKdJsTs9c8c", "AhAdKhKdJsTs9c8c7h7d6h6dAsKs5c5dQhJh4c3c2h2d2s3d"},
+      {"AhAdKhKd2cJsTs9c8c3d", ""}};
+  const auto size = static_cast<int>(state.range(0));
+  std::vector<int> cards = ParseCards(texts[size - 4][state.range(1) / 6]).cards;
+  const PokerLogic logic;
+  int count, time;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(logic.RiverEquityHandsOnPreFlopCommon(
+        cards.data(), size, static_cast<int>(state.range(1)), 0, count, time));
+  }
+}
+BENCHMARK(BM_OmahaMatchup)
+    ->ArgNames({"cards", "hands"})
+    ->Args({4, 2})
+    ->Args({5, 2})
+    ->Args({4, 6})
+    ->Unit(benchmark::kMicrosecond);
+
+void BM_OmahaAgainstAll(benchmark::State& state) {
+  std::vector<int> hand = ParseCards("9d3sTcJd").cards;
+  std::vector<int> board = ParseCards("TsKdAc3h7s").cards;
+  const PokerLogic logic;
+  int count;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(
+        state.range(0) == 5
+            ? logic.RiverEquityHandVsRandomOnRiver(hand.data(), board.data(), count)
+            : logic.RiverEquityHandVsRandomOnTurn(hand.data(), board.data(), count));
+  }
+}
+BENCHMARK(BM_OmahaAgainstAll)->ArgName("board")->Arg(5)->Arg(4)->Unit(benchmark::kMicrosecond);
+
 }  // namespace
 }  // namespace pokermath

@@ -1,10 +1,15 @@
 // Omaha equity of given hands: PokerLogic's members.
 
+#include <omp.h>
+
 #include <array>
 #include <span>
 #include <vector>
 
+#include "equity/kernels/hole_cards.h"
+#include "equity/kernels/omaha_cliques.h"
 #include "equity/kernels/omaha_matchup.h"
+#include "equity/shares.h"
 #include "equity/stopwatch.h"
 #include "pokermath/poker_logic.h"
 
@@ -44,6 +49,24 @@ double Hands(const int* hands, int hand_size, int players, int dead, std::span<c
   return score / static_cast<double>(tally.boards) * 100;
 }
 
+// Percent for a count, and its cases.
+double Percent(const Tally& tally, int& count) {
+  count = static_cast<int>(tally.cases);
+  return ShareOf(tally) * 100;
+}
+
+double AgainstAll(const int* hand, std::span<const int> board, int& count) {
+  return Percent(CountOmahaAgainstAll(BestIsa(), CardsOf(hand, 4), board), count);
+}
+
+// One river after a board of four; nothing for a card that is known.
+Tally CountRiver(const int* hand, const int* board, int river) {
+  std::array<int, 5> complete = {board[0], board[1], board[2], board[3], river};
+  const std::uint64_t known = Bits(CardsOf(hand, 4)) | Bits(CardsOf(board, 4));
+  if ((known & Bit(river)) != 0) return {};
+  return CountOmahaAgainstAll(BestIsa(), CardsOf(hand, 4), complete);
+}
+
 }  // namespace
 }  // namespace pokermath
 
@@ -81,4 +104,39 @@ double PokerLogic::RiverEquityHandsOnTurnCommon(int* hands, int handSize, int pl
                                                 int deadCount, int* board, int& count,
                                                 int& time) const {
   return pokermath::Hands(hands, handSize, players, deadCount, {board, 4}, count, time);
+}
+
+double PokerLogic::RiverEquityHandVsRandomOnRiver(int* hand, int* board, int& count) const {
+  return pokermath::AgainstAll(hand, {board, 5}, count);
+}
+
+double PokerLogic::RiverEquityHandVsRandomOnTurn(int* hand, int* board, int& count) const {
+  pokermath::Tally tally;
+  for (int river = 0; river < 52; ++river) tally += pokermath::CountRiver(hand, board, river);
+  return pokermath::Percent(tally, count);
+}
+
+double FlopEquityHandVsRandomOnFlopFsm5(int* hand, int* flop, int& count) {
+  return pokermath::AgainstAll(hand, {flop, 3}, count);
+}
+
+double TurnEquityHandVsRandomOnTurnFsm5(int* hand, int* board, int& count) {
+  return pokermath::AgainstAll(hand, {board, 4}, count);
+}
+
+double RiverEquityHandVsRandomOnTurnFsm5(int* hand, int* board, int& count) {
+  std::array<pokermath::Tally, 52> rivers;
+  omp_set_dynamic(1);
+  // Every index writes its own slot only.
+#pragma omp parallel for schedule(static)
+  for (int river = 0; river < 52; ++river) {
+    rivers[static_cast<std::size_t>(river)] = pokermath::CountRiver(hand, board, river);
+  }
+  pokermath::Tally tally;
+  for (const pokermath::Tally& part : rivers) tally += part;
+  return pokermath::Percent(tally, count);
+}
+
+double RiverEquityHandVsRandomOnRiver_ofsm7(int* hand, int* board, int& count) {
+  return pokermath::AgainstAll(hand, {board, 5}, count);
 }

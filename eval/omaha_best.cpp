@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <vector>
 
 #include "eval/compact_keys.h"
 #include "eval/scales.h"
@@ -242,6 +243,40 @@ OmahaChoice FindBestOmaha(std::span<const int> hand, std::span<const int> board)
     default:
       return {};
   }
+}
+
+OmahaPairValues::OmahaPairValues(std::span<const int> board) {
+  int counts[4] = {};
+  for (const int card : board) {
+    if (++counts[card / 13] == 3) suit_ = card / 13;
+  }
+  if (suit_ >= 0) board_ranks_ = RanksOf(board, suit_);
+  std::vector<std::uint32_t> triples;
+  for (std::size_t a = 0; a < board.size(); ++a)
+    for (std::size_t b = a + 1; b < board.size(); ++b)
+      for (std::size_t c = b + 1; c < board.size(); ++c) {
+        triples.push_back(kRankKeys[board[a] % 13] + kRankKeys[board[b] % 13] +
+                          kRankKeys[board[c] % 13]);
+      }
+  const std::uint16_t* of_pairs = board.size() == 5 ? BoardValues::Get().Of(board) : nullptr;
+  for (int high = 0; high < 13; ++high) {
+    for (int low = 0; low <= high; ++low) {
+      int best = 0;
+      if (of_pairs != nullptr) {
+        best = of_pairs[PairOf(high, low)];
+      } else {
+        const std::uint32_t holes = kRankKeys[high] + kRankKeys[low];
+        for (const std::uint32_t key : triples) best = std::max(best, ValueOfRanks<5>(key + holes));
+      }
+      const auto h = static_cast<std::size_t>(high);
+      const auto l = static_cast<std::size_t>(low);
+      plain_[h][l] = plain_[l][h] = static_cast<std::uint16_t>(best);
+    }
+  }
+}
+
+int OmahaPairValues::FlushOf(int rank1, int rank2) const {
+  return BestFlush(board_ranks_, 1u << rank1 | 1u << rank2);
 }
 
 namespace {

@@ -3,6 +3,9 @@
 #ifndef POKERMATH_EVAL_OMAHA_BEST_H_
 #define POKERMATH_EVAL_OMAHA_BEST_H_
 
+#include <algorithm>
+#include <array>
+#include <cstdint>
 #include <span>
 
 namespace pokermath {
@@ -19,6 +22,27 @@ struct OmahaChoice {
 /// @param hand   two to eight card codes
 /// @param board  three to five
 OmahaChoice FindBestOmaha(std::span<const int> hand, std::span<const int> board);
+
+/// What every pair of hole cards makes with a board of three to five cards.
+class OmahaPairValues {
+ public:
+  explicit OmahaPairValues(std::span<const int> board);
+
+  /// Ascending value of two hole cards that are not on the board.
+  int Of(int card1, int card2) const {
+    const int plain =
+        plain_[static_cast<std::size_t>(card1 % 13)][static_cast<std::size_t>(card2 % 13)];
+    if (card1 / 13 != suit_ || card2 / 13 != suit_) return plain;
+    return std::max(plain, FlushOf(card1 % 13, card2 % 13));
+  }
+
+ private:
+  int FlushOf(int rank1, int rank2) const;
+
+  std::array<std::array<std::uint16_t, 13>, 13> plain_{};
+  int suit_ = -1;             // of which there are three board cards
+  unsigned board_ranks_ = 0;  // of that suit
+};
 
 }  // namespace pokermath
 

@@ -81,6 +81,18 @@ POKERMATH_EXPORT double getProbabilityOfWinBySpectrWithFlopToTurn6Plus(int* hand
 POKERMATH_EXPORT double getProbabilityOfWinBySpectrWithTurnToTurn6Plus(int* hand, int* board,
                                                                        const Spec& spec);
 
+// --- Omaha: a hand of four against every hand that its opponent may hold, exact, in percent ---
+//
+// `count` receives the cases. Nothing has to be loaded; any number of threads.
+
+/// On a flop, and on a turn, as the board stands: 148,995 and 135,751 cases.
+POKERMATH_EXPORT double FlopEquityHandVsRandomOnFlopFsm5(int* hand, int* flop, int& count);
+POKERMATH_EXPORT double TurnEquityHandVsRandomOnTurnFsm5(int* hand, int* board, int& count);
+/// On a turn over every river: 5,430,040 cases, the rivers shared out among OpenMP's workers.
+POKERMATH_EXPORT double RiverEquityHandVsRandomOnTurnFsm5(int* hand, int* board, int& count);
+/// On a river: 123,410 cases.
+POKERMATH_EXPORT double RiverEquityHandVsRandomOnRiver_ofsm7(int* hand, int* board, int& count);
+
 namespace pokermath {
 
 /// The result of an exact count, seen from the first hand. Losses are cases - wins - ties.

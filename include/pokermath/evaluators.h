@@ -97,7 +97,7 @@ POKERMATH_EXPORT int load_fsm7(const CString& folder);
 POKERMATH_EXPORT int load_ofsm_omaha7(const CString& folder);
 
 /// Value of five to seven short-deck cards, 1..1404 as in the short-deck tables, without any of
-/// them; 0 for another count and if a card is below six. About 20 ns.
+/// them; 0 for another count and if a card is below six. About 40 ns.
 POKERMATH_EXPORT int EvaluateShortDeck(const int* cards, int count);
 
 /// Constant tables of the compact evaluator; its functions below are how to use them. They are

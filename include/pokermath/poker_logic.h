@@ -269,6 +269,12 @@ class POKERMATH_EXPORT PokerLogic {
   double RiverEquityHandsOnTurnCommon(int* hands, int handSize, int players, int deadCount,
                                       int* board, int& count, int& time) const;
 
+  /// A hand of four against every opponent hand, on a board of five as it stands, and on a board of
+  /// four over every opponent hand and river, in percent. `count` receives the cases: 123,410 and
+  /// 5,430,040. Free functions for other streets are in equity.h.
+  double RiverEquityHandVsRandomOnRiver(int* hand, int* board, int& count) const;
+  double RiverEquityHandVsRandomOnTurn(int* hand, int* board, int& count) const;
+
   // --- short deck; free functions for it are in equity.h ---
 
   /// As getProbabilityOfWin with the 36 cards of the short deck. Values come from "six-plus-7.bin",

@@ -7,12 +7,15 @@
 #include <algorithm>
 #include <cmath>
 #include <fstream>
+#include <functional>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "equity/kernels/omaha_cliques.h"
 #include "equity/kernels/omaha_matchup.h"
 #include "pokermath/cards.h"
+#include "pokermath/equity.h"
 #include "pokermath/poker_logic.h"
 #include "tests/cards/dealer.h"
 
@@ -138,6 +141,39 @@ TEST(OmahaEquity, IsThePlainCountAtEveryInstructionLevel) {
       if (isa > BestIsa()) continue;
       ASSERT_EQ(CountOmahaMatchup(isa, cards, size, dead, board), plain)
           << CardNames(cards) << " of " << size << " on " << CardNames(board);
+    }
+  }
+}
+
+TEST(OmahaEquity, GoldenAgainstEveryHand) {
+  const PokerLogic logic;
+  for (const auto& row : Rows("omaha_vs_random.csv")) {
+    Cards hand = CardsOf(row[1]);
+    Cards board = CardsOf(row[2]);
+    const std::string& scope = row[3];
+    const std::string trace = row[1] + " " + row[2] + " " + scope;
+    if (scope == "flop_all_runouts") continue;
+    if (scope != "turn_all_rivers") {
+      const Tally golden = {std::stoll(row[5]), std::stoll(row[6]), std::stoll(row[4])};
+      EXPECT_EQ(CountOmahaAgainstAll(BestIsa(), hand, board), golden) << trace;
+      EXPECT_EQ(CountOmahaAgainstAll(Isa::kBaseline, hand, board), golden) << trace;
+    }
+    if (hand.size() == 5) continue;
+    const double percent = (std::stod(row[5]) + 0.5 * std::stod(row[6])) / std::stod(row[4]) * 100;
+    const auto check = [&](auto ask) {
+      int count = -1;
+      EXPECT_DOUBLE_EQ(ask(hand.data(), board.data(), count), percent) << trace;
+      EXPECT_EQ(count, std::stoi(row[4])) << trace;
+    };
+    if (scope == "river") {
+      check(std::bind_front(&PokerLogic::RiverEquityHandVsRandomOnRiver, &logic));
+      check(RiverEquityHandVsRandomOnRiver_ofsm7);
+    } else if (scope == "turn_all_rivers") {
+      check(std::bind_front(&PokerLogic::RiverEquityHandVsRandomOnTurn, &logic));
+      check(RiverEquityHandVsRandomOnTurnFsm5);
+    } else {
+      check(scope == "turn_only" ? TurnEquityHandVsRandomOnTurnFsm5
+                                 : FlopEquityHandVsRandomOnFlopFsm5);
     }
   }
 }
