@@ -276,6 +276,23 @@ TEST(HandVsRange, IsTheSumOfItsMatchups) {
   }
 }
 
+TEST(HandVsRange, WhatOneSideWinsTheOtherLoses) {
+  Dealer dealer(26);
+  SCOPED_TRACE(dealer.Trace());
+  Spec everything;
+  everything.MakeRandom();
+  for (int trial = 0; trial < 12; ++trial) {
+    const Cards board = dealer.Deal(trial == 0 ? 0 : 3 + trial % 2);
+    const auto street = trial == 0 ? Street::kFlop : Street::kRiver;
+    Tally all;
+    for (const HandTally& hand : HoldemEveryHandVsRange(everything, board, street)) {
+      all += hand.tally;
+    }
+    EXPECT_EQ(all.wins, all.cases - all.wins - all.ties) << CardNames(board);
+    EXPECT_GT(all.wins, 0);
+  }
+}
+
 TEST(HandVsRange, BlockedRangesAndBadCounts) {
   PokerLogic logic;
   Cards hand = ParseCards("AhAd").cards;

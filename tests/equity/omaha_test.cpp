@@ -178,6 +178,63 @@ TEST(OmahaEquity, GoldenAgainstEveryHand) {
   }
 }
 
+// Every hand of `size` cards out of some, each as a list.
+template <typename Visit>
+void ForEachHand(const Cards& live, std::size_t size, Cards& hand, std::size_t first, Visit visit) {
+  if (hand.size() == size) return visit(hand);
+  for (std::size_t i = first; i < live.size(); ++i) {
+    hand.push_back(live[i]);
+    ForEachHand(live, size, hand, i + 1, visit);
+    hand.pop_back();
+  }
+}
+
+TEST(OmahaEquity, AgainstEveryHandIsThePlainCount) {
+  Dealer dealer(82);
+  SCOPED_TRACE(dealer.Trace());
+  for (int trial = 0; trial < 14; ++trial) {
+    const std::size_t size = trial == 0 ? 5 : 4;
+    const int known = 3 + trial % 3;
+    Cards cards = dealer.Deal(static_cast<int>(size) + known);
+    Cards hand(cards.begin(), cards.begin() + static_cast<std::ptrdiff_t>(size));
+    Cards board(cards.begin() + static_cast<std::ptrdiff_t>(size), cards.end());
+    Cards live;
+    for (int card = 0; card < 52; ++card) {
+      if (std::ranges::count(cards, card) == 0) live.push_back(card);
+    }
+    const auto value = [&](Cards& holding) {
+      int record[5];
+      return getCombinationOmahaFsm5Common(holding.data(), static_cast<int>(size), board.data(),
+                                           known, record);
+    };
+    const int hero = value(hand);
+    Tally plain;
+    Cards opponent;
+    ForEachHand(live, size, opponent, 0, [&](Cards& other) {
+      const int other_value = value(other);
+      plain.wins += hero > other_value ? 1 : 0;
+      plain.ties += hero == other_value ? 1 : 0;
+      ++plain.cases;
+    });
+    EXPECT_EQ(CountOmahaAgainstAll(BestIsa(), hand, board), plain)
+        << CardNames(hand) << " on " << CardNames(board);
+    // A card that nobody holds.
+    if (trial % 3 == 0) {
+      const int dead = live[0];
+      Tally without = plain;
+      ForEachHand(Cards(live.begin() + 1, live.end()), size - 1, opponent, 0, [&](Cards& rest) {
+        Cards other = rest;
+        other.push_back(dead);
+        const int other_value = value(other);
+        without.wins -= hero > other_value ? 1 : 0;
+        without.ties -= hero == other_value ? 1 : 0;
+        --without.cases;
+      });
+      EXPECT_EQ(CountOmahaAgainstAll(BestIsa(), hand, board, dead), without);
+    }
+  }
+}
+
 TEST(OmahaEquity, OddQuestions) {
   const PokerLogic logic;
   Cards hand1 = CardsOf("AhAdKhKd"), hand2 = CardsOf("JsTs9c8c"), board = CardsOf("2c3c4d5h");

@@ -165,6 +165,33 @@ TEST(Combinations, TheFileIsTheGoldenTableAndLoadsBack) {
   EXPECT_EQ(logic.save_PokerCombinations_table(FromUtf8(folder / "none/x")), 1);
 }
 
+TEST(Combinations, PlacesAreInTheOrderOfTheKeys) {
+  std::size_t place = 0;
+  int last = -1;
+  for (int a = 0; a < 48; ++a)
+    for (int b = a + 1; b < 49; ++b)
+      for (int c = b + 1; c < 50; ++c)
+        for (int d = c + 1; d < 51; ++d)
+          for (int e = d + 1; e < 52; ++e, ++place) {
+            const int key = FiveCardMap::KeyOf(a, b, c, d, e);
+            ASSERT_GT(key, last);
+            ASSERT_EQ(FiveCardMap::PlaceOf(key), place);
+            last = key;
+          }
+  for (const int key :
+       {FiveCardMap::KeyOf(1, 1, 2, 3, 4), FiveCardMap::KeyOf(4, 3, 2, 1, 0),
+        FiveCardMap::KeyOf(1, 2, 3, 4, 52), FiveCardMap::KeyOf(63, 63, 63, 63, 63)}) {
+    EXPECT_EQ(FiveCardMap::PlaceOf(key), FiveCardMap::kHands) << key;
+  }
+  FiveCardMap map;
+  for (const int first : {40, 3, 17}) {
+    map.insert(FiveCardMap::KeyOf(first, 44, 45, 46, 47), first);
+  }
+  Cards order;
+  map.ForEach([&order](int, int number) { order.push_back(number); });
+  EXPECT_EQ(order, (Cards{3, 17, 40}));
+}
+
 TEST(OmahaType, KnowsFlushesAsHostsDo) {
   const auto type = [](std::string_view hand_text, std::string_view board_text) {
     Cards hand = ParseCards(hand_text).cards;

@@ -11,6 +11,14 @@
 namespace pokermath {
 namespace {
 
+TEST(Text, OnOneLineHasNothingThatBreaksOrTurnsIt) {
+  EXPECT_EQ(OnOneLine(L"A\u2660 Kh \u00e4\u4e2d"), L"A\u2660 Kh \u00e4\u4e2d");
+  for (const wchar_t c : {L'\n', L'\r', L'\t', L'\x1b', L'\x7f', L'\x85', L'\u2028', L'\u2029',
+                          L'\u202e', L'\u2066', L'\u200f'}) {
+    EXPECT_EQ(OnOneLine(std::wstring(L"a") + c + L"b"), L"a?b") << static_cast<int>(c);
+  }
+}
+
 TEST(Text, EveryUnicodeCharacterSurvivesUtf8) {
   std::wstring all;
   for (int code = 0; code <= 0x10FFFF; ++code) {
