@@ -198,6 +198,16 @@ int BestSuited(std::span<const int> hand, std::span<const int> board, int suit) 
 }
 
 template <int kCards>
+int BestValue(std::span<const int> hand, std::span<const int> board) {
+  std::array<int, kMostHoles> all_ranks;
+  for (std::size_t i = 0; i < hand.size(); ++i) all_ranks[i] = hand[i] % 13;
+  const auto keys = TripleKeys<kCards>(board);
+  const int plain = BestPlain<kCards>(std::span(all_ranks).first(hand.size()), board, keys);
+  const int suit = FlushSuitOf(hand, board);
+  return std::max(plain, suit >= 0 ? BestSuited(hand, board, suit) : 0) >> kPairBits;
+}
+
+template <int kCards>
 OmahaChoice FindBest(std::span<const int> hand, std::span<const int> board) {
   std::array<int, kMostHoles> all_ranks;
   for (std::size_t i = 0; i < hand.size(); ++i) all_ranks[i] = hand[i] % 13;
@@ -242,6 +252,20 @@ OmahaChoice FindBestOmaha(std::span<const int> hand, std::span<const int> board)
       return FindBest<3>(hand, board);
     default:
       return {};
+  }
+}
+
+int BestOmahaValue(std::span<const int> hand, std::span<const int> board) {
+  if (hand.size() > kMostHoles) return 0;
+  switch (board.size()) {
+    case 5:
+      return BestValue<5>(hand, board);
+    case 4:
+      return BestValue<4>(hand, board);
+    case 3:
+      return BestValue<3>(hand, board);
+    default:
+      return 0;
   }
 }
 

@@ -23,6 +23,9 @@ struct OmahaChoice {
 /// @param board  three to five
 OmahaChoice FindBestOmaha(std::span<const int> hand, std::span<const int> board);
 
+/// The value of the best choice alone.
+int BestOmahaValue(std::span<const int> hand, std::span<const int> board);
+
 /// What every pair of hole cards makes with a board of three to five cards.
 class OmahaPairValues {
  public:

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <set>
 #include <utility>
 #include <vector>
 
@@ -274,6 +275,37 @@ class POKERMATH_EXPORT PokerLogic {
   /// 5,430,040. Free functions for other streets are in equity.h.
   double RiverEquityHandVsRandomOnRiver(int* hand, int* board, int& count) const;
   double RiverEquityHandVsRandomOnTurn(int* hand, int* board, int& count) const;
+
+  /// Hands of a range: each a set of card codes, four of which are looked at.
+  using OmahaRange = std::set<std::set<int>>;
+
+  /// A hand of four against every hand of a range on a flop as it stands, in percent; those that
+  /// share a card with hand or flop are left out. `count` receives the cases; not a number if there
+  /// are none.
+  double FlopEquityHandVsRangeOnFlop(int* hand, int* flop, const OmahaRange& range,
+                                     int& count) const;
+  /// The mean of that over every flop, times 100: 0 .. 10000. `count` receives 0. One flop that
+  /// blocks the whole range makes the result not a number. Hosts know it so.
+  double FlopEquityHandVsRangeOnPreFlop(int* hand, const OmahaRange& range, int& count) const;
+
+  // The following sample. They seed rand(), which is the process's own, from the calendar time.
+
+  /// Estimate of the chance that a hand of four wins at a table of 2 to 10 players, over trialCount
+  /// random deals; a pot shared with k others counts 1/(k+1). 0.0 .. 1.0; 0.0 for counts out of
+  /// range and without trials.
+  double getProbabilityOfWinOmaha(int* hand, int* board, int boardCount, int players) const;
+  /// A hand of four or five against one random hand on a board of targetCount cards, of which
+  /// boardCount are known, in percent.
+  ///
+  /// @param trials  in: most deals; out: deals made
+  /// @param time    in: milliseconds, looked at every 10,000 deals; out: milliseconds taken
+  double EquityHandVsRandomCommon(int* hand, int handSize, int* board, int boardCount,
+                                  int targetCount, int& trials, int& time);
+  /// The same for four cards from a flop to the river; and against a range, of which some hand must
+  /// share no card with hand and flop.
+  double RiverEquityHandVsRandomOnFlopLight(int* hand, int* flop, int& trials, int& time);
+  double RiverEquityHandVsRangeOnFlopLight(int* hand, int* flop, const OmahaRange& range,
+                                           int& trials, int& time);
 
   // --- short deck; free functions for it are in equity.h ---
 

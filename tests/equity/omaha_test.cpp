@@ -235,6 +235,78 @@ TEST(OmahaEquity, AgainstEveryHandIsThePlainCount) {
   }
 }
 
+TEST(OmahaSampling, ComesNearTheExactShare) {
+  PokerLogic logic;
+  Cards hand = CardsOf("9d3sTcJd"), board = CardsOf("TsKdAc3h7s");
+  int count = 0;
+  // The standard error of 20,000 deals is 0.35; the seed is the time of day.
+  const auto near = [](double percent, double exact) { EXPECT_NEAR(percent, exact, 2.5); };
+  const double river = logic.RiverEquityHandVsRandomOnRiver(hand.data(), board.data(), count);
+  const double turn = logic.RiverEquityHandVsRandomOnTurn(hand.data(), board.data(), count);
+  for (const auto& [known, exact] : {std::pair(5, river), {4, turn}}) {
+    int trials = 20000, time = 60000;
+    near(logic.EquityHandVsRandomCommon(hand.data(), 4, board.data(), known, 5, trials, time),
+         exact);
+    EXPECT_EQ(trials, 20000);
+    EXPECT_LT(time, 60000);
+    logic.trialCount = 20000;
+    near(100 * logic.getProbabilityOfWinOmaha(hand.data(), board.data(), known, 2), exact);
+  }
+  int trials = 20000, time = 60000;
+  near(logic.EquityHandVsRandomCommon(hand.data(), 4, board.data(), 3, 3, trials, time),
+       FlopEquityHandVsRandomOnFlopFsm5(hand.data(), board.data(), count));
+  Tally runouts;
+  for (int first = 0; first < 52; ++first) {
+    for (int second = first + 1; second < 52; ++second) {
+      const Cards complete = {board[0], board[1], board[2], first, second};
+      const auto is_known = [&](int card) {
+        return std::ranges::count(hand, card) +
+                   std::ranges::count(board.begin(), board.begin() + 3, card) !=
+               0;
+      };
+      if (!is_known(first) && !is_known(second)) {
+        runouts += CountOmahaAgainstAll(BestIsa(), hand, complete);
+      }
+    }
+  }
+  EXPECT_EQ(runouts.cases, 122175900);
+  near(logic.RiverEquityHandVsRandomOnFlopLight(hand.data(), board.data(), trials, time),
+       100 * runouts.Equity());
+  near(logic.EquityHandVsRandomCommon(hand.data(), 4, board.data(), 3, 5, trials, time),
+       100 * runouts.Equity());
+
+  // A range of one hand is a hand.
+  Cards other = CardsOf("AhAdKhQc");
+  const PokerLogic::OmahaRange range = {{other.begin(), other.end()}, {8, 7, 1, 0}};
+  const PokerLogic::OmahaRange one = {{other.begin(), other.end()}};
+  const double exact = logic.RiverEquityHandVsHandOnFlopCommon(hand.data(), 4, other.data(),
+                                                               board.data(), 3, count, time);
+  time = 60000;
+  near(logic.RiverEquityHandVsRangeOnFlopLight(hand.data(), board.data(), range, trials, time),
+       exact);
+  EXPECT_EQ(logic.FlopEquityHandVsRangeOnFlop(hand.data(), board.data(), range, count), 0.0);
+  EXPECT_EQ(count, 1) << "the ten of clubs is the hero's";
+  const double all_flops = logic.FlopEquityHandVsRangeOnPreFlop(hand.data(), one, count);
+  EXPECT_TRUE(std::isnan(all_flops)) << "some flops block the only hand";
+  EXPECT_EQ(count, 0);
+
+  // Out of time at the first look, or at a later one.
+  trials = 2000000000;
+  time = -1;
+  logic.EquityHandVsRandomCommon(hand.data(), 4, board.data(), 0, 5, trials, time);
+  EXPECT_EQ(trials, 1);
+  trials = 2000000000;
+  time = 3;
+  logic.EquityHandVsRandomCommon(hand.data(), 4, board.data(), 0, 5, trials, time);
+  EXPECT_EQ(trials % 10000, 1);
+  EXPECT_GT(time, 3);
+  trials = 0;
+  EXPECT_TRUE(
+      std::isnan(logic.EquityHandVsRandomCommon(hand.data(), 4, board.data(), 0, 5, trials, time)));
+  EXPECT_EQ(logic.getProbabilityOfWinOmaha(hand.data(), board.data(), 6, 2), 0.0);
+  EXPECT_EQ(logic.getProbabilityOfWinOmaha(hand.data(), board.data(), 0, 11), 0.0);
+}
+
 TEST(OmahaEquity, OddQuestions) {
   const PokerLogic logic;
   Cards hand1 = CardsOf("AhAdKhKd"), hand2 = CardsOf("JsTs9c8c"), board = CardsOf("2c3c4d5h");

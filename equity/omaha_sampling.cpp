@@ -1,0 +1,201 @@
+// Omaha equity by random deals, and against ranges: PokerLogic's members.
+
+#include <algorithm>
+#include <array>
+#include <span>
+#include <vector>
+
+#include "equity/kernels/hole_cards.h"
+#include "equity/stopwatch.h"
+#include "eval/omaha_best.h"
+#include "pokermath/poker_logic.h"
+
+namespace pokermath {
+namespace {
+
+constexpr int kBetweenLooks = 10000;  // deals, at the clock
+
+std::span<const int> CardsOf(const int* cards, int count) {
+  return {cards, static_cast<std::size_t>(count)};
+}
+
+// Draws cards that are not there yet.
+class Dealing {
+ public:
+  Dealing(EasyRandom& random, std::uint64_t used) : random_(random), used_(used) {}
+
+  int Draw() {
+    int card;
+    do {
+      card = random_.DrawRandomNumber();
+    } while ((used_ >> card & 1) != 0);
+    used_ |= Bit(card);
+    return card;
+  }
+
+ private:
+  EasyRandom& random_;
+  std::uint64_t used_;
+};
+
+// Makes deals until there are enough or the time is up. deal() gives the hero's share of one.
+template <typename Deal>
+double SampleInTime(int& trials, int& time, const Stopwatch& stopwatch, Deal deal) {
+  double wins = 0;
+  int count = 0;
+  for (int i = 0; i < trials; ++i) {
+    wins += deal();
+    ++count;
+    if (i % kBetweenLooks == 0 && stopwatch.Milliseconds() > time) break;
+  }
+  trials = count;
+  time = stopwatch.Milliseconds();
+  return wins / count * 100;
+}
+
+double ShareOf(int value, int other) { return value > other ? 1.0 : value == other ? 0.5 : 0.0; }
+
+// The first four cards of a hand of a range.
+std::array<int, 4> FirstFour(const std::set<int>& hand) {
+  std::array<int, 4> cards{};
+  std::copy_n(hand.begin(), std::min<std::size_t>(hand.size(), 4), cards.begin());
+  return cards;
+}
+
+// Hands of a range that share none of some cards.
+std::vector<std::array<int, 4>> LiveHands(const PokerLogic::OmahaRange& range,
+                                          std::uint64_t taken) {
+  std::vector<std::array<int, 4>> live;
+  for (const std::set<int>& hand : range) {
+    if (hand.size() < 4) continue;
+    const std::array<int, 4> cards = FirstFour(hand);
+    if ((Bits(cards) & taken) == 0) live.push_back(cards);
+  }
+  return live;
+}
+
+}  // namespace
+}  // namespace pokermath
+
+double PokerLogic::FlopEquityHandVsRangeOnFlop(int* hand, int* flop, const OmahaRange& range,
+                                               int& count) const {
+  using namespace pokermath;
+  const std::span<const int> board = CardsOf(flop, 3);
+  const int value = BestOmahaValue(CardsOf(hand, 4), board);
+  const OmahaPairValues pairs(board);
+  count = 0;
+  double wins = 0;
+  for (const auto& cards : LiveHands(range, Bits(CardsOf(hand, 4)) | Bits(board))) {
+    int other = 0;
+    for (std::size_t i = 0; i < 3; ++i) {
+      for (std::size_t j = i + 1; j < 4; ++j) other = std::max(other, pairs.Of(cards[i], cards[j]));
+    }
+    wins += pokermath::ShareOf(value, other);
+    ++count;
+  }
+  return wins / count * 100;
+}
+
+double PokerLogic::FlopEquityHandVsRangeOnPreFlop(int* hand, const OmahaRange& range,
+                                                  int& count) const {
+  using namespace pokermath;
+  const std::uint64_t used = Bits(CardsOf(hand, 4));
+  double sum = 0;
+  int flops = 0;
+  int flop[3];
+  for (flop[0] = 0; flop[0] < 50; ++flop[0])
+    for (flop[1] = flop[0] + 1; flop[1] < 51; ++flop[1])
+      for (flop[2] = flop[1] + 1; flop[2] < 52; ++flop[2]) {
+        if ((Bits(CardsOf(flop, 3)) & used) != 0) continue;
+        int cases;
+        sum += FlopEquityHandVsRangeOnFlop(hand, flop, range, cases);
+        ++flops;
+      }
+  count = 0;
+  return sum / flops * 100;
+}
+
+double PokerLogic::getProbabilityOfWinOmaha(int* hand, int* board, int boardCount,
+                                            int players) const {
+  using namespace pokermath;
+  if (boardCount < 0 || boardCount > 5 || players < 2 || players > 10 || trialCount < 1) return 0.0;
+  EasyRandom generator(0, 51);
+  generator.SetTimerSeed();
+  std::array<int, 5> cards{};
+  std::copy_n(board, boardCount, cards.begin());
+  const std::uint64_t known = Bits(CardsOf(hand, 4)) | Bits(CardsOf(cards.data(), boardCount));
+  double sum = 0;
+  for (int trial = 0; trial < trialCount; ++trial) {
+    Dealing dealing(generator, known);
+    for (int i = boardCount; i < 5; ++i) cards[static_cast<std::size_t>(i)] = dealing.Draw();
+    const int value = BestOmahaValue(CardsOf(hand, 4), cards);
+    int sharers = 1;
+    for (int opponent = 1; opponent < players && sharers > 0; ++opponent) {
+      const std::array<int, 4> other = {dealing.Draw(), dealing.Draw(), dealing.Draw(),
+                                        dealing.Draw()};
+      const int other_value = BestOmahaValue(other, cards);
+      sharers = other_value > value ? 0 : sharers + (other_value == value ? 1 : 0);
+    }
+    if (sharers > 0) sum += 1.0 / sharers;
+  }
+  return sum / trialCount;
+}
+
+double PokerLogic::EquityHandVsRandomCommon(int* hand, int handSize, int* board, int boardCount,
+                                            int targetCount, int& trials, int& time) {
+  using namespace pokermath;
+  const Stopwatch stopwatch;
+  random.SetInterval(0, 51);
+  random.SetTimerSeed();
+  std::array<int, 5> cards{};
+  std::copy_n(board, boardCount, cards.begin());
+  const std::uint64_t known =
+      Bits(CardsOf(hand, handSize)) | Bits(CardsOf(cards.data(), boardCount));
+  std::vector<int> other(static_cast<std::size_t>(handSize));
+  return SampleInTime(trials, time, stopwatch, [&] {
+    Dealing dealing(random, known);
+    for (int i = boardCount; i < targetCount; ++i)
+      cards[static_cast<std::size_t>(i)] = dealing.Draw();
+    for (int& card : other) card = dealing.Draw();
+    const std::span<const int> complete = CardsOf(cards.data(), targetCount);
+    return pokermath::ShareOf(BestOmahaValue(CardsOf(hand, handSize), complete),
+                              BestOmahaValue(other, complete));
+  });
+}
+
+double PokerLogic::RiverEquityHandVsRandomOnFlopLight(int* hand, int* flop, int& trials,
+                                                      int& time) {
+  using namespace pokermath;
+  const Stopwatch stopwatch;
+  random.SetInterval(0, 51);
+  random.SetTimerSeed();
+  const std::uint64_t known = Bits(CardsOf(hand, 4)) | Bits(CardsOf(flop, 3));
+  return SampleInTime(trials, time, stopwatch, [&] {
+    Dealing dealing(random, known);
+    const std::array<int, 4> other = {dealing.Draw(), dealing.Draw(), dealing.Draw(),
+                                      dealing.Draw()};
+    const std::array<int, 5> board = {flop[0], flop[1], flop[2], dealing.Draw(), dealing.Draw()};
+    return pokermath::ShareOf(BestOmahaValue(CardsOf(hand, 4), board),
+                              BestOmahaValue(other, board));
+  });
+}
+
+double PokerLogic::RiverEquityHandVsRangeOnFlopLight(int* hand, int* flop, const OmahaRange& range,
+                                                     int& trials, int& time) {
+  using namespace pokermath;
+  const Stopwatch stopwatch;
+  const std::uint64_t known = Bits(CardsOf(hand, 4)) | Bits(CardsOf(flop, 3));
+  const std::vector<std::array<int, 4>> live = LiveHands(range, known);
+  EasyRandom generator(0, static_cast<int>(live.size()) - 1);
+  generator.SetTimerSeed();
+  random.SetInterval(0, 51);
+  random.SetTimerSeed();
+  if (live.empty()) trials = 0;
+  return SampleInTime(trials, time, stopwatch, [&] {
+    const auto& other = live[static_cast<std::size_t>(generator.DrawRandomNumber())];
+    Dealing dealing(random, known | Bits(other));
+    const std::array<int, 5> board = {flop[0], flop[1], flop[2], dealing.Draw(), dealing.Draw()};
+    return pokermath::ShareOf(BestOmahaValue(CardsOf(hand, 4), board),
+                              BestOmahaValue(other, board));
+  });
+}
