@@ -213,15 +213,10 @@ bool BuildStatesFile(const TableFile& table, const std::string& path) {
 bool BuildCombinations(const TableFile& table, const std::string& path) {
   std::vector<CombinationRecord> records;
   records.reserve(FiveCardMap::kHands);
-  int c[5];
-  for (c[0] = 0; c[0] < 48; ++c[0])
-    for (c[1] = c[0] + 1; c[1] < 49; ++c[1])
-      for (c[2] = c[1] + 1; c[2] < 50; ++c[2])
-        for (c[3] = c[2] + 1; c[3] < 51; ++c[3])
-          for (c[4] = c[3] + 1; c[4] < 52; ++c[4]) {
-            records.push_back(
-                {FiveCardMap::KeyOf(c[0], c[1], c[2], c[3], c[4]), 7463 - EvaluateCards<5>(c)});
-          }
+  FiveCardMap::ForEachHand([&records](const int(&c)[5]) {
+    records.push_back(
+        {FiveCardMap::KeyOf(c[0], c[1], c[2], c[3], c[4]), 7463 - EvaluateCards<5>(c)});
+  });
   return WriteTable(table, path, {std::as_bytes(std::span(records))});
 }
 

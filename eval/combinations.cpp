@@ -107,15 +107,9 @@ int PokerLogic::generate_PokerCombinations_table(CString path) {
     }
   }
   if (!records.empty()) return 1;
-  int c[5];
-  for (c[0] = 0; c[0] < 48; ++c[0])
-    for (c[1] = c[0] + 1; c[1] < 49; ++c[1])
-      for (c[2] = c[1] + 1; c[2] < 50; ++c[2])
-        for (c[3] = c[2] + 1; c[3] < 51; ++c[3])
-          for (c[4] = c[3] + 1; c[4] < 52; ++c[4]) {
-            PokerCombinations.insert(FiveCardMap::KeyOf(c[0], c[1], c[2], c[3], c[4]),
-                                     eval_5handHoldem(c));
-          }
+  FiveCardMap::ForEachHand([this](int(&c)[5]) {
+    PokerCombinations.insert(FiveCardMap::KeyOf(c[0], c[1], c[2], c[3], c[4]), eval_5handHoldem(c));
+  });
   save_PokerCombinations_table(path);
   return 0;
 }

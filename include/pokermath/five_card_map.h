@@ -34,17 +34,25 @@ class POKERMATH_EXPORT FiveCardMap {
   /// Whether the key was absent; a number that is there stays. Nothing is kept for a key that is no
   /// hand.
   bool insert(int key, int number);
+  /// Calls visit(cards) for every hand, five rising card codes, in the order of the keys.
+  template <typename Visit>
+  static void ForEachHand(Visit visit) {
+    int c[5];
+    for (c[0] = 0; c[0] < 48; ++c[0])
+      for (c[1] = c[0] + 1; c[1] < 49; ++c[1])
+        for (c[2] = c[1] + 1; c[2] < 50; ++c[2])
+          for (c[3] = c[2] + 1; c[3] < 51; ++c[3])
+            for (c[4] = c[3] + 1; c[4] < 52; ++c[4]) visit(c);
+  }
   /// Calls visit(key, number) in the order of the keys.
   template <typename Visit>
   void ForEach(Visit visit) const {
+    if (empty()) return;
     std::size_t place = 0;
-    for (int c1 = 0; c1 < 48 && !numbers_.empty(); ++c1)
-      for (int c2 = c1 + 1; c2 < 49; ++c2)
-        for (int c3 = c2 + 1; c3 < 50; ++c3)
-          for (int c4 = c3 + 1; c4 < 51; ++c4)
-            for (int c5 = c4 + 1; c5 < 52; ++c5, ++place) {
-              if (numbers_[place] > 0) visit(KeyOf(c1, c2, c3, c4, c5), numbers_[place]);
-            }
+    ForEachHand([&](const int(&c)[5]) {
+      const std::int32_t number = numbers_[place++];
+      if (number > 0) visit(KeyOf(c[0], c[1], c[2], c[3], c[4]), number);
+    });
   }
 
  private:
