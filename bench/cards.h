@@ -26,6 +26,24 @@ inline std::vector<std::uint8_t> RandomHands(std::size_t hands) {
   return cards;
 }
 
+/// `hands` times `size` different card codes of rank `lowest` and better, one hand behind the
+/// other.
+inline std::vector<int> RandomHandsOf(std::size_t hands, int size, int lowest) {
+  std::mt19937 random(1);
+  std::vector<int> cards;
+  for (std::size_t hand = 0; hand < hands; ++hand) {
+    std::uint64_t used = 0;
+    for (int i = 0; i < size;) {
+      const auto card = static_cast<int>(random() % 52);
+      if (card % 13 < lowest || (used >> card & 1) != 0) continue;
+      used |= std::uint64_t{1} << card;
+      cards.push_back(card);
+      ++i;
+    }
+  }
+  return cards;
+}
+
 }  // namespace pokermath
 
 #endif  // POKERMATH_BENCH_CARDS_H_

@@ -1,10 +1,11 @@
-// The short deck, Omaha and the finite-state tables.
+// The short deck and the finite-state tables.
 
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <random>
 
+#include "bench/cards.h"
 #include "equity/holdem_tables.h"
 #include "eval/state_tables.h"
 #include "pokermath/cards.h"
@@ -14,23 +15,6 @@
 
 namespace pokermath {
 namespace {
-
-// Random hands of `size` different cards, rank `lowest` and better.
-std::vector<int> RandomHandsOf(std::size_t hands, int size, int lowest) {
-  std::mt19937 random(1);
-  std::vector<int> cards;
-  for (std::size_t hand = 0; hand < hands; ++hand) {
-    std::uint64_t used = 0;
-    for (int i = 0; i < size;) {
-      const auto card = static_cast<int>(random() % 52);
-      if (card % 13 < lowest || (used >> card & 1) != 0) continue;
-      used |= std::uint64_t{1} << card;
-      cards.push_back(card);
-      ++i;
-    }
-  }
-  return cards;
-}
 
 constexpr std::size_t kHands = 1 << 14;
 
@@ -85,16 +69,6 @@ void BM_BuildOmahaStates(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(BuildStates(kOmaha7File));
 }
 BENCHMARK(BM_BuildOmahaStates)->Unit(benchmark::kMillisecond)->Iterations(1);
-
-// Four hole cards and five board cards: value and record.
-void BM_GetCombinationOmaha(benchmark::State& state) {
-  PokerLogic logic;
-  int record[5];
-  MeasureHands(state, 9, 0, [&](int* cards) {
-    return logic.getCombinationOmaha(cards, cards + 4, record) + record[0];
-  });
-}
-BENCHMARK(BM_GetCombinationOmaha)->Unit(benchmark::kMicrosecond);
 
 void BM_GetRank7(benchmark::State& state) {
   MeasureHands(state, 9, 0, [](int* cards) { return get_rank7(cards, cards + 4); });
@@ -158,41 +132,6 @@ void BM_AllShortDeckMatchups(benchmark::State& state) {
   }
 }
 BENCHMARK(BM_AllShortDeckMatchups)->Unit(benchmark::kMillisecond);
-
-// hands 2 are four and five cards each, hands 6 are of four cards.
-void BM_OmahaMatchup(benchmark::State& state) {
-  const char* const texts[2][2] = {
-      {"AhAdKhKdJsTs9c8c", "AhAdKhKdJsTs9c8c7h7d6h6dAsKs5c5dQhJh4c3c2h2d2s3d"},
-      {"AhAdKhKd2cJsTs9c8c3d", ""}};
-  const auto size = static_cast<int>(state.range(0));
-  std::vector<int> cards = ParseCards(texts[size - 4][state.range(1) / 6]).cards;
-  const PokerLogic logic;
-  int count, time;
-  for (auto _ : state) {
-    benchmark::DoNotOptimize(logic.RiverEquityHandsOnPreFlopCommon(
-        cards.data(), size, static_cast<int>(state.range(1)), 0, count, time));
-  }
-}
-BENCHMARK(BM_OmahaMatchup)
-    ->ArgNames({"cards", "hands"})
-    ->Args({4, 2})
-    ->Args({5, 2})
-    ->Args({4, 6})
-    ->Unit(benchmark::kMicrosecond);
-
-void BM_OmahaAgainstAll(benchmark::State& state) {
-  std::vector<int> hand = ParseCards("9d3sTcJd").cards;
-  std::vector<int> board = ParseCards("TsKdAc3h7s").cards;
-  const PokerLogic logic;
-  int count;
-  for (auto _ : state) {
-    benchmark::DoNotOptimize(
-        state.range(0) == 5
-            ? logic.RiverEquityHandVsRandomOnRiver(hand.data(), board.data(), count)
-            : logic.RiverEquityHandVsRandomOnTurn(hand.data(), board.data(), count));
-  }
-}
-BENCHMARK(BM_OmahaAgainstAll)->ArgName("board")->Arg(5)->Arg(4)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 }  // namespace pokermath

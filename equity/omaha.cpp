@@ -55,8 +55,8 @@ double Percent(const Tally& tally, int& count) {
   return ShareOf(tally) * 100;
 }
 
-double AgainstAll(const int* hand, std::span<const int> board, int& count) {
-  return Percent(CountOmahaAgainstAll(BestIsa(), CardsOf(hand, 4), board), count);
+double AgainstAll(const int* hand, std::span<const int> board, Street street, int& count) {
+  return Percent(CountOmahaAgainstAll(BestIsa(), CardsOf(hand, 4), board, street), count);
 }
 
 // One river after a board of four; nothing for a card that is known.
@@ -64,7 +64,7 @@ Tally CountRiver(const int* hand, const int* board, int river) {
   std::array<int, 5> complete = {board[0], board[1], board[2], board[3], river};
   const std::uint64_t known = Bits(CardsOf(hand, 4)) | Bits(CardsOf(board, 4));
   if ((known & Bit(river)) != 0) return {};
-  return CountOmahaAgainstAll(BestIsa(), CardsOf(hand, 4), complete);
+  return CountOmahaAgainstAll(BestIsa(), CardsOf(hand, 4), complete, Street::kRiver);
 }
 
 }  // namespace
@@ -107,21 +107,19 @@ double PokerLogic::RiverEquityHandsOnTurnCommon(int* hands, int handSize, int pl
 }
 
 double PokerLogic::RiverEquityHandVsRandomOnRiver(int* hand, int* board, int& count) const {
-  return pokermath::AgainstAll(hand, {board, 5}, count);
+  return pokermath::AgainstAll(hand, {board, 5}, pokermath::Street::kRiver, count);
 }
 
 double PokerLogic::RiverEquityHandVsRandomOnTurn(int* hand, int* board, int& count) const {
-  pokermath::Tally tally;
-  for (int river = 0; river < 52; ++river) tally += pokermath::CountRiver(hand, board, river);
-  return pokermath::Percent(tally, count);
+  return pokermath::AgainstAll(hand, {board, 4}, pokermath::Street::kRiver, count);
 }
 
 double FlopEquityHandVsRandomOnFlopFsm5(int* hand, int* flop, int& count) {
-  return pokermath::AgainstAll(hand, {flop, 3}, count);
+  return pokermath::AgainstAll(hand, {flop, 3}, pokermath::Street::kFlop, count);
 }
 
 double TurnEquityHandVsRandomOnTurnFsm5(int* hand, int* board, int& count) {
-  return pokermath::AgainstAll(hand, {board, 4}, count);
+  return pokermath::AgainstAll(hand, {board, 4}, pokermath::Street::kTurn, count);
 }
 
 double RiverEquityHandVsRandomOnTurnFsm5(int* hand, int* board, int& count) {
@@ -138,5 +136,5 @@ double RiverEquityHandVsRandomOnTurnFsm5(int* hand, int* board, int& count) {
 }
 
 double RiverEquityHandVsRandomOnRiver_ofsm7(int* hand, int* board, int& count) {
-  return pokermath::AgainstAll(hand, {board, 5}, count);
+  return pokermath::AgainstAll(hand, {board, 5}, pokermath::Street::kRiver, count);
 }

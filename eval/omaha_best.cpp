@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "eval/compact_keys.h"
+#include "eval/rank_sets.h"
 #include "eval/scales.h"
 #include "pokermath/evaluators.h"
 #include "pokermath/large_table.h"
@@ -34,18 +35,12 @@ constexpr int PairOf(int rank1, int rank2) {
   return high * (high + 1) / 2 + low;
 }
 
-// Place of five ranks among all multisets, by a card's place in rising order and its rank.
-constexpr auto kPlaces = [] {
-  std::array<std::array<int, 13>, 5> places{};
-  for (int i = 0; i < 5; ++i) {
-    for (int rank = 0; rank < 13; ++rank) {
-      int choose = 1;
-      for (int k = 0; k <= i; ++k) choose = choose * (rank + i - k) / (k + 1);
-      places[static_cast<std::size_t>(i)][static_cast<std::size_t>(rank)] = choose;
-    }
-  }
-  return places;
-}();
+template <std::size_t kCards>
+std::array<int, kCards> RanksOf(std::span<const int> cards) {
+  std::array<int, kCards> ranks{};
+  for (std::size_t i = 0; i < cards.size(); ++i) ranks[i] = cards[i] % 13;
+  return ranks;
+}
 
 // The best value without a flush of five board ranks and two hole ranks.
 class BoardValues {
@@ -56,9 +51,7 @@ class BoardValues {
   }
 
   /// [pair of ranks] for a board of five.
-  const std::uint16_t* Of(std::span<const int> board) const {
-    int ranks[5];
-    for (std::size_t i = 0; i < 5; ++i) ranks[i] = board[i] % 13;
+  const std::uint16_t* Of(std::array<int, 5> ranks) const {
     constexpr int kPairs[9][2] = {{0, 3}, {1, 4}, {0, 2}, {1, 3}, {0, 1},
                                   {2, 4}, {1, 2}, {3, 4}, {2, 3}};
     for (const auto& [a, b] : kPairs) {
@@ -66,9 +59,7 @@ class BoardValues {
       ranks[b] = std::max(ranks[a], ranks[b]);
       ranks[a] = smaller;
     }
-    int place = 0;
-    for (std::size_t i = 0; i < 5; ++i) place += kPlaces[i][static_cast<std::size_t>(ranks[i])];
-    return &values_[static_cast<std::size_t>(place * kRankPairs)];
+    return &values_[static_cast<std::size_t>(MultisetNumber(ranks) * kRankPairs)];
   }
 
  private:
@@ -166,7 +157,7 @@ auto TripleKeys(std::span<const int> board) {
 template <int kCards, typename Keys>
 int BestPlain(std::span<const int> ranks, std::span<const int> board, const Keys& keys) {
   const std::uint16_t* of_pairs = nullptr;
-  if constexpr (kCards == 5) of_pairs = BoardValues::Get().Of(board);
+  if constexpr (kCards == 5) of_pairs = BoardValues::Get().Of(RanksOf<5>(board));
   int best = 0;
   for (std::size_t i = 0; i + 1 < ranks.size(); ++i) {
     for (std::size_t j = i + 1; j < ranks.size(); ++j) {
@@ -275,14 +266,26 @@ OmahaPairValues::OmahaPairValues(std::span<const int> board) {
     if (++counts[card / 13] == 3) suit_ = card / 13;
   }
   if (suit_ >= 0) board_ranks_ = RanksOf(board, suit_);
+  AddPlain(RanksOf<5>(board), board.size());
+}
+
+OmahaPairValues::OmahaPairValues(std::span<const int> ranks, int suit, unsigned suited)
+    : suit_(suit), board_ranks_(suited) {
+  std::array<int, 5> all{};
+  std::ranges::copy(ranks, all.begin());
+  AddPlain(all, ranks.size());
+}
+
+void OmahaPairValues::AddPlain(const std::array<int, 5>& ranks, std::size_t size) {
   std::vector<std::uint32_t> triples;
-  for (std::size_t a = 0; a < board.size(); ++a)
-    for (std::size_t b = a + 1; b < board.size(); ++b)
-      for (std::size_t c = b + 1; c < board.size(); ++c) {
-        triples.push_back(kRankKeys[board[a] % 13] + kRankKeys[board[b] % 13] +
-                          kRankKeys[board[c] % 13]);
-      }
-  const std::uint16_t* of_pairs = board.size() == 5 ? BoardValues::Get().Of(board) : nullptr;
+  if (size < 5) {
+    for (std::size_t a = 0; a < size; ++a)
+      for (std::size_t b = a + 1; b < size; ++b)
+        for (std::size_t c = b + 1; c < size; ++c) {
+          triples.push_back(kRankKeys[ranks[a]] + kRankKeys[ranks[b]] + kRankKeys[ranks[c]]);
+        }
+  }
+  const std::uint16_t* of_pairs = size == 5 ? BoardValues::Get().Of(ranks) : nullptr;
   for (int high = 0; high < 13; ++high) {
     for (int low = 0; low <= high; ++low) {
       int best = 0;

@@ -30,6 +30,10 @@ int BestOmahaValue(std::span<const int> hand, std::span<const int> board);
 class OmahaPairValues {
  public:
   explicit OmahaPairValues(std::span<const int> board);
+  /// @param ranks   of the board
+  /// @param suit    of which there are three board cards and more, or -1
+  /// @param suited  their ranks, as bits
+  OmahaPairValues(std::span<const int> ranks, int suit, unsigned suited);
 
   /// Ascending value of two hole cards that are not on the board.
   int Of(int card1, int card2) const {
@@ -42,7 +46,9 @@ class OmahaPairValues {
  private:
   int FlushOf(int rank1, int rank2) const;
 
-  std::array<std::array<std::uint16_t, 13>, 13> plain_{};
+  void AddPlain(const std::array<int, 5>& ranks, std::size_t size);
+
+  std::array<std::array<std::uint16_t, 13>, 13> plain_;
   int suit_ = -1;             // of which there are three board cards
   unsigned board_ranks_ = 0;  // of that suit
 };

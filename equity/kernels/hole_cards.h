@@ -11,13 +11,9 @@
 #include <span>
 #include <utility>
 
-namespace pokermath {
+#include "eval/rank_sets.h"
 
-constexpr int Choose(int n, int k) {
-  int result = 1;
-  for (int i = 0; i < k; ++i) result = result * (n - i) / (i + 1);
-  return result;
-}
+namespace pokermath {
 
 /// Cards as bits of a number.
 constexpr std::uint64_t Bit(int card) { return std::uint64_t{1} << card; }
@@ -38,8 +34,6 @@ constexpr int RankClassOf(int rank1, int rank2) {
   return high * (high + 1) / 2 + low;
 }
 
-using RankSet = std::uint16_t;
-inline constexpr RankSet kAllRanks = 0x1FFF;
 inline constexpr RankSet kNoSet = 0x2000;  ///< stands where there is no set
 
 /// Hole cards as one suit sees them: which are of the suit, and which ranks the others have.

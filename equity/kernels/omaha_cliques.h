@@ -3,6 +3,8 @@
 #ifndef POKERMATH_EQUITY_KERNELS_OMAHA_CLIQUES_H_
 #define POKERMATH_EQUITY_KERNELS_OMAHA_CLIQUES_H_
 
+#include <cstdint>
+#include <functional>
 #include <span>
 
 #include "platform/isa.h"
@@ -10,14 +12,19 @@
 
 namespace pokermath {
 
-/// Counts every opponent hand of the same size on a board as it stands.
+/// Called now and then with the parts that are done and all parts; returning false stops.
+using GoOn = std::function<bool(std::int64_t done, std::int64_t all)>;
+
+/// Counts every opponent hand of the same size on every way to complete a board.
 ///
 /// @param isa    instructions to use; the machine must have them
 /// @param hand   four or five card codes
-/// @param board  three to five
-/// @param dead   a card more that nobody holds, or -1
+/// @param board  0 or 3 to 5 known cards, no more than the street has
+/// @param dead   cards that nobody holds and that cannot come; all cards different
+/// @param go_on  may be empty
+/// @return no cases if it was stopped
 Tally CountOmahaAgainstAll(Isa isa, std::span<const int> hand, std::span<const int> board,
-                           int dead = -1);
+                           Street street, std::span<const int> dead = {}, const GoOn& go_on = {});
 
 }  // namespace pokermath
 

@@ -152,13 +152,12 @@ TEST(OmahaEquity, GoldenAgainstEveryHand) {
     Cards board = CardsOf(row[2]);
     const std::string& scope = row[3];
     const std::string trace = row[1] + " " + row[2] + " " + scope;
-    if (scope == "flop_all_runouts") continue;
-    if (scope != "turn_all_rivers") {
-      const Tally golden = {std::stoll(row[5]), std::stoll(row[6]), std::stoll(row[4])};
-      EXPECT_EQ(CountOmahaAgainstAll(BestIsa(), hand, board), golden) << trace;
-      EXPECT_EQ(CountOmahaAgainstAll(Isa::kBaseline, hand, board), golden) << trace;
-    }
-    if (hand.size() == 5) continue;
+    const Tally golden = {std::stoll(row[5]), std::stoll(row[6]), std::stoll(row[4])};
+    const Street street =
+        scope.ends_with("only") ? static_cast<Street>(board.size()) : Street::kRiver;
+    EXPECT_EQ(CountOmahaAgainstAll(BestIsa(), hand, board, street), golden) << trace;
+    EXPECT_EQ(CountOmahaAgainstAll(Isa::kBaseline, hand, board, street), golden) << trace;
+    if (hand.size() == 5 || scope == "flop_all_runouts") continue;
     const double percent = (std::stod(row[5]) + 0.5 * std::stod(row[6])) / std::stod(row[4]) * 100;
     const auto check = [&](auto ask) {
       int count = -1;
@@ -195,6 +194,7 @@ TEST(OmahaEquity, AgainstEveryHandIsThePlainCount) {
   for (int trial = 0; trial < 14; ++trial) {
     const std::size_t size = trial == 0 ? 5 : 4;
     const int known = 3 + trial % 3;
+    const auto street = static_cast<Street>(known);
     Cards cards = dealer.Deal(static_cast<int>(size) + known);
     Cards hand(cards.begin(), cards.begin() + static_cast<std::ptrdiff_t>(size));
     Cards board(cards.begin() + static_cast<std::ptrdiff_t>(size), cards.end());
@@ -216,7 +216,7 @@ TEST(OmahaEquity, AgainstEveryHandIsThePlainCount) {
       plain.ties += hero == other_value ? 1 : 0;
       ++plain.cases;
     });
-    EXPECT_EQ(CountOmahaAgainstAll(BestIsa(), hand, board), plain)
+    EXPECT_EQ(CountOmahaAgainstAll(BestIsa(), hand, board, street), plain)
         << CardNames(hand) << " on " << CardNames(board);
     // A card that nobody holds.
     if (trial % 3 == 0) {
@@ -230,7 +230,7 @@ TEST(OmahaEquity, AgainstEveryHandIsThePlainCount) {
         without.ties -= hero == other_value ? 1 : 0;
         --without.cases;
       });
-      EXPECT_EQ(CountOmahaAgainstAll(BestIsa(), hand, board, dead), without);
+      EXPECT_EQ(CountOmahaAgainstAll(BestIsa(), hand, board, street, {&dead, 1}), without);
     }
   }
 }
@@ -265,7 +265,7 @@ TEST(OmahaSampling, ComesNearTheExactShare) {
                0;
       };
       if (!is_known(first) && !is_known(second)) {
-        runouts += CountOmahaAgainstAll(BestIsa(), hand, complete);
+        runouts += CountOmahaAgainstAll(BestIsa(), hand, complete, Street::kRiver);
       }
     }
   }

@@ -1,0 +1,130 @@
+// Omaha: best hands, hands against each other and against every hand.
+
+#include "pokermath/omaha.h"
+
+#include <benchmark/benchmark.h>
+
+#include <filesystem>
+#include <string>
+
+#include "bench/cards.h"
+#include "equity/kernels/omaha_cliques.h"
+#include "equity/kernels/omaha_matchup.h"
+#include "pokermath/cards.h"
+#include "pokermath/poker_logic.h"
+
+namespace pokermath {
+namespace {
+
+constexpr std::size_t kHands = 1 << 12;
+
+// Calls a function with random hole cards and board cards, one behind the other.
+template <typename Function>
+void MeasureHands(benchmark::State& state, int size, Function function) {
+  std::vector<int> cards = RandomHandsOf(kHands, size, 0);
+  std::size_t hand = 0;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(function(&cards[hand * static_cast<std::size_t>(size)]));
+    hand = (hand + 1) % kHands;
+  }
+}
+
+// Four hole cards and five board cards: value and record.
+void BM_GetCombinationOmaha(benchmark::State& state) {
+  const PokerLogic logic;
+  int record[5];
+  MeasureHands(state, 9, [&](int* cards) {
+    return logic.getCombinationOmaha(cards, cards + 4, record) + record[0];
+  });
+}
+BENCHMARK(BM_GetCombinationOmaha);
+
+void BM_GetCombinationOmahaFsm5(benchmark::State& state) {
+  int record[5];
+  MeasureHands(state, 9, [&](int* cards) {
+    return getCombinationOmahaFsm5(cards, cards + 4, record) + record[0];
+  });
+}
+BENCHMARK(BM_GetCombinationOmahaFsm5);
+
+void BM_GeneratePokerCombinations(benchmark::State& state) {
+  const auto file = std::filesystem::temp_directory_path() / "pokermath_bench.dat";
+  const std::string path = file.string();
+  PokerLogic logic;
+  const bool load = state.range(0) != 0;
+  for (auto _ : state) {
+    if (!load) std::filesystem::remove(file);
+    benchmark::DoNotOptimize(
+        logic.generate_PokerCombinations_table(CString(path.begin(), path.end())));
+  }
+  std::filesystem::remove(file);
+}
+BENCHMARK(BM_GeneratePokerCombinations)
+    ->ArgName("load")
+    ->Arg(0)
+    ->Arg(1)
+    ->Unit(benchmark::kMillisecond);
+
+void BM_Eval7HandOmaha(benchmark::State& state) {
+  const auto file = std::filesystem::temp_directory_path() / "pokermath_bench.dat";
+  const std::string path = file.string();
+  PokerLogic logic;
+  logic.generate_PokerCombinations_table(CString(path.begin(), path.end()));
+  std::filesystem::remove(file);
+  MeasureHands(state, 9, [&](int* cards) { return logic.eval_7handOmaha(cards, cards + 4); });
+}
+BENCHMARK(BM_Eval7HandOmaha);
+
+// Before the flop.
+void BM_OmahaMatchup(benchmark::State& state) {
+  const auto isa = static_cast<Isa>(state.range(0));
+  if (isa > BestIsa()) return state.SkipWithError("not on this machine");
+  const auto size = static_cast<int>(state.range(1));
+  const auto hands = static_cast<int>(state.range(2));
+  const std::vector<int> cards = RandomHandsOf(1, size * hands, 0);
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(CountOmahaMatchup(isa, cards, size, {}, {}));
+  }
+}
+BENCHMARK(BM_OmahaMatchup)
+    ->ArgNames({"isa", "cards", "hands"})
+    ->ArgsProduct({{0, 1, 2}, {4}, {2, 3, 6}})
+    ->ArgsProduct({{0, 1, 2}, {5}, {2}})
+    ->Unit(benchmark::kMicrosecond);
+
+// On random boards, to the river.
+void BM_OmahaAgainstAll(benchmark::State& state) {
+  const auto size = static_cast<int>(state.range(0));
+  const auto known = static_cast<std::size_t>(state.range(1));
+  MeasureHands(state, size + 5, [&](int* cards) {
+    const std::span<const int> hand(cards, static_cast<std::size_t>(size));
+    return CountOmahaAgainstAll(BestIsa(), hand, std::span<const int>(cards + size, known),
+                                Street::kRiver);
+  });
+}
+BENCHMARK(BM_OmahaAgainstAll)
+    ->ArgNames({"cards", "board"})
+    ->ArgsProduct({{4, 5}, {5, 4, 3, 0}})
+    ->Unit(benchmark::kMicrosecond);
+
+// Before the flop; the rate is that of the trials.
+void BM_EquityHandVsRandomCommon(benchmark::State& state) {
+  PokerLogic logic;
+  const auto size = static_cast<int>(state.range(0));
+  std::vector<int> hand = RandomHandsOf(1, size, 0);
+  constexpr int kTrials = 100000;
+  for (auto _ : state) {
+    int trials = kTrials, time = 1000000;
+    benchmark::DoNotOptimize(
+        logic.EquityHandVsRandomCommon(hand.data(), size, nullptr, 0, 5, trials, time));
+  }
+  state.SetItemsProcessed(state.iterations() * kTrials);
+}
+BENCHMARK(BM_EquityHandVsRandomCommon)
+    ->ArgName("cards")
+    ->Arg(4)
+    ->Arg(5)
+    ->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace pokermath
