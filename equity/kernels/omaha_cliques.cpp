@@ -34,6 +34,7 @@ struct Twins {
 constexpr std::size_t kMostTwins = 26;
 
 struct Graph {
+  std::uint64_t first = 0;                       // bits of twins with which a clique may start
   std::array<std::uint64_t, kMostTwins> joined;  // bits of the twins behind
   std::array<bool, kMostTwins> among_themselves;
 
@@ -76,6 +77,8 @@ class Live {
       }
       less.joined[i] = joined_less;
       not_more.joined[i] = joined_not_more;
+      less.first |= joined_less != 0 || same < value ? twins_[i].bits : 0;
+      not_more.first |= joined_not_more != 0 || same <= value ? twins_[i].bits : 0;
     }
     const std::uint64_t all = (std::uint64_t{1} << cards_) - 1;
     tally.wins = Cliques<hand_size>(less, all);
@@ -93,9 +96,9 @@ class Live {
     } else {
       constexpr int kChoose[5][5] = {{}, {}, {0, 0, 1}, {0, 0, 3, 1}, {0, 0, 6, 4, 1}};
       std::int64_t cliques = 0;
-      while (among != 0) {
-        const std::size_t i = twins_of_bit_[static_cast<std::size_t>(__builtin_ctzll(among))];
-        among &= ~twins_[i].bits;
+      for (std::uint64_t rest = among & graph.first; rest != 0;) {
+        const std::size_t i = twins_of_bit_[static_cast<std::size_t>(__builtin_ctzll(rest))];
+        rest &= ~twins_[i].bits;
         const std::uint64_t joined = among & graph.joined[i];
         cliques += twins_[i].count * Cliques<size - 1>(graph, joined);
         if (!graph.among_themselves[i]) continue;
@@ -204,8 +207,11 @@ class Boards {
     Live live;
     const int other_suit = (board.suit + 1) % 4;
     for (int rank = 0; rank < 13; ++rank) {
-      if ((suited >> rank & 1) != 0) live.Add(board.suit * 13 + rank, 1);
       live.Add(other_suit * 13 + rank, counts[static_cast<std::size_t>(rank)]);
+    }
+    // Few of these are joined with each other, so it is best that they come last.
+    for (unsigned rest = suited; rest != 0; rest &= rest - 1) {
+      live.Add(board.suit * 13 + __builtin_ctz(rest), 1);
     }
     return live;
   }
