@@ -25,7 +25,7 @@ double HandVsHand(const int* hand1, int hand_size, const int* hand2, std::span<c
   const Stopwatch stopwatch;
   std::vector<int> cards(hand1, hand1 + hand_size);
   cards.insert(cards.end(), hand2, hand2 + hand_size);
-  const OmahaTally tally = CountOmahaMatchup(BestIsa(), cards, hand_size, {}, board);
+  const SharedTally tally = CountOmahaMatchup(BestIsa(), cards, hand_size, {}, board);
   count = static_cast<int>(tally.boards);
   time = stopwatch.Milliseconds();
   const double wins =
@@ -37,8 +37,8 @@ double Hands(const int* hands, int hand_size, int players, int dead, std::span<c
              int& count, int& time) {
   const Stopwatch stopwatch;
   const std::span<const int> cards = CardsOf(hands, players * hand_size);
-  const OmahaTally tally = CountOmahaMatchup(BestIsa(), cards, hand_size,
-                                             CardsOf(hands + players * hand_size, dead), board);
+  const SharedTally tally = CountOmahaMatchup(BestIsa(), cards, hand_size,
+                                              CardsOf(hands + players * hand_size, dead), board);
   count = static_cast<int>(tally.boards);
   time = stopwatch.Milliseconds();
   // A tie with one other hand counts in full, as hosts know it.
@@ -68,6 +68,20 @@ Tally CountRiver(const int* hand, const int* board, int river) {
 }
 
 }  // namespace
+
+SharedTally OmahaHands(std::span<const int> cards, int hand_size, std::span<const int> board,
+                       std::span<const int> dead) {
+  if (board.size() > 5 || board.size() == 1 || board.size() == 2 || cards.empty()) return {};
+  return CountOmahaMatchup(BestIsa(), cards, hand_size, dead, board);
+}
+
+Tally OmahaHandVsRandom(std::span<const int> hand, std::span<const int> board, Street street,
+                        std::span<const int> dead,
+                        const std::function<bool(std::int64_t, std::int64_t)>& go_on) {
+  if (board.size() > static_cast<std::size_t>(street)) return {};
+  return CountOmahaAgainstAll(BestIsa(), hand, board, street, dead, go_on);
+}
+
 }  // namespace pokermath
 
 double PokerLogic::RiverEquityHandVsHandOnPreFlopCommon(int* hand1, int handSize, int* hand2,

@@ -86,11 +86,7 @@ double PokerLogic::FlopEquityHandVsRangeOnFlop(int* hand, int* flop, const Omaha
   count = 0;
   double wins = 0;
   for (const auto& cards : LiveHands(range, Bits(CardsOf(hand, 4)) | Bits(board))) {
-    int other = 0;
-    for (std::size_t i = 0; i < 3; ++i) {
-      for (std::size_t j = i + 1; j < 4; ++j) other = std::max(other, pairs.Of(cards[i], cards[j]));
-    }
-    wins += pokermath::ShareOf(value, other);
+    wins += pokermath::ShareOf(value, pairs.Best(cards));
     ++count;
   }
   return wins / count * 100;

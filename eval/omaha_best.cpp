@@ -52,8 +52,8 @@ class BoardValues {
 
   /// [pair of ranks] for a board of five.
   const std::uint16_t* Of(std::array<int, 5> ranks) const {
-    constexpr int kPairs[9][2] = {{0, 3}, {1, 4}, {0, 2}, {1, 3}, {0, 1},
-                                  {2, 4}, {1, 2}, {3, 4}, {2, 3}};
+    constexpr std::size_t kPairs[9][2] = {{0, 3}, {1, 4}, {0, 2}, {1, 3}, {0, 1},
+                                          {2, 4}, {1, 2}, {3, 4}, {2, 3}};
     for (const auto& [a, b] : kPairs) {
       const int smaller = std::min(ranks[a], ranks[b]);
       ranks[b] = std::max(ranks[a], ranks[b]);
@@ -154,8 +154,8 @@ auto TripleKeys(std::span<const int> board) {
 }
 
 // The best pair without a flush.
-template <int kCards, typename Keys>
-int BestPlain(std::span<const int> ranks, std::span<const int> board, const Keys& keys) {
+template <int kCards, typename Ranks, typename Keys>
+int BestPlain(const Ranks& ranks, std::span<const int> board, const Keys& keys) {
   const std::uint16_t* of_pairs = nullptr;
   if constexpr (kCards == 5) of_pairs = BoardValues::Get().Of(RanksOf<5>(board));
   int best = 0;
@@ -188,22 +188,30 @@ int BestSuited(std::span<const int> hand, std::span<const int> board, int suit) 
   return best;
 }
 
+// The same for hands of four, whose loops the compiler unrolls.
+template <int kCards, typename Keys>
+int BestPlainOf(std::span<const int> hand, std::span<const int> board, const Keys& keys) {
+  std::array<int, kMostHoles> ranks;
+  if (hand.size() == 4) {
+    for (std::size_t i = 0; i < 4; ++i) ranks[i] = hand[i] % 13;
+    return BestPlain<kCards>(std::span(ranks).template first<4>(), board, keys);
+  }
+  for (std::size_t i = 0; i < hand.size(); ++i) ranks[i] = hand[i] % 13;
+  return BestPlain<kCards>(std::span<const int>(ranks).first(hand.size()), board, keys);
+}
+
 template <int kCards>
 int BestValue(std::span<const int> hand, std::span<const int> board) {
-  std::array<int, kMostHoles> all_ranks;
-  for (std::size_t i = 0; i < hand.size(); ++i) all_ranks[i] = hand[i] % 13;
   const auto keys = TripleKeys<kCards>(board);
-  const int plain = BestPlain<kCards>(std::span(all_ranks).first(hand.size()), board, keys);
+  const int plain = BestPlainOf<kCards>(hand, board, keys);
   const int suit = FlushSuitOf(hand, board);
   return std::max(plain, suit >= 0 ? BestSuited(hand, board, suit) : 0) >> kPairBits;
 }
 
 template <int kCards>
 OmahaChoice FindBest(std::span<const int> hand, std::span<const int> board) {
-  std::array<int, kMostHoles> all_ranks;
-  for (std::size_t i = 0; i < hand.size(); ++i) all_ranks[i] = hand[i] % 13;
   const auto keys = TripleKeys<kCards>(board);
-  const int plain = BestPlain<kCards>(std::span(all_ranks).first(hand.size()), board, keys);
+  const int plain = BestPlainOf<kCards>(hand, board, keys);
   const int suit = FlushSuitOf(hand, board);
   const int suited = suit >= 0 ? BestSuited(hand, board, suit) : 0;
   const bool flush = suited >> kPairBits > plain >> kPairBits;
@@ -215,16 +223,18 @@ OmahaChoice FindBest(std::span<const int> hand, std::span<const int> board) {
   const int hole1 = hand[static_cast<std::size_t>(choice.hole[0])];
   const int hole2 = hand[static_cast<std::size_t>(choice.hole[1])];
   const std::uint32_t holes = kRankKeys[hole1 % 13] + kRankKeys[hole2 % 13];
-  unsigned found = 1u << (keys.size() - 1);
-  for (std::size_t i = 0; i < keys.size(); ++i) {
-    int value = ValueOfRanks<5>(holes + keys[i]);
-    if (flush) {
+  unsigned found = 0;
+  if (flush) {
+    for (std::size_t i = 0; i < keys.size(); ++i) {
       const auto& [a, b, c] = kTriples<kCards>[i];
       const int five[5] = {hole1, hole2, board[static_cast<std::size_t>(a)],
                            board[static_cast<std::size_t>(b)], board[static_cast<std::size_t>(c)]};
-      value = EvaluateCards<5>(five);
+      found |= (EvaluateCards<5>(five) == choice.value ? 1u : 0u) << i;
     }
-    found |= (value == choice.value ? 1u : 0u) << i;
+  } else {
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+      found |= (ValueOfRanks<5>(holes + keys[i]) == choice.value ? 1u : 0u) << i;
+    }
   }
   std::ranges::copy(kTriples<kCards>[static_cast<std::size_t>(__builtin_ctz(found))], choice.board);
   return choice;

@@ -42,6 +42,14 @@ class OmahaPairValues {
     if (card1 / 13 != suit_ || card2 / 13 != suit_) return plain;
     return std::max(plain, FlushOf(card1 % 13, card2 % 13));
   }
+  /// The best pair of a hand.
+  int Best(std::span<const int> hand) const {
+    int best = 0;
+    for (std::size_t i = 0; i < hand.size(); ++i) {
+      for (std::size_t j = i + 1; j < hand.size(); ++j) best = std::max(best, Of(hand[i], hand[j]));
+    }
+    return best;
+  }
 
  private:
   int FlushOf(int rank1, int rank2) const;

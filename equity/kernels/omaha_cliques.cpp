@@ -120,11 +120,11 @@ class Live {
 // With and without an instruction that counts bits.
 void CountBaseline(const Live& live, std::size_t hand_size, const OmahaPairValues& values,
                    int value, Tally& tally) {
-  return hand_size == 5 ? live.Count<5>(values, value, tally) : live.Count<4>(values, value, tally);
+  hand_size == 5 ? live.Count<5>(values, value, tally) : live.Count<4>(values, value, tally);
 }
 POKERMATH_TARGET_AVX2 void CountAvx2(const Live& live, std::size_t hand_size,
                                      const OmahaPairValues& values, int value, Tally& tally) {
-  return hand_size == 5 ? live.Count<5>(values, value, tally) : live.Count<4>(values, value, tally);
+  hand_size == 5 ? live.Count<5>(values, value, tally) : live.Count<4>(values, value, tally);
 }
 
 // Boards on which every hand is worth the same.
@@ -260,16 +260,6 @@ class Boards {
   RankCounts counts_{};  // of the cards that may come
 };
 
-int BestPair(const OmahaPairValues& values, std::span<const int> hand) {
-  int best = 0;
-  for (std::size_t i = 0; i < hand.size(); ++i) {
-    for (std::size_t j = i + 1; j < hand.size(); ++j) {
-      best = std::max(best, values.Of(hand[i], hand[j]));
-    }
-  }
-  return best;
-}
-
 }  // namespace
 
 Tally CountOmahaAgainstAll(Isa isa, std::span<const int> hand, std::span<const int> board,
@@ -284,7 +274,7 @@ Tally CountOmahaAgainstAll(Isa isa, std::span<const int> hand, std::span<const i
     const OmahaPairValues values(boards.RanksOf(of), of.suit, of.suited);
     const Live live = boards.LiveOn(of);
     Tally part;
-    count(live, hand.size(), values, BestPair(values, hand), part);
+    count(live, hand.size(), values, values.Best(hand), part);
     tally.wins += part.wins * of.boards;
     tally.ties += part.ties * of.boards;
     tally.cases += Choose(live.cards(), static_cast<int>(hand.size())) * of.boards;

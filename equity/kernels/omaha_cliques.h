@@ -19,7 +19,7 @@ using GoOn = std::function<bool(std::int64_t done, std::int64_t all)>;
 ///
 /// @param isa    instructions to use; the machine must have them
 /// @param hand   four or five card codes
-/// @param board  0 or 3 to 5 known cards, no more than the street has
+/// @param board  known cards, no more than the street has
 /// @param dead   cards that nobody holds and that cannot come; all cards different
 /// @param go_on  may be empty
 /// @return no cases if it was stopped

@@ -3,7 +3,9 @@
 #ifndef POKERMATH_EQUITY_H_
 #define POKERMATH_EQUITY_H_
 
+#include <array>
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <utility>
 #include <vector>
@@ -171,6 +173,57 @@ struct HandTally {
 POKERMATH_EXPORT std::vector<HandTally> HoldemEveryHandVsRange(const Spec& range,
                                                                std::span<const int> board = {},
                                                                Street street = Street::kRiver);
+
+/// How the first of several hands does.
+struct SharedTally {
+  static constexpr int kMostHands = 11;
+
+  std::int64_t boards = 0;  ///< boards counted
+  /// [k]: boards that it shares with k others, k = 0 being those that it wins alone.
+  std::array<std::int64_t, kMostHands> shared{};
+
+  bool operator==(const SharedTally&) const = default;
+  /// Share of the pot, 0..1: a pot shared with k others counts 1/(k+1); 0 without boards.
+  double Equity() const {
+    double pots = 0;
+    for (std::size_t k = 0; k < shared.size(); ++k) {
+      pots += static_cast<double>(shared[k]) / static_cast<double>(k + 1);
+    }
+    return boards == 0 ? 0.0 : pots / static_cast<double>(boards);
+  }
+};
+
+/// Exact Omaha count of a hand against others over every board that the known cards leave.
+///
+/// @param cards      2 to 11 hands, one behind the other, the one that is counted first
+/// @param hand_size  4, or 5 for five-card Omaha
+/// @param board      0, 3, 4 or 5 known board cards
+/// @param dead       cards that nobody holds and that cannot come
+/// @return the count; no boards for another number of hands or board cards, or if too few cards
+///         are left. Cards are not checked: all must be different.
+///
+/// 0.2 ms without a board, less with one. Thread-safe.
+POKERMATH_EXPORT SharedTally OmahaHands(std::span<const int> cards, int hand_size,
+                                        std::span<const int> board = {},
+                                        std::span<const int> dead = {});
+
+/// Exact Omaha count of a hand against every hand that an opponent may hold, over every board that
+/// the known cards leave. A case is a board and an opponent's hand.
+///
+/// @param hand   four or five card codes, the opponent's hands are of as many
+/// @param board  0, 3, 4 or 5 known board cards, no more than the street has
+/// @param street the river, or the turn or the flop for boards of so many cards
+/// @param dead   cards that nobody holds and that cannot come
+/// @param go_on  called now and then with the parts done and all parts; returning false stops
+/// @return the count; no cases if it was stopped, if the board is longer than the street, or if too
+///         few cards are left. Cards are not checked: all must be different.
+///
+/// With four cards 3 µs on a river, 0.06 ms on a turn, 0.8 ms on a flop, 0.4 s without a board;
+/// three times as long with five. Thread-safe.
+POKERMATH_EXPORT Tally
+OmahaHandVsRandom(std::span<const int> hand, std::span<const int> board = {},
+                  Street street = Street::kRiver, std::span<const int> dead = {},
+                  const std::function<bool(std::int64_t done, std::int64_t all)>& go_on = {});
 
 }  // namespace pokermath
 

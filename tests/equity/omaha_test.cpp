@@ -88,8 +88,8 @@ TEST(OmahaEquity, GoldenMultiway) {
 }
 
 // Board by board, the best five of each hand.
-OmahaTally Plain(const Cards& cards, int size, const Cards& dead, Cards board, int first = 0) {
-  OmahaTally tally;
+SharedTally Plain(const Cards& cards, int size, const Cards& dead, Cards board, int first = 0) {
+  SharedTally tally;
   if (board.size() < 5) {
     for (int card = first; card < 52; ++card) {
       if (std::ranges::count(cards, card) + std::ranges::count(dead, card) +
@@ -98,7 +98,7 @@ OmahaTally Plain(const Cards& cards, int size, const Cards& dead, Cards board, i
         continue;
       }
       board.push_back(card);
-      const OmahaTally part = Plain(cards, size, dead, board, card + 1);
+      const SharedTally part = Plain(cards, size, dead, board, card + 1);
       board.pop_back();
       tally.boards += part.boards;
       for (std::size_t k = 0; k < tally.shared.size(); ++k) tally.shared[k] += part.shared[k];
@@ -136,7 +136,7 @@ TEST(OmahaEquity, IsThePlainCountAtEveryInstructionLevel) {
     const Cards cards = part(0, players * size);
     const Cards board = part(players * size, known);
     const Cards dead = part(players * size + known, dead_count);
-    const OmahaTally plain = Plain(cards, size, dead, board);
+    const SharedTally plain = Plain(cards, size, dead, board);
     for (const Isa isa : {Isa::kBaseline, Isa::kAvx2}) {
       if (isa > BestIsa()) continue;
       ASSERT_EQ(CountOmahaMatchup(isa, cards, size, dead, board), plain)
