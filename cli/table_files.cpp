@@ -10,12 +10,14 @@
 #include <bit>
 #include <cerrno>
 #include <cstddef>
+#include <filesystem>
 #include <initializer_list>
 #include <memory>
 #include <vector>
 
 #include "cli/errors.h"
 #include "cli/number_text.h"
+#include "cli/omaha_strength.h"
 #include "cli/progress.h"
 #include "cli/stop_signals.h"
 #include "equity/holdem_tables.h"
@@ -220,6 +222,47 @@ bool BuildCombinations(const TableFile& table, const std::string& path) {
   return WriteTable(table, path, {std::as_bytes(std::span(records))});
 }
 
+// Goes on where a build that was stopped has left its sums.
+bool BuildOmahaStrength(const TableFile& table, const std::string& path) {
+  const std::string unfinished = path + ".unfinished";
+  OmahaStrength strength(4);
+  const bool resumed = strength.Load(unfinished);
+  const auto save = [&] {
+    if (!strength.Save(unfinished))
+      throw SystemFailure("cannot write " + Quoted(unfinished), errno);
+  };
+  {
+    constexpr auto kBetweenSaves = std::chrono::seconds(20);
+    Progress progress(std::string(resumed ? "going on with " : "building ") + table.name,
+                      OmahaEveryHand::kSteps, "sets of boards", kPatience);
+    auto saved = std::chrono::steady_clock::now();
+    while (!strength.Finished()) {
+      strength.GoOn();
+      progress.Update(strength.done());
+      if (StopRequested()) {
+        save();
+        throw Failure(fmt::format("stopped {} at {} %; the next build goes on from there",
+                                  table.name, 100 * strength.done() / OmahaEveryHand::kSteps));
+      }
+      if (std::chrono::steady_clock::now() - saved > kBetweenSaves) {
+        save();
+        saved = std::chrono::steady_clock::now();
+      }
+    }
+  }
+  const std::string text = strength.Text();
+  if (!WriteTable(table, path, {std::as_bytes(std::span(text))})) return false;
+  std::error_code ignored;
+  std::filesystem::remove(unfinished, ignored);
+  return true;
+}
+
+std::string OmahaStrengthFileFault(const std::string& path) {
+  std::string text(FileLength(path).value_or(0), '\0');
+  if (!ReadFile(path, text.data(), text.size())) return "it cannot be read to its end";
+  return OmahaStrengthFault(text);
+}
+
 constexpr TableFile kTables[] = {
     {"hand-ranks", "VarnholtHR.dat", kHandRanksBytes, 0x7808da57, BuildHandRanksFile,
      HandRanksFault},
@@ -235,6 +278,7 @@ constexpr TableFile kTables[] = {
      0xfcc57c8b, BuildEquity<Deck::kShort, Street::kRiver>, ShortDeckEquityFault},
     {"combinations", "VarnholtPC.dat", FiveCardMap::kHands * sizeof(CombinationRecord), 0x7a86dfc6,
      BuildCombinations, CombinationsFault},
+    {"omaha-strength", "omaha-strength.csv", 769549, 0xbf7be6f9, BuildOmahaStrength, OmahaStrengthFileFault},
     {"omaha7", "omaha7.bin", 311201108, 0xd197bccf, BuildStatesFile<kOmaha7File>,
      StatesFault<kOmaha7File>}};
 

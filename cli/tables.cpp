@@ -22,7 +22,9 @@ namespace {
 
 constexpr const char* kTablesHelp =
     R"(Tables: hand-ranks, river-equity, turn-equity, six-plus-5, six-plus-7, six-plus-equity,
-combinations, omaha7; without a name, all of them (520 MB).
+combinations, omaha-strength, omaha7; without a name, all of them (520 MB).
+omaha-strength takes the longest, ten seconds on one processor; when it is stopped, the next build
+goes on from there.
 Folder: --dir, else $POKERMATH_DATA, else $XDG_DATA_HOME/pokermath, else
 ~/.local/share/pokermath.
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# pokermath tables: the largest one, to the byte, stopped, and with an entry that leads out of it.
+# pokermath tables: the largest one, and the one that takes longest: to the byte, stopped, damaged.
 # shellcheck source-path=SCRIPTDIR
 . "$(dirname "$0")/expect.sh"
 
@@ -15,5 +15,51 @@ printf '\x35' | dd of="$work/omaha7.bin" bs=1 seek=250 conv=notrunc status=none
 run tables verify omaha7 --dir "$work"
 expect_code 1
 has "$asked" "$out" "damaged: its header is not right or an entry leads out of the table"
+
+# Stopped, and gone on with; not with sums that are damaged.
+stop_after() {
+  timeout --preserve-status -s INT "$1" "$POKERMATH" tables build omaha-strength --dir "$work" \
+    2>"$work/err" >/dev/null
+  percent=$(sed -n 's/^pokermath: stopped omaha-strength at \([0-9]*\) %; the next build goes on.*/\1/p' "$work/err")
+}
+unfinished=$work/omaha-strength.csv.unfinished
+stop_after 1.5
+first=${percent:-none}
+stop_after 0.2
+((percent >= first)) || fail "stopped at $first %, then at $percent %: $(<"$work/err")"
+cp "$unfinished" "$work/kept"
+printf '\xff' | dd of="$unfinished" bs=1 seek=1000 conv=notrunc status=none
+stop_after 0.2
+((percent < first)) || fail "gone on with damaged sums at $percent %: $(<"$work/err")"
+mv "$work/kept" "$unfinished"
+run tables build omaha-strength --dir "$work"
+expect_code 0
+[[ ! -e $unfinished ]] || fail "the sums stayed"
+same "the file" "$(sha256sum <"$work/omaha-strength.csv")" \
+  "261cec9063c6af2ccff28511f975efba5fa01f3ddfa4e104e2b113b464c28f23  -"
+same "hands" "$(awk -F, 'NR > 1 { hands += $2 } END { print NR - 1, hands }' "$work/omaha-strength.csv")" \
+  "16432 270725"
+# Golden hands in the suits that come first.
+while read -r hand value; do
+  has "$hand" "$(grep "^$hand," "$work/omaha-strength.csv")" ",$value,"
+done <<'GOLDEN'
+AsAhKsKh 298707364884
+AsAhKdKc 274903830150
+AsAhAdAc 219243849600
+2s2h2d2c 39268278144
+JsTs9h8h 235319856102
+AsKsQsJs 237840727044
+AsKhQdJc 231500437460
+8s7h3d2c 151423159334
+As4h3h2s 198679769230
+QsQhJsJh 282120633330
+6s5s4h3h 187622019345
+KsKh7d2c 239602183411
+GOLDEN
+sed -i '5s/,.*/,6,1,0.5,1/' "$work/omaha-strength.csv"
+truncate -s 769549 "$work/omaha-strength.csv"
+run tables verify omaha-strength --dir "$work"
+expect_code 1
+has "$asked" "$out" "damaged: line 6 is not the next hand with its equity"
 
 finish

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <fstream>
 #include <functional>
@@ -13,7 +14,9 @@
 #include <vector>
 
 #include "equity/kernels/omaha_cliques.h"
+#include "equity/kernels/omaha_every_hand.h"
 #include "equity/kernels/omaha_matchup.h"
+#include "eval/rank_sets.h"
 #include "pokermath/cards.h"
 #include "pokermath/equity.h"
 #include "pokermath/poker_logic.h"
@@ -231,6 +234,34 @@ TEST(OmahaEquity, AgainstEveryHandIsThePlainCount) {
         --without.cases;
       });
       EXPECT_EQ(CountOmahaAgainstAll(BestIsa(), hand, board, street, {&dead, 1}), without);
+    }
+  }
+}
+
+TEST(OmahaEquity, EveryHandAtOnceIsEachHandOnEachBoard) {
+  Dealer dealer(83);
+  SCOPED_TRACE(dealer.Trace());
+  for (const std::size_t size : {4u, 5u}) {
+    for (int trial = 0; trial < 4; ++trial) {
+      const int step = dealer.Below(OmahaEveryHand::kSteps);
+      OmahaEveryHand every(static_cast<int>(size));
+      every.Add(step);
+      const Cards hand = dealer.Deal(static_cast<int>(size));
+      // The boards whose ranks have this number.
+      std::int64_t plain = 0;
+      Cards live, board;
+      for (int card = 0; card < 52; ++card) {
+        if (std::ranges::count(hand, card) == 0) live.push_back(card);
+      }
+      ForEachHand(live, 5, board, 0, [&](const Cards& boards) {
+        std::array<int, 5> ranks;
+        std::ranges::transform(boards, ranks.begin(), [](int card) { return card % 13; });
+        std::ranges::sort(ranks);
+        if (MultisetNumber(ranks) != step) return;
+        const Tally tally = CountOmahaAgainstAll(BestIsa(), hand, boards, Street::kRiver);
+        plain += 2 * tally.wins + tally.ties;
+      });
+      EXPECT_EQ(every.Of(hand), plain) << CardNames(hand) << " on boards " << step;
     }
   }
 }
