@@ -5,6 +5,7 @@
 #include <benchmark/benchmark.h>
 
 #include <filesystem>
+#include <set>
 #include <string>
 
 #include "bench/cards.h"
@@ -12,6 +13,7 @@
 #include "equity/kernels/omaha_matchup.h"
 #include "pokermath/cards.h"
 #include "pokermath/poker_logic.h"
+#include "pokermath/ranges.h"
 
 namespace pokermath {
 namespace {
@@ -125,6 +127,74 @@ BENCHMARK(BM_EquityHandVsRandomCommon)
     ->Arg(4)
     ->Arg(5)
     ->Unit(benchmark::kMillisecond);
+
+void BM_HighLowMatchup(benchmark::State& state) {
+  const auto hands = static_cast<int>(state.range(1));
+  const std::vector<int> cards = RandomHandsOf(1, 4 * hands, 0);
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(
+        CountHighLowMatchup(static_cast<Isa>(state.range(0)), cards, 4, {}, {}));
+  }
+}
+BENCHMARK(BM_HighLowMatchup)
+    ->ArgNames({"isa", "hands"})
+    ->ArgsProduct({{0, 1}, {2, 3, 6}})
+    ->Unit(benchmark::kMicrosecond);
+
+void BM_RiverEquityHandVsRandomOnRiverHL(benchmark::State& state) {
+  const PokerLogic logic;
+  int count;
+  MeasureHands(state, 9, [&](int* cards) {
+    return logic.RiverEquityHandVsRandomOnRiverHL(cards, cards + 4, count);
+  });
+}
+BENCHMARK(BM_RiverEquityHandVsRandomOnRiverHL)->Unit(benchmark::kMicrosecond);
+
+// On flops.
+void BM_IsMyHandNutsOmaha(benchmark::State& state) {
+  const PokerLogic logic;
+  MeasureHands(state, 7, [&](int* cards) { return logic.IsMyHandNutsOmaha(cards, cards + 4, 3); });
+}
+BENCHMARK(BM_IsMyHandNutsOmaha)->Unit(benchmark::kMicrosecond);
+
+void BM_IsMyHandNutsOmahaCommon(benchmark::State& state) {
+  const PokerLogic logic;
+  MeasureHands(state, 7,
+               [&](int* cards) { return logic.IsMyHandNutsOmahaCommon(cards, 4, cards + 4, 3); });
+}
+BENCHMARK(BM_IsMyHandNutsOmahaCommon)->Unit(benchmark::kMicrosecond);
+
+// All outs functions, one after the other.
+void BM_OutsOmaha(benchmark::State& state) {
+  const PokerLogic logic;
+  MeasureHands(state, 7, [&](int* cards) {
+    int* board = cards + 4;
+    CHandOmahaType hand(cards, board, 3);
+    int outs[11], nut_outs[11], a, b;
+    std::set<std::pair<int, int>> straights, held;
+    return logic.GetFlushDrawOutsOmaha(hand, a, b) +
+           logic.GetStraightDrawOutsOmaha(cards, board, 3, a) +
+           logic.GetFullHouseOutsOmaha(cards, board, 3, a, b) +
+           logic.getOutsOmahaCommon(cards, 4, board, 3, outs, nut_outs) +
+           getOutsOmahaFsm5Common(cards, 4, board, 3, outs, nut_outs) +
+           getOutsOmahaFsm5CommonTwoPairs(cards, 4, board, 3, a) +
+           TestStraight(cards, 4, board, 3, outs, straights, held);
+  });
+}
+BENCHMARK(BM_OutsOmaha)->Unit(benchmark::kMicrosecond);
+
+void BM_AllHutchisonPoints(benchmark::State& state) {
+  for (auto _ : state) {
+    std::int64_t sum = 0;
+    int hand[4];
+    for (hand[0] = 0; hand[0] < 49; ++hand[0])
+      for (hand[1] = hand[0] + 1; hand[1] < 50; ++hand[1])
+        for (hand[2] = hand[1] + 1; hand[2] < 51; ++hand[2])
+          for (hand[3] = hand[2] + 1; hand[3] < 52; ++hand[3]) sum += HutchisonPointsOmaha(hand);
+    benchmark::DoNotOptimize(sum);
+  }
+}
+BENCHMARK(BM_AllHutchisonPoints)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace pokermath

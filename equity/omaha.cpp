@@ -82,6 +82,19 @@ Tally OmahaHandVsRandom(std::span<const int> hand, std::span<const int> board, S
   return CountOmahaAgainstAll(BestIsa(), hand, board, street, dead, go_on);
 }
 
+HighLowTally OmahaHighLowHands(std::span<const int> cards, int hand_size,
+                               std::span<const int> board, std::span<const int> dead) {
+  if (board.size() > 5 || board.size() == 1 || board.size() == 2 || cards.empty()) return {};
+  return CountHighLowMatchup(BestIsa(), cards, hand_size, dead, board);
+}
+
+HighLowTally OmahaHighLowVsRandom(std::span<const int> hand, std::span<const int> board,
+                                  Street street, std::span<const int> dead,
+                                  const std::function<bool(std::int64_t, std::int64_t)>& go_on) {
+  if (board.size() > static_cast<std::size_t>(street)) return {};
+  return CountHighLowAgainstAll(BestIsa(), hand, board, street, dead, go_on);
+}
+
 }  // namespace pokermath
 
 double PokerLogic::RiverEquityHandVsHandOnPreFlopCommon(int* hand1, int handSize, int* hand2,

@@ -6,52 +6,13 @@
 #include <vector>
 
 #include "equity/kernels/hole_cards.h"
+#include "equity/omaha_dealing.h"
 #include "equity/stopwatch.h"
 #include "eval/omaha_best.h"
 #include "pokermath/poker_logic.h"
 
 namespace pokermath {
 namespace {
-
-constexpr int kBetweenLooks = 10000;  // deals, at the clock
-
-std::span<const int> CardsOf(const int* cards, int count) {
-  return {cards, static_cast<std::size_t>(count)};
-}
-
-// Draws cards that are not there yet.
-class Dealing {
- public:
-  Dealing(EasyRandom& random, std::uint64_t used) : random_(random), used_(used) {}
-
-  int Draw() {
-    int card;
-    do {
-      card = random_.DrawRandomNumber();
-    } while ((used_ >> card & 1) != 0);
-    used_ |= Bit(card);
-    return card;
-  }
-
- private:
-  EasyRandom& random_;
-  std::uint64_t used_;
-};
-
-// Makes deals until there are enough or the time is up. deal() gives the hero's share of one.
-template <typename Deal>
-double SampleInTime(int& trials, int& time, const Stopwatch& stopwatch, Deal deal) {
-  double wins = 0;
-  int count = 0;
-  for (int i = 0; i < trials; ++i) {
-    wins += deal();
-    ++count;
-    if (i % kBetweenLooks == 0 && stopwatch.Milliseconds() > time) break;
-  }
-  trials = count;
-  time = stopwatch.Milliseconds();
-  return wins / count * 100;
-}
 
 double ShareOf(int value, int other) { return value > other ? 1.0 : value == other ? 0.5 : 0.0; }
 
@@ -140,23 +101,12 @@ double PokerLogic::getProbabilityOfWinOmaha(int* hand, int* board, int boardCoun
 double PokerLogic::EquityHandVsRandomCommon(int* hand, int handSize, int* board, int boardCount,
                                             int targetCount, int& trials, int& time) {
   using namespace pokermath;
-  const Stopwatch stopwatch;
-  random.SetInterval(0, 51);
-  random.SetTimerSeed();
-  std::array<int, 5> cards{};
-  std::copy_n(board, boardCount, cards.begin());
-  const std::uint64_t known =
-      Bits(CardsOf(hand, handSize)) | Bits(CardsOf(cards.data(), boardCount));
-  std::vector<int> other(static_cast<std::size_t>(handSize));
-  return SampleInTime(trials, time, stopwatch, [&] {
-    Dealing dealing(random, known);
-    for (int i = boardCount; i < targetCount; ++i)
-      cards[static_cast<std::size_t>(i)] = dealing.Draw();
-    for (int& card : other) card = dealing.Draw();
-    const std::span<const int> complete = CardsOf(cards.data(), targetCount);
-    return pokermath::ShareOf(BestOmahaValue(CardsOf(hand, handSize), complete),
-                              BestOmahaValue(other, complete));
-  });
+  const std::span<const int> hole = CardsOf(hand, handSize);
+  return SampleVsRandom(random, hole, CardsOf(board, boardCount), targetCount, trials, time,
+                        [&](std::span<const int> other, std::span<const int> cards) {
+                          return pokermath::ShareOf(BestOmahaValue(hole, cards),
+                                                    BestOmahaValue(other, cards));
+                        });
 }
 
 double PokerLogic::RiverEquityHandVsRandomOnFlopLight(int* hand, int* flop, int& trials,

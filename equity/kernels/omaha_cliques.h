@@ -26,6 +26,14 @@ using GoOn = std::function<bool(std::int64_t done, std::int64_t all)>;
 Tally CountOmahaAgainstAll(Isa isa, std::span<const int> hand, std::span<const int> board,
                            Street street, std::span<const int> dead = {}, const GoOn& go_on = {});
 
+/// The same where the pot is split between high and low.
+HighLowTally CountHighLowAgainstAll(Isa isa, std::span<const int> hand, std::span<const int> board,
+                                    Street street, std::span<const int> dead = {},
+                                    const GoOn& go_on = {});
+
+/// Counts the hands of the same size that beat one on a board of three to five cards.
+std::int64_t CountOmahaBetter(Isa isa, std::span<const int> hand, std::span<const int> board);
+
 }  // namespace pokermath
 
 #endif  // POKERMATH_EQUITY_KERNELS_OMAHA_CLIQUES_H_

@@ -6,7 +6,8 @@
 // A board is a > b > c > d > e. From the triples follows what the hand makes with each four of the
 // cards: a table [x][y][pair], the pairs d > e one behind the other in the order of d, then e. Nine
 // of a board's triples are in its fours ab, ac and bc with the pair de, so a row of boards, one for
-// each pair, costs three loads and three maxima a hand, and one comparison.
+// each pair, costs three loads and three maxima a hand, and one comparison. Lows are numbers that
+// are larger for the better one too, so they are the same with another table.
 
 #include "equity/kernels/omaha_matchup.h"
 
@@ -17,6 +18,7 @@
 #include "equity/kernels/registers.h"
 #include "eval/compact_keys.h"
 #include "eval/omaha_best.h"
+#include "eval/omaha_low.h"
 #include "pokermath/evaluators.h"
 #include "pokermath/large_table.h"
 
@@ -166,6 +168,29 @@ class TripleValues {
   std::int16_t* values_;
 };
 
+// The best lows of a hand with every triple of the cards in a list.
+void FillTripleLows(std::span<const int> hand, std::span<const int> cards, std::int16_t* lows) {
+  // By the low ranks of a triple, as bits.
+  std::array<std::int16_t, 256> best{};
+  for (unsigned triple = 0; triple < best.size(); ++triple) {
+    if (__builtin_popcount(triple) != 3) continue;
+    for (std::size_t i = 0; i < hand.size(); ++i) {
+      for (std::size_t j = i + 1; j < hand.size(); ++j) {
+        const int low = BestLow(LowBit(hand[i] % 13) | LowBit(hand[j] % 13), triple);
+        best[triple] = std::max(best[triple], static_cast<std::int16_t>(low));
+      }
+    }
+  }
+  std::vector<unsigned> bits;
+  for (const int card : cards) bits.push_back(LowBit(card % 13));
+  for (std::size_t x = 0; x < cards.size(); ++x) {
+    for (std::size_t y = 0; y < x; ++y) {
+      std::int16_t* row = lows + Layout::Triples(static_cast<int>(x), static_cast<int>(y));
+      for (std::size_t z = 0; z < y; ++z) row[z] = best[bits[x] | bits[y] | bits[z]];
+    }
+  }
+}
+
 template <typename Register>
 POKERMATH_KERNEL void KeepLarger(Register& best, const Register& other) {
   best = best > other ? best : other;
@@ -202,9 +227,10 @@ POKERMATH_KERNEL void AddFours(const Layout& layout, const Boards& boards, std::
   });
 }
 
+// Adds to [k] where the first hand is not beaten and shares with k others.
 template <typename Register, int kHands>
-POKERMATH_KERNEL void CountRow(const std::array<Register, kHands>& values, const Register& counted,
-                               std::array<Register, kHands>& shared) {
+POKERMATH_KERNEL void CountShared(const std::array<Register, kHands>& values,
+                                  const Register& counted, Register* shared) {
   if constexpr (kHands == 2) {
     shared[0] -= (values[0] > values[1]) & counted;
     shared[1] -= (values[0] == values[1]) & counted;
@@ -223,27 +249,58 @@ POKERMATH_KERNEL void CountRow(const std::array<Register, kHands>& values, const
   }
 }
 
+// What is won: the pot, by values; or by values and lows, which may be 0, the pot where nobody has
+// a low, its high half and its low half.
+template <typename Register, int kHands, int kTables>
+struct Counters {
+  std::array<Register, kHands>& Of(std::size_t pot) { return shared[pot]; }
+  std::array<std::array<Register, kHands>, kTables == 1 ? 1 : 3> shared{};
+};
+
+template <typename Register, int kHands, int kTables>
+POKERMATH_KERNEL void CountRow(const std::array<std::array<Register, kHands>, kTables>& values,
+                               const Register& counted,
+                               Counters<Register, kHands, kTables>& counters) {
+  if constexpr (kTables == 1) {
+    CountShared<Register, kHands>(values[0], counted, counters.Of(0).data());
+  } else {
+    const std::array<Register, kHands>& lows = values[1];
+    Register any_low = lows[0];
+    for (std::size_t hand = 1; hand < kHands; ++hand) any_low |= lows[hand];
+    any_low = any_low > 0;
+    CountShared<Register, kHands>(values[0], counted & ~any_low, counters.Of(0).data());
+    CountShared<Register, kHands>(values[0], counted & any_low, counters.Of(1).data());
+    CountShared<Register, kHands>(lows, counted & (lows[0] > 0), counters.Of(2).data());
+  }
+}
+
+// Tables of triples and fours: of the hands' values, and behind these of their lows.
+using Tables = std::span<std::int16_t* const>;
+
 // The boards of three cards with every pair.
-template <typename Register, int kHands>
-POKERMATH_KERNEL void CountTriple(const Layout& layout, std::span<const std::int16_t* const> hands,
-                                  const Boards& boards, int a, int b, int c,
-                                  std::array<Register, kHands>& shared) {
+template <typename Register, int kHands, int kTables>
+POKERMATH_KERNEL void CountTriple(const Layout& layout, Tables tables, const Boards& boards, int a,
+                                  int b, int c, Counters<Register, kHands, kTables>& counters) {
   constexpr int kStep = kLanes<Register>;
-  std::array<Register, kHands> abc;
-  const std::int16_t* rows[kHands][3];
-  for (std::size_t hand = 0; hand < kHands; ++hand) {
-    const std::int16_t* values = hands[hand];
-    abc[hand] = Register{} + values[Layout::Triples(a, b) + c];
-    rows[hand][0] = values + layout.Fours(a, b);
-    rows[hand][1] = values + layout.Fours(a, c);
-    rows[hand][2] = values + layout.Fours(b, c);
+  std::array<std::array<Register, kHands>, kTables> abc;
+  const std::int16_t* rows[kTables][kHands][3];
+  for (std::size_t table = 0; table < kTables; ++table) {
+    for (std::size_t hand = 0; hand < kHands; ++hand) {
+      const std::int16_t* values = tables[table * kHands + hand];
+      abc[table][hand] = Register{} + values[Layout::Triples(a, b) + c];
+      rows[table][hand][0] = values + layout.Fours(a, b);
+      rows[table][hand][1] = values + layout.Fours(a, c);
+      rows[table][hand][2] = values + layout.Fours(b, c);
+    }
   }
   const auto count = [&](int pair, const Register& counted) __attribute__((always_inline)) {
-    std::array<Register, kHands> best = abc;
-    for (std::size_t hand = 0; hand < kHands; ++hand) {
-      for (const std::int16_t* row : rows[hand]) KeepLarger(best[hand], row + pair);
+    std::array<std::array<Register, kHands>, kTables> best = abc;
+    for (std::size_t table = 0; table < kTables; ++table) {
+      for (std::size_t hand = 0; hand < kHands; ++hand) {
+        for (const std::int16_t* row : rows[table][hand]) KeepLarger(best[table][hand], row + pair);
+      }
     }
-    CountRow<Register, kHands>(best, counted, shared);
+    CountRow<Register, kHands, kTables>(best, counted, counters);
   };
   int pair = boards.FirstPair();
   const int end = boards.LastPair(c) + 1;
@@ -255,54 +312,85 @@ POKERMATH_KERNEL void CountTriple(const Layout& layout, std::span<const std::int
   }
 }
 
-template <typename Register, int kHands>
-POKERMATH_KERNEL void Count(const Layout& layout, std::span<std::int16_t* const> hands,
-                            const Boards& boards, SharedTally& tally) {
-  for (std::int16_t* values : hands) AddFours<Register>(layout, boards, values);
-  // Boards of one first card are summed up in 16 bits: they take less than 10,000 rows.
-  std::array<Register, kHands> shared{};
+// By pot and by how many others share it.
+using Sums = std::array<std::array<std::int64_t, SharedTally::kMostHands>, 3>;
+
+template <typename Register, int kHands, int kTables>
+POKERMATH_KERNEL void Count(const Layout& layout, Tables tables, const Boards& boards, Sums& sums) {
+  for (std::int16_t* values : tables) AddFours<Register>(layout, boards, values);
+  // Boards of one first card are summed up in 16 bits: they take fewer than 20,000 rows.
+  Counters<Register, kHands, kTables> counters;
   int first = -1;
   const auto add = [&]() __attribute__((always_inline)) {
-    for (std::size_t k = 0; k < kHands; ++k) {
-      int sum = 0;
-      for (int lane = 0; lane < kLanes<Register>; ++lane) sum += shared[k][lane];
-      tally.shared[k] += sum;
+    for (std::size_t pot = 0; pot < counters.shared.size(); ++pot) {
+      for (std::size_t k = 0; k < kHands; ++k) {
+        int sum = 0;
+        for (int lane = 0; lane < kLanes<Register>; ++lane) sum += counters.Of(pot)[k][lane];
+        sums[pot][k] += sum;
+      }
     }
-    shared = {};
+    counters = {};
   };
   boards.ForEachTriple([&](int a, int b, int c) __attribute__((always_inline)) {
     if (a != first) add();
     first = a;
-    CountTriple<Register, kHands>(layout, hands, boards, a, b, c, shared);
+    CountTriple<Register, kHands, kTables>(layout, tables, boards, a, b, c, counters);
   });
   add();
 }
 
-using Hands = std::span<std::int16_t* const>;
+template <int kHands, int kTables>
+void CountBaseline(const Layout& layout, Tables tables, const Boards& boards, Sums& sums) {
+  Count<Registers16::Register, kHands, kTables>(layout, tables, boards, sums);
+}
+template <int kHands, int kTables>
+POKERMATH_TARGET_AVX2 void CountAvx2(const Layout& layout, Tables tables, const Boards& boards,
+                                     Sums& sums) {
+  Count<Registers32::Register, kHands, kTables>(layout, tables, boards, sums);
+}
 
-template <int kHands>
-void CountBaseline(const Layout& layout, Hands hands, const Boards& boards, SharedTally& tally) {
-  Count<Registers16::Register, kHands>(layout, hands, boards, tally);
-}
-template <int kHands>
-POKERMATH_TARGET_AVX2 void CountAvx2(const Layout& layout, Hands hands, const Boards& boards,
-                                     SharedTally& tally) {
-  Count<Registers32::Register, kHands>(layout, hands, boards, tally);
-}
-template <int kHands>
-void CountHands(Isa isa, const Layout& layout, Hands hands, const Boards& boards,
-                SharedTally& tally) {
+template <int kHands, int kTables>
+void CountHands(Isa isa, const Layout& layout, Tables tables, const Boards& boards, Sums& sums) {
   if constexpr (kHands <= SharedTally::kMostHands) {
-    if (hands.size() > kHands) return CountHands<kHands + 1>(isa, layout, hands, boards, tally);
-    const auto count = isa == Isa::kBaseline ? CountBaseline<kHands> : CountAvx2<kHands>;
-    count(layout, hands, boards, tally);
+    if (tables.size() > kHands * kTables) {
+      return CountHands<kHands + 1, kTables>(isa, layout, tables, boards, sums);
+    }
+    const auto count =
+        isa == Isa::kBaseline ? CountBaseline<kHands, kTables> : CountAvx2<kHands, kTables>;
+    count(layout, tables, boards, sums);
   }
 }
 
-}  // namespace
+// How the first of some numbers does among them.
+void AddShared(std::span<const int> values,
+               std::array<std::int64_t, SharedTally::kMostHands>& shared) {
+  std::size_t ties = 0;
+  for (const int other : values.subspan(1)) {
+    if (other > values[0]) return;
+    ties += other == values[0] ? 1 : 0;
+  }
+  ++shared[ties];
+}
 
-SharedTally CountOmahaMatchup(Isa isa, std::span<const int> cards, int hand_size,
-                              std::span<const int> dead, std::span<const int> board) {
+// On a board to which nothing comes.
+template <int kTables>
+void CountBoard(std::span<const int> cards, std::size_t hole_cards, std::span<const int> board,
+                Sums& sums) {
+  const OmahaPairValues pair_values(board);
+  std::vector<int> values, lows;
+  for (std::size_t i = 0; i < cards.size(); i += hole_cards) {
+    values.push_back(pair_values.Best(cards.subspan(i, hole_cards)));
+    lows.push_back(BestOmahaLow(cards.subspan(i, hole_cards), board));
+  }
+  const bool split = kTables == 2 && std::ranges::max(lows) > 0;
+  AddShared(values, sums[split ? 1 : 0]);
+  if (split && lows[0] > 0) AddShared(lows, sums[2]);
+}
+
+// All boards; nothing if there is none.
+template <int kTables>
+std::int64_t CountMatchup(Isa isa, std::span<const int> cards, int hand_size,
+                          std::span<const int> dead, std::span<const int> board, Sums& sums) {
   std::uint64_t taken = Bits(cards) | Bits(dead) | Bits(board);
   std::vector<int> places;
   for (int card = 0; card < 52; ++card) {
@@ -310,37 +398,49 @@ SharedTally CountOmahaMatchup(Isa isa, std::span<const int> cards, int hand_size
   }
   const Boards boards = {static_cast<int>(places.size()), static_cast<int>(board.size())};
   const auto hole_cards = static_cast<std::size_t>(hand_size);
-  const std::size_t hand_count = cards.size() / hole_cards;
-  SharedTally tally;
-  if (hand_count > SharedTally::kMostHands || boards.live < 5 - boards.known) return tally;
-  tally.boards = Choose(boards.live, 5 - boards.known);
-  if (hand_count == 1) {
-    tally.shared[0] = tally.boards;
-    return tally;
+  const std::size_t hands = cards.size() / hole_cards;
+  if (hands > SharedTally::kMostHands || boards.live < 5 - boards.known) return 0;
+  const int all = Choose(boards.live, 5 - boards.known);
+  if (hands == 1) {
+    sums[0][0] = all;
+    return all;
   }
   if (boards.known == 5) {
-    const OmahaPairValues values(board);
-    const int value = values.Best(cards.first(hole_cards));
-    std::size_t ties = 0;
-    for (std::size_t i = 1; i < hand_count; ++i) {
-      const int other = values.Best(cards.subspan(i * hole_cards, hole_cards));
-      if (other > value) return tally;
-      ties += other == value ? 1 : 0;
-    }
-    tally.shared[ties] = 1;
-    return tally;
+    CountBoard<kTables>(cards, hole_cards, board, sums);
+    return all;
   }
   places.insert(places.end(), board.begin(), board.end());
   const Layout layout(boards);
   const auto size = static_cast<std::size_t>(layout.size());
-  LargeTable<std::int16_t> values(size * hand_count);
-  std::vector<std::int16_t*> hands;
-  for (std::size_t i = 0; i < hand_count; ++i) {
-    hands.push_back(&values[i * size]);
-    TripleValues(cards.subspan(i * hole_cards, hole_cards), places, hands.back());
+  LargeTable<std::int16_t> values(size * hands * kTables);
+  std::vector<std::int16_t*> tables;
+  for (std::size_t i = 0; i < hands * kTables; ++i) {
+    tables.push_back(&values[i * size]);
+    const auto hand = cards.subspan(i % hands * hole_cards, hole_cards);
+    if (i < hands) {
+      TripleValues(hand, places, tables.back());
+    } else {
+      FillTripleLows(hand, places, tables.back());
+    }
   }
-  CountHands<2>(isa, layout, hands, boards, tally);
-  return tally;
+  CountHands<2, kTables>(isa, layout, tables, boards, sums);
+  return all;
+}
+
+}  // namespace
+
+SharedTally CountOmahaMatchup(Isa isa, std::span<const int> cards, int hand_size,
+                              std::span<const int> dead, std::span<const int> board) {
+  Sums sums{};
+  const std::int64_t boards = CountMatchup<1>(isa, cards, hand_size, dead, board, sums);
+  return {boards, sums[0]};
+}
+
+HighLowTally CountHighLowMatchup(Isa isa, std::span<const int> cards, int hand_size,
+                                 std::span<const int> dead, std::span<const int> board) {
+  Sums sums{};
+  const std::int64_t boards = CountMatchup<2>(isa, cards, hand_size, dead, board, sums);
+  return {boards, sums[0], sums[1], sums[2]};
 }
 
 }  // namespace pokermath

@@ -20,6 +20,10 @@ namespace pokermath {
 SharedTally CountOmahaMatchup(Isa isa, std::span<const int> cards, int hand_size,
                               std::span<const int> dead, std::span<const int> board);
 
+/// The same where the pot is split between high and low.
+HighLowTally CountHighLowMatchup(Isa isa, std::span<const int> cards, int hand_size,
+                                 std::span<const int> dead, std::span<const int> board);
+
 }  // namespace pokermath
 
 #endif  // POKERMATH_EQUITY_KERNELS_OMAHA_MATCHUP_H_

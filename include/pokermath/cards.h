@@ -109,6 +109,10 @@ class POKERMATH_EXPORT CDeck {
   /// board cards, three of which play. Fewer than seven cards leave all six at 0.
   void SetValueCombinationOmaha(PokerLogic& logic);
 
+  /// The low of such an Omaha hand goes to `extra`, as
+  /// PokerLogic::SetLowValueCombinationOmahaCommon gives it; 0 with fewer than seven cards.
+  void SetLowValueCombinationOmaha(PokerLogic& logic);
+
   /// Compares the values, category first: 1 if this one is the better, -1 if the other, 0 if they
   /// are equal.
   int compareTo(CDeck other) const;
@@ -122,7 +126,7 @@ class POKERMATH_EXPORT CDeck {
 
   std::vector<CCard> cards;
   std::int32_t value[6] = {};  ///< category, then five ranks that break ties
-  std::int32_t extra = 0;      ///< copied with the deck
+  std::int32_t extra = 0;      ///< a low, see SetLowValueCombinationOmaha; copied with the deck
 };
 
 /// Five cards, classified by the rules of poker with face values: 1 = ace .. 13 = king, and 14 for
@@ -137,6 +141,10 @@ class POKERMATH_EXPORT CHand {
   /// Classifies a deck of five cards. From a deck of any other size no card is taken over, and the
   /// value is that of a high card with ranks 0.
   CHand(CDeck deck);  // NOLINT(google-explicit-constructor): five cards are a hand
+
+  /// The low of such an Omaha hand goes to `extra`, as
+  /// PokerLogic::SetLowValueCombinationOmahaCommon gives it; 0 with fewer than seven cards.
+  void SetLowValueCombinationOmaha(PokerLogic& logic);
 
   /// Compares the values, category first: 1 if this one is the greater, -1 if the other, 0 if they
   /// are equal.

@@ -193,6 +193,25 @@ struct SharedTally {
   }
 };
 
+/// How the first of several hands does where the best high hand and the best low hand take half the
+/// pot each, and the high hand all of it where nobody has a low. [k] counts boards (or, against
+/// every hand, cases) on which it shares the pot or the half with k others.
+struct HighLowTally {
+  std::int64_t boards = 0;
+  std::array<std::int64_t, SharedTally::kMostHands> whole{}, high{}, low{};
+
+  bool operator==(const HighLowTally&) const = default;
+  /// Share of the pot, 0..1; 0 without boards.
+  double Equity() const {
+    double pots = 0;
+    for (std::size_t k = 0; k < whole.size(); ++k) {
+      pots += (static_cast<double>(whole[k]) + 0.5 * static_cast<double>(high[k] + low[k])) /
+              static_cast<double>(k + 1);
+    }
+    return boards == 0 ? 0.0 : pots / static_cast<double>(boards);
+  }
+};
+
 /// Exact Omaha count of a hand against others over every board that the known cards leave.
 ///
 /// @param cards      2 to 11 hands, one behind the other, the one that is counted first
@@ -224,6 +243,15 @@ POKERMATH_EXPORT Tally
 OmahaHandVsRandom(std::span<const int> hand, std::span<const int> board = {},
                   Street street = Street::kRiver, std::span<const int> dead = {},
                   const std::function<bool(std::int64_t done, std::int64_t all)>& go_on = {});
+
+/// The same two counts for Omaha Hi/Lo.
+POKERMATH_EXPORT HighLowTally OmahaHighLowHands(std::span<const int> cards, int hand_size,
+                                                std::span<const int> board = {},
+                                                std::span<const int> dead = {});
+POKERMATH_EXPORT HighLowTally
+OmahaHighLowVsRandom(std::span<const int> hand, std::span<const int> board = {},
+                     Street street = Street::kRiver, std::span<const int> dead = {},
+                     const std::function<bool(std::int64_t done, std::int64_t all)>& go_on = {});
 
 }  // namespace pokermath
 

@@ -3,7 +3,12 @@
 #ifndef POKERMATH_OMAHA_H_
 #define POKERMATH_OMAHA_H_
 
+#include <set>
+#include <utility>
+
 #include "pokermath/export.h"
+
+class Spec;
 
 // Cards are card codes, not checked; hands of four cards, or of five with the functions that take a
 // hand count; boards of three to five. Values are on the ascending scale 1..7462, larger is better.
@@ -58,5 +63,45 @@ class POKERMATH_EXPORT CHandOmahaType {
   int flushBoardCount;
   int flushSuit;  ///< -1 for none
 };
+
+// Nuts and outs: unseen is every card but the nHole hole cards (two to eight) and the n board
+// cards. An out is a card that makes a hand when it comes next.
+
+/// How many holdings of two unseen cards, which must both play, beat a hand on a board of three to
+/// five; 0 is the nuts, -5 is another board.
+POKERMATH_EXPORT int IsMyHandNutsOmahaFsm5Common(int* hole, int nHole, int* board, int n);
+/// The best holdings of two unseen cards on a board of three or four.
+///
+/// @param nuts  out: those holdings alone
+/// @param outs  out: two numbers, of next cards after which the hand is worth at least what they
+/// are
+///              worth now, and of those that make it the nuts
+/// @return how many holdings; 0, and nothing written, for another board
+POKERMATH_EXPORT int FindAllNuts(int* hole, int nHole, int* board, int n, Spec& nuts, int* outs);
+
+/// Cards that lift a hand to a higher category, by that category: 1 high card .. 9 straight flush,
+/// 10 royal flush.
+///
+/// @param outs,nutOuts  out: 11 numbers each, of outs and of those that make the nuts
+/// @return 1; -5 unless the board has three or four cards
+POKERMATH_EXPORT int getOutsOmahaFsm5Common(int* hole, int nHole, int* board, int n, int* outs,
+                                            int* nutOuts);
+/// Cards that give both hole cards a pair with the board, another one than now.
+///
+/// @return the number, 0 on a paired board and for a hand better than two pair; -5 unless the board
+///         has three or four cards
+POKERMATH_EXPORT int getOutsOmahaFsm5CommonTwoPairs(int* hole, int nHole, int* board, int n,
+                                                    int& outs);
+/// Straights that a board of three to five cards allows.
+///
+/// @param counts         out: two-card holdings that make one (no straight flush), of all cards but
+///                       the board's and of unseen cards
+/// @param straightRanks  out: their ranks, the higher one first, an ace that plays low behind
+/// @param heldRanks      out: those of which the hand holds a rank; none if no unseen holding makes
+///                       a straight
+/// @return counts[0]; 0 for another board
+POKERMATH_EXPORT int TestStraight(int* hole, int nHole, int* board, int n, int* counts,
+                                  std::set<std::pair<int, int>>& straightRanks,
+                                  std::set<std::pair<int, int>>& heldRanks);
 
 #endif  // POKERMATH_OMAHA_H_

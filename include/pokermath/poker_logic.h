@@ -25,6 +25,8 @@
 /// better: category 1 high card, 2 one pair, 3 two pair, 4 three of a kind, 5 straight, 6 flush,
 /// 7 full house, 8 four of a kind, 9 straight flush; 0 = impossible hand.
 /// This is the published state-table construction over a five-card evaluator.
+class CHandOmahaType;
+
 class POKERMATH_EXPORT PokerLogic {
  public:
   PokerLogic() = default;
@@ -110,6 +112,10 @@ class POKERMATH_EXPORT PokerLogic {
   /// missing for a flush.
   int isFlushDraw(const std::vector<int>& ranks, const std::vector<int>& suits,
                   const int* suitCounts) const;
+  /// Of the first suit that has four cards or more among two hole cards and n board cards, the
+  /// highest rank of a hole card, 0 if there is none; -1 without such a suit, 0 for fewer than
+  /// three board cards.
+  int isFlushDraw(int* hole, int* board, int n) const;
   /// The top card of the highest straight among the cards of a flush.
   int isStraightFlush(const std::vector<int>& ranks, const std::vector<int>& suits,
                       const int* suitCounts) const;
@@ -306,6 +312,69 @@ class POKERMATH_EXPORT PokerLogic {
   double RiverEquityHandVsRandomOnFlopLight(int* hand, int* flop, int& trials, int& time);
   double RiverEquityHandVsRangeOnFlopLight(int* hand, int* flop, const OmahaRange& range,
                                            int& trials, int& time);
+
+  // --- Omaha Hi/Lo ---
+  // The best high hand and the best low hand take half the pot each; where nobody has a low the
+  // high hand takes it all. A low is five different ranks of eight or below, the ace low, of
+  // exactly two hole cards and three board cards. Its value is the ranks as digits, the highest
+  // first: 54321 is the best, smaller is better, 0 is none.
+
+  /// The low of a hand of two cards or more on a board of three to five; 0 for other counts.
+  int SetLowValueCombinationOmahaCommon(int* hand, int handSize, int* board, int boardCount) const;
+  /// The same for four cards on a board of five.
+  int SetLowValueCombinationOmaha(int* hand, int* board) const;
+  /// How many holdings of two unseen cards have a better low, 0 for the nut low; 1 when the hand
+  /// has none, -5 unless the board has three to five cards.
+  int IsMyHandNutsOmahaLow(int* hand, int handSize, int* board, int boardCount) const;
+  /// Counts the next cards that give a hand without a low one, and those after which it is the nut
+  /// low. 1; -5, and nothing written, unless the board has three or four cards.
+  int getOutsOmahaLow(int* hand, int handSize, int* board, int boardCount, int& outs,
+                      int& nutOuts) const;
+  /// Sums up the chances of a low: 0 when the board allows none any more; 1 when the hand has not
+  /// two low ranks; 2 when it has a low, which is written; 3 when a card is missing, with outs, nut
+  /// outs and the probability that the next card is an out; 100 when the board is low enough and
+  /// the hand counterfeited.
+  int CountLowCards(int* hand, int handSize, int* board, int boardCount, int& lowValueOrOuts,
+                    int& nutOuts, double& probability) const;
+
+  /// The Hi/Lo counterparts of the functions above: shares of the pot, a half shared with k others
+  /// as 1/(k+1) of it.
+  double getProbabilityOfWinOmahaHL(int* hand, int* board, int boardCount, int players) const;
+  double EquityHandVsRandomHL(int* hand, int handSize, int* board, int boardCount, int targetCount,
+                              int& trials, int& time);
+  double RiverEquityHandVsRandomOnRiverHL(int* hand, int* board, int& count) const;
+  double RiverEquityHandsOnPreFlopCommonHL(int* hands, int handSize, int players, int deadCount,
+                                           int& count, int& time) const;
+  double RiverEquityHandsOnFlopCommonHL(int* hands, int handSize, int players, int deadCount,
+                                        int* board, int& count, int& time) const;
+  double RiverEquityHandsOnTurnCommonHL(int* hands, int handSize, int players, int deadCount,
+                                        int* board, int& count, int& time) const;
+
+  // --- Omaha: nuts and outs; free functions for them are in omaha.h ---
+  // Unseen is every card but the hole cards and the n board cards. -5 for another number of board
+  // cards.
+
+  /// How many hands of four unseen cards beat a hand of four on a board of three to five; 0 is the
+  /// nuts. About 2 µs.
+  int IsMyHandNutsOmaha(int* hole, int* board, int n) const;
+  /// How many holdings of two unseen cards, which must both play, beat a hand of two to eight.
+  int IsMyHandNutsOmahaCommon(int* hole, int nHole, int* board, int n) const;
+
+  // Outs are cards that make a hand when they come next, on boards of three or four cards. These
+  // count an out as 1 and one that makes the nuts as 101: outs % 100, nut outs / 100.
+
+  /// Flushes, and straight flushes. Returns the number of suits with a flush draw; without one
+  /// nothing is counted.
+  int GetFlushDrawOutsOmaha(CHandOmahaType& hand, int& flushOuts, int& straightFlushOuts) const;
+  /// Straights. 1; 5, and nothing counted, if the hand is a straight.
+  int GetStraightDrawOutsOmaha(int* hole, int* board, int n, int& straightOuts) const;
+  /// Full houses and fours of a kind, for hands from two pair to a flush. 1; 7, and nothing
+  /// counted, for any other hand.
+  int GetFullHouseOutsOmaha(int* hole, int* board, int n, int& fullHouseOuts, int& quadsOuts) const;
+  /// Cards that lift a hand to a higher category 1..9, by that category.
+  ///
+  /// @param outs,nutOuts  out: 10 numbers each
+  int getOutsOmahaCommon(int* hole, int nHole, int* board, int n, int* outs, int* nutOuts) const;
 
   // --- short deck; free functions for it are in equity.h ---
 

@@ -193,6 +193,12 @@ class POKERMATH_EXPORT EasyRandom {
   std::int64_t span_;
 };
 
+/// Points of an Omaha starting hand of four card codes by the Hutchison count: suited cards, pairs,
+/// cards that make straights together, aces with wheel cards. Larger is better, 0 is the least.
+POKERMATH_EXPORT int HutchisonPointsOmaha(const int* hand);
+/// The Hi/Lo count: low cards, pairs and suits. 1000 or 0 for hands of ten and better only.
+POKERMATH_EXPORT double HutchisonPointsOmahaHL(const int* hand);
+
 namespace pokermath {
 
 /// Where percentages in range text come from.

@@ -183,7 +183,9 @@ TEST(RuleTests, KeepTheirOddities) {
   EXPECT_EQ(logic.isStraight({11, 3, 2, 1, 0}), -1);
   EXPECT_EQ(logic.isStraight({12, 11, 10, 1, 0}), -1);
 
-  const auto ask = [&logic](std::string_view text, auto test) {
+  using RuleTest =
+      int (PokerLogic::*)(const std::vector<int>&, const std::vector<int>&, const int*) const;
+  const auto ask = [&logic](std::string_view text, RuleTest test) {
     std::vector<int> cards = ParseCards(text).cards;
     std::vector<int> ranks(cards.size()), suits(cards.size());
     int counts[4] = {};

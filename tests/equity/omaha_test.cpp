@@ -266,6 +266,154 @@ TEST(OmahaEquity, EveryHandAtOnceIsEachHandOnEachBoard) {
   }
 }
 
+// Shares of the first hand, board by board, twice for the half of a pot.
+HighLowTally PlainHighLow(const Cards& cards, int size, const Cards& dead, Cards board,
+                          int first = 0) {
+  HighLowTally tally;
+  if (board.size() < 5) {
+    for (int card = first; card < 52; ++card) {
+      if (std::ranges::count(cards, card) + std::ranges::count(dead, card) +
+              std::ranges::count(board, card) !=
+          0) {
+        continue;
+      }
+      board.push_back(card);
+      const HighLowTally part = PlainHighLow(cards, size, dead, board, card + 1);
+      board.pop_back();
+      tally.boards += part.boards;
+      for (std::size_t k = 0; k < tally.whole.size(); ++k) {
+        tally.whole[k] += part.whole[k];
+        tally.high[k] += part.high[k];
+        tally.low[k] += part.low[k];
+      }
+    }
+    return tally;
+  }
+  const PokerLogic logic;
+  std::vector<int> values, lows;
+  for (std::size_t i = 0; i < cards.size(); i += static_cast<std::size_t>(size)) {
+    Cards hand(cards.begin() + static_cast<std::ptrdiff_t>(i),
+               cards.begin() + static_cast<std::ptrdiff_t>(i) + size);
+    int record[5];
+    values.push_back(getCombinationOmahaFsm5Common(hand.data(), size, board.data(), 5, record));
+    const int low = logic.SetLowValueCombinationOmahaCommon(hand.data(), size, board.data(), 5);
+    lows.push_back(low == 0 ? 0 : 100000 - low);
+  }
+  const auto count = [](const std::vector<int>& of, std::array<std::int64_t, 11>& shared) {
+    const auto best = std::ranges::max(of);
+    if (of[0] == best) ++shared[static_cast<std::size_t>(std::ranges::count(of, best) - 1)];
+  };
+  const bool low = std::ranges::max(lows) > 0;
+  tally.boards = 1;
+  count(values, low ? tally.high : tally.whole);
+  if (low) count(lows, tally.low);
+  return tally;
+}
+
+TEST(OmahaHighLow, GoldenMultiway) {
+  const PokerLogic logic;
+  const auto rows = Rows("omaha_hilo_multiway.csv");
+  ASSERT_EQ(rows.size(), 22u);
+  for (const auto& row : rows) {
+    const int size = std::stoi(row[0]);
+    Cards cards = CardsOf(row[1]);
+    const Cards dead = CardsOf(row[2]);
+    Cards board = CardsOf(row[3]);
+    const int players = static_cast<int>(cards.size()) / size;
+    EXPECT_NEAR(OmahaHighLowHands(cards, size, board, dead).Equity(), std::stod(row[6]) / 100,
+                1e-10);
+    cards.insert(cards.end(), dead.begin(), dead.end());
+    const int dead_count = static_cast<int>(dead.size());
+    int count = -1, time = -1;
+    const double percent =
+        board.empty() ? logic.RiverEquityHandsOnPreFlopCommonHL(cards.data(), size, players,
+                                                                dead_count, count, time)
+        : board.size() == 3
+            ? logic.RiverEquityHandsOnFlopCommonHL(cards.data(), size, players, dead_count,
+                                                   board.data(), count, time)
+            : logic.RiverEquityHandsOnTurnCommonHL(cards.data(), size, players, dead_count,
+                                                   board.data(), count, time);
+    EXPECT_EQ(count, std::stoi(row[4])) << row[1];
+    EXPECT_NEAR(percent, std::stod(row[6]), 1e-8) << row[1];
+  }
+}
+
+TEST(OmahaHighLow, IsThePlainCountAtEveryInstructionLevel) {
+  Dealer dealer(84);
+  SCOPED_TRACE(dealer.Trace());
+  for (int trial = 0; trial < 80; ++trial) {
+    const int size = 4 + trial % 2;
+    const int players = trial % 10 == 0 ? 7 : 2 + dealer.Below(3);
+    const int known = 3 + trial % 3;
+    const Cards all = dealer.Deal(players * size + known + 2);
+    const auto part = [&all](int from, int count) {
+      return Cards(all.begin() + from, all.begin() + from + count);
+    };
+    const Cards cards = part(0, players * size);
+    const Cards board = part(players * size, known);
+    const Cards dead = part(players * size + known, 2);
+    const HighLowTally plain = PlainHighLow(cards, size, dead, board);
+    for (const Isa isa : {Isa::kBaseline, Isa::kAvx2}) {
+      if (isa > BestIsa()) continue;
+      ASSERT_EQ(CountHighLowMatchup(isa, cards, size, dead, board), plain)
+          << CardNames(cards) << " of " << size << " on " << CardNames(board);
+    }
+  }
+}
+
+TEST(OmahaHighLow, AgainstEveryHandIsThePlainCount) {
+  const PokerLogic logic;
+  Dealer dealer(85);
+  SCOPED_TRACE(dealer.Trace());
+  for (int trial = 0; trial < 8; ++trial) {
+    Cards cards = dealer.Deal(9);
+    // Half the deals have a low.
+    if (trial % 2 == 0) cards = CardsOf(trial % 4 == 0 ? "Ah2d9sKh" : "KhKd9s8c");
+    for (const int card : dealer.Deal(20)) {
+      const bool fits = trial % 2 == 1 || card % 13 < 7 || card % 13 == 12;
+      if (cards.size() < 9 && fits && std::ranges::count(cards, card) == 0) cards.push_back(card);
+    }
+    if (cards.size() < 9) continue;
+    const Cards hand(cards.begin(), cards.begin() + 4);
+    const Cards board(cards.begin() + 4, cards.end());
+    HighLowTally plain;
+    Cards live, opponent;
+    for (int card = 0; card < 52; ++card) {
+      if (std::ranges::count(cards, card) == 0) live.push_back(card);
+    }
+    ForEachHand(live, 4, opponent, 0, [&](const Cards& other) {
+      Cards both = hand;
+      both.insert(both.end(), other.begin(), other.end());
+      const HighLowTally one = CountHighLowMatchup(BestIsa(), both, 4, {}, board);
+      plain.boards += one.boards;
+      for (std::size_t k = 0; k < 2; ++k) {
+        plain.whole[k] += one.whole[k];
+        plain.high[k] += one.high[k];
+        plain.low[k] += one.low[k];
+      }
+    });
+    EXPECT_EQ(CountHighLowAgainstAll(BestIsa(), hand, board, Street::kRiver), plain)
+        << CardNames(hand) << " on " << CardNames(board);
+    EXPECT_EQ(CountHighLowAgainstAll(Isa::kBaseline, hand, board, Street::kRiver), plain);
+    Cards four = hand, five = board;
+    int count = -1;
+    const double exact = logic.RiverEquityHandVsRandomOnRiverHL(four.data(), five.data(), count);
+    EXPECT_DOUBLE_EQ(exact, 100 * plain.Equity());
+    EXPECT_EQ(count, 123410);
+    // Sampled shares have a standard deviation of no more than one half.
+    PokerLogic sampling;
+    int trials = 20000, time = 60000;
+    EXPECT_NEAR(sampling.EquityHandVsRandomHL(four.data(), 4, five.data(), 5, 5, trials, time),
+                exact, 2.5);
+    sampling.trialCount = 20000;
+    EXPECT_NEAR(100 * sampling.getProbabilityOfWinOmahaHL(four.data(), five.data(), 5, 2), exact,
+                2.5);
+  }
+  Cards hand = CardsOf("Ah2d9sKh");
+  EXPECT_EQ(logic.getProbabilityOfWinOmahaHL(hand.data(), nullptr, 6, 2), 0.0);
+  EXPECT_EQ(logic.getProbabilityOfWinOmahaHL(hand.data(), nullptr, 0, 11), 0.0);
+}
+
 TEST(OmahaSampling, ComesNearTheExactShare) {
   PokerLogic logic;
   Cards hand = CardsOf("9d3sTcJd"), board = CardsOf("TsKdAc3h7s");

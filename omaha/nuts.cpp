@@ -1,0 +1,103 @@
+// An opponent's hand is worth what its best pair of hole cards is worth, so a hand is the nuts when
+// no pair of unseen cards is worth more.
+
+#include "omaha/nuts.h"
+
+#include <algorithm>
+
+#include "equity/kernels/hole_cards.h"
+#include "equity/kernels/omaha_cliques.h"
+#include "platform/isa.h"
+#include "pokermath/omaha.h"
+#include "pokermath/poker_logic.h"
+
+namespace pokermath {
+namespace {
+
+constexpr int kBadBoard = -5;
+
+// Visits every two unseen cards, in rising order, until visit says no.
+template <typename Visit>
+void ForEachPair(std::uint64_t known, const Visit& visit) {
+  for (int first = 0; first < 51; ++first) {
+    if ((known & Bit(first)) != 0) continue;
+    for (int second = first + 1; second < 52; ++second) {
+      if ((known & Bit(second)) == 0 && !visit(first, second)) return;
+    }
+  }
+}
+
+std::span<const int> CardsOf(const int* cards, int count) {
+  return {cards, static_cast<std::size_t>(count)};
+}
+
+}  // namespace
+
+int CountBetterPairs(const OmahaPairValues& values, int value, std::uint64_t known) {
+  int better = 0;
+  ForEachPair(known, [&](int first, int second) {
+    better += values.Of(first, second) > value ? 1 : 0;
+    return true;
+  });
+  return better;
+}
+
+bool IsNuts(const OmahaPairValues& values, int value, std::uint64_t known) {
+  bool nuts = true;
+  ForEachPair(known, [&](int first, int second) {
+    nuts = values.Of(first, second) <= value;
+    return nuts;
+  });
+  return nuts;
+}
+
+}  // namespace pokermath
+
+int PokerLogic::IsMyHandNutsOmaha(int* hole, int* board, int n) const {
+  using namespace pokermath;
+  if (n < 3 || n > 5) return kBadBoard;
+  return static_cast<int>(CountOmahaBetter(BestIsa(), CardsOf(hole, 4), CardsOf(board, n)));
+}
+
+int PokerLogic::IsMyHandNutsOmahaCommon(int* hole, int nHole, int* board, int n) const {
+  return IsMyHandNutsOmahaFsm5Common(hole, nHole, board, n);
+}
+
+int IsMyHandNutsOmahaFsm5Common(int* hole, int nHole, int* board, int n) {
+  using namespace pokermath;
+  if (n < 3 || n > 5) return kBadBoard;
+  const OmahaPairValues values(CardsOf(board, n));
+  return CountBetterPairs(values, values.Best(CardsOf(hole, nHole)),
+                          Bits(CardsOf(hole, nHole)) | Bits(CardsOf(board, n)));
+}
+
+int FindAllNuts(int* hole, int nHole, int* board, int n, Spec& nuts, int* outs) {
+  using namespace pokermath;
+  if (n < 3 || n > 4) return 0;
+  const std::span<const int> hand = CardsOf(hole, nHole);
+  const std::uint64_t known = Bits(hand) | Bits(CardsOf(board, n));
+  const OmahaPairValues values(CardsOf(board, n));
+  int best = -1;
+  ForEachPair(known, [&](int first, int second) {
+    best = std::max(best, values.Of(first, second));
+    return true;
+  });
+  nuts = Spec();
+  ForEachPair(known, [&](int first, int second) {
+    if (values.Of(first, second) == best) nuts.AddCard(first, second);
+    return true;
+  });
+  outs[0] = outs[1] = 0;
+  std::array<int, 5> next{};
+  std::copy_n(board, n, next.begin());
+  for (int card = 0; card < 52; ++card) {
+    if ((known & Bit(card)) != 0) continue;
+    next[static_cast<std::size_t>(n)] = card;
+    const OmahaPairValues then(CardsOf(next.data(), n + 1));
+    const int value = then.Best(hand);
+    if (value < best) continue;
+    ++outs[0];
+    if (IsNuts(then, value, known | Bit(card))) ++outs[1];
+  }
+  return static_cast<int>(nuts.combinations().size());
+}
