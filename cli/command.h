@@ -19,6 +19,7 @@ void AddEval(CLI::App& program, int& exit_code);
 void AddEquity(CLI::App& program, int& exit_code);
 void AddRange(CLI::App& program, int& exit_code);
 void AddPots(CLI::App& program, int& exit_code);
+void AddHistory(CLI::App& program, int& exit_code);
 void AddTables(CLI::App& program, int& exit_code);
 
 }  // namespace pokermath::cli

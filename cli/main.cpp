@@ -106,6 +106,7 @@ int ParseAndRun(CLI::App& program, int argc, char** argv) {
   AddEquity(program, exit_code);
   AddRange(program, exit_code);
   AddPots(program, exit_code);
+  AddHistory(program, exit_code);
   AddTables(program, exit_code);
   RefuseEmptyValues(program);
   try {

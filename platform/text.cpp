@@ -2,6 +2,7 @@
 
 #include <utf8.h>
 
+#include <algorithm>
 #include <cstring>
 #include <iterator>
 
@@ -31,7 +32,21 @@ std::string ToUtf8(std::wstring_view text) {
   return bytes;
 }
 
+wchar_t FromWindows1252(char narrow) {
+  const auto byte = static_cast<unsigned char>(narrow);
+  return byte >= 0x80 && byte < 0xA0 ? kWindows1252[byte - 0x80] : static_cast<wchar_t>(byte);
+}
+
+std::wstring FromWindows1252(std::string_view bytes) {
+  std::wstring text(bytes.size(), L'\0');
+  std::transform(bytes.begin(), bytes.end(), text.begin(),
+                 [](char byte) { return FromWindows1252(byte); });
+  return text;
+}
+
 std::wstring FromUtf8(std::string_view bytes) {
+  const auto is_ascii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
+  if (std::all_of(bytes.begin(), bytes.end(), is_ascii)) return {bytes.begin(), bytes.end()};
   std::string valid;
   valid.reserve(bytes.size());
   utf8::replace_invalid(bytes.begin(), bytes.end(), std::back_inserter(valid), kReplacement);
@@ -57,9 +72,5 @@ std::wstring OnOneLine(std::wstring text) {
 void charTOwchar(const char* text, wchar_t*& out) {
   const std::size_t length = std::strlen(text);
   out = new wchar_t[length + 1];
-  for (std::size_t i = 0; i <= length; ++i) {
-    const auto byte = static_cast<unsigned char>(text[i]);
-    out[i] = byte >= 0x80 && byte < 0xA0 ? pokermath::kWindows1252[byte - 0x80]
-                                         : static_cast<wchar_t>(byte);
-  }
+  for (std::size_t i = 0; i <= length; ++i) out[i] = pokermath::FromWindows1252(text[i]);
 }

@@ -8,6 +8,7 @@
 #include "pokermath/equity.h"
 #include "pokermath/evaluators.h"
 #include "pokermath/five_card_map.h"
+#include "pokermath/hand_history.h"
 #include "pokermath/large_table.h"
 #include "pokermath/messages.h"
 #include "pokermath/omaha.h"
@@ -15,5 +16,6 @@
 #include "pokermath/ranges.h"
 #include "pokermath/showdown.h"
 #include "pokermath/text.h"
+#include "pokermath/utilities.h"
 
 #endif  // POKERMATH_POKERMATH_H_

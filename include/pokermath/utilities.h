@@ -1,0 +1,26 @@
+// Services for a host that keeps a log and other files beside its program.
+
+#ifndef POKERMATH_UTILITIES_H_
+#define POKERMATH_UTILITIES_H_
+
+#include <cstdint>
+
+#include "pokermath/export.h"
+#include "pokermath/text.h"
+
+/// Cuts a file of `limitBytes` or more down to its last `keepBytes` bytes (modulo 2^32), in place:
+/// a program that has it open goes on writing to it. Does nothing where that is not possible.
+///
+/// @throws std::system_error when keepBytes is more than the file has; the file is as it was
+POKERMATH_EXPORT void TrimLogFile(CString path, std::uint64_t keepBytes, std::uint64_t limitBytes);
+
+/// The folder of the running program, without a slash at its end.
+///
+/// @param buffer  out: the same; room for 260 characters, of which one ends the text
+POKERMATH_EXPORT CString GetExecDir(wchar_t* buffer);
+
+/// The system's text for an error code and a line end; "No text found for this error number" for a
+/// code that it does not know.
+POKERMATH_EXPORT void ErrorShow(unsigned long code, CString& text);
+
+#endif  // POKERMATH_UTILITIES_H_
