@@ -136,7 +136,7 @@ EquityAnswer Sample(const EquityQuestion& question,
   const Clock::time_point start = Clock::now();
   SharerCounts counts = {};
   const std::int64_t done = question.short_deck
-                                ? DealTrials<Trials<EvaluateSevenShort>>(question, counts, go_on)
+                                ? DealTrials<Trials<2, EvaluateSevenShort>>(question, counts, go_on)
                                 : DealTrials<HoldemTrials>(question, counts, go_on);
   EquityAnswer answer = Summarise(counts);
   answer.interrupted = done < question.trials;
