@@ -9,6 +9,7 @@
 #define POKERMATH_EQUITY_KERNELS_TRIALS_H_
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 
@@ -19,18 +20,19 @@ namespace pokermath {
 
 /// @tparam kHandSize  cards of a hand
 /// @tparam evaluate   value of a hand and the five cards of the board behind it, larger is better
-template <int kHandSize, int (*evaluate)(const int* cards)>
+template <std::size_t kHandSize, int (*evaluate)(const int* cards)>
 class Trials {
  public:
+  using Hand = std::span<const int, kHandSize>;
+
   /// @param board    0 to 5 known board cards
   /// @param players  2..10, the hero included; the deck must have cards for all of them
   /// @param dead     cards that nobody holds and that cannot come
-  Trials(std::span<const int, kHandSize> hand, std::span<const int> board, int players,
-         std::span<const int> dead = {})
-      : opponents_(players - 1), known_(static_cast<int>(board.size())) {
+  Trials(Hand hand, std::span<const int> board, int players, std::span<const int> dead = {})
+      : opponents_(players - 1), known_(board.size()) {
     std::ranges::copy(hand, hero_);
     std::ranges::copy(board, hero_ + kHandSize);
-    for (int i = 0; i < kHandSize + known_; ++i) used_ |= Bit(hero_[i]);
+    for (std::size_t i = 0; i < kHandSize + known_; ++i) used_ |= Bit(hero_[i]);
     for (const int card : dead) used_ |= Bit(card);
   }
 
@@ -48,13 +50,13 @@ class Trials {
       used |= Bit(card);
       return card;
     };
-    for (int i = kHandSize + known_; i < kHandSize + 5; ++i) hero_[i] = next();
+    for (std::size_t i = kHandSize + known_; i < kHandSize + 5; ++i) hero_[i] = next();
     const int hero_value = evaluate(hero_);
     int opponent[kHandSize + 5];
-    for (int i = kHandSize; i < kHandSize + 5; ++i) opponent[i] = hero_[i];
+    for (std::size_t i = kHandSize; i < kHandSize + 5; ++i) opponent[i] = hero_[i];
     int sharers = 1;
     for (int i = 0; i < opponents_; ++i) {
-      for (int j = 0; j < kHandSize; ++j) opponent[j] = next();
+      for (std::size_t j = 0; j < kHandSize; ++j) opponent[j] = next();
       const int value = evaluate(opponent);
       if (value > hero_value) return 0;
       sharers += value == hero_value ? 1 : 0;
@@ -66,7 +68,7 @@ class Trials {
   static std::uint64_t Bit(int card) { return std::uint64_t{1} << card; }
 
   int opponents_;
-  int known_;
+  std::size_t known_;
   int hero_[kHandSize + 5] = {};  // hole cards, then the board
   std::uint64_t used_ = 0;
 };
@@ -75,11 +77,11 @@ inline int EvaluateSeven(const int* cards) { return EvaluateCards<7>(cards); }
 using HoldemTrials = Trials<2, EvaluateSeven>;
 
 /// Of four or five cards.
-template <int kHandSize>
+template <std::size_t kHandSize>
 int EvaluateOmaha(const int* cards) {
   return BestOmahaValue({cards, kHandSize}, {cards + kHandSize, 5});
 }
-template <int kHandSize>
+template <std::size_t kHandSize>
 using OmahaTrials = Trials<kHandSize, EvaluateOmaha<kHandSize>>;
 
 }  // namespace pokermath
