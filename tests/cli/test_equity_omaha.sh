@@ -96,7 +96,7 @@ has "$asked" "$out" "against 8 random hands, five-card Omaha, before the flop"
 has "$asked" "$out" "So many trials were possible in 30 ms."
 
 # Ctrl-C leaves nothing of an exact count.
-out=$(timeout --preserve-status -s INT 0.1 "$POKERMATH" equity AhKdQcJsTs random --exact \
+out=$(timeout --preserve-status -s INT 0.3 "$POKERMATH" equity AhKdQcJsTs random --exact \
   --game omaha5 2>&1)
 same "exit code of a stopped count" $? 1
 same "a stopped count" "$out" "pokermath: stopped before the count was finished: no answer"
