@@ -1,9 +1,11 @@
-// `pokermath equity`: a Hold'em hand against a hand or a range, exact, or against random hands,
-// sampled.
+// `pokermath equity`: a hand against hands or a range, exact, or against random hands, sampled
+// where there is no exact count.
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 #include "cli/command.h"
 #include "cli/equity_answer.h"
@@ -18,10 +20,14 @@
 namespace pokermath::cli {
 namespace {
 
+constexpr auto kPatience = std::chrono::milliseconds(500);  // before progress is shown
+
 constexpr const char* kExamples =
-    R"(Against a hand or a range it is exact, and so is --by-class. Otherwise 'random' is sampled;
+    R"(Against hands or a range it is exact, and so is --by-class. Otherwise 'random' is sampled;
 Ctrl-C stops and shows what was sampled so far. How ranges are written: pokermath range --help.
 Equity is the share of the pot: a pot shared by k players counts 1/k.
+In Omaha an opponent is a hand, or several, or random; one random hand is exact on a board, and
+before the flop with --exact, which takes a second.
 
 Examples:
   pokermath equity AhKd 7s7c
@@ -32,6 +38,9 @@ Examples:
   pokermath equity AhKd 15% --board 2c7dTh --by-class --svg heat.svg
   pokermath equity AhKd 7s7c --game shortdeck
   pokermath equity AhKd random --players 6 --trials 10000000
+  pokermath equity AhKd random --players 6 --time-ms 500
+  pokermath equity AhAdKhKd JsTs9c8c 7h7d6h6d --game omaha
+  pokermath equity AhAdKhKd random --game omaha --board AsKs7c
   pokermath equity - <questions.txt    one question a line in the same words, like
                                        'AhKd 7s7c --board 2c3d4h'; options beside
                                        the - hold for every line; empty lines and
@@ -39,9 +48,25 @@ Examples:
 
 EquityAnswer SampleWithProgress(const EquityQuestion& question) {
   const StopSignals signals;
-  Progress progress("sampling", question.trials, "trials", std::chrono::seconds(1));
-  return Sample(question, [&progress](std::int64_t done) {
-    progress.Update(done);
+  Progress progress("sampling", question.trials, "trials", kPatience);
+  const auto start = std::chrono::steady_clock::now();
+  return Sample(question, [&](std::int64_t done) {
+    auto part = static_cast<double>(done) / static_cast<double>(question.trials);
+    if (question.time) {
+      const Seconds elapsed = std::chrono::steady_clock::now() - start;
+      part = std::max(part, elapsed / Seconds(*question.time));
+    }
+    progress.Update(done, part);
+    return !StopRequested();
+  });
+}
+
+EquityAnswer CountWithProgress(const EquityQuestion& question) {
+  const StopSignals signals;
+  std::optional<Progress> progress;
+  return Count(question, [&progress](std::int64_t done, std::int64_t all) {
+    if (!progress) progress.emplace("counting", all, "kinds of board", kPatience);
+    progress->Update(done);
     return !StopRequested();
   });
 }
@@ -50,37 +75,32 @@ int AnswerQuestionLines(const EquityWords& options, bool json) {
   return AnswerLines(json, [&](std::string_view line, std::string& out) {
     const EquityQuestion question = ReadQuestion(SplitLine(line, options));
     const EquityAnswer answer =
-        question.IsExact() ? Count(question) : Sample(question, [](std::int64_t) { return true; });
+        question.exact ? Count(question) : Sample(question, [](std::int64_t) { return true; });
     out += json ? JsonLine(EquityJson(question, answer)) : EquityLine(question, answer);
   });
 }
 
 struct EquityOptions {
   EquityWords words;
-  std::string svg;
   bool json = false;
 };
 
 int RunEquity(const EquityOptions& options) {
-  const bool lines = options.words.hands == std::vector<std::string>{"-"};
-  if (lines && options.words.by_class) {
-    throw UsageError("--by-class answers one question, not lines of them");
+  const EquityWords& words = options.words;
+  if (words.hands == std::vector<std::string>{"-"}) {
+    if (words.by_class) throw UsageError("--by-class answers one question, not lines of them");
+    CheckOptions(words);
+    return AnswerQuestionLines(words, options.json);
   }
-  if (!options.svg.empty() && !options.words.by_class) {
-    throw UsageError("--svg goes with --by-class: it draws the equity against every class");
-  }
-  if (lines) {
-    CheckOptions(options.words);
-    return AnswerQuestionLines(options.words, options.json);
-  }
-  const EquityQuestion question = ReadQuestion(options.words);
-  const EquityAnswer answer = question.IsExact() ? Count(question) : SampleWithProgress(question);
+  const EquityQuestion question = ReadQuestion(words);
+  const EquityAnswer answer =
+      question.exact ? CountWithProgress(question) : SampleWithProgress(question);
   const Colours colours = Colours::ForStandardOutput();
   std::string page = EquityPage(question, answer, colours);
   Json json = EquityJson(question, answer);
   if (question.by_class) {
     const std::vector<ClassAnswer> classes = CountByClass(question);
-    if (!options.svg.empty()) WriteFile(options.svg, ClassSvg(question, answer, classes));
+    if (words.svg) WriteFile(*words.svg, ClassSvg(question, answer, classes));
     if (!classes.empty()) page += "\n" + ClassTable(classes, colours);
     json["by_class"] = ClassJson(classes);
   }
@@ -94,17 +114,22 @@ void AddEquity(CLI::App& program, int& exit_code) {
   auto options = std::make_shared<EquityOptions>();
   EquityWords& words = options->words;
   CLI::App* command =
-      program.add_subcommand("equity", "Equity of a Texas Hold'em or short-deck hand");
+      program.add_subcommand("equity", "Equity of a Texas Hold'em, short-deck or Omaha hand");
   command
       ->add_option("HAND OPPONENT", words.hands,
-                   "Two cards, then two cards, a range or the word random; or - for one "
-                   "question a line from standard input")
+                   "Two cards, then two cards, a range or the word random; in Omaha a hand, then "
+                   "hands or the word random; or - for one question a line from standard input")
       ->required()
       ->type_name("")
       ->expected(-1);
-  command->add_option("--game", words.game, "holdem or shortdeck [holdem]")->type_name("GAME");
+  command->add_option("--game", words.game, "holdem, shortdeck, omaha or omaha5 [holdem]")
+      ->type_name("GAME");
   command
       ->add_option("--board", words.board, "Known board cards, no more than the street has [none]")
+      ->type_name("CARDS");
+  command
+      ->add_option("--dead", words.dead,
+                   "Omaha: cards that nobody holds and that cannot come [none]")
       ->type_name("CARDS");
   command
       ->add_option("--to", words.to, "Compare the hands on the flop, the turn or the river [river]")
@@ -115,9 +140,15 @@ void AddEquity(CLI::App& program, int& exit_code) {
       ->type_name("N");
   command->add_option("--trials", words.trials, "Random deals [1000000]")->type_name("N");
   command->add_option("--seed", words.seed, "Start of the random numbers [1]")->type_name("N");
+  command
+      ->add_option(
+          "--time-ms", words.time_ms,
+          "Milliseconds for sampling, which then has no end of its own but --trials [none]")
+      ->type_name("N");
+  command->add_flag("--exact", words.exact, "Count, never sample; Omaha: a random hand too");
   command->add_flag("--by-class", words.by_class,
                     "Also list the equity against each class of the range");
-  command->add_option("--svg", options->svg, "Also write it as a heat map; with --by-class")
+  command->add_option("--svg", words.svg, "Also write it as a heat map; with --by-class")
       ->type_name("FILE");
   command->add_flag("--json", options->json, "Print a JSON object (one a line with -)");
   command->footer(kExamples);

@@ -4,8 +4,11 @@
 #include <array>
 #include <cmath>
 #include <map>
+#include <numeric>
 #include <random>
+#include <span>
 
+#include "cli/errors.h"
 #include "equity/kernels/trials.h"
 #include "ranges/hand_classes.h"
 
@@ -18,8 +21,8 @@ using Clock = std::chrono::steady_clock;
 // Lemire, "Fast Random Integer Generation in an Interval" (2019), on halves of 64 random bits.
 class CardDraw {
  public:
-  CardDraw(std::uint64_t seed, bool short_deck)
-      : engine_(seed), lowest_(short_deck ? kLowestShortDeckRank : 0) {}
+  CardDraw(std::uint64_t seed, Game game)
+      : engine_(seed), lowest_(game == Game::kShortDeck ? kLowestShortDeckRank : 0) {}
 
   int operator()() {
     const auto ranks = static_cast<std::uint32_t>(13 - lowest_);
@@ -67,16 +70,59 @@ EquityAnswer Summarise(const SharerCounts& counts) {
   return answer;
 }
 
+using TwoCards = std::span<const int, 2>;
+
 Tally CountAgainst(const EquityQuestion& question, const Spec& range) {
-  return question.short_deck
-             ? ShortDeckHandVsRange(question.hand, range, question.board, question.street)
-             : HoldemHandVsRange(question.hand, range, question.board, question.street);
+  const TwoCards hand(question.hand);
+  return question.game == Game::kShortDeck
+             ? ShortDeckHandVsRange(hand, range, question.board, question.street)
+             : HoldemHandVsRange(hand, range, question.board, question.street);
 }
 
-Tally CountAgainst(const EquityQuestion& question, const std::array<int, 2>& hand) {
-  return question.short_deck
-             ? ShortDeckHandVsHand(question.hand, hand, question.board, question.street)
-             : HoldemHandVsHand(question.hand, hand, question.board, question.street);
+Tally CountAgainst(const EquityQuestion& question, const std::vector<int>& opponent) {
+  const TwoCards hand(question.hand);
+  const TwoCards other(opponent);
+  return question.game == Game::kShortDeck
+             ? ShortDeckHandVsHand(hand, other, question.board, question.street)
+             : HoldemHandVsHand(hand, other, question.board, question.street);
+}
+
+// The answer where there are two players, each of whom loses what the other wins.
+EquityAnswer AnswerOf(const Tally& tally) {
+  EquityAnswer answer;
+  answer.wins = tally.wins;
+  answer.ties = tally.ties;
+  answer.equity = tally.Equity();
+  answer.cases = tally.cases;
+  answer.opponents = {{answer.Losses(), answer.ties, 1 - answer.equity}};
+  return answer;
+}
+
+EquityAnswer CountOmahaHands(const EquityQuestion& question) {
+  std::vector<std::vector<int>> hands = {question.hand};
+  hands.insert(hands.end(), question.opponents.begin(), question.opponents.end());
+  EquityAnswer answer;
+  for (std::size_t i = 0; i < hands.size(); ++i) {
+    std::vector<int> cards = hands[i];
+    for (std::size_t j = 0; j < hands.size(); ++j) {
+      if (j != i) cards.insert(cards.end(), hands[j].begin(), hands[j].end());
+    }
+    const SharedTally tally =
+        OmahaHands(cards, static_cast<int>(HandSize(question.game)), question.board, question.dead);
+    const std::int64_t ties =
+        std::accumulate(tally.shared.begin() + 1, tally.shared.end(), std::int64_t{0});
+    HandAnswer& place = i == 0 ? answer : answer.opponents.emplace_back();
+    place = {tally.shared[0], ties, tally.Equity()};
+    answer.cases = tally.boards;
+  }
+  return answer;
+}
+
+EquityAnswer CountOmahaRandom(const EquityQuestion& question, const GoOnCounting& go_on) {
+  const Tally tally =
+      OmahaHandVsRandom(question.hand, question.board, question.street, question.dead, go_on);
+  if (tally.cases == 0) throw Failure("stopped before the count was finished: no answer");
+  return AnswerOf(tally);
 }
 
 int EvaluateSevenShort(const int* cards) { return EvaluateShortDeck(cards, 7); }
@@ -85,9 +131,10 @@ int EvaluateSevenShort(const int* cards) { return EvaluateShortDeck(cards, 7); }
 template <typename Deals>
 std::int64_t DealTrials(const EquityQuestion& question, SharerCounts& counts,
                         const std::function<bool(std::int64_t)>& go_on) {
-  constexpr std::int64_t kBetweenCalls = 50000;
-  Deals trials(question.hand, question.board, question.players);
-  CardDraw draw(question.seed, question.short_deck);
+  constexpr std::int64_t kBetweenCalls = 1000;
+  Deals trials(typename Deals::Hand(question.hand), question.board, question.players,
+               question.dead);
+  CardDraw draw(question.seed, question.game);
   std::int64_t done = 0;
   do {
     const std::int64_t end = std::min(question.trials, done + kBetweenCalls);
@@ -96,17 +143,33 @@ std::int64_t DealTrials(const EquityQuestion& question, SharerCounts& counts,
   return done;
 }
 
+auto DealTrialsOf(Game game) {
+  switch (game) {
+    case Game::kShortDeck:
+      return DealTrials<Trials<2, EvaluateSevenShort>>;
+    case Game::kOmaha:
+      return DealTrials<OmahaTrials<4>>;
+    case Game::kOmaha5:
+      return DealTrials<OmahaTrials<5>>;
+    default:
+      return DealTrials<HoldemTrials>;
+  }
+}
+
 }  // namespace
 
-EquityAnswer Count(const EquityQuestion& question) {
+EquityAnswer Count(const EquityQuestion& question, const GoOnCounting& go_on) {
   const Clock::time_point start = Clock::now();
-  const Tally tally = question.range ? CountAgainst(question, *question.range)
-                                     : CountAgainst(question, *question.opponent);
   EquityAnswer answer;
-  answer.wins = tally.wins;
-  answer.ties = tally.ties;
-  answer.cases = tally.cases;
-  answer.equity = tally.Equity();
+  if (question.range) {
+    answer = AnswerOf(CountAgainst(question, *question.range));
+  } else if (!IsOmaha(question.game)) {
+    answer = AnswerOf(CountAgainst(question, question.opponents[0]));
+  } else if (question.opponents.empty()) {
+    answer = CountOmahaRandom(question, go_on);
+  } else {
+    answer = CountOmahaHands(question);
+  }
   answer.elapsed = Clock::now() - start;
   return answer;
 }
@@ -135,11 +198,15 @@ EquityAnswer Sample(const EquityQuestion& question,
                     const std::function<bool(std::int64_t)>& go_on) {
   const Clock::time_point start = Clock::now();
   SharerCounts counts = {};
-  const std::int64_t done = question.short_deck
-                                ? DealTrials<Trials<EvaluateSevenShort>>(question, counts, go_on)
-                                : DealTrials<HoldemTrials>(question, counts, go_on);
+  bool out_of_time = false;
+  const auto go_on_in_time = [&](std::int64_t done) {
+    out_of_time = question.time && Clock::now() - start >= *question.time;
+    return !out_of_time && go_on(done);
+  };
+  const std::int64_t done = DealTrialsOf(question.game)(question, counts, go_on_in_time);
   EquityAnswer answer = Summarise(counts);
-  answer.interrupted = done < question.trials;
+  answer.out_of_time = out_of_time;
+  answer.interrupted = done < question.trials && !out_of_time;
   answer.elapsed = Clock::now() - start;
   return answer;
 }

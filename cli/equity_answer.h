@@ -1,4 +1,4 @@
-// The answer to a Hold'em question: counted exactly, or sampled when opponents are random.
+// The answer to a question of equity: counted exactly, or sampled when opponents are random.
 
 #ifndef POKERMATH_CLI_EQUITY_ANSWER_H_
 #define POKERMATH_CLI_EQUITY_ANSWER_H_
@@ -12,14 +12,20 @@
 
 namespace pokermath::cli {
 
-struct EquityAnswer {
-  std::int64_t wins =
-      0;  ///< boards, cases of board and holding, or trials that the hand wins alone
+/// How one of the players does.
+struct HandAnswer {
+  std::int64_t wins = 0;  ///< boards, cases of board and holding, or trials that it wins alone
   std::int64_t ties = 0;  ///< those in which it shares the pot
+  double equity = 0;      ///< share of the pot, 0..1
+};
+
+/// How the hand does.
+struct EquityAnswer : HandAnswer {
   std::int64_t cases = 0;
-  double equity = 0;          ///< share of the pot, 0..1
-  double standard_error = 0;  ///< of the equity; 0 when it is exact
-  bool interrupted = false;   ///< fewer trials than asked for
+  std::vector<HandAnswer> opponents;  ///< when it is exact; a range or a random hand is one
+  double standard_error = 0;          ///< of the equity; 0 when it is exact
+  bool interrupted = false;           ///< fewer trials than asked for
+  bool out_of_time = false;           ///< fewer trials, since the time allowed no more
   Seconds elapsed{};
 
   std::int64_t Losses() const { return cases - wins - ties; }
@@ -35,10 +41,15 @@ struct ClassAnswer {
 /// Counts a hand against the classes of a range that are left, the hand's worst first.
 std::vector<ClassAnswer> CountByClass(const EquityQuestion& question);
 
-/// Counts a hand against a hand or a range; no cases when the range is wholly blocked.
-EquityAnswer Count(const EquityQuestion& question);
+/// Called now and then with the parts done and all parts; returning false stops.
+using GoOnCounting = std::function<bool(std::int64_t done, std::int64_t all)>;
 
-/// Samples a hand against random hands.
+/// Counts what is exact; no cases when the range is wholly blocked.
+///
+/// @param go_on  may be empty; Failure is thrown when it stops the count
+EquityAnswer Count(const EquityQuestion& question, const GoOnCounting& go_on = {});
+
+/// Samples a hand against random hands until all trials are done or the time is up.
 ///
 /// @param go_on  called now and then with the trials done; returning false stops
 EquityAnswer Sample(const EquityQuestion& question, const std::function<bool(std::int64_t)>& go_on);

@@ -1,15 +1,16 @@
-// A Hold'em question as a user words it, and what it means.
+// A question of equity as a user words it, and what it means.
 
 #ifndef POKERMATH_CLI_EQUITY_QUESTION_H_
 #define POKERMATH_CLI_EQUITY_QUESTION_H_
 
-#include <array>
+#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "cli/game.h"
 #include "pokermath/equity.h"
 #include "pokermath/ranges.h"
 
@@ -18,27 +19,30 @@ namespace pokermath::cli {
 /// The words of a question, from the command line or from a line of input.
 struct EquityWords {
   std::vector<std::string> hands;  ///< the words that stand without an option
-  std::optional<std::string> game, board, to, players, trials, seed;
+  std::optional<std::string> game, board, dead, to, players, trials, seed, time_ms;
+  bool exact = false;
+  // Not in lines of input.
   bool by_class = false;
+  std::optional<std::string> svg;
 };
 
 /// A question that has an answer: every card is there once, every number is in its range.
 struct EquityQuestion {
-  bool short_deck = false;
-  std::array<int, 2> hand = {};
-  // The opponent is a hand, or a range, or neither: random hands.
-  std::optional<std::array<int, 2>> opponent;
+  Game game = Game::kHoldem;
+  std::vector<int> hand;
+  // The opponents are hands, one but in Omaha, or a range, or neither: random hands.
+  std::vector<std::vector<int>> opponents;
   std::optional<Spec> range;
   std::string range_text;
   std::vector<int> board;
+  std::vector<int> dead;
   Street street = Street::kRiver;
   bool by_class = false;  ///< of the range, which is there then
-  int players = 2;
-  // Random opponents are sampled.
+  int players = 2;        ///< where opponents are random
+  bool exact = false;     ///< what is not is sampled, against random hands
   std::int64_t trials = 1000000;
   std::uint64_t seed = 1;
-
-  bool IsExact() const { return opponent || range; }
+  std::optional<std::chrono::milliseconds> time;  ///< for sampling
 };
 
 /// The words of a line, and the options of `defaults` that it does not have itself; throws

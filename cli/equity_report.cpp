@@ -65,24 +65,36 @@ std::string Situation(const EquityQuestion& question, const Colours& colours) {
 }
 
 std::string OpponentText(const EquityQuestion& question, const Colours& colours) {
-  if (question.opponent) return colours.Cards(*question.opponent);
   if (question.range) return question.range_text;
+  std::string hands;
+  for (const std::vector<int>& hand : question.opponents) {
+    hands += (hands.empty() ? "" : " and ") + colours.Cards(hand);
+  }
+  if (!hands.empty()) return hands;
   if (question.players == 2) return "a random hand";
   return fmt::format("{} random hands", question.players - 1);
 }
 
+// The row of a hand, or of what stands in the place of one.
+Row RowOf(std::string name, std::size_t name_width, const HandAnswer& hand, std::int64_t cases) {
+  return {std::move(name),
+          name_width,
+          hand.equity,
+          {hand.wins, hand.ties, cases - hand.wins - hand.ties}};
+}
+
 std::vector<Row> Rows(const EquityQuestion& question, const EquityAnswer& answer,
                       const Colours& colours) {
-  std::vector<Row> rows;
-  rows.push_back({colours.Cards(question.hand),
-                  4,
-                  answer.equity,
-                  {answer.wins, answer.ties, answer.Losses()}});
-  if (question.IsExact()) {
-    rows.push_back({question.opponent ? colours.Cards(*question.opponent) : "range",
-                    question.opponent ? 4u : 5u,
-                    1 - answer.equity,
-                    {answer.Losses(), answer.ties, answer.wins}});
+  const auto hand_row = [&](const std::vector<int>& cards, const HandAnswer& hand) {
+    return RowOf(colours.Cards(cards), 2 * cards.size(), hand, answer.cases);
+  };
+  std::vector<Row> rows = {hand_row(question.hand, answer)};
+  if (question.exact && question.opponents.empty()) {
+    const std::string name = question.range ? "range" : "random";
+    rows.push_back(RowOf(name, name.size(), answer.opponents[0], answer.cases));
+  }
+  for (std::size_t i = 0; i < question.opponents.size(); ++i) {
+    rows.push_back(hand_row(question.opponents[i], answer.opponents[i]));
   }
   return rows;
 }
@@ -96,16 +108,17 @@ std::string Table(const std::vector<Row>& rows, std::int64_t cases, const Colour
       widths[column] = std::max(widths[column], Grouped(row.counts[column]).size());
     }
   }
-  constexpr std::size_t kNameWidth = 6;
+  std::size_t name_width = 6;
+  for (const Row& row : rows) name_width = std::max(name_width, row.name_width + 1);
   constexpr std::size_t kPercentWidth = 10;  // "  100.00 %"
-  std::string head = fmt::format("{:{}}{:>12}", "", kNameWidth, "equity");
+  std::string head = fmt::format("{:{}}{:>12}", "", name_width, "equity");
   static constexpr const char* kTitles[3] = {"wins alone", "ties", "losses"};
   for (std::size_t column = 0; column < 3; ++column) {
     head += fmt::format("   {:>{}}", kTitles[column], widths[column] + kPercentWidth);
   }
   std::string table = colours.Faint(head) + "\n";
   for (const Row& row : rows) {
-    table += fmt::format("{}{:{}}{}", row.name, "", kNameWidth - row.name_width,
+    table += fmt::format("{}{:{}}{}", row.name, "", name_width - row.name_width,
                          colours.Strong(fmt::format("{:>10.3f} %", 100 * row.equity)));
     for (std::size_t column = 0; column < 3; ++column) {
       table += fmt::format("   {:>{}}  {:>6.2f} %", Grouped(row.counts[column]), widths[column],
@@ -118,35 +131,77 @@ std::string Table(const std::vector<Row>& rows, std::int64_t cases, const Colour
 
 std::string CasesText(const EquityQuestion& question, const EquityAnswer& answer) {
   if (question.range) return "cases of board and holding";
+  if (question.opponents.empty()) return "cases of board and opponent's hand";
   return answer.cases == 1 ? "board" : "boards";
 }
 
 // What was counted, how and how fast, and what the figures mean.
 std::string Footer(const EquityQuestion& question, const EquityAnswer& answer) {
   const std::string time = DurationText(answer.elapsed);
-  if (question.IsExact()) {
-    return fmt::format("{} {}, exact, {}.\n{}\n", Grouped(answer.cases),
-                       CasesText(question, answer), time,
-                       "Equity is the share of the pot: a tie counts one half.");
+  std::string text;
+  if (question.exact) {
+    text = fmt::format("{} {}, exact, {}.\n", Grouped(answer.cases), CasesText(question, answer),
+                       time);
+  } else {
+    text = fmt::format("{} trials sampled with seed {}, standard error {:.3f} %, {}.\n",
+                       Grouped(answer.cases), question.seed, 100 * answer.standard_error, time);
   }
-  std::string text =
-      fmt::format("{} trials sampled with seed {}, standard error {:.3f} %, {}.\n",
-                  Grouped(answer.cases), question.seed, 100 * answer.standard_error, time);
+  if (answer.out_of_time) {
+    text +=
+        fmt::format("So many trials were possible in {} ms.\n", Grouped(question.time->count()));
+  }
   if (answer.interrupted) {
     text += fmt::format("Stopped early: {} trials were asked for.\n", Grouped(question.trials));
   }
-  return fmt::format(
-      "{}Equity is the share of the pot: {}.\n", text,
-      question.players == 2 ? "a tie counts one half" : "a pot shared by k players counts 1/k");
+  const bool two = question.players == 2 && question.opponents.size() < 2;
+  return fmt::format("{}Equity is the share of the pot: {}.\n", text,
+                     two ? "a tie counts one half" : "a pot shared by k players counts 1/k");
+}
+
+// How many play, the hand itself included.
+std::size_t Players(const EquityQuestion& question) {
+  return question.opponents.empty() ? static_cast<std::size_t>(question.players)
+                                    : question.opponents.size() + 1;
+}
+
+// The opponents' part of a JSON object.
+void AddOpponents(const EquityQuestion& question, Json& json) {
+  if (question.opponents.size() == 1) {
+    json["opponent"] = CardsJson(question.opponents[0]);
+  } else if (question.opponents.empty()) {
+    json["opponent"] = question.range ? question.range_text : "random";
+  } else {
+    for (const std::vector<int>& hand : question.opponents) {
+      json["opponents"].push_back(CardsJson(hand));
+    }
+  }
+}
+
+// Every hand with its figures.
+Json HandsJson(const EquityQuestion& question, const EquityAnswer& answer) {
+  Json list = Json::array();
+  const auto add = [&list](const std::vector<int>& cards, const HandAnswer& hand) {
+    list.push_back({{"hand", CardsJson(cards)},
+                    {"equity", hand.equity},
+                    {"wins", hand.wins},
+                    {"ties", hand.ties}});
+  };
+  add(question.hand, answer);
+  for (std::size_t i = 0; i < question.opponents.size(); ++i) {
+    add(question.opponents[i], answer.opponents[i]);
+  }
+  return list;
 }
 
 }  // namespace
 
 std::string EquityPage(const EquityQuestion& question, const EquityAnswer& answer,
                        const Colours& colours) {
-  const std::string title = fmt::format(
-      "{} against {}, {}, {}\n\n", colours.Cards(question.hand), OpponentText(question, colours),
-      question.short_deck ? "short deck" : "Texas Hold'em", Situation(question, colours));
+  std::string title = fmt::format("{} against {}, {}, {}", colours.Cards(question.hand),
+                                  OpponentText(question, colours), TitleOf(question.game),
+                                  Situation(question, colours));
+  if (!question.dead.empty()) title += fmt::format(", {} dead", colours.Cards(question.dead));
+  title += "\n\n";
   if (answer.cases == 0) return title + "No holding of the range is left beside the known cards.\n";
   return fmt::format("{}{}\n{}", title,
                      Table(Rows(question, answer, colours), answer.cases, colours),
@@ -184,7 +239,7 @@ std::string ClassSvg(const EquityQuestion& question, const EquityAnswer& answer,
   };
   constexpr std::size_t kLongestTitle = 68;
   const std::string whole = title(OpponentText(question, plain));
-  return GridSvg(question.short_deck ? 9 : 13,
+  return GridSvg(question.game == Game::kShortDeck ? 9 : 13,
                  whole.size() > kLongestTitle ? title("a range") : whole, cells);
 }
 
@@ -202,47 +257,53 @@ Json ClassJson(const std::vector<ClassAnswer>& answers) {
 }
 
 std::string EquityLine(const EquityQuestion& question, const EquityAnswer& answer) {
-  std::string line = fmt::format("{} {}", CardsText(question.hand),
-                                 question.opponent ? CardsText(*question.opponent)
-                                 : question.range  ? question.range_text
-                                                   : "random");
-  if (question.short_deck) line += " --game shortdeck";
+  std::string line = CardsText(question.hand);
+  for (const std::vector<int>& hand : question.opponents) line += " " + CardsText(hand);
+  if (question.opponents.empty()) line += " " + (question.range ? question.range_text : "random");
+  if (question.game != Game::kHoldem) line += fmt::format(" --game {}", NameOf(question.game));
   if (!question.board.empty()) line += " --board " + CardsText(question.board);
+  if (!question.dead.empty()) line += " --dead " + CardsText(question.dead);
   if (question.street != Street::kRiver) line += fmt::format(" --to {}", StreetName(question));
   if (question.players != 2) line += fmt::format(" --players {}", question.players);
   if (answer.cases == 0) return line + " no holding left\n";
   fmt::format_to(std::back_inserter(line), " equity {:.6f} wins {} ties {} losses {} of {}",
                  answer.equity, answer.wins, answer.ties, answer.Losses(), answer.cases);
-  if (question.IsExact()) {
+  if (question.exact) {
     line += " " + CasesText(question, answer) + " exact";
   } else {
     line += fmt::format(" trials sampled standard_error {:.6f}", answer.standard_error);
+  }
+  if (question.opponents.size() > 1) {
+    line += " opponents";
+    for (const HandAnswer& hand : answer.opponents) line += fmt::format(" {:.6f}", hand.equity);
   }
   return line + "\n";
 }
 
 Json EquityJson(const EquityQuestion& question, const EquityAnswer& answer) {
-  Json json = {{"schema", kJsonSchema},
-               {"game", question.short_deck ? "shortdeck" : "holdem"},
-               {"hand", CardsJson(question.hand)}};
-  json["opponent"] = question.opponent ? CardsJson(*question.opponent)
-                     : question.range  ? Json(question.range_text)
-                                       : Json("random");
+  Json json = {
+      {"schema", kJsonSchema}, {"game", NameOf(question.game)}, {"hand", CardsJson(question.hand)}};
+  AddOpponents(question, json);
   json["board"] = CardsJson(question.board);
+  if (IsOmaha(question.game)) json["dead"] = CardsJson(question.dead);
   json["to"] = StreetName(question);
-  json["players"] = question.players;
+  json["players"] = Players(question);
   json["equity"] = answer.cases == 0 ? Json(nullptr) : Json(answer.equity);
   json["wins"] = answer.wins;
   json["ties"] = answer.ties;
   json["cases"] = answer.cases;
-  if (question.IsExact()) {
+  if (question.exact) {
     json["method"] = "exact";
   } else {
     json["method"] = "sampled";
     json["standard_error"] = answer.standard_error;
     json["trials"] = question.trials;
     json["seed"] = question.seed;
+    if (question.time) json["time_ms"] = question.time->count();
     if (answer.interrupted) json["interrupted"] = true;
+  }
+  if (IsOmaha(question.game) && !question.opponents.empty()) {
+    json["hands"] = HandsJson(question, answer);
   }
   // Microseconds are enough.
   json["elapsed_ms"] = std::round(answer.elapsed.count() * 1e6) / 1e3;

@@ -1,4 +1,4 @@
-// How the answer to a Hold'em question is printed.
+// How the answer to a question of equity is printed.
 
 #ifndef POKERMATH_CLI_EQUITY_REPORT_H_
 #define POKERMATH_CLI_EQUITY_REPORT_H_

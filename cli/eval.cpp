@@ -280,18 +280,15 @@ int RunVersus(const EvalWords& words) {
 }
 
 int RunEval(const EvalWords& words) {
-  if (words.game == "omaha" || words.game == "omaha5") {
+  const Game game = ReadGame(words.game);
+  if (IsOmaha(game)) {
     if (words.versus) throw UsageError("--versus is for holdem and shortdeck");
     if (!words.board) throw UsageError("--board is needed: an Omaha hand plays three cards of it");
     return RunEvalOmaha(fmt::format("{}", fmt::join(words.cards, " ")), *words.board,
-                        words.game == "omaha5" ? 5 : 4, words.json);
-  }
-  if (words.game != "holdem" && words.game != "shortdeck") {
-    throw UsageError("--game " + Quoted(words.game) +
-                     " is not known: holdem, shortdeck, omaha or omaha5");
+                        HandSize(game), words.json);
   }
   const bool json = words.json;
-  const bool short_deck = IsShortDeck(words.game);
+  const bool short_deck = game == Game::kShortDeck;
   const bool lines = words.cards == std::vector<std::string>{"-"};
   if (lines && (words.versus || words.board)) {
     throw UsageError("--versus and --board go with one question, not with lines");

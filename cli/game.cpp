@@ -6,6 +6,32 @@
 
 namespace pokermath::cli {
 
+namespace {
+
+struct GameNames {
+  Game game;
+  const char* name;
+  const char* title;
+};
+constexpr GameNames kGames[] = {{Game::kHoldem, "holdem", "Texas Hold'em"},
+                                {Game::kShortDeck, "shortdeck", "short deck"},
+                                {Game::kOmaha, "omaha", "Omaha"},
+                                {Game::kOmaha5, "omaha5", "five-card Omaha"}};
+
+const GameNames& NamesOf(Game game) { return kGames[static_cast<std::size_t>(game)]; }
+
+}  // namespace
+
+Game ReadGame(const std::string& name) {
+  for (const GameNames& names : kGames) {
+    if (names.name == name) return names.game;
+  }
+  throw UsageError("--game " + Quoted(name) + " is not known: holdem, shortdeck, omaha or omaha5");
+}
+
+const char* NameOf(Game game) { return NamesOf(game).name; }
+const char* TitleOf(Game game) { return NamesOf(game).title; }
+
 bool IsShortDeck(const std::string& game) {
   if (game == "shortdeck") return true;
   if (game == "holdem") return false;

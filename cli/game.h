@@ -3,10 +3,26 @@
 #ifndef POKERMATH_CLI_GAME_H_
 #define POKERMATH_CLI_GAME_H_
 
+#include <cstddef>
 #include <span>
 #include <string>
 
 namespace pokermath::cli {
+
+enum class Game { kHoldem, kShortDeck, kOmaha, kOmaha5 };
+
+/// Throws UsageError unless the name is "holdem", "shortdeck", "omaha" or "omaha5".
+Game ReadGame(const std::string& name);
+/// The name that ReadGame reads.
+const char* NameOf(Game game);
+/// "Texas Hold'em", "five-card Omaha".
+const char* TitleOf(Game game);
+
+constexpr bool IsOmaha(Game game) { return game == Game::kOmaha || game == Game::kOmaha5; }
+/// Hole cards.
+constexpr std::size_t HandSize(Game game) {
+  return game == Game::kOmaha ? 4 : game == Game::kOmaha5 ? 5 : 2;
+}
 
 /// Whether a game is the short deck; throws UsageError unless it is "holdem" or "shortdeck".
 bool IsShortDeck(const std::string& game);

@@ -30,13 +30,16 @@ Progress::~Progress() {
 }
 
 void Progress::Update(std::int64_t done) {
+  Update(done, static_cast<double>(done) / static_cast<double>(total_));
+}
+
+void Progress::Update(std::int64_t done, double part) {
   if (!terminal_ || done <= 0) return;
   const Clock::time_point now = Clock::now();
   if (now < next_) return;
   next_ = now + kBetweenLines;
   shown_ = true;
   const Seconds elapsed = now - start_;
-  const auto part = static_cast<double>(done) / static_cast<double>(total_);
   fmt::print(stderr, "{}{}: {:.1f} %, {} {}/s, {} left", kWipeLine, what_, 100 * part,
              RoughCount(static_cast<double>(done) / elapsed.count()), unit_,
              DurationText(elapsed * (1 / part - 1)));

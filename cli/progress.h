@@ -24,6 +24,8 @@ class Progress {
 
   /// `done` units are ready. May be called often.
   void Update(std::int64_t done);
+  /// The same for work of which `part`, 0..1, is ready: something else than the units may end it.
+  void Update(std::int64_t done, double part);
 
  private:
   using Clock = std::chrono::steady_clock;

@@ -16,10 +16,6 @@
 namespace pokermath {
 namespace {
 
-std::span<const int> CardsOf(const int* cards, int count) {
-  return {cards, static_cast<std::size_t>(count)};
-}
-
 double HandVsHand(const int* hand1, int hand_size, const int* hand2, std::span<const int> board,
                   int& count, int& time) {
   const Stopwatch stopwatch;

@@ -16,10 +16,6 @@ namespace pokermath {
 
 inline constexpr int kBetweenLooks = 10000;  // deals, at the clock
 
-inline std::span<const int> CardsOf(const int* cards, int count) {
-  return {cards, static_cast<std::size_t>(count)};
-}
-
 /// Draws cards that are not there yet.
 class Dealing {
  public:

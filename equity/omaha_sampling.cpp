@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "equity/kernels/hole_cards.h"
+#include "equity/kernels/trials.h"
 #include "equity/omaha_dealing.h"
 #include "equity/stopwatch.h"
 #include "eval/omaha_best.h"
@@ -78,21 +79,11 @@ double PokerLogic::getProbabilityOfWinOmaha(int* hand, int* board, int boardCoun
   if (boardCount < 0 || boardCount > 5 || players < 2 || players > 10 || trialCount < 1) return 0.0;
   EasyRandom generator(0, 51);
   generator.SetTimerSeed();
-  std::array<int, 5> cards{};
-  std::copy_n(board, boardCount, cards.begin());
-  const std::uint64_t known = Bits(CardsOf(hand, 4)) | Bits(CardsOf(cards.data(), boardCount));
+  OmahaTrials<4> trials(std::span<const int, 4>(hand, 4), CardsOf(board, boardCount), players);
+  const auto draw = [&generator] { return generator.DrawRandomNumber(); };
   double sum = 0;
   for (int trial = 0; trial < trialCount; ++trial) {
-    Dealing dealing(generator, known);
-    for (int i = boardCount; i < 5; ++i) cards[static_cast<std::size_t>(i)] = dealing.Draw();
-    const int value = BestOmahaValue(CardsOf(hand, 4), cards);
-    int sharers = 1;
-    for (int opponent = 1; opponent < players && sharers > 0; ++opponent) {
-      const std::array<int, 4> other = {dealing.Draw(), dealing.Draw(), dealing.Draw(),
-                                        dealing.Draw()};
-      const int other_value = BestOmahaValue(other, cards);
-      sharers = other_value > value ? 0 : sharers + (other_value == value ? 1 : 0);
-    }
+    const int sharers = trials.Deal(draw);
     if (sharers > 0) sum += 1.0 / sharers;
   }
   return sum / trialCount;

@@ -201,7 +201,7 @@ double PokerLogic::getProbabilityOfWinHoldem6Plus(int* hand, int* board, int boa
   if (boardCount < 0 || boardCount > 5 || players < 2 || players > 10) return 0.0;
   if (load_fsm7() == 0 || trialCount < 1) return 0.0;
   random.SetInterval(0, 35);
-  pokermath::Trials<eval_rank7_via_fsm7> trials(
+  pokermath::Trials<2, eval_rank7_via_fsm7> trials(
       pokermath::HandOf(hand), {board, static_cast<std::size_t>(boardCount)}, players);
   const auto draw = [this] { return pokermath::CardAt(random.DrawRandomNumber()); };
   double sum = 0.0;

@@ -4,6 +4,7 @@
 #include <array>
 #include <vector>
 
+#include "eval/rank_sets.h"
 #include "platform/files.h"
 #include "platform/messages.h"
 #include "platform/text.h"
@@ -13,12 +14,6 @@
 
 namespace pokermath {
 namespace {
-
-constexpr int Choose(int n, int k) {
-  int result = 1;
-  for (int i = 0; i < k; ++i) result = result * (n - i) / (i + 1);
-  return result;
-}
 
 // Hands that are left out when a card is the first, second .. fifth one of a hand: those with a
 // higher card there, counted from the end.
@@ -39,14 +34,15 @@ struct Record {
 };
 constexpr std::size_t kFileBytes = FiveCardMap::kHands * sizeof(Record);
 
-// The records of a file; none unless it has the right length and every key is a hand.
+// The records of a file; none unless it has the right length and every value belongs to a hand.
 std::vector<Record> ReadRecords(const std::string& path) {
   if (FileLength(path) != kFileBytes) return {};
   std::vector<Record> records(FiveCardMap::kHands);
-  const bool good = ReadFile(path, records.data(), kFileBytes) &&
-                    std::ranges::all_of(records, [](const Record& record) {
-                      return FiveCardMap::PlaceOf(record.key) < FiveCardMap::kHands;
-                    });
+  const bool good =
+      ReadFile(path, records.data(), kFileBytes) &&
+      std::ranges::all_of(records, [](const Record& record) {
+        return record.value < 1 || FiveCardMap::PlaceOf(record.key) < FiveCardMap::kHands;
+      });
   return good ? records : std::vector<Record>();
 }
 

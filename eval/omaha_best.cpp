@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "cards/card_list.h"
 #include "eval/compact_keys.h"
 #include "eval/rank_sets.h"
 #include "eval/scales.h"
@@ -318,18 +319,27 @@ int OmahaPairValues::FlushOf(int rank1, int rank2) const {
 
 namespace {
 
-void RecordIndexes(const OmahaChoice& choice, int* record) {
+// Whether a hand and a board can be played; counts are not checked otherwise.
+bool CanPlay(int hand_count, int board_count) {
+  return hand_count >= 2 && hand_count <= static_cast<int>(kMostHoles) && board_count >= 3 &&
+         board_count <= 5;
+}
+
+// The best choice in `record`, as indexes or as cards; a value that is worse than all others, and
+// nothing written, where there is none.
+int Indexes(const int* hand, int hand_count, const int* board, int board_count, int* record) {
+  if (!CanPlay(hand_count, board_count)) return -1;
+  const OmahaChoice choice = FindBestOmaha(CardsOf(hand, hand_count), CardsOf(board, board_count));
   std::copy(choice.hole, choice.hole + 2, record);
   std::copy(choice.board, choice.board + 3, record + 2);
+  return choice.value;
 }
 
-void RecordCards(const OmahaChoice& choice, const int* hand, const int* board, int* record) {
+int Cards(const int* hand, const int* board, int board_count, int* record) {
+  const OmahaChoice choice = FindBestOmaha(CardsOf(hand, 4), CardsOf(board, board_count));
   for (int i = 0; i < 2; ++i) record[i] = hand[choice.hole[i]];
   for (int i = 0; i < 3; ++i) record[2 + i] = board[choice.board[i]];
-}
-
-std::span<const int> CardsOf(const int* cards, int count) {
-  return {cards, static_cast<std::size_t>(count)};
+  return OtherScale(choice.value);
 }
 
 }  // namespace
@@ -337,47 +347,36 @@ std::span<const int> CardsOf(const int* cards, int count) {
 
 int getCombinationOmahaFsm5Common(int* hand, int handCount, int* board, int boardCount,
                                   int* record) {
-  using namespace pokermath;
-  const OmahaChoice choice = FindBestOmaha(CardsOf(hand, handCount), CardsOf(board, boardCount));
-  RecordIndexes(choice, record);
-  return choice.value;
+  return pokermath::Indexes(hand, handCount, board, boardCount, record);
 }
 
 int getCombinationOmahaFsm5(int* hand, int* board, int* record) {
-  return getCombinationOmahaFsm5Common(hand, 4, board, 5, record);
+  return pokermath::Indexes(hand, 4, board, 5, record);
 }
 
 int getCombinationOmahaTurnFsm5(int* hand, int* board, int* record) {
-  return getCombinationOmahaFsm5Common(hand, 4, board, 4, record);
+  return pokermath::Indexes(hand, 4, board, 4, record);
 }
 
 int getCombinationOmahaFlopFsm5(int* hand, int* board, int* record) {
-  return getCombinationOmahaFsm5Common(hand, 4, board, 3, record);
+  return pokermath::Indexes(hand, 4, board, 3, record);
 }
 
 int PokerLogic::getCombinationOmaha(int* hand, int* board, int* record) const {
-  using namespace pokermath;
-  const OmahaChoice choice = FindBestOmaha(CardsOf(hand, 4), CardsOf(board, 5));
-  RecordCards(choice, hand, board, record);
-  return OtherScale(choice.value);
+  return pokermath::Cards(hand, board, 5, record);
 }
 
 int PokerLogic::getCombinationOmahaTurn(int* hand, int* board, int* record) const {
-  using namespace pokermath;
-  const OmahaChoice choice = FindBestOmaha(CardsOf(hand, 4), CardsOf(board, 4));
-  RecordCards(choice, hand, board, record);
-  return OtherScale(choice.value);
+  return pokermath::Cards(hand, board, 4, record);
 }
 
 int PokerLogic::getCombinationOmahaFlop(int* hand, int* board, int* record) const {
-  using namespace pokermath;
-  const OmahaChoice choice = FindBestOmaha(CardsOf(hand, 4), CardsOf(board, 3));
-  RecordCards(choice, hand, board, record);
-  return OtherScale(choice.value);
+  return pokermath::Cards(hand, board, 3, record);
 }
 
 int PokerLogic::getCombinationOmahaCommon(int* hand, int handCount, int* board, int boardCount,
                                           int* record) const {
-  return pokermath::OtherScale(
-      getCombinationOmahaFsm5Common(hand, handCount, board, boardCount, record));
+  constexpr int kNone = 100000;
+  const int value = pokermath::Indexes(hand, handCount, board, boardCount, record);
+  return value < 0 ? kNone : pokermath::OtherScale(value);
 }

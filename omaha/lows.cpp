@@ -4,7 +4,7 @@
 #include <span>
 #include <vector>
 
-#include "equity/kernels/hole_cards.h"
+#include "cards/card_list.h"
 #include "eval/omaha_low.h"
 #include "pokermath/cards.h"
 #include "pokermath/poker_logic.h"
@@ -13,10 +13,6 @@ namespace pokermath {
 namespace {
 
 constexpr int kBadBoard = -5;
-
-std::span<const int> CardsOf(const int* cards, int count) {
-  return {cards, static_cast<std::size_t>(count)};
-}
 
 // Different ranks of eight and below.
 int LowRanks(std::span<const int> cards) {

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "equity/kernels/hole_cards.h"
+#include "cards/card_list.h"
 #include "equity/kernels/omaha_cliques.h"
 #include "platform/isa.h"
 #include "pokermath/omaha.h"
@@ -25,10 +25,6 @@ void ForEachPair(std::uint64_t known, const Visit& visit) {
       if ((known & Bit(second)) == 0 && !visit(first, second)) return;
     }
   }
-}
-
-std::span<const int> CardsOf(const int* cards, int count) {
-  return {cards, static_cast<std::size_t>(count)};
 }
 
 }  // namespace

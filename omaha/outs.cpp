@@ -8,7 +8,7 @@
 #include <span>
 #include <utility>
 
-#include "equity/kernels/hole_cards.h"
+#include "cards/card_list.h"
 #include "eval/omaha_best.h"
 #include "eval/scales.h"
 #include "omaha/nuts.h"
@@ -30,10 +30,6 @@ enum Category {
   kQuads = 8,
   kStraightFlush = 9
 };
-
-std::span<const int> CardsOf(const int* cards, int count) {
-  return {cards, static_cast<std::size_t>(count)};
-}
 
 int ValueOn(std::span<const int> hole, std::span<const int> board) {
   return OmahaPairValues(board).Best(hole);

@@ -11,20 +11,10 @@
 #include <span>
 #include <utility>
 
+#include "cards/card_list.h"
 #include "eval/rank_sets.h"
 
 namespace pokermath {
-
-/// Cards as bits of a number.
-constexpr std::uint64_t Bit(int card) { return std::uint64_t{1} << card; }
-constexpr std::uint64_t Bits(std::span<const int> cards) {
-  std::uint64_t bits = 0;
-  for (const int card : cards) bits |= Bit(card);
-  return bits;
-}
-constexpr std::uint64_t Bits(const std::pair<int, int>& holding) {
-  return Bit(holding.first) | Bit(holding.second);
-}
 
 inline constexpr int kRankClasses = 91;
 

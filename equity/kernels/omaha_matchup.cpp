@@ -25,7 +25,7 @@
 namespace pokermath {
 namespace {
 
-constexpr int kPlaces = 48;  // no fewer than cards that may be on a board
+constexpr int kPlaces = 52;  // no fewer than cards that may be on a board
 constexpr int kMostLanes = kLanes<Registers32::Register>;
 
 // The number of a pair x > y.
@@ -318,7 +318,7 @@ using Sums = std::array<std::array<std::int64_t, SharedTally::kMostHands>, 3>;
 template <typename Register, int kHands, int kTables>
 POKERMATH_KERNEL void Count(const Layout& layout, Tables tables, const Boards& boards, Sums& sums) {
   for (std::int16_t* values : tables) AddFours<Register>(layout, boards, values);
-  // Boards of one first card are summed up in 16 bits: they take fewer than 20,000 rows.
+  // Boards of one first card are summed up in 16 bits: they take no more than 31,773 rows.
   Counters<Register, kHands, kTables> counters;
   int first = -1;
   const auto add = [&]() __attribute__((always_inline)) {
@@ -397,9 +397,10 @@ std::int64_t CountMatchup(Isa isa, std::span<const int> cards, int hand_size,
     if ((taken & Bit(card)) == 0) places.push_back(card);
   }
   const Boards boards = {static_cast<int>(places.size()), static_cast<int>(board.size())};
+  if (hand_size < 1) return 0;
   const auto hole_cards = static_cast<std::size_t>(hand_size);
   const std::size_t hands = cards.size() / hole_cards;
-  if (hands > SharedTally::kMostHands || boards.live < 5 - boards.known) return 0;
+  if (hands < 1 || hands > SharedTally::kMostHands || boards.live < 5 - boards.known) return 0;
   const int all = Choose(boards.live, 5 - boards.known);
   if (hands == 1) {
     sums[0][0] = all;

@@ -8,29 +8,33 @@
 #ifndef POKERMATH_EQUITY_KERNELS_TRIALS_H_
 #define POKERMATH_EQUITY_KERNELS_TRIALS_H_
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 
+#include "cards/card_list.h"
+#include "eval/omaha_best.h"
 #include "pokermath/evaluators.h"
 
 namespace pokermath {
 
-/// @tparam evaluate  value of seven cards, larger is better
-template <int (*evaluate)(const int* seven)>
+/// @tparam kHandSize  cards of a hand
+/// @tparam evaluate   value of a hand and the five cards of the board behind it, larger is better
+template <std::size_t kHandSize, int (*evaluate)(const int* cards)>
 class Trials {
  public:
-  /// @param hand     two card codes
+  using Hand = std::span<const int, kHandSize>;
+
   /// @param board    0 to 5 known board cards
-  /// @param players  2..10, the hero included
-  Trials(std::span<const int, 2> hand, std::span<const int> board, int players)
-      : opponents_(players - 1), known_(static_cast<int>(board.size())) {
-    hero_[0] = hand[0];
-    hero_[1] = hand[1];
-    used_ = Bit(hand[0]) | Bit(hand[1]);
-    for (int i = 0; i < known_; ++i) {
-      hero_[2 + i] = board[static_cast<std::size_t>(i)];
-      used_ |= Bit(hero_[2 + i]);
-    }
+  /// @param players  2..10, the hero included; the deck must have cards for all of them
+  /// @param dead     cards that nobody holds and that cannot come
+  Trials(Hand hand, std::span<const int> board, int players, std::span<const int> dead = {})
+      : opponents_(players - 1), known_(board.size()) {
+    std::ranges::copy(hand, hero_);
+    std::ranges::copy(board, hero_ + kHandSize);
+    for (std::size_t i = 0; i < kHandSize + known_; ++i) used_ |= Bit(hero_[i]);
+    for (const int card : dead) used_ |= Bit(card);
   }
 
   /// Deals one trial.
@@ -47,14 +51,13 @@ class Trials {
       used |= Bit(card);
       return card;
     };
-    for (int i = known_; i < 5; ++i) hero_[2 + i] = next();
+    for (std::size_t i = kHandSize + known_; i < kHandSize + 5; ++i) hero_[i] = next();
     const int hero_value = evaluate(hero_);
-    int opponent[7];
-    for (int i = 2; i < 7; ++i) opponent[i] = hero_[i];
+    int opponent[kHandSize + 5];
+    for (std::size_t i = kHandSize; i < kHandSize + 5; ++i) opponent[i] = hero_[i];
     int sharers = 1;
     for (int i = 0; i < opponents_; ++i) {
-      opponent[0] = next();
-      opponent[1] = next();
+      for (std::size_t j = 0; j < kHandSize; ++j) opponent[j] = next();
       const int value = evaluate(opponent);
       if (value > hero_value) return 0;
       sharers += value == hero_value ? 1 : 0;
@@ -63,16 +66,22 @@ class Trials {
   }
 
  private:
-  static std::uint64_t Bit(int card) { return std::uint64_t{1} << card; }
-
   int opponents_;
-  int known_;
-  int hero_[7] = {};  // two hole cards, five board cards
+  std::size_t known_;
+  int hero_[kHandSize + 5] = {};  // hole cards, then the board
   std::uint64_t used_ = 0;
 };
 
 inline int EvaluateSeven(const int* cards) { return EvaluateCards<7>(cards); }
-using HoldemTrials = Trials<EvaluateSeven>;
+using HoldemTrials = Trials<2, EvaluateSeven>;
+
+/// Of four or five cards.
+template <std::size_t kHandSize>
+int EvaluateOmaha(const int* cards) {
+  return BestOmahaValue({cards, kHandSize}, {cards + kHandSize, 5});
+}
+template <std::size_t kHandSize>
+using OmahaTrials = Trials<kHandSize, EvaluateOmaha<kHandSize>>;
 
 }  // namespace pokermath
 

@@ -97,7 +97,7 @@ error: --players goes with the opponent 'random' only: hands and ranges are exac
 error: --board needs a value
 error: --players is given twice
 error: '7s 7c 8d' has 3 cards: a hand has 2
-error: '--json' is not an option of a question: --game, --board, --to, --players, --trials, --seed
+error: '--json' is not an option of a question: --game, --board, --dead, --to, --players, --trials, --seed, --time-ms, --exact
 AhKd random --board 2c3d4h --players 4 of 1000 trials"
 has "errors" "$err" "pokermath: line 5: --players goes with"
 run equity - --json <<<$'AhKd 7s7c --to turn\nAhKd Qd7c\nAhKd Ah7c'
@@ -106,6 +106,29 @@ same "lines as JSON" "$(sed -E 's/"(hand|elapsed).*/.../' <<<"$out")" \
   '{"schema":1,"game":"holdem",...
 {"schema":1,"game":"holdem",...
 {"schema":1,"line":3,"error":"Ah is given twice"}'
+
+# The time ends what has no end; trials end what has time.
+sampled AhKd random --time-ms 60
+same "method" "$(grep -oE '"(trials|seed|time_ms)":[0-9]+|interrupted' <<<"$out" | tr '\n' ' ')" \
+  '"trials":1000000000000 "seed":1 "time_ms":60 '
+awk -v ms="$(value elapsed_ms)" 'BEGIN { exit !(ms >= 60 && ms < 10000) }' || fail "$asked: $out"
+has "its page" "$("$POKERMATH" equity AhKd random --time-ms 5)" "So many trials were possible in 5 ms."
+sampled AhKd random --time-ms 86400000 --trials 1500
+same "$asked" "$(value cases)" 1500
+refuses 2 "--time-ms '0' is not accepted: a whole number from 1 to 86400000" \
+  equity AhKd random --time-ms 0
+refuses 2 "--time-ms goes with the opponent 'random' only" equity AhKd QQ+ --time-ms 5
+refuses 2 "--time-ms does not go with --by-class" equity AhKd random --by-class --time-ms 5
+
+# What is exact anyway may be asked for by that name.
+refuses 2 "--exact does not go with 'random' in this game: hands, ranges and --by-class are exact" \
+  equity AhKd random --exact
+run equity AhKd QQ+ --exact --json
+has "$asked" "$out" '"method":"exact"'
+refuses 2 "--dead goes with --game omaha and omaha5 only, not with shortdeck" \
+  equity AhKd QQ --dead 9c --game shortdeck
+refuses 2 "--game 'omaha4' is not known: holdem, shortdeck, omaha or omaha5" \
+  equity AhKd QQ --game omaha4
 
 # Ctrl-C: what was sampled so far is the answer.
 endless=(equity AhKd random --trials 1000000000000)

@@ -486,6 +486,47 @@ TEST(OmahaSampling, ComesNearTheExactShare) {
   EXPECT_EQ(logic.getProbabilityOfWinOmaha(hand.data(), board.data(), 0, 11), 0.0);
 }
 
+// Four cards of each of a few ranks are left, so that suits see the same cards.
+TEST(OmahaEquity, AgainstEveryHandBeforeTheFlopIsTheSumOfMatchups) {
+  const Cards hand = CardsOf("AhAdKh9s");
+  Cards live, dead, opponent;
+  for (int card = 0; card < 52; ++card) {
+    if (std::ranges::count(hand, card) != 0) continue;
+    (card % 13 >= 9 || card % 13 == 5 ? live : dead).push_back(card);
+  }
+  dead.insert(dead.end(), {live[0], live[1], live[5]});
+  for (const int card : {live[5], live[1], live[0]}) std::erase(live, card);
+  Tally plain;
+  ForEachHand(live, 4, opponent, 0, [&](const Cards& other) {
+    Cards both = hand;
+    both.insert(both.end(), other.begin(), other.end());
+    const SharedTally one = OmahaHands(both, 4, {}, dead);
+    plain.wins += one.shared[0];
+    plain.ties += one.shared[1];
+    plain.cases += one.boards;
+  });
+  EXPECT_EQ(OmahaHandVsRandom(hand, {}, Street::kRiver, dead), plain);
+  EXPECT_GT(plain.wins, 0);
+  EXPECT_GT(plain.ties, 0);
+
+  const Cards turn = CardsOf("2c3c4d5h");
+  EXPECT_EQ(OmahaHandVsRandom(hand, turn, Street::kFlop), Tally{}) << "a board that is too long";
+  int calls = 0;
+  const auto stop = [&calls](std::int64_t done, std::int64_t all) {
+    EXPECT_LT(done, all);
+    return ++calls < 2;
+  };
+  EXPECT_EQ(OmahaHandVsRandom(hand, {}, Street::kRiver, {}, stop), Tally{}) << "stopped";
+  EXPECT_EQ(calls, 2);
+}
+
+TEST(OmahaEquitySlow, GoldenAgainstEveryHandBeforeTheFlop) {
+  const Tally golden = {148999832330, 707700224, 211315436640};
+  EXPECT_EQ(OmahaHandVsRandom(CardsOf("AhAdKhKd")), golden);
+  const Tally rainbow = {113337793971, 4824849518, 211315436640};
+  EXPECT_EQ(OmahaHandVsRandom(CardsOf("AhKdQcJs")), rainbow);
+}
+
 TEST(OmahaEquity, OddQuestions) {
   const PokerLogic logic;
   Cards hand1 = CardsOf("AhAdKhKd"), hand2 = CardsOf("JsTs9c8c"), board = CardsOf("2c3c4d5h");
@@ -503,6 +544,15 @@ TEST(OmahaEquity, OddQuestions) {
   EXPECT_TRUE(
       std::isnan(logic.RiverEquityHandsOnPreFlopCommon(everything.data(), 4, 12, 0, count, time)));
   EXPECT_EQ(count, 0);
+  EXPECT_TRUE(
+      std::isnan(logic.RiverEquityHandsOnPreFlopCommon(hand1.data(), 4, 0, 0, count, time)));
+  EXPECT_EQ(OmahaHands(hand1, 0), SharedTally{});
+  EXPECT_EQ(OmahaHands(hand1, 4, hand2).boards, 44);
+  EXPECT_EQ(OmahaHands(hand1, 4, CardsOf("2c3c")), SharedTally{});
+  int record[5] = {7, 7, 7, 7, 7};
+  EXPECT_EQ(getCombinationOmahaFsm5Common(hand1.data(), 1, board.data(), 4, record), -1);
+  EXPECT_EQ(logic.getCombinationOmahaCommon(hand1.data(), 4, board.data(), 2, record), 100000);
+  EXPECT_EQ(record[0], 7);
 }
 
 }  // namespace

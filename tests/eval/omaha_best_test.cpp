@@ -138,7 +138,15 @@ TEST(Combinations, TheFileIsTheGoldenTableAndLoadsBack) {
   EXPECT_EQ(logic.PokerCombinations.find(first_key), 77);
   EXPECT_EQ(logic.PokerCombinations.size(), 2598959u);
 
+  // A value below 1 is left out whatever its key is.
+  patch(800, 0);
+  patch(804, 0);
+  SetContent(path, bytes);
+  EXPECT_EQ(logic.generate_PokerCombinations_table(name), 1);
+  EXPECT_EQ(logic.PokerCombinations.size(), 2598959u - 1);
+
   // Keys that are no hands, and another length: worked out again.
+  patch(804, 1);
   for (const std::int32_t key : {0, -1, first_key + 64, first_key | 1 << 30}) {
     patch(800, key);
     SetContent(path, bytes);
