@@ -6,6 +6,7 @@
 #include "equity/kernels/hole_cards.h"
 #include "equity/kernels/omaha_cliques.h"
 #include "equity/kernels/omaha_matchup.h"
+#include "equity/kernels/trials.h"
 #include "equity/omaha_dealing.h"
 #include "equity/stopwatch.h"
 #include "eval/omaha_best.h"
@@ -33,20 +34,9 @@ double HeadsUpShare(int high, int low, int other_high, int other_low) {
   return kShares[lows][high > other_high ? 0 : high == other_high ? 1 : 2];
 }
 
-// What a pot, and a half of one, brings that is shared with k others.
-double SharesOf(const HighLowTally& tally) {
-  double shares = 0;
-  for (std::size_t k = 0; k < tally.whole.size(); ++k) {
-    const auto sharers = static_cast<double>(k + 1);
-    shares += static_cast<double>(tally.whole[k]) * (1.0 / sharers) +
-              static_cast<double>(tally.high[k] + tally.low[k]) * (0.5 / sharers);
-  }
-  return shares;
-}
-
 double Percent(const HighLowTally& tally, int& count) {
   count = static_cast<int>(tally.boards);
-  return SharesOf(tally) / static_cast<double>(tally.boards) * 100;
+  return tally.Pots(1, 0.5, 0.5) / static_cast<double>(tally.boards) * 100;
 }
 
 double HandsHighLow(const int* hands, int hand_size, int players, int dead,
@@ -59,16 +49,6 @@ double HandsHighLow(const int* hands, int hand_size, int players, int dead,
   return Percent(tally, count);
 }
 
-// How a hand stands in the fight for a half of the pot, as opponents come.
-struct Standing {
-  int value;
-  int sharers = 1;  // 0 once it is beaten
-
-  void Meet(int other) {
-    if (sharers > 0) sharers = other > value ? 0 : sharers + (other == value ? 1 : 0);
-  }
-};
-
 }  // namespace
 }  // namespace pokermath
 
@@ -78,28 +58,10 @@ double PokerLogic::getProbabilityOfWinOmahaHL(int* hand, int* board, int boardCo
   if (boardCount < 0 || boardCount > 5 || players < 2 || players > 10 || trialCount < 1) return 0.0;
   EasyRandom generator(0, 51);
   generator.SetTimerSeed();
-  const std::span<const int> hole = CardsOf(hand, 4);
-  std::array<int, 5> cards{};
-  std::copy_n(board, boardCount, cards.begin());
-  const std::uint64_t known = Bits(hole) | Bits(CardsOf(cards.data(), boardCount));
+  HighLowTrials<4> trials(std::span<const int, 4>(hand, 4), CardsOf(board, boardCount), players);
   double sum = 0;
   for (int trial = 0; trial < trialCount; ++trial) {
-    Dealing dealing(generator, known);
-    for (int i = boardCount; i < 5; ++i) cards[static_cast<std::size_t>(i)] = dealing.Draw();
-    Standing high = {BestOmahaValue(hole, cards)};
-    Standing low = {BestOmahaLow(hole, cards)};
-    if (low.value == 0) low.sharers = 0;
-    bool some_low = low.value > 0;
-    for (int i = 1; i < players && high.sharers + low.sharers > 0; ++i) {
-      const std::array<int, 4> other = {dealing.Draw(), dealing.Draw(), dealing.Draw(),
-                                        dealing.Draw()};
-      const int other_low = BestOmahaLow(other, cards);
-      some_low = some_low || other_low > 0;
-      if (other_low > 0) low.Meet(other_low);
-      high.Meet(BestOmahaValue(other, cards));
-    }
-    if (high.sharers > 0) sum += (some_low ? 0.5 : 1.0) / high.sharers;
-    if (low.sharers > 0) sum += 0.5 / low.sharers;
+    sum += trials.Deal([&generator] { return generator.DrawRandomNumber(); }).Share();
   }
   return sum / trialCount;
 }

@@ -52,12 +52,17 @@ class Contest {
     tally.boards += all.cases * boards;
     if (low > 0) {
       // There is a low in any case.
-      const std::int64_t worse = Count(live_.NoMoreThan(pairs, low - 1));
-      const std::int64_t not_better = Count(live_.NoMoreThan(pairs, low));
-      tally.low[0] += worse * boards;
-      tally.low[1] += (not_better - worse) * boards;
+      const CardGraph worse = live_.NoMoreThan(pairs, low - 1);
+      const CardGraph not_better = live_.NoMoreThan(pairs, low);
+      const std::int64_t wins = Count(worse);
+      const std::int64_t wins_and_ties = Count(not_better);
+      const std::int64_t some_of_both = Count(not_more_ & not_better);
+      tally.low[0] += wins * boards;
+      tally.low[1] += (wins_and_ties - wins) * boards;
       tally.high[0] += all.wins * boards;
       tally.high[1] += all.ties * boards;
+      tally.scoops += Count(less_ & worse) * boards;
+      tally.losses += (all.cases - (all.wins + all.ties) - wins_and_ties + some_of_both) * boards;
       return;
     }
     const CardGraph no_low = live_.NoMoreThan(pairs, 0);
@@ -67,6 +72,8 @@ class Contest {
     tally.whole[1] += ties * boards;
     tally.high[0] += (all.wins - wins) * boards;
     tally.high[1] += (all.ties - ties) * boards;
+    tally.scoops += wins * boards;
+    tally.losses += (all.cases - all.wins - all.ties) * boards;
   }
 
  private:

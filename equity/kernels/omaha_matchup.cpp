@@ -227,50 +227,70 @@ POKERMATH_KERNEL void AddFours(const Layout& layout, const Boards& boards, std::
   });
 }
 
+// How the first hand stands: where it is the best one alone, where it is not beaten, and (negative)
+// how many others are as good.
+template <typename Register>
+struct Standing {
+  Register alone, not_beaten, ties;
+};
+
+template <typename Register, int kHands>
+POKERMATH_KERNEL void Compare(const std::array<Register, kHands>& values,
+                              Standing<Register>& standing) {
+  Register most = values[1];
+  standing.ties = values[1] == values[0];
+  for (std::size_t hand = 2; hand < kHands; ++hand) {
+    KeepLarger(most, values[hand]);
+    standing.ties += values[hand] == values[0];
+  }
+  standing.alone = values[0] > most;
+  standing.not_beaten = values[0] >= most;
+}
+
 // Adds to [k] where the first hand is not beaten and shares with k others.
 template <typename Register, int kHands>
-POKERMATH_KERNEL void CountShared(const std::array<Register, kHands>& values,
-                                  const Register& counted, Register* shared) {
+POKERMATH_KERNEL void CountShared(const Standing<Register>& standing, const Register& counted,
+                                  Register* shared) {
+  shared[0] -= standing.alone & counted;
   if constexpr (kHands == 2) {
-    shared[0] -= (values[0] > values[1]) & counted;
-    shared[1] -= (values[0] == values[1]) & counted;
+    shared[1] -= standing.ties & counted;
   } else {
-    Register most = values[1];
-    Register ties = values[1] == values[0];
-    for (std::size_t hand = 2; hand < kHands; ++hand) {
-      KeepLarger(most, values[hand]);
-      ties += values[hand] == values[0];
-    }
-    shared[0] -= (values[0] > most) & counted;
-    const Register not_beaten = (values[0] >= most) & counted;
+    const Register not_beaten = standing.not_beaten & counted;
     for (std::size_t k = 1; k < kHands; ++k) {
-      shared[k] -= (ties == static_cast<std::int16_t>(-static_cast<int>(k))) & not_beaten;
+      shared[k] -= (standing.ties == static_cast<std::int16_t>(-static_cast<int>(k))) & not_beaten;
     }
   }
 }
 
 // What is won: the pot, by values; or by values and lows, which may be 0, the pot where nobody has
-// a low, its high half and its low half.
+// a low, its high half and its low half, all of it alone, and nothing.
 template <typename Register, int kHands, int kTables>
 struct Counters {
-  std::array<Register, kHands>& Of(std::size_t pot) { return shared[pot]; }
   std::array<std::array<Register, kHands>, kTables == 1 ? 1 : 3> shared{};
+  Register scoops{}, losses{};
 };
 
 template <typename Register, int kHands, int kTables>
 POKERMATH_KERNEL void CountRow(const std::array<std::array<Register, kHands>, kTables>& values,
                                const Register& counted,
                                Counters<Register, kHands, kTables>& counters) {
+  Standing<Register> high;
+  Compare<Register, kHands>(values[0], high);
   if constexpr (kTables == 1) {
-    CountShared<Register, kHands>(values[0], counted, counters.Of(0).data());
+    CountShared<Register, kHands>(high, counted, counters.shared[0].data());
   } else {
     const std::array<Register, kHands>& lows = values[1];
     Register any_low = lows[0];
     for (std::size_t hand = 1; hand < kHands; ++hand) any_low |= lows[hand];
     any_low = any_low > 0;
-    CountShared<Register, kHands>(values[0], counted & ~any_low, counters.Of(0).data());
-    CountShared<Register, kHands>(values[0], counted & any_low, counters.Of(1).data());
-    CountShared<Register, kHands>(lows, counted & (lows[0] > 0), counters.Of(2).data());
+    Standing<Register> low;
+    Compare<Register, kHands>(lows, low);
+    const Register own_low = lows[0] > 0;
+    CountShared<Register, kHands>(high, counted & ~any_low, counters.shared[0].data());
+    CountShared<Register, kHands>(high, counted & any_low, counters.shared[1].data());
+    CountShared<Register, kHands>(low, counted & own_low, counters.shared[2].data());
+    counters.scoops -= counted & high.alone & (~any_low | (own_low & low.alone));
+    counters.losses -= counted & ~(high.not_beaten | (own_low & low.not_beaten));
   }
 }
 
@@ -312,8 +332,19 @@ POKERMATH_KERNEL void CountTriple(const Layout& layout, Tables tables, const Boa
   }
 }
 
-// By pot and by how many others share it.
-using Sums = std::array<std::array<std::int64_t, SharedTally::kMostHands>, 3>;
+// By pot and by how many others share it; and on how many boards it is all and nothing.
+struct Sums {
+  std::array<std::array<std::int64_t, SharedTally::kMostHands>, 3> shared{};
+  std::int64_t scoops = 0;
+  std::int64_t losses = 0;
+};
+
+template <typename Register>
+POKERMATH_KERNEL std::int64_t SumOf(const Register& lanes) {
+  int sum = 0;
+  for (int lane = 0; lane < kLanes<Register>; ++lane) sum += lanes[lane];
+  return sum;
+}
 
 template <typename Register, int kHands, int kTables>
 POKERMATH_KERNEL void Count(const Layout& layout, Tables tables, const Boards& boards, Sums& sums) {
@@ -324,11 +355,11 @@ POKERMATH_KERNEL void Count(const Layout& layout, Tables tables, const Boards& b
   const auto add = [&]() __attribute__((always_inline)) {
     for (std::size_t pot = 0; pot < counters.shared.size(); ++pot) {
       for (std::size_t k = 0; k < kHands; ++k) {
-        int sum = 0;
-        for (int lane = 0; lane < kLanes<Register>; ++lane) sum += counters.Of(pot)[k][lane];
-        sums[pot][k] += sum;
+        sums.shared[pot][k] += SumOf(counters.shared[pot][k]);
       }
     }
+    sums.scoops += SumOf(counters.scoops);
+    sums.losses += SumOf(counters.losses);
     counters = {};
   };
   boards.ForEachTriple([&](int a, int b, int c) __attribute__((always_inline)) {
@@ -361,15 +392,14 @@ void CountHands(Isa isa, const Layout& layout, Tables tables, const Boards& boar
   }
 }
 
-// How the first of some numbers does among them.
-void AddShared(std::span<const int> values,
-               std::array<std::int64_t, SharedTally::kMostHands>& shared) {
-  std::size_t ties = 0;
+// With how many others the first of some numbers is the largest; -1 if another one is larger.
+int SharedWith(std::span<const int> values) {
+  int ties = 0;
   for (const int other : values.subspan(1)) {
-    if (other > values[0]) return;
+    if (other > values[0]) return -1;
     ties += other == values[0] ? 1 : 0;
   }
-  ++shared[ties];
+  return ties;
 }
 
 // On a board to which nothing comes.
@@ -383,8 +413,12 @@ void CountBoard(std::span<const int> cards, std::size_t hole_cards, std::span<co
     lows.push_back(BestOmahaLow(cards.subspan(i, hole_cards), board));
   }
   const bool split = kTables == 2 && std::ranges::max(lows) > 0;
-  AddShared(values, sums[split ? 1 : 0]);
-  if (split && lows[0] > 0) AddShared(lows, sums[2]);
+  const int high = SharedWith(values);
+  const int low = split && lows[0] > 0 ? SharedWith(lows) : -1;
+  if (high >= 0) ++sums.shared[split ? 1 : 0][static_cast<std::size_t>(high)];
+  if (low >= 0) ++sums.shared[2][static_cast<std::size_t>(low)];
+  sums.scoops = high == 0 && (!split || low == 0) ? 1 : 0;
+  sums.losses = high < 0 && low < 0 ? 1 : 0;
 }
 
 // All boards; nothing if there is none.
@@ -403,7 +437,7 @@ std::int64_t CountMatchup(Isa isa, std::span<const int> cards, int hand_size,
   if (hands < 1 || hands > SharedTally::kMostHands || boards.live < 5 - boards.known) return 0;
   const int all = Choose(boards.live, 5 - boards.known);
   if (hands == 1) {
-    sums[0][0] = all;
+    sums.shared[0][0] = sums.scoops = all;
     return all;
   }
   if (boards.known == 5) {
@@ -432,16 +466,16 @@ std::int64_t CountMatchup(Isa isa, std::span<const int> cards, int hand_size,
 
 SharedTally CountOmahaMatchup(Isa isa, std::span<const int> cards, int hand_size,
                               std::span<const int> dead, std::span<const int> board) {
-  Sums sums{};
+  Sums sums;
   const std::int64_t boards = CountMatchup<1>(isa, cards, hand_size, dead, board, sums);
-  return {boards, sums[0]};
+  return {boards, sums.shared[0]};
 }
 
 HighLowTally CountHighLowMatchup(Isa isa, std::span<const int> cards, int hand_size,
                                  std::span<const int> dead, std::span<const int> board) {
-  Sums sums{};
+  Sums sums;
   const std::int64_t boards = CountMatchup<2>(isa, cards, hand_size, dead, board, sums);
-  return {boards, sums[0], sums[1], sums[2]};
+  return {boards, sums.shared[0], sums.shared[1], sums.shared[2], sums.scoops, sums.losses};
 }
 
 }  // namespace pokermath

@@ -199,16 +199,26 @@ struct SharedTally {
 struct HighLowTally {
   std::int64_t boards = 0;
   std::array<std::int64_t, SharedTally::kMostHands> whole{}, high{}, low{};
+  std::int64_t scoops = 0;  ///< boards on which it takes all of the pot alone
+  std::int64_t losses = 0;  ///< boards on which it takes nothing
 
   bool operator==(const HighLowTally&) const = default;
-  /// Share of the pot, 0..1; 0 without boards.
+  /// Share of the pot, 0..1, and how much of it comes from low hands; 0 without boards.
   double Equity() const {
+    return boards == 0 ? 0.0 : Pots(1, 0.5, 0.5) / static_cast<double>(boards);
+  }
+  double LowEquity() const {
+    return boards == 0 ? 0.0 : Pots(0, 0, 0.5) / static_cast<double>(boards);
+  }
+  /// What the counts are worth, if a pot or a half of one that is not shared is worth that.
+  double Pots(double of_whole, double of_high, double of_low) const {
     double pots = 0;
     for (std::size_t k = 0; k < whole.size(); ++k) {
-      pots += (static_cast<double>(whole[k]) + 0.5 * static_cast<double>(high[k] + low[k])) /
+      pots += (of_whole * static_cast<double>(whole[k]) + of_high * static_cast<double>(high[k]) +
+               of_low * static_cast<double>(low[k])) /
               static_cast<double>(k + 1);
     }
-    return boards == 0 ? 0.0 : pots / static_cast<double>(boards);
+    return pots;
   }
 };
 

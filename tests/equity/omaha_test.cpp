@@ -281,6 +281,8 @@ HighLowTally PlainHighLow(const Cards& cards, int size, const Cards& dead, Cards
       const HighLowTally part = PlainHighLow(cards, size, dead, board, card + 1);
       board.pop_back();
       tally.boards += part.boards;
+      tally.scoops += part.scoops;
+      tally.losses += part.losses;
       for (std::size_t k = 0; k < tally.whole.size(); ++k) {
         tally.whole[k] += part.whole[k];
         tally.high[k] += part.high[k];
@@ -307,6 +309,8 @@ HighLowTally PlainHighLow(const Cards& cards, int size, const Cards& dead, Cards
   tally.boards = 1;
   count(values, low ? tally.high : tally.whole);
   if (low) count(lows, tally.low);
+  tally.scoops = tally.Equity() == 1.0 ? 1 : 0;
+  tally.losses = tally.Equity() == 0.0 ? 1 : 0;
   return tally;
 }
 
@@ -386,6 +390,8 @@ TEST(OmahaHighLow, AgainstEveryHandIsThePlainCount) {
       both.insert(both.end(), other.begin(), other.end());
       const HighLowTally one = CountHighLowMatchup(BestIsa(), both, 4, {}, board);
       plain.boards += one.boards;
+      plain.scoops += one.scoops;
+      plain.losses += one.losses;
       for (std::size_t k = 0; k < 2; ++k) {
         plain.whole[k] += one.whole[k];
         plain.high[k] += one.high[k];
