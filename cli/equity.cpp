@@ -27,7 +27,8 @@ constexpr const char* kExamples =
 Ctrl-C stops and shows what was sampled so far. How ranges are written: pokermath range --help.
 Equity is the share of the pot: a pot shared by k players counts 1/k.
 In Omaha an opponent is a hand, or several, or random; one random hand is exact on a board, and
-before the flop with --exact, which takes a second.
+before the flop with --exact, which takes a few seconds at most. In Hi/Lo, "wins" are whole pots,
+"ties" parts of one, and "low" is what of the equity comes from low hands.
 
 Examples:
   pokermath equity AhKd 7s7c
@@ -41,6 +42,7 @@ Examples:
   pokermath equity AhKd random --players 6 --time-ms 500
   pokermath equity AhAdKhKd JsTs9c8c 7h7d6h6d --game omaha
   pokermath equity AhAdKhKd random --game omaha --board AsKs7c
+  pokermath equity Ah2h3c4d AsAdKsQd --game omaha-hilo
   pokermath equity - <questions.txt    one question a line in the same words, like
                                        'AhKd 7s7c --board 2c3d4h'; options beside
                                        the - hold for every line; empty lines and
@@ -122,7 +124,9 @@ void AddEquity(CLI::App& program, int& exit_code) {
       ->required()
       ->type_name("")
       ->expected(-1);
-  command->add_option("--game", words.game, "holdem, shortdeck, omaha or omaha5 [holdem]")
+  command
+      ->add_option("--game", words.game,
+                   "holdem, shortdeck, omaha, omaha5, omaha-hilo or omaha5-hilo [holdem]")
       ->type_name("GAME");
   command
       ->add_option("--board", words.board, "Known board cards, no more than the street has [none]")

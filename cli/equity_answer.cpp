@@ -48,27 +48,54 @@ class CardDraw {
   bool have_half_ = false;
 };
 
-// How many trials ended with so many players sharing the pot; 0 is a loss.
-using SharerCounts = std::array<std::int64_t, 11>;
-
-EquityAnswer Summarise(const SharerCounts& counts) {
-  EquityAnswer answer;
-  double sum = 0;
-  double sum_of_squares = 0;
-  for (std::size_t sharers = 0; sharers < counts.size(); ++sharers) {
-    answer.cases += counts[sharers];
-    if (sharers == 0) continue;
-    (sharers == 1 ? answer.wins : answer.ties) += counts[sharers];
-    const double share = 1.0 / static_cast<double>(sharers);
-    sum += share * static_cast<double>(counts[sharers]);
-    sum_of_squares += share * share * static_cast<double>(counts[sharers]);
+// How many trials ended in each way.
+class TrialCounts {
+ public:
+  // Of a trial that so many players share, the hand among them; 0 is a loss.
+  void Add(int sharers) { Add(HighLowDeal{sharers, 0, false}); }
+  void Add(const HighLowDeal& deal) {
+    ++counts_[static_cast<std::size_t>(deal.some_low)][static_cast<std::size_t>(deal.high)]
+             [static_cast<std::size_t>(deal.low)];
   }
-  const auto trials = static_cast<double>(answer.cases);
-  answer.equity = sum / trials;
-  const double variance = std::max(0.0, sum_of_squares / trials - answer.equity * answer.equity);
-  answer.standard_error = std::sqrt(variance / trials);
-  return answer;
-}
+
+  EquityAnswer Answer() const {
+    EquityAnswer answer;
+    double sum_of_squares = 0;
+    ForEach([&](const HighLowDeal& deal, std::int64_t count) {
+      const double share = deal.Share();
+      const auto times = static_cast<double>(count);
+      answer.cases += count;
+      if (share > 0.0) (share < 1.0 ? answer.ties : answer.wins) += count;
+      answer.equity += share * times;
+      answer.low += deal.LowShare() * times;
+      sum_of_squares += share * share * times;
+    });
+    const auto trials = static_cast<double>(answer.cases);
+    answer.equity /= trials;
+    answer.low /= trials;
+    const double variance = std::max(0.0, sum_of_squares / trials - answer.equity * answer.equity);
+    answer.standard_error = std::sqrt(variance / trials);
+    return answer;
+  }
+
+ private:
+  static constexpr int kMostSharers = 10;
+
+  template <typename Visit>
+  void ForEach(const Visit& visit) const {
+    for (const bool some_low : {false, true}) {
+      for (int high = 0; high <= kMostSharers; ++high) {
+        for (int low = 0; low <= kMostSharers; ++low) {
+          visit(HighLowDeal{high, low, some_low},
+                counts_[static_cast<std::size_t>(some_low)][static_cast<std::size_t>(high)]
+                       [static_cast<std::size_t>(low)]);
+        }
+      }
+    }
+  }
+
+  std::int64_t counts_[2][kMostSharers + 1][kMostSharers + 1] = {};
+};
 
 using TwoCards = std::span<const int, 2>;
 
@@ -98,6 +125,23 @@ EquityAnswer AnswerOf(const Tally& tally) {
   return answer;
 }
 
+// How the first of several Omaha hands does.
+HandAnswer HandAnswerOf(const EquityQuestion& question, const std::vector<int>& cards,
+                        std::int64_t& boards) {
+  const auto size = static_cast<int>(HandSize(question.game));
+  if (IsHighLow(question.game)) {
+    const HighLowTally tally = OmahaHighLowHands(cards, size, question.board, question.dead);
+    boards = tally.boards;
+    return {tally.scoops, tally.boards - tally.scoops - tally.losses, tally.Equity(),
+            tally.LowEquity()};
+  }
+  const SharedTally tally = OmahaHands(cards, size, question.board, question.dead);
+  boards = tally.boards;
+  const std::int64_t ties =
+      std::accumulate(tally.shared.begin() + 1, tally.shared.end(), std::int64_t{0});
+  return {tally.shared[0], ties, tally.Equity()};
+}
+
 EquityAnswer CountOmahaHands(const EquityQuestion& question) {
   std::vector<std::vector<int>> hands = {question.hand};
   hands.insert(hands.end(), question.opponents.begin(), question.opponents.end());
@@ -107,29 +151,37 @@ EquityAnswer CountOmahaHands(const EquityQuestion& question) {
     for (std::size_t j = 0; j < hands.size(); ++j) {
       if (j != i) cards.insert(cards.end(), hands[j].begin(), hands[j].end());
     }
-    const SharedTally tally =
-        OmahaHands(cards, static_cast<int>(HandSize(question.game)), question.board, question.dead);
-    const std::int64_t ties =
-        std::accumulate(tally.shared.begin() + 1, tally.shared.end(), std::int64_t{0});
     HandAnswer& place = i == 0 ? answer : answer.opponents.emplace_back();
-    place = {tally.shared[0], ties, tally.Equity()};
-    answer.cases = tally.boards;
+    place = HandAnswerOf(question, cards, answer.cases);
   }
   return answer;
 }
 
 EquityAnswer CountOmahaRandom(const EquityQuestion& question, const GoOnCounting& go_on) {
-  const Tally tally =
-      OmahaHandVsRandom(question.hand, question.board, question.street, question.dead, go_on);
-  if (tally.cases == 0) throw Failure("stopped before the count was finished: no answer");
-  return AnswerOf(tally);
+  EquityAnswer answer;
+  if (IsHighLow(question.game)) {
+    const HighLowTally tally =
+        OmahaHighLowVsRandom(question.hand, question.board, question.street, question.dead, go_on);
+    answer.cases = tally.boards;
+    answer.wins = tally.scoops;
+    answer.ties = tally.boards - tally.scoops - tally.losses;
+    answer.equity = tally.Equity();
+    answer.low = tally.LowEquity();
+    const double lows = static_cast<double>(tally.lows) / static_cast<double>(tally.boards);
+    answer.opponents = {{tally.losses, answer.ties, 1 - answer.equity, 0.5 * lows - answer.low}};
+  } else {
+    answer = AnswerOf(
+        OmahaHandVsRandom(question.hand, question.board, question.street, question.dead, go_on));
+  }
+  if (answer.cases == 0) throw Failure("stopped before the count was finished: no answer");
+  return answer;
 }
 
 int EvaluateSevenShort(const int* cards) { return EvaluateShortDeck(cards, 7); }
 
 // Deals on until all trials are done or go_on says no.
 template <typename Deals>
-std::int64_t DealTrials(const EquityQuestion& question, SharerCounts& counts,
+std::int64_t DealTrials(const EquityQuestion& question, TrialCounts& counts,
                         const std::function<bool(std::int64_t)>& go_on) {
   constexpr std::int64_t kBetweenCalls = 1000;
   Deals trials(typename Deals::Hand(question.hand), question.board, question.players,
@@ -138,7 +190,7 @@ std::int64_t DealTrials(const EquityQuestion& question, SharerCounts& counts,
   std::int64_t done = 0;
   do {
     const std::int64_t end = std::min(question.trials, done + kBetweenCalls);
-    for (; done < end; ++done) ++counts[static_cast<std::size_t>(trials.Deal(draw))];
+    for (; done < end; ++done) counts.Add(trials.Deal(draw));
   } while (done < question.trials && go_on(done));
   return done;
 }
@@ -151,6 +203,10 @@ auto DealTrialsOf(Game game) {
       return DealTrials<OmahaTrials<4>>;
     case Game::kOmaha5:
       return DealTrials<OmahaTrials<5>>;
+    case Game::kOmahaHighLow:
+      return DealTrials<HighLowTrials<4>>;
+    case Game::kOmaha5HighLow:
+      return DealTrials<HighLowTrials<5>>;
     default:
       return DealTrials<HoldemTrials>;
   }
@@ -197,14 +253,14 @@ std::vector<ClassAnswer> CountByClass(const EquityQuestion& question) {
 EquityAnswer Sample(const EquityQuestion& question,
                     const std::function<bool(std::int64_t)>& go_on) {
   const Clock::time_point start = Clock::now();
-  SharerCounts counts = {};
+  TrialCounts counts;
   bool out_of_time = false;
   const auto go_on_in_time = [&](std::int64_t done) {
     out_of_time = question.time && Clock::now() - start >= *question.time;
     return !out_of_time && go_on(done);
   };
   const std::int64_t done = DealTrialsOf(question.game)(question, counts, go_on_in_time);
-  EquityAnswer answer = Summarise(counts);
+  EquityAnswer answer = counts.Answer();
   answer.out_of_time = out_of_time;
   answer.interrupted = done < question.trials && !out_of_time;
   answer.elapsed = Clock::now() - start;

@@ -12,11 +12,13 @@
 
 namespace pokermath::cli {
 
-/// How one of the players does.
+/// How one of the players does. In Hi/Lo he wins what he takes all of, and ties what he takes a
+/// part of.
 struct HandAnswer {
   std::int64_t wins = 0;  ///< boards, cases of board and holding, or trials that it wins alone
   std::int64_t ties = 0;  ///< those in which it shares the pot
   double equity = 0;      ///< share of the pot, 0..1
+  double low = 0;         ///< in Hi/Lo, what of the equity comes from low hands
 };
 
 /// How the hand does.

@@ -16,6 +16,7 @@ struct Row {
   std::string name;  // as it is shown, escape sequences included
   std::size_t name_width;
   double equity;
+  double low;
   std::int64_t counts[3];  // wins, ties, losses
 };
 
@@ -80,6 +81,7 @@ Row RowOf(std::string name, std::size_t name_width, const HandAnswer& hand, std:
   return {std::move(name),
           name_width,
           hand.equity,
+          hand.low,
           {hand.wins, hand.ties, cases - hand.wins - hand.ties}};
 }
 
@@ -99,7 +101,8 @@ std::vector<Row> Rows(const EquityQuestion& question, const EquityAnswer& answer
   return rows;
 }
 
-std::string Table(const std::vector<Row>& rows, std::int64_t cases, const Colours& colours) {
+std::string Table(Game game, const std::vector<Row>& rows, std::int64_t cases,
+                  const Colours& colours) {
   // A count column is as wide as its longest count, a percentage and the blanks between.
   std::size_t widths[3];
   for (std::size_t column = 0; column < 3; ++column) {
@@ -112,14 +115,18 @@ std::string Table(const std::vector<Row>& rows, std::int64_t cases, const Colour
   for (const Row& row : rows) name_width = std::max(name_width, row.name_width + 1);
   constexpr std::size_t kPercentWidth = 10;  // "  100.00 %"
   std::string head = fmt::format("{:{}}{:>12}", "", name_width, "equity");
-  static constexpr const char* kTitles[3] = {"wins alone", "ties", "losses"};
+  static constexpr const char* kTitles[2][3] = {{"wins alone", "ties", "losses"},
+                                                {"whole pot", "part of it", "nothing"}};
+  if (IsHighLow(game)) head += fmt::format("{:>12}", "from lows");
   for (std::size_t column = 0; column < 3; ++column) {
-    head += fmt::format("   {:>{}}", kTitles[column], widths[column] + kPercentWidth);
+    head += fmt::format("   {:>{}}", kTitles[IsHighLow(game) ? 1 : 0][column],
+                        widths[column] + kPercentWidth);
   }
   std::string table = colours.Faint(head) + "\n";
   for (const Row& row : rows) {
     table += fmt::format("{}{:{}}{}", row.name, "", name_width - row.name_width,
                          colours.Strong(fmt::format("{:>10.3f} %", 100 * row.equity)));
+    if (IsHighLow(game)) table += fmt::format("{:>10.3f} %", 100 * row.low);
     for (std::size_t column = 0; column < 3; ++column) {
       table += fmt::format("   {:>{}}  {:>6.2f} %", Grouped(row.counts[column]), widths[column],
                            Percent(row.counts[column], cases));
@@ -154,6 +161,10 @@ std::string Footer(const EquityQuestion& question, const EquityAnswer& answer) {
     text += fmt::format("Stopped early: {} trials were asked for.\n", Grouped(question.trials));
   }
   const bool two = question.players == 2 && question.opponents.size() < 2;
+  if (IsHighLow(question.game)) {
+    return text +
+           "Equity is the share of the pot; where somebody has a low, half of it is the low's.\n";
+  }
   return fmt::format("{}Equity is the share of the pot: {}.\n", text,
                      two ? "a tie counts one half" : "a pot shared by k players counts 1/k");
 }
@@ -180,11 +191,12 @@ void AddOpponents(const EquityQuestion& question, Json& json) {
 // Every hand with its figures.
 Json HandsJson(const EquityQuestion& question, const EquityAnswer& answer) {
   Json list = Json::array();
-  const auto add = [&list](const std::vector<int>& cards, const HandAnswer& hand) {
+  const auto add = [&](const std::vector<int>& cards, const HandAnswer& hand) {
     list.push_back({{"hand", CardsJson(cards)},
                     {"equity", hand.equity},
                     {"wins", hand.wins},
                     {"ties", hand.ties}});
+    if (IsHighLow(question.game)) list.back()["low"] = hand.low;
   };
   add(question.hand, answer);
   for (std::size_t i = 0; i < question.opponents.size(); ++i) {
@@ -204,7 +216,7 @@ std::string EquityPage(const EquityQuestion& question, const EquityAnswer& answe
   title += "\n\n";
   if (answer.cases == 0) return title + "No holding of the range is left beside the known cards.\n";
   return fmt::format("{}{}\n{}", title,
-                     Table(Rows(question, answer, colours), answer.cases, colours),
+                     Table(question.game, Rows(question, answer, colours), answer.cases, colours),
                      Footer(question, answer));
 }
 
@@ -273,6 +285,7 @@ std::string EquityLine(const EquityQuestion& question, const EquityAnswer& answe
   } else {
     line += fmt::format(" trials sampled standard_error {:.6f}", answer.standard_error);
   }
+  if (IsHighLow(question.game)) line += fmt::format(" low {:.6f}", answer.low);
   if (question.opponents.size() > 1) {
     line += " opponents";
     for (const HandAnswer& hand : answer.opponents) line += fmt::format(" {:.6f}", hand.equity);
@@ -289,6 +302,7 @@ Json EquityJson(const EquityQuestion& question, const EquityAnswer& answer) {
   json["to"] = StreetName(question);
   json["players"] = Players(question);
   json["equity"] = answer.cases == 0 ? Json(nullptr) : Json(answer.equity);
+  if (IsHighLow(question.game)) json["low"] = answer.low;
   json["wins"] = answer.wins;
   json["ties"] = answer.ties;
   json["cases"] = answer.cases;

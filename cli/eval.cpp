@@ -281,6 +281,10 @@ int RunVersus(const EvalWords& words) {
 
 int RunEval(const EvalWords& words) {
   const Game game = ReadGame(words.game);
+  if (IsHighLow(game)) {
+    throw UsageError("--game '" + words.game +
+                     "' is not for eval: omaha and omaha5 show the high hand");
+  }
   if (IsOmaha(game)) {
     if (words.versus) throw UsageError("--versus is for holdem and shortdeck");
     if (!words.board) throw UsageError("--board is needed: an Omaha hand plays three cards of it");

@@ -16,7 +16,9 @@ struct GameNames {
 constexpr GameNames kGames[] = {{Game::kHoldem, "holdem", "Texas Hold'em"},
                                 {Game::kShortDeck, "shortdeck", "short deck"},
                                 {Game::kOmaha, "omaha", "Omaha"},
-                                {Game::kOmaha5, "omaha5", "five-card Omaha"}};
+                                {Game::kOmaha5, "omaha5", "five-card Omaha"},
+                                {Game::kOmahaHighLow, "omaha-hilo", "Omaha Hi/Lo"},
+                                {Game::kOmaha5HighLow, "omaha5-hilo", "five-card Omaha Hi/Lo"}};
 
 const GameNames& NamesOf(Game game) { return kGames[static_cast<std::size_t>(game)]; }
 
@@ -26,7 +28,10 @@ Game ReadGame(const std::string& name) {
   for (const GameNames& names : kGames) {
     if (names.name == name) return names.game;
   }
-  throw UsageError("--game " + Quoted(name) + " is not known: holdem, shortdeck, omaha or omaha5");
+  std::string known;
+  for (const GameNames& names : kGames)
+    known += (known.empty() ? "" : ", ") + std::string(names.name);
+  throw UsageError("--game " + Quoted(name) + " is not known: " + known);
 }
 
 const char* NameOf(Game game) { return NamesOf(game).name; }

@@ -9,19 +9,25 @@
 
 namespace pokermath::cli {
 
-enum class Game { kHoldem, kShortDeck, kOmaha, kOmaha5 };
+enum class Game { kHoldem, kShortDeck, kOmaha, kOmaha5, kOmahaHighLow, kOmaha5HighLow };
 
-/// Throws UsageError unless the name is "holdem", "shortdeck", "omaha" or "omaha5".
+/// Throws UsageError unless the name is "holdem", "shortdeck", "omaha", "omaha5", "omaha-hilo" or
+/// "omaha5-hilo".
 Game ReadGame(const std::string& name);
 /// The name that ReadGame reads.
 const char* NameOf(Game game);
 /// "Texas Hold'em", "five-card Omaha".
 const char* TitleOf(Game game);
 
-constexpr bool IsOmaha(Game game) { return game == Game::kOmaha || game == Game::kOmaha5; }
+constexpr bool IsHighLow(Game game) {
+  return game == Game::kOmahaHighLow || game == Game::kOmaha5HighLow;
+}
+constexpr bool IsOmaha(Game game) {
+  return game == Game::kOmaha || game == Game::kOmaha5 || IsHighLow(game);
+}
 /// Hole cards.
 constexpr std::size_t HandSize(Game game) {
-  return game == Game::kOmaha ? 4 : game == Game::kOmaha5 ? 5 : 2;
+  return !IsOmaha(game) ? 2 : game == Game::kOmaha || game == Game::kOmahaHighLow ? 4 : 5;
 }
 
 /// Whether a game is the short deck; throws UsageError unless it is "holdem" or "shortdeck".

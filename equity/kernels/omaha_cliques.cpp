@@ -61,6 +61,7 @@ class Contest {
       tally.low[1] += (wins_and_ties - wins) * boards;
       tally.high[0] += all.wins * boards;
       tally.high[1] += all.ties * boards;
+      tally.lows += all.cases * boards;
       tally.scoops += Count(less_ & worse) * boards;
       tally.losses += (all.cases - (all.wins + all.ties) - wins_and_ties + some_of_both) * boards;
       return;
@@ -72,6 +73,7 @@ class Contest {
     tally.whole[1] += ties * boards;
     tally.high[0] += (all.wins - wins) * boards;
     tally.high[1] += (all.ties - ties) * boards;
+    tally.lows += (all.cases - Count(no_low)) * boards;
     tally.scoops += wins * boards;
     tally.losses += (all.cases - all.wins - all.ties) * boards;
   }

@@ -263,11 +263,11 @@ POKERMATH_KERNEL void CountShared(const Standing<Register>& standing, const Regi
 }
 
 // What is won: the pot, by values; or by values and lows, which may be 0, the pot where nobody has
-// a low, its high half and its low half, all of it alone, and nothing.
+// a low, its high half and its low half, all of it alone, nothing, and any low.
 template <typename Register, int kHands, int kTables>
 struct Counters {
   std::array<std::array<Register, kHands>, kTables == 1 ? 1 : 3> shared{};
-  Register scoops{}, losses{};
+  Register scoops{}, losses{}, lows{};
 };
 
 template <typename Register, int kHands, int kTables>
@@ -290,6 +290,7 @@ POKERMATH_KERNEL void CountRow(const std::array<std::array<Register, kHands>, kT
     CountShared<Register, kHands>(high, counted & any_low, counters.shared[1].data());
     CountShared<Register, kHands>(low, counted & own_low, counters.shared[2].data());
     counters.scoops -= counted & high.alone & (~any_low | (own_low & low.alone));
+    counters.lows -= counted & any_low;
     counters.losses -= counted & ~(high.not_beaten | (own_low & low.not_beaten));
   }
 }
@@ -332,11 +333,12 @@ POKERMATH_KERNEL void CountTriple(const Layout& layout, Tables tables, const Boa
   }
 }
 
-// By pot and by how many others share it; and on how many boards it is all and nothing.
+// By pot and by how many others share it; and on how many boards it is all, nothing, and split.
 struct Sums {
   std::array<std::array<std::int64_t, SharedTally::kMostHands>, 3> shared{};
   std::int64_t scoops = 0;
   std::int64_t losses = 0;
+  std::int64_t lows = 0;
 };
 
 template <typename Register>
@@ -360,6 +362,7 @@ POKERMATH_KERNEL void Count(const Layout& layout, Tables tables, const Boards& b
     }
     sums.scoops += SumOf(counters.scoops);
     sums.losses += SumOf(counters.losses);
+    sums.lows += SumOf(counters.lows);
     counters = {};
   };
   boards.ForEachTriple([&](int a, int b, int c) __attribute__((always_inline)) {
@@ -419,6 +422,7 @@ void CountBoard(std::span<const int> cards, std::size_t hole_cards, std::span<co
   if (low >= 0) ++sums.shared[2][static_cast<std::size_t>(low)];
   sums.scoops = high == 0 && (!split || low == 0) ? 1 : 0;
   sums.losses = high < 0 && low < 0 ? 1 : 0;
+  sums.lows = split ? 1 : 0;
 }
 
 // All boards; nothing if there is none.
@@ -475,7 +479,8 @@ HighLowTally CountHighLowMatchup(Isa isa, std::span<const int> cards, int hand_s
                                  std::span<const int> dead, std::span<const int> board) {
   Sums sums;
   const std::int64_t boards = CountMatchup<2>(isa, cards, hand_size, dead, board, sums);
-  return {boards, sums.shared[0], sums.shared[1], sums.shared[2], sums.scoops, sums.losses};
+  return {boards,      sums.shared[0], sums.shared[1], sums.shared[2],
+          sums.scoops, sums.losses,    sums.lows};
 }
 
 }  // namespace pokermath

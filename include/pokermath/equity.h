@@ -201,6 +201,7 @@ struct HighLowTally {
   std::array<std::int64_t, SharedTally::kMostHands> whole{}, high{}, low{};
   std::int64_t scoops = 0;  ///< boards on which it takes all of the pot alone
   std::int64_t losses = 0;  ///< boards on which it takes nothing
+  std::int64_t lows = 0;    ///< boards on which somebody has a low
 
   bool operator==(const HighLowTally&) const = default;
   /// Share of the pot, 0..1, and how much of it comes from low hands; 0 without boards.

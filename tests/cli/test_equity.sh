@@ -127,7 +127,7 @@ run equity AhKd QQ+ --exact --json
 has "$asked" "$out" '"method":"exact"'
 refuses 2 "--dead goes with --game omaha and omaha5 only, not with shortdeck" \
   equity AhKd QQ --dead 9c --game shortdeck
-refuses 2 "--game 'omaha4' is not known: holdem, shortdeck, omaha or omaha5" \
+refuses 2 "--game 'omaha4' is not known: holdem, shortdeck, omaha, omaha5, omaha-hilo, omaha5-hilo" \
   equity AhKd QQ --game omaha4
 
 # Ctrl-C: what was sampled so far is the answer.

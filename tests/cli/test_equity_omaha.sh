@@ -30,6 +30,24 @@ golden omaha_vs_random.csv '
   { print $2, "random" words($3) ($4 ~ /only/ ? " --to " substr($4, 1, 4) : "") \
     "\t" counts(($6 + $7 / 2) / $5, $6, $7, $5, "cases of board and opponent\x27s hand") }'
 
+
+# Hi/Lo: golden shares of the first hand.
+tail -n +2 "$data/omaha_hilo_multiway.csv" | awk -F, '
+  { print $2, "--game omaha" ($1 == 5 ? 5 : "") "-hilo" ($4 ? " --board " $4 : "") ($3 ? " --dead " $3 : "") >"'"$work/asked"'"
+    printf "%.6f\n", $6 / $5 }' >"$work/golden"
+run equity - <"$work/asked"
+expect_code 0
+same "omaha_hilo_multiway.csv" "$(sed -E 's/.* equity ([0-9.]+) .*/\1/' <<<"$out")" "$(<"$work/golden")"
+run equity Ah2h3c4d random --game omaha-hilo --board 3s9dKc
+has "$asked" "$(without_time "$out")" "from lows              whole pot             part of it                nothing
+Ah2h3c4d     44.098 %    11.793 %   44,543,185   36.46 %   18,372,649   15.04 %   59,260,066   48.50 %
+random       55.902 %     1.062 %"
+exact=$(run equity Ah2h3c4d random --game omaha-hilo --exact --json; value equity)
+run equity Ah2h3c4d random --game omaha-hilo --json
+near=$(awk -v a="$exact" -v b="$(value equity)" -v e="$(value standard_error)" \
+  'BEGIN { d = (a - b) / e; print d * d < 25 && e < 0.001 }')
+same "sampled Hi/Lo within five standard errors" "$near" 1
+
 # Every hand has a row of its own; the shares are those of one pot.
 run equity Ah Ad 2c 3c AsAc2d3d KhKd Qh Qd --dead 4h5h --game omaha
 expect_code 0

@@ -283,6 +283,7 @@ HighLowTally PlainHighLow(const Cards& cards, int size, const Cards& dead, Cards
       tally.boards += part.boards;
       tally.scoops += part.scoops;
       tally.losses += part.losses;
+      tally.lows += part.lows;
       for (std::size_t k = 0; k < tally.whole.size(); ++k) {
         tally.whole[k] += part.whole[k];
         tally.high[k] += part.high[k];
@@ -311,6 +312,7 @@ HighLowTally PlainHighLow(const Cards& cards, int size, const Cards& dead, Cards
   if (low) count(lows, tally.low);
   tally.scoops = tally.Equity() == 1.0 ? 1 : 0;
   tally.losses = tally.Equity() == 0.0 ? 1 : 0;
+  tally.lows = low ? 1 : 0;
   return tally;
 }
 
@@ -392,6 +394,7 @@ TEST(OmahaHighLow, AgainstEveryHandIsThePlainCount) {
       plain.boards += one.boards;
       plain.scoops += one.scoops;
       plain.losses += one.losses;
+      plain.lows += one.lows;
       for (std::size_t k = 0; k < 2; ++k) {
         plain.whole[k] += one.whole[k];
         plain.high[k] += one.high[k];
