@@ -283,8 +283,8 @@ int RunEval(const EvalWords& words) {
   if (words.game == "omaha" || words.game == "omaha5") {
     if (words.versus) throw UsageError("--versus is for holdem and shortdeck");
     if (!words.board) throw UsageError("--board is needed: an Omaha hand plays three cards of it");
-    return RunEvalOmaha(fmt::format("{}", fmt::join(words.cards, " ")), *words.board,
-                        words.game == "omaha5" ? 5 : 4, words.json);
+    return RunEvalOmaha(
+        {fmt::format("{}", fmt::join(words.cards, " ")), *words.board, words.game, words.json});
   }
   if (words.game != "holdem" && words.game != "shortdeck") {
     throw UsageError("--game " + Quoted(words.game) +
