@@ -7,8 +7,8 @@
 
 #include "cli/errors.h"
 #include "cli/words.h"
+#include "eval/omaha_best.h"
 #include "pokermath/cards.h"
-#include "pokermath/omaha.h"
 
 namespace pokermath::cli {
 namespace {
@@ -33,6 +33,16 @@ std::vector<int> ReadCards(const std::string& text, std::size_t least, std::size
                                  read.cards.size() == 1 ? "card" : "cards", accepted));
   }
   return std::move(read.cards);
+}
+
+OmahaHand BestOfOmaha(std::vector<int> hand, std::vector<int> board) {
+  const OmahaChoice choice = FindBestOmaha(hand, board);
+  OmahaHand best = {std::move(hand), std::move(board), {}, {}, choice.value};
+  for (const int i : choice.hole) best.hole.push_back(best.hand[static_cast<std::size_t>(i)]);
+  for (const int i : choice.board) {
+    best.from_board.push_back(best.board[static_cast<std::size_t>(i)]);
+  }
+  return best;
 }
 
 std::string OmahaHand::Words() const {
@@ -69,22 +79,13 @@ void AddOmahaWords(CLI::App& command, OmahaWords& words) {
 }
 
 OmahaHand ReadOmahaHand(const OmahaWords& words, std::size_t most_board) {
-  OmahaHand read;
-  read.hand = ReadHoleCards(words);
-  read.board =
+  std::vector<int> hand = ReadHoleCards(words);
+  std::vector<int> board =
       ReadCards(words.board, 3, most_board,
                 most_board == 5 ? "a board has 3 to 5" : "a board with a card to come has 3 or 4");
   // Reads all of them as one list, which refuses a card that is there twice.
   ReadCards(words.hand + " " + words.board, 0, 52, "");
-  int record[5];
-  read.value =
-      getCombinationOmahaFsm5Common(read.hand.data(), static_cast<int>(read.hand.size()),
-                                    read.board.data(), static_cast<int>(read.board.size()), record);
-  for (int i = 0; i < 5; ++i) {
-    const auto index = static_cast<std::size_t>(record[i]);
-    (i < 2 ? read.hole : read.from_board).push_back((i < 2 ? read.hand : read.board)[index]);
-  }
-  return read;
+  return BestOfOmaha(std::move(hand), std::move(board));
 }
 
 }  // namespace pokermath::cli
