@@ -25,8 +25,8 @@ Examples:
   pokermath low 'Ah 2d Ks Qc' '3c 7d Kh'
   pokermath low Ah2d3sQcJc 3c7d8hAd --json)";
 
-// How things stand; the numbers of PokerLogic::CountLowCards.
-enum Standing { kBoardHigh = 0, kHandHigh = 1, kMade = 2, kDraw = 3, kCounterfeited = 100 };
+// Why there is no low; numbers of PokerLogic::CountLowCards.
+enum Standing { kBoardHigh = 0, kHandHigh = 1, kDraw = 3, kCounterfeited = 100 };
 
 struct LowAnswer {
   OmahaHand hand;
@@ -70,33 +70,23 @@ std::string LowName(int value) {
   return name;
 }
 
-const char* StandingText(int standing) {
-  switch (standing) {
-    case kBoardHigh:
-      return "no low: the board allows none any more";
-    case kHandHigh:
-      return "no low: the hand has not two different low ranks";
-    case kDraw:
-      return "no low yet: the board has not three low ranks";
-    case kCounterfeited:
-      return "no low: the board repeats the low ranks of the hand";
-    default:
-      return "a low";
-  }
-}
+struct StandingWords {
+  const char* name;
+  const char* text;
+};
 
-const char* StandingName(int standing) {
+StandingWords WordsFor(int standing) {
   switch (standing) {
     case kBoardHigh:
-      return "board too high";
+      return {"board too high", "no low: the board allows none any more"};
     case kHandHigh:
-      return "hand too high";
+      return {"hand too high", "no low: the hand has not two different low ranks"};
     case kDraw:
-      return "draw";
+      return {"draw", "no low yet: the board has not three low ranks"};
     case kCounterfeited:
-      return "counterfeited";
+      return {"counterfeited", "no low: the board repeats the low ranks of the hand"};
     default:
-      return "made";
+      return {"made", "a low"};
   }
 }
 
@@ -104,7 +94,7 @@ std::string ToText(const LowAnswer& answer, const Colours& colours) {
   const int unseen = answer.hand.Unseen();
   std::string text = answer.hand.Cards(colours) + ": ";
   if (answer.value == 0) {
-    text += colours.Strong(StandingText(answer.standing)) + "\n";
+    text += colours.Strong(WordsFor(answer.standing).text) + "\n";
   } else {
     text += fmt::format("{}, value {}\n\n{}\n", colours.Strong(LowName(answer.value)), answer.value,
                         answer.better == 0 ? "The nut low." : "Not the nut low.");
@@ -121,7 +111,7 @@ std::string ToText(const LowAnswer& answer, const Colours& colours) {
 Json ToJson(const LowAnswer& answer) {
   const bool has_low = answer.value != 0;
   Json json = OmahaJson(answer.hand);
-  json["standing"] = StandingName(answer.standing);
+  json["standing"] = WordsFor(answer.standing).name;
   json["low"] = has_low ? Json(LowName(answer.value)) : Json(nullptr);
   json["value"] = answer.value;
   json["is_nuts"] = has_low && answer.better == 0;
