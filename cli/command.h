@@ -17,6 +17,10 @@ inline constexpr int kExitUsage = 2;
 // has to live until the command line has been parsed.
 void AddEval(CLI::App& program, int& exit_code);
 void AddEquity(CLI::App& program, int& exit_code);
+void AddNuts(CLI::App& program, int& exit_code);
+void AddOuts(CLI::App& program, int& exit_code);
+void AddLow(CLI::App& program, int& exit_code);
+void AddPoints(CLI::App& program, int& exit_code);
 void AddRange(CLI::App& program, int& exit_code);
 void AddPots(CLI::App& program, int& exit_code);
 void AddHistory(CLI::App& program, int& exit_code);

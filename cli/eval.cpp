@@ -288,8 +288,8 @@ int RunEval(const EvalWords& words) {
   if (IsOmaha(game)) {
     if (words.versus) throw UsageError("--versus is for holdem and shortdeck");
     if (!words.board) throw UsageError("--board is needed: an Omaha hand plays three cards of it");
-    return RunEvalOmaha(fmt::format("{}", fmt::join(words.cards, " ")), *words.board,
-                        HandSize(game), words.json);
+    return RunEvalOmaha(
+        {fmt::format("{}", fmt::join(words.cards, " ")), *words.board, words.game, words.json});
   }
   const bool json = words.json;
   const bool short_deck = game == Game::kShortDeck;

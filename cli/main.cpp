@@ -28,6 +28,10 @@ Examples:
   pokermath eval AhKhQhJhTh2c3d
   pokermath equity AhKd 7s7c
   pokermath equity AhKd random --players 6
+  pokermath nuts AhKhQsJs Th9h2h
+  pokermath outs AsKsQsJs Ts9s2d3c
+  pokermath low Ah2dKsQc 3c7d8h
+  pokermath points AhAdKhKd
   pokermath range 'TT+,A9s+,KJo+'
   pokermath pots --stakes 100,50,100 --scores 5,9,7
   pokermath tables build
@@ -104,6 +108,10 @@ int ParseAndRun(CLI::App& program, int argc, char** argv) {
   int exit_code = kExitDone;
   AddEval(program, exit_code);
   AddEquity(program, exit_code);
+  AddNuts(program, exit_code);
+  AddOuts(program, exit_code);
+  AddLow(program, exit_code);
+  AddPoints(program, exit_code);
   AddRange(program, exit_code);
   AddPots(program, exit_code);
   AddHistory(program, exit_code);

@@ -59,6 +59,10 @@ std::string Colours::Class(std::string_view text, int kind) const {
   return Paint(kind == 0 ? "1;33" : kind < 0 ? "1;32" : "1;34", text);
 }
 
+std::string Colours::Out(std::string_view text, bool nuts) const {
+  return Paint(nuts ? "1;32" : "1;33", text);
+}
+
 std::string Colours::Cards(std::span<const int> cards) const {
   // Green, blue and red for clubs, diamonds and hearts; spades as the text around them.
   static constexpr const char* kSuitCodes[4] = {"32", "34", "31", "39"};

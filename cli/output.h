@@ -44,6 +44,8 @@ class Colours {
   std::string Faint(std::string_view text) const;
   /// A class of hands in the colour of pairs (kind 0), suited (below 0) or offsuit hands.
   std::string Class(std::string_view text, int kind) const;
+  /// A card that improves a hand, and one that makes it the nuts.
+  std::string Out(std::string_view text, bool nuts) const;
   /// CardsText, each card in the colour of its suit.
   std::string Cards(std::span<const int> cards) const;
 

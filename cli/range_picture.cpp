@@ -77,11 +77,19 @@ std::string MatrixSvg(const RangeMatrix& matrix, const std::string& title) {
   return GridSvg(matrix.size(), title, cells);
 }
 
-std::string GridSvg(int size, const std::string& title, const std::vector<GridCell>& cells) {
+std::string GridSvg(int size, const std::string& title, std::vector<GridCell> cells) {
+  for (int cell = 0; cell < 169; ++cell) {
+    cells[static_cast<std::size_t>(cell)].name = RangeMatrix::Name(cell / 13, cell % 13);
+  }
+  return GridSvg(size, size, title, cells);
+}
+
+std::string GridSvg(int rows, int columns, const std::string& title,
+                    const std::vector<GridCell>& cells) {
   constexpr int kCell = 44;
   constexpr int kMargin = 12;
   constexpr int kTitle = 34;
-  const int width = size * kCell + 2 * kMargin;
+  const int width = columns * kCell + 2 * kMargin;
   // A character is about half as wide as it is high.
   const int title_size = std::min(
       15, static_cast<int>((width - 2 * kMargin) / (0.53 * static_cast<double>(title.size() + 1))));
@@ -90,15 +98,15 @@ std::string GridSvg(int size, const std::string& title, const std::vector<GridCe
       "height=\"{1}\" font-family=\"Helvetica, Arial, sans-serif\">\n"
       "<title>{2}</title>\n<rect width=\"100%\" height=\"100%\" fill=\"#ffffff\"/>\n"
       "<text x=\"{3}\" y=\"24\" font-size=\"{4}\" fill=\"#222\">{2}</text>\n",
-      width, width + kTitle - kMargin, Escape(title), kMargin, title_size);
+      width, kTitle + rows * kCell + kMargin, Escape(title), kMargin, title_size);
   const auto text = [](int x, int y, int font_size, const GridCell& cell,
                        const std::string& words) {
     return fmt::format(
         "<text x=\"{}\" y=\"{}\" font-size=\"{}\" text-anchor=\"middle\" fill=\"{}\">{}</text>", x,
         y, font_size, cell.text, words);
   };
-  for (int row = 0; row < size; ++row) {
-    for (int column = 0; column < size; ++column) {
+  for (int row = 0; row < rows; ++row) {
+    for (int column = 0; column < columns; ++column) {
       const GridCell& cell = cells[static_cast<std::size_t>(row * 13 + column)];
       const int x = kMargin + column * kCell;
       const int y = kTitle + row * kCell;
@@ -106,8 +114,7 @@ std::string GridSvg(int size, const std::string& title, const std::vector<GridCe
       const int base = y + kCell / 2 + (cell.note.empty() ? 5 : -2);
       svg += fmt::format(
           "<rect x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\" rx=\"4\" fill=\"{}\"/>{}{}\n", x + 1,
-          y + 1, kCell - 2, kCell - 2, cell.fill,
-          text(middle, base, 13, cell, RangeMatrix::Name(row, column)),
+          y + 1, kCell - 2, kCell - 2, cell.fill, text(middle, base, 13, cell, cell.name),
           cell.note.empty() ? "" : text(middle, base + 15, 11, cell, cell.note));
     }
   }

@@ -37,18 +37,25 @@ std::string MatrixText(const RangeMatrix& matrix, const Colours& colours);
 /// A stand-alone SVG document.
 std::string MatrixSvg(const RangeMatrix& matrix, const std::string& title);
 
-/// How a class is drawn: colours, and a second line below its name.
+/// How a class or a card is drawn: colours, a second line below its name, and its name.
 struct GridCell {
   std::string fill;
   std::string text;
   std::string note;
+  std::string name = {};  // GridSvg knows those of classes
 };
 
 /// A stand-alone SVG document of a matrix of classes.
 ///
 /// @param size   rows and columns that are drawn
 /// @param cells  169, row by row
-std::string GridSvg(int size, const std::string& title, const std::vector<GridCell>& cells);
+std::string GridSvg(int size, const std::string& title, std::vector<GridCell> cells);
+
+/// A stand-alone SVG document of any grid.
+///
+/// @param cells  13 a row, of which `columns` are drawn
+std::string GridSvg(int rows, int columns, const std::string& title,
+                    const std::vector<GridCell>& cells);
 
 }  // namespace pokermath::cli
 

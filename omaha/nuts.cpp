@@ -47,6 +47,17 @@ bool IsNuts(const OmahaPairValues& values, int value, std::uint64_t known) {
   return nuts;
 }
 
+BestPairs::BestPairs(const OmahaPairValues& values, std::uint64_t known) {
+  ForEachPair(known, [&](int first, int second) {
+    value = std::max(value, values.Of(first, second));
+    return true;
+  });
+  ForEachPair(known, [&](int first, int second) {
+    if (values.Of(first, second) == value) holdings.AddCard(first, second);
+    return true;
+  });
+}
+
 }  // namespace pokermath
 
 int PokerLogic::IsMyHandNutsOmaha(int* hole, int* board, int n) const {
@@ -72,17 +83,8 @@ int FindAllNuts(int* hole, int nHole, int* board, int n, Spec& nuts, int* outs) 
   if (n < 3 || n > 4) return 0;
   const std::span<const int> hand = CardsOf(hole, nHole);
   const std::uint64_t known = Bits(hand) | Bits(CardsOf(board, n));
-  const OmahaPairValues values(CardsOf(board, n));
-  int best = -1;
-  ForEachPair(known, [&](int first, int second) {
-    best = std::max(best, values.Of(first, second));
-    return true;
-  });
-  nuts = Spec();
-  ForEachPair(known, [&](int first, int second) {
-    if (values.Of(first, second) == best) nuts.AddCard(first, second);
-    return true;
-  });
+  const BestPairs best(OmahaPairValues(CardsOf(board, n)), known);
+  nuts = best.holdings;
   outs[0] = outs[1] = 0;
   std::array<int, 5> next{};
   std::copy_n(board, n, next.begin());
@@ -91,7 +93,7 @@ int FindAllNuts(int* hole, int nHole, int* board, int n, Spec& nuts, int* outs) 
     next[static_cast<std::size_t>(n)] = card;
     const OmahaPairValues then(CardsOf(next.data(), n + 1));
     const int value = then.Best(hand);
-    if (value < best) continue;
+    if (value < best.value) continue;
     ++outs[0];
     if (IsNuts(then, value, known | Bit(card))) ++outs[1];
   }

@@ -7,6 +7,7 @@
 #include <span>
 
 #include "eval/omaha_best.h"
+#include "pokermath/ranges.h"
 
 namespace pokermath {
 
@@ -17,6 +18,14 @@ int CountBetterPairs(const OmahaPairValues& values, int value, std::uint64_t kno
 
 /// Whether there is none.
 bool IsNuts(const OmahaPairValues& values, int value, std::uint64_t known);
+
+/// The two-card holdings of unseen cards that are worth the most, and what they are worth.
+struct BestPairs {
+  BestPairs(const OmahaPairValues& values, std::uint64_t known);
+
+  int value = 0;
+  Spec holdings;
+};
 
 }  // namespace pokermath
 

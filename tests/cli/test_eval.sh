@@ -145,7 +145,7 @@ refuses 2 "'AhKdQc' has 3 cards: 5 to 7" eval AhKdQc
 refuses 2 "8 cards" eval AhKhQhJhTh9h8h7h
 refuses 2 "CARDS is required" eval
 refuses 2 "'--fast' is not an option" eval --fast AhKhQhJhTh
-refuses 2 "'evl' is not a subcommand: eval, equity, range, pots" evl
+refuses 2 "'evl' is not a subcommand: eval, equity, nuts, outs, low, points, range, pots" evl
 "$POKERMATH" eval AhKhQhJhTh 2>"$work/err" >/dev/full && fail "a full disk is no success"
 has "a full disk" "$(<"$work/err")" "cannot write to standard output"
 
@@ -153,7 +153,7 @@ run
 expect_code 2
 has "without arguments" "$err" "Examples:"
 same "without arguments" "$out" ""
-for words in "" eval equity range pots tables "tables build"; do
+for words in "" eval equity nuts outs low points range pots tables "tables build"; do
   # shellcheck disable=SC2086
   run $words --help
   expect_code 0

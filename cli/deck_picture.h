@@ -1,0 +1,26 @@
+// The deck as a picture, a suit a row: on the terminal and as SVG.
+
+#ifndef POKERMATH_CLI_DECK_PICTURE_H_
+#define POKERMATH_CLI_DECK_PICTURE_H_
+
+#include <array>
+#include <string>
+
+#include "cli/output.h"
+
+namespace pokermath::cli {
+
+enum class CardMark { kNone, kHand, kBoard, kOut, kNutOut };
+
+/// By card code.
+using MarkedDeck = std::array<CardMark, 52>;
+
+/// A title line, a line for each suit, and what the marks mean.
+std::string DeckText(const MarkedDeck& deck, const Colours& colours);
+
+/// A stand-alone SVG document.
+std::string DeckSvg(const MarkedDeck& deck, const std::string& title);
+
+}  // namespace pokermath::cli
+
+#endif  // POKERMATH_CLI_DECK_PICTURE_H_

@@ -1,0 +1,135 @@
+// `pokermath nuts`: whether an Omaha hand is the nuts, how much beats it, and the best that two
+// unseen cards make.
+
+#include "omaha/nuts.h"
+
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <map>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "cli/command.h"
+#include "cli/number_text.h"
+#include "cli/omaha_cards.h"
+#include "cli/range_picture.h"
+#include "cli/words.h"
+#include "equity/kernels/hole_cards.h"
+#include "pokermath/cards.h"
+#include "pokermath/omaha.h"
+#include "pokermath/poker_logic.h"
+#include "ranges/hand_classes.h"
+
+namespace pokermath::cli {
+namespace {
+
+constexpr const char* kExamples =
+    R"(The board has three to five cards. Exactly two hole cards and three board cards play, so a
+hand is the nuts when no two unseen cards make more. Hands of four unseen cards that beat it
+are counted for hands of four. Values are 1..7462, larger is better.
+The best holdings are of unseen cards: those that the hand itself holds are not among them.
+They are written as range text, which 'pokermath range' reads.
+
+Examples:
+  pokermath nuts AhKhQsJs Th9h2h
+  pokermath nuts '8h 7h 6c 5c' '9h Th 2h Jd'
+  pokermath nuts 5dJh4s3hTh 2d2s4c9h --game omaha5 --json)";
+
+// How many there are, and how many of them beat the hand.
+struct Beaten {
+  int by = 0;
+  int of = 0;
+
+  double Percent() const { return 100.0 * by / of; }
+};
+
+struct NutsAnswer {
+  OmahaHand hand;
+  std::optional<Beaten> by_hands;  // of four cards, for such a hand
+  Beaten by_pairs;
+  int nut_value;
+  std::string nut_words;
+  std::map<int, std::vector<std::string>> nuts;  // by class, its matrix cell
+
+  bool IsNuts() const { return by_pairs.by == 0; }
+};
+
+NutsAnswer FindNuts(OmahaHand hand) {
+  NutsAnswer answer;
+  const auto size = static_cast<int>(hand.hand.size());
+  const auto board_size = static_cast<int>(hand.board.size());
+  int* const hole = hand.hand.data();
+  int* const board = hand.board.data();
+  answer.by_pairs = {IsMyHandNutsOmahaFsm5Common(hole, size, board, board_size),
+                     Choose(hand.Unseen(), 2)};
+  if (size == 4) {
+    answer.by_hands = {PokerLogic().IsMyHandNutsOmaha(hole, board, board_size),
+                       Choose(hand.Unseen(), 4)};
+  }
+  const BestPairs best(OmahaPairValues(hand.board), Bits(hand.hand) | Bits(hand.board));
+  answer.nut_value = best.value;
+  for (const auto& [first, second] : best.holdings.combinations()) {
+    answer.nuts[CellOf(first, second)].push_back(CardName(first) + CardName(second));
+  }
+  const Combination& any = *best.holdings.combinations().begin();
+  answer.nut_words = BestOfOmaha({any.first, any.second}, hand.board).Words();
+  answer.hand = std::move(hand);
+  return answer;
+}
+
+std::string BeatenLine(const Beaten& beaten, const char* cards) {
+  return fmt::format("  beaten by  {:>7} of {:>7} {:<15} {:>6.2f} %\n", Grouped(beaten.by),
+                     Grouped(beaten.of), cards, beaten.Percent());
+}
+
+std::string ToText(const NutsAnswer& answer, const Colours& colours) {
+  std::string text = OmahaHeadline(answer.hand, colours);
+  text += fmt::format("  {}\n\n{}\n", answer.hand.Words(),
+                      colours.Strong(answer.IsNuts() ? "The nuts." : "Not the nuts."));
+  if (answer.by_hands) text += BeatenLine(*answer.by_hands, "hands of four");
+  text += BeatenLine(answer.by_pairs, "holdings of two");
+  text += fmt::format("\nThe best that two unseen cards make, {}:\n", answer.nut_words);
+  for (const auto& [cell, holdings] : answer.nuts) {
+    text += fmt::format("  {:<5}{}\n", RangeMatrix::Name(cell / 13, cell % 13),
+                        fmt::join(holdings, ","));
+  }
+  return text;
+}
+
+Json ToJson(const NutsAnswer& answer) {
+  Json json = OmahaJson(answer.hand);
+  json["value"] = answer.hand.value;
+  json["category"] = CategoryName(answer.hand.value);
+  json["words"] = answer.hand.Words();
+  json["is_nuts"] = answer.IsNuts();
+  json["beaten_by"] = answer.by_hands ? Json(answer.by_hands->by) : Json(nullptr);
+  json["of"] = answer.by_hands ? Json(answer.by_hands->of) : Json(nullptr);
+  json["beaten_by_pairs"] = answer.by_pairs.by;
+  json["of_pairs"] = answer.by_pairs.of;
+  json["nut_value"] = answer.nut_value;
+  json["nut_category"] = CategoryName(answer.nut_value);
+  json["nut_words"] = answer.nut_words;
+  for (const auto& [cell, holdings] : answer.nuts) {
+    for (const std::string& holding : holdings) json["nuts"].push_back(holding);
+  }
+  return json;
+}
+
+int RunNuts(const OmahaWords& words) {
+  const NutsAnswer answer = FindNuts(ReadOmahaHand(words, 5));
+  Print(words.json ? JsonLine(ToJson(answer)) : ToText(answer, Colours::ForStandardOutput()));
+  return kExitDone;
+}
+
+}  // namespace
+
+void AddNuts(CLI::App& program, int& exit_code) {
+  auto words = std::make_shared<OmahaWords>();
+  CLI::App* command = program.add_subcommand("nuts", "What beats an Omaha hand, and the nuts");
+  AddOmahaWords(*command, *words);
+  command->footer(kExamples);
+  command->callback([words, &exit_code] { exit_code = RunNuts(*words); });
+}
+
+}  // namespace pokermath::cli

@@ -1,0 +1,91 @@
+#include "cli/omaha_cards.h"
+
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
+
+#include "cli/errors.h"
+#include "cli/words.h"
+#include "eval/omaha_best.h"
+#include "pokermath/cards.h"
+
+namespace pokermath::cli {
+namespace {
+
+std::vector<int> ReadHoleCards(const OmahaWords& words) {
+  if (!words.game) return ReadCards(words.hand, 4, 5, "an Omaha hand has 4 or 5");
+  if (*words.game != "omaha" && *words.game != "omaha5") {
+    throw UsageError("--game " + Quoted(*words.game) + " is not known: omaha or omaha5");
+  }
+  const std::size_t size = *words.game == "omaha5" ? 5 : 4;
+  return ReadCards(words.hand, size, size, fmt::format("a hand of this game has {}", size));
+}
+
+}  // namespace
+
+std::vector<int> ReadCards(const std::string& text, std::size_t least, std::size_t most,
+                           const std::string& accepted) {
+  CardsResult read = ParseCards(text);
+  if (!read.error.empty()) throw UsageError(read.error);
+  if (read.cards.size() < least || read.cards.size() > most) {
+    throw UsageError(fmt::format("{} has {} {}: {}", Quoted(text), read.cards.size(),
+                                 read.cards.size() == 1 ? "card" : "cards", accepted));
+  }
+  return std::move(read.cards);
+}
+
+OmahaHand BestOfOmaha(std::vector<int> hand, std::vector<int> board) {
+  const OmahaChoice choice = FindBestOmaha(hand, board);
+  OmahaHand best = {std::move(hand), std::move(board), {}, {}, choice.value};
+  for (const int i : choice.hole) best.hole.push_back(best.hand[static_cast<std::size_t>(i)]);
+  for (const int i : choice.board) {
+    best.from_board.push_back(best.board[static_cast<std::size_t>(i)]);
+  }
+  return best;
+}
+
+std::string OmahaHand::Words() const {
+  std::vector<int> five = hole;
+  five.insert(five.end(), from_board.begin(), from_board.end());
+  return InWords(five);
+}
+
+std::string OmahaHand::Cards(const Colours& colours) const {
+  return fmt::format("{} on {}", colours.Cards(hand), colours.Cards(board));
+}
+
+std::string OmahaHeadline(const OmahaHand& hand, const Colours& colours) {
+  return fmt::format("{}: {}, {} from the hand and {} from the board\n", hand.Cards(colours),
+                     colours.Strong(CategoryName(hand.value)), colours.Cards(hand.hole),
+                     colours.Cards(hand.from_board));
+}
+
+Json OmahaJson(const OmahaHand& hand) {
+  return {{"schema", kJsonSchema},
+          {"game", hand.Game()},
+          {"hand", CardsJson(hand.hand)},
+          {"board", CardsJson(hand.board)}};
+}
+
+void AddOmahaWords(CLI::App& command, OmahaWords& words) {
+  command.add_option("HAND", words.hand, "Four or five hole cards")->required()->type_name("");
+  command.add_option("BOARD", words.board, "The cards on the table")->required()->type_name("");
+  command
+      .add_option("--game", words.game,
+                  "omaha or omaha5: refuse another number of hole cards [as many as there are]")
+      ->type_name("GAME");
+  command.add_flag("--json", words.json, "Print a JSON object");
+}
+
+OmahaHand ReadOmahaHand(const OmahaWords& words, std::size_t most_board) {
+  std::vector<int> hand = ReadHoleCards(words);
+  std::vector<int> board =
+      ReadCards(words.board, 3, most_board,
+                most_board == 5 ? "a board has 3 to 5" : "a board with a card to come has 3 or 4");
+  // Reads all of them as one list, which refuses a card that is there twice.
+  ReadCards(words.hand + " " + words.board, 0, 52, "");
+  return BestOfOmaha(std::move(hand), std::move(board));
+}
+
+}  // namespace pokermath::cli

@@ -1,0 +1,61 @@
+// An Omaha hand on a board, as the questions about one read it.
+
+#ifndef POKERMATH_CLI_OMAHA_CARDS_H_
+#define POKERMATH_CLI_OMAHA_CARDS_H_
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/output.h"
+
+namespace CLI {
+class App;
+}
+
+namespace pokermath::cli {
+
+/// Reads cards; throws UsageError with `accepted` if their number is not within the bounds.
+std::vector<int> ReadCards(const std::string& text, std::size_t least, std::size_t most,
+                           const std::string& accepted);
+
+/// A hand, a board, and the best that they make.
+struct OmahaHand {
+  std::vector<int> hand;
+  std::vector<int> board;
+  std::vector<int> hole;        // the two that play
+  std::vector<int> from_board;  // the three that play
+  int value;                    // ascending
+
+  const char* Game() const { return hand.size() == 5 ? "omaha5" : "omaha"; }
+  /// "flush Ace high".
+  std::string Words() const;
+  int Unseen() const { return 52 - static_cast<int>(hand.size() + board.size()); }
+  /// "AhKhQsJs on Th9h2h".
+  std::string Cards(const Colours& colours) const;
+};
+
+/// The best of two to eight hole cards on a board of three to five; not checked.
+OmahaHand BestOfOmaha(std::vector<int> hand, std::vector<int> board);
+
+/// A line that says what the hand is and which cards play.
+std::string OmahaHeadline(const OmahaHand& hand, const Colours& colours);
+
+/// Game, hand and board as the first keys of an answer.
+Json OmahaJson(const OmahaHand& hand);
+
+struct OmahaWords {
+  std::string hand, board;
+  std::optional<std::string> game;  // omaha or omaha5; otherwise the hand has four or five cards
+  bool json = false;
+};
+
+/// Adds HAND, BOARD, --game and --json to a subcommand.
+void AddOmahaWords(CLI::App& command, OmahaWords& words);
+
+/// Throws UsageError for cards that are no such hand with a board of three to `most_board`.
+OmahaHand ReadOmahaHand(const OmahaWords& words, std::size_t most_board);
+
+}  // namespace pokermath::cli
+
+#endif  // POKERMATH_CLI_OMAHA_CARDS_H_

@@ -1,0 +1,60 @@
+// `pokermath points`: points of Omaha starting hands.
+
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "cli/command.h"
+#include "cli/omaha_cards.h"
+#include "pokermath/ranges.h"
+
+namespace pokermath::cli {
+namespace {
+
+constexpr const char* kExamples =
+    R"(Points by the Hutchison count: suited cards, pairs, cards that make straights together; with
+--hilo low cards, pairs and suits. More is better. A hand is four cards, and one word.
+
+Examples:
+  pokermath points AhAdKhKd
+  pokermath points 'Ah Kh Qs Js' 2c3d7h8s
+  pokermath points Ah2h3dKd --hilo --json)";
+
+struct PointsWords {
+  std::vector<std::string> hands;
+  bool high_low = false;
+  bool json = false;
+};
+
+int RunPoints(const PointsWords& words) {
+  Json json = {{"schema", kJsonSchema}, {"count", words.high_low ? "hilo" : "high"}};
+  const Colours colours = Colours::ForStandardOutput();
+  std::string text;
+  for (const std::string& word : words.hands) {
+    const std::vector<int> hand = ReadCards(word, 4, 4, "a starting hand has 4");
+    const Json points = words.high_low ? Json(HutchisonPointsOmahaHL(hand.data()))
+                                       : Json(HutchisonPointsOmaha(hand.data()));
+    text += fmt::format("{}  {:>6}\n", colours.Cards(hand), points.get<double>());
+    json["hands"].push_back({{"hand", CardsJson(hand)}, {"points", points}});
+  }
+  Print(words.json ? JsonLine(json) : text);
+  return kExitDone;
+}
+
+}  // namespace
+
+void AddPoints(CLI::App& program, int& exit_code) {
+  auto words = std::make_shared<PointsWords>();
+  CLI::App* command = program.add_subcommand("points", "Points of Omaha starting hands");
+  command->add_option("HAND", words->hands, "Hands of four cards, one a word")
+      ->required()
+      ->type_name("");
+  command->add_flag("--hilo", words->high_low, "Count for Hi/Lo");
+  command->add_flag("--json", words->json, "Print a JSON object");
+  command->footer(kExamples);
+  command->callback([words, &exit_code] { exit_code = RunPoints(*words); });
+}
+
+}  // namespace pokermath::cli
