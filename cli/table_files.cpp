@@ -278,7 +278,8 @@ constexpr TableFile kTables[] = {
      0xfcc57c8b, BuildEquity<Deck::kShort, Street::kRiver>, ShortDeckEquityFault},
     {"combinations", "VarnholtPC.dat", FiveCardMap::kHands * sizeof(CombinationRecord), 0x7a86dfc6,
      BuildCombinations, CombinationsFault},
-    {"omaha-strength", "omaha-strength.csv", 769549, 0xbf7be6f9, BuildOmahaStrength, OmahaStrengthFileFault},
+    {"omaha-strength", "omaha-strength.csv", 769549, 0xbf7be6f9, BuildOmahaStrength,
+     OmahaStrengthFileFault},
     {"omaha7", "omaha7.bin", 311201108, 0xd197bccf, BuildStatesFile<kOmaha7File>,
      StatesFault<kOmaha7File>}};
 

@@ -1,0 +1,206 @@
+// Hand-history files as they grow, logs that are cut, and texts from the system.
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cwchar>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "pokermath/hand_history.h"
+#include "pokermath/messages.h"
+#include "pokermath/utilities.h"
+#include "tests/platform/scratch_folder.h"
+
+namespace pokermath {
+namespace {
+
+using Lines = CStringArray;
+
+class Support : public testing::Test {
+ protected:
+  void Put(const std::string& content, std::ios::openmode mode = std::ios::trunc) {
+    std::ofstream(path_, std::ios::binary | mode) << content;
+  }
+  void Append(const std::string& content) { Put(content, std::ios::app); }
+  std::string Content() const {
+    std::ifstream in(path_, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+  }
+  CString Name() const { return {path_.begin(), path_.end()}; }
+
+  // What one of the two functions gives from a position.
+  using Function = int (*)(CString, __int64&, CStringArray&);
+  Lines Read(Function function, int expected = 0) {
+    Lines lines = {L"is cleared"};
+    EXPECT_EQ(function(Name(), position_, lines), expected);
+    return lines;
+  }
+
+  ScratchFolder folder_;
+  std::string path_ = folder_ / "hands.txt";
+  __int64 position_ = 0;
+};
+
+TEST_F(Support, ReadHistoryFileDecodesAndTrims) {
+  Put("\xEF\xBB\xBF  first \xE2\x82\xAC"
+      "5\t\r\n\r\n\n \t \r\nb\xFF"
+      "c\rd\nlast");
+  EXPECT_EQ(Read(ReadHistoryFile), (Lines{L"first €5", L"",
+                                          L"b\uFFFD"
+                                          L"c\rd",
+                                          L"last"}));
+  EXPECT_EQ(position_, static_cast<__int64>(std::filesystem::file_size(path_)));
+  EXPECT_EQ(Read(ReadHistoryFile), Lines());
+  // A character in two pieces, a line end in two pieces, and a mark that is not at the start.
+  Append("x\xE2\x82");
+  EXPECT_EQ(Read(ReadHistoryFile), (Lines{L"x\uFFFD"}));
+  Append("y\r");
+  EXPECT_EQ(Read(ReadHistoryFile), (Lines{L"y"}));
+  Append("\n\xEF\xBB\xBFz\n");
+  EXPECT_EQ(Read(ReadHistoryFile), (Lines{L"\uFEFFz"}));
+  // It has become shorter: nothing, and the position stays.
+  const __int64 before = position_;
+  Put("short\n");
+  EXPECT_EQ(Read(ReadHistoryFile), Lines());
+  EXPECT_EQ(position_, before);
+}
+
+TEST_F(Support, ReadHistoryFileFailures) {
+  position_ = 7;
+  EXPECT_EQ(Read(ReadHistoryFile, -1), Lines());
+  std::filesystem::create_directory(path_);
+  EXPECT_EQ(Read(ReadHistoryFile, -2), Lines());
+  std::vector<CString> messages;
+  SetMessageHandler([&messages](const CString& text) { messages.push_back(text); });
+  EXPECT_EQ(Read(ReadHistoryFileUTF8, EISDIR), Lines());
+  EXPECT_TRUE(messages.empty());
+  std::filesystem::remove(path_);
+  EXPECT_EQ(Read(ReadHistoryFileUTF8, -1), Lines());
+  SetMessageHandler({});
+  EXPECT_EQ(messages, (Lines{L"File <" + Name() + L"> could not be opened!"}));
+  EXPECT_EQ(position_, 7);
+}
+
+TEST_F(Support, OneRoomWritesWindows1252) {
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(folder_ / "");
+  std::ofstream("888poker.txt", std::ios::binary) << "\x80"
+                                                     "5 \xA3"
+                                                     "6\r\n";
+  Lines lines;
+  EXPECT_EQ(ReadHistoryFile(L"888poker.txt", position_, lines), 0);
+  std::filesystem::current_path(before);
+  EXPECT_EQ(lines, (Lines{L"€5 £6"}));
+}
+
+TEST_F(Support, ReadHistoryFileUTF8KeepsItsBytes) {
+  Put("\xEF\xBB\xBF $\x80\xA3 \xE2\x82\xAC\xC2\xA3 \r\n\r\na\xBB"
+      "b\xC3\xA9\rc\nd\r\ne\xE2\x82\r");
+  const Lines expected = {L" $€£ €£ ", L"", L"ab\u00C3\u00A9\rc\nd"};
+  EXPECT_EQ(Read(ReadHistoryFileUTF8), expected);
+  EXPECT_EQ(position_, static_cast<__int64>(Content().size())) << "the last line is lost";
+  Append("\nnext\r\n");
+  EXPECT_EQ(Read(ReadHistoryFileUTF8), (Lines{L"\nnext"}));
+  Put("a\r\n");
+  EXPECT_EQ(Read(ReadHistoryFileUTF8), Lines());
+  EXPECT_EQ(position_, 3);
+  // Only 32 bits of a position are used, and a file without CR gives nothing.
+  position_ = 0;
+  Put("only\nlf\n");
+  EXPECT_EQ(Read(ReadHistoryFileUTF8), Lines());
+  EXPECT_EQ(position_, 8);
+}
+
+TEST_F(Support, HistoryReaderLosesNothing) {
+  HistoryReader reader(path_);
+  Lines lines;
+  EXPECT_FALSE(reader.Read(lines));
+  EXPECT_EQ(errno, ENOENT);
+  // Every cut of a text into two looks gives the same lines.
+  const std::string text = "\xEF\xBB\xBFone \xE2\x82\xAC\r\n\r\ntwo\nthree";
+  for (std::size_t cut = 0; cut <= text.size(); ++cut) {
+    std::filesystem::remove(path_);
+    Put(text.substr(0, cut));
+    HistoryReader piecewise(path_);
+    lines.clear();
+    EXPECT_TRUE(piecewise.Read(lines));
+    Append(text.substr(cut));
+    // Another reader goes on where this one was.
+    HistoryReader other(path_, piecewise.position());
+    EXPECT_TRUE(other.Read(lines));
+    EXPECT_EQ(lines, (Lines{L"one €", L"", L"two"})) << cut;
+    EXPECT_FALSE(other.more());
+    EXPECT_EQ(other.position(), static_cast<std::int64_t>(text.size()) - 5);
+    lines.clear();
+    EXPECT_TRUE(other.ReadUnfinished(lines));
+    EXPECT_EQ(lines, (Lines{L"three"}));
+    Append("!\n");
+    lines.clear();
+    EXPECT_TRUE(other.Read(lines));
+    EXPECT_EQ(lines, (Lines{L"three!"}));
+    // Shorter, then replaced by a longer one.
+    Put("new\n");
+    lines.clear();
+    EXPECT_TRUE(other.Read(lines));
+    std::ofstream(path_ + "2") << "another file\nlonger\n";
+    std::filesystem::rename(path_ + "2", path_);
+    EXPECT_TRUE(other.Read(lines));
+    EXPECT_EQ(lines, (Lines{L"new", L"another file", L"longer"}));
+  }
+  // More than is read at a time, and a line longer than that.
+  std::string big(std::size_t{20} << 20, 'a');
+  Put(big + "\n" + big + "\nend\n");
+  HistoryReader large(path_);
+  lines.clear();
+  do {
+    ASSERT_TRUE(large.Read(lines));
+  } while (large.more());
+  ASSERT_EQ(lines.size(), 3u);
+  EXPECT_EQ(lines[1].size(), big.size());
+}
+
+TEST_F(Support, LogsAreCutInPlace) {
+  Put("0123456789");
+  TrimLogFile(Name(), 4, 11);
+  EXPECT_EQ(Content(), "0123456789") << "it is below the limit";
+  std::FILE* log = std::fopen(path_.c_str(), "a");
+  TrimLogFile(Name(), 4, 10);
+  EXPECT_EQ(Content(), "6789");
+  std::fputs("more", log);
+  std::fclose(log);
+  EXPECT_EQ(Content(), "6789more") << "who writes goes on writing to it";
+  EXPECT_THROW(TrimLogFile(Name(), 9, 1), std::system_error);
+  EXPECT_EQ(Content(), "6789more");
+  TrimLogFile(Name(), 8, 1);
+  EXPECT_EQ(Content(), "6789more");
+  TrimLogFile(Name(), 0, 1);
+  EXPECT_EQ(Content(), "");
+  TrimLogFile(L"", 0, 0);
+  path_ += "none";
+  TrimLogFile(Name(), 0, 0);
+}
+
+TEST_F(Support, TextsOfTheSystem) {
+  wchar_t buffer[260];
+  const CString program = GetExecDir(buffer);
+  EXPECT_EQ(program, buffer);
+  const std::string expected = std::filesystem::read_symlink("/proc/self/exe").parent_path();
+  EXPECT_EQ(program, CString(expected.begin(), expected.end()));
+  CString text;
+  ErrorShow(EACCES, text);
+  EXPECT_EQ(text, L"Permission denied\n");
+  for (const unsigned long code : {123456ul, ~0ul}) {
+    ErrorShow(code, text);
+    EXPECT_EQ(text, L"No text found for this error number");
+  }
+}
+
+}  // namespace
+}  // namespace pokermath
