@@ -404,8 +404,8 @@ TEST(OmahaPoints, OfStartingHands) {
        {Case{"AhKhAcKc", 54, 1000.0}, Case{"JhTc9d8s", 25, 3.0}, Case{"2h5h8hJh", 12, 2.0},
         Case{"Ah2c3dKs", 24, 31.0}, Case{"KhQhKcQc", 30 + 6 + 6 + 8, 1000.0},
         Case{"KhKdQcJs", 16 + 18, 0.0}, Case{"Ah2c3d4s", 18, 35.0}, Case{"AhAcAdAs", 0, 0.0},
-        Case{"2h2c2d3h", 1 + 8, 15 + 1.5}, Case{"7h7c7d2h", 1, 0.0}, Case{"Ah9hKh5h", 8 + 2 + 6, 2.0},
-        Case{"5h4h3c2c", 1 + 1 + 25, 15 + 6 + 4}}) {
+        Case{"2h2c2d3h", 1 + 8, 15 + 1.5}, Case{"7h7c7d2h", 1, 0.0},
+        Case{"Ah9hKh5h", 8 + 2 + 6, 2.0}, Case{"5h4h3c2c", 1 + 1 + 25, 15 + 6 + 4}}) {
     Cards hand = CardsOf(text);
     EXPECT_EQ(HutchisonPointsOmaha(hand.data()), points) << text;
     EXPECT_EQ(HutchisonPointsOmahaHL(hand.data()), high_low) << text;
