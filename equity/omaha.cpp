@@ -74,7 +74,9 @@ SharedTally OmahaHands(std::span<const int> cards, int hand_size, std::span<cons
 Tally OmahaHandVsRandom(std::span<const int> hand, std::span<const int> board, Street street,
                         std::span<const int> dead,
                         const std::function<bool(std::int64_t, std::int64_t)>& go_on) {
-  if (board.size() > static_cast<std::size_t>(street)) return {};
+  if (hand.size() < 4 || hand.size() > 5 || board.size() > static_cast<std::size_t>(street)) {
+    return {};
+  }
   return CountOmahaAgainstAll(BestIsa(), hand, board, street, dead, go_on);
 }
 
@@ -87,7 +89,9 @@ HighLowTally OmahaHighLowHands(std::span<const int> cards, int hand_size,
 HighLowTally OmahaHighLowVsRandom(std::span<const int> hand, std::span<const int> board,
                                   Street street, std::span<const int> dead,
                                   const std::function<bool(std::int64_t, std::int64_t)>& go_on) {
-  if (board.size() > static_cast<std::size_t>(street)) return {};
+  if (hand.size() < 4 || hand.size() > 5 || board.size() > static_cast<std::size_t>(street)) {
+    return {};
+  }
   return CountHighLowAgainstAll(BestIsa(), hand, board, street, dead, go_on);
 }
 

@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <vector>
 
 #include "cards/card_list.h"
 #include "eval/compact_keys.h"
@@ -244,7 +243,7 @@ OmahaChoice FindBest(std::span<const int> hand, std::span<const int> board) {
 }  // namespace
 
 OmahaChoice FindBestOmaha(std::span<const int> hand, std::span<const int> board) {
-  if (hand.size() > kMostHoles) return {};
+  if (hand.size() < 2 || hand.size() > kMostHoles) return {};
   switch (board.size()) {
     case 5:
       return FindBest<5>(hand, board);
@@ -258,7 +257,7 @@ OmahaChoice FindBestOmaha(std::span<const int> hand, std::span<const int> board)
 }
 
 int BestOmahaValue(std::span<const int> hand, std::span<const int> board) {
-  if (hand.size() > kMostHoles) return 0;
+  if (hand.size() < 2 || hand.size() > kMostHoles) return 0;
   switch (board.size()) {
     case 5:
       return BestValue<5>(hand, board);
@@ -288,12 +287,13 @@ OmahaPairValues::OmahaPairValues(std::span<const int> ranks, int suit, unsigned 
 }
 
 void OmahaPairValues::AddPlain(const std::array<int, 5>& ranks, std::size_t size) {
-  std::vector<std::uint32_t> triples;
+  std::array<std::uint32_t, 4> triples;
+  std::size_t triple_count = 0;
   if (size < 5) {
     for (std::size_t a = 0; a < size; ++a)
       for (std::size_t b = a + 1; b < size; ++b)
         for (std::size_t c = b + 1; c < size; ++c) {
-          triples.push_back(kRankKeys[ranks[a]] + kRankKeys[ranks[b]] + kRankKeys[ranks[c]]);
+          triples[triple_count++] = kRankKeys[ranks[a]] + kRankKeys[ranks[b]] + kRankKeys[ranks[c]];
         }
   }
   const std::uint16_t* of_pairs = size == 5 ? BoardValues::Get().Of(ranks) : nullptr;
@@ -304,7 +304,9 @@ void OmahaPairValues::AddPlain(const std::array<int, 5>& ranks, std::size_t size
         best = of_pairs[PairOf(high, low)];
       } else {
         const std::uint32_t holes = kRankKeys[high] + kRankKeys[low];
-        for (const std::uint32_t key : triples) best = std::max(best, ValueOfRanks<5>(key + holes));
+        for (std::size_t i = 0; i < triple_count; ++i) {
+          best = std::max(best, ValueOfRanks<5>(triples[i] + holes));
+        }
       }
       const auto h = static_cast<std::size_t>(high);
       const auto l = static_cast<std::size_t>(low);

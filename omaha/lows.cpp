@@ -63,7 +63,8 @@ void CDeck::SetLowValueCombinationOmaha(PokerLogic& logic) {
 int PokerLogic::IsMyHandNutsOmahaLow(int* hand, int handSize, int* board, int boardCount) const {
   using namespace pokermath;
   if (boardCount < 3 || boardCount > 5) return kBadBoard;
-  const int low = BestOmahaLow(CardsOf(hand, handSize), CardsOf(board, boardCount));
+  const int low =
+      handSize < 2 ? 0 : BestOmahaLow(CardsOf(hand, handSize), CardsOf(board, boardCount));
   if (low == 0) return 1;
   return CountBetterLows(CardsOf(hand, handSize), CardsOf(board, boardCount), low);
 }
@@ -98,7 +99,7 @@ int PokerLogic::CountLowCards(int* hand, int handSize, int* board, int boardCoun
                                (on_board < 2 && boardCount >= 4) ||
                                (on_board <= 2 && boardCount == 5);
   if (no_low_possible) return 0;
-  if (LowRanks(CardsOf(hand, handSize)) < 2) return 1;
+  if (handSize < 2 || LowRanks(CardsOf(hand, handSize)) < 2) return 1;
   lowValueOrOuts = SetLowValueCombinationOmahaCommon(hand, handSize, board, boardCount);
   if (lowValueOrOuts != 0) return 2;
   if (on_board >= 3) return 100;

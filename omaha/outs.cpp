@@ -179,9 +179,9 @@ int getOutsOmahaFsm5CommonTwoPairs(int* hole, int nHole, int* board, int n, int&
   outs = 0;
   if (n < 3 || n > 4) return kBadBoard;
   const std::span<const int> hand = CardsOf(hole, nHole);
-  std::set<int> ranks;
-  for (const int card : CardsOf(board, n)) ranks.insert(card % 13);
-  if (static_cast<int>(ranks.size()) < n) return 0;
+  unsigned ranks = 0;
+  for (const int card : CardsOf(board, n)) ranks |= 1u << card % 13;
+  if (__builtin_popcount(ranks) < n) return 0;
   if (CategoryOf(ValueOn(hand, CardsOf(board, n))) > kTwoPair) return 0;
   RankPair now, then;
   const bool has_two_pair = MakesTwoPair(hand, CardsOf(board, n), now);
@@ -189,7 +189,7 @@ int getOutsOmahaFsm5CommonTwoPairs(int* hole, int nHole, int* board, int n, int&
   std::copy_n(board, n, next.begin());
   const std::uint64_t known = Bits(hand) | Bits(CardsOf(board, n));
   for (int card = 0; card < 52; ++card) {
-    if ((known & Bit(card)) != 0 || ranks.contains(card % 13)) continue;
+    if ((known & Bit(card)) != 0 || (ranks >> card % 13 & 1) != 0) continue;
     next[static_cast<std::size_t>(n)] = card;
     // Board cards are of different ranks, so hole cards of different ranks both have their pair.
     if (!MakesTwoPair(hand, CardsOf(next.data(), n + 1), then)) continue;

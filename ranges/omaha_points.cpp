@@ -16,7 +16,7 @@ constexpr int kTen = 8;
 
 //                                2  3  4  5  6  7  8  9  T  J  Q  K  A
 constexpr int kSuitedPoints[13] = {1, 1, 1, 1, 1, 1, 2, 3, 3, 4, 5, 6, 8};
-constexpr int kPairPoints[13] = {7, 7, 7, 7, 7, 7, 8, 9, 12, 13, 14, 16, 18};
+constexpr int kPairPoints[13] = {7, 7, 7, 7, 7, 7, 8, 10, 12, 13, 14, 16, 18};
 
 // By the ranks looked at and the span between the lowest and the highest of them.
 constexpr int kSpans = 13;

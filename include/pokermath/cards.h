@@ -142,10 +142,6 @@ class POKERMATH_EXPORT CHand {
   /// value is that of a high card with ranks 0.
   CHand(CDeck deck);  // NOLINT(google-explicit-constructor): five cards are a hand
 
-  /// The low of such an Omaha hand goes to `extra`, as
-  /// PokerLogic::SetLowValueCombinationOmahaCommon gives it; 0 with fewer than seven cards.
-  void SetLowValueCombinationOmaha(PokerLogic& logic);
-
   /// Compares the values, category first: 1 if this one is the greater, -1 if the other, 0 if they
   /// are equal.
   int compareTo(CHand other) const;

@@ -246,8 +246,9 @@ POKERMATH_EXPORT SharedTally OmahaHands(std::span<const int> cards, int hand_siz
 /// @param street the river, or the turn or the flop for boards of so many cards
 /// @param dead   cards that nobody holds and that cannot come
 /// @param go_on  called now and then with the parts done and all parts; returning false stops
-/// @return the count; no cases if it was stopped, if the board is longer than the street, or if too
-///         few cards are left. Cards are not checked: all must be different.
+/// @return the count; no cases if it was stopped, if the board is longer than the street, for
+/// another
+///         hand, or if too few cards are left. Cards are not checked: all must be different.
 ///
 /// With four cards 3 µs on a river, 0.06 ms on a turn, 0.8 ms on a flop, 0.4 s without a board;
 /// three times as long with five. Thread-safe.

@@ -75,9 +75,8 @@ POKERMATH_EXPORT int IsMyHandNutsOmahaFsm5Common(int* hole, int nHole, int* boar
 /// The best holdings of two unseen cards on a board of three or four.
 ///
 /// @param nuts  out: those holdings alone
-/// @param outs  out: two numbers, of next cards after which the hand is worth at least what they
-/// are
-///              worth now, and of those that make it the nuts
+/// @param outs  out: two numbers, of next cards after which the hand is worth at least what these
+///              are worth now, and of those that make it the nuts
 /// @return how many holdings; 0, and nothing written, for another board
 POKERMATH_EXPORT int FindAllNuts(int* hole, int nHole, int* board, int n, Spec& nuts, int* outs);
 

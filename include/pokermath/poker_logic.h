@@ -345,8 +345,9 @@ class POKERMATH_EXPORT PokerLogic {
   int CountLowCards(int* hand, int handSize, int* board, int boardCount, int& lowValueOrOuts,
                     int& nutOuts, double& probability) const;
 
-  /// The Hi/Lo counterparts of the functions above: shares of the pot, a half shared with k others
-  /// as 1/(k+1) of it.
+  /// The Hi/Lo counterparts of the functions above, the first one 0.0 .. 1.0 (0.0 without trials
+  /// too), the others in percent. A pot or a half of one that is shared with k others counts
+  /// 1/(k+1) of it, here with several hands too.
   double getProbabilityOfWinOmahaHL(int* hand, int* board, int boardCount, int players) const;
   double EquityHandVsRandomHL(int* hand, int handSize, int* board, int boardCount, int targetCount,
                               int& trials, int& time);

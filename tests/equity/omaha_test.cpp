@@ -423,6 +423,113 @@ TEST(OmahaHighLow, AgainstEveryHandIsThePlainCount) {
   EXPECT_EQ(logic.getProbabilityOfWinOmahaHL(hand.data(), nullptr, 0, 11), 0.0);
 }
 
+// Deals again what a function has dealt, whose seed is the time of day.
+template <typename Ask, typename Again>
+void ExpectReplay(const Ask& ask, const Again& again) {
+  for (int attempt = 0; attempt < 3; ++attempt) {
+    EasyRandom generator(0, 51);
+    generator.SetTimerSeed();
+    const double replayed = again([&generator] { return generator.DrawRandomNumber(); });
+    const double asked = ask();
+    if (std::abs(asked - replayed) < 1e-9) return;
+  }
+  ADD_FAILURE() << "not the deals that the seed gives";
+}
+
+TEST(OmahaSampling, DealsAsItsSeedSays) {
+  PokerLogic logic;
+  Dealer dealer(86);
+  SCOPED_TRACE(dealer.Trace());
+  constexpr int kTrials = 300;
+  logic.trialCount = kTrials;
+  for (int trial = 0; trial < 12; ++trial) {
+    const int known = std::vector{0, 3, 4, 5}[static_cast<std::size_t>(trial % 4)];
+    const int players = 2 + trial % 3 * 4;
+    const int size = 4 + trial % 2;
+    Cards hand = dealer.Deal(size);
+    if (trial % 3 == 0) hand = size == 4 ? CardsOf("Ah2d9sKh") : CardsOf("Ah2d9sKh3c");
+    Cards board;
+    for (const int card : dealer.Deal(14)) {
+      if (static_cast<int>(board.size()) < known && std::ranges::count(hand, card) == 0) {
+        board.push_back(card);
+      }
+    }
+    // Deals one trial; the shares of a pot and of a split pot.
+    const auto deal = [&](const auto& draw, int target, int opponents, bool split) {
+      Cards taken = hand;
+      taken.insert(taken.end(), board.begin(), board.end());
+      const auto next = [&] {
+        int card = draw();
+        while (std::ranges::count(taken, card) != 0) card = draw();
+        taken.push_back(card);
+        return card;
+      };
+      Cards cards = hand, full = board;
+      while (static_cast<int>(full.size()) < target) full.push_back(next());
+      for (int i = 0; i < opponents; ++i) {
+        for (int k = 0; k < size; ++k) cards.push_back(next());
+        // Nobody is dealt to once the hand has lost what there is to win.
+        if (full.size() < 5) continue;
+        const double share = split ? PlainHighLow(cards, size, {}, full).Equity()
+                                   : Plain(cards, size, {}, full).Equity();
+        if (share == 0.0) return 0.0;
+      }
+      if (full.size() == 5) {
+        return split ? PlainHighLow(cards, size, {}, full).Equity()
+                     : Plain(cards, size, {}, full).Equity();
+      }
+      // One opponent on a shorter board.
+      Cards other(cards.begin() + size, cards.end());
+      int record[5];
+      const auto value = [&](Cards& of) {
+        return getCombinationOmahaFsm5Common(of.data(), size, full.data(), target, record);
+      };
+      const auto low = [&](Cards& of) {
+        const int found =
+            logic.SetLowValueCombinationOmahaCommon(of.data(), size, full.data(), target);
+        return found == 0 ? 0 : 100000 - found;
+      };
+      const auto half = [](int own, int others) {
+        return own > others ? 1.0 : own == others ? 0.5 : 0.0;
+      };
+      const double high = half(value(hand), value(other));
+      const bool some_low = split && std::max(low(hand), low(other)) > 0;
+      return some_low ? 0.5 * high + 0.5 * half(low(hand), low(other)) : high;
+    };
+    const auto sum = [&](int target, int opponents, bool split) {
+      return [&, target, opponents, split](const auto& draw) {
+        double shares = 0;
+        for (int i = 0; i < kTrials; ++i) shares += deal(draw, target, opponents, split);
+        return shares / kTrials;
+      };
+    };
+    SCOPED_TRACE(CardNames(hand) + " on " + CardNames(board));
+    for (const bool split : {false, true}) {
+      if (size == 4) {
+        ExpectReplay(
+            [&] {
+              return split ? logic.getProbabilityOfWinOmahaHL(hand.data(), board.data(), known,
+                                                              players)
+                           : logic.getProbabilityOfWinOmaha(hand.data(), board.data(), known,
+                                                            players);
+            },
+            sum(5, players - 1, split));
+      }
+      const int target = std::max(known, 3 + trial % 3);
+      ExpectReplay(
+          [&] {
+            int trials = kTrials, time = 60000;
+            return (split ? logic.EquityHandVsRandomHL(hand.data(), size, board.data(), known,
+                                                       target, trials, time)
+                          : logic.EquityHandVsRandomCommon(hand.data(), size, board.data(), known,
+                                                           target, trials, time)) /
+                   100;
+          },
+          sum(target, 1, split));
+    }
+  }
+}
+
 TEST(OmahaSampling, ComesNearTheExactShare) {
   PokerLogic logic;
   Cards hand = CardsOf("9d3sTcJd"), board = CardsOf("TsKdAc3h7s");

@@ -109,6 +109,15 @@ TEST(OmahaOuts, Golden) {
     EXPECT_EQ(getOutsOmahaFsm5Common(hole.data(), Count(hole), board.data(), Count(board), outs,
                                      nut_outs),
               1);
+    const PokerLogic logic;
+    int other_outs[11] = {}, other_nut_outs[11] = {};  // the last one stays as it is
+    other_outs[10] = other_nut_outs[10] = 77;
+    EXPECT_EQ(logic.getOutsOmahaCommon(hole.data(), Count(hole), board.data(), Count(board),
+                                       other_outs, other_nut_outs),
+              1);
+    EXPECT_TRUE(std::equal(other_outs, other_outs + 10, outs));
+    EXPECT_TRUE(std::equal(other_nut_outs, other_nut_outs + 10, nut_outs));
+    EXPECT_EQ(other_outs[10] + other_nut_outs[10], 154);
     for (const auto& [text, found] : {std::pair(row[3], outs), {row[4], nut_outs}}) {
       std::istringstream numbers(text);
       for (int category = 0; category < 11; ++category) {
@@ -117,6 +126,22 @@ TEST(OmahaOuts, Golden) {
         EXPECT_EQ(found[category], golden) << row[0] << " " << row[1] << " " << category;
       }
     }
+  }
+}
+
+TEST(OmahaOuts, ARoyalFlushIsACategoryOfItsOwnInOneFamily) {
+  const PokerLogic logic;
+  for (const bool straight_flush : {false, true}) {
+    Cards hole = CardsOf("KhQh2c3d"), board = CardsOf(straight_flush ? "JhTh9h" : "JhTh2s");
+    int outs[11] = {}, nut_outs[11] = {};
+    outs[10] = nut_outs[10] = 77;
+    logic.getOutsOmahaCommon(hole.data(), 4, board.data(), 3, outs, nut_outs);
+    // The ace and the nine of hearts; none from a straight flush, which is category 9 already.
+    EXPECT_EQ(outs[9], straight_flush ? 0 : 2);
+    EXPECT_EQ(outs[10] + nut_outs[10], 154);
+    getOutsOmahaFsm5Common(hole.data(), 4, board.data(), 3, outs, nut_outs);
+    EXPECT_EQ(outs[9], straight_flush ? 0 : 1);
+    EXPECT_EQ(outs[10] * 10 + nut_outs[10], 11);
   }
 }
 
@@ -179,7 +204,6 @@ TEST(OmahaOuts, ByKind) {
     for (const int card : now.Unseen()) {
       const Situation then = now.Next(card);
       const int next = std::min(then.Category(), 9);
-      // A hand that is not looked at costs nothing.
       const int out = then.BetterPairs() == 0 ? 101 : 1;
       if (draws_flush && next == 6) flushes += out;
       if (draws_flush && next == 9) straight_flushes += out;
@@ -212,7 +236,7 @@ TEST(OmahaOuts, ByKind) {
   EXPECT_EQ(logic.GetStraightDrawOutsOmaha(river.hole.data(), river.board.data(), 5, a), -5);
   EXPECT_EQ(logic.GetFullHouseOutsOmaha(river.hole.data(), river.board.data(), 5, a, b), -5);
   EXPECT_EQ(getOutsOmahaFsm5CommonTwoPairs(river.hole.data(), 4, river.board.data(), 5, a), -5);
-  // AhKh on a flop with two hearts: nine flushes, all the nuts but those that a pair can fill up.
+  // A flop with two hearts: nine flushes.
   Cards hole = CardsOf("AhKhQsJs"), flop = CardsOf("Th9h2c");
   CHandOmahaType draw(hole.data(), flop.data(), 3);
   EXPECT_EQ(logic.GetFlushDrawOutsOmaha(draw, a, b), 1);
@@ -276,6 +300,14 @@ TEST(OmahaOuts, TwoPairsAndStraights) {
     EXPECT_EQ(getOutsOmahaFsm5CommonTwoPairs(now.hole.data(), size, now.board.data(), n, found),
               outs);
     EXPECT_EQ(found, outs);
+  }
+  for (const int n : {2, 6}) {
+    Cards hole = CardsOf("AhKhQsJs"), board = CardsOf("2c3d4h5s6c7d");
+    int counts[2] = {7, 7};
+    std::set<std::pair<int, int>> straights = {{1, 1}}, held = {{1, 1}};
+    EXPECT_EQ(TestStraight(hole.data(), 4, board.data(), n, counts, straights, held), 0);
+    EXPECT_EQ(counts[0] + counts[1], 0);
+    EXPECT_TRUE(straights.empty() && held.empty());
   }
   // On a board where a wheel is one of the straights.
   Cards hole = CardsOf("AhKhQsJs"), board = CardsOf("2c3d4h");
@@ -353,6 +385,9 @@ TEST(OmahaLow, ValuesNutsAndOuts) {
     if (n == 5) {
       EXPECT_EQ(logic.getOutsOmahaLow(now.hole.data(), size, now.board.data(), n, outs, nut_outs),
                 -5);
+      EXPECT_EQ(std::pair(outs, nut_outs), std::pair(-1, -1)) << "nothing is written";
+      EXPECT_EQ(logic.IsMyHandNutsOmahaLow(now.hole.data(), size, now.board.data(), 2), -5);
+      EXPECT_EQ(logic.IsMyHandNutsOmahaLow(now.hole.data(), size, now.board.data(), 6), -5);
       continue;
     }
     for (const int card : now.Unseen()) {
@@ -392,6 +427,151 @@ TEST(OmahaLow, Summary) {
       EXPECT_EQ(probability, -1);
     }
   }
+}
+
+// Five cards: 15 of 16 cards low enough, 44 unseen.
+TEST(OmahaLow, SummaryOfFiveCards) {
+  const PokerLogic logic;
+  Cards hand = CardsOf("Ah2hKdKcQs"), board = CardsOf("3s4sKs");
+  int outs = -1, nut_outs = -1;
+  double probability = -1;
+  EXPECT_EQ(logic.CountLowCards(hand.data(), 5, board.data(), 3, outs, nut_outs, probability), 3);
+  EXPECT_EQ(outs, 16);
+  EXPECT_DOUBLE_EQ(probability, 16.0 / 44);
+}
+
+// The two counts again, rank by rank and step by step.
+struct PlainPoints {
+  explicit PlainPoints(const int* hand) {
+    for (int i = 0; i < 4; ++i) {
+      ++ranks[hand[i] % 13];
+      ++suits[hand[i] / 13];
+      top[hand[i] / 13] = std::max(top[hand[i] / 13], hand[i] % 13);
+    }
+    for (int rank = 0; rank < 13; ++rank) {
+      if (ranks[rank] > 0) d.push_back(rank);
+    }
+  }
+
+  static int Straight(const std::vector<int>& of) {
+    const int span = of.back() - of.front();
+    int points = 0;
+    if (of.size() == 4 && span <= 6) points = 25 - 2 * (span - 3);
+    if (of.size() == 3 && span <= 5) points = 18 - 2 * (span - 2);
+    if (of.size() == 2 && span <= 4) points = 8 - 2 * (span - 1);
+    if (points > 0 && of.back() == 12) points = std::max(0, points - 4);
+    return points;
+  }
+  int StraightPoints() const {
+    const auto part = [this](std::size_t from, std::size_t count) {
+      const auto begin = d.begin() + static_cast<std::ptrdiff_t>(from);
+      return Straight({begin, begin + static_cast<std::ptrdiff_t>(count)});
+    };
+    if (d.size() == 1) return 0;
+    if (Straight(d) > 0 || d.size() == 2) return Straight(d);
+    if (d.size() == 3) return part(0, 2) + part(1, 2);
+    const int gaps[3] = {d[1] - d[0] - 1, d[2] - d[1] - 1, d[3] - d[2] - 1};
+    const bool upper = gaps[1] + gaps[2] < 4;
+    const bool lower = gaps[0] + gaps[1] < 4;
+    if (upper && lower) return part(1, 3) + part(0, 3);
+    if (lower) return part(0, 3) + part(2, 2);
+    if (upper) return part(1, 3) + part(0, 2);
+    return part(0, 2) + part(1, 2) + part(2, 2);
+  }
+  int High() const {
+    int points = 0;
+    for (int suit = 0; suit < 4; ++suit) {
+      const int rank = top[suit];
+      if (suits[suit] == 2) {
+        points += rank == 12   ? 8
+                  : rank == 11 ? 6
+                  : rank == 10 ? 5
+                  : rank == 9  ? 4
+                  : rank >= 7  ? 3
+                  : rank == 6  ? 2
+                               : 1;
+      }
+      if (suits[suit] > 2) points -= 2;
+      points = std::max(points, 0);
+    }
+    for (int rank = 0; rank < 13; ++rank) {
+      if (ranks[rank] != 2) continue;
+      points += rank == 12   ? 18
+                : rank == 11 ? 16
+                : rank >= 7  ? 10 + (rank > 7) * 2 + (rank > 8) + (rank > 9)
+                : rank == 6  ? 8
+                             : 7;
+    }
+    const int wheel = (ranks[0] > 0) + (ranks[1] > 0) + (ranks[2] > 0) + (ranks[3] > 0);
+    if (ranks[12] > 0) points += wheel == 1 ? 6 : wheel == 2 ? 12 : 0;
+    return points + StraightPoints();
+  }
+  double HighLow() const {
+    int pairs = 0, suited = 0;
+    bool trips = false;
+    for (const int count : ranks) {
+      pairs += count == 2 ? 1 : 0;
+      trips = trips || count >= 3;
+    }
+    for (const int count : suits) suited += count == 2 ? 1 : 0;
+    if (d[0] >= 8) {
+      if (trips) return 0.0;
+      return pairs == 2 || (pairs == 1 && suited > 0) || suited == 2 ? 1000.0 : 0.0;
+    }
+    double points = 0;
+    const bool ace = ranks[12] > 0;
+    if (ace) points += d[0] == 0 ? 20 : d[0] == 1 ? 17 : d[0] == 2 ? 13 : d[0] == 5 ? 10 : 0;
+    if (!ace && d.size() > 1) {
+      const int two = d[0] * 10 + d[1];
+      points += two == 1 ? 15 : two == 2 ? 12 : two == 12 ? 11 : two == 23 ? 8 : 0;
+    }
+    if (d.size() >= 3) {
+      const std::size_t from = ace ? 1 : 2;
+      for (std::size_t i = from; i <= from + (d.size() == 4 ? 1 : 0); ++i) {
+        const int rank = d[i];
+        points += rank == 1                 ? 9
+                  : rank == 2               ? 6
+                  : rank == 3               ? 4
+                  : rank >= 9 && rank <= 11 ? 2
+                  : rank == 4 || rank == 8  ? 1
+                                            : 0;
+      }
+    }
+    for (int rank = 0; rank < 13; ++rank) {
+      const double pair = rank == 0    ? 3
+                          : rank <= 2  ? 1
+                          : rank <= 7  ? 0
+                          : rank == 8  ? 1
+                          : rank == 9  ? 2
+                          : rank == 10 ? 5
+                          : rank == 11 ? 6
+                                       : 8;
+      points += ranks[rank] == 2 ? pair : ranks[rank] == 3 ? pair / 2 : 0;
+    }
+    for (int suit = 0; suit < 4; ++suit) {
+      const int rank = top[suit];
+      const double two = rank == 12 ? 4 : rank == 11 ? 3 : rank >= 9 ? 2 : rank >= 6 ? 1 : 0;
+      points += suits[suit] == 2 ? two : suits[suit] == 3 ? two / 2 : 0;
+    }
+    return points;
+  }
+
+  int ranks[13] = {}, suits[4] = {}, top[4] = {};
+  std::vector<int> d;
+};
+
+TEST(OmahaPoints, OfAllHands) {
+  int hand[4];
+  int wrong = 0;
+  for (hand[0] = 0; hand[0] < 49; ++hand[0])
+    for (hand[1] = hand[0] + 1; hand[1] < 50; ++hand[1])
+      for (hand[2] = hand[1] + 1; hand[2] < 51; ++hand[2])
+        for (hand[3] = hand[2] + 1; hand[3] < 52; ++hand[3]) {
+          const PlainPoints plain(hand);
+          wrong += HutchisonPointsOmaha(hand) != plain.High() ? 1 : 0;
+          wrong += HutchisonPointsOmahaHL(hand) != plain.HighLow() ? 1 : 0;
+          ASSERT_EQ(wrong, 0) << CardNames(hand);
+        }
 }
 
 TEST(OmahaPoints, OfStartingHands) {
