@@ -11,12 +11,12 @@
 namespace pokermath {
 namespace {
 
-constexpr std::size_t kBytes = std::size_t{64} << 20;
-
-std::string HistoryFile() {
+// Of so many megabytes.
+std::string HistoryFile(std::int64_t megabytes) {
+  const std::size_t bytes = static_cast<std::size_t>(megabytes) << 20;
   const auto path = (std::filesystem::temp_directory_path() / "pokermath_bench.txt").string();
   std::string text;
-  while (text.size() < kBytes) {
+  while (text.size() < bytes) {
     text +=
         "Game #1234567890: Omaha Pot Limit (\xE2\x82\xAC"
         "0.50/\xE2\x82\xAC"
@@ -34,7 +34,7 @@ std::string HistoryFile() {
 
 template <int (*function)(CString, __int64&, CStringArray&)>
 void BM_ReadHistory(benchmark::State& state) {
-  const std::string path = HistoryFile();
+  const std::string path = HistoryFile(state.range(0));
   const CString name(path.begin(), path.end());
   __int64 position = 0;
   for (auto _ : state) {
@@ -45,11 +45,19 @@ void BM_ReadHistory(benchmark::State& state) {
   state.SetBytesProcessed(state.iterations() * position);
   std::filesystem::remove(path);
 }
-BENCHMARK(BM_ReadHistory<ReadHistoryFile>)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_ReadHistory<ReadHistoryFileUTF8>)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ReadHistory<ReadHistoryFile>)
+    ->ArgName("mb")
+    ->Arg(4)
+    ->Arg(64)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ReadHistory<ReadHistoryFileUTF8>)
+    ->ArgName("mb")
+    ->Arg(4)
+    ->Arg(64)
+    ->Unit(benchmark::kMillisecond);
 
 void BM_HistoryReader(benchmark::State& state) {
-  const std::string path = HistoryFile();
+  const std::string path = HistoryFile(state.range(0));
   std::int64_t position = 0;
   for (auto _ : state) {
     HistoryReader reader(path);
@@ -63,7 +71,7 @@ void BM_HistoryReader(benchmark::State& state) {
   state.SetBytesProcessed(state.iterations() * position);
   std::filesystem::remove(path);
 }
-BENCHMARK(BM_HistoryReader)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_HistoryReader)->ArgName("mb")->Arg(4)->Arg(64)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace pokermath

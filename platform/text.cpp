@@ -45,12 +45,19 @@ std::wstring FromWindows1252(std::string_view bytes) {
 }
 
 std::wstring FromUtf8(std::string_view bytes) {
-  const auto is_ascii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
-  if (std::all_of(bytes.begin(), bytes.end(), is_ascii)) return {bytes.begin(), bytes.end()};
+  // Most texts are ASCII, most others are at first.
+  const auto ascii_end = std::find_if(bytes.begin(), bytes.end(),
+                                      [](char byte) { return static_cast<signed char>(byte) < 0; });
+  std::wstring text(bytes.begin(), ascii_end);
+  if (ascii_end == bytes.end()) return text;
+  if (utf8::is_valid(ascii_end, bytes.end())) {
+    text.reserve(bytes.size());
+    utf8::unchecked::utf8to32(ascii_end, bytes.end(), std::back_inserter(text));
+    return text;
+  }
   std::string valid;
   valid.reserve(bytes.size());
-  utf8::replace_invalid(bytes.begin(), bytes.end(), std::back_inserter(valid), kReplacement);
-  std::wstring text;
+  utf8::replace_invalid(ascii_end, bytes.end(), std::back_inserter(valid), kReplacement);
   utf8::unchecked::utf8to32(valid.begin(), valid.end(), std::back_inserter(text));
   return text;
 }

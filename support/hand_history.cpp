@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -17,8 +18,14 @@
 namespace pokermath {
 namespace {
 
+constexpr std::size_t kWhole = std::numeric_limits<std::size_t>::max();
 constexpr std::size_t kMostBytes = std::size_t{16} << 20;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+// Not zeroed before they are read.
+using Bytes = LargeTable<char>;
+
+std::string_view ViewOf(const Bytes& bytes) { return {bytes.data(), bytes.size()}; }
 
 // A regular file that is open for reading.
 class InputFile {
@@ -42,9 +49,9 @@ class InputFile {
   std::uint64_t id() const { return static_cast<std::uint64_t>(status_.st_ino) + 1; }
 
   // What there is from a position on, up to a number of bytes.
-  std::string Read(std::int64_t position, std::size_t most) const {
+  Bytes Read(std::int64_t position, std::size_t most) const {
     const std::int64_t left = position < 0 ? 0 : size() - position;
-    std::string bytes(left <= 0 ? 0 : std::min(most, static_cast<std::size_t>(left)), '\0');
+    Bytes bytes(left <= 0 ? 0 : std::min(most, static_cast<std::size_t>(left)));
     std::size_t done = 0;
     while (done < bytes.size()) {
       const ssize_t got = pread(fd_, bytes.data() + done, bytes.size() - done,
@@ -102,8 +109,17 @@ class CurrencyDecoder {
   }
 
  private:
-  // Decodes one sign; the number of its bytes.
+  // Decodes one sign or some plain ones; the number of their bytes.
   std::size_t Next(std::string_view bytes) {
+    // Most of a line is ASCII.
+    const auto is_plain = [](char byte) {
+      return static_cast<signed char>(byte) >= 0 && byte != '\r';
+    };
+    const auto plain_end = std::find_if_not(bytes.begin(), bytes.end(), is_plain);
+    if (plain_end != bytes.begin()) {
+      line_.append(bytes.begin(), plain_end);
+      return static_cast<std::size_t>(plain_end - bytes.begin());
+    }
     if (bytes.starts_with("\r\n")) {
       lines_.push_back(std::move(line_));
       line_.clear();
@@ -130,7 +146,7 @@ class CurrencyDecoder {
 HistoryReader::HistoryReader(std::string path, std::int64_t position)
     : path_(std::move(path)), position_(std::max<std::int64_t>(position, 0)) {}
 
-bool HistoryReader::Load(std::string& bytes, std::size_t most, bool& at_end) {
+bool HistoryReader::Load(LargeTable<char>& bytes, std::size_t most, bool& at_end) {
   const InputFile file(path_);
   if (file.error() != 0) {
     errno = file.error();
@@ -151,13 +167,13 @@ std::string_view HistoryReader::WithoutMark(std::string_view bytes) const {
 
 bool HistoryReader::Read(CStringArray& lines) {
   for (std::size_t most = kMostBytes;; most *= 2) {
-    std::string bytes;
+    Bytes bytes;
     bool at_end;
     if (!Load(bytes, most, at_end)) return false;
-    std::string_view rest = WithoutMark(bytes);
+    std::string_view rest = WithoutMark(ViewOf(bytes));
     const bool windows_1252 = IsWindows1252(path_);
     TakeLines(rest, [&](std::string_view line) { lines.push_back(Decode(line, windows_1252)); });
-    const bool taken = rest.size() < WithoutMark(bytes).size();
+    const bool taken = rest.size() < WithoutMark(ViewOf(bytes)).size();
     if (taken) position_ += static_cast<std::int64_t>(bytes.size() - rest.size());
     more_ = !at_end;
     // A line that is longer than what was read.
@@ -166,10 +182,10 @@ bool HistoryReader::Read(CStringArray& lines) {
 }
 
 bool HistoryReader::ReadUnfinished(CStringArray& lines) {
-  std::string bytes;
+  Bytes bytes;
   bool at_end;
-  if (!Load(bytes, std::string().max_size(), at_end)) return false;
-  const std::string_view rest = WithoutMark(bytes);
+  if (!Load(bytes, kWhole, at_end)) return false;
+  const std::string_view rest = WithoutMark(ViewOf(bytes));
   if (!rest.empty()) lines.push_back(Decode(rest, IsWindows1252(path_)));
   return true;
 }
@@ -184,8 +200,8 @@ int ReadHistoryFile(CString path, __int64& position, CStringArray& lines) {
   if (stat(name.c_str(), &status) != 0) return -1;
   const InputFile file(name);
   if (file.error() != 0) return -2;
-  const std::string bytes = file.Read(position, std::string().max_size());
-  std::string_view rest = bytes;
+  const Bytes bytes = file.Read(position, kWhole);
+  std::string_view rest = ViewOf(bytes);
   const bool windows_1252 = IsWindows1252(name);
   if (position == 0 && !windows_1252 && rest.starts_with(kByteOrderMark)) rest.remove_prefix(3);
   const auto add = [&](std::string_view line) {
@@ -211,7 +227,7 @@ int ReadHistoryFileUTF8(CString path, __int64& position, CStringArray& lines) {
   const std::int64_t left = file.size() - position;
   const auto from = static_cast<std::int64_t>(static_cast<std::uint32_t>(position));
   if (left > 0) {
-    CurrencyDecoder(lines).Decode(file.Read(from, static_cast<std::size_t>(left)));
+    CurrencyDecoder(lines).Decode(ViewOf(file.Read(from, static_cast<std::size_t>(left))));
   }
   position = file.size();
   return 0;

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "pokermath/export.h"
+#include "pokermath/large_table.h"
 #include "pokermath/text.h"
 
 // A position is a byte offset, 0 for a new file; it is set to where the next call must begin.
@@ -57,7 +58,7 @@ class POKERMATH_EXPORT HistoryReader {
   std::int64_t position() const { return position_; }
 
  private:
-  bool Load(std::string& bytes, std::size_t most, bool& at_end);
+  bool Load(LargeTable<char>& bytes, std::size_t most, bool& at_end);
   std::string_view WithoutMark(std::string_view bytes) const;
 
   std::string path_;
