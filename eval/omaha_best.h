@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <span>
 
+#include "eval/best_pair.h"
+
 namespace pokermath {
 
 /// A choice of two hole cards and three board cards, as indexes, rising.
@@ -43,13 +45,7 @@ class OmahaPairValues {
     return std::max(plain, FlushOf(card1 % 13, card2 % 13));
   }
   /// The best pair of a hand.
-  int Best(std::span<const int> hand) const {
-    int best = 0;
-    for (std::size_t i = 0; i < hand.size(); ++i) {
-      for (std::size_t j = i + 1; j < hand.size(); ++j) best = std::max(best, Of(hand[i], hand[j]));
-    }
-    return best;
-  }
+  int Best(std::span<const int> hand) const { return BestPair(*this, hand); }
 
  private:
   int FlushOf(int rank1, int rank2) const;

@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <span>
 
+#include "eval/best_pair.h"
+
 namespace pokermath {
 
 /// Low ranks as bits: the ace is 1, the deuce 2 .. the eight 128; 0 for a higher rank.
@@ -58,13 +60,7 @@ class OmahaPairLows {
     return lows_[static_cast<std::size_t>(card1 % 13)][static_cast<std::size_t>(card2 % 13)];
   }
   /// The best pair of a hand.
-  int Best(std::span<const int> hand) const {
-    int best = 0;
-    for (std::size_t i = 0; i < hand.size(); ++i) {
-      for (std::size_t j = i + 1; j < hand.size(); ++j) best = std::max(best, Of(hand[i], hand[j]));
-    }
-    return best;
-  }
+  int Best(std::span<const int> hand) const { return BestPair(*this, hand); }
 
  private:
   std::array<std::array<std::uint8_t, 13>, 13> lows_{};

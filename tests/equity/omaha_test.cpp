@@ -7,9 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <fstream>
 #include <functional>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -21,30 +19,18 @@
 #include "pokermath/equity.h"
 #include "pokermath/poker_logic.h"
 #include "tests/cards/dealer.h"
+#include "tests/golden_rows.h"
 
 namespace pokermath {
 namespace {
 
 using Cards = std::vector<int>;
 
-std::vector<std::vector<std::string>> Rows(const std::string& name) {
-  std::ifstream in(std::string(POKERMATH_TEST_DATA) + "/" + name);
-  std::vector<std::vector<std::string>> rows;
-  std::string line;
-  std::getline(in, line);  // the titles
-  while (std::getline(in, line)) {
-    rows.emplace_back();
-    std::istringstream fields(line);
-    for (std::string field; std::getline(fields, field, ',');) rows.back().push_back(field);
-  }
-  return rows;
-}
-
 Cards CardsOf(const std::string& text) { return ParseCards(text).cards; }
 
 TEST(OmahaEquity, GoldenHandsAgainstHands) {
   const PokerLogic logic;
-  const auto rows = Rows("omaha_hand_vs_hand.csv");
+  const auto rows = GoldenRows("omaha_hand_vs_hand.csv");
   ASSERT_EQ(rows.size(), 32u);
   for (const auto& row : rows) {
     const int size = std::stoi(row[0]);
@@ -68,7 +54,7 @@ TEST(OmahaEquity, GoldenHandsAgainstHands) {
 
 TEST(OmahaEquity, GoldenMultiway) {
   const PokerLogic logic;
-  for (const auto& row : Rows("omaha_multiway.csv")) {
+  for (const auto& row : GoldenRows("omaha_multiway.csv")) {
     const int size = std::stoi(row[0]);
     Cards cards = CardsOf(row[1]);
     const Cards dead = CardsOf(row[2]);
@@ -90,37 +76,54 @@ TEST(OmahaEquity, GoldenMultiway) {
   }
 }
 
-// Board by board, the best five of each hand.
-SharedTally Plain(const Cards& cards, int size, const Cards& dead, Cards board, int first = 0) {
-  SharedTally tally;
-  if (board.size() < 5) {
-    for (int card = first; card < 52; ++card) {
-      if (std::ranges::count(cards, card) + std::ranges::count(dead, card) +
-              std::ranges::count(board, card) !=
-          0) {
-        continue;
-      }
-      board.push_back(card);
-      const SharedTally part = Plain(cards, size, dead, board, card + 1);
-      board.pop_back();
-      tally.boards += part.boards;
-      for (std::size_t k = 0; k < tally.shared.size(); ++k) tally.shared[k] += part.shared[k];
+// Visits every way to complete a board.
+template <typename Visit>
+void ForEachBoard(const Cards& cards, const Cards& dead, Cards& board, const Visit& visit,
+                  int first = 0) {
+  if (board.size() == 5) return visit();
+  for (int card = first; card < 52; ++card) {
+    if (std::ranges::count(cards, card) + std::ranges::count(dead, card) +
+            std::ranges::count(board, card) !=
+        0) {
+      continue;
     }
-    return tally;
+    board.push_back(card);
+    ForEachBoard(cards, dead, board, visit, card + 1);
+    board.pop_back();
   }
-  tally.boards = 1;
-  int best = 0;
-  std::size_t ties = 0;
+}
+
+// The values of hands that lie one behind the other, by value(hand).
+template <typename Value>
+std::vector<int> ValuesOf(const Cards& cards, int size, const Value& value) {
+  std::vector<int> values;
   for (std::size_t i = 0; i < cards.size(); i += static_cast<std::size_t>(size)) {
     Cards hand(cards.begin() + static_cast<std::ptrdiff_t>(i),
                cards.begin() + static_cast<std::ptrdiff_t>(i) + size);
-    int record[5];
-    const int value = getCombinationOmahaFsm5Common(hand.data(), size, board.data(), 5, record);
-    if (i == 0) best = value;
-    if (value > best) return tally;
-    ties += i > 0 && value == best ? 1 : 0;
+    values.push_back(value(hand));
   }
-  tally.shared[ties] = 1;
+  return values;
+}
+
+// Counts the first value if it is the best.
+void AddShared(const std::vector<int>& values, std::array<std::int64_t, 11>& shared) {
+  const int best = std::ranges::max(values);
+  if (values[0] == best) ++shared[static_cast<std::size_t>(std::ranges::count(values, best) - 1)];
+}
+
+// Board by board, the best five of each hand.
+SharedTally Plain(const Cards& cards, int size, const Cards& dead, Cards board) {
+  SharedTally tally;
+  ForEachBoard(cards, dead, board, [&] {
+    ++tally.boards;
+    AddShared(ValuesOf(cards, size,
+                       [&](Cards& hand) {
+                         int record[5];
+                         return getCombinationOmahaFsm5Common(hand.data(), size, board.data(), 5,
+                                                              record);
+                       }),
+              tally.shared);
+  });
   return tally;
 }
 
@@ -150,7 +153,7 @@ TEST(OmahaEquity, IsThePlainCountAtEveryInstructionLevel) {
 
 TEST(OmahaEquity, GoldenAgainstEveryHand) {
   const PokerLogic logic;
-  for (const auto& row : Rows("omaha_vs_random.csv")) {
+  for (const auto& row : GoldenRows("omaha_vs_random.csv")) {
     Cards hand = CardsOf(row[1]);
     Cards board = CardsOf(row[2]);
     const std::string& scope = row[3];
@@ -266,59 +269,40 @@ TEST(OmahaEquity, EveryHandAtOnceIsEachHandOnEachBoard) {
   }
 }
 
-// Shares of the first hand, board by board, twice for the half of a pot.
-HighLowTally PlainHighLow(const Cards& cards, int size, const Cards& dead, Cards board,
-                          int first = 0) {
+// The same for a split pot.
+HighLowTally PlainHighLow(const Cards& cards, int size, const Cards& dead, Cards board) {
   HighLowTally tally;
-  if (board.size() < 5) {
-    for (int card = first; card < 52; ++card) {
-      if (std::ranges::count(cards, card) + std::ranges::count(dead, card) +
-              std::ranges::count(board, card) !=
-          0) {
-        continue;
-      }
-      board.push_back(card);
-      const HighLowTally part = PlainHighLow(cards, size, dead, board, card + 1);
-      board.pop_back();
-      tally.boards += part.boards;
-      tally.scoops += part.scoops;
-      tally.losses += part.losses;
-      tally.lows += part.lows;
-      for (std::size_t k = 0; k < tally.whole.size(); ++k) {
-        tally.whole[k] += part.whole[k];
-        tally.high[k] += part.high[k];
-        tally.low[k] += part.low[k];
-      }
-    }
-    return tally;
-  }
   const PokerLogic logic;
-  std::vector<int> values, lows;
-  for (std::size_t i = 0; i < cards.size(); i += static_cast<std::size_t>(size)) {
-    Cards hand(cards.begin() + static_cast<std::ptrdiff_t>(i),
-               cards.begin() + static_cast<std::ptrdiff_t>(i) + size);
-    int record[5];
-    values.push_back(getCombinationOmahaFsm5Common(hand.data(), size, board.data(), 5, record));
-    const int low = logic.SetLowValueCombinationOmahaCommon(hand.data(), size, board.data(), 5);
-    lows.push_back(low == 0 ? 0 : 100000 - low);
-  }
-  const auto count = [](const std::vector<int>& of, std::array<std::int64_t, 11>& shared) {
-    const auto best = std::ranges::max(of);
-    if (of[0] == best) ++shared[static_cast<std::size_t>(std::ranges::count(of, best) - 1)];
-  };
-  const bool low = std::ranges::max(lows) > 0;
-  tally.boards = 1;
-  count(values, low ? tally.high : tally.whole);
-  if (low) count(lows, tally.low);
-  tally.scoops = tally.Equity() == 1.0 ? 1 : 0;
-  tally.losses = tally.Equity() == 0.0 ? 1 : 0;
-  tally.lows = low ? 1 : 0;
+  ForEachBoard(cards, dead, board, [&] {
+    const auto value = [&](Cards& hand) {
+      int record[5];
+      return getCombinationOmahaFsm5Common(hand.data(), size, board.data(), 5, record);
+    };
+    const auto low_of = [&](Cards& hand) {
+      const int low = logic.SetLowValueCombinationOmahaCommon(hand.data(), size, board.data(), 5);
+      return low == 0 ? 0 : 100000 - low;
+    };
+    const std::vector<int> lows = ValuesOf(cards, size, low_of);
+    const bool low = std::ranges::max(lows) > 0;
+    HighLowTally one = {.boards = 1};
+    AddShared(ValuesOf(cards, size, value), low ? one.high : one.whole);
+    if (low) AddShared(lows, one.low);
+    ++tally.boards;
+    tally.scoops += one.Equity() == 1.0 ? 1 : 0;
+    tally.losses += one.Equity() == 0.0 ? 1 : 0;
+    tally.lows += low ? 1 : 0;
+    for (std::size_t k = 0; k < tally.whole.size(); ++k) {
+      tally.whole[k] += one.whole[k];
+      tally.high[k] += one.high[k];
+      tally.low[k] += one.low[k];
+    }
+  });
   return tally;
 }
 
 TEST(OmahaHighLow, GoldenMultiway) {
   const PokerLogic logic;
-  const auto rows = Rows("omaha_hilo_multiway.csv");
+  const auto rows = GoldenRows("omaha_hilo_multiway.csv");
   ASSERT_EQ(rows.size(), 22u);
   for (const auto& row : rows) {
     const int size = std::stoi(row[0]);

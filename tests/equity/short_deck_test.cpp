@@ -6,8 +6,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -21,6 +19,7 @@
 #include "pokermath/messages.h"
 #include "pokermath/poker_logic.h"
 #include "tests/cards/dealer.h"
+#include "tests/golden_rows.h"
 #include "tests/platform/scratch_folder.h"
 
 namespace pokermath {
@@ -96,22 +95,8 @@ Spec RandomRange(Dealer& dealer, int holdings) {
   return spec;
 }
 
-std::vector<std::vector<std::string>> Rows(const std::string& name) {
-  std::ifstream in(std::string(POKERMATH_TEST_DATA) + "/" + name);
-  std::vector<std::vector<std::string>> rows;
-  std::string line;
-  std::getline(in, line);  // the titles
-  while (std::getline(in, line)) {
-    std::ranges::replace(line, ',', ' ');
-    std::istringstream fields(line);
-    rows.emplace_back(std::istream_iterator<std::string>(fields),
-                      std::istream_iterator<std::string>());
-  }
-  return rows;
-}
-
 TEST(ShortDeckEquity, GoldenMatchups) {
-  const auto rows = Rows("shortdeck_hand_vs_hand.csv");
+  const auto rows = GoldenRows("shortdeck_hand_vs_hand.csv");
   ASSERT_EQ(rows.size(), 20u);
   for (const auto& row : rows) {
     Cards hand1 = CardsOf(row[0]);
@@ -126,7 +111,7 @@ TEST(ShortDeckEquity, GoldenMatchups) {
     EXPECT_EQ(boards, 201376);
   }
   PokerLogic logic;
-  for (const auto& row : Rows("shortdeck_vs_random.csv")) {
+  for (const auto& row : GoldenRows("shortdeck_vs_random.csv")) {
     Cards hand = CardsOf(row[0]);
     int count = 0, elapsed = -1;
     const double share = logic.RiverEquityHandVsRandomOnPreFlop6Plus(hand.data(), count, elapsed);

@@ -4,9 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
 #include <set>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -17,24 +15,12 @@
 #include "pokermath/poker_logic.h"
 #include "pokermath/ranges.h"
 #include "tests/cards/dealer.h"
+#include "tests/golden_rows.h"
 
 namespace pokermath {
 namespace {
 
 using Cards = std::vector<int>;
-
-std::vector<std::vector<std::string>> Rows(const std::string& name) {
-  std::ifstream in(std::string(POKERMATH_TEST_DATA) + "/" + name);
-  std::vector<std::vector<std::string>> rows;
-  std::string line;
-  std::getline(in, line);  // the titles
-  while (std::getline(in, line)) {
-    rows.emplace_back();
-    std::istringstream fields(line);
-    for (std::string field; std::getline(fields, field, ',');) rows.back().push_back(field);
-  }
-  return rows;
-}
 
 Cards CardsOf(const std::string& text) { return ParseCards(text).cards; }
 int Count(const Cards& cards) { return static_cast<int>(cards.size()); }
@@ -85,7 +71,7 @@ Situation Random(Dealer& dealer, int hole, int board) {
 
 TEST(OmahaNuts, Golden) {
   const PokerLogic logic;
-  const auto rows = Rows("omaha_nuts.csv");
+  const auto rows = GoldenRows("omaha_nuts.csv");
   ASSERT_EQ(rows.size(), 14u);
   for (const auto& row : rows) {
     Cards hole = CardsOf(row[0]), board = CardsOf(row[1]);
@@ -101,7 +87,7 @@ TEST(OmahaNuts, Golden) {
 }
 
 TEST(OmahaOuts, Golden) {
-  const auto rows = Rows("omaha_outs_fsm5.csv");
+  const auto rows = GoldenRows("omaha_outs_fsm5.csv");
   ASSERT_EQ(rows.size(), 13u);
   for (const auto& row : rows) {
     Cards hole = CardsOf(row[0]), board = CardsOf(row[1]);
