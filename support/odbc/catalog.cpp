@@ -1,12 +1,14 @@
-// What a database holds, and which drivers there are.
+#include "support/odbc/catalog.h"
 
 #include <algorithm>
 #include <memory>
 #include <new>
 #include <string>
+#include <string_view>
 
 #include "platform/messages.h"
 #include "platform/text.h"
+#include "pokermath/odbc.h"
 #include "support/odbc/database.h"
 #include "support/odbc/names.h"
 
@@ -65,7 +67,32 @@ CString AttributesText(const std::string& list) {
   return FromUtf8(text);
 }
 
-void ListDrivers(SQLHENV environment, CStringArray& list) {
+}  // namespace
+
+void ListTables(const Connection& connection, CStringArray& tables) {
+  Statement statement(connection);
+  AskForTables(statement, "", "TABLE");
+  while (statement.Fetch()) tables.push_back(NameIn(statement, 2));
+}
+
+std::vector<ColumnDescription> ListColumns(const Connection& connection, const CString& table) {
+  Statement statement(connection);
+  std::string pattern = connection.AsPattern(table);
+  statement.Check(SQLColumns(statement.handle(), nullptr, 0, nullptr, 0, Narrow(pattern),
+                             LengthOf(pattern), nullptr, 0));
+  std::vector<ColumnDescription> columns;
+  while (statement.Fetch()) {
+    // In the order of the result: some drivers read it only forward.
+    ColumnDescription column;
+    column.name = NameIn(statement, 3);
+    column.type = NameIn(statement, 5);
+    column.nullable = NameIn(statement, 10) != L"0";
+    columns.push_back(column);
+  }
+  return columns;
+}
+
+void ListDrivers(SQLHENV environment, std::vector<Driver>& drivers) {
   constexpr SQLSMALLINT kRoom = 512;
   for (SQLUSMALLINT direction = SQL_FETCH_FIRST;; direction = SQL_FETCH_NEXT) {
     std::string name(kRoom, '\0');
@@ -76,12 +103,10 @@ void ListDrivers(SQLHENV environment, CStringArray& list) {
                                         Narrow(attributes), kRoom, &attributes_length);
     CheckCall(result, SQL_HANDLE_ENV, environment);
     if (result == SQL_NO_DATA) return;
-    list.push_back(FromUtf8(name.c_str()));
-    list.push_back(AttributesText(attributes));
+    drivers.push_back({FromUtf8(name.c_str()), AttributesText(attributes)});
   }
 }
 
-}  // namespace
 }  // namespace pokermath
 
 bool BuildTableList(void*, const CString& connect, CStringArray& tables) {
@@ -89,11 +114,7 @@ bool BuildTableList(void*, const CString& connect, CStringArray& tables) {
   const std::unique_ptr<CDatabase> database = OpenShown(connect);
   if (database == nullptr) return false;
   tables.clear();
-  Shown(connect, [&] {
-    Statement statement(DatabaseAccess::ConnectionOf(*database));
-    AskForTables(statement, "", "TABLE");
-    while (statement.Fetch()) tables.push_back(NameIn(statement, 2));
-  });
+  Shown(connect, [&] { ListTables(DatabaseAccess::ConnectionOf(*database), tables); });
   return true;
 }
 
@@ -122,13 +143,11 @@ bool IsColumnTableODBC(void*, const CString& connect, const CString& table, cons
   if (database == nullptr) return false;
   bool found = false;
   Shown(connect, [&] {
-    const Connection& connection = DatabaseAccess::ConnectionOf(*database);
-    Statement statement(connection);
-    std::string pattern = connection.AsPattern(table);
-    statement.Check(SQLColumns(statement.handle(), nullptr, 0, nullptr, 0, Narrow(pattern),
-                               LengthOf(pattern), nullptr, 0));
     const CString wanted = UpperCase(column);
-    while (!found && statement.Fetch()) found = UpperCase(NameIn(statement, 3)) == wanted;
+    const auto columns = ListColumns(DatabaseAccess::ConnectionOf(*database), table);
+    found = std::any_of(columns.begin(), columns.end(), [&wanted](const ColumnDescription& have) {
+      return UpperCase(have.name) == wanted;
+    });
   });
   return found;
 }
@@ -136,18 +155,27 @@ bool IsColumnTableODBC(void*, const CString& connect, const CString& table, cons
 bool BuildSQLDriversList(void* environment, CStringArray& list) {
   using namespace pokermath;
   list.clear();
+  bool whole = true;
   try {
-    if (environment != nullptr) {
-      ListDrivers(environment, list);
-    } else {
-      ListDrivers(Environment().handle(), list);
+    std::vector<Driver> drivers;
+    try {
+      std::unique_ptr<Environment> own;
+      if (environment == nullptr) {
+        own = std::make_unique<Environment>();
+        environment = own->handle();
+      }
+      ListDrivers(environment, drivers);
+    } catch (const DatabaseError&) {
+      whole = false;
     }
-    return true;
-  } catch (const DatabaseError&) {
-    return false;
+    for (const Driver& driver : drivers) {
+      list.push_back(driver.name);
+      list.push_back(driver.attributes);
+    }
   } catch (const std::bad_alloc&) {
-    return false;
+    whole = false;
   }
+  return whole;
 }
 
 bool TestDSNDriver(void* environment, CString driver) {
