@@ -45,19 +45,18 @@ struct DbWords {
   bool json = false;
 };
 
+Failure DatabaseFailure(const std::string& what, const CString& error) {
+  return Failure(what + ": " + ToUtf8(OnOneLine(error)));
+}
+
 // Runs `work`; what the database says against it ends the command.
 template <typename Work>
 void Attempt(const std::string& what, const Work& work) {
   try {
     work();
   } catch (const DatabaseError& error) {
-    throw Failure(fmt::format("{}: {}", what, ToUtf8(OnOneLine(error.text()))));
+    throw DatabaseFailure(what, error.text());
   }
-}
-
-Failure DatabaseFailure(const DbWords& words, const std::string& what, const CString& error) {
-  const CString shown = WithoutPasswordsOf(FromUtf8(words.connect), error);
-  return Failure(what + ": " + ToUtf8(OnOneLine(shown)));
 }
 
 int RunDrivers(const DbWords& words) {
@@ -287,12 +286,12 @@ int RunQuery(const DbWords& words) {
   const StopSignals signals;
   CDatabase database;
   if (!database.OpenEx(FromUtf8(words.connect), CDatabase::openReadOnly)) {
-    throw DatabaseFailure(words, "cannot open the database", database.ErrorText());
+    throw DatabaseFailure("cannot open the database", database.ErrorText());
   }
   CODBCRecordset records(&database);
   records.SetShowErrors(false);
   const auto check = [&](const char* what) {
-    if (!records.ErrorText().empty()) throw DatabaseFailure(words, what, records.ErrorText());
+    if (!records.ErrorText().empty()) throw DatabaseFailure(what, records.ErrorText());
   };
   records.Open(FromUtf8(words.subject).c_str());
   check("the query failed");
@@ -321,14 +320,14 @@ int RunExec(const DbWords& words) {
   const std::vector<SqlStatement> statements = SplitSql(ReadScript(words.subject));
   CDatabase database;
   if (!database.OpenEx(FromUtf8(words.connect))) {
-    throw DatabaseFailure(words, "cannot open the database", database.ErrorText());
+    throw DatabaseFailure("cannot open the database", database.ErrorText());
   }
   for (std::size_t i = 0; i < statements.size(); ++i) {
     if (database.ExecuteSQL(FromUtf8(statements[i].text))) continue;
     const std::string what =
         fmt::format("{}, line {}: statement {} of {} failed", Quoted(words.subject),
                     statements[i].line, i + 1, statements.size());
-    throw DatabaseFailure(words, what, database.ErrorText());
+    throw DatabaseFailure(what, database.ErrorText());
   }
   const std::size_t count = statements.size();
   Print(words.json ? JsonLine({{"schema", kJsonSchema}, {"statements", count}})

@@ -31,6 +31,7 @@ struct DatabaseAccess;
 }  // namespace pokermath
 
 class CRecordset;
+class CODBCRecordset;
 
 /// A connection to a database.
 class POKERMATH_EXPORT CDatabase {
@@ -61,14 +62,17 @@ class POKERMATH_EXPORT CDatabase {
 
  private:
   friend class CRecordset;
+  friend class CODBCRecordset;
   friend struct pokermath::DatabaseAccess;
 
   void Connect(const CString& connect, unsigned long options);
   void Execute(const CString& sql);
+  CString Shown(const CString& text) const;
 
   std::unique_ptr<pokermath::Connection> connection_;
   std::vector<CRecordset*> record_sets_;
   unsigned long query_timeout_ = 0;
+  CString connect_;  // for the passwords that must not be shown
   CString error_;
 };
 
@@ -313,7 +317,7 @@ class POKERMATH_EXPORT CRecordset {
   // Between the two.
   virtual void Executed() {}
   // Keeps the exception that is being handled and its text; false.
-  bool Failed() noexcept;
+  bool Failed();
 
   CDatabase* database_;
   std::unique_ptr<pokermath::ResultSet> result_;

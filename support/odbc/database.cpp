@@ -27,6 +27,8 @@ bool Try(const Work& work, const OnError& on_error, const OnNoMemory& on_no_memo
       on_error(error.text());
     } catch (const std::bad_alloc&) {
       on_no_memory();
+    } catch (const std::exception& error) {
+      on_error(FromUtf8(error.what()));
     }
   } catch (const std::bad_alloc&) {
     // Nothing is left to say it with.
@@ -93,11 +95,16 @@ void CDatabase::Close() {
 
 void CDatabase::Connect(const CString& connect, unsigned long options) {
   Close();
+  connect_ = connect;
   try {
     connection_ = std::make_unique<pokermath::Connection>(connect, (options & openReadOnly) != 0);
   } catch (const DatabaseError& error) {
-    throw DatabaseError(pokermath::WithoutPasswordsOf(connect, error.text()));
+    throw DatabaseError(Shown(error.text()));
   }
+}
+
+CString CDatabase::Shown(const CString& text) const {
+  return pokermath::WithoutPasswordsOf(connect_, text);
 }
 
 void CDatabase::Execute(const CString& sql) {
@@ -116,7 +123,8 @@ bool CDatabase::OpenEx(const CString& connect, unsigned long options) {
 
 bool CDatabase::ExecuteSQL(const CString& sql) {
   error_.clear();
-  return pokermath::Try([&] { Execute(sql); }, [this](const CString& text) { error_ = text; },
+  return pokermath::Try([&] { Execute(sql); },
+                        [this](const CString& text) { error_ = Shown(text); },
                         [this] { error_ = L"not enough memory"; });
 }
 

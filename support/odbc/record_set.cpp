@@ -30,7 +30,7 @@ void CRecordset::Close() {
 
 bool CRecordset::Open(const wchar_t* sql, unsigned int, unsigned long) {
   try {
-    OpenOrThrow(sql);
+    OpenOrThrow(sql == nullptr ? L"" : sql);
     return true;
   } catch (...) {
     return Failed();
@@ -55,18 +55,21 @@ void CRecordset::OpenOrThrow(const CString& sql) {
   std::rethrow_exception(std::exchange(failure_, nullptr));
 }
 
-bool CRecordset::Failed() noexcept {
+bool CRecordset::Failed() {
   end_ = true;
   failure_ = std::current_exception();
+  error_ = L"not enough memory";
   try {
-    error_ = L"not enough memory";
-    throw;
-  } catch (const DatabaseError& error) {
     try {
-      error_ = error.text();
+      throw;
+    } catch (const DatabaseError& error) {
+      error_ = database_ == nullptr ? error.text() : database_->Shown(error.text());
     } catch (const std::bad_alloc&) {
+    } catch (const std::exception& error) {
+      error_ = pokermath::FromUtf8(error.what());
     }
-  } catch (...) {
+  } catch (const std::bad_alloc&) {
+    failure_ = std::current_exception();
   }
   return false;
 }
@@ -178,13 +181,16 @@ bool CODBCRecordset::Move(long rows, unsigned short fetchType) {
 
 void CODBCRecordset::ShowFailure() const {
   if (!show_errors_) return;
+  const auto show = [this](const CString& text) {
+    pokermath::ShowMessage(database_ == nullptr ? text : database_->Shown(text));
+  };
   try {
     try {
       std::rethrow_exception(failure_);
-    } catch (const DatabaseError& error) {
-      pokermath::ShowMessage(L"Ошибка " + error.text() + L" Запрос [" + sql_ + L"] !");
     } catch (const std::bad_alloc&) {
-      pokermath::ShowMessage(L"Ошибка памяти при чтении таблицы [" + sql_ + L"] !");
+      show(L"Ошибка памяти при чтении таблицы [" + sql_ + L"] !");
+    } catch (const std::exception&) {
+      show(L"Ошибка " + error_ + L" Запрос [" + sql_ + L"] !");
     }
   } catch (const std::bad_alloc&) {
     // Nothing is left to say it with.

@@ -281,7 +281,8 @@ TEST_P(Odbc, AFailingQueryGivesOneMessageAtMost) {
   EXPECT_EQ(messages_.Take(), (Texts{L"Ошибка " + rs.ErrorText() + L" Запрос [" + sql + L"] !"}));
   EXPECT_FALSE(rs.IsOpen());
   EXPECT_FALSE(rs.MoveNext());
-  EXPECT_EQ(messages_.Take().size(), 1u) << "nothing to move in";
+  EXPECT_FALSE(rs.Open(nullptr));
+  EXPECT_EQ(messages_.Take().size(), 2u) << "nothing to move in";
   EXPECT_TRUE(rs.Open(L"SELECT 1 AS one"));
   EXPECT_TRUE(rs.MoveNext() || rs.ErrorText().empty());
 }
@@ -523,8 +524,11 @@ TEST_P(OdbcServer, APasswordIsNeverShown) {
   EXPECT_FALSE(OpenODBC(wrong, db_));
   EXPECT_FALSE(OpenODBC(Connect(), db_, rs_, L"SELECT 'se;cr}et' FROM none", true));
   EXPECT_FALSE(ExecuteSQL(Connect(), L"se;cr}et"));
+  ASSERT_TRUE(OpenODBC(Connect(), db_));
+  CODBCRecordset rs(db_);
+  EXPECT_FALSE(rs.Open(L"SELECT se;cr}et"));
   const Texts shown = messages_.Take();
-  ASSERT_EQ(shown.size(), 3u);
+  ASSERT_EQ(shown.size(), 4u);
   for (const CString& text : shown) {
     EXPECT_EQ(text.find(L"wr}"), CString::npos) << ToUtf8(text);
     EXPECT_EQ(text.find(L"cr}"), CString::npos) << ToUtf8(text);
@@ -548,6 +552,16 @@ TEST_P(OdbcServer, TypesThatAFileDoesNotHave) {
 TEST_P(OdbcServer, AnErrorInALaterPieceOfAStatement) {
   EXPECT_FALSE(ExecuteSQL(Connect(), L"SELECT 1; SELECT 1 / 0"));
   EXPECT_EQ(messages_.Take().size(), 1u);
+}
+
+TEST_P(OdbcServer, AQueryMayTakeSoLong) {
+  CDatabase database;
+  ASSERT_TRUE(database.OpenEx(Connect()));
+  database.SetQueryTimeout(1);
+  EXPECT_FALSE(database.ExecuteSQL(L"SELECT pg_sleep(60)"));
+  EXPECT_NE(database.ErrorText().find(L"57014"), CString::npos) << ToUtf8(database.ErrorText());
+  EXPECT_TRUE(database.ExecuteSQL(L"SELECT 1"));
+  EXPECT_EQ(database.ErrorText(), L"");
 }
 
 TEST_P(OdbcServer, TheServerGoesAwayInTheMiddle) {
