@@ -142,18 +142,20 @@ class POKERMATH_EXPORT CDBVariant {
 /// Conversions never fail. Null gives false, 0 and what is empty, a value of the kind that is asked
 /// for comes as it is, and binary is taken as the text that its bytes are in UTF-8. The others:
 ///
-/// | to     | from bool | from a number      | from a date       | from text |
-/// |--------|-----------|--------------------|-------------------|-----------------------------------|
-/// | bool   |           | it is not 0        | false             | T, TRUE in any case; a number
-/// not 0 | | number | 0 or 1    | the nearest, below | 0                 | a decimal number, below;
-/// else 0   | | date   | zeros     | zeros              |                   | YYYY-MM-DD,
-/// hh:mm:ss[.f] or both  | | text   | T or F    | %ld or %f, below   | as locale writes  | | |
-/// binary | as text   | as text            | as text           | its UTF-8 |
+/// | to     | from bool | from a number | from a date | from text                         |
+/// |--------|-----------|---------------|-------------|-----------------------------------|
+/// | bool   |           | it is not 0   | false       | T or TRUE (any case), a number not 0 |
+/// | number | 0 or 1    | the nearest   | 0           | a decimal number, else 0          |
+/// | date   | zeros     | zeros         |             | YYYY-MM-DD, hh:mm:ss[.f] or both  |
+/// | text   | T or F    | %ld or %f     | see below   |                                   |
+/// | binary | as text   | as text       | as text     | its UTF-8                         |
 ///
 /// A fraction is cut off, what is too large or too small becomes the largest or the smallest, and
 /// not-a-number 0. A char is the number of its code, but as text the one character. Text may have
 /// white space around the number and nothing else. Numbers have a point whatever the locale; a date
 /// is written as the user's locale has it, in the "C" locale as YYYY-MM-DD hh:mm:ss.
+///
+/// `CString text = field;` converts; to assign to a text that is there already, use AsString().
 class POKERMATH_EXPORT CDBField : public CDBVariant {
  public:
   const CString& GetName() const { return name_; }

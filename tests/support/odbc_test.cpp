@@ -335,6 +335,41 @@ TEST_P(Odbc, ARecordSetIsUsedAgain) {
   delete orphan;
 }
 
+// A record set of a host: variables instead of fields.
+class Hands : public CRecordset {
+ public:
+  using CRecordset::CRecordset;
+  void DoFieldExchange(CFieldExchange* exchange) override {
+    exchange->Long(id);  // not told yet that columns come out
+    exchange->SetFieldType(CFieldExchange::outputColumn);
+    exchange->Long(id);
+    id_null = exchange->IsNull();
+    exchange->Skip();
+    exchange->Double(pot);
+    exchange->Long(of_another_kind);
+    exchange->Long(beyond);
+  }
+
+  long id = 7, of_another_kind = 7, beyond = 7;
+  bool id_null = true;
+  double pot = 7;
+};
+
+TEST_P(Odbc, ARecordSetOfAHost) {
+  Run({L"CREATE TABLE v (id integer, name varchar(9), pot double precision, t varchar(9))",
+       L"INSERT INTO v VALUES (1, 'one', 0.5, '5')", L"INSERT INTO v VALUES (NULL, 'x', 2, '6')"});
+  ASSERT_TRUE(OpenODBC(Connect(), db_));
+  Hands hands(db_);
+  ASSERT_TRUE(hands.Open(L"SELECT * FROM v ORDER BY pot", CRecordset::forwardOnly, 0));
+  EXPECT_TRUE(hands.id == 1 && !hands.id_null && hands.pot == 0.5);
+  EXPECT_TRUE(hands.of_another_kind == 0 && hands.beyond == 0);
+  EXPECT_TRUE(hands.MoveNext());
+  EXPECT_TRUE(hands.id == 0 && hands.id_null && hands.pot == 2);
+  EXPECT_FALSE(hands.MoveNext());
+  EXPECT_FALSE(hands.Open(L"nonsense", CRecordset::forwardOnly, 0)) << "without a message";
+  EXPECT_NE(hands.ErrorText(), L"");
+}
+
 TEST_P(Odbc, NamesInTheCatalogAreNames) {
   Run({L"CREATE TABLE hands_1 (id_ integer, \"Größe\" integer)",
        L"CREATE TABLE handsX1 (idX integer)", L"CREATE TABLE \"p%t€\" (n integer)",
