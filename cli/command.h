@@ -24,6 +24,7 @@ void AddPoints(CLI::App& program, int& exit_code);
 void AddRange(CLI::App& program, int& exit_code);
 void AddPots(CLI::App& program, int& exit_code);
 void AddHistory(CLI::App& program, int& exit_code);
+void AddDb(CLI::App& program, int& exit_code);
 void AddTables(CLI::App& program, int& exit_code);
 
 }  // namespace pokermath::cli

@@ -17,6 +17,7 @@
 #include "cli/output.h"
 #include "platform/text.h"
 #include "pokermath/messages.h"
+#include "support/odbc/connect_text.h"
 
 namespace pokermath::cli {
 namespace {
@@ -34,6 +35,7 @@ Examples:
   pokermath points AhAdKhKd
   pokermath range 'TT+,A9s+,KJo+'
   pokermath pots --stakes 100,50,100 --scores 5,9,7
+  pokermath db query 'SELECT * FROM hands' --connect 'Driver=SQLite3;Database=hands.db'
   pokermath tables build
 
 'pokermath SUBCOMMAND --help' says more and shows examples.
@@ -55,6 +57,11 @@ std::string NamesOfSubcommands(CLI::App& command) {
   return names;
 }
 
+// A word of the user in quotes; it may be a connect string in the wrong place.
+std::string QuotedWord(const std::string& word) {
+  return Quoted(ToUtf8(WithoutPasswords(FromUtf8(word))));
+}
+
 // Why the words that came to `command` could not be parsed, on one line.
 std::string ParseErrorText(const CLI::ParseError& error, CLI::App& command) {
   const std::vector<std::string> surplus = command.remaining();
@@ -62,15 +69,15 @@ std::string ParseErrorText(const CLI::ParseError& error, CLI::App& command) {
   const auto option = std::find_if(surplus.begin(), surplus.end(),
                                    [](const std::string& word) { return word.starts_with("-"); });
   if (option != surplus.end()) {
-    return Quoted(*option) +
+    return QuotedWord(*option) +
            (subcommands.empty() ? " is not an option" : " is not an option before a subcommand");
   }
   if (!subcommands.empty()) {
     return (surplus.empty() ? "a subcommand is missing"
-                            : Quoted(surplus.front()) + " is not a subcommand") +
+                            : QuotedWord(surplus.front()) + " is not a subcommand") +
            ": " + subcommands;
   }
-  if (!surplus.empty()) return Quoted(surplus.front()) + " is one word too many";
+  if (!surplus.empty()) return QuotedWord(surplus.front()) + " is one word too many";
   if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr ||
       dynamic_cast<const CLI::ValidationError*>(&error) != nullptr) {
     const std::string text = error.what();
@@ -115,6 +122,7 @@ int ParseAndRun(CLI::App& program, int argc, char** argv) {
   AddRange(program, exit_code);
   AddPots(program, exit_code);
   AddHistory(program, exit_code);
+  AddDb(program, exit_code);
   AddTables(program, exit_code);
   RefuseEmptyValues(program);
   try {

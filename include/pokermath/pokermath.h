@@ -11,6 +11,7 @@
 #include "pokermath/hand_history.h"
 #include "pokermath/large_table.h"
 #include "pokermath/messages.h"
+#include "pokermath/odbc.h"
 #include "pokermath/omaha.h"
 #include "pokermath/poker_logic.h"
 #include "pokermath/ranges.h"

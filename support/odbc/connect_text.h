@@ -1,0 +1,18 @@
+// What may be shown of a connect string.
+
+#ifndef POKERMATH_SUPPORT_ODBC_CONNECT_TEXT_H_
+#define POKERMATH_SUPPORT_ODBC_CONNECT_TEXT_H_
+
+#include "pokermath/text.h"
+
+namespace pokermath {
+
+/// The connect string with *** for every password.
+CString WithoutPasswords(const CString& connect);
+
+/// The text with *** wherever a password of the connect string stands in it.
+CString WithoutPasswordsOf(const CString& connect, CString text);
+
+}  // namespace pokermath
+
+#endif  // POKERMATH_SUPPORT_ODBC_CONNECT_TEXT_H_

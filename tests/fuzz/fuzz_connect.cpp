@@ -1,0 +1,31 @@
+// Any bytes as a connect string: a password behind it never shows, and one in braces that holds the
+// bytes themselves is found in what a driver says.
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+
+#include "support/odbc/connect_text.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace pokermath;
+  const auto require = [](bool holds) {
+    if (!holds) std::abort();
+  };
+  const CString bytes(data, data + size);
+  const CString secret = L"\u0416QZQZ";  // not a byte
+  const CString shown = WithoutPasswords(bytes + L";PWD=" + secret);
+  require(shown.find(secret) == shown.npos);
+  require(WithoutPasswords(shown) == shown);
+
+  CString quoted = L"PWD={";
+  for (const wchar_t c : bytes) quoted += c == L'}' ? CString(L"}}") : CString(1, c);
+  quoted += L"};UID=me";
+  require(WithoutPasswords(quoted) == L"PWD=***;UID=me");
+  if (size >= 4 && bytes.find(L'*') == bytes.npos) {
+    const CString said = WithoutPasswordsOf(quoted, L"near " + secret + bytes + secret);
+    require(said.find(bytes) == said.npos);
+  }
+  return 0;
+}

@@ -1,0 +1,14 @@
+// Memory that runs out when a test says so.
+
+#ifndef POKERMATH_TESTS_SUPPORT_FAILING_MEMORY_H_
+#define POKERMATH_TESTS_SUPPORT_FAILING_MEMORY_H_
+
+namespace pokermath {
+
+/// While it is not negative, this many more allocations of the thread succeed and one fails; then
+/// it is negative.
+extern thread_local long allocations_left;
+
+}  // namespace pokermath
+
+#endif  // POKERMATH_TESTS_SUPPORT_FAILING_MEMORY_H_
