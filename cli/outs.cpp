@@ -13,8 +13,7 @@
 #include "cli/deck_picture.h"
 #include "cli/omaha_cards.h"
 #include "cli/words.h"
-#include "equity/kernels/hole_cards.h"
-#include "omaha/nuts.h"
+#include "omaha/next_card.h"
 #include "pokermath/cards.h"
 #include "pokermath/evaluators.h"
 #include "pokermath/omaha.h"
@@ -60,27 +59,27 @@ struct OutsAnswer {
   double Chance() const { return static_cast<double>(all.cards.size()) / hand.Unseen(); }
 };
 
-// Cards are looked at as they are shown: from high to low.
 void LookAtEveryCard(OutsAnswer& answer) {
   const OmahaHand& now = answer.hand;
-  const std::uint64_t known = Bits(now.hand) | Bits(now.board);
-  std::vector<int> board = now.board;
-  board.push_back(0);
-  for (int i = 0; i < 52; ++i) {
-    const int card = (3 - i % 4) * 13 + 12 - i / 4;
-    if ((known & Bit(card)) != 0) continue;
-    board.back() = card;
-    const OmahaPairValues values(board);
-    const int value = values.Best(now.hand);
+  const int category_now = Get_rankFsm5(now.value);
+  ForEachNextCard(now.hand, now.board, [&](int card, int value, const auto& is_nuts) {
     const int category = Get_rankFsm5(value);
-    if (category <= Get_rankFsm5(now.value)) continue;
-    const bool nuts = IsNuts(values, value, known | Bit(card));
+    if (category <= category_now) return;
+    const bool nuts = is_nuts();
     for (Outs* outs : {&answer.outs[category], &answer.all}) {
       outs->value = value;
       outs->cards.push_back(card);
       if (nuts) outs->nut_cards.push_back(card);
     }
-  }
+  });
+  // As they are shown: from high to low.
+  const auto sort = [](Outs& outs) {
+    for (std::vector<int>* cards : {&outs.cards, &outs.nut_cards}) {
+      std::ranges::sort(*cards, comparefun);
+    }
+  };
+  for (auto& [category, outs] : answer.outs) sort(outs);
+  sort(answer.all);
 }
 
 std::vector<FlushDraw> FlushDraws(const OmahaHand& hand) {

@@ -63,35 +63,39 @@ Tally CountRiver(const int* hand, const int* board, int river) {
   return CountOmahaAgainstAll(BestIsa(), CardsOf(hand, 4), complete, Street::kRiver);
 }
 
+// Boards on which hands can be compared, and hands and boards against which all can be.
+bool CanCompare(std::span<const int> cards, std::span<const int> board) {
+  return !cards.empty() && board.size() <= 5 && board.size() != 1 && board.size() != 2;
+}
+bool CanFaceAll(std::span<const int> hand, std::span<const int> board, Street street) {
+  return (hand.size() == 4 || hand.size() == 5) && board.size() <= static_cast<std::size_t>(street);
+}
+
 }  // namespace
 
 SharedTally OmahaHands(std::span<const int> cards, int hand_size, std::span<const int> board,
                        std::span<const int> dead) {
-  if (board.size() > 5 || board.size() == 1 || board.size() == 2 || cards.empty()) return {};
+  if (!CanCompare(cards, board)) return {};
   return CountOmahaMatchup(BestIsa(), cards, hand_size, dead, board);
 }
 
 Tally OmahaHandVsRandom(std::span<const int> hand, std::span<const int> board, Street street,
                         std::span<const int> dead,
                         const std::function<bool(std::int64_t, std::int64_t)>& go_on) {
-  if (hand.size() < 4 || hand.size() > 5 || board.size() > static_cast<std::size_t>(street)) {
-    return {};
-  }
+  if (!CanFaceAll(hand, board, street)) return {};
   return CountOmahaAgainstAll(BestIsa(), hand, board, street, dead, go_on);
 }
 
 HighLowTally OmahaHighLowHands(std::span<const int> cards, int hand_size,
                                std::span<const int> board, std::span<const int> dead) {
-  if (board.size() > 5 || board.size() == 1 || board.size() == 2 || cards.empty()) return {};
+  if (!CanCompare(cards, board)) return {};
   return CountHighLowMatchup(BestIsa(), cards, hand_size, dead, board);
 }
 
 HighLowTally OmahaHighLowVsRandom(std::span<const int> hand, std::span<const int> board,
                                   Street street, std::span<const int> dead,
                                   const std::function<bool(std::int64_t, std::int64_t)>& go_on) {
-  if (hand.size() < 4 || hand.size() > 5 || board.size() > static_cast<std::size_t>(street)) {
-    return {};
-  }
+  if (!CanFaceAll(hand, board, street)) return {};
   return CountHighLowAgainstAll(BestIsa(), hand, board, street, dead, go_on);
 }
 

@@ -7,6 +7,7 @@
 
 #include "cards/card_list.h"
 #include "equity/kernels/omaha_cliques.h"
+#include "omaha/next_card.h"
 #include "platform/isa.h"
 #include "pokermath/omaha.h"
 #include "pokermath/poker_logic.h"
@@ -86,16 +87,10 @@ int FindAllNuts(int* hole, int nHole, int* board, int n, Spec& nuts, int* outs) 
   const BestPairs best(OmahaPairValues(CardsOf(board, n)), known);
   nuts = best.holdings;
   outs[0] = outs[1] = 0;
-  std::array<int, 5> next{};
-  std::copy_n(board, n, next.begin());
-  for (int card = 0; card < 52; ++card) {
-    if ((known & Bit(card)) != 0) continue;
-    next[static_cast<std::size_t>(n)] = card;
-    const OmahaPairValues then(CardsOf(next.data(), n + 1));
-    const int value = then.Best(hand);
-    if (value < best.value) continue;
+  ForEachNextCard(hand, CardsOf(board, n), [&](int, int value, const auto& is_nuts) {
+    if (value < best.value) return;
     ++outs[0];
-    if (IsNuts(then, value, known | Bit(card))) ++outs[1];
-  }
+    if (is_nuts()) ++outs[1];
+  });
   return static_cast<int>(nuts.combinations().size());
 }

@@ -11,7 +11,7 @@
 #include "cards/card_list.h"
 #include "eval/omaha_best.h"
 #include "eval/scales.h"
-#include "omaha/nuts.h"
+#include "omaha/next_card.h"
 #include "pokermath/evaluators.h"
 #include "pokermath/omaha.h"
 #include "pokermath/poker_logic.h"
@@ -35,22 +35,6 @@ int ValueOn(std::span<const int> hole, std::span<const int> board) {
   return OmahaPairValues(board).Best(hole);
 }
 
-// Visits every unseen card: visit(card, value of the hand then, whether it is the nuts), the last
-// one a function, because it is dear.
-template <typename Visit>
-void ForEachCard(std::span<const int> hole, std::span<const int> board, const Visit& visit) {
-  const std::uint64_t known = Bits(hole) | Bits(board);
-  std::array<int, 5> next{};
-  std::ranges::copy(board, next.begin());
-  for (int card = 0; card < 52; ++card) {
-    if ((known & Bit(card)) != 0) continue;
-    next[board.size()] = card;
-    const OmahaPairValues values(std::span<const int>(next).first(board.size() + 1));
-    const int value = values.Best(hole);
-    visit(card, value, [&] { return IsNuts(values, value, known | Bit(card)); });
-  }
-}
-
 // What an out adds to a count.
 template <typename Nuts>
 int OutAndNuts(const Nuts& is_nuts) {
@@ -64,7 +48,7 @@ int CountOuts(std::span<const int> hole, std::span<const int> board, int (*categ
   std::ranges::fill(outs, 0);
   std::ranges::fill(nut_outs, 0);
   const int now = category_of(ValueOn(hole, board));
-  ForEachCard(hole, board, [&](int, int value, const auto& is_nuts) {
+  ForEachNextCard(hole, board, [&](int, int value, const auto& is_nuts) {
     const auto category = static_cast<std::size_t>(category_of(value));
     if (static_cast<int>(category) <= now) return;
     ++outs[category];
@@ -126,12 +110,12 @@ int PokerLogic::GetFlushDrawOutsOmaha(CHandOmahaType& hand, int& flushOuts,
   int suits[4];
   int draws = 0;
   if (hand.isFlushDrawOmaha(suits, draws) == 0) return 0;
-  ForEachCard(hand.holeCards, CardsOf(hand.boardCards, hand.boardCount),
-              [&](int, int value, const auto& is_nuts) {
-                const int category = CategoryOf(value);
-                if (category == kFlush) flushOuts += OutAndNuts(is_nuts);
-                if (category == kStraightFlush) straightFlushOuts += OutAndNuts(is_nuts);
-              });
+  ForEachNextCard(hand.holeCards, CardsOf(hand.boardCards, hand.boardCount),
+                  [&](int, int value, const auto& is_nuts) {
+                    const int category = CategoryOf(value);
+                    if (category == kFlush) flushOuts += OutAndNuts(is_nuts);
+                    if (category == kStraightFlush) straightFlushOuts += OutAndNuts(is_nuts);
+                  });
   return draws;
 }
 
@@ -140,7 +124,7 @@ int PokerLogic::GetStraightDrawOutsOmaha(int* hole, int* board, int n, int& stra
   straightOuts = 0;
   if (n < 3 || n > 4) return kBadBoard;
   if (CategoryOf(ValueOn(CardsOf(hole, 4), CardsOf(board, n))) == kStraight) return kStraight;
-  ForEachCard(CardsOf(hole, 4), CardsOf(board, n), [&](int, int value, const auto& is_nuts) {
+  ForEachNextCard(CardsOf(hole, 4), CardsOf(board, n), [&](int, int value, const auto& is_nuts) {
     if (CategoryOf(value) == kStraight) straightOuts += OutAndNuts(is_nuts);
   });
   return 1;
@@ -153,7 +137,7 @@ int PokerLogic::GetFullHouseOutsOmaha(int* hole, int* board, int n, int& fullHou
   if (n < 3 || n > 4) return kBadBoard;
   const int now = CategoryOf(ValueOn(CardsOf(hole, 4), CardsOf(board, n)));
   if (now < kTwoPair || now > kFlush) return kFullHouse;
-  ForEachCard(CardsOf(hole, 4), CardsOf(board, n), [&](int, int value, const auto& is_nuts) {
+  ForEachNextCard(CardsOf(hole, 4), CardsOf(board, n), [&](int, int value, const auto& is_nuts) {
     const int category = CategoryOf(value);
     if (category == kFullHouse) fullHouseOuts += OutAndNuts(is_nuts);
     if (category == kQuads) quadsOuts += OutAndNuts(is_nuts);

@@ -24,15 +24,12 @@ class Contest {
  public:
   Contest(Isa isa, std::span<const int> hand, std::span<const int> ranks,
           const OmahaBoardClass& board, const LiveCards& live)
-      : isa_(isa),
-        hand_(hand),
-        ranks_(ranks),
-        live_(live),
-        values_(ranks, board.suit, board.suited) {
-    value_ = values_.Best(hand);
-    const PairTable pairs = live.PairsOf(values_);
-    less_ = live.NoMoreThan(pairs, value_ - 1);
-    not_more_ = live.NoMoreThan(pairs, value_);
+      : isa_(isa), hand_(hand), ranks_(ranks), live_(live) {
+    const OmahaPairValues values(ranks, board.suit, board.suited);
+    const int value = values.Best(hand);
+    const PairTable pairs = live.PairsOf(values);
+    less_ = live.NoMoreThan(pairs, value - 1);
+    not_more_ = live.NoMoreThan(pairs, value);
   }
 
   void AddTo(Tally& tally, std::int64_t boards) const {
@@ -87,37 +84,27 @@ class Contest {
   std::span<const int> hand_;
   std::span<const int> ranks_;
   const LiveCards& live_;
-  OmahaPairValues values_;
-  int value_ = 0;
   CardGraph less_, not_more_;
 };
 
-// Adds up the contests on all boards; false if it was stopped.
-template <typename Add>
-bool ForEachContest(Isa isa, std::span<const int> hand, std::span<const int> board, Street street,
-                    std::span<const int> dead, const GoOn& go_on, const Add& add) {
-  constexpr std::size_t kBetweenCalls = 1024;
-  const OmahaBoards boards(hand, board, street, dead);
-  const std::vector<OmahaBoardClass> classes = boards.Classes();
-  for (std::size_t i = 0; i < classes.size(); ++i) {
-    const LiveCards live = boards.LiveOn(classes[i]);
-    add(Contest(isa, hand, boards.RanksOf(classes[i]), classes[i], live), classes[i].boards);
-    if (go_on && i % kBetweenCalls == 0 &&
-        !go_on(static_cast<std::int64_t>(i), static_cast<std::int64_t>(classes.size()))) {
-      return false;
-    }
-  }
-  return true;
-}
-
+// Adds up the contests on all boards; nothing if it was stopped.
 template <typename Result>
 Result CountAll(Isa isa, std::span<const int> hand, std::span<const int> board, Street street,
                 std::span<const int> dead, const GoOn& go_on) {
+  constexpr std::size_t kBetweenCalls = 1024;
+  const OmahaBoards boards(hand, board, street, dead);
+  const std::vector<OmahaBoardClass> classes = boards.Classes();
   Result result;
-  const bool finished = ForEachContest(
-      isa, hand, board, street, dead, go_on,
-      [&result](const Contest& contest, std::int64_t boards) { contest.AddTo(result, boards); });
-  return finished ? result : Result{};
+  for (std::size_t i = 0; i < classes.size(); ++i) {
+    const LiveCards live = boards.LiveOn(classes[i]);
+    Contest(isa, hand, boards.RanksOf(classes[i]), classes[i], live)
+        .AddTo(result, classes[i].boards);
+    if (go_on && i % kBetweenCalls == 0 &&
+        !go_on(static_cast<std::int64_t>(i), static_cast<std::int64_t>(classes.size()))) {
+      return {};
+    }
+  }
+  return result;
 }
 
 }  // namespace
