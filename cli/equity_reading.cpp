@@ -35,16 +35,6 @@ Number ReadNumber(const char* option, std::string_view text, Number low, Number 
 
 }  // namespace
 
-std::vector<int> ReadCards(std::string_view text) {
-  CardsResult read = ParseCards(text);
-  if (!read.error.empty()) throw UsageError(read.error);
-  return std::move(read.cards);
-}
-
-std::string CountOfCards(std::string_view text, std::size_t count) {
-  return fmt::format("{} has {} {}", Quoted(text), count, count == 1 ? "card" : "cards");
-}
-
 std::string Pieces(std::string_view text) {
   std::string pieces;
   for (const char c : text) {

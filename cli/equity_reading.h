@@ -7,15 +7,10 @@
 #include <string_view>
 #include <vector>
 
+#include "cli/card_words.h"
 #include "cli/equity_question.h"
 
 namespace pokermath::cli {
-
-/// Any number of cards.
-std::vector<int> ReadCards(std::string_view text);
-
-/// "'AhKd7c' has 3 cards".
-std::string CountOfCards(std::string_view text, std::size_t count);
 
 /// The pieces of a list with a comma between them.
 std::string Pieces(std::string_view text);

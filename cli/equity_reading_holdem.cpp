@@ -9,11 +9,7 @@
 namespace pokermath::cli {
 namespace {
 
-std::vector<int> ReadHand(std::string_view text) {
-  std::vector<int> cards = ReadCards(text);
-  if (cards.size() != 2) throw UsageError(CountOfCards(text, cards.size()) + ": a hand has 2");
-  return cards;
-}
+std::vector<int> ReadHand(std::string_view text) { return ReadCards(text, 2, 2, "a hand has 2"); }
 
 constexpr const char* kOpponents = "two cards, a range, or the word random";
 

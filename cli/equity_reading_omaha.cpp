@@ -31,12 +31,8 @@ std::vector<std::string> HandTexts(const std::vector<std::string>& words, std::s
 }
 
 std::vector<int> ReadHand(const std::string& text, Game game) {
-  std::vector<int> cards = ReadCards(text);
-  if (cards.size() != HandSize(game)) {
-    throw UsageError(fmt::format("{}: a hand of {} has {}", CountOfCards(text, cards.size()),
-                                 NameOf(game), HandSize(game)));
-  }
-  return cards;
+  return ReadCards(text, HandSize(game), HandSize(game),
+                   fmt::format("a hand of {} has {}", NameOf(game), HandSize(game)));
 }
 
 std::vector<int> ReadOpponent(const std::string& text, Game game) {

@@ -10,6 +10,7 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
+#include "cli/card_words.h"
 #include "cli/command.h"
 #include "cli/errors.h"
 #include "cli/eval_omaha.h"
@@ -65,19 +66,8 @@ struct EvalAnswer {
   }
 };
 
-std::vector<int> ReadCards(std::string_view text) {
-  CardsResult read = ParseCards(text);
-  if (!read.error.empty()) throw UsageError(read.error);
-  return std::move(read.cards);
-}
-
 std::vector<int> ReadHand(std::string_view text) {
-  std::vector<int> cards = ReadCards(text);
-  if (cards.size() < 5 || cards.size() > 7) {
-    throw UsageError(fmt::format("{} has {} {}: 5 to 7 have a value", Quoted(text), cards.size(),
-                                 cards.size() == 1 ? "card" : "cards"));
-  }
-  return cards;
+  return ReadCards(text, 5, 7, "5 to 7 have a value");
 }
 
 // Orders five cards as players read them: quads, trips and pairs first, then from high to low. In

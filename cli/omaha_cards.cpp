@@ -5,6 +5,7 @@
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
+#include "cli/card_words.h"
 #include "cli/errors.h"
 #include "cli/words.h"
 #include "eval/omaha_best.h"
@@ -23,17 +24,6 @@ std::vector<int> ReadHoleCards(const OmahaWords& words) {
 }
 
 }  // namespace
-
-std::vector<int> ReadCards(const std::string& text, std::size_t least, std::size_t most,
-                           const std::string& accepted) {
-  CardsResult read = ParseCards(text);
-  if (!read.error.empty()) throw UsageError(read.error);
-  if (read.cards.size() < least || read.cards.size() > most) {
-    throw UsageError(fmt::format("{} has {} {}: {}", Quoted(text), read.cards.size(),
-                                 read.cards.size() == 1 ? "card" : "cards", accepted));
-  }
-  return std::move(read.cards);
-}
 
 OmahaHand BestOfOmaha(std::vector<int> hand, std::vector<int> board) {
   const OmahaChoice choice = FindBestOmaha(hand, board);

@@ -15,10 +15,6 @@ class App;
 
 namespace pokermath::cli {
 
-/// Reads cards; throws UsageError with `accepted` if their number is not within the bounds.
-std::vector<int> ReadCards(const std::string& text, std::size_t least, std::size_t most,
-                           const std::string& accepted);
-
 /// A hand, a board, and the best that they make.
 struct OmahaHand {
   std::vector<int> hand;

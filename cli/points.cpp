@@ -6,8 +6,9 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
+#include "cli/card_words.h"
 #include "cli/command.h"
-#include "cli/omaha_cards.h"
+#include "cli/output.h"
 #include "pokermath/ranges.h"
 
 namespace pokermath::cli {

@@ -1,0 +1,29 @@
+#include "cli/card_words.h"
+
+#include <fmt/format.h>
+
+#include "cli/errors.h"
+#include "pokermath/cards.h"
+
+namespace pokermath::cli {
+
+std::vector<int> ReadCards(std::string_view text) {
+  CardsResult read = ParseCards(text);
+  if (!read.error.empty()) throw UsageError(read.error);
+  return std::move(read.cards);
+}
+
+std::vector<int> ReadCards(std::string_view text, std::size_t least, std::size_t most,
+                           std::string_view accepted) {
+  std::vector<int> cards = ReadCards(text);
+  if (cards.size() < least || cards.size() > most) {
+    throw UsageError(fmt::format("{}: {}", CountOfCards(text, cards.size()), accepted));
+  }
+  return cards;
+}
+
+std::string CountOfCards(std::string_view text, std::size_t count) {
+  return fmt::format("{} has {} {}", Quoted(text), count, count == 1 ? "card" : "cards");
+}
+
+}  // namespace pokermath::cli

@@ -1,0 +1,25 @@
+// Cards as the words of a question name them.
+
+#ifndef POKERMATH_CLI_CARD_WORDS_H_
+#define POKERMATH_CLI_CARD_WORDS_H_
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pokermath::cli {
+
+/// Any number of cards; throws UsageError for a text that is none.
+std::vector<int> ReadCards(std::string_view text);
+
+/// The same, and throws UsageError with `accepted` if their number is not within the bounds.
+std::vector<int> ReadCards(std::string_view text, std::size_t least, std::size_t most,
+                           std::string_view accepted);
+
+/// "'AhKd7c' has 3 cards".
+std::string CountOfCards(std::string_view text, std::size_t count);
+
+}  // namespace pokermath::cli
+
+#endif  // POKERMATH_CLI_CARD_WORDS_H_
