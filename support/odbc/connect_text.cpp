@@ -4,6 +4,7 @@
 #include "support/odbc/connect_text.h"
 
 #include <algorithm>
+#include <functional>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -46,14 +47,34 @@ std::size_t EndOfValue(View connect, std::size_t begin) {
   return std::min(connect.find(L';', at), connect.size());
 }
 
-// Options for the server may bring a password as well: pqopt={password=...}.
-bool IsSecret(View keyword, View value) {
+bool IsSecret(View keyword) {
   const CString key = Lower(Trimmed(keyword));
-  if (key.ends_with(L"pwd") || key.ends_with(L"password")) return true;
-  const CString inside = Lower(value);
-  return inside.find(L"password=") != inside.npos || inside.find(L"pwd=") != inside.npos;
+  return key.ends_with(L"pwd") || key.ends_with(L"password");
 }
 
+// The passwords inside a value: options for the server may bring one, as in
+// pqopt={password = 'x' host=y}. There a backslash goes before a sign that stands for itself.
+std::vector<CString> NestedPasswords(View value) {
+  std::vector<CString> found;
+  for (std::size_t sign = value.find(L'='); sign != value.npos; sign = value.find(L'=', sign + 1)) {
+    if (!IsSecret(value.substr(0, sign))) continue;
+    View rest = Trimmed(value.substr(sign + 1));
+    const bool quoted = rest.starts_with(L'\'') || rest.starts_with(L'"');
+    const View ends = quoted ? rest.substr(0, 1) : L" \t\r\n;}";
+    if (quoted) rest.remove_prefix(1);
+    CString plain;
+    std::size_t at = 0;
+    for (; at < rest.size() && ends.find(rest[at]) == ends.npos; ++at) {
+      if (rest[at] == L'\\' && at + 1 < rest.size()) ++at;
+      plain += rest[at];
+    }
+    found.emplace_back(rest.substr(0, at));
+    found.push_back(plain);
+  }
+  return found;
+}
+
+// The values of a connect string that are not to be shown.
 std::vector<Span> Passwords(View connect) {
   std::vector<Span> found;
   for (std::size_t at = 0; at < connect.size();) {
@@ -63,7 +84,8 @@ std::vector<Span> Passwords(View connect) {
     if (connect[sign] == L';') continue;
     const std::size_t key = connect.rfind(L';', sign) + 1;  // npos + 1 is 0
     const std::size_t end = EndOfValue(connect, at);
-    if (IsSecret(connect.substr(key, sign - key), connect.substr(at, end - at))) {
+    if (IsSecret(connect.substr(key, sign - key)) ||
+        !NestedPasswords(connect.substr(at, end - at)).empty()) {
       found.push_back({at, end});
     }
     at = std::min(end + 1, connect.size());
@@ -85,11 +107,23 @@ CString Plain(View value) {
   return plain;
 }
 
+bool IsWordSign(wchar_t c) {
+  return (c >= L'0' && c <= L'9') || (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z') ||
+         c == L'_' || c > 0x7F;
+}
+
 void ReplaceAll(CString& text, View what) {
-  // A password of a few letters stands in many words, and starring those would give it away.
+  // One of a few letters stands in many words, and starring those would give it away: it is hidden
+  // where it stands alone.
   constexpr std::size_t kShortest = 4;
-  if (what.size() < kShortest) return;
+  const bool alone = what.size() < kShortest;
   for (std::size_t at = text.find(what); at != text.npos; at = text.find(what, at)) {
+    const std::size_t end = at + what.size();
+    if (alone &&
+        ((at > 0 && IsWordSign(text[at - 1])) || (end < text.size() && IsWordSign(text[end])))) {
+      ++at;
+      continue;
+    }
     text.replace(at, what.size(), kStars);
     at += kStars.size();
   }
@@ -108,10 +142,19 @@ CString WithoutPasswords(const CString& connect) {
 }
 
 CString WithoutPasswordsOf(const CString& connect, CString text) {
+  std::vector<CString> secrets;
   for (const Span& password : Passwords(connect)) {
-    const CString value = connect.substr(password.begin, password.end - password.begin);
-    ReplaceAll(text, Trimmed(value));
-    ReplaceAll(text, Plain(value));
+    const View value = View(connect).substr(password.begin, password.end - password.begin);
+    const CString plain = Plain(value);
+    secrets.emplace_back(Trimmed(value));
+    secrets.push_back(plain);
+    for (CString& nested : NestedPasswords(value)) secrets.push_back(std::move(nested));
+    for (CString& nested : NestedPasswords(plain)) secrets.push_back(std::move(nested));
+  }
+  // One may be a part of another.
+  std::ranges::sort(secrets, std::ranges::greater(), &CString::size);
+  for (const CString& secret : secrets) {
+    if (!Trimmed(secret).empty()) ReplaceAll(text, secret);
   }
   return text;
 }

@@ -10,7 +10,8 @@ namespace pokermath {
 /// The connect string with *** for every password.
 CString WithoutPasswords(const CString& connect);
 
-/// The text with *** wherever a password of the connect string stands in it.
+/// The text with *** wherever a password of the connect string stands in it; one of less than four
+/// characters only where it is a word of its own.
 CString WithoutPasswordsOf(const CString& connect, CString text);
 
 }  // namespace pokermath

@@ -5,8 +5,10 @@
 
 #include <algorithm>
 #include <charconv>
+#include <chrono>
 #include <clocale>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <cwchar>
@@ -26,9 +28,8 @@ std::string_view Trimmed(std::string_view text) {
   return text.substr(begin, text.find_last_not_of(kBlanks) + 1 - begin);
 }
 
-// Reads the whole text as a number; false if it is none.
-template <typename Number>
-bool Parse(std::string_view text, Number& number) {
+// Reads the whole text as a whole number; false if it is none.
+bool ParseWhole(std::string_view text, long& number) {
   text = Trimmed(text);
   if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -52,17 +53,23 @@ Whole Nearest(long value) {
   return static_cast<Whole>(std::clamp<long>(value, Limits::min(), Limits::max()));
 }
 
-// A number out of the range of double is infinite or zero, as its sign and exponent say.
+// What the C library makes of a number that is out of the range of double: infinite, tiny or 0.
+double OutOfRange(const std::string& number) {
+  // Never freed: it is needed as long as the program runs.
+  static const locale_t plain = newlocale(LC_ALL_MASK, "C", nullptr);
+  return plain == nullptr ? 0 : strtod_l(number.c_str(), nullptr, plain);
+}
+
 double ToDouble(std::string_view text) {
-  double number = 0;
-  if (Parse(text, number)) return std::isnan(number) ? 0 : number;
   text = Trimmed(text);
   if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
+  // Not the words for infinite and for no number.
+  const std::string_view digits = text.substr(text.starts_with('-') ? 1 : 0);
+  if (digits.find_first_of("0123456789.") != 0) return 0;
+  double number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc::result_out_of_range || end != text.data() + text.size()) return 0;
-  const bool tiny = text.find("e-") != text.npos || text.find("E-") != text.npos;
-  const double huge = tiny ? 0 : std::numeric_limits<double>::infinity();
-  return text.starts_with('-') ? -huge : huge;
+  if (end != text.data() + text.size()) return 0;
+  return error == std::errc::result_out_of_range ? OutOfRange(std::string(text)) : number;
 }
 
 template <typename Number, typename... Format>
@@ -126,7 +133,9 @@ bool TakeDay(std::string_view& text, CDBTimestamp& date) {
   date.year = static_cast<short>(year);
   date.month = static_cast<unsigned short>(month);
   date.day = static_cast<unsigned short>(day);
-  return month >= 1 && month <= 12 && day >= 1 && day <= 31;
+  return std::chrono::year_month_day(std::chrono::year(date.year), std::chrono::month(month),
+                                     std::chrono::day(day))
+      .ok();
 }
 
 bool TakeTime(std::string_view& text, CDBTimestamp& date) {
@@ -242,7 +251,7 @@ Whole CDBField::AsWhole() const {
       // Not every long is a double.
       const std::string text = IsString() ? pokermath::ToUtf8(*m_pstring) : m_pbinary->bytes;
       long whole;
-      if (pokermath::Parse(text, whole)) return Nearest<Whole>(whole);
+      if (pokermath::ParseWhole(text, whole)) return Nearest<Whole>(whole);
       return Nearest<Whole>(pokermath::ToDouble(text));
     }
     default:

@@ -61,6 +61,9 @@ TEST(OdbcField, CopiesAreTheirOwn) {
   EXPECT_EQ(one.AsInt(), 5);
 }
 
+// 1 and zeros.
+CString Digits(std::size_t count) { return L"1" + CString(count - 1, L'0'); }
+
 TEST(OdbcField, NumbersFromText) {
   const auto number = [](const CString& text) { return FieldOf(text).AsLong(); };
   EXPECT_EQ(number(L" -42\n"), -42);
@@ -69,8 +72,13 @@ TEST(OdbcField, NumbersFromText) {
   EXPECT_EQ(number(L"9223372036854775808"), std::numeric_limits<long>::max());
   EXPECT_EQ(number(L"-1e400"), std::numeric_limits<long>::min());
   EXPECT_EQ(number(L"1e-400"), 0);
+  EXPECT_EQ(FieldOf(Digits(400)).AsDouble(), std::numeric_limits<double>::infinity());
+  EXPECT_EQ(FieldOf(Digits(400) + L"e-399").AsLong(), 1);
+  EXPECT_EQ(FieldOf(L"-0." + CString(400, L'0') + L"1e399").AsDouble(), -0.01);
+  EXPECT_EQ(FieldOf(L"-0." + CString(400, L'0') + L"1").AsLong(), 0);
   EXPECT_EQ(number(L"2.99"), 2);
-  for (const wchar_t* text : {L"", L" ", L"12abc", L"+-1", L"0x10", L"1,5", L"nan", L"é", L"--1"}) {
+  for (const wchar_t* text :
+       {L"", L" ", L"12abc", L"+-1", L"0x10", L"1,5", L"nan", L"inf", L"-infinity", L"é", L"--1"}) {
     EXPECT_EQ(number(text), 0) << text;
     EXPECT_FALSE(FieldOf(text).AsBool()) << text;
   }
@@ -126,7 +134,7 @@ TEST(OdbcField, Dates) {
   EXPECT_EQ(FieldOf(L"2024-02-29T07:08:09.500000000").AsDate(), date);
   EXPECT_EQ(FieldOf(L"2024-12-31").AsDate(), (CDBTimestamp{2024, 12, 31, 0, 0, 0, 0}));
   EXPECT_EQ(FieldOf(L"23:59:58").AsDate(), (CDBTimestamp{0, 0, 0, 23, 59, 58, 0}));
-  for (const wchar_t* text : {L"", L"x", L"2024-13-01", L"2024-1", L"24:00:00",
+  for (const wchar_t* text : {L"", L"x", L"2024-13-01", L"2023-02-29", L"2024-1", L"24:00:00",
                               L"2024-01-01 10:00:00.", L"2024-01-01 10:00:00 Z"}) {
     EXPECT_EQ(FieldOf(text).AsDate(), CDBTimestamp()) << text;
   }
@@ -147,7 +155,14 @@ TEST(OdbcConnectText, PasswordsAreStars) {
   };
   for (const auto& [connect, shown] : cases) EXPECT_EQ(WithoutPasswords(connect), shown);
   EXPECT_EQ(WithoutPasswordsOf(L"PWD={se}}cret}", L"near se}cret: {se}}cret}"), L"near ***: ***");
-  EXPECT_EQ(WithoutPasswordsOf(L"PWD=a", L"a table"), L"a table");
+  EXPECT_EQ(WithoutPasswordsOf(L"PWD=a", L"a table 'a'"), L"*** table '***'");
+  EXPECT_EQ(WithoutPasswordsOf(L"PWD={  }", L"a  b"), L"a  b");
+  // In options for the server.
+  const CString options = L"pqopt={host=h PassWord = 'it\\'s it' pwd=in\\ ner}}};x";
+  EXPECT_EQ(WithoutPasswords(options), L"pqopt=***;x");
+  EXPECT_EQ(WithoutPasswordsOf(options, L"it's it, it\\'s it, in ner}, in\\ ner"),
+            L"***, ***, ***}, ***");
+  EXPECT_EQ(WithoutPasswordsOf(L"a={;PWD =secret", L"a secret"), L"a ***");
 }
 
 }  // namespace
