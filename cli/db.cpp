@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cerrno>
 #include <fstream>
 #include <functional>
@@ -17,6 +18,7 @@
 #include "cli/sql_script.h"
 #include "cli/stop_signals.h"
 #include "platform/text.h"
+#include "pokermath/messages.h"
 #include "pokermath/odbc.h"
 #include "support/odbc/catalog.h"
 #include "support/odbc/connect_text.h"
@@ -35,8 +37,9 @@ Examples:
   pokermath db query 'SELECT * FROM hands' --connect 'DSN=poker' --csv
   pokermath db exec schema.sql --connect 'Driver={PostgreSQL Unicode};Server=db;Database=poker'
 
-A script is a list of statements that end with semicolons; it stops at the first that fails, and
-those before it stay executed unless the script itself opens a transaction.)";
+`query` opens the database for reading: SQLite and PostgreSQL refuse changes. A script is a list of
+statements that end with semicolons; it stops at the first that fails, and those before it stay
+executed unless the script itself opens a transaction.)";
 
 struct DbWords {
   std::string connect;
@@ -108,12 +111,20 @@ int RunColumns(const DbWords& words) {
     columns = ListColumns(connection, FromUtf8(words.subject));
   });
   if (columns.empty()) throw Failure("there is no table " + Quoted(words.subject));
+  const bool several = std::ranges::any_of(columns, [&columns](const ColumnDescription& column) {
+    return column.schema != columns[0].schema;
+  });
   Json list = Json::array();
   std::string text;
   for (const ColumnDescription& column : columns) {
     const std::string name = ToUtf8(column.name);
     const std::string type = ToUtf8(column.type);
+    const std::string schema = ToUtf8(column.schema);
     list.push_back({{"name", name}, {"type", type}, {"nullable", column.nullable}});
+    if (several) {
+      list.back()["schema"] = schema;
+      text += fmt::format("{:<16} ", schema);
+    }
     text += fmt::format("{:<24} {}{}\n", name, type, column.nullable ? "" : " not null");
   }
   Print(words.json
@@ -289,7 +300,9 @@ int RunQuery(const DbWords& words) {
     throw DatabaseFailure("cannot open the database", database.ErrorText());
   }
   CODBCRecordset records(&database);
+  // What is wrong is told here, in one's own words.
   records.SetShowErrors(false);
+  SetMessageHandler([](const CString&) {});
   const auto check = [&](const char* what) {
     if (!records.ErrorText().empty()) throw DatabaseFailure(what, records.ErrorText());
   };
@@ -328,6 +341,10 @@ int RunExec(const DbWords& words) {
         fmt::format("{}, line {}: statement {} of {} failed", Quoted(words.subject),
                     statements[i].line, i + 1, statements.size());
     throw DatabaseFailure(what, database.ErrorText());
+  }
+  if (!statements.empty() && statements.back().leaves_open) {
+    throw Failure(Quoted(words.subject) +
+                  " ends inside a transaction: COMMIT is missing, its changes are rolled back");
   }
   const std::size_t count = statements.size();
   Print(words.json ? JsonLine({{"schema", kJsonSchema}, {"statements", count}})

@@ -24,6 +24,8 @@ class Scanner {
     const char c = script_[at_];
     if (IsWordSign(c)) {
       while (!done() && IsWordSign(script_[at_])) ++at_;
+      const bool escapes = at_ == begin + 1 && (c == 'E' || c == 'e');
+      if (escapes && !done() && script_[at_] == '\'') SkipEscaped();
     } else if (c == '\'' || c == '"' || c == '`') {
       // A doubled quote is the end of one quoted text and the start of another.
       SkipPast(begin + 1, std::string_view(&script_[begin], 1));
@@ -47,6 +49,12 @@ class Scanner {
   void SkipPast(std::size_t from, std::string_view end) {
     const std::size_t found = script_.find(end, from);
     at_ = found == script_.npos ? script_.size() : found + end.size();
+  }
+
+  // PostgreSQL's E'it\'s'.
+  void SkipEscaped() {
+    for (++at_; !done() && script_[at_] != '\''; ++at_) at_ += script_[at_] == '\\' ? 1u : 0u;
+    at_ = std::min(at_ + 1, script_.size());
   }
 
   // "$$" or "$body$" if one begins here, else nothing.
@@ -74,7 +82,9 @@ class StatementWords {
  public:
   void Add(const std::string& word) {
     ++count_;
-    if (count_ == 1) create_ = word == "CREATE";
+    if (count_ == 1) first_ = word;
+    if (count_ == 2 && first_ == "ROLLBACK") back_to_savepoint_ = word == "TO";
+    create_ = first_ == "CREATE";
     // CREATE [OR REPLACE] [TEMPORARY] TRIGGER
     if (create_ && count_ <= 5 && word == "TRIGGER") trigger_ = true;
     if (word == "BEGIN" || word == "CASE") ++open_;
@@ -82,10 +92,19 @@ class StatementWords {
   }
   bool empty() const { return count_ == 0; }
   bool CanEnd() const { return !trigger_ || open_ <= 0; }
+  // Whether a transaction is open after the statement, if it was before or not.
+  bool OpenAfter(bool open) const {
+    if (first_ == "BEGIN" || first_ == "START") return true;
+    const bool ends = first_ == "COMMIT" || first_ == "END" || first_ == "ABORT" ||
+                      (first_ == "ROLLBACK" && !back_to_savepoint_);
+    return open && !ends;
+  }
 
  private:
   int count_ = 0;
   int open_ = 0;
+  std::string first_;
+  bool back_to_savepoint_ = false;
   bool create_ = false;
   bool trigger_ = false;
 };
@@ -101,8 +120,9 @@ std::vector<SqlStatement> SplitSql(std::string_view script) {
     if (!words.empty()) {
       const auto lines =
           std::count(script.begin(), script.begin() + static_cast<std::ptrdiff_t>(begin), '\n');
+      const bool open = words.OpenAfter(!statements.empty() && statements.back().leaves_open);
       statements.push_back(
-          {std::string(script.substr(begin, end - begin)), static_cast<int>(lines) + 1});
+          {std::string(script.substr(begin, end - begin)), static_cast<int>(lines) + 1, open});
     }
     words = StatementWords();
   };

@@ -11,12 +11,13 @@ namespace pokermath::cli {
 
 struct SqlStatement {
   std::string text;
-  int line;  // where it begins, from 1
+  int line;          // where it begins, from 1
+  bool leaves_open;  // a transaction that the script has begun
 };
 
-/// Splits a script at its semicolons, but for those in quotes, in comments, in PostgreSQL's
-/// $tag$ bodies and between BEGIN and END of a trigger. What holds nothing but comments is left
-/// out.
+/// Splits a script at its semicolons, but for those in quotes (E'it\'s' too), in comments, in
+/// PostgreSQL's $tag$ bodies and between BEGIN and END of a trigger. What holds nothing but
+/// comments is left out.
 std::vector<SqlStatement> SplitSql(std::string_view script);
 
 }  // namespace pokermath::cli

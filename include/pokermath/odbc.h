@@ -44,7 +44,8 @@ class POKERMATH_EXPORT CDatabase {
   CDatabase& operator=(const CDatabase&) = delete;
 
   /// Opens the database of a connect string; an open one is closed first. Never shows a dialog.
-  /// Shows no message: ErrorText() tells why it is false.
+  /// Shows no message: ErrorText() tells why it is false. With openReadOnly SQLite and PostgreSQL
+  /// refuse changes; other drivers are asked to.
   bool OpenEx(const CString& connect, unsigned long options = defaultOpen);
   bool IsOpen() const;
 
@@ -341,10 +342,11 @@ class POKERMATH_EXPORT CODBCRecordset : public CRecordset {
   bool Move(long rows, unsigned short fetchType = fetchRelative) override;
   void DoFieldExchange(CFieldExchange* exchange) override;
 
-  /// Whether errors are shown, as they are at first. ErrorText() has them in any case.
+  /// Whether errors are shown, as they are at first. ErrorText() has them in any case. That a
+  /// column is of an unknown type is shown always.
   void SetShowErrors(bool show) { show_errors_ = show; }
 
-  /// The column of a name in any case, or -1.
+  /// The column of a name in any case, or -1; also -1 for null.
   int GetFieldID(const wchar_t* name) const;
   /// The name of a column, or an empty text if there is no such column. A name that an earlier
   /// column has gets a number: SUM, SUM2, SUM3.

@@ -9,6 +9,7 @@
 #include "platform/messages.h"
 #include "platform/text.h"
 #include "pokermath/odbc.h"
+#include "support/odbc/connect_text.h"
 #include "support/odbc/database.h"
 #include "support/odbc/names.h"
 
@@ -16,21 +17,15 @@ namespace pokermath {
 namespace {
 
 constexpr unsigned long kReadOnly = CDatabase::openReadOnly | CDatabase::noOdbcDialog;
+constexpr std::size_t kMostOfName = 255;
 
-// Runs `work` and shows what it throws. False if it threw.
+// Runs `work` and shows what it throws, without the passwords of the connect string. False if it
+// threw.
 template <typename Work>
 bool Shown(const CString& connect, const Work& work) {
-  try {
-    try {
-      work();
-      return true;
-    } catch (const DatabaseError& error) {
-      ShowWithoutPasswords(connect, error.text());
-    }
-  } catch (const std::bad_alloc&) {
-    // Nothing is left to say it with.
-  }
-  return false;
+  return Try(
+      work, [&connect](const CString& error) { ShowMessage(WithoutPasswordsOf(connect, error)); },
+      [] {});
 }
 
 std::unique_ptr<CDatabase> OpenShown(const CString& connect) {
@@ -43,15 +38,24 @@ SQLSMALLINT LengthOf(const std::string& text) {
   return static_cast<SQLSMALLINT>(std::min<std::size_t>(text.size(), 0x7FFF));
 }
 
-// The name in a column of the current row, at most 255 bytes of it.
-CString NameIn(const Statement& statement, int column) {
-  constexpr std::size_t kMost = 255;
-  std::string name;
-  statement.Read(column, SQL_C_CHAR, name, kMost);
-  std::size_t end = std::min(name.size(), kMost);
-  // Not in the middle of a character.
+// At most 255 bytes of a name, not ending in the middle of a character.
+CString Cut(std::string_view name) {
+  std::size_t end = std::min<std::size_t>(name.size(), kMostOfName);
   while (end < name.size() && (static_cast<unsigned char>(name[end]) & 0xC0) == 0x80) --end;
-  return FromUtf8(std::string_view(name).substr(0, end));
+  return FromUtf8(name.substr(0, end));
+}
+
+// The name in a column of the current row; a null is empty.
+CString NameIn(const Statement& statement, int column) {
+  std::string name;
+  statement.Read(column, SQL_C_CHAR, name, kMostOfName);
+  return Cut(name);
+}
+
+// Whether a name of the catalog is the one that was asked for: a driver may take a name for a
+// pattern after all, and some fold the case of names.
+bool IsNamed(const CString& found, const CString& wanted) {
+  return UpperCase(found) == UpperCase(Cut(ToUtf8(wanted)));
 }
 
 void AskForTables(Statement& statement, std::string pattern, std::string type) {
@@ -76,6 +80,7 @@ void ListTables(const Connection& connection, CStringArray& tables) {
 }
 
 std::vector<ColumnDescription> ListColumns(const Connection& connection, const CString& table) {
+  if (table.empty()) return {};  // a driver would list the columns of all tables
   Statement statement(connection);
   std::string pattern = connection.AsPattern(table);
   statement.Check(SQLColumns(statement.handle(), nullptr, 0, nullptr, 0, Narrow(pattern),
@@ -84,6 +89,8 @@ std::vector<ColumnDescription> ListColumns(const Connection& connection, const C
   while (statement.Fetch()) {
     // In the order of the result: some drivers read it only forward.
     ColumnDescription column;
+    column.schema = NameIn(statement, 1);
+    if (!IsNamed(NameIn(statement, 2), table)) continue;
     column.name = NameIn(statement, 3);
     column.type = NameIn(statement, 5);
     column.nullable = NameIn(statement, 10) != L"0";
@@ -127,12 +134,16 @@ bool IsTableODBC(void*, CString connect, const CString& table) {
     const Connection& connection = DatabaseAccess::ConnectionOf(*database);
     Statement statement(connection);
     AskForTables(statement, connection.AsPattern(table), "");
-    const SQLRETURN result = SQLFetch(statement.handle());
-    if (result == SQL_SUCCESS_WITH_INFO) {
-      throw DatabaseError(Diagnostics(SQL_HANDLE_STMT, statement.handle()));
+    for (;;) {
+      const SQLRETURN result = SQLFetch(statement.handle());
+      if (result == SQL_SUCCESS_WITH_INFO) {
+        throw DatabaseError(Diagnostics(SQL_HANDLE_STMT, statement.handle()));
+      }
+      statement.Check(result);
+      if (result == SQL_NO_DATA) return;
+      found = IsNamed(NameIn(statement, 2), table);
+      if (found) return;
     }
-    statement.Check(result);
-    found = result == SQL_SUCCESS;
   });
   return found;
 }
@@ -184,6 +195,9 @@ bool TestDSNDriver(void* environment, CString driver) {
   const bool found = std::any_of(list.begin(), list.end(), [&driver](const CString& entry) {
     return entry.find(driver) != entry.npos;
   });
-  if (!found) pokermath::ShowMessage(L"Please install ODBC driver for " + driver + L" !");
-  return found;
+  if (found) return true;
+  pokermath::Try(
+      [&] { pokermath::ShowMessage(L"Please install ODBC driver for " + driver + L" !"); },
+      [](const CString&) {}, [] {});
+  return false;
 }

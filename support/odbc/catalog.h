@@ -11,6 +11,7 @@
 namespace pokermath {
 
 struct ColumnDescription {
+  CString schema;  // empty if the database has none
   CString name;
   CString type;  // as the database calls it
   bool nullable = true;
@@ -24,7 +25,8 @@ struct Driver {
 /// Appends to the list as long as all goes well.
 void ListTables(const Connection& connection, CStringArray& tables);
 
-/// The columns of the table of exactly that name; none if there is no such table.
+/// The columns of the table of exactly that name, of each schema that has one; none if there is no
+/// such table.
 std::vector<ColumnDescription> ListColumns(const Connection& connection, const CString& table);
 
 /// Appends the installed drivers. `environment` as in BuildSQLDriversList.

@@ -2,11 +2,9 @@
 
 #include "support/odbc/database.h"
 
-#include <new>
 #include <utility>
 
 #include "platform/messages.h"
-#include "platform/text.h"
 #include "support/odbc/connect_text.h"
 #include "support/odbc/result_set.h"
 
@@ -15,51 +13,33 @@ namespace {
 
 constexpr unsigned long kReadOnly = CDatabase::openReadOnly | CDatabase::noOdbcDialog;
 
-// Runs `work`; what it throws comes back as a call of one of the other two, and as false. Even the
-// telling may run out of memory.
-template <typename Work, typename OnError, typename OnNoMemory>
-bool Try(const Work& work, const OnError& on_error, const OnNoMemory& on_no_memory) {
-  try {
-    try {
-      work();
-      return true;
-    } catch (const DatabaseError& error) {
-      on_error(error.text());
-    } catch (const std::bad_alloc&) {
-      on_no_memory();
-    } catch (const std::exception& error) {
-      on_error(FromUtf8(error.what()));
-    }
-  } catch (const std::bad_alloc&) {
-    // Nothing is left to say it with.
-  }
-  return false;
+CString ShownConnect(const CString& connect) {
+  return WithoutPasswordsOf(connect, WithoutPasswords(connect));
 }
 
 // Runs statements on a connection of their own, each with at most `timeout` seconds.
 bool ExecuteAll(const CString& connect, const CString* first, std::size_t count,
                 unsigned long timeout) {
   std::unique_ptr<CDatabase> database;
-  const auto show = [&connect](const wchar_t* before, const CString& after) {
-    ShowWithoutPasswords(connect, before + after);
-  };
-  const auto place = [&connect](const wchar_t* doing, const wchar_t* end) {
-    return doing + WithoutPasswords(connect) + end;
+  // The texts around the error and the connect string are not searched for passwords.
+  const auto show = [&connect](const wchar_t* before, const CString& error, const wchar_t* doing,
+                               const wchar_t* end) {
+    ShowMessage(before + WithoutPasswordsOf(connect, error) + doing + ShownConnect(connect) + end);
   };
   const bool open =
       Try([&] { database = DatabaseAccess::Open(connect, CDatabase::noOdbcDialog); },
           [&](const CString& error) {
-            show(L"Ошибка [", error + place(L"] при открытии БД для выполнения <", L"> "));
+            show(L"Ошибка [", error, L"] при открытии БД для выполнения <", L"> ");
           },
-          [&] { show(L"", place(L"Ошибка памяти при открытии БД для выполнения <", L">  ")); });
+          [&] { show(L"Ошибка памяти при открытии БД для выполнения <", L"", L"", L">  "); });
   if (!open) return false;
   database->SetQueryTimeout(timeout);
   return Try(
       [&] {
         for (std::size_t i = 0; i < count; ++i) DatabaseAccess::Execute(*database, first[i]);
       },
-      [&](const CString& error) { show(L"Ошибка [", error + place(L"] при выполнении <", L"> ")); },
-      [&] { show(L"", place(L"Ошибка памяти при выполнении <", L"> ")); });
+      [&](const CString& error) { show(L"Ошибка [", error, L"] при выполнении <", L"> "); },
+      [&] { show(L"Ошибка памяти при выполнении <", L"", L"", L"> "); });
 }
 
 }  // namespace
@@ -68,10 +48,6 @@ std::unique_ptr<CDatabase> DatabaseAccess::Open(const CString& connect, unsigned
   auto database = std::make_unique<CDatabase>();
   database->Connect(connect, options);
   return database;
-}
-
-void ShowWithoutPasswords(const CString& connect, const CString& text) {
-  ShowMessage(WithoutPasswordsOf(connect, text));
 }
 
 }  // namespace pokermath
@@ -133,8 +109,8 @@ bool OpenODBC(const CString& connect, CDatabase*& db) {
   if (db != nullptr) return db->IsOpen();
   return Try([&] { db = DatabaseAccess::Open(connect, kReadOnly).release(); },
              [&](const CString& error) {
-               ShowWithoutPasswords(connect, L"Ошибка открытия Base Error [" + error +
-                                                 L"], Файл: <" + WithoutPasswords(connect) + L"> ");
+               ShowMessage(L"Ошибка открытия Base Error [" + error + L"], Файл: <" +
+                           ShownConnect(connect) + L"> ");
              },
              // A host that is out of memory is told by the result alone.
              [] {});
@@ -149,7 +125,7 @@ bool OpenODBC(const CString& connect, CDatabase*& db, CODBCRecordset*& rs, const
   std::unique_ptr<CDatabase> database(std::exchange(db, nullptr));
   std::unique_ptr<CODBCRecordset> records(std::exchange(rs, nullptr));
   const auto show = [&](const CString& text) {
-    if (showErrors) ShowWithoutPasswords(connect, text);
+    if (showErrors) ShowMessage(text);
   };
   if (database == nullptr) {
     records.release();  // it belonged to a database that the caller has given up
@@ -157,20 +133,24 @@ bool OpenODBC(const CString& connect, CDatabase*& db, CODBCRecordset*& rs, const
                           [&] { show(L"Ошибка памяти при открытии БД !"); });
     if (!open) return false;
   }
+  // A database of the host's may have been opened with another connect string.
+  const auto shown = [&](const CString& text) {
+    return DatabaseAccess::Shown(*database, WithoutPasswordsOf(connect, text));
+  };
+  const auto query = [&] {
+    database->SetQueryTimeout(kSeconds);
+    if (records == nullptr) records = std::make_unique<CODBCRecordset>(database.get());
+    records->SetShowErrors(showErrors);
+    DatabaseAccess::Query(*records, sql);
+  };
   const bool done = database->IsOpen() &&
                     Try(
-                        [&] {
-                          database->SetQueryTimeout(kSeconds);
-                          if (records == nullptr)
-                            records = std::make_unique<CODBCRecordset>(database.get());
-                          records->SetShowErrors(showErrors);
-                          DatabaseAccess::Query(*records, sql);
-                        },
+                        query,
                         [&](const CString& error) {
-                          show(L"Ошибка выполнения [" + error.substr(0, kMostOfError) +
-                               L"], запроса: <" + sql + L"> ");
+                          show(L"Ошибка выполнения [" + shown(error).substr(0, kMostOfError) +
+                               L"], запроса: <" + shown(sql) + L"> ");
                         },
-                        [&] { show(L"Ошибка памяти при чтении таблицы [" + sql + L"] !"); });
+                        [&] { show(L"Ошибка памяти при чтении таблицы [" + shown(sql) + L"] !"); });
   if (done) {
     db = database.release();
     rs = records.release();

@@ -4,7 +4,9 @@
 #define POKERMATH_SUPPORT_ODBC_DATABASE_H_
 
 #include <memory>
+#include <new>
 
+#include "platform/text.h"
 #include "pokermath/odbc.h"
 #include "support/odbc/handles.h"
 
@@ -15,11 +17,32 @@ struct DatabaseAccess {
   static std::unique_ptr<CDatabase> Open(const CString& connect, unsigned long options);
   static const Connection& ConnectionOf(const CDatabase& database) { return *database.connection_; }
   static void Execute(CDatabase& database, const CString& sql) { database.Execute(sql); }
+  static CString Shown(const CDatabase& database, const CString& text) {
+    return database.Shown(text);
+  }
   static void Query(CODBCRecordset& records, const CString& sql) { records.OpenOrThrow(sql); }
 };
 
-/// Shows a text without the passwords of a connect string.
-void ShowWithoutPasswords(const CString& connect, const CString& text);
+/// Runs `work`. What it throws comes back as a call of one of the other two, and as false; even the
+/// telling may run out of memory.
+template <typename Work, typename OnError, typename OnNoMemory>
+bool Try(const Work& work, const OnError& on_error, const OnNoMemory& on_no_memory) {
+  try {
+    try {
+      work();
+      return true;
+    } catch (const DatabaseError& error) {
+      on_error(error.text());
+    } catch (const std::bad_alloc&) {
+      on_no_memory();
+    } catch (const std::exception& error) {
+      on_error(FromUtf8(error.what()));
+    }
+  } catch (const std::bad_alloc&) {
+    // Nothing is left to say it with.
+  }
+  return false;
+}
 
 }  // namespace pokermath
 

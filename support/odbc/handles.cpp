@@ -92,17 +92,32 @@ Connection::Connection(const CString& connect, bool read_only) {
   }
   handle_ = Allocate(SQL_HANDLE_DBC, SQL_HANDLE_ENV, environment_.handle());
   try {
-    // A driver may not know it; then the database is open for writing.
+    // Many drivers do not know it or do not care.
     if (read_only) {
       SQLSetConnectAttr(handle_, SQL_ATTR_ACCESS_MODE, Number(SQL_MODE_READ_ONLY), kIsUnsigned);
     }
-    CheckCall(
+    const SQLRETURN result =
         SQLDriverConnect(handle_, nullptr, Narrow(text), static_cast<SQLSMALLINT>(text.size()),
-                         nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT),
-        SQL_HANDLE_DBC, handle_);
+                         nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
+    if (!SQL_SUCCEEDED(result)) throw DatabaseError(Diagnostics(SQL_HANDLE_DBC, handle_));
+    if (read_only) RefuseChanges();
   } catch (...) {
     SQLFreeHandle(SQL_HANDLE_DBC, handle_);
     throw;
+  }
+}
+
+void Connection::RefuseChanges() const {
+  struct Refusal {
+    std::string_view database;
+    const wchar_t* statement;
+  };
+  constexpr Refusal kRefusals[] = {
+      {"SQLite", L"PRAGMA query_only = 1"},
+      {"PostgreSQL", L"SET SESSION CHARACTERISTICS AS TRANSACTION READ ONLY"}};
+  const std::string name = Text(SQL_DBMS_NAME);
+  for (const Refusal& refusal : kRefusals) {
+    if (name.starts_with(refusal.database)) Statement(*this).Execute(refusal.statement);
   }
 }
 
@@ -119,12 +134,17 @@ SQLUINTEGER Connection::Info(SQLUSMALLINT item) const {
   return value;
 }
 
-std::string Connection::AsPattern(const CString& name) const {
-  std::string escape(16, '\0');
+std::string Connection::Text(SQLUSMALLINT item) const {
+  std::string text(64, '\0');
   SQLSMALLINT length = 0;
   const SQLRETURN result =
-      SQLGetInfo(handle_, SQL_SEARCH_PATTERN_ESCAPE, Narrow(escape), 16, &length);
-  escape.resize(SQL_SUCCEEDED(result) ? LengthIn(length, 15) : 0);
+      SQLGetInfo(handle_, item, Narrow(text), static_cast<SQLSMALLINT>(text.size()), &length);
+  text.resize(SQL_SUCCEEDED(result) ? LengthIn(length, text.size() - 1) : 0);
+  return text;
+}
+
+std::string Connection::AsPattern(const CString& name) const {
+  const std::string escape = Text(SQL_SEARCH_PATTERN_ESCAPE);
   std::string pattern;
   for (const char c : ToUtf8(name)) {
     const bool special = c == '_' || c == '%' || (!escape.empty() && c == escape.front());

@@ -51,6 +51,7 @@ class Environment {
 /// An open connection, with an environment of its own.
 class Connection {
  public:
+  /// @param read_only  asks the driver to refuse changes, and the databases that can do it
   Connection(const CString& connect, bool read_only);
   ~Connection();
   Connection(const Connection&) = delete;
@@ -58,10 +59,13 @@ class Connection {
 
   SQLHDBC handle() const { return handle_; }
   SQLUINTEGER Info(SQLUSMALLINT item) const;
+  std::string Text(SQLUSMALLINT item) const;
   /// The name with the driver's escape sign before every wildcard of search patterns.
   std::string AsPattern(const CString& name) const;
 
  private:
+  void RefuseChanges() const;
+
   Environment environment_;
   SQLHDBC handle_ = nullptr;
 };

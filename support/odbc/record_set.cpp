@@ -15,6 +15,22 @@
 
 using pokermath::DatabaseError;
 
+namespace {
+
+// Says, as long as it lives, that a record set is being opened.
+class Opening {
+ public:
+  explicit Opening(bool& opening) : opening_(opening) { opening_ = true; }
+  ~Opening() { opening_ = false; }
+  Opening(const Opening&) = delete;
+  Opening& operator=(const Opening&) = delete;
+
+ private:
+  bool& opening_;
+};
+
+}  // namespace
+
 CRecordset::CRecordset(CDatabase* database) : database_(database) {
   if (database_ != nullptr) database_->record_sets_.push_back(this);
 }
@@ -47,9 +63,10 @@ void CRecordset::OpenOrThrow(const CString& sql) {
   result_ = std::make_unique<pokermath::ResultSet>(*database_->connection_, sql,
                                                    database_->query_timeout_);
   Executed();
-  opening_ = true;
-  Move(1, fetchFirst);
-  opening_ = false;
+  {
+    const Opening opening(opening_);
+    Move(1, fetchFirst);
+  }
   if (failure_ == nullptr) return;
   Close();
   std::rethrow_exception(std::exchange(failure_, nullptr));
@@ -58,18 +75,20 @@ void CRecordset::OpenOrThrow(const CString& sql) {
 bool CRecordset::Failed() {
   end_ = true;
   failure_ = std::current_exception();
-  error_ = L"not enough memory";
+  error_.clear();
   try {
     try {
       throw;
     } catch (const DatabaseError& error) {
       error_ = database_ == nullptr ? error.text() : database_->Shown(error.text());
     } catch (const std::bad_alloc&) {
+      error_ = L"not enough memory";
     } catch (const std::exception& error) {
       error_ = pokermath::FromUtf8(error.what());
     }
   } catch (const std::bad_alloc&) {
     failure_ = std::current_exception();
+    error_ = CString(1, L'?');  // short enough to need no memory
   }
   return false;
 }
@@ -181,20 +200,13 @@ bool CODBCRecordset::Move(long rows, unsigned short fetchType) {
 
 void CODBCRecordset::ShowFailure() const {
   if (!show_errors_) return;
-  const auto show = [this](const CString& text) {
-    pokermath::ShowMessage(database_ == nullptr ? text : database_->Shown(text));
-  };
-  try {
-    try {
-      std::rethrow_exception(failure_);
-    } catch (const std::bad_alloc&) {
-      show(L"Ошибка памяти при чтении таблицы [" + sql_ + L"] !");
-    } catch (const std::exception&) {
-      show(L"Ошибка " + error_ + L" Запрос [" + sql_ + L"] !");
-    }
-  } catch (const std::bad_alloc&) {
-    // Nothing is left to say it with.
-  }
+  const auto sql = [this] { return database_ == nullptr ? sql_ : database_->Shown(sql_); };
+  pokermath::Try(
+      [this] { std::rethrow_exception(failure_); },
+      [&](const CString&) {
+        pokermath::ShowMessage(L"Ошибка " + error_ + L" Запрос [" + sql() + L"] !");
+      },
+      [&] { pokermath::ShowMessage(L"Ошибка памяти при чтении таблицы [" + sql() + L"] !"); });
 }
 
 void CODBCRecordset::LoadFieldNamesMap() {
@@ -211,9 +223,7 @@ void CODBCRecordset::LoadFieldNamesMap() {
     CDBField& field = fields_[static_cast<std::size_t>(i)];
     field.Clear();
     field.null_ = true;
-    if (result_->kind(i) == DBVT_NULL && show_errors_) {
-      pokermath::ShowMessage(L"Неизвестный тип данных");
-    }
+    if (result_->kind(i) == DBVT_NULL) pokermath::ShowMessage(L"Неизвестный тип данных");
     field.SetKind(result_->kind(i));
     const CString upper = pokermath::UpperCase(result_->info(i).m_strName);
     CString name = upper;
@@ -263,6 +273,7 @@ void CODBCRecordset::DoFieldExchange(CFieldExchange* exchange) {
 }
 
 int CODBCRecordset::GetFieldID(const wchar_t* name) const {
+  if (name == nullptr) return -1;
   const auto found = ids_.find(pokermath::UpperCase(name));
   return found == ids_.end() ? -1 : found->second;
 }

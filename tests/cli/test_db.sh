@@ -55,8 +55,14 @@ same "$asked" "$out" '{"schema":1,"row":{"id":5000000000,"name":"a;b'"'"'\"€,"
 run db query 'SELECT * FROM hands_1 WHERE id = 77' --connect "$connect" --json
 expect_code 0
 same "$asked" "$out" ""
-run db query "DELETE FROM log" --connect "$connect"
-expect_code 0
+refuses 1 "the query failed: " db query "DELETE FROM log" --connect "$connect"
+printf 'BEGIN; DELETE FROM log;' >"$work/open.sql"
+refuses 1 "open.sql' ends inside a transaction: COMMIT is missing" db exec "$work/open.sql" --connect "$connect"
+run db query 'SELECT count(*) AS n FROM log' --connect "$connect" --csv
+same "$asked" "$out" $'n\n4'
+printf 'BEGIN; SAVEPOINT x; DELETE FROM log; ROLLBACK TO x; DELETE FROM log; commit;' >"$work/done.sql"
+run db exec "$work/done.sql" --connect "$connect"
+same "$asked" "$out" "6 statements executed"
 
 # The first bad statement ends a script; those before it stay.
 printf 'INSERT INTO log VALUES (7);\n\nINSERT INTO\n none VALUES (1);INSERT INTO log VALUES (8)' \
@@ -64,6 +70,10 @@ printf 'INSERT INTO log VALUES (7);\n\nINSERT INTO\n none VALUES (1);INSERT INTO
 refuses 1 "bad.sql', line 3: statement 2 of 3 failed: " db exec "$work/bad.sql" --connect "$connect"
 run db query 'SELECT n FROM log' --connect "$connect" --csv
 same "$asked" "$out" $'n\n7'
+
+# A backslash before a quote.
+printf "INSERT INTO log VALUES (9); SELECT E'it\\\\'s;' || ';'; x" >"$work/escape.sql"
+refuses 1 "statement 2 of 3 failed: " db exec "$work/escape.sql" --connect "$connect"
 
 refuses 1 "no such table: none" db query 'SELECT * FROM none' --connect "$connect"
 refuses 1 "there is no table 'hands__'" db columns hands__ --connect "$connect"

@@ -260,7 +260,17 @@ TEST_P(Odbc, ABatchKeepsWhatCameBeforeItsError) {
   EXPECT_TRUE(ExecuteSQL(Connect(), L"DROP TABLE IF EXISTS none"));
   EXPECT_TRUE(ExecuteSQL(Connect(), CStringArray()));
   EXPECT_TRUE(Query(L"SELECT n FROM v WHERE n = 77").IsEOF());
-  EXPECT_TRUE(Query(L"DELETE FROM v WHERE n = 77").IsEOF()) << "no columns, no records";
+  EndQuery();
+  CDatabase database;
+  ASSERT_TRUE(database.OpenEx(Connect()));
+  CODBCRecordset rs(&database);
+  rs.Open(L"DELETE FROM v WHERE n = 77");
+  EXPECT_TRUE(rs.IsEOF() && rs.ErrorText().empty()) << "no columns, no records";
+  database.Close();
+  // What OpenODBC has opened is for reading.
+  EXPECT_FALSE(OpenODBC(Connect(), db_, rs_, L"DELETE FROM v", true));
+  EXPECT_EQ(messages_.Take().size(), 1u);
+  EXPECT_EQ(Answer(L"SELECT count(*) FROM v"), L"1");
 }
 
 TEST_P(Odbc, AFailingQueryGivesOneMessageAtMost) {
@@ -414,21 +424,26 @@ TEST_P(Odbc, EveryAllocationMayFail) {
   const CString query = L"SELECT n, t FROM v";
   const CString long_text = Repeated(kLetters, 1000);
   const CStringArray batch = {L"UPDATE v SET n = 1", L"UPDATE v SET n = 2"};
-  // Calls with one failing allocation after the other, until none fails.
+  // Calls with one failing allocation after the other, until none fails; then again, with all that
+  // come after the first one failing too.
   const auto until_it_works = [](const auto& call) {
-    bool failed = true;
-    for (long number = 0; failed && number < 3000; ++number) {
-      allocations_left = number;
-      bool done = false;
-      try {
-        done = call();
-      } catch (const std::bad_alloc&) {
-        // A copy of an argument, made here.
+    for (const bool for_good : {false, true}) {
+      memory_gone_for_good = for_good;
+      allocation_failed = true;
+      for (long number = 0; allocation_failed && number < 3000; ++number) {
+        allocation_failed = false;
+        allocations_left = number;
+        bool done = false;
+        try {
+          done = call();
+        } catch (const std::bad_alloc&) {
+          // A copy of an argument, made here.
+        }
+        allocations_left = -1;
+        EXPECT_TRUE(allocation_failed || done);
       }
-      failed = std::exchange(allocations_left, -1) < 0;
-      EXPECT_TRUE(failed || done);
+      EXPECT_FALSE(allocation_failed);
     }
-    EXPECT_FALSE(failed);
   };
   until_it_works([&] {
     const bool open = OpenODBC(connect, db_, rs_, query, true);
@@ -454,6 +469,12 @@ TEST_P(Odbc, EveryAllocationMayFail) {
   EXPECT_GT(
       std::count(shown.begin(), shown.end(), L"Ошибка памяти при выполнении <" + place + L"> "), 0);
   until_it_works([&] { return IsColumnTableODBC(nullptr, connect, L"v", L"t"); });
+  // A record set of a host's: what it throws must not get out, and it can be opened again.
+  ASSERT_TRUE(OpenODBC(connect, db_));
+  CODBCRecordset rs(db_);
+  until_it_works(
+      [&] { return rs.Open(query.c_str()) && !rs.MoveNext() && rs.ErrorText().empty(); });
+  until_it_works([] { return TestDSNDriver(nullptr, L"SQL"); });
   messages_.Take();
 }
 
@@ -552,6 +573,22 @@ TEST_F(OdbcFile, NoMemoryForTheConnectionAloneIsNotShown) {
 
 class OdbcServer : public Odbc {};
 INSTANTIATE_TEST_SUITE_P(PostgreSql, OdbcServer, testing::Values(true));
+
+TEST_P(OdbcServer, TheTextsAroundAnErrorStayAsTheyAre) {
+  // A password that is a word of theirs, and one of the database that is not the connect string's.
+  EXPECT_FALSE(OpenODBC(L"Driver=none;Pwd=Ошибка", db_));
+  CString wrong = Connect();
+  wrong.replace(wrong.find(L"{se;cr}}et}"), 11, L"база");
+  EXPECT_FALSE(ExecuteSQL(wrong, L"SELECT 1"));
+  ASSERT_TRUE(OpenODBC(Connect(), db_));
+  EXPECT_FALSE(OpenODBC(L"Pwd=выполнения", db_, rs_, L"SELECT 'se;cr}et', 'выполнения'; x", true));
+  const Texts shown = messages_.Take();
+  ASSERT_EQ(shown.size(), 3u);
+  EXPECT_TRUE(shown[0].starts_with(L"Ошибка открытия Base Error [")) << ToUtf8(shown[0]);
+  EXPECT_TRUE(shown[1].starts_with(L"Ошибка [")) << ToUtf8(shown[1]);
+  EXPECT_TRUE(shown[2].starts_with(L"Ошибка выполнения [")) << ToUtf8(shown[2]);
+  EXPECT_TRUE(shown[2].ends_with(L"], запроса: <SELECT '***', '***'; x> ")) << ToUtf8(shown[2]);
+}
 
 TEST_P(OdbcServer, APasswordIsNeverShown) {
   CString wrong = Connect();
