@@ -5,6 +5,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
+#include <cmath>
 #include <fstream>
 #include <functional>
 #include <iostream>
@@ -37,7 +38,7 @@ Examples:
   pokermath db query 'SELECT * FROM hands' --connect 'DSN=poker' --csv
   pokermath db exec schema.sql --connect 'Driver={PostgreSQL Unicode};Server=db;Database=poker'
 
-`query` opens the database for reading: SQLite and PostgreSQL refuse changes. A script is a list of
+`query` opens the database for reading: SQLite and PostgreSQL refuse ordinary changes. A script is a list of
 statements that end with semicolons; it stops at the first that fails, and those before it stay
 executed unless the script itself opens a transaction.)";
 
@@ -60,6 +61,12 @@ void Attempt(const std::string& what, const Work& work) {
   } catch (const DatabaseError& error) {
     throw DatabaseFailure(what, error.text());
   }
+}
+
+// The table or file that was asked for, in quotes; it may be a connect string in the wrong place.
+std::string QuotedSubject(const DbWords& words) {
+  const CString shown = WithoutPasswords(FromUtf8(words.subject));
+  return Quoted(ToUtf8(WithoutPasswordsOf(FromUtf8(words.connect), shown)));
 }
 
 int RunDrivers(const DbWords& words) {
@@ -110,7 +117,7 @@ int RunColumns(const DbWords& words) {
   WithConnection(words, "cannot list the columns", [&](const Connection& connection) {
     columns = ListColumns(connection, FromUtf8(words.subject));
   });
-  if (columns.empty()) throw Failure("there is no table " + Quoted(words.subject));
+  if (columns.empty()) throw Failure("there is no table " + QuotedSubject(words));
   const bool several = std::ranges::any_of(columns, [&columns](const ColumnDescription& column) {
     return column.schema != columns[0].schema;
   });
@@ -169,7 +176,8 @@ Json ValueJson(const CDBField& field, short sql_type) {
   if (field.IsNull()) return nullptr;
   if (field.IsBool()) return field.AsBool();
   if (field.IsLong() || field.IsChar() || sql_type == SQL_BIGINT) return field.AsLong();
-  if (field.IsDouble() || field.IsFloat()) return field.AsDouble();
+  const bool number = field.IsDouble() || field.IsFloat();
+  if (number && std::isfinite(field.AsDouble())) return field.AsDouble();
   return ValueText(field, sql_type);
 }
 
@@ -315,14 +323,16 @@ int RunQuery(const DbWords& words) {
   return kExitDone;
 }
 
-std::string ReadScript(const std::string& path) {
+std::string ReadScript(const DbWords& words) {
+  const std::string& path = words.subject;
   std::ifstream file;
   if (path != "-") {
     errno = 0;
     file.open(path, std::ios::binary);
     // A folder can be opened, but not read.
     if (!file || file.peek() == std::ifstream::traits_type::eof()) {
-      if (!file.eof() || errno != 0) throw SystemFailure("cannot read " + Quoted(path), errno);
+      if (!file.eof() || errno != 0)
+        throw SystemFailure("cannot read " + QuotedSubject(words), errno);
     }
   }
   std::istream& in = path == "-" ? std::cin : file;
@@ -330,7 +340,7 @@ std::string ReadScript(const std::string& path) {
 }
 
 int RunExec(const DbWords& words) {
-  const std::vector<SqlStatement> statements = SplitSql(ReadScript(words.subject));
+  const std::vector<SqlStatement> statements = SplitSql(ReadScript(words));
   CDatabase database;
   if (!database.OpenEx(FromUtf8(words.connect))) {
     throw DatabaseFailure("cannot open the database", database.ErrorText());
@@ -338,12 +348,12 @@ int RunExec(const DbWords& words) {
   for (std::size_t i = 0; i < statements.size(); ++i) {
     if (database.ExecuteSQL(FromUtf8(statements[i].text))) continue;
     const std::string what =
-        fmt::format("{}, line {}: statement {} of {} failed", Quoted(words.subject),
+        fmt::format("{}, line {}: statement {} of {} failed", QuotedSubject(words),
                     statements[i].line, i + 1, statements.size());
     throw DatabaseFailure(what, database.ErrorText());
   }
   if (!statements.empty() && statements.back().leaves_open) {
-    throw Failure(Quoted(words.subject) +
+    throw Failure(QuotedSubject(words) +
                   " ends inside a transaction: COMMIT is missing, its changes are rolled back");
   }
   const std::size_t count = statements.size();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <span>
 
 namespace pokermath::cli {
 namespace {
@@ -23,7 +24,7 @@ class Scanner {
     const std::size_t begin = at_;
     const char c = script_[at_];
     if (IsWordSign(c)) {
-      while (!done() && IsWordSign(script_[at_])) ++at_;
+      while (!done() && (IsWordSign(script_[at_]) || script_[at_] == '$')) ++at_;
       const bool escapes = at_ == begin + 1 && (c == 'E' || c == 'e');
       if (escapes && !done() && script_[at_] == '\'') SkipEscaped();
     } else if (c == '\'' || c == '"' || c == '`') {
@@ -51,9 +52,15 @@ class Scanner {
     at_ = found == script_.npos ? script_.size() : found + end.size();
   }
 
-  // PostgreSQL's E'it\'s'.
+  // PostgreSQL's E'it\'s' and E'it''s'.
   void SkipEscaped() {
-    for (++at_; !done() && script_[at_] != '\''; ++at_) at_ += script_[at_] == '\\' ? 1u : 0u;
+    for (++at_; !done(); ++at_) {
+      if (script_[at_] == '\\' || script_.substr(at_, 2) == "''") {
+        ++at_;
+      } else if (script_[at_] == '\'') {
+        break;
+      }
+    }
     at_ = std::min(at_ + 1, script_.size());
   }
 
@@ -77,36 +84,67 @@ std::string Upper(std::string_view word) {
   return upper;
 }
 
-// Whether a semicolon ends the statement, told by the words that it has so far.
+// The words of a statement, as far as it takes them to tell whether a semicolon ends it and what it
+// does to transactions.
 class StatementWords {
  public:
   void Add(const std::string& word) {
-    ++count_;
-    if (count_ == 1) first_ = word;
-    if (count_ == 2 && first_ == "ROLLBACK") back_to_savepoint_ = word == "TO";
-    create_ = first_ == "CREATE";
-    // CREATE [OR REPLACE] [TEMPORARY] TRIGGER
-    if (create_ && count_ <= 5 && word == "TRIGGER") trigger_ = true;
+    const bool create = !first_.empty() && first_[0] == "CREATE";
+    // CREATE [OR REPLACE] [TEMPORARY] TRIGGER, and a function's BEGIN ATOMIC
+    if (create && first_.size() < kFirst && word == "TRIGGER") has_body_ = true;
+    if (create && last_ == "BEGIN" && word == "ATOMIC") has_body_ = true;
     if (word == "BEGIN" || word == "CASE") ++open_;
     if (word == "END") --open_;
+    if (first_.size() < kFirst) first_.push_back(word);
+    last_ = word;
   }
-  bool empty() const { return count_ == 0; }
-  bool CanEnd() const { return !trigger_ || open_ <= 0; }
-  // Whether a transaction is open after the statement, if it was before or not.
-  bool OpenAfter(bool open) const {
-    if (first_ == "BEGIN" || first_ == "START") return true;
-    const bool ends = first_ == "COMMIT" || first_ == "END" || first_ == "ABORT" ||
-                      (first_ == "ROLLBACK" && !back_to_savepoint_);
-    return open && !ends;
-  }
+  bool empty() const { return first_.empty(); }
+  bool CanEnd() const { return !has_body_ || open_ <= 0; }
+  std::span<const std::string> first() const { return first_; }
+  const std::string& last() const { return last_; }
 
  private:
-  int count_ = 0;
+  static constexpr std::size_t kFirst = 5;
+
+  std::vector<std::string> first_;
+  std::string last_;
   int open_ = 0;
-  std::string first_;
-  bool back_to_savepoint_ = false;
-  bool create_ = false;
-  bool trigger_ = false;
+  bool has_body_ = false;
+};
+
+// Whether the statements so far have left a transaction open.
+class OpenTransaction {
+ public:
+  void Follow(const StatementWords& words) {
+    const auto first = words.first();
+    const std::string& verb = first[0];
+    const bool filler = first.size() > 1 && (first[1] == "WORK" || first[1] == "TRANSACTION");
+    const auto rest = first.subspan(filler ? 2 : 1);
+    const std::string& next = rest.empty() ? verb : rest.front();
+    const bool to_savepoint = verb == "ROLLBACK" && next == "TO";
+    if (verb == "BEGIN" || verb == "START") {
+      open_ = true;
+    } else if (verb == "SAVEPOINT" && !open_) {
+      open_ = true;
+      outermost_ = next;
+    } else if (verb == "RELEASE" && !outermost_.empty() && words.last() == outermost_) {
+      Close();
+    } else if (verb == "COMMIT" || verb == "END" || verb == "ABORT" ||
+               (verb == "ROLLBACK" && !to_savepoint)) {
+      const bool chains = words.last() == "CHAIN" && std::ranges::count(first, "NO") == 0;
+      if (!chains) Close();
+    }
+  }
+  explicit operator bool() const { return open_; }
+
+ private:
+  void Close() {
+    open_ = false;
+    outermost_.clear();
+  }
+
+  bool open_ = false;
+  std::string outermost_;  // the savepoint that has begun it
 };
 
 }  // namespace
@@ -115,14 +153,15 @@ std::vector<SqlStatement> SplitSql(std::string_view script) {
   if (script.starts_with("\xEF\xBB\xBF")) script.remove_prefix(3);
   std::vector<SqlStatement> statements;
   StatementWords words;
+  OpenTransaction transaction;
   std::size_t begin = 0;
   const auto end_statement = [&](std::size_t end) {
     if (!words.empty()) {
       const auto lines =
           std::count(script.begin(), script.begin() + static_cast<std::ptrdiff_t>(begin), '\n');
-      const bool open = words.OpenAfter(!statements.empty() && statements.back().leaves_open);
-      statements.push_back(
-          {std::string(script.substr(begin, end - begin)), static_cast<int>(lines) + 1, open});
+      transaction.Follow(words);
+      statements.push_back({std::string(script.substr(begin, end - begin)),
+                            static_cast<int>(lines) + 1, static_cast<bool>(transaction)});
     }
     words = StatementWords();
   };

@@ -16,7 +16,8 @@ struct SqlStatement {
 };
 
 /// Splits a script at its semicolons, but for those in quotes (E'it\'s' too), in comments, in
-/// PostgreSQL's $tag$ bodies and between BEGIN and END of a trigger. What holds nothing but
+/// PostgreSQL's $tag$ bodies and between BEGIN and END of a trigger or BEGIN ATOMIC and END of a
+/// function. What holds nothing but
 /// comments is left out.
 std::vector<SqlStatement> SplitSql(std::string_view script);
 

@@ -45,7 +45,9 @@ class POKERMATH_EXPORT CDatabase {
 
   /// Opens the database of a connect string; an open one is closed first. Never shows a dialog.
   /// Shows no message: ErrorText() tells why it is false. With openReadOnly SQLite and PostgreSQL
-  /// refuse changes; other drivers are asked to.
+  /// refuse ordinary changes, though not statements made to get around it; other drivers are asked
+  /// to. A file of SQLite's that is not there is made only without it, if the connect string has
+  /// SQLite in it.
   bool OpenEx(const CString& connect, unsigned long options = defaultOpen);
   bool IsOpen() const;
 
@@ -213,6 +215,7 @@ class POKERMATH_EXPORT CDBField : public CDBVariant {
   CDBField& operator=(const CDBTimestamp& value);
   CDBField& operator=(const CString& value);
   CDBField& operator=(const wchar_t* value);  // not null
+  CDBField& operator=(const char* value) = delete;
 
  private:
   friend class CODBCRecordset;
@@ -292,7 +295,7 @@ class POKERMATH_EXPORT CRecordset {
   /// read.
   ///
   /// @return whether there is a record; without one IsEOF() becomes true, and ErrorText() tells an
-  ///         error from the end
+  ///         error from the end. A move backwards is an error that changes nothing
   virtual bool Move(long rows, unsigned short fetchType = fetchRelative);
 
   /// Called for every record: hands its columns to variables. Here: does nothing.
@@ -391,6 +394,7 @@ class POKERMATH_EXPORT CODBCRecordset : public CRecordset {
   std::map<CString, int> ids_;
   CDBField missing_;
   bool load_fields_ = false;
+  int unknown_columns_ = 0;  // that the user has not been told of yet
   bool show_errors_ = true;
 };
 

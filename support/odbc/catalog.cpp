@@ -58,8 +58,23 @@ bool IsNamed(const CString& found, const CString& wanted) {
   return UpperCase(found) == UpperCase(Cut(ToUtf8(wanted)));
 }
 
-void AskForTables(Statement& statement, std::string pattern, std::string type) {
-  statement.Check(SQLTables(statement.handle(), nullptr, 0, nullptr, 0,
+// Any schema: with the name of a table alone some drivers look into one schema only.
+struct AnySchema {
+  explicit AnySchema(const Connection& connection)
+      : length(connection.ShortInfo(SQL_MAX_SCHEMA_NAME_LEN) == 0 ? SQLSMALLINT{0}
+                                                                  : SQLSMALLINT{1}) {}
+  SQLCHAR* text() { return length == 0 ? nullptr : pattern; }
+
+  SQLCHAR pattern[2] = {'%', 0};
+  SQLSMALLINT length;
+};
+
+void AskForTables(const Connection& connection, Statement& statement, std::string pattern,
+                  std::string type) {
+  AnySchema schema(connection);
+  // In a list of all tables a driver may take it for the question which schemas there are.
+  if (pattern.empty()) schema.length = 0;
+  statement.Check(SQLTables(statement.handle(), nullptr, 0, schema.text(), schema.length,
                             pattern.empty() ? nullptr : Narrow(pattern), LengthOf(pattern),
                             type.empty() ? nullptr : Narrow(type), LengthOf(type)));
 }
@@ -75,7 +90,7 @@ CString AttributesText(const std::string& list) {
 
 void ListTables(const Connection& connection, CStringArray& tables) {
   Statement statement(connection);
-  AskForTables(statement, "", "TABLE");
+  AskForTables(connection, statement, "", "TABLE");
   while (statement.Fetch()) tables.push_back(NameIn(statement, 2));
 }
 
@@ -83,8 +98,9 @@ std::vector<ColumnDescription> ListColumns(const Connection& connection, const C
   if (table.empty()) return {};  // a driver would list the columns of all tables
   Statement statement(connection);
   std::string pattern = connection.AsPattern(table);
-  statement.Check(SQLColumns(statement.handle(), nullptr, 0, nullptr, 0, Narrow(pattern),
-                             LengthOf(pattern), nullptr, 0));
+  AnySchema schema(connection);
+  statement.Check(SQLColumns(statement.handle(), nullptr, 0, schema.text(), schema.length,
+                             Narrow(pattern), LengthOf(pattern), nullptr, 0));
   std::vector<ColumnDescription> columns;
   while (statement.Fetch()) {
     // In the order of the result: some drivers read it only forward.
@@ -133,7 +149,7 @@ bool IsTableODBC(void*, CString connect, const CString& table) {
   Shown(connect, [&] {
     const Connection& connection = DatabaseAccess::ConnectionOf(*database);
     Statement statement(connection);
-    AskForTables(statement, connection.AsPattern(table), "");
+    AskForTables(connection, statement, connection.AsPattern(table), "");
     for (;;) {
       const SQLRETURN result = SQLFetch(statement.handle());
       if (result == SQL_SUCCESS_WITH_INFO) {

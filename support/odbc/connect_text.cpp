@@ -15,6 +15,7 @@ namespace {
 using View = std::wstring_view;
 
 constexpr View kStars = L"***";
+constexpr View kBlanks = L" \t\r\n";
 
 // A part of the connect string: from one place to before another.
 struct Span {
@@ -30,13 +31,13 @@ CString Lower(View text) {
 }
 
 View Trimmed(View text) {
-  const std::size_t begin = std::min(text.find_first_not_of(L" \t\r\n"), text.size());
-  return text.substr(begin, text.find_last_not_of(L" \t\r\n") + 1 - begin);
+  const std::size_t begin = std::min(text.find_first_not_of(kBlanks), text.size());
+  return text.substr(begin, text.find_last_not_of(kBlanks) + 1 - begin);
 }
 
 // Where the value ends that begins at `begin`: at a semicolon or at the end of the text.
 std::size_t EndOfValue(View connect, std::size_t begin) {
-  std::size_t at = std::min(connect.find_first_not_of(L" \t\r\n", begin), connect.size());
+  std::size_t at = std::min(connect.find_first_not_of(kBlanks, begin), connect.size());
   if (at < connect.size() && connect[at] == L'{') {
     for (++at; at < connect.size(); ++at) {
       if (connect[at] != L'}') continue;
@@ -49,22 +50,24 @@ std::size_t EndOfValue(View connect, std::size_t begin) {
 
 bool IsSecret(View keyword) {
   const CString key = Lower(Trimmed(keyword));
-  return key.ends_with(L"pwd") || key.ends_with(L"password");
+  return key.ends_with(L"pwd") || key.ends_with(L"password") || key.ends_with(L"passwd");
 }
 
 // The passwords inside a value: options for the server may bring one, as in
 // pqopt={password = 'x' host=y}. There a backslash goes before a sign that stands for itself.
-std::vector<CString> NestedPasswords(View value) {
+//
+// @param ends  what one that is not quoted ends at
+std::vector<CString> NestedPasswords(View value, View ends) {
   std::vector<CString> found;
   for (std::size_t sign = value.find(L'='); sign != value.npos; sign = value.find(L'=', sign + 1)) {
     if (!IsSecret(value.substr(0, sign))) continue;
     View rest = Trimmed(value.substr(sign + 1));
     const bool quoted = rest.starts_with(L'\'') || rest.starts_with(L'"');
-    const View ends = quoted ? rest.substr(0, 1) : L" \t\r\n;}";
+    const View end = quoted ? rest.substr(0, 1) : ends;
     if (quoted) rest.remove_prefix(1);
     CString plain;
     std::size_t at = 0;
-    for (; at < rest.size() && ends.find(rest[at]) == ends.npos; ++at) {
+    for (; at < rest.size() && end.find(rest[at]) == end.npos; ++at) {
       if (rest[at] == L'\\' && at + 1 < rest.size()) ++at;
       plain += rest[at];
     }
@@ -85,7 +88,7 @@ std::vector<Span> Passwords(View connect) {
     const std::size_t key = connect.rfind(L';', sign) + 1;  // npos + 1 is 0
     const std::size_t end = EndOfValue(connect, at);
     if (IsSecret(connect.substr(key, sign - key)) ||
-        !NestedPasswords(connect.substr(at, end - at)).empty()) {
+        !NestedPasswords(connect.substr(at, end - at), kBlanks).empty()) {
       found.push_back({at, end});
     }
     at = std::min(end + 1, connect.size());
@@ -112,12 +115,29 @@ bool IsWordSign(wchar_t c) {
          c == L'_' || c > 0x7F;
 }
 
+// Adds to passwords with quotes in them what stands for them in a statement.
+void AddQuoted(std::vector<CString>& secrets) {
+  for (std::size_t i = 0, count = secrets.size(); i < count; ++i) {
+    if (secrets[i].find_first_of(L"'\"") == CString::npos) continue;
+    CString single, twice, escaped;
+    for (const wchar_t c : secrets[i]) {
+      single += c == L'\'' ? CString(2, c) : CString(1, c);
+      twice += c == L'"' ? CString(2, c) : CString(1, c);
+      escaped += c == L'\'' ? CString{L'\\', c} : CString(1, c);
+    }
+    for (CString* form : {&single, &twice, &escaped}) secrets.push_back(std::move(*form));
+  }
+}
+
+// Whatever the case of its letters: a database may have folded them.
 void ReplaceAll(CString& text, View what) {
   // One of a few letters stands in many words, and starring those would give it away: it is hidden
   // where it stands alone.
   constexpr std::size_t kShortest = 4;
   const bool alone = what.size() < kShortest;
-  for (std::size_t at = text.find(what); at != text.npos; at = text.find(what, at)) {
+  CString folded = Lower(text);
+  const CString sought = Lower(what);
+  for (std::size_t at = folded.find(sought); at != text.npos; at = folded.find(sought, at)) {
     const std::size_t end = at + what.size();
     if (alone &&
         ((at > 0 && IsWordSign(text[at - 1])) || (end < text.size() && IsWordSign(text[end])))) {
@@ -125,6 +145,7 @@ void ReplaceAll(CString& text, View what) {
       continue;
     }
     text.replace(at, what.size(), kStars);
+    folded.replace(at, what.size(), kStars);
     at += kStars.size();
   }
 }
@@ -148,9 +169,13 @@ CString WithoutPasswordsOf(const CString& connect, CString text) {
     const CString plain = Plain(value);
     secrets.emplace_back(Trimmed(value));
     secrets.push_back(plain);
-    for (CString& nested : NestedPasswords(value)) secrets.push_back(std::move(nested));
-    for (CString& nested : NestedPasswords(plain)) secrets.push_back(std::move(nested));
+    // Where the braces have not been closed, the value itself may go on behind a semicolon.
+    for (CString& nested : NestedPasswords(value, L" \t\r\n;}")) {
+      secrets.push_back(std::move(nested));
+    }
+    for (CString& nested : NestedPasswords(plain, kBlanks)) secrets.push_back(std::move(nested));
   }
+  AddQuoted(secrets);
   // One may be a part of another.
   std::ranges::sort(secrets, std::ranges::greater(), &CString::size);
   for (const CString& secret : secrets) {

@@ -28,12 +28,16 @@ std::string_view Trimmed(std::string_view text) {
   return text.substr(begin, text.find_last_not_of(kBlanks) + 1 - begin);
 }
 
-// Reads the whole text as a whole number; false if it is none.
+// Reads the whole text as a number without its fraction; false if it is none or not in plain
+// digits.
 bool ParseWhole(std::string_view text, long& number) {
   text = Trimmed(text);
   if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  return error == std::errc() && end == text.data() + text.size();
+  const std::string_view rest = text.substr(static_cast<std::size_t>(end - text.data()));
+  const bool fraction =
+      rest.starts_with('.') && rest.find_first_not_of("0123456789", 1) == rest.npos;
+  return error == std::errc() && (rest.empty() || fraction);
 }
 
 // The nearest whole number, without its fraction.
@@ -262,7 +266,10 @@ Whole CDBField::AsWhole() const {
 bool CDBField::AsBool() const {
   if (null_) return false;
   if (m_dwType == DBVT_BOOL) return m_boolVal;
-  if (!IsString() && !IsBinary()) return !IsDate() && AsDouble() != 0;
+  if (!IsString() && !IsBinary()) {
+    const double number = AsDouble();
+    return !IsDate() && number != 0 && !std::isnan(number);
+  }
   const CString text = AsString();
   const bool is_t = text == L"T" || text == L"t";
   const bool is_true = text.size() == 4 && wcsncasecmp(text.c_str(), L"true", 4) == 0;
@@ -278,7 +285,10 @@ int CDBField::AsInt() const { return AsWhole<int>(); }
 long CDBField::AsLong() const { return AsWhole<long>(); }
 
 float CDBField::AsFloat() const {
-  return !null_ && m_dwType == DBVT_SINGLE ? m_fltVal : static_cast<float>(AsDouble());
+  if (!null_ && m_dwType == DBVT_SINGLE) return m_fltVal;
+  constexpr double kMost = std::numeric_limits<float>::max();
+  const double number = AsDouble();
+  return static_cast<float>(std::isfinite(number) ? std::clamp(number, -kMost, kMost) : number);
 }
 
 double CDBField::AsDouble() const {

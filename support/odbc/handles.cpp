@@ -7,6 +7,7 @@
 #include <new>
 
 #include "platform/text.h"
+#include "support/odbc/names.h"
 
 namespace pokermath {
 namespace {
@@ -58,8 +59,15 @@ CString Diagnostics(SQLSMALLINT type, SQLHANDLE handle) {
     SQLCHAR state[6] = {};
     SQLINTEGER native = 0;
     SQLSMALLINT length = 0;
-    const SQLRETURN result = SQLGetDiagRec(type, handle, record, state, &native, Narrow(text),
-                                           static_cast<SQLSMALLINT>(text.size()), &length);
+    const auto read = [&] {
+      return SQLGetDiagRec(type, handle, record, state, &native, Narrow(text),
+                           static_cast<SQLSMALLINT>(text.size()), &length);
+    };
+    SQLRETURN result = read();
+    if (result == SQL_SUCCESS_WITH_INFO && length >= static_cast<SQLSMALLINT>(text.size())) {
+      text.resize(std::min<std::size_t>(static_cast<std::size_t>(length) + 1, 0x7FFF));
+      result = read();
+    }
     if (!SQL_SUCCEEDED(result)) break;
     const std::string_view code(reinterpret_cast<const char*>(state));
     if (code == "HY001" || code == "HY014") throw std::bad_alloc();
@@ -87,6 +95,8 @@ Environment::Environment() {
 Connection::Connection(const CString& connect, bool read_only) {
   const PlainLocale locale;
   std::string text = ToUtf8(connect);
+  // Otherwise a file that is not there would be made.
+  if (read_only && UpperCase(connect).find(L"SQLITE") != connect.npos) text += ";NoCreat=1";
   if (text.size() > static_cast<std::size_t>(std::numeric_limits<SQLSMALLINT>::max())) {
     throw DatabaseError(L"the connect string is too long");
   }
@@ -102,7 +112,7 @@ Connection::Connection(const CString& connect, bool read_only) {
     if (!SQL_SUCCEEDED(result)) throw DatabaseError(Diagnostics(SQL_HANDLE_DBC, handle_));
     if (read_only) RefuseChanges();
   } catch (...) {
-    SQLFreeHandle(SQL_HANDLE_DBC, handle_);
+    Release();
     throw;
   }
 }
@@ -117,11 +127,25 @@ void Connection::RefuseChanges() const {
       {"PostgreSQL", L"SET SESSION CHARACTERISTICS AS TRANSACTION READ ONLY"}};
   const std::string name = Text(SQL_DBMS_NAME);
   for (const Refusal& refusal : kRefusals) {
-    if (name.starts_with(refusal.database)) Statement(*this).Execute(refusal.statement);
+    if (!name.starts_with(refusal.database)) continue;
+    try {
+      Statement(*this).Execute(refusal.statement);
+    } catch (const DatabaseError&) {
+      // The driver refuses changes itself, and takes this for one; or it does not know it.
+    }
+  }
+  if (!name.starts_with("SQLite")) return;
+  // A file that is no database would look like an empty one.
+  try {
+    Statement(*this).Execute(L"PRAGMA schema_version");
+  } catch (const DatabaseError& error) {
+    if (error.text().find(L"not a database") != CString::npos) throw;
   }
 }
 
-Connection::~Connection() {
+Connection::~Connection() { Release(); }
+
+void Connection::Release() {
   // With a transaction open, a driver may refuse to let go.
   SQLEndTran(SQL_HANDLE_DBC, handle_, SQL_ROLLBACK);
   SQLDisconnect(handle_);
@@ -130,6 +154,12 @@ Connection::~Connection() {
 
 SQLUINTEGER Connection::Info(SQLUSMALLINT item) const {
   SQLUINTEGER value = 0;
+  SQLGetInfo(handle_, item, &value, sizeof(value), nullptr);
+  return value;
+}
+
+SQLUSMALLINT Connection::ShortInfo(SQLUSMALLINT item) const {
+  SQLUSMALLINT value = 0;
   SQLGetInfo(handle_, item, &value, sizeof(value), nullptr);
   return value;
 }
@@ -147,9 +177,8 @@ std::string Connection::AsPattern(const CString& name) const {
   const std::string escape = Text(SQL_SEARCH_PATTERN_ESCAPE);
   std::string pattern;
   for (const char c : ToUtf8(name)) {
-    const bool special = c == '_' || c == '%' || (!escape.empty() && c == escape.front());
-    if (special) pattern += escape;
-    pattern += c;
+    if (c == '_' || c == '%') pattern += escape;
+    pattern += !escape.empty() && c == escape.front() ? '_' : c;
   }
   return pattern;
 }

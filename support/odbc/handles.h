@@ -59,12 +59,15 @@ class Connection {
 
   SQLHDBC handle() const { return handle_; }
   SQLUINTEGER Info(SQLUSMALLINT item) const;
+  SQLUSMALLINT ShortInfo(SQLUSMALLINT item) const;
   std::string Text(SQLUSMALLINT item) const;
-  /// The name with the driver's escape sign before every wildcard of search patterns.
+  /// A search pattern for the name: the driver's escape sign stands before its wildcards. As some
+  /// drivers do not know an escaped escape sign, it may match other names as well.
   std::string AsPattern(const CString& name) const;
 
  private:
   void RefuseChanges() const;
+  void Release();
 
   Environment environment_;
   SQLHDBC handle_ = nullptr;

@@ -96,13 +96,14 @@ bool CRecordset::Failed() {
 bool CRecordset::Move(long rows, unsigned short fetchType) {
   failure_ = nullptr;
   error_.clear();
+  const bool end_before = end_;
+  bool refused = false;
   try {
     if (result_ == nullptr) throw DatabaseError(L"no query is open");
     const bool first = fetchType == fetchFirst;
     if (fetchType != fetchRelative) rows = 1;
-    if (rows < 0 || (first && result_->row() > 1)) {
-      throw DatabaseError(L"the records come forward only");
-    }
+    refused = rows < 0 || (first && result_->row() > 1);
+    if (refused) throw DatabaseError(L"the records come forward only");
     if (first && result_->row() == 1) return !end_;
     // The record set stands before the first record only while it is opened.
     for (; rows > 0 && (!end_ || opening_); --rows) end_ = !result_->Fetch();
@@ -111,7 +112,9 @@ bool CRecordset::Move(long rows, unsigned short fetchType) {
     DoFieldExchange(&exchange);
     return true;
   } catch (...) {
-    return Failed();
+    Failed();
+    if (refused) end_ = end_before;
+    return false;
   }
 }
 
@@ -195,6 +198,14 @@ bool CODBCRecordset::Move(long rows, unsigned short fetchType) {
   const bool moved = CRecordset::Move(rows, fetchType);
   // While it is opened, whoever opens it tells the user.
   if (!moved && !opening_ && failure_ != nullptr) ShowFailure();
+  const int unknown = std::exchange(unknown_columns_, 0);
+  if (failure_ == nullptr && unknown > 0) {
+    pokermath::Try(
+        [unknown] {
+          for (int i = 0; i < unknown; ++i) pokermath::ShowMessage(L"Неизвестный тип данных");
+        },
+        [](const CString&) {}, [] {});
+  }
   return moved;
 }
 
@@ -211,6 +222,7 @@ void CODBCRecordset::ShowFailure() const {
 
 void CODBCRecordset::LoadFieldNamesMap() {
   ids_.clear();
+  unknown_columns_ = 0;
   const int count = result_->size();
   if (count > allocated_) {
     allocated_ = 0;
@@ -223,7 +235,7 @@ void CODBCRecordset::LoadFieldNamesMap() {
     CDBField& field = fields_[static_cast<std::size_t>(i)];
     field.Clear();
     field.null_ = true;
-    if (result_->kind(i) == DBVT_NULL) pokermath::ShowMessage(L"Неизвестный тип данных");
+    if (result_->kind(i) == DBVT_NULL) ++unknown_columns_;
     field.SetKind(result_->kind(i));
     const CString upper = pokermath::UpperCase(result_->info(i).m_strName);
     CString name = upper;

@@ -71,8 +71,21 @@ refuses 1 "bad.sql', line 3: statement 2 of 3 failed: " db exec "$work/bad.sql" 
 run db query 'SELECT n FROM log' --connect "$connect" --csv
 same "$asked" "$out" $'n\n7'
 
+# Transactions that a savepoint begins, or that go on.
+for script in 'SAVEPOINT x; DELETE FROM log;' 'BEGIN; SAVEPOINT x; ROLLBACK TRANSACTION TO x;'; do
+  printf %s "$script" >"$work/open.sql"
+  refuses 1 "ends inside a transaction" db exec "$work/open.sql" --connect "$connect"
+done
+printf 'SAVEPOINT x; SAVEPOINT y; RELEASE y; RELEASE x; BEGIN; COMMIT TRANSACTION' >"$work/done.sql"
+run db exec "$work/done.sql" --connect "$connect"
+same "$asked" "$out" "6 statements executed"
+
+# A connect string in the wrong place.
+refuses 1 "cannot read 'Driver=x;Pwd=***'" db exec 'Driver=x;Pwd=sesame' --connect "$connect"
+refuses 1 "there is no table 'x***x'" db columns xsesamex --connect "$connect"
+
 # A backslash before a quote.
-printf "INSERT INTO log VALUES (9); SELECT E'it\\\\'s;' || ';'; x" >"$work/escape.sql"
+printf "INSERT INTO log VALUES (9); SELECT E'it\\\\'s;''\\\\';' || ';'; x" >"$work/escape.sql"
 refuses 1 "statement 2 of 3 failed: " db exec "$work/escape.sql" --connect "$connect"
 
 refuses 1 "no such table: none" db query 'SELECT * FROM none' --connect "$connect"

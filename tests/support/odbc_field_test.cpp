@@ -77,6 +77,8 @@ TEST(OdbcField, NumbersFromText) {
   EXPECT_EQ(FieldOf(L"-0." + CString(400, L'0') + L"1e399").AsDouble(), -0.01);
   EXPECT_EQ(FieldOf(L"-0." + CString(400, L'0') + L"1").AsLong(), 0);
   EXPECT_EQ(number(L"2.99"), 2);
+  EXPECT_EQ(number(L"1234567890123456789.75"), 1234567890123456789);
+  EXPECT_EQ(number(L"1.2.3"), 0);
   for (const wchar_t* text :
        {L"", L" ", L"12abc", L"+-1", L"0x10", L"1,5", L"nan", L"inf", L"-infinity", L"é", L"--1"}) {
     EXPECT_EQ(number(text), 0) << text;
@@ -161,7 +163,9 @@ TEST(OdbcConnectText, PasswordsAreStars) {
   const CString options = L"pqopt={host=h PassWord = 'it\\'s it' pwd=in\\ ner}}};x";
   EXPECT_EQ(WithoutPasswords(options), L"pqopt=***;x");
   EXPECT_EQ(WithoutPasswordsOf(options, L"it's it, it\\'s it, in ner}, in\\ ner"),
-            L"***, ***, ***}, ***");
+            L"***, ***, ***, ***");
+  EXPECT_EQ(WithoutPasswordsOf(L"pqopt={password=se;cr}}et}", L"se;cr}et"), L"***");
+  EXPECT_EQ(WithoutPasswordsOf(L"PWD=o'brien", L"'o''BRIEN' E'o\\'brien'"), L"'***' E'***'");
   EXPECT_EQ(WithoutPasswordsOf(L"a={;PWD =secret", L"a secret"), L"a ***");
 }
 

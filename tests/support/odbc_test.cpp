@@ -8,7 +8,9 @@
 #include <algorithm>
 #include <clocale>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <limits>
 #include <memory>
 #include <new>
@@ -54,6 +56,7 @@ class Database {
   explicit Database(bool server) : server_(server) {
     if (!server_) {
       connect_ = L"Driver=SQLite3;Timeout=200;Database=" + FromUtf8(folder_ / "hands.db");
+      std::ofstream(folder_ / "hands.db");  // no bytes are an empty database
       return;
     }
     const char* state = std::getenv("POKERMATH_POSTGRES");
@@ -322,6 +325,7 @@ TEST_P(Odbc, ARecordSetIsUsedAgain) {
   EXPECT_EQ(rs_->GetInt(0), 3);
   EXPECT_FALSE(rs_->Move(-1));
   EXPECT_EQ(messages_.Take().size(), 1u);
+  EXPECT_FALSE(rs_->IsEOF());
   // More columns, then fewer: those that are gone cannot be read.
   ASSERT_TRUE(OpenODBC(Connect(), db_, rs_, L"SELECT 1 AS a, 2 AS b, n FROM v ORDER BY n", true));
   EXPECT_EQ(rs_, before);
@@ -445,6 +449,11 @@ TEST_P(Odbc, EveryAllocationMayFail) {
       EXPECT_FALSE(allocation_failed);
     }
   };
+  const auto open_files = [] {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"),
+                         std::filesystem::directory_iterator());
+  };
+  const auto open_before = open_files();
   until_it_works([&] {
     const bool open = OpenODBC(connect, db_, rs_, query, true);
     const long left = std::exchange(allocations_left, -1);
@@ -454,6 +463,7 @@ TEST_P(Odbc, EveryAllocationMayFail) {
     allocations_left = left;
     return open;
   });
+  EXPECT_EQ(open_files(), open_before);
   Texts shown = messages_.Take();
   EXPECT_GT(std::count(shown.begin(), shown.end(), L"Ошибка памяти при открытии БД !"), 0);
   EXPECT_GT(std::count(shown.begin(), shown.end(),
@@ -533,6 +543,20 @@ TEST_F(OdbcFile, WhatCannotBeOpened) {
   EXPECT_EQ(db, nullptr);
 }
 
+TEST_F(OdbcFile, FilesThatAreNoDatabase) {
+  const ScratchFolder folder;
+  const CString before = L"Driver=SQLite3;Database=" + FromUtf8(folder / "");
+  CDatabase* db = nullptr;
+  EXPECT_FALSE(OpenODBC(before + L"none.db", db));
+  EXPECT_FALSE(std::filesystem::exists(folder / "none.db")) << "made by opening it for reading";
+  std::ofstream(folder / "garbage.db") << std::string(5000, 'x');
+  CStringArray tables;
+  EXPECT_FALSE(BuildTableList(nullptr, before + L"garbage.db", tables));
+  const Texts shown = messages_.Take();
+  ASSERT_EQ(shown.size(), 2u);
+  EXPECT_NE(shown[1].find(L"not a database"), CString::npos) << ToUtf8(shown[1]);
+}
+
 TEST_F(OdbcFile, ALockedDatabaseIsAnError) {
   ASSERT_TRUE(ExecuteSQL(Connect(), L"CREATE TABLE v (n integer)"));
   CDatabase holder;
@@ -573,6 +597,20 @@ TEST_F(OdbcFile, NoMemoryForTheConnectionAloneIsNotShown) {
 
 class OdbcServer : public Odbc {};
 INSTANTIATE_TEST_SUITE_P(PostgreSql, OdbcServer, testing::Values(true));
+
+TEST_P(OdbcServer, TablesOfOtherSchemas) {
+  Run({L"CREATE SCHEMA s2", L"CREATE TABLE s2.far (x integer)",
+       L"CREATE TABLE \"a\\_b\" (n integer)", L"CREATE TABLE a_b (m integer)"});
+  EXPECT_TRUE(IsTableODBC(nullptr, Connect(), L"far"));
+  EXPECT_TRUE(IsColumnTableODBC(nullptr, Connect(), L"far", L"X"));
+  EXPECT_TRUE(IsTableODBC(nullptr, Connect(), L"a\\_b"));
+  EXPECT_TRUE(IsColumnTableODBC(nullptr, Connect(), L"a\\_b", L"n"));
+  EXPECT_FALSE(IsColumnTableODBC(nullptr, Connect(), L"a\\_b", L"m"));
+}
+
+TEST_P(OdbcServer, ADriverThatRefusesChangesItself) {
+  EXPECT_TRUE(OpenODBC(Connect() + L";ReadOnly=1", db_, rs_, L"SELECT 1", true));
+}
 
 TEST_P(OdbcServer, TheTextsAroundAnErrorStayAsTheyAre) {
   // A password that is a word of theirs, and one of the database that is not the connect string's.
