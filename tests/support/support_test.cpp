@@ -1,10 +1,12 @@
 // Hand-history files as they grow, logs that are cut, and texts from the system.
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cwchar>
 #include <filesystem>
@@ -282,6 +284,29 @@ TEST_F(Support, OnlyALastLineIsUnfinished) {
   EXPECT_EQ(errno, EIO);
   EXPECT_TRUE(reader.Read(lines));
   EXPECT_EQ(lines, (Lines{L"x", L"y", L"z"}));
+}
+
+TEST_F(Support, ALogThatCannotBeCutIsAsItWas) {
+  Put("0123456789");
+  for (reads_left = 0; reads_left < 2; ++reads_left) {
+    const long which = reads_left;
+    TrimLogFile(Name(), 6, 1);
+    EXPECT_EQ(Content(), "0123456789") << which;
+    reads_left = which;
+  }
+  reads_left = -1;
+  // No byte can be written behind the third.
+  const auto before = std::signal(SIGXFSZ, SIG_IGN);
+  rlimit limit;
+  getrlimit(RLIMIT_FSIZE, &limit);
+  const rlimit three = {3, limit.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &three);
+  TrimLogFile(Name(), 6, 1);
+  setrlimit(RLIMIT_FSIZE, &limit);
+  std::signal(SIGXFSZ, before);
+  EXPECT_EQ(Content(), "0123456789");
+  TrimLogFile(Name(), 6, 1);
+  EXPECT_EQ(Content(), "456789");
 }
 
 TEST_F(Support, LogsAreCutInPlace) {
