@@ -67,8 +67,13 @@ void PrintLines(const CStringArray& lines, bool json, bool unfinished) {
 int RunHistory(const Options& options) {
   const StopSignals signals;
   HistoryReader reader(options.path, options.from);
-  const auto check = [&options](bool good) {
-    if (!good) throw SystemFailure("cannot read " + Quoted(options.path), errno);
+  bool seen = false;
+  const auto check = [&](bool good) {
+    // A file that is being replaced can be missing for a moment.
+    if (!good && !(options.follow && seen && errno == ENOENT)) {
+      throw SystemFailure("cannot read " + Quoted(options.path), errno);
+    }
+    seen = true;
   };
   CStringArray lines;
   while (!StopRequested()) {

@@ -19,6 +19,16 @@ constexpr wchar_t kWindows1252[32] = {
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
+// The end of what was written.
+wchar_t* DecodeUtf8(std::string_view bytes, wchar_t* out) {
+  if (utf8::is_valid(bytes.begin(), bytes.end())) {
+    return utf8::unchecked::utf8to32(bytes.begin(), bytes.end(), out);
+  }
+  std::string valid;
+  utf8::replace_invalid(bytes.begin(), bytes.end(), std::back_inserter(valid), kReplacement);
+  return utf8::unchecked::utf8to32(valid.begin(), valid.end(), out);
+}
+
 }  // namespace
 
 std::string ToUtf8(std::wstring_view text) {
@@ -44,21 +54,41 @@ std::wstring FromWindows1252(std::string_view bytes) {
   return text;
 }
 
-std::wstring FromUtf8(std::string_view bytes) {
-  // Most texts are ASCII, most others are at first.
-  const auto ascii_end = std::find_if(bytes.begin(), bytes.end(),
-                                      [](char byte) { return static_cast<signed char>(byte) < 0; });
-  std::wstring text(bytes.begin(), ascii_end);
-  if (ascii_end == bytes.end()) return text;
-  if (utf8::is_valid(ascii_end, bytes.end())) {
-    text.reserve(bytes.size());
-    utf8::unchecked::utf8to32(ascii_end, bytes.end(), std::back_inserter(text));
-    return text;
+std::size_t WidenAscii(std::string_view bytes, wchar_t* out) {
+  // Whole blocks without a branch inside, so that the compiler makes vectors of them.
+  constexpr std::size_t kBlock = 16;
+  std::size_t done = 0;
+  for (; bytes.size() - done >= kBlock; done += kBlock) {
+    unsigned all = 0;
+    for (std::size_t i = done; i < done + kBlock; ++i) {
+      const auto byte = static_cast<unsigned char>(bytes[i]);
+      out[i] = byte;
+      all |= byte;
+    }
+    if (all >= 0x80) break;
   }
-  std::string valid;
-  valid.reserve(bytes.size());
-  utf8::replace_invalid(ascii_end, bytes.end(), std::back_inserter(valid), kReplacement);
-  utf8::unchecked::utf8to32(valid.begin(), valid.end(), std::back_inserter(text));
+  for (; done < bytes.size() && static_cast<unsigned char>(bytes[done]) < 0x80; ++done) {
+    out[done] = static_cast<wchar_t>(bytes[done]);
+  }
+  return done;
+}
+
+std::wstring FromUtf8(std::string_view bytes) {
+  // Nothing has more characters than bytes.
+  std::wstring text(bytes.size(), L'\0');
+  wchar_t* end = text.data();
+  while (!bytes.empty()) {
+    const std::size_t plain = WidenAscii(bytes, end);
+    end += plain;
+    bytes.remove_prefix(plain);
+    // What is not ASCII stands by itself: no sequence, valid or not, goes on behind an ASCII byte.
+    const std::string_view other(
+        bytes.begin(), std::find_if(bytes.begin(), bytes.end(),
+                                    [](char byte) { return static_cast<signed char>(byte) >= 0; }));
+    end = DecodeUtf8(other, end);
+    bytes.remove_prefix(other.size());
+  }
+  text.resize(static_cast<std::size_t>(end - text.data()));
   return text;
 }
 

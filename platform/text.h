@@ -3,6 +3,7 @@
 #ifndef POKERMATH_PLATFORM_TEXT_H_
 #define POKERMATH_PLATFORM_TEXT_H_
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -10,6 +11,10 @@ namespace pokermath {
 
 /// Wide text as UTF-8; what is no Unicode character becomes U+FFFD.
 std::string ToUtf8(std::wstring_view text);
+
+/// Converts the ASCII characters at the start of `bytes`, fast; their number. `out` has room for as
+/// many as there are bytes, of which those behind the number are spoilt.
+std::size_t WidenAscii(std::string_view bytes, wchar_t* out);
 
 /// UTF-8 as wide text; every invalid sequence becomes U+FFFD.
 std::wstring FromUtf8(std::string_view bytes);

@@ -8,24 +8,24 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <limits>
+#include <cstring>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
+#include "platform/large_pages.h"
 #include "platform/messages.h"
 #include "platform/text.h"
+#include "pokermath/large_table.h"
 
 namespace pokermath {
 namespace {
 
-constexpr std::size_t kWhole = std::numeric_limits<std::size_t>::max();
+// What HistoryReader reads at a time, and the two functions: this stays in the cache.
 constexpr std::size_t kMostBytes = std::size_t{16} << 20;
+constexpr std::size_t kPiece = std::size_t{256} << 10;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-
-// Not zeroed before they are read.
-using Bytes = LargeTable<char>;
-
-std::string_view ViewOf(const Bytes& bytes) { return {bytes.data(), bytes.size()}; }
 
 // A regular file that is open for reading.
 class InputFile {
@@ -46,22 +46,27 @@ class InputFile {
 
   int error() const { return error_; }  // 0 if it is open
   std::int64_t size() const { return status_.st_size; }
-  std::uint64_t id() const { return static_cast<std::uint64_t>(status_.st_ino) + 1; }
+  std::pair<std::uint64_t, std::uint64_t> id() const { return {status_.st_dev, status_.st_ino}; }
 
-  // What there is from a position on, up to a number of bytes.
-  Bytes Read(std::int64_t position, std::size_t most) const {
-    const std::int64_t left = position < 0 ? 0 : size() - position;
-    Bytes bytes(left <= 0 ? 0 : std::min(most, static_cast<std::size_t>(left)));
+  // What there is behind a position.
+  std::uint64_t Behind(std::int64_t position) const {
+    return position < 0 || position >= size() ? 0 : static_cast<std::uint64_t>(size() - position);
+  }
+
+  // The number of bytes read from a position, less than asked for only where the file ends or
+  // cannot be read.
+  std::size_t Read(std::int64_t position, char* out, std::size_t most, bool& good) const {
     std::size_t done = 0;
-    while (done < bytes.size()) {
-      const ssize_t got = pread(fd_, bytes.data() + done, bytes.size() - done,
-                                position + static_cast<std::int64_t>(done));
+    good = true;
+    while (done < most) {
+      const ssize_t got =
+          pread(fd_, out + done, most - done, position + static_cast<std::int64_t>(done));
       if (got < 0 && errno == EINTR) continue;
-      if (got <= 0) break;  // it has become shorter
+      good = got >= 0;
+      if (got <= 0) break;
       done += static_cast<std::size_t>(got);
     }
-    bytes.resize(done);
-    return bytes;
+    return done;
   }
 
  private:
@@ -87,6 +92,53 @@ void TakeLines(std::string_view& bytes, const Add& add) {
   }
 }
 
+// The same for lines that end with CR LF only.
+template <typename Add>
+void TakeCrLfLines(std::string_view& bytes, const Add& add) {
+  for (std::size_t end = bytes.find("\r\n"); end != bytes.npos; end = bytes.find("\r\n")) {
+    add(bytes.substr(0, end));
+    bytes.remove_prefix(end + 2);
+  }
+}
+
+// Room for the lines of all bytes if they are like the first ones, so that the list need not move
+// as it grows; but not for more than one line in 16 bytes, as the first ones may be unlike the
+// rest.
+void Reserve(CStringArray& lines, std::size_t first_bytes, std::uint64_t all_bytes) {
+  constexpr std::uint64_t kShortLine = 16;
+  const double rate = static_cast<double>(lines.size()) / static_cast<double>(first_bytes);
+  const auto expected = static_cast<std::uint64_t>(1.05 * rate * static_cast<double>(all_bytes));
+  lines.reserve(std::min(expected, all_bytes / kShortLine));
+  AskForLargePages(lines.data(), lines.capacity() * sizeof(CString));
+}
+
+// Reads some bytes from a position on in pieces. take(rest) takes the lines that are complete out
+// of `rest`; what it leaves comes again, with more behind it. Gives what is left at the end to
+// last(rest), and returns the number of bytes read.
+template <typename Take, typename Last>
+std::uint64_t ReadPieces(const InputFile& file, std::int64_t position, std::uint64_t bytes,
+                         CStringArray& lines, const Take& take, const Last& last) {
+  std::vector<char> piece(std::min<std::uint64_t>(bytes, kPiece));
+  std::size_t held = 0;
+  std::uint64_t done = 0;
+  while (done < bytes) {
+    if (held == piece.size()) piece.resize(2 * held);
+    const std::size_t wanted = std::min<std::uint64_t>(piece.size() - held, bytes - done);
+    bool good;
+    const std::size_t got =
+        file.Read(position + static_cast<std::int64_t>(done), piece.data() + held, wanted, good);
+    std::string_view rest(piece.data(), held + got);
+    take(rest);
+    if (done == 0 && bytes > got) Reserve(lines, got, bytes);
+    done += got;
+    held = rest.size();
+    std::memmove(piece.data(), rest.data(), held);
+    if (got < wanted) break;
+  }
+  last(std::string_view(piece.data(), held));
+  return done;
+}
+
 bool IsWhiteSpace(wchar_t c) {
   return (c >= 0x09 && c <= 0x0D) || c == 0x20 || c == 0x85 || c == 0xA0 || c == 0x1680 ||
          (c >= 0x2000 && c <= 0x200A) || c == 0x2028 || c == 0x2029 || c == 0x202F || c == 0x205F ||
@@ -99,65 +151,98 @@ CString Trimmed(CString text) {
   return text;
 }
 
-// Bytes as Windows-1252, with the UTF-8 signs of euro and pound.
-class CurrencyDecoder {
- public:
-  explicit CurrencyDecoder(CStringArray& lines) : lines_(lines) {}
-
-  void Decode(std::string_view bytes) {
-    while (!bytes.empty()) bytes.remove_prefix(Next(bytes));
+// The sign at the start of some bytes that are not ASCII; the number of its bytes.
+std::size_t DecodeSign(std::string_view bytes, wchar_t*& out) {
+  if (bytes.starts_with("\xE2\x82\xAC")) {
+    *out++ = L'\u20AC';
+    return 3;
   }
+  if (bytes.starts_with("\xC2\xA3")) {
+    *out++ = L'\u00A3';
+    return 2;
+  }
+  if (kByteOrderMark.find(bytes[0]) == kByteOrderMark.npos) *out++ = FromWindows1252(bytes[0]);
+  return 1;
+}
+
+// Bytes as Windows-1252, with the UTF-8 signs of euro and pound.
+CString DecodeCurrency(std::string_view bytes) {
+  CString line(bytes.size(), L'\0');
+  wchar_t* end = line.data();
+  while (!bytes.empty()) {
+    const std::size_t plain = WidenAscii(bytes, end);
+    end += plain;
+    bytes.remove_prefix(plain);
+    if (!bytes.empty()) bytes.remove_prefix(DecodeSign(bytes, end));
+  }
+  line.resize(static_cast<std::size_t>(end - line.data()));
+  return line;
+}
+
+// Takes back the lines that were added, unless all of them have been.
+class AddedLines {
+ public:
+  explicit AddedLines(CStringArray& lines) : lines_(lines), before_(lines.size()) {}
+  ~AddedLines() {
+    if (!kept_) lines_.resize(before_);
+  }
+  AddedLines(const AddedLines&) = delete;
+  AddedLines& operator=(const AddedLines&) = delete;
+  void Keep() { kept_ = true; }
 
  private:
-  // Decodes one sign or some plain ones; the number of their bytes.
-  std::size_t Next(std::string_view bytes) {
-    // Most of a line is ASCII.
-    const auto is_plain = [](char byte) {
-      return static_cast<signed char>(byte) >= 0 && byte != '\r';
-    };
-    const auto plain_end = std::find_if_not(bytes.begin(), bytes.end(), is_plain);
-    if (plain_end != bytes.begin()) {
-      line_.append(bytes.begin(), plain_end);
-      return static_cast<std::size_t>(plain_end - bytes.begin());
-    }
-    if (bytes.starts_with("\r\n")) {
-      lines_.push_back(std::move(line_));
-      line_.clear();
-      return 2;
-    }
-    if (bytes.starts_with("\xE2\x82\xAC")) {
-      line_ += L'\u20AC';
-      return 3;
-    }
-    if (bytes.starts_with("\xC2\xA3")) {
-      line_ += L'\u00A3';
-      return 2;
-    }
-    if (kByteOrderMark.find(bytes[0]) == kByteOrderMark.npos) line_ += FromWindows1252(bytes[0]);
-    return 1;
-  }
-
   CStringArray& lines_;
-  CString line_;  // lost if it is not completed
+  std::size_t before_;
+  bool kept_ = false;
 };
 
 }  // namespace
 
+// What is read at a look: some bytes before the position and what stands behind it.
+struct HistoryReader::Look {
+  LargeTable<char> bytes;  // not zeroed before they are read
+  std::size_t before = 0;
+  bool at_end = false;
+
+  std::string_view Behind() const {
+    return std::string_view(bytes.data(), bytes.size()).substr(before);
+  }
+};
+
 HistoryReader::HistoryReader(std::string path, std::int64_t position)
     : path_(std::move(path)), position_(std::max<std::int64_t>(position, 0)) {}
 
-bool HistoryReader::Load(LargeTable<char>& bytes, std::size_t most, bool& at_end) {
+bool HistoryReader::LoadPart(Look& look, std::size_t most) {
   const InputFile file(path_);
   if (file.error() != 0) {
     errno = file.error();
     return false;
   }
-  if (file.size() < position_ || (file_ != 0 && file.id() != file_)) position_ = 0;
+  if (file.size() < position_ || (seen_ && file.id() != file_)) position_ = 0;
+  for (;; position_ = 0) {
+    look.before = BytesBefore();
+    const std::int64_t start = position_ - static_cast<std::int64_t>(look.before);
+    look.bytes.resize(std::min<std::uint64_t>(look.before + most, file.Behind(start)));
+    bool good;
+    look.bytes.resize(file.Read(start, look.bytes.data(), look.bytes.size(), good));
+    if (!good) return false;
+    const bool same =
+        look.bytes.size() >= look.before &&
+        (!seen_ || std::equal(before_.begin(), before_.begin() + look.before, look.bytes.begin()));
+    if (same) break;
+  }
+  look.at_end = look.Behind().size() < most || file.Behind(position_) <= most;
+  seen_ = true;
   file_ = file.id();
-  bytes = file.Read(position_, most);
-  at_end =
-      position_ + static_cast<std::int64_t>(bytes.size()) >= file.size() || bytes.size() < most;
+  Remember(look, look.before);
   return true;
+}
+
+bool HistoryReader::Load(Look& look) {
+  for (std::size_t most = kMostBytes;; most *= 2) {
+    if (!LoadPart(look, most)) return false;
+    if (look.at_end || look.Behind().find('\n') != std::string_view::npos) return true;
+  }
 }
 
 std::string_view HistoryReader::WithoutMark(std::string_view bytes) const {
@@ -165,27 +250,42 @@ std::string_view HistoryReader::WithoutMark(std::string_view bytes) const {
   return marked ? bytes.substr(kByteOrderMark.size()) : bytes;
 }
 
+std::size_t HistoryReader::BytesBefore() const {
+  return std::min<std::uint64_t>(static_cast<std::uint64_t>(position_), before_.size());
+}
+
+// The position is at so many bytes of the look.
+void HistoryReader::Remember(const Look& look, std::size_t bytes) {
+  const std::size_t count = BytesBefore();
+  std::copy_n(look.bytes.begin() + static_cast<std::ptrdiff_t>(bytes - count), count,
+              before_.begin());
+}
+
 bool HistoryReader::Read(CStringArray& lines) {
-  for (std::size_t most = kMostBytes;; most *= 2) {
-    Bytes bytes;
-    bool at_end;
-    if (!Load(bytes, most, at_end)) return false;
-    std::string_view rest = WithoutMark(ViewOf(bytes));
-    const bool windows_1252 = IsWindows1252(path_);
-    TakeLines(rest, [&](std::string_view line) { lines.push_back(Decode(line, windows_1252)); });
-    const bool taken = rest.size() < WithoutMark(ViewOf(bytes)).size();
-    if (taken) position_ += static_cast<std::int64_t>(bytes.size() - rest.size());
-    more_ = !at_end;
-    // A line that is longer than what was read.
-    if (taken || at_end) return true;
+  more_ = false;
+  Look look;
+  if (!Load(look)) return false;
+  AddedLines added(lines);
+  const bool windows_1252 = IsWindows1252(path_);
+  std::string_view rest = WithoutMark(look.Behind());
+  const std::size_t size = rest.size();
+  TakeLines(rest, [&](std::string_view line) { lines.push_back(Decode(line, windows_1252)); });
+  added.Keep();
+  if (rest.size() < size) {
+    const std::size_t taken = look.bytes.size() - rest.size();
+    position_ += static_cast<std::int64_t>(taken - look.before);
+    Remember(look, taken);
   }
+  more_ = !look.at_end;
+  return true;
 }
 
 bool HistoryReader::ReadUnfinished(CStringArray& lines) {
-  Bytes bytes;
-  bool at_end;
-  if (!Load(bytes, kWhole, at_end)) return false;
-  const std::string_view rest = WithoutMark(ViewOf(bytes));
+  Look look;
+  if (!Load(look)) return false;
+  std::string_view rest = WithoutMark(look.Behind());
+  if (rest.find('\n') != rest.npos) return true;
+  if (rest.ends_with('\r')) rest.remove_suffix(1);
   if (!rest.empty()) lines.push_back(Decode(rest, IsWindows1252(path_)));
   return true;
 }
@@ -200,16 +300,18 @@ int ReadHistoryFile(CString path, __int64& position, CStringArray& lines) {
   if (stat(name.c_str(), &status) != 0) return -1;
   const InputFile file(name);
   if (file.error() != 0) return -2;
-  const Bytes bytes = file.Read(position, kWhole);
-  std::string_view rest = ViewOf(bytes);
+  AddedLines added(lines);
   const bool windows_1252 = IsWindows1252(name);
-  if (position == 0 && !windows_1252 && rest.starts_with(kByteOrderMark)) rest.remove_prefix(3);
+  bool at_start = position == 0 && !windows_1252;
   const auto add = [&](std::string_view line) {
+    if (at_start && line.starts_with(kByteOrderMark)) line.remove_prefix(kByteOrderMark.size());
+    at_start = false;
     if (!line.empty()) lines.push_back(Trimmed(Decode(line, windows_1252)));
   };
-  TakeLines(rest, add);
-  add(rest);
-  position += static_cast<__int64>(bytes.size());
+  position += static_cast<__int64>(ReadPieces(
+      file, position, file.Behind(position), lines,
+      [&add](std::string_view& rest) { TakeLines(rest, add); }, add));
+  added.Keep();
   return 0;
 }
 
@@ -224,11 +326,18 @@ int ReadHistoryFileUTF8(CString path, __int64& position, CStringArray& lines) {
   }
   const InputFile file(name);
   if (file.error() != 0) return file.error();
-  const std::int64_t left = file.size() - position;
-  const auto from = static_cast<std::int64_t>(static_cast<std::uint32_t>(position));
-  if (left > 0) {
-    CurrencyDecoder(lines).Decode(ViewOf(file.Read(from, static_cast<std::size_t>(left))));
+  AddedLines added(lines);
+  const auto add = [&lines](std::string_view line) { lines.push_back(DecodeCurrency(line)); };
+  if (position < file.size()) {
+    // As far as the file reaches from the position, even where only a part of it is used.
+    const auto from = static_cast<std::int64_t>(static_cast<std::uint32_t>(position));
+    const std::uint64_t reaches =
+        static_cast<std::uint64_t>(file.size()) - static_cast<std::uint64_t>(position);
+    ReadPieces(
+        file, from, std::min(reaches, file.Behind(from)), lines,
+        [&add](std::string_view& rest) { TakeCrLfLines(rest, add); }, [](std::string_view) {});
   }
+  added.Keep();
   position = file.size();
   return 0;
 }

@@ -3,16 +3,19 @@
 #ifndef POKERMATH_HAND_HISTORY_H_
 #define POKERMATH_HAND_HISTORY_H_
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "pokermath/export.h"
-#include "pokermath/large_table.h"
 #include "pokermath/text.h"
 
 // A position is a byte offset, 0 for a new file; it is set to where the next call must begin.
-// `lines` is cleared first. The file may grow, shrink and be replaced meanwhile. Any number of
+// `lines` is cleared first. The file may grow, shrink and be replaced meanwhile. When memory runs
+// out, std::bad_alloc is thrown, the position is as it was and `lines` empty. Any number of
 // threads.
 
 /// Reads UTF-8 text (Windows-1252 where the path begins with "888poker"). Lines end with LF or
@@ -34,7 +37,8 @@ POKERMATH_EXPORT int ReadHistoryFileUTF8(CString path, __int64& position, CStrin
 namespace pokermath {
 
 /// Follows a growing hand-history file and never loses a line: one that is not complete yet waits
-/// for the next look.
+/// for the next look. A file that has become shorter, was replaced by another one or has other
+/// bytes right before the position is read from its start.
 class POKERMATH_EXPORT HistoryReader {
  public:
   /// @param path      UTF-8
@@ -43,27 +47,36 @@ class POKERMATH_EXPORT HistoryReader {
 
   /// Appends the lines that have been completed, without their ends, decoded as ReadHistoryFile
   /// does, empty ones too. At most 16 MB are read at a time (or one line): more() tells whether
-  /// there is more. A file that has become shorter or was replaced by another one is read from its
-  /// start.
+  /// there is more.
   ///
-  /// @return false, with errno set, if the file cannot be opened or read
+  /// @return false, with errno set and nothing appended, if the file cannot be opened or read
   bool Read(CStringArray& lines);
   bool more() const { return more_; }
 
-  /// Appends what stands behind the last line end, if anything does; it will be given again, then
-  /// whole, when it has been completed.
+  /// Appends the last line if it has no end yet (a CR at its end is taken for half of one) and is
+  /// not empty; Read will give it when it has been completed. Appends nothing while there are
+  /// complete lines that Read has not given.
+  ///
+  /// @return as Read
   bool ReadUnfinished(CStringArray& lines);
 
   /// Where the first line begins that has not been given.
   std::int64_t position() const { return position_; }
 
  private:
-  bool Load(LargeTable<char>& bytes, std::size_t most, bool& at_end);
+  struct Look;
+
+  bool Load(Look& look);
+  bool LoadPart(Look& look, std::size_t most);
   std::string_view WithoutMark(std::string_view bytes) const;
+  std::size_t BytesBefore() const;
+  void Remember(const Look& look, std::size_t bytes);
 
   std::string path_;
   std::int64_t position_;
-  std::uint64_t file_ = 0;  // which file it is; 0 before the first look
+  bool seen_ = false;
+  std::pair<std::uint64_t, std::uint64_t> file_;  // device and number of the file that was seen
+  std::array<char, 64> before_;                   // what stood there before the position
   bool more_ = false;
 };
 

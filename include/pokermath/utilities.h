@@ -9,7 +9,8 @@
 #include "pokermath/text.h"
 
 /// Cuts a file of `limitBytes` or more down to its last `keepBytes` bytes (modulo 2^32), in place:
-/// a program that has it open goes on writing to it. Does nothing where that is not possible.
+/// a program that has it open goes on writing to it. Where that is not possible the file is as it
+/// was. What is written while this runs may be lost.
 ///
 /// @throws std::system_error when keepBytes is more than the file has; the file is as it was
 POKERMATH_EXPORT void TrimLogFile(CString path, std::uint64_t keepBytes, std::uint64_t limitBytes);

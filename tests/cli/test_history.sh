@@ -24,21 +24,29 @@ same "$asked" "$out" '{"schema":1,"line":"unfinished"}
 {"schema":1,"line":"Hand 3: Omaha Hi/Lo Pot Limit"}
 {"schema":1,"position":116}'
 
-# While it grows, until a signal comes.
+# While it grows and when it is replaced, until a signal comes.
 "$POKERMATH" history "$file" --follow --from 116 >"$work/followed" &
 sleep 0.5
 printf 'fo' >>"$file"
 sleep 0.5
 printf 'llowed\n' >>"$file"
-for _ in {1..50}; do
-  [[ -s $work/followed ]] && break
-  sleep 0.1
-done
+await() {
+  for _ in {1..50}; do
+    [[ $(<"$work/followed") == "$1" ]] && break
+    sleep 0.1
+  done
+}
+await followed
+mv "$file" "$work/old.txt"
+sleep 0.5
+printf 'new\n' >"$file"
+await $'followed\nnew'
 kill -TERM $!
 wait $! || fail "--follow ends with exit code $?"
-same "--follow" "$(<"$work/followed")" "followed"
+same "--follow" "$(<"$work/followed")" $'followed\nnew'
 
 refuses 1 "cannot read '$work/none': No such file or directory" history "$work/none"
+refuses 1 "cannot read '$work/none': No such file or directory" history "$work/none" --follow
 refuses 1 "cannot read '$work': Is a directory" history "$work"
 refuses 2 "FILE is required" history
 refuses 2 "--from" history "$file" --from -1

@@ -1,14 +1,18 @@
 // Hand-history files as they grow, logs that are cut, and texts from the system.
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cwchar>
 #include <filesystem>
 #include <fstream>
+#include <limits>
+#include <new>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -17,6 +21,18 @@
 #include "pokermath/messages.h"
 #include "pokermath/utilities.h"
 #include "tests/platform/scratch_folder.h"
+#include "tests/support/failing_memory.h"
+
+// While it is not negative, this many more reads of the thread succeed and one fails.
+static thread_local long reads_left = -1;
+
+extern "C" ssize_t pread(int fd, void* out, size_t bytes, off_t start) {
+  if (reads_left >= 0 && reads_left-- == 0) {
+    errno = EIO;
+    return -1;
+  }
+  return syscall(SYS_pread64, fd, out, bytes, start);
+}
 
 namespace pokermath {
 namespace {
@@ -118,6 +134,76 @@ TEST_F(Support, ReadHistoryFileUTF8KeepsItsBytes) {
   EXPECT_EQ(position_, 8);
 }
 
+TEST_F(Support, LongFilesAreReadInPieces) {
+  // Lines of many lengths, two of them longer than a piece, in UTF-8 and with signs across the ends
+  // of pieces.
+  std::string text;
+  Lines expected;
+  for (std::size_t i = 0; i < 3000; ++i) {
+    const std::size_t length = i == 1000 || i == 2000 ? 300000 + i : i * 7919 % 400 + 1;
+    std::string line(length, static_cast<char>('a' + i % 26));
+    for (std::size_t euro = 0; euro < i % 5; ++euro) line += "\xE2\x82\xAC";
+    text += line + "\r\n";
+    expected.push_back(CString(length, static_cast<wchar_t>('a' + i % 26)) +
+                       CString(i % 5, L'\u20AC'));
+  }
+  Put(text + "last");
+  EXPECT_TRUE(Read(ReadHistoryFileUTF8) == expected);
+  EXPECT_EQ(position_, static_cast<__int64>(text.size()) + 4);
+  position_ = 0;
+  expected.push_back(L"last");
+  EXPECT_TRUE(Read(ReadHistoryFile) == expected);
+  EXPECT_EQ(position_, static_cast<__int64>(text.size()) + 4);
+}
+
+TEST_F(Support, PositionsOutsideTheFile) {
+  Put("one\r\n");
+  for (const __int64 position : {std::numeric_limits<__int64>::min(), __int64{-1}, __int64{6},
+                                 __int64{7}, std::numeric_limits<__int64>::max()}) {
+    position_ = position;
+    EXPECT_EQ(Read(ReadHistoryFile), Lines()) << position;
+    EXPECT_EQ(position_, position);
+    // The low 32 bits of the smallest position are 0.
+    const bool all = position == std::numeric_limits<__int64>::min();
+    EXPECT_EQ(Read(ReadHistoryFileUTF8), (all ? Lines{L"one"} : Lines())) << position;
+    EXPECT_EQ(position_, 5);
+  }
+}
+
+TEST_F(Support, WithoutMemoryNothingIsRead) {
+  Put("a line that needs memory\r\nand another one, longer\r\n");
+  const auto fails = [](const auto& read) {
+    try {
+      read();
+    } catch (const std::bad_alloc&) {
+      return true;
+    }
+    allocations_left = -1;
+    return false;
+  };
+  for (const Function function : {ReadHistoryFile, ReadHistoryFileUTF8}) {
+    Lines lines;
+    position_ = 0;
+    for (long count = 0;; ++count) {
+      CString name = Name();
+      allocations_left = count;
+      if (!fails([&] { function(std::move(name), position_, lines); })) break;
+      ASSERT_EQ(lines, Lines()) << count;
+      ASSERT_EQ(position_, 0) << count;
+    }
+    EXPECT_EQ(lines.size(), 2u);
+  }
+  HistoryReader reader(path_);
+  for (long count = 0;; ++count) {
+    Lines lines = {L"before"};
+    allocations_left = count;
+    if (!fails([&] { reader.Read(lines); })) break;
+    ASSERT_EQ(lines, (Lines{L"before"})) << count;
+    ASSERT_EQ(reader.position(), 0) << count;
+  }
+  EXPECT_GT(reader.position(), 0);
+}
+
 TEST_F(Support, HistoryReaderLosesNothing) {
   HistoryReader reader(path_);
   Lines lines;
@@ -145,14 +231,16 @@ TEST_F(Support, HistoryReaderLosesNothing) {
     lines.clear();
     EXPECT_TRUE(other.Read(lines));
     EXPECT_EQ(lines, (Lines{L"three!"}));
-    // Shorter, then replaced by a longer one.
+    // Shorter, then longer with other bytes, then replaced by a longer one.
     Put("new\n");
     lines.clear();
+    EXPECT_TRUE(other.Read(lines));
+    Put("other\n");
     EXPECT_TRUE(other.Read(lines));
     std::ofstream(path_ + "2") << "another file\nlonger\n";
     std::filesystem::rename(path_ + "2", path_);
     EXPECT_TRUE(other.Read(lines));
-    EXPECT_EQ(lines, (Lines{L"new", L"another file", L"longer"}));
+    EXPECT_EQ(lines, (Lines{L"new", L"other", L"another file", L"longer"}));
   }
   // More than is read at a time, and a line longer than that.
   std::string big(std::size_t{20} << 20, 'a');
@@ -164,6 +252,61 @@ TEST_F(Support, HistoryReaderLosesNothing) {
   } while (large.more());
   ASSERT_EQ(lines.size(), 3u);
   EXPECT_EQ(lines[1].size(), big.size());
+}
+
+TEST_F(Support, OnlyALastLineIsUnfinished) {
+  Lines lines;
+  const auto unfinished = [&](HistoryReader& reader) {
+    lines.clear();
+    EXPECT_TRUE(reader.ReadUnfinished(lines));
+    return lines;
+  };
+  Put("one\ntw");
+  HistoryReader reader(path_);
+  EXPECT_EQ(unfinished(reader), Lines()) << "a complete line comes first";
+  EXPECT_TRUE(reader.Read(lines));
+  EXPECT_EQ(unfinished(reader), (Lines{L"tw"}));
+  Append("o\r");
+  EXPECT_EQ(unfinished(reader), (Lines{L"two"}));
+  Append("\n\r");
+  EXPECT_EQ(unfinished(reader), Lines());
+  EXPECT_TRUE(reader.Read(lines));
+  EXPECT_EQ(lines, (Lines{L"two"}));
+  EXPECT_EQ(unfinished(reader), Lines());
+  Put("x\ny\n");
+  EXPECT_EQ(unfinished(reader), Lines()) << "it has become shorter";
+  EXPECT_TRUE(reader.Read(lines));
+  EXPECT_EQ(lines, (Lines{L"x", L"y"}));
+  // Where the file cannot be read, nothing is given or forgotten.
+  Append("z\n");
+  reads_left = 0;
+  EXPECT_FALSE(reader.Read(lines));
+  EXPECT_EQ(errno, EIO);
+  EXPECT_TRUE(reader.Read(lines));
+  EXPECT_EQ(lines, (Lines{L"x", L"y", L"z"}));
+}
+
+TEST_F(Support, ALogThatCannotBeCutIsAsItWas) {
+  Put("0123456789");
+  for (reads_left = 0; reads_left < 2; ++reads_left) {
+    const long which = reads_left;
+    TrimLogFile(Name(), 6, 1);
+    EXPECT_EQ(Content(), "0123456789") << which;
+    reads_left = which;
+  }
+  reads_left = -1;
+  // No byte can be written behind the third.
+  const auto before = std::signal(SIGXFSZ, SIG_IGN);
+  rlimit limit;
+  getrlimit(RLIMIT_FSIZE, &limit);
+  const rlimit three = {3, limit.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &three);
+  TrimLogFile(Name(), 6, 1);
+  setrlimit(RLIMIT_FSIZE, &limit);
+  std::signal(SIGXFSZ, before);
+  EXPECT_EQ(Content(), "0123456789");
+  TrimLogFile(Name(), 6, 1);
+  EXPECT_EQ(Content(), "456789");
 }
 
 TEST_F(Support, LogsAreCutInPlace) {
