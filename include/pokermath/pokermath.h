@@ -13,6 +13,7 @@
 #include "pokermath/messages.h"
 #include "pokermath/odbc.h"
 #include "pokermath/omaha.h"
+#include "pokermath/omaha_ranges.h"
 #include "pokermath/poker_logic.h"
 #include "pokermath/ranges.h"
 #include "pokermath/showdown.h"

@@ -1,0 +1,112 @@
+// Sets of Omaha hands, as one bit for each hand at its number.
+
+#include <bit>
+
+#include "pokermath/omaha_ranges.h"
+#include "ranges/omaha_numbers.h"
+
+namespace pokermath {
+namespace {
+
+constexpr std::size_t kBits = 64;
+
+std::uint64_t BitOf(int number) {
+  return std::uint64_t{1} << (static_cast<std::size_t>(number) % kBits);
+}
+
+}  // namespace
+
+template <int cards>
+OmahaSpec<cards>::OmahaSpec() : bits_((kAllHands + kBits - 1) / kBits) {}
+
+template <int cards>
+int OmahaSpec<cards>::Count() const {
+  int count = 0;
+  for (const std::uint64_t word : bits_) count += std::popcount(word);
+  return count;
+}
+
+template <int cards>
+double OmahaSpec<cards>::Percent() const {
+  return 100.0 * Count() / kAllHands;
+}
+
+template <int cards>
+bool OmahaSpec<cards>::Empty() const {
+  return std::ranges::all_of(bits_, [](std::uint64_t word) { return word == 0; });
+}
+
+template <int cards>
+bool OmahaSpec<cards>::Contains(std::span<const int, cards> hand) const {
+  const int number = OmahaNumber(hand);
+  return (bits_[static_cast<std::size_t>(number) / kBits] & BitOf(number)) != 0;
+}
+
+template <int cards>
+void OmahaSpec<cards>::Insert(std::span<const int, cards> hand) {
+  const int number = OmahaNumber(hand);
+  bits_[static_cast<std::size_t>(number) / kBits] |= BitOf(number);
+}
+
+template <int cards>
+void OmahaSpec<cards>::Erase(std::span<const int, cards> hand) {
+  const int number = OmahaNumber(hand);
+  bits_[static_cast<std::size_t>(number) / kBits] &= ~BitOf(number);
+}
+
+template <int cards>
+void OmahaSpec<cards>::MakeRandom() {
+  std::ranges::fill(bits_, ~std::uint64_t{0});
+  if constexpr (kAllHands % kBits != 0) bits_.back() >>= kBits - kAllHands % kBits;
+}
+
+template <int cards>
+void OmahaSpec<cards>::Unite(const OmahaSpec& other) {
+  for (std::size_t i = 0; i < bits_.size(); ++i) bits_[i] |= other.bits_[i];
+}
+
+template <int cards>
+void OmahaSpec<cards>::Intersect(const OmahaSpec& other) {
+  for (std::size_t i = 0; i < bits_.size(); ++i) bits_[i] &= other.bits_[i];
+}
+
+template <int cards>
+void OmahaSpec<cards>::Subtract(const OmahaSpec& other) {
+  for (std::size_t i = 0; i < bits_.size(); ++i) bits_[i] &= ~other.bits_[i];
+}
+
+template <int cards>
+void OmahaSpec<cards>::Exclude(const std::vector<int>& dead, OmahaSpec& out) const {
+  std::uint64_t dead_cards = 0;
+  for (const int card : dead) dead_cards |= std::uint64_t{1} << card;
+  for (const Hand& hand : Hands()) {
+    std::uint64_t hand_cards = 0;
+    for (const int card : hand) hand_cards |= std::uint64_t{1} << card;
+    if ((hand_cards & dead_cards) == 0) out.Insert(hand);
+  }
+}
+
+template <int cards>
+std::vector<typename OmahaSpec<cards>::Hand> OmahaSpec<cards>::Hands() const {
+  std::vector<Hand> hands;
+  hands.reserve(static_cast<std::size_t>(Count()));
+  for (std::size_t i = 0; i < bits_.size(); ++i) {
+    for (std::uint64_t word = bits_[i]; word != 0; word &= word - 1) {
+      const auto number = static_cast<int>(i * kBits) + std::countr_zero(word);
+      hands.push_back(OmahaHandOf<static_cast<std::size_t>(cards)>(number));
+    }
+  }
+  return hands;
+}
+
+template <int cards>
+std::set<std::set<int>> OmahaSpec<cards>::Combinations() const {
+  std::set<std::set<int>> combinations;
+  for (const Hand& hand : Hands()) combinations.emplace(hand.begin(), hand.end());
+  return combinations;
+}
+
+template class OmahaSpec<4>;
+template class OmahaSpec<5>;
+
+}  // namespace pokermath
