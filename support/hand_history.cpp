@@ -22,8 +22,9 @@
 namespace pokermath {
 namespace {
 
-// What HistoryReader reads at a time, and the two functions: this stays in the cache.
+// What HistoryReader reads at a time.
 constexpr std::size_t kMostBytes = std::size_t{16} << 20;
+// What the two functions read at a time: it stays in the cache.
 constexpr std::size_t kPiece = std::size_t{256} << 10;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
@@ -114,10 +115,10 @@ void Reserve(CStringArray& lines, std::size_t first_bytes, std::uint64_t all_byt
 
 // Reads some bytes from a position on in pieces. take(rest) takes the lines that are complete out
 // of `rest`; what it leaves comes again, with more behind it. Gives what is left at the end to
-// last(rest), and returns the number of bytes read.
+// last(rest), and returns the number of bytes read; -1, without last(), if they cannot be read.
 template <typename Take, typename Last>
-std::uint64_t ReadPieces(const InputFile& file, std::int64_t position, std::uint64_t bytes,
-                         CStringArray& lines, const Take& take, const Last& last) {
+std::int64_t ReadPieces(const InputFile& file, std::int64_t position, std::uint64_t bytes,
+                        CStringArray& lines, const Take& take, const Last& last) {
   std::vector<char> piece(std::min<std::uint64_t>(bytes, kPiece));
   std::size_t held = 0;
   std::uint64_t done = 0;
@@ -127,16 +128,17 @@ std::uint64_t ReadPieces(const InputFile& file, std::int64_t position, std::uint
     bool good;
     const std::size_t got =
         file.Read(position + static_cast<std::int64_t>(done), piece.data() + held, wanted, good);
+    if (!good) return -1;
     std::string_view rest(piece.data(), held + got);
     take(rest);
-    if (done == 0 && bytes > got) Reserve(lines, got, bytes);
+    if (done == 0 && got == wanted && bytes > got) Reserve(lines, got, bytes);
     done += got;
     held = rest.size();
     std::memmove(piece.data(), rest.data(), held);
     if (got < wanted) break;
   }
   last(std::string_view(piece.data(), held));
-  return done;
+  return static_cast<std::int64_t>(done);
 }
 
 bool IsWhiteSpace(wchar_t c) {
@@ -308,10 +310,12 @@ int ReadHistoryFile(CString path, __int64& position, CStringArray& lines) {
     at_start = false;
     if (!line.empty()) lines.push_back(Trimmed(Decode(line, windows_1252)));
   };
-  position += static_cast<__int64>(ReadPieces(
+  const std::int64_t read = ReadPieces(
       file, position, file.Behind(position), lines,
-      [&add](std::string_view& rest) { TakeLines(rest, add); }, add));
+      [&add](std::string_view& rest) { TakeLines(rest, add); }, add);
+  if (read < 0) return -2;
   added.Keep();
+  position += read;
   return 0;
 }
 

@@ -22,13 +22,14 @@
 /// CR LF, the last one where the file ends. Empty lines are left out, the others trimmed of white
 /// space. Invalid bytes become U+FFFD, a byte-order mark at the start is dropped.
 ///
-/// @return 0; -1 if there is no such file; -2 if it cannot be opened
+/// @return 0; -1 if there is no such file; -2 if it cannot be opened or read: the position is as it
+/// was
 POKERMATH_EXPORT int ReadHistoryFile(CString path, __int64& position, CStringArray& lines);
 
 /// Reads bytes as Windows-1252, but for the UTF-8 signs of euro and pound. Lines end with CR LF and
 /// are given as they are, empty ones too. A last line without CR LF is lost: the position becomes
-/// the file's size all the same. The bytes EF, BB and BF are dropped wherever they stand. Of the
-/// position only the low 32 bits are used.
+/// the file's size all the same, and so is what cannot be read. The bytes EF, BB and BF are dropped
+/// wherever they stand. Of the position only the low 32 bits are used.
 ///
 /// @return 0; -1 and a message if there is no such file; the system's error code if it cannot be
 ///         opened

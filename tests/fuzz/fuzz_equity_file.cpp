@@ -1,5 +1,5 @@
-// Any bytes as a file of an equity table: records of a positive value are in the table, the first
-// one of a matchup; what is written from it reads back to the same.
+// Any bytes as a file of an equity table, of the short deck too: records of a positive value are in
+// the table, the first one of a matchup; what is written from it reads back to the same.
 
 #include <unistd.h>
 
@@ -11,6 +11,7 @@
 #include <string>
 #include <utility>
 
+#include "eval/state_machines.h"
 #include "pokermath/equity.h"
 #include "pokermath/messages.h"
 #include "pokermath/poker_logic.h"
@@ -26,6 +27,22 @@ const std::string& Path() {
   static const int removed = std::atexit([] { unlink(Path().c_str()); });
   (void)removed;
   return path;
+}
+
+// The table of the short deck is process-wide; what it holds is found by the hands of its keys.
+void RequireShortDeck(const CString& path, const std::map<std::pair<int, int>, int>& expected) {
+  pokermath::short_deck_tables.equity.reset();
+  Require(load_equity_table_6Plus(path) == 1);
+  Require(*pokermath::short_deck_tables.equity == expected);
+  const auto is_hand = [](int key) { return key >= 0 && key / 64 < key % 64 && key % 64 < 52; };
+  for (const auto& [keys, value] : expected) {
+    if (!is_hand(keys.first) || !is_hand(keys.second)) continue;
+    int hand1[2] = {keys.first % 64, keys.first / 64};
+    int hand2[2] = {keys.second / 64, keys.second % 64};
+    double wins, boards;
+    Require(GetWinHandVsHand6Plus(hand1, hand2, wins, boards) == 1);
+    Require(wins == value * 0.5 && boards == 201376);
+  }
 }
 
 }  // namespace
@@ -57,7 +74,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Require(logic.equityTable == expected && messages == below_one);
   Require(logic.load_equity_turn_table(path) == 1);
   Require(logic.equityTurnTable == expected);
-  Require(load_equity_table_6Plus(path) == 1);
+  RequireShortDeck(path, expected);
   Require(logic.save_equity_table(path) == 1);
   PokerLogic again;
   Require(again.load_equity_table(path) == 1);

@@ -3,11 +3,14 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <string>
 
+#include "platform/text.h"
 #include "pokermath/hand_history.h"
 
 namespace {
@@ -25,6 +28,23 @@ const std::string& Path() {
 
 void Put(const std::string& bytes, std::ios::openmode mode) {
   std::ofstream(Path(), std::ios::binary | mode) << bytes;
+}
+
+// The first bytes of the input as a position, which need not be in the file, and one near its end.
+void RequireAnyPositionWorks(const CString& path, const std::uint8_t* data, std::size_t size,
+                             __int64 file_size) {
+  __int64 anywhere = 0;
+  std::memcpy(&anywhere, data, std::min(size, sizeof anywhere));
+  for (const __int64 start : {anywhere, file_size + data[0] - 100}) {
+    CStringArray lines;
+    __int64 position = start;
+    Require(ReadHistoryFile(path, position, lines) == 0);
+    Require(position == (start < 0 || start > file_size ? start : file_size));
+    position = start;
+    Require(ReadHistoryFileUTF8(path, position, lines) == 0 && position == file_size);
+    pokermath::HistoryReader reader(pokermath::ToUtf8(path), start);
+    Require(reader.Read(lines) && reader.position() >= 0 && reader.position() <= file_size);
+  }
 }
 
 }  // namespace
@@ -49,11 +69,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Put(bytes.substr(cut), std::ios::app);
   Require(piecewise.Read(pieces));
   Require(pieces == whole && piecewise.position() == reader.position());
+  pieces.clear();
+  Require(piecewise.ReadUnfinished(pieces) && pieces.size() <= 1);
+  for (const CString& line : pieces) Require(line.find(L'\n') == line.npos);
   Require(ReadHistoryFile(path, position, lines) == 0);
   Require(ReadHistoryFileUTF8(path, raw_position, lines) == 0);
   Require(position == static_cast<__int64>(bytes.size()) && raw_position == position);
-  // A position that is not in the file.
-  position = static_cast<__int64>(bytes.size()) + data[0] - 100;
-  Require(ReadHistoryFile(path, position, lines) == 0);
+  RequireAnyPositionWorks(path, data, size, static_cast<__int64>(bytes.size()));
   return 0;
 }

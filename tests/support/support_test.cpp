@@ -91,6 +91,13 @@ TEST_F(Support, ReadHistoryFileDecodesAndTrims) {
 TEST_F(Support, ReadHistoryFileFailures) {
   position_ = 7;
   EXPECT_EQ(Read(ReadHistoryFile, -1), Lines());
+  Put("a line\nanother\n");
+  position_ = 2;
+  reads_left = 0;
+  EXPECT_EQ(Read(ReadHistoryFile, -2), Lines());
+  EXPECT_EQ(position_, 2) << "nothing is lost";
+  std::filesystem::remove(path_);
+  position_ = 7;
   std::filesystem::create_directory(path_);
   EXPECT_EQ(Read(ReadHistoryFile, -2), Lines());
   std::vector<CString> messages;
