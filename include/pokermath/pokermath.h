@@ -10,6 +10,7 @@
 #include "pokermath/five_card_map.h"
 #include "pokermath/hand_history.h"
 #include "pokermath/large_table.h"
+#include "pokermath/markup.h"
 #include "pokermath/messages.h"
 #include "pokermath/odbc.h"
 #include "pokermath/omaha.h"
