@@ -12,8 +12,8 @@
 // What was not changed is saved as it was loaded: white space, line ends, comments, references.
 // Only inside of tags blanks and quotes become alike, and <a></a> becomes <a/>. No entity is ever
 // expanded and no other file is ever read: a reference to an entity that a document declares itself
-// is the text `&name;`. Any depth and any size up to 2 GB; a document takes up to ten times its size
-// in memory. An object belongs to one thread.
+// is the text `&name;`. Any depth and any size up to 2 GB; a document takes up to ten times its
+// size in memory. An object belongs to one thread.
 
 #ifndef POKERMATH_MARKUP_H_
 #define POKERMATH_MARKUP_H_

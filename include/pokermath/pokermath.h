@@ -5,6 +5,7 @@
 
 #include "pokermath/cards.h"
 #include "pokermath/combination_set.h"
+#include "pokermath/diagnostics.h"
 #include "pokermath/equity.h"
 #include "pokermath/evaluators.h"
 #include "pokermath/five_card_map.h"

@@ -262,10 +262,10 @@ TEST(Markup, CopiesAreDocumentsOfTheirOwn) {
   EXPECT_TRUE(first.Add(L"new") && CMarkup(first).Name() == L"new");
 }
 
-// A million levels, a million neighbours, many attributes, and entities that would grow to
-// gigabytes: none needs a deep stack or quadratic time.
+// More levels than a stack has room for, as many neighbours, many attributes, and entities that
+// would grow to gigabytes: none needs a deep stack or quadratic time.
 TEST(Markup, HugeDocuments) {
-  constexpr int kMany = 1000000;
+  constexpr int kMany = 300000;
   std::string deep, flat = "<a>";
   for (int i = 0; i < kMany; ++i) deep += "<a>";
   for (int i = 0; i < kMany; ++i) deep += "</a>";
@@ -285,7 +285,7 @@ TEST(Markup, HugeDocuments) {
   int children = doc.Enter();
   while (doc.Next(L"b")) ++children;
   EXPECT_EQ(children, kMany);
-  EXPECT_EQ(doc.Attribute(L"c"), L"999999");
+  EXPECT_EQ(doc.Attribute(L"c"), std::to_wstring(kMany - 1));
   doc.ToRoot();
   while (doc.Enter()) doc.Remove();
   EXPECT_EQ(doc.Text(), L"<a>\n</a>");
