@@ -26,6 +26,7 @@ void AddPots(CLI::App& program, int& exit_code);
 void AddHistory(CLI::App& program, int& exit_code);
 void AddDb(CLI::App& program, int& exit_code);
 void AddTables(CLI::App& program, int& exit_code);
+void AddDoctor(CLI::App& program, int& exit_code);
 
 }  // namespace pokermath::cli
 

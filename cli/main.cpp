@@ -37,6 +37,7 @@ Examples:
   pokermath pots --stakes 100,50,100 --scores 5,9,7
   pokermath db query 'SELECT * FROM hands' --connect 'Driver=SQLite3;Database=hands.db'
   pokermath tables build
+  pokermath doctor
 
 'pokermath SUBCOMMAND --help' says more and shows examples.
 Exit codes: 0 done, 1 failed, 2 wrong usage.)";
@@ -124,6 +125,7 @@ int ParseAndRun(CLI::App& program, int argc, char** argv) {
   AddHistory(program, exit_code);
   AddDb(program, exit_code);
   AddTables(program, exit_code);
+  AddDoctor(program, exit_code);
   RefuseEmptyValues(program);
   try {
     program.parse(argc, argv);

@@ -5,17 +5,16 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <csignal>
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/errors.h"
-#include "cli/number_text.h"
 #include "cli/output.h"
 #include "cli/stop_signals.h"
 #include "cli/table_files.h"
+#include "cli/table_report.h"
 
 namespace pokermath::cli {
 namespace {
@@ -38,7 +37,6 @@ Examples:
 struct Options {
   std::vector<std::string> names;
   std::string dir;
-  bool dir_given = false;
   bool force = false;
   bool json = false;
 };
@@ -67,26 +65,6 @@ std::vector<const TableFile*> ChosenTables(const std::vector<std::string>& names
   return chosen;
 }
 
-// An unset or empty variable counts as none.
-std::string Environment(const char* name) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? "" : value;
-}
-
-std::string Folder(const Options& options) {
-  if (options.dir_given) {
-    if (options.dir.empty()) throw UsageError("--dir '' is not a folder");
-    return options.dir;
-  }
-  if (const std::string dir = Environment("POKERMATH_DATA"); !dir.empty()) return dir;
-  if (const std::string dir = Environment("XDG_DATA_HOME"); dir.starts_with("/")) {
-    return dir + "/pokermath";
-  }
-  const std::string home = Environment("HOME");
-  if (home.empty()) throw UsageError("HOME is not set: say --dir FOLDER or set POKERMATH_DATA");
-  return home + "/.local/share/pokermath";
-}
-
 void CreateFolder(const std::string& dir) {
   std::error_code error;
   std::filesystem::create_directories(dir, error);
@@ -97,41 +75,26 @@ std::string PathOf(const std::string& dir, const TableFile& table) {
   return dir + "/" + table.file;
 }
 
-std::string Crc32Text(std::uint32_t crc32) { return fmt::format("0x{:08x}", crc32); }
-
 Json ToJson(const std::string& dir, const std::vector<Line>& lines) {
   Json json = {{"schema", kJsonSchema}, {"dir", dir}, {"tables", Json::array()}};
   for (const Line& line : lines) {
-    Json table = {{"name", line.table->name}, {"file", line.table->file}};
-    table["bytes"] = line.state.bytes ? Json(*line.state.bytes) : Json();
-    table["crc32"] = line.state.crc32 ? Json(Crc32Text(*line.state.crc32)) : Json();
-    table["state"] = line.state.state;
+    Json table = TableJson(*line.table, line.state);
     if (line.built) table["built"] = true;
     json["tables"].push_back(table);
   }
   return json;
 }
 
-std::string ToText(const Line& line, std::string_view state) {
-  std::string size, crc32;
-  if (line.state.bytes) {
-    size = Grouped(static_cast<std::int64_t>(*line.state.bytes)) + " bytes";
-  }
-  if (line.state.crc32) crc32 = "crc32 " + Crc32Text(*line.state.crc32);
-  return fmt::format("{:<15}  {:<23}  {:>17}  {:<16}  {}\n", line.table->name, line.table->file,
-                     size, crc32, state);
-}
-
 // Both lists and verifies: they differ in how closely they look.
 template <typename Check>
 std::vector<Line> ReportTables(const Options& options, Check check) {
   const std::vector<const TableFile*> tables = ChosenTables(options.names);
-  const std::string dir = Folder(options);
+  const std::string dir = TableFolder(options.dir);
   std::vector<Line> lines;
   if (!options.json) Print(dir + "\n");
   for (const TableFile* table : tables) {
     lines.push_back({table, check(*table, PathOf(dir, *table))});
-    if (!options.json) Print(ToText(lines.back(), lines.back().state.state));
+    if (!options.json) Print(TableLine(*table, lines.back().state, lines.back().state.state));
   }
   if (options.json) Print(JsonLine(ToJson(dir, lines)));
   return lines;
@@ -163,7 +126,7 @@ Line BuildOne(const TableFile& table, const std::string& path, bool force) {
 
 int RunBuild(const Options& options) {
   const std::vector<const TableFile*> tables = ChosenTables(options.names);
-  const std::string dir = Folder(options);
+  const std::string dir = TableFolder(options.dir);
   CreateFolder(dir);
   const StopSignals signals;
   // A limit on file sizes is an error like a full disk, not a reason to be killed.
@@ -180,7 +143,8 @@ int RunBuild(const Options& options) {
       break;
     }
     if (!options.json) {
-      Print(ToText(lines.back(), lines.back().built ? "built" : "is there already"));
+      Print(
+          TableLine(*table, lines.back().state, lines.back().built ? "built" : "is there already"));
     }
   }
   if (options.json) Print(JsonLine(ToJson(dir, lines)));
@@ -194,17 +158,13 @@ void AddAction(CLI::App& tables, const char* name, const char* description,
   auto options = std::make_shared<Options>();
   CLI::App* action = tables.add_subcommand(name, description);
   action->add_option("NAME", options->names, "Tables, by name [all]")->type_name("");
-  CLI::Option* dir =
-      action->add_option("--dir", options->dir, "Folder of the tables")->type_name("FOLDER");
+  action->add_option("--dir", options->dir, "Folder of the tables")->type_name("FOLDER");
   action->add_flag("--json", options->json, "Print a JSON object");
   if (run == RunBuild) {
     action->add_flag("--force", options->force, "Build tables that are there as well");
   }
   action->footer(kTablesHelp);
-  action->callback([options, dir, run, &exit_code] {
-    options->dir_given = dir->count() > 0;
-    exit_code = run(*options);
-  });
+  action->callback([options, run, &exit_code] { exit_code = run(*options); });
 }
 
 }  // namespace

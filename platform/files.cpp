@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <filesystem>
@@ -70,6 +71,29 @@ bool ReadFile(const std::string& path, void* out, std::size_t bytes) {
   }
   close(fd);
   return bytes == 0;
+}
+
+std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t most) {
+  const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (fd < 0) return std::nullopt;
+  std::string content;
+  // Room for all of a file that tells its length, and for the look that finds its end.
+  content.resize(std::min<std::size_t>(FileLength(path).value_or(0), most) + kGather);
+  std::size_t length = 0;
+  ssize_t got = 0;
+  while (length <= most) {
+    if (length == content.size()) content.resize(2 * length);
+    got = read(fd, content.data() + length, content.size() - length);
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) break;
+    length += static_cast<std::size_t>(got);
+  }
+  const int error = length > most ? EFBIG : errno;
+  close(fd);
+  errno = error;
+  if (got < 0 || length > most) return std::nullopt;
+  content.resize(length);
+  return content;
 }
 
 FileWriter::~FileWriter() {

@@ -20,6 +20,11 @@ std::optional<std::uint64_t> FileLength(const std::string& path);
 /// Reads the first `bytes` bytes of a file; false if it cannot be opened or is shorter.
 bool ReadFile(const std::string& path, void* out, std::size_t bytes);
 
+/// All that can be read from a file, also from one that does not tell its length (a pipe, /proc).
+/// Nothing, with errno set, if it cannot be read or has more than `most` bytes (EFBIG).
+std::optional<std::string> ReadWholeFile(const std::string& path,
+                                         std::size_t most = std::size_t{1} << 31);
+
 /// Bytes on their way to an open file; small pieces are gathered.
 class FileWriter {
  public:

@@ -4,12 +4,21 @@
 #ifndef POKERMATH_PLATFORM_ISA_H_
 #define POKERMATH_PLATFORM_ISA_H_
 
+#include <string>
+
 namespace pokermath {
 
 enum class Isa { kBaseline, kAvx2, kAvx512 };
 
 /// The best level of this machine.
 Isa BestIsa();
+
+/// "baseline", "AVX2", "AVX-512".
+const char* IsaName(Isa isa);
+
+/// Those of the instruction sets above the baseline that kernels are compiled for and this machine
+/// has: "popcnt bmi bmi2 avx2"; empty for none.
+std::string UsableInstructionSets();
 
 #if defined(__x86_64__)
 #define POKERMATH_TARGET_AVX2 __attribute__((target("avx2,bmi,bmi2,popcnt")))

@@ -5,11 +5,13 @@
 
 #include "pokermath/cards.h"
 #include "pokermath/combination_set.h"
+#include "pokermath/diagnostics.h"
 #include "pokermath/equity.h"
 #include "pokermath/evaluators.h"
 #include "pokermath/five_card_map.h"
 #include "pokermath/hand_history.h"
 #include "pokermath/large_table.h"
+#include "pokermath/markup.h"
 #include "pokermath/messages.h"
 #include "pokermath/odbc.h"
 #include "pokermath/omaha.h"

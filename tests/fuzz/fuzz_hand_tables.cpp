@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <map>
 #include <random>
 #include <set>
@@ -201,8 +202,8 @@ class CombinationsFile {
     Require(messages_ == below_one);
   }
 
-  // Not on a disk, as it is written again and again.
-  std::string path_ = "/dev/shm/pokermath-fuzz-" + std::to_string(getpid());
+  std::string path_ =
+      std::filesystem::temp_directory_path() / ("pokermath-fuzz-" + std::to_string(getpid()));
   CString name_{path_.begin(), path_.end()};
   PokerLogic logic_;
   std::vector<Record> image_;

@@ -1,4 +1,4 @@
-// Hand-history files as they grow, logs that are cut, and texts from the system.
+// Hand-history files as they grow, logs that are cut and described in, and texts from the system.
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -17,9 +17,12 @@
 #include <system_error>
 #include <vector>
 
+#include "platform/text.h"
+#include "pokermath/diagnostics.h"
 #include "pokermath/hand_history.h"
 #include "pokermath/messages.h"
 #include "pokermath/utilities.h"
+#include "support/system_facts.h"
 #include "tests/platform/scratch_folder.h"
 #include "tests/support/failing_memory.h"
 
@@ -335,6 +338,67 @@ TEST_F(Support, LogsAreCutInPlace) {
   TrimLogFile(L"", 0, 0);
   path_ += "none";
   TrimLogFile(Name(), 0, 0);
+}
+
+// A system as we describe it, then with nothing in the files and with no files at all.
+TEST_F(Support, FactsComeFromFilesThatMayBeMissing) {
+  const auto put = [this](const std::string& name, const std::string& content) {
+    std::filesystem::create_directories(std::filesystem::path(folder_ / name).parent_path());
+    SetContent(folder_ / name, content);
+  };
+  const auto fact = [](const std::vector<Fact>& facts, const std::string& name) {
+    for (const Fact& one : facts) {
+      if (one.name == name) return one.value;
+    }
+    return std::string("none");
+  };
+  const std::string root = folder_ / "";
+  put("etc/os-release", "PRETTY_NAME=x\nNAME=\"My \\\"own\\\" \xFF\x1B\"\nVERSION='7'\n");
+  put("proc/meminfo", "MemTotal:   4194304 kB\nSwapTotal: nonsense\n");
+  put("sys/fs/cgroup/memory.max", "1610612736\n");
+  put("proc/cpuinfo", "processor : 0\nmodel name\t: Fast: one\nmodel name\t: other\n");
+  put("sys/devices/system/cpu/cpu0/topology/thread_siblings_list", "0\n");
+  put("sys/devices/system/cpu/cpu0/topology/core_siblings_list", "0-1\n");
+  put("sys/devices/system/cpu/cpu0/cache/index0/level", "1\n");
+  put("sys/devices/system/cpu/cpu0/cache/index0/type", "Data\n");
+  put("sys/devices/system/cpu/cpu0/cache/index0/size", "48K\n");
+  std::vector<Fact> os = OsFacts(root), cpu = CpuFacts(root);
+  EXPECT_EQ(fact(os, "name"), ToUtf8(L"My \"own\" \uFFFD?"));
+  EXPECT_EQ(fact(os, "version"), "7");
+  EXPECT_EQ(fact(os, "memory"), "4.0 GiB");
+  EXPECT_EQ(fact(os, "memory limit"), "1.5 GiB");
+  EXPECT_EQ(fact(os, "swap"), "none");
+  EXPECT_EQ(fact(cpu, "model"), "Fast: one");
+  EXPECT_EQ(fact(cpu, "cores"), "1 in 1 socket");
+  EXPECT_EQ(fact(cpu, "l1d cache"), "48K");
+  for (const char* name : {"etc/os-release", "proc/meminfo", "proc/cpuinfo"}) put(name, "");
+  EXPECT_EQ(fact(OsFacts(root), "name") + fact(CpuFacts(root), "model"), "nonenone");
+  os = OsFacts(root + "none");
+  cpu = CpuFacts(root + "none");
+  EXPECT_EQ(fact(os, "memory") + fact(cpu, "cores") + fact(cpu, "l1d cache"), "nonenonenone");
+  EXPECT_NE(fact(os, "kernel"), "none");
+  EXPECT_NE(fact(cpu, "kernels"), "none");
+}
+
+TEST_F(Support, LogsDescribeTheMachine) {
+  Put("before\n");
+  EXPECT_EQ(OSInfoLog(Name()), 1);
+  EXPECT_EQ(CPUInfoLog(Name()), 1);
+  const std::string content = Content();
+  EXPECT_TRUE(content.starts_with("before\nOperating system, 20"));
+  EXPECT_NE(content.find("\n\nProcessor, 20"), content.npos);
+  EXPECT_TRUE(content.ends_with(ToUtf8(DescribeCpu()) + "\n"));
+  EXPECT_NE(DescribeOs().find(L"  kernel            Linux "), CString::npos);
+  std::vector<CString> messages;
+  SetMessageHandler([&messages](const CString& text) { messages.push_back(text); });
+  EXPECT_EQ(OSInfoLog(Name() + L"/x"), 0);
+  {
+    const FullDisk full(content.size() + 10);
+    EXPECT_EQ(CPUInfoLog(Name()), 0);
+  }
+  SetMessageHandler({});
+  EXPECT_EQ(messages, (Lines{L"File <" + Name() + L"/x> could not be opened!",
+                             L"File <" + Name() + L"> could not be written!"}));
 }
 
 TEST_F(Support, TextsOfTheSystem) {

@@ -1,0 +1,34 @@
+#!/usr/bin/env bash
+# pokermath doctor: the machine, tables in every state, drivers, and what counts as broken.
+# shellcheck source-path=SCRIPTDIR
+. "$(dirname "$0")/expect.sh"
+
+run tables build six-plus-5 --dir "$work/data"
+run doctor --dir "$work/data"
+expect_code 0
+has "$asked" "$out" $'\nOperating system\n  name  '
+has "$asked" "$out" "  kernel            $(uname -sr)"$'\n'
+has "$asked" "$out" $'\n  kernels           for '
+has "$asked" "$out" $'\n'"Tables in $work/data"$'\n  hand-ranks '
+same "$asked: states" "$(grep -c ' missing$' <<<"$out") $(grep -c ' ok$' <<<"$out")" "8 1"
+has "$asked" "$out" $'ODBC drivers\n'
+has "$asked" "$out" $'\n  SQLite3\n'
+has "$asked" "$out" $'\n\nNothing is broken.'
+
+truncate -s 5 "$work/data/six-plus-5.bin"
+POKERMATH_DATA=$work/data run doctor --json
+expect_code 1
+same "$asked: lines" "$(wc -l <<<"$out")" 1
+has "$asked" "$out" '{"schema":1,"version":"'
+has "$asked" "$out" '"state":"damaged: its length is not 248,720 bytes"}'
+has "$asked" "$out" '"broken":["six-plus-5"]}'
+has "$asked" "$out" '"c_library":"glibc '
+
+# Without a folder for tables, and without drivers.
+export ODBCSYSINI=$work
+plain=$(env -u HOME "$POKERMATH" doctor) || fail "doctor without HOME: exit code $?"
+has "without HOME" "$plain" $'Tables\n  HOME is not set: '
+has "without drivers" "$plain" $'ODBC drivers\n  none\n'
+refuses 2 "'x' is one word too many" doctor x
+
+finish
