@@ -112,15 +112,10 @@ BENCHMARK(BM_OmahaAgainstAll)
     ->ArgsProduct({{4, 5}, {5, 4, 3, 0}})
     ->Unit(benchmark::kMicrosecond);
 
-// A tenth of all hands.
 template <int cards>
 std::vector<typename OmahaSpec<cards>::Hand> TenPercent() {
   OmahaSpec<cards> range;
-  constexpr int kCount = OmahaSpec<cards>::kAllHands / 10;
-  const std::vector<int> hands = RandomHandsOf(2 * kCount, cards, 0);
-  for (std::size_t i = 0; range.Count() < kCount; i += cards) {
-    range.Insert(std::span<const int, cards>(&hands[i], cards));
-  }
+  range.AddPercent(0, 10);
   return range.Hands();
 }
 
