@@ -12,6 +12,7 @@
 #include "equity/kernels/omaha_cliques.h"
 #include "equity/kernels/omaha_matchup.h"
 #include "pokermath/cards.h"
+#include "pokermath/omaha_ranges.h"
 #include "pokermath/poker_logic.h"
 #include "pokermath/ranges.h"
 
@@ -195,6 +196,19 @@ void BM_AllHutchisonPoints(benchmark::State& state) {
   }
 }
 BENCHMARK(BM_AllHutchisonPoints)->Unit(benchmark::kMillisecond);
+
+// The strongest tenth of all hands; what the first use prepares is not in it.
+template <int cards>
+void BM_OmahaTenPercent(benchmark::State& state) {
+  OmahaPercentile(RandomHandsOf(1, cards, 0));
+  for (auto _ : state) {
+    OmahaSpec<cards> range;
+    range.AddPercent(0, 10);
+    benchmark::DoNotOptimize(range);
+  }
+}
+BENCHMARK(BM_OmahaTenPercent<4>)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_OmahaTenPercent<5>)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 }  // namespace pokermath

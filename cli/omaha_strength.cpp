@@ -4,17 +4,18 @@
 #include <zlib.h>
 
 #include <algorithm>
-#include <array>
 #include <atomic>
 #include <charconv>
 #include <cstring>
-#include <numeric>
+#include <functional>
 #include <thread>
 #include <utility>
 
 #include "cli/output.h"
 #include "platform/files.h"
 #include "pokermath/cards.h"
+#include "ranges/omaha_classes.h"
+#include "ranges/omaha_order.h"
 
 namespace pokermath::cli {
 namespace {
@@ -36,56 +37,16 @@ std::uint32_t Crc32(std::span<const std::int64_t> sums) {
       crc32_z(0, reinterpret_cast<const Bytef*>(sums.data()), sums.size_bytes()));
 }
 
-// Cards from high to low, spades first.
-bool Before(int card, int other) {
-  return card % 13 != other % 13 ? card % 13 > other % 13 : card > other;
-}
-
-// Of all hands that are one with renamed suits the first, and how many there are.
-struct HandClass {
-  std::vector<int> hand;
-  int hands = 0;
-};
-
-// Visits every hand of so many cards, each as the cards lie in the deck.
-template <typename Visit>
-void ForEachHand(std::span<const int> deck, std::vector<int>& hand, int cards, const Visit& visit) {
-  if (cards == 0) return visit();
-  for (std::size_t i = 0; i < deck.size(); ++i) {
-    hand.push_back(deck[i]);
-    ForEachHand(deck.subspan(i + 1), hand, cards - 1, visit);
-    hand.pop_back();
+// The lines behind the titles.
+std::vector<std::string_view> LinesOf(std::string_view text) {
+  std::vector<std::string_view> lines;
+  text.remove_prefix(std::min(text.find('\n'), text.size() - 1) + 1);
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size() - 1);
+    lines.push_back(text.substr(0, end));
+    text.remove_prefix(end + 1);
   }
-}
-
-// How many hands are this one with renamed suits; 0 if it is not the first of them.
-int HandsOfClass(const std::vector<int>& hand) {
-  std::array<int, 4> suits = {0, 1, 2, 3};
-  int same = 0;
-  int renamings = 0;
-  std::vector<int> renamed(hand.size());
-  do {
-    std::ranges::transform(hand, renamed.begin(), [&suits](int card) {
-      return suits[static_cast<std::size_t>(card / 13)] * 13 + card % 13;
-    });
-    std::ranges::sort(renamed, Before);
-    if (std::ranges::lexicographical_compare(renamed, hand, Before)) return 0;
-    same += renamed == hand ? 1 : 0;
-    ++renamings;
-  } while (std::next_permutation(suits.begin(), suits.end()));
-  return renamings / same;
-}
-
-std::vector<HandClass> HandClasses(int hand_size) {
-  std::vector<int> deck(52);
-  std::iota(deck.begin(), deck.end(), 0);
-  std::ranges::sort(deck, Before);
-  std::vector<HandClass> classes;
-  std::vector<int> hand;
-  ForEachHand(deck, hand, hand_size, [&] {
-    if (const int hands = HandsOfClass(hand); hands > 0) classes.push_back({hand, hands});
-  });
-  return classes;
+  return lines;
 }
 
 }  // namespace
@@ -150,49 +111,70 @@ bool OmahaStrength::Save(const std::string& path) {
 
 std::string OmahaStrength::Text() const {
   struct Line {
-    HandClass hands;
+    std::vector<int> hand;
+    int hands;
     std::int64_t value;
   };
   std::vector<Line> lines;
-  std::int64_t all = 0;
-  for (const HandClass& hands : HandClasses(hand_size_)) {
-    lines.push_back({hands, workers_[0]->Of(hands.hand)});
-    all += hands.hands;
+  for (const OmahaClass& hands : OmahaClasses(hand_size_)) {
+    const std::vector<int> hand = CardsOf(hands);
+    lines.push_back({hand, HandsOf(hands), workers_[0]->Of(hand)});
   }
-  std::ranges::sort(lines, [](const Line& a, const Line& b) {
-    if (a.value != b.value) return a.value > b.value;
-    return std::ranges::lexicographical_compare(a.hands.hand, b.hands.hand, Before);
-  });
+  std::ranges::stable_sort(lines, std::greater(), &Line::value);
   // All boards that a hand leaves, all hands that a board leaves, won.
   const double most = 2.0 * Choose(52 - hand_size_, 5) * Choose(47 - hand_size_, hand_size_);
+  const int all = Choose(52, hand_size_);
   std::string text = kTitles;
-  std::int64_t so_far = 0;
-  for (const auto& [hands, value] : lines) {
-    so_far += hands.hands;
-    fmt::format_to(std::back_inserter(text), "{},{},{},{:.9f},{:.6f}\n", CardsText(hands.hand),
-                   hands.hands, value, static_cast<double>(value) / most,
-                   100.0 * static_cast<double>(so_far) / static_cast<double>(all));
+  int so_far = 0;
+  for (const auto& [hand, hands, value] : lines) {
+    so_far += hands;
+    fmt::format_to(std::back_inserter(text), "{},{},{},{:.9f},{:.6f}\n", CardsText(hand), hands,
+                   value, static_cast<double>(value) / most, 100.0 * so_far / all);
   }
   return text;
 }
 
-std::string OmahaStrengthFault(const std::string& text) {
+std::string OmahaStrengthFault(const std::string& text, int hand_size) {
   if (!text.starts_with(kTitles)) return "its first line is not the titles";
+  const auto size = static_cast<std::size_t>(hand_size);
   std::size_t number = 1;
   std::int64_t last = INT64_MAX;
-  for (std::size_t at = sizeof kTitles - 1; at < text.size();) {
-    const std::size_t end = std::min(text.find('\n', at), text.size());
-    const std::string_view line(&text[at], end - at);
-    at = end + 1;
+  for (const std::string_view line : LinesOf(text)) {
     ++number;
     const std::size_t comma = std::min(line.find(','), line.size());
     const std::size_t value_at = std::min(line.find(',', comma + 1), line.size() - 1) + 1;
     std::int64_t value = -1;
     std::from_chars(line.data() + value_at, line.data() + line.size(), value);
-    if (ParseCards(line.substr(0, comma)).cards.size() != 4 || value < 0 || value > last) {
+    if (ParseCards(line.substr(0, comma)).cards.size() != size || value < 0 || value > last) {
       return fmt::format("line {} is not the next hand with its equity", number);
     }
     last = value;
+  }
+  return "";
+}
+
+std::vector<std::uint8_t> OmahaOrderOf(const std::string& text, int hand_size) {
+  const std::vector<OmahaClass> classes = OmahaClasses(hand_size);
+  std::vector<std::uint32_t> order;
+  for (const std::string_view line : LinesOf(text)) {
+    const OmahaClass hands = OmahaClassOf(ParseCards(line.substr(0, line.find(','))).cards);
+    const auto place = std::ranges::lower_bound(classes, hands, ComesBefore);
+    order.push_back(static_cast<std::uint32_t>(place - classes.begin()));
+  }
+  return PackOmahaOrder(hand_size, order);
+}
+
+std::string OmahaOrderFault(std::span<const std::uint8_t> packed, int hand_size) {
+  if (packed.size() != PackedOmahaOrderSize(hand_size)) return "its length is not right";
+  std::vector<bool> seen(static_cast<std::size_t>(OmahaClassCount(hand_size)));
+  std::size_t entry = 0;
+  for (const std::uint32_t number : UnpackOmahaOrder(hand_size, packed)) {
+    ++entry;
+    if (number >= seen.size() || seen[number]) {
+      return fmt::format("entry {} has the number {}, which {}", entry, number,
+                         number < seen.size() ? "was there before" : "no hand has");
+    }
+    seen[number] = true;
   }
   return "";
 }

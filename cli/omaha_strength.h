@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -40,8 +41,14 @@ class OmahaStrength {
   std::vector<std::unique_ptr<OmahaEveryHand>> workers_;  // the first one has the sums so far
 };
 
-/// What is wrong with the text of such a table of four-card hands; empty when nothing is.
-std::string OmahaStrengthFault(const std::string& text);
+/// What is wrong with the text of such a table; empty when nothing is.
+std::string OmahaStrengthFault(const std::string& text, int hand_size);
+
+/// The order of the classes in such a table without a fault, packed as the library has it.
+std::vector<std::uint8_t> OmahaOrderOf(const std::string& text, int hand_size);
+
+/// What is wrong with a packed order; empty when nothing is.
+std::string OmahaOrderFault(std::span<const std::uint8_t> packed, int hand_size);
 
 }  // namespace pokermath::cli
 

@@ -223,9 +223,10 @@ bool BuildCombinations(const TableFile& table, const std::string& path) {
 }
 
 // Goes on where a build that was stopped has left its sums.
+template <int hand_size>
 bool BuildOmahaStrength(const TableFile& table, const std::string& path) {
   const std::string unfinished = path + ".unfinished";
-  OmahaStrength strength(4);
+  OmahaStrength strength(hand_size);
   const bool resumed = strength.Load(unfinished);
   const auto save = [&] {
     if (!strength.Save(unfinished))
@@ -257,10 +258,37 @@ bool BuildOmahaStrength(const TableFile& table, const std::string& path) {
   return true;
 }
 
-std::string OmahaStrengthFileFault(const std::string& path) {
+// The whole file; nothing, with errno set, if it cannot be read.
+std::optional<std::string> FileText(const std::string& path) {
   std::string text(FileLength(path).value_or(0), '\0');
-  if (!ReadFile(path, text.data(), text.size())) return "it cannot be read to its end";
-  return OmahaStrengthFault(text);
+  return ReadFile(path, text.data(), text.size()) ? std::optional(text) : std::nullopt;
+}
+
+template <int hand_size>
+std::string OmahaStrengthFileFault(const std::string& path) {
+  const auto text = FileText(path);
+  return text ? OmahaStrengthFault(*text, hand_size) : "it cannot be read to its end";
+}
+
+// Takes the order from the table of equities beside it, which is built if need be.
+template <int hand_size>
+bool BuildOmahaOrder(const TableFile& table, const std::string& path) {
+  const TableFile& strength = *std::ranges::find_if(AllTables(), [](const TableFile& other) {
+    return other.fault == OmahaStrengthFileFault<hand_size>;
+  });
+  const std::string source = std::filesystem::path(path).replace_filename(strength.file).string();
+  if (!CheckTable(strength, source).ok() && !strength.build(strength, source)) return false;
+  const auto text = FileText(source);
+  if (!text) throw SystemFailure("cannot read " + Quoted(source), errno);
+  const std::vector<std::uint8_t> order = OmahaOrderOf(*text, hand_size);
+  return WriteTable(table, path, {std::as_bytes(std::span(order))});
+}
+
+template <int hand_size>
+std::string OmahaOrderFileFault(const std::string& path) {
+  std::vector<std::uint8_t> packed(FileLength(path).value_or(0));
+  if (!ReadFile(path, packed.data(), packed.size())) return "it cannot be read to its end";
+  return OmahaOrderFault(packed, hand_size);
 }
 
 constexpr TableFile kTables[] = {
@@ -278,8 +306,13 @@ constexpr TableFile kTables[] = {
      0xfcc57c8b, BuildEquity<Deck::kShort, Street::kRiver>, ShortDeckEquityFault},
     {"combinations", "VarnholtPC.dat", FiveCardMap::kHands * sizeof(CombinationRecord), 0x7a86dfc6,
      BuildCombinations, CombinationsFault},
-    {"omaha-strength", "omaha-strength.csv", 769549, 0xbf7be6f9, BuildOmahaStrength,
-     OmahaStrengthFileFault},
+    {"omaha-strength", "omaha-strength.csv", 769549, 0xbf7be6f9, BuildOmahaStrength<4>,
+     OmahaStrengthFileFault<4>},
+    {"omaha5-strength", "omaha5-strength.csv", 6704352, 0xcce8369b, BuildOmahaStrength<5>,
+     OmahaStrengthFileFault<5>},
+    {"omaha-order", "omaha4.order", 30810, 0xed04f2ba, BuildOmahaOrder<4>, OmahaOrderFileFault<4>},
+    {"omaha5-order", "omaha5.order", 302533, 0x1cd6537c, BuildOmahaOrder<5>,
+     OmahaOrderFileFault<5>},
     {"omaha7", "omaha7.bin", 311201108, 0xd197bccf, BuildStatesFile<kOmaha7File>,
      StatesFault<kOmaha7File>}};
 

@@ -56,6 +56,17 @@ QsQhJsJh 282120633330
 6s5s4h3h 187622019345
 KsKh7d2c 239602183411
 GOLDEN
+# The order that the library has comes out of that table.
+written=$(stat -c %y "$work/omaha-strength.csv")
+run tables build omaha-order --dir "$work"
+expect_code 0
+cmp "$work/omaha4.order" "$(dirname "$0")/../../ranges/data/omaha4.order" || fail "another order"
+same "the table" "$(stat -c %y "$work/omaha-strength.csv")" "$written"
+head -c 4 "$work/omaha4.order" | dd of="$work/omaha4.order" bs=1 seek=15 conv=notrunc status=none
+run tables verify omaha-order --dir "$work"
+expect_code 1
+has "$asked" "$out" "damaged: entry 9 has the number"
+has "$asked" "$out" "which was there before"
 sed -i '5s/,.*/,6,1,0.5,1/' "$work/omaha-strength.csv"
 truncate -s 769549 "$work/omaha-strength.csv"
 run tables verify omaha-strength --dir "$work"

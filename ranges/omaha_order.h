@@ -1,0 +1,28 @@
+// The order of the classes of Omaha hands by their exact equity against a random hand.
+
+#ifndef POKERMATH_RANGES_OMAHA_ORDER_H_
+#define POKERMATH_RANGES_OMAHA_ORDER_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace pokermath {
+
+/// Numbers of classes, the strongest first, one behind the other in as many bits as the largest one
+/// needs. The first bits are the lowest ones of the first byte.
+std::vector<std::uint8_t> PackOmahaOrder(int hand_size, std::span<const std::uint32_t> order);
+
+/// Bytes of a packed order.
+std::size_t PackedOmahaOrderSize(int hand_size);
+
+/// @param packed  of PackedOmahaOrderSize bytes, whatever they hold
+std::vector<std::uint32_t> UnpackOmahaOrder(int hand_size, std::span<const std::uint8_t> packed);
+
+/// The packed order that is part of the library.
+std::span<const std::uint8_t> BuiltInOmahaOrder(int hand_size);
+
+}  // namespace pokermath
+
+#endif  // POKERMATH_RANGES_OMAHA_ORDER_H_
