@@ -11,6 +11,8 @@
 #include "bench/cards.h"
 #include "equity/kernels/omaha_cliques.h"
 #include "equity/kernels/omaha_matchup.h"
+#include "equity/kernels/omaha_range.h"
+#include "eval/omaha_best.h"
 #include "pokermath/cards.h"
 #include "pokermath/omaha_ranges.h"
 #include "pokermath/poker_logic.h"
@@ -109,6 +111,65 @@ BENCHMARK(BM_OmahaAgainstAll)
     ->ArgNames({"cards", "board"})
     ->ArgsProduct({{4, 5}, {5, 4, 3, 0}})
     ->Unit(benchmark::kMicrosecond);
+
+template <int cards>
+std::vector<typename OmahaSpec<cards>::Hand> TenPercent() {
+  OmahaSpec<cards> range;
+  range.AddPercent(0, 10);
+  return range.Hands();
+}
+
+// On random boards, to a street; the rate is that of the range's hands.
+template <int cards>
+void BM_OmahaAgainstRange(benchmark::State& state) {
+  const auto isa = static_cast<Isa>(state.range(0));
+  if (isa > BestIsa()) return state.SkipWithError("not on this machine");
+  const auto known = static_cast<std::size_t>(state.range(1));
+  const auto street = static_cast<Street>(state.range(2));
+  const auto range = TenPercent<cards>();
+  MeasureHands(state, cards + 5, [&](int* dealt) {
+    return OmahaRangeContest<cards>(std::span<const int>(dealt, cards), range,
+                                    std::span<const int>(dealt + cards, known), street)
+        .Count(isa)
+        .wins;
+  });
+  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(range.size()));
+}
+BENCHMARK(BM_OmahaAgainstRange<4>)
+    ->ArgNames({"isa", "board", "to"})
+    ->ArgsProduct({{0, 1}, {3, 4, 5}, {5}})
+    ->ArgsProduct({{0, 1}, {0}, {3}})
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_OmahaAgainstRange<5>)
+    ->ArgNames({"isa", "board", "to"})
+    ->ArgsProduct({{0, 1}, {3}, {5}})
+    ->Unit(benchmark::kMillisecond);
+
+// The same, run-out by run-out and hand by hand.
+void BM_OmahaAgainstRangePlain(benchmark::State& state) {
+  const auto range = TenPercent<4>();
+  MeasureHands(state, 7, [&](int* dealt) {
+    std::uint64_t flop = 0;
+    for (int i = 0; i < 7; ++i) flop |= std::uint64_t{1} << dealt[i];
+    int board[5] = {dealt[4], dealt[5], dealt[6]};
+    std::int64_t wins = 0;
+    for (board[3] = 1; board[3] < 52; ++board[3]) {
+      for (board[4] = 0; board[4] < board[3]; ++board[4]) {
+        const std::uint64_t come = std::uint64_t{1} << board[3] | std::uint64_t{1} << board[4];
+        if ((come & flop) != 0) continue;
+        const int hero = BestOmahaValue(std::span<const int>(dealt, 4), board);
+        for (const auto& hand : range) {
+          std::uint64_t cards = 0;
+          for (const int card : hand) cards |= std::uint64_t{1} << card;
+          if ((cards & (flop | come)) == 0) wins += hero > BestOmahaValue(hand, board) ? 1 : 0;
+        }
+      }
+    }
+    return wins;
+  });
+  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(range.size()));
+}
+BENCHMARK(BM_OmahaAgainstRangePlain)->Unit(benchmark::kMillisecond);
 
 // Before the flop; the rate is that of the trials.
 void BM_EquityHandVsRandomCommon(benchmark::State& state) {

@@ -1,5 +1,5 @@
 // `pokermath equity`: a hand against hands or a range, exact, or against random hands, sampled
-// where there is no exact count.
+// where there is no exact count or it takes long.
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -26,8 +26,9 @@ constexpr const char* kExamples =
     R"(Against hands or a range it is exact, and so is --by-class. Otherwise 'random' is sampled;
 Ctrl-C stops and shows what was sampled so far. How ranges are written: pokermath range --help.
 Equity is the share of the pot: a pot shared by k players counts 1/k.
-In Omaha an opponent is a hand, or several, or random; one random hand is exact on a board, and
-before the flop with --exact, which takes a few seconds at most. In Hi/Lo, "wins" are whole pots,
+In Omaha the opponents are hands, or a range, or random. A range and one random hand are exact on
+a board, and before the flop with --exact, which takes seconds, with a wide range minutes; a range
+to the flop or the turn is exact always. In Hi/Lo, which knows no ranges, "wins" are whole pots,
 "ties" parts of one, and "low" is what of the equity comes from low hands.
 
 Examples:
@@ -42,6 +43,8 @@ Examples:
   pokermath equity AhKd random --players 6 --time-ms 500
   pokermath equity AhAdKhKd JsTs9c8c 7h7d6h6d --game omaha
   pokermath equity AhAdKhKd random --game omaha --board AsKs7c
+  pokermath equity AhAdKhKd 'JTxx:ds,10%' --game omaha --board AsKs7c
+  pokermath equity AhAdKhKd 10% --game omaha --to flop
   pokermath equity Ah2h3c4d AsAdKsQd --game omaha-hilo
   pokermath equity - <questions.txt    one question a line in the same words, like
                                        'AhKd 7s7c --board 2c3d4h'; options beside
@@ -66,8 +69,9 @@ EquityAnswer SampleWithProgress(const EquityQuestion& question) {
 EquityAnswer CountWithProgress(const EquityQuestion& question) {
   const StopSignals signals;
   std::optional<Progress> progress;
-  return Count(question, [&progress](std::int64_t done, std::int64_t all) {
-    if (!progress) progress.emplace("counting", all, "kinds of board", kPatience);
+  return Count(question, [&](std::int64_t done, std::int64_t all) {
+    const char* unit = question.omaha_range ? "boards" : "kinds of board";
+    if (!progress) progress.emplace("counting", all, unit, kPatience);
     progress->Update(done);
     return !StopRequested();
   });
@@ -118,9 +122,10 @@ void AddEquity(CLI::App& program, int& exit_code) {
   CLI::App* command =
       program.add_subcommand("equity", "Equity of a Texas Hold'em, short-deck or Omaha hand");
   command
-      ->add_option("HAND OPPONENT", words.hands,
-                   "Two cards, then two cards, a range or the word random; in Omaha a hand, then "
-                   "hands or the word random; or - for one question a line from standard input")
+      ->add_option(
+          "HAND OPPONENT", words.hands,
+          "Two cards, then two cards, a range or the word random; in Omaha a hand, then "
+          "hands, a range or the word random; or - for one question a line from standard input")
       ->required()
       ->type_name("")
       ->expected(-1);
@@ -149,7 +154,8 @@ void AddEquity(CLI::App& program, int& exit_code) {
           "--time-ms", words.time_ms,
           "Milliseconds for sampling, which then has no end of its own but --trials [none]")
       ->type_name("N");
-  command->add_flag("--exact", words.exact, "Count, never sample; Omaha: a random hand too");
+  command->add_flag("--exact", words.exact,
+                    "Count, never sample; Omaha: a random hand or a range too");
   command->add_flag("--by-class", words.by_class,
                     "Also list the equity against each class of the range");
   command->add_option("--svg", words.svg, "Also write it as a heat map; with --by-class")

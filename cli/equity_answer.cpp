@@ -9,7 +9,9 @@
 #include <span>
 
 #include "cli/errors.h"
+#include "equity/kernels/omaha_range.h"
 #include "equity/kernels/trials.h"
+#include "platform/isa.h"
 #include "ranges/hand_classes.h"
 
 namespace pokermath::cli {
@@ -26,13 +28,16 @@ class CardDraw {
 
   int operator()() {
     const auto ranks = static_cast<std::uint32_t>(13 - lowest_);
-    const std::uint32_t cards = 4 * ranks;
-    // 2^32 is no multiple of the cards: so many of the 2^32 numbers are drawn again.
-    const auto surplus = static_cast<std::uint32_t>((std::uint64_t{1} << 32) % cards);
-    std::uint64_t product = std::uint64_t{Half()} * cards;
-    while (static_cast<std::uint32_t>(product) < surplus) product = std::uint64_t{Half()} * cards;
-    const auto number = static_cast<std::uint32_t>(product >> 32);
+    const std::uint32_t number = Below(4 * ranks);
     return static_cast<int>(number / ranks * 13 + number % ranks) + lowest_;
+  }
+
+  std::uint32_t Below(std::uint32_t limit) {
+    // 2^32 may be no multiple of the limit: so many of the 2^32 numbers are drawn again.
+    const auto surplus = static_cast<std::uint32_t>((std::uint64_t{1} << 32) % limit);
+    std::uint64_t product = std::uint64_t{Half()} * limit;
+    while (static_cast<std::uint32_t>(product) < surplus) product = std::uint64_t{Half()} * limit;
+    return static_cast<std::uint32_t>(product >> 32);
   }
 
  private:
@@ -157,6 +162,8 @@ EquityAnswer CountOmahaHands(const EquityQuestion& question) {
   return answer;
 }
 
+constexpr const char* kStopped = "stopped before the count was finished: no answer";
+
 EquityAnswer CountOmahaRandom(const EquityQuestion& question, const GoOnCounting& go_on) {
   EquityAnswer answer;
   if (IsHighLow(question.game)) {
@@ -173,26 +180,49 @@ EquityAnswer CountOmahaRandom(const EquityQuestion& question, const GoOnCounting
     answer = AnswerOf(
         OmahaHandVsRandom(question.hand, question.board, question.street, question.dead, go_on));
   }
-  if (answer.cases == 0) throw Failure("stopped before the count was finished: no answer");
+  if (answer.cases == 0) throw Failure(kStopped);
+  return answer;
+}
+
+template <int cards>
+OmahaRangeContest<cards> ContestOf(const EquityQuestion& question, const OmahaSpec<cards>& range) {
+  return {question.hand, range.Hands(), question.board, question.street, question.dead};
+}
+
+template <int cards>
+EquityAnswer CountOmahaRange(const EquityQuestion& question, const OmahaSpec<cards>& range,
+                             const GoOnCounting& go_on) {
+  const OmahaRangeContest<cards> contest = ContestOf(question, range);
+  EquityAnswer answer = AnswerOf(contest.Count(BestIsa(), go_on));
+  answer.range_hands = range.Count();
+  answer.range_left = std::ssize(contest.hands());
+  if (answer.range_left == 0) return answer;
+  if (answer.cases == 0) throw Failure(kStopped);
+  answer.blocked_boards = contest.CountBlockingBoards();
   return answer;
 }
 
 int EvaluateSevenShort(const int* cards) { return EvaluateShortDeck(cards, 7); }
 
+using GoOnSampling = std::function<bool(std::int64_t)>;
+
 // Deals on until all trials are done or go_on says no.
 template <typename Deals>
-std::int64_t DealTrials(const EquityQuestion& question, TrialCounts& counts,
-                        const std::function<bool(std::int64_t)>& go_on) {
+void DealOn(const EquityQuestion& question, Deals trials, TrialCounts& counts,
+            const GoOnSampling& go_on) {
   constexpr std::int64_t kBetweenCalls = 1000;
-  Deals trials(typename Deals::Hand(question.hand), question.board, question.players,
-               question.dead);
   CardDraw draw(question.seed, question.game);
   std::int64_t done = 0;
   do {
     const std::int64_t end = std::min(question.trials, done + kBetweenCalls);
     for (; done < end; ++done) counts.Add(trials.Deal(draw));
   } while (done < question.trials && go_on(done));
-  return done;
+}
+
+template <typename Deals>
+void DealTrials(const EquityQuestion& question, TrialCounts& counts, const GoOnSampling& go_on) {
+  const typename Deals::Hand hand(question.hand);
+  DealOn(question, Deals(hand, question.board, question.players, question.dead), counts, go_on);
 }
 
 auto DealTrialsOf(Game game) {
@@ -212,6 +242,26 @@ auto DealTrialsOf(Game game) {
   }
 }
 
+template <int cards>
+EquityAnswer SampleOmahaRange(const EquityQuestion& question, const OmahaSpec<cards>& range,
+                              const GoOnSampling& go_on) {
+  using Deals = OmahaRangeTrials<static_cast<std::size_t>(cards)>;
+  const std::span<const int, cards> hand(question.hand);
+  const std::vector<typename Deals::Hand> left = ContestOf(question, range).hands();
+  TrialCounts counts;
+  DealOn(question, Deals(hand, left, question.board, question.dead), counts, go_on);
+  EquityAnswer answer = counts.Answer();
+  answer.range_hands = range.Count();
+  answer.range_left = std::ssize(left);
+  return answer;
+}
+
+EquityAnswer SampleRandomHands(const EquityQuestion& question, const GoOnSampling& go_on) {
+  TrialCounts counts;
+  DealTrialsOf(question.game)(question, counts, go_on);
+  return counts.Answer();
+}
+
 }  // namespace
 
 EquityAnswer Count(const EquityQuestion& question, const GoOnCounting& go_on) {
@@ -219,6 +269,9 @@ EquityAnswer Count(const EquityQuestion& question, const GoOnCounting& go_on) {
   EquityAnswer answer;
   if (question.range) {
     answer = AnswerOf(CountAgainst(question, *question.range));
+  } else if (question.omaha_range) {
+    answer = std::visit([&](const auto& range) { return CountOmahaRange(question, range, go_on); },
+                        *question.omaha_range);
   } else if (!IsOmaha(question.game)) {
     answer = AnswerOf(CountAgainst(question, question.opponents[0]));
   } else if (question.opponents.empty()) {
@@ -253,16 +306,19 @@ std::vector<ClassAnswer> CountByClass(const EquityQuestion& question) {
 EquityAnswer Sample(const EquityQuestion& question,
                     const std::function<bool(std::int64_t)>& go_on) {
   const Clock::time_point start = Clock::now();
-  TrialCounts counts;
   bool out_of_time = false;
   const auto go_on_in_time = [&](std::int64_t done) {
     out_of_time = question.time && Clock::now() - start >= *question.time;
     return !out_of_time && go_on(done);
   };
-  const std::int64_t done = DealTrialsOf(question.game)(question, counts, go_on_in_time);
-  EquityAnswer answer = counts.Answer();
+  EquityAnswer answer =
+      question.omaha_range
+          ? std::visit(
+                [&](const auto& range) { return SampleOmahaRange(question, range, go_on_in_time); },
+                *question.omaha_range)
+          : SampleRandomHands(question, go_on_in_time);
   answer.out_of_time = out_of_time;
-  answer.interrupted = done < question.trials && !out_of_time;
+  answer.interrupted = answer.cases < question.trials && !out_of_time;
   answer.elapsed = Clock::now() - start;
   return answer;
 }

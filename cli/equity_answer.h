@@ -25,6 +25,9 @@ struct HandAnswer {
 struct EquityAnswer : HandAnswer {
   std::int64_t cases = 0;
   std::vector<HandAnswer> opponents;  ///< when it is exact; a range or a random hand is one
+  std::int64_t range_hands = 0;       ///< of a range of Omaha
+  std::int64_t range_left = 0;        ///< of these hands, beside the known cards
+  std::int64_t blocked_boards = 0;    ///< exact: boards to come that leave none of them
   double standard_error = 0;          ///< of the equity; 0 when it is exact
   bool interrupted = false;           ///< fewer trials than asked for
   bool out_of_time = false;           ///< fewer trials, since the time allowed no more
@@ -51,7 +54,8 @@ using GoOnCounting = std::function<bool(std::int64_t done, std::int64_t all)>;
 /// @param go_on  may be empty; Failure is thrown when it stops the count
 EquityAnswer Count(const EquityQuestion& question, const GoOnCounting& go_on = {});
 
-/// Samples a hand against random hands until all trials are done or the time is up.
+/// Samples a hand against random hands or a range of Omaha until all trials are done or the time is
+/// up.
 ///
 /// @param go_on  called now and then with the trials done; returning false stops
 EquityAnswer Sample(const EquityQuestion& question, const std::function<bool(std::int64_t)>& go_on);

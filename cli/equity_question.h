@@ -8,10 +8,12 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 #include "cli/game.h"
 #include "pokermath/equity.h"
+#include "pokermath/omaha_ranges.h"
 #include "pokermath/ranges.h"
 
 namespace pokermath::cli {
@@ -33,16 +35,19 @@ struct EquityQuestion {
   // The opponents are hands, one but in Omaha, or a range, or neither: random hands.
   std::vector<std::vector<int>> opponents;
   std::optional<Spec> range;
+  std::optional<std::variant<CSpecOmaha, CSpecOmahaFiveCards>> omaha_range;
   std::string range_text;
   std::vector<int> board;
   std::vector<int> dead;
   Street street = Street::kRiver;
   bool by_class = false;  ///< of the range, which is there then
   int players = 2;        ///< where opponents are random
-  bool exact = false;     ///< what is not is sampled, against random hands
+  bool exact = false;     ///< what is not is sampled, against random hands or a range of Omaha
   std::int64_t trials = 1000000;
   std::uint64_t seed = 1;
   std::optional<std::chrono::milliseconds> time;  ///< for sampling
+
+  bool HasRange() const { return range || omaha_range; }
 };
 
 /// The words of a line, and the options of `defaults` that it does not have itself; throws

@@ -1,7 +1,8 @@
 // Questions about Omaha with hands of four or five cards.
 //
-// Several hands are counted exactly. So is one random hand, but for the start: there it is sampled
-// unless the exact count, which takes its time, is asked for. More random hands are sampled.
+// Several hands are counted exactly. So are a range and one random hand, but for the start: there
+// they are sampled unless the exact count, which takes its time, is asked for. More random hands
+// are sampled.
 
 #include <fmt/format.h>
 
@@ -12,7 +13,7 @@
 namespace pokermath::cli {
 namespace {
 
-constexpr const char* kOpponents = "an Omaha opponent is a hand or the word random";
+constexpr const char* kOpponents = "an Omaha opponent is a hand, a range or the word random";
 
 // The words of each hand; a hand goes on in the next word as long as it is short of cards.
 std::vector<std::string> HandTexts(const std::vector<std::string>& words, std::size_t hand_size) {
@@ -35,22 +36,47 @@ std::vector<int> ReadHand(const std::string& text, Game game) {
                    fmt::format("a hand of {} has {}", NameOf(game), HandSize(game)));
 }
 
-std::vector<int> ReadOpponent(const std::string& text, Game game) {
+// One hand is a hand; so is what is cards only but no list of hands: it was meant as one.
+template <int cards>
+void ReadOpponent(const std::string& text, EquityQuestion& question) {
   const std::string pieces = Pieces(text);
-  if (IsRandom(pieces)) {
-    throw UsageError(
-        "'random' does not go with other opponents: --players sets how many there are");
+  const CardsResult as_cards = ParseCards(text);
+  const bool is_hand = as_cards.error.empty() && as_cards.cards.size() == cards;
+  OmahaRangeResult<cards> read;
+  if (!is_hand && !pieces.empty()) read = ParseOmahaRange<cards>(text);
+  const bool only_cards = as_cards.error.empty() || IsHighLow(question.game);
+  if (is_hand || pieces.empty() || (only_cards && !read.error.empty())) {
+    question.opponents.push_back(ReadHand(text, question.game));
+    return;
   }
-  if (!pieces.empty() && !ParseCards(text).error.empty()) {
-    // A slip in the word random.
-    const bool is_word = (pieces[0] | 0x20) == 'r';
-    const bool is_range = ParseRange(text).error.empty();
-    if (is_word || is_range) {
+  // A slip in the word random.
+  if (!read.error.empty() && (pieces[0] | 0x20) == 'r') {
+    throw UsageError(Quoted(text) + " is no hand: " + kOpponents);
+  }
+  if (!read.error.empty()) throw UsageError(read.error);
+  if (IsHighLow(question.game)) {
+    throw UsageError(Quoted(text) + " is a range: in Hi/Lo the opponents are hands or random");
+  }
+  question.omaha_range = std::move(read.range);
+  question.range_text = pieces;
+}
+
+void ReadOpponents(const std::vector<std::string>& texts, EquityQuestion& question) {
+  for (const std::string& text : texts) {
+    if (IsRandom(Pieces(text))) {
       throw UsageError(
-          fmt::format("{} is {}: {}", Quoted(text), is_range ? "a range" : "no hand", kOpponents));
+          "'random' does not go with other opponents: --players sets how many there are");
+    }
+    if (HandSize(question.game) == 5) {
+      ReadOpponent<5>(text, question);
+    } else {
+      ReadOpponent<4>(text, question);
+    }
+    if (question.omaha_range && texts.size() > 1) {
+      throw UsageError(Quoted(text) +
+                       " is a range, which is the only opponent: commas join its pieces");
     }
   }
-  return ReadHand(text, game);
 }
 
 void ReadHands(const EquityWords& words, EquityQuestion& question) {
@@ -58,9 +84,7 @@ void ReadHands(const EquityWords& words, EquityQuestion& question) {
   question.hand = ReadHand(texts[0], question.game);
   if (texts.size() == 1) throw UsageError(std::string("an opponent is needed: ") + kOpponents);
   if (texts.size() == 2 && IsRandom(Pieces(texts[1]))) return;
-  for (std::size_t i = 1; i < texts.size(); ++i) {
-    question.opponents.push_back(ReadOpponent(texts[i], question.game));
-  }
+  ReadOpponents({texts.begin() + 1, texts.end()}, question);
   if (texts.size() > SharedTally::kMostHands) {
     throw UsageError(fmt::format("{} hands are too many: up to {} can be compared", texts.size(),
                                  SharedTally::kMostHands));
@@ -90,12 +114,41 @@ void CheckHands(const EquityWords& words, const EquityQuestion& question) {
   }
 }
 
-void CheckExactRandom(const EquityWords& words) {
+void CheckExact(const EquityWords& words, const EquityQuestion& question) {
   const char* option = SamplingOption(words);
   if (option == nullptr) return;
-  throw UsageError(fmt::format(
-      "{} does not go with {}", option,
-      words.exact ? "--exact" : "'random' on a board, where one random hand is counted exactly"));
+  std::string other = "--exact";
+  if (!words.exact && question.board.empty()) {
+    other = "--to " + *words.to + ", where a range is counted exactly";
+  } else if (!words.exact) {
+    other = question.HasRange() ? "a range on a board, where it is counted exactly"
+                                : "'random' on a board, where one random hand is counted exactly";
+  }
+  throw UsageError(fmt::format("{} does not go with {}", option, other));
+}
+
+bool IsBlocked(const EquityQuestion& question) {
+  std::vector<int> known = question.hand;
+  known.insert(known.end(), question.board.begin(), question.board.end());
+  known.insert(known.end(), question.dead.begin(), question.dead.end());
+  return std::visit(
+      [&known](const auto& range) {
+        std::decay_t<decltype(range)> left;
+        range.Exclude(known, left);
+        return left.Empty();
+      },
+      *question.omaha_range);
+}
+
+// To an earlier street than the river the count is fast from the start, too.
+void CheckRange(const EquityWords& words, EquityQuestion& question) {
+  if (words.players) {
+    throw UsageError("--players goes with the opponent 'random' only: a range is one player's");
+  }
+  question.exact = words.exact || !question.board.empty() || question.street != Street::kRiver;
+  if (question.exact) CheckExact(words, question);
+  // A range of which nothing is left cannot be sampled, and has not to be.
+  question.exact = question.exact || IsBlocked(question);
 }
 
 void CheckSampled(const EquityWords& words, const EquityQuestion& question) {
@@ -116,7 +169,7 @@ void CheckSampled(const EquityWords& words, const EquityQuestion& question) {
 void CheckOmahaOptions(const EquityWords& words, const EquityQuestion&) {
   const char* option = words.by_class ? "--by-class" : words.svg ? "--svg" : nullptr;
   if (option == nullptr) return;
-  throw UsageError(fmt::format("{} goes with holdem and shortdeck only: {}", option, kOpponents));
+  throw UsageError(fmt::format("{} goes with holdem and shortdeck only", option));
 }
 
 void ReadOmahaQuestion(const EquityWords& words, EquityQuestion& question) {
@@ -126,12 +179,14 @@ void ReadOmahaQuestion(const EquityWords& words, EquityQuestion& question) {
   ReadNumbers(words, question);
   CheckDeckSuffices(question);
   const bool one_random = question.opponents.empty() && question.players == 2;
-  if (!question.opponents.empty()) {
+  if (question.omaha_range) {
+    CheckRange(words, question);
+  } else if (!question.opponents.empty()) {
     question.exact = true;
     CheckHands(words, question);
   } else if (one_random && (words.exact || !question.board.empty())) {
     question.exact = true;
-    CheckExactRandom(words);
+    CheckExact(words, question);
   } else {
     CheckSampled(words, question);
   }

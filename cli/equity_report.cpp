@@ -66,7 +66,7 @@ std::string Situation(const EquityQuestion& question, const Colours& colours) {
 }
 
 std::string OpponentText(const EquityQuestion& question, const Colours& colours) {
-  if (question.range) return question.range_text;
+  if (question.HasRange()) return question.range_text;
   std::string hands;
   for (const std::vector<int>& hand : question.opponents) {
     hands += (hands.empty() ? "" : " and ") + colours.Cards(hand);
@@ -92,7 +92,7 @@ std::vector<Row> Rows(const EquityQuestion& question, const EquityAnswer& answer
   };
   std::vector<Row> rows = {hand_row(question.hand, answer)};
   if (question.exact && question.opponents.empty()) {
-    const std::string name = question.range ? "range" : "random";
+    const std::string name = question.HasRange() ? "range" : "random";
     rows.push_back(RowOf(name, name.size(), answer.opponents[0], answer.cases));
   }
   for (std::size_t i = 0; i < question.opponents.size(); ++i) {
@@ -142,6 +142,18 @@ std::string CasesText(const EquityQuestion& question, const EquityAnswer& answer
   return answer.cases == 1 ? "board" : "boards";
 }
 
+// How much of a range of Omaha takes part.
+std::string RangeText(const EquityAnswer& answer) {
+  if (answer.range_hands == 0) return "";
+  std::string text = fmt::format("{} of {} hands of the range are left beside the known cards.\n",
+                                 Grouped(answer.range_left), Grouped(answer.range_hands));
+  if (answer.blocked_boards > 0) {
+    text += fmt::format("Boards to come that leave none of them, and are not counted: {}.\n",
+                        Grouped(answer.blocked_boards));
+  }
+  return text;
+}
+
 // What was counted, how and how fast, and what the figures mean.
 std::string Footer(const EquityQuestion& question, const EquityAnswer& answer) {
   const std::string time = DurationText(answer.elapsed);
@@ -160,6 +172,7 @@ std::string Footer(const EquityQuestion& question, const EquityAnswer& answer) {
   if (answer.interrupted) {
     text += fmt::format("Stopped early: {} trials were asked for.\n", Grouped(question.trials));
   }
+  text += RangeText(answer);
   const bool two = question.players == 2 && question.opponents.size() < 2;
   if (IsHighLow(question.game)) {
     return text +
@@ -180,7 +193,7 @@ void AddOpponents(const EquityQuestion& question, Json& json) {
   if (question.opponents.size() == 1) {
     json["opponent"] = CardsJson(question.opponents[0]);
   } else if (question.opponents.empty()) {
-    json["opponent"] = question.range ? question.range_text : "random";
+    json["opponent"] = question.HasRange() ? question.range_text : "random";
   } else {
     for (const std::vector<int>& hand : question.opponents) {
       json["opponents"].push_back(CardsJson(hand));
@@ -214,7 +227,10 @@ std::string EquityPage(const EquityQuestion& question, const EquityAnswer& answe
                                   Situation(question, colours));
   if (!question.dead.empty()) title += fmt::format(", {} dead", colours.Cards(question.dead));
   title += "\n\n";
-  if (answer.cases == 0) return title + "No holding of the range is left beside the known cards.\n";
+  if (answer.cases == 0) {
+    return fmt::format("{}No {} of the range is left beside the known cards.\n", title,
+                       question.omaha_range ? "hand" : "holding");
+  }
   return fmt::format("{}{}\n{}", title,
                      Table(question.game, Rows(question, answer, colours), answer.cases, colours),
                      Footer(question, answer));
@@ -271,13 +287,16 @@ Json ClassJson(const std::vector<ClassAnswer>& answers) {
 std::string EquityLine(const EquityQuestion& question, const EquityAnswer& answer) {
   std::string line = CardsText(question.hand);
   for (const std::vector<int>& hand : question.opponents) line += " " + CardsText(hand);
-  if (question.opponents.empty()) line += " " + (question.range ? question.range_text : "random");
+  if (question.opponents.empty())
+    line += " " + (question.HasRange() ? question.range_text : "random");
   if (question.game != Game::kHoldem) line += fmt::format(" --game {}", NameOf(question.game));
   if (!question.board.empty()) line += " --board " + CardsText(question.board);
   if (!question.dead.empty()) line += " --dead " + CardsText(question.dead);
   if (question.street != Street::kRiver) line += fmt::format(" --to {}", StreetName(question));
   if (question.players != 2) line += fmt::format(" --players {}", question.players);
-  if (answer.cases == 0) return line + " no holding left\n";
+  if (answer.cases == 0) {
+    return line + (question.omaha_range ? " no hand left\n" : " no holding left\n");
+  }
   fmt::format_to(std::back_inserter(line), " equity {:.6f} wins {} ties {} losses {} of {}",
                  answer.equity, answer.wins, answer.ties, answer.Losses(), answer.cases);
   if (question.exact) {
@@ -286,6 +305,10 @@ std::string EquityLine(const EquityQuestion& question, const EquityAnswer& answe
     line += fmt::format(" trials sampled standard_error {:.6f}", answer.standard_error);
   }
   if (IsHighLow(question.game)) line += fmt::format(" low {:.6f}", answer.low);
+  if (question.omaha_range) {
+    line += fmt::format(" range_left {} of {}", answer.range_left, answer.range_hands);
+    if (question.exact) line += fmt::format(" blocked_boards {}", answer.blocked_boards);
+  }
   if (question.opponents.size() > 1) {
     line += " opponents";
     for (const HandAnswer& hand : answer.opponents) line += fmt::format(" {:.6f}", hand.equity);
@@ -306,8 +329,13 @@ Json EquityJson(const EquityQuestion& question, const EquityAnswer& answer) {
   json["wins"] = answer.wins;
   json["ties"] = answer.ties;
   json["cases"] = answer.cases;
+  if (question.omaha_range) {
+    json["range_hands"] = answer.range_hands;
+    json["range_left"] = answer.range_left;
+  }
   if (question.exact) {
     json["method"] = "exact";
+    if (question.omaha_range) json["blocked_boards"] = answer.blocked_boards;
   } else {
     json["method"] = "sampled";
     json["standard_error"] = answer.standard_error;

@@ -9,8 +9,10 @@
 #include "equity/kernels/hole_cards.h"
 #include "equity/kernels/omaha_cliques.h"
 #include "equity/kernels/omaha_matchup.h"
+#include "equity/kernels/omaha_range.h"
 #include "equity/shares.h"
 #include "equity/stopwatch.h"
+#include "pokermath/omaha_ranges.h"
 #include "pokermath/poker_logic.h"
 
 namespace pokermath {
@@ -85,6 +87,21 @@ Tally OmahaHandVsRandom(std::span<const int> hand, std::span<const int> board, S
   if (!CanFaceAll(hand, board, street)) return {};
   return CountOmahaAgainstAll(BestIsa(), hand, board, street, dead, go_on);
 }
+
+template <int cards>
+Tally OmahaHandVsRange(std::span<const int> hand, const OmahaSpec<cards>& range,
+                       std::span<const int> board, Street street, std::span<const int> dead,
+                       const std::function<bool(std::int64_t, std::int64_t)>& go_on) {
+  if (hand.size() != static_cast<std::size_t>(cards) || !CanFaceAll(hand, board, street)) return {};
+  return OmahaRangeContest<cards>(hand, range.Hands(), board, street, dead).Count(BestIsa(), go_on);
+}
+
+template Tally OmahaHandVsRange<4>(std::span<const int>, const OmahaSpec<4>&, std::span<const int>,
+                                   Street, std::span<const int>,
+                                   const std::function<bool(std::int64_t, std::int64_t)>&);
+template Tally OmahaHandVsRange<5>(std::span<const int>, const OmahaSpec<5>&, std::span<const int>,
+                                   Street, std::span<const int>,
+                                   const std::function<bool(std::int64_t, std::int64_t)>&);
 
 HighLowTally OmahaHighLowHands(std::span<const int> cards, int hand_size,
                                std::span<const int> board, std::span<const int> dead) {

@@ -44,6 +44,8 @@ class OmahaPairValues {
     if (card1 / 13 != suit_ || card2 / 13 != suit_) return plain;
     return std::max(plain, FlushOf(card1 % 13, card2 % 13));
   }
+  /// The suit of which there are three board cards and more, or -1.
+  int suit() const { return suit_; }
   /// The best pair of a hand.
   int Best(std::span<const int> hand) const { return BestPair(*this, hand); }
 

@@ -3,7 +3,11 @@
 #ifndef POKERMATH_RANGES_OMAHA_CLASSES_H_
 #define POKERMATH_RANGES_OMAHA_CLASSES_H_
 
+#include <algorithm>
 #include <array>
+#include <bit>
+#include <cstddef>
+#include <functional>
 #include <span>
 #include <vector>
 
@@ -28,6 +32,22 @@ int HandsOf(const OmahaClass& hands);
 
 /// The first hand of the class as card codes, high ranks first and then spades first.
 std::vector<int> CardsOf(const OmahaClass& hands);
+
+/// Calls `visit` with the card codes of every hand of a class of so many cards.
+template <std::size_t cards, typename Visit>
+void ForEachHandOf(const OmahaClass& hands, const Visit& visit) {
+  std::array<RankSet, 4> suits = hands.suits;
+  do {
+    std::array<int, cards> hand{};
+    auto next = hand.begin();
+    for (std::size_t suit = 4; suit-- > 0;) {
+      for (unsigned ranks = suits[suit]; ranks != 0; ranks &= ranks - 1) {
+        *next++ = 13 * (3 - static_cast<int>(suit)) + std::countr_zero(ranks);
+      }
+    }
+    visit(hand);
+  } while (std::ranges::next_permutation(suits, std::greater()).found);
+}
 
 /// Whether the first hand of one class comes before that of another.
 bool ComesBefore(const OmahaClass& hands, const OmahaClass& others);

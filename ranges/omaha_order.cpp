@@ -42,19 +42,6 @@ const Strengths& StrengthsOf() {
   return strengths;
 }
 
-// The hand that has these ranks, spades first.
-template <int cards>
-typename OmahaSpec<cards>::Hand HandOf(const std::array<RankSet, 4>& suits) {
-  typename OmahaSpec<cards>::Hand hand{};
-  auto next = hand.begin();
-  for (std::size_t suit = 4; suit-- > 0;) {
-    for (unsigned ranks = suits[suit]; ranks != 0; ranks &= ranks - 1) {
-      *next++ = 13 * (3 - static_cast<int>(suit)) + std::countr_zero(ranks);
-    }
-  }
-  return hand;
-}
-
 template <int cards>
 double PercentileOf(std::span<const int> hand) {
   const auto& [classes, within, strongest] = StrengthsOf<cards>();
@@ -108,10 +95,7 @@ void OmahaSpec<cards>::AddPercent(double from, double to) {
   };
   for (std::size_t i = 0; i < strengths.classes.size(); ++i) {
     if (!is_within(strengths.within[i], to) || is_within(strengths.within[i], from)) continue;
-    std::array<RankSet, 4> suits = strengths.classes[i].suits;
-    do {
-      Insert(HandOf<cards>(suits));
-    } while (std::ranges::next_permutation(suits, std::greater()).found);
+    ForEachHandOf<cards>(strengths.classes[i], [this](const Hand& hand) { Insert(hand); });
   }
 }
 

@@ -3,7 +3,9 @@
 #include <bit>
 
 #include "pokermath/omaha_ranges.h"
+#include "ranges/omaha_bits.h"
 #include "ranges/omaha_numbers.h"
+#include "ranges/omaha_pattern.h"
 
 namespace pokermath {
 namespace {
@@ -77,13 +79,15 @@ void OmahaSpec<cards>::Subtract(const OmahaSpec& other) {
 
 template <int cards>
 void OmahaSpec<cards>::Exclude(const std::vector<int>& dead, OmahaSpec& out) const {
-  std::uint64_t dead_cards = 0;
-  for (const int card : dead) dead_cards |= std::uint64_t{1} << card;
-  for (const Hand& hand : Hands()) {
-    std::uint64_t hand_cards = 0;
-    for (const int card : hand) hand_cards |= std::uint64_t{1} << card;
-    if ((hand_cards & dead_cards) == 0) out.Insert(hand);
+  std::array<std::uint64_t, cards> live;
+  live.fill((std::uint64_t{1} << 52) - 1);
+  for (const int card : dead) {
+    for (std::uint64_t& cards_left : live) cards_left &= ~(std::uint64_t{1} << card);
   }
+  WalkPattern<cards, false>(live, [&](int number, std::uint64_t row) {
+    OmahaBits::AddRow(out.bits_, number, OmahaBits::Common(bits_, number, row));
+    return true;
+  });
 }
 
 template <int cards>

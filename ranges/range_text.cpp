@@ -5,19 +5,16 @@
 // a dash and a second class behind it. Whatever is left over is an error, never ignored.
 
 #include <algorithm>
-#include <charconv>
 #include <iterator>
 #include <optional>
 
-#include "platform/text.h"
 #include "ranges/hand_classes.h"
 #include "ranges/percent_ranges.h"
+#include "ranges/text_pieces.h"
 
 namespace pokermath {
 namespace {
 
-constexpr std::string_view kRankLetters = "23456789TJQKA";
-constexpr std::string_view kSeparators = " ,;\t\r\n";
 constexpr std::string_view kExpected =
     "a class (AA, AKs, AKo, AK), a class with + (TT+, A9s+), a run (JJ-88, A9s-A5s), a holding "
     "(AhKd), a percentage (15%) or random";
@@ -30,28 +27,15 @@ struct HandClass {
   Kind kind;
 };
 
-// What is wrong with a piece: where in it, and what was expected there.
-struct Fault {
-  std::size_t position;
-  std::string expected;
-};
-
-char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-bool EqualsIgnoringCase(std::string_view text, std::string_view lower) {
-  return std::equal(text.begin(), text.end(), lower.begin(), lower.end(),
-                    [](char a, char b) { return Lower(a) == b; });
-}
-
-class PieceReader {
+class PieceReader : PieceCursor {
  public:
   PieceReader(std::string_view piece, const RangeOptions& options, Spec& range)
-      : piece_(piece), options_(options), range_(range) {}
+      : PieceCursor(piece), options_(options), range_(range) {}
 
   // Adds what the piece says to the range, or says what is wrong and adds nothing.
   std::optional<Fault> Read() {
-    if (EqualsIgnoringCase(piece_, "random")) return AddAll();
-    if (piece_.find('%') != piece_.npos) return ReadPercent();
+    if (EqualsIgnoringCase(Piece(), "random")) return AddAll();
+    if (Piece().find('%') != Piece().npos) return ReadPercentage();
     const std::optional<int> first = ReadRank();
     if (!first) return Fault{0, std::string(kExpected)};
     if (ReadSuit()) return ReadHolding();
@@ -59,46 +43,10 @@ class PieceReader {
   }
 
  private:
-  bool AtEnd() const { return place_ == piece_.size(); }
-  bool Skip(char c) {
-    if (AtEnd() || Lower(piece_[place_]) != c) return false;
-    ++place_;
-    return true;
-  }
-  Fault Here(std::string expected) const { return {place_, std::move(expected)}; }
-
-  std::optional<int> ReadRank() {
-    if (piece_.substr(place_).starts_with("10")) {
-      place_ += 2;
-      return 8;
-    }
-    if (AtEnd()) return std::nullopt;
-    const char letter = Lower(piece_[place_]);
-    for (std::size_t rank = 0; rank < kRankLetters.size(); ++rank) {
-      if (Lower(kRankLetters[rank]) != letter) continue;
-      ++place_;
-      return static_cast<int>(rank);
-    }
-    return std::nullopt;
-  }
-
-  bool ReadSuit() {
-    constexpr std::string_view kSuits = "cdhs";
-    if (AtEnd() || kSuits.find(Lower(piece_[place_])) == kSuits.npos) return false;
-    ++place_;
-    return true;
-  }
-
-  std::optional<Fault> ReadPercent() {
-    double percent = 0;
-    const char* end = piece_.data() + piece_.size();
-    const auto [stop, error] =
-        std::from_chars(piece_.data(), end, percent, std::chars_format::fixed);
-    if (error != std::errc{} || stop + 1 != end || *stop != '%' ||
-        !(percent > 0 && percent <= 100)) {
-      return Fault{0, "a percentage above 0 and up to 100, like 15%"};
-    }
-    return AddPercent(percent);
+  std::optional<Fault> ReadPercentage() {
+    const std::optional<double> percent = ReadPercent();
+    if (!percent || !AtEnd()) return Fault{0, "a percentage above 0 and up to 100, like 15%"};
+    return AddPercent(*percent);
   }
 
   // The last range whose key is no greater, or the first.
@@ -121,7 +69,7 @@ class PieceReader {
   }
 
   std::optional<Fault> ReadHolding() {
-    const CardsResult read = ParseCards(piece_);
+    const CardsResult read = ParseCards(Piece());
     if (!read.error.empty()) return Fault{0, "two cards, like AhKd (" + read.error + ")"};
     if (read.cards.size() != 2) return Fault{0, "two cards, like AhKd"};
     const auto [low, high] = std::minmax({read.cards[0], read.cards[1]});
@@ -144,7 +92,7 @@ class PieceReader {
     if (AtEnd()) return AddRun(*from, *from);
     if (Skip('+')) return AtEnd() ? AddRun(Top(*from), *from) : Here("nothing behind the +");
     if (!Skip('-')) return Here(EndOfClass(*from));
-    const std::size_t second_place = place_;
+    const std::size_t second_place = Place();
     const std::optional<int> second = ReadRank();
     const std::optional<HandClass> to = second ? ReadClass(*second) : std::nullopt;
     if (!to) return Here("the other end of the run, like JJ-88 or A9s-A5s");
@@ -173,9 +121,10 @@ class PieceReader {
 
   std::string EndOfClass(const HandClass& from) const {
     if (from.kind == Kind::kPair) return "+, - or the end behind a pair";
-    const char last = Lower(piece_[place_ - 1]);
-    return last == 's' || last == 'o' ? "+, - or the end behind a class"
-                                      : "s, o, +, - or the end behind two ranks";
+    const char last = Piece()[Place() - 1];
+    return std::string_view("sSoO").find(last) != std::string_view::npos
+               ? "+, - or the end behind a class"
+               : "s, o, +, - or the end behind two ranks";
   }
 
   // The best class of the same high card and kind.
@@ -201,42 +150,18 @@ class PieceReader {
     return Fault{position, "ranks of the short deck, 6 to A"};
   }
 
-  std::string_view piece_;
   const RangeOptions& options_;
   Spec& range_;
-  std::size_t place_ = 0;
 };
-
-// A piece as an error quotes it: on one line, valid and short.
-std::string Quoted(std::string_view piece) {
-  constexpr std::size_t kLongest = 40;
-  std::wstring text = OnOneLine(FromUtf8(piece.substr(0, 4 * kLongest + 4)));
-  const bool cut = text.size() > kLongest;
-  if (cut) text.resize(kLongest);
-  std::string quoted = "'";
-  quoted += ToUtf8(text);
-  quoted += cut ? "...'" : "'";
-  return quoted;
-}
 
 }  // namespace
 
 RangeResult ParseRange(std::string_view text, const RangeOptions& options) {
   RangeResult result;
-  std::size_t place = text.find_first_not_of(kSeparators);
-  while (place != text.npos) {
-    const std::size_t end = std::min(text.find_first_of(kSeparators, place), text.size());
-    const std::string_view piece = text.substr(place, end - place);
-    if (const std::optional<Fault> fault = PieceReader(piece, options, result.range).Read()) {
-      result.range = Spec();
-      result.position = place + fault->position;
-      result.error = Quoted(piece);
-      result.error += " at position " + std::to_string(result.position + 1) + ": expected ";
-      result.error += fault->expected;
-      return result;
-    }
-    place = text.find_first_not_of(kSeparators, end);
-  }
+  const std::optional<TextError> error = ReadPieces(text, [&](std::string_view piece) {
+    return PieceReader(piece, options, result.range).Read();
+  });
+  if (error) result = {Spec(), error->message, error->position};
   return result;
 }
 

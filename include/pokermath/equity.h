@@ -14,6 +14,10 @@
 #include "pokermath/text.h"
 
 class Spec;
+namespace pokermath {
+template <int cards>
+class OmahaSpec;
+}
 
 // --- short deck: 36 cards, six to ace; a flush beats a full house, three of a kind a straight ---
 //
@@ -257,7 +261,37 @@ OmahaHandVsRandom(std::span<const int> hand, std::span<const int> board = {},
                   Street street = Street::kRiver, std::span<const int> dead = {},
                   const std::function<bool(std::int64_t done, std::int64_t all)>& go_on = {});
 
-/// The same two counts for Omaha Hi/Lo.
+/// Exact Omaha count of a hand against every hand of a range, over every board that the known cards
+/// leave. A case is a board and a hand of the range that share no card with each other or the known
+/// cards.
+///
+/// @param hand   as many card codes as the hands of the range have
+/// @param range  its hands weigh the same
+/// @param board  0, 3, 4 or 5 known board cards, no more than the street has
+/// @param street the river, or the turn or the flop for boards of so many cards
+/// @param dead   cards that nobody holds and that cannot come
+/// @param go_on  called now and then with the boards done and all boards; returning false stops
+/// @return the count; no cases if it was stopped, if the range is wholly blocked, if the board is
+///         longer than the street, for a hand of another size, or if too few cards are left. Cards
+///         are not checked: all must be different.
+///
+/// For a tenth of all hands of four 0.1 ms on a river or a turn, 1 ms on a flop, 10 ms from the
+/// start to the flop and 1.5 s to the river; of five, which are ten times as many, 1, 4, 60 ms and
+/// 8 s. Thread-safe.
+template <int cards>
+POKERMATH_EXPORT Tally OmahaHandVsRange(
+    std::span<const int> hand, const OmahaSpec<cards>& range, std::span<const int> board = {},
+    Street street = Street::kRiver, std::span<const int> dead = {},
+    const std::function<bool(std::int64_t done, std::int64_t all)>& go_on = {});
+
+extern template Tally OmahaHandVsRange<4>(std::span<const int>, const OmahaSpec<4>&,
+                                          std::span<const int>, Street, std::span<const int>,
+                                          const std::function<bool(std::int64_t, std::int64_t)>&);
+extern template Tally OmahaHandVsRange<5>(std::span<const int>, const OmahaSpec<5>&,
+                                          std::span<const int>, Street, std::span<const int>,
+                                          const std::function<bool(std::int64_t, std::int64_t)>&);
+
+/// OmahaHands and OmahaHandVsRandom for Omaha Hi/Lo.
 POKERMATH_EXPORT HighLowTally OmahaHighLowHands(std::span<const int> cards, int hand_size,
                                                 std::span<const int> board = {},
                                                 std::span<const int> dead = {});

@@ -18,6 +18,8 @@
 
 namespace pokermath {
 
+class OmahaBits;
+
 /// A set of Omaha hands of so many cards (4 or 5), each hand once, whatever the order of its cards.
 ///
 /// One bit for each of the 270,725 or 2,598,960 hands: 34 KB or 325 KB, copied in microseconds. The
@@ -76,6 +78,8 @@ class POKERMATH_EXPORT OmahaSpec {
   CString MakeString() const;
 
  private:
+  friend class OmahaBits;
+
   std::vector<std::uint64_t> bits_;
 };
 

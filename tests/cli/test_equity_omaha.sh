@@ -113,6 +113,57 @@ expect_code 0
 has "$asked" "$out" "against 8 random hands, five-card Omaha, before the flop"
 has "$asked" "$out" "So many trials were possible in 30 ms."
 
+# A range is all of its hands; those that share a known card are left out.
+hands=(JsTs9c8c 7h7d6h6d QsQdJhJd)
+for options in "" "--board 2c3d4h" "--board 2c3d4h5s --dead 9h" "--board AsKs7c8h9d"; do
+  # shellcheck disable=SC2086
+  run equity - --game omaha $options < <(printf 'AhAdKhKd %s\n' "${hands[@]}")
+  sums=$(sed -E '/^error/d; s/.* wins ([0-9]+) ties ([0-9]+) losses [0-9]+ of ([0-9]+) .*/\1 \2 \3/' <<<"$out" |
+    awk '{ w += $1; t += $2; c += $3 } END { print "\"wins\":" w ",\"ties\":" t ",\"cases\":" c "," }')
+  # shellcheck disable=SC2086
+  run equity AhAdKhKd JsTs9c8c,7h7d6h6d,QsQdJhJd,KdQsJh9s --game omaha $options --exact --json
+  expect_code 0
+  has "$asked" "$out" "$sums"
+  has "$asked" "$out" '"range_hands":4,"range_left":'
+done
+run equity AhAdKhKd KsKcxx --game omaha --dead Ks --json
+expect_code 0
+has "$asked" "$out" '"opponent":"KsKcxx","board":[],"dead":["Ks"],"to":"river","players":2,"equity":null,'
+has "$asked" "$out" '"cases":0,"range_hands":1225,"range_left":0,"method":"exact"'
+run equity - --game omaha <<<'AhAdKhKd KsKcxx --board 2cKc3d'
+has "a range that is left out" "$out" "AhAdKhKd KsKcxx --game omaha --board 2cKc3d no hand left"
+
+# Before the flop a range is sampled unless it is compared on the flop or the turn, or counted.
+for game in omaha omaha5; do
+  hero=AhAdKhQd words=AsAcxx
+  [[ $game == omaha5 ]] && hero+=Jc words+=x
+  run equity $hero $words --game $game --exact --json
+  expect_code 0
+  exact=$(value equity)
+  run equity $hero $words --game $game --json --seed 3
+  has "$asked" "$out" '"cases":1000000,'
+  has "$asked" "$out" '"method":"sampled",'
+  same "a sampled range within five standard errors" 1 "$(awk -v a="$exact" -v b="$(value equity)" \
+    -v e="$(value standard_error)" 'BEGIN { d = (a - b) / e; print d * d < 25 && e < 0.001 }')"
+done
+run equity AhAdKhKd AsAcKsKc,AsAcKsQd --game omaha --to flop
+same "$asked" "$(without_time "$out")" "\
+AhAdKhKd against AsAcKsKc,AsAcKsQd, Omaha, over all flops
+
+               equity         wins alone               ties             losses
+AhAdKhKd     51.527 %    1,502    5.67 %   24,293   91.71 %      693    2.62 %
+range        48.473 %      693    2.62 %   24,293   91.71 %    1,502    5.67 %
+
+26,488 cases of board and opponent's hand, exact, T.
+2 of 2 hands of the range are left beside the known cards.
+Boards to come that leave none of them, and are not counted: 3,149.
+Equity is the share of the pot: a tie counts one half."
+run equity - --game omaha <<<'AhAdKhKd AsAcKsKc,AsAcKsQd --to flop'
+has "lines" "$out" "of 26488 cases of board and opponent's hand exact range_left 2 of 2 blocked_boards 3149"
+run equity AhAdKhKd 10% --game omaha --board As7c2d
+expect_code 0
+has "$asked" "$out" "hands of the range are left beside the known cards."
+
 # Ctrl-C leaves nothing of an exact count.
 out=$(timeout --preserve-status -s INT 0.3 "$POKERMATH" equity AhKdQcJsTs random --exact \
   --game omaha5 2>&1)
@@ -124,9 +175,17 @@ refuse() { refuses 2 "$1" equity "${@:2}" --game omaha; }
 refuse "'AhKd' has 2 cards: a hand of omaha has 4" AhKd random
 refuse "'AhKdQcJsTs' has 5 cards: a hand of omaha has 4" AhKdQcJsTs random
 refuse "'7s7c' has 2 cards: a hand of omaha has 4" AhKdQcJs 7s7c
-refuse "'Xh' is not a card" AhKdQcJs 7s7c8dXh
-refuse "an opponent is needed: an Omaha opponent is a hand or the word random" AhKd QcJs
-refuse "'15%' is a range: an Omaha opponent is a hand or the word random" AhKdQcJs 15%
+refuse "'Zh' is not a card" AhKdQcZh 7s7c8d8c
+refuse "'7s7c8dZh' at position 7: expected a rank" AhKdQcJs 7s7c8dZh
+refuse "'7s7c8d8c9h9d' has 6 cards: a hand of omaha has 4" AhKdQcJs 7s7c8d8c9h9d
+refuse "an opponent is needed: an Omaha opponent is a hand, a range or the word random" AhKd QcJs
+refuse "'AAxx' is a range, which is the only opponent: commas join its pieces" AhKdQcJs AAxx KKxx
+refuse "'AAxx' is a range, which is the only opponent" AhKdQcJs 7s7c8d8c AAxx
+refuses 2 "'AAxx' is a range: in Hi/Lo" equity AhKdQcJs AAxx --game omaha-hilo
+refuse "--players goes with the opponent 'random' only: a range is" AhKdQcJs AAxx --players 2
+refuse "--trials does not go with a range on a board" AhKdQcJs AAxx --board 2c3c4c --trials 5
+refuse "--seed does not go with --to flop" AhKdQcJs AAxx --to flop --seed 5
+refuse "--time-ms does not go with --exact" AhKdQcJs AAxx --exact --time-ms 5
 refuse "'rand' is no hand: an Omaha opponent is" AhKdQcJs rand
 refuse "'random' does not go with other opponents" AhKdQcJs 7s7c8d8c random
 refuse "Ah is given twice" AhKdQcJs AhKc8d8c

@@ -1,0 +1,168 @@
+// Text of an Omaha range: the shortest of several ways to say it.
+//
+// A range is said as a base with patterns added to it and others taken off: the base is nothing,
+// every hand, or the run of the strength order that fits best. Cards that no hand holds may be dead
+// ones: then hands with them are of no account while patterns are sought, and go at the end.
+
+#include <algorithm>
+#include <optional>
+
+#include "ranges/omaha_cover.h"
+#include "ranges/omaha_strength_run.h"
+
+namespace pokermath {
+namespace {
+
+// Fewer hands are better said by patterns than by a percentage.
+constexpr int kFewHands = 500;
+
+template <int cards>
+class OmahaWriter {
+ public:
+  explicit OmahaWriter(const OmahaSpec<cards>& range) : range_(range) {}
+
+  std::string Write() {
+    if (range_.Empty()) return "";
+    OmahaSpec<cards> all;
+    all.MakeRandom();
+    if (range_ == all) return "random";
+    const std::vector<int> dead = DeadCards();
+    const OmahaSpec<cards> no_dead;
+    const OmahaSpec<cards> with_dead = HandsWith(dead);
+    const std::string dead_text = DeadText(dead);
+    if (range_.Count() > kFewHands) {
+      runs_ = FindStrengthRuns(range_, with_dead);
+      for (const StrengthRun<cards>& run : runs_) {
+        if (IsSame(run.hands, with_dead)) return run.text + dead_text;
+      }
+    }
+    TryBases(no_dead, "");
+    if (!dead.empty()) TryBases(with_dead, dead_text);
+    return *best_;
+  }
+
+ private:
+  // Cards that no hand holds while some hand holds another of their rank; nothing if they are many,
+  // because then the range is narrow rather than short of cards.
+  std::vector<int> DeadCards() const {
+    constexpr std::size_t kMost = 10;
+    std::array<bool, 52> held{};
+    for (int card = 0; card < 52; ++card) held[static_cast<std::size_t>(card)] = Holds(card);
+    std::vector<int> dead;
+    for (std::size_t card = 0; card < 52; ++card) {
+      const std::size_t rank = card % 13;
+      const bool rank_held = held[rank] || held[rank + 13] || held[rank + 26] || held[rank + 39];
+      if (rank_held && !held[card]) dead.push_back(static_cast<int>(card));
+    }
+    if (dead.size() > kMost) dead.clear();
+    return dead;
+  }
+
+  static OmahaPattern<cards> PatternWith(int card) {
+    OmahaPattern<cards> pattern{};
+    pattern[0] = {static_cast<RankSet>(1U << card % 13), card / 13};
+    return pattern;
+  }
+
+  // Whether any hand of the range holds a card.
+  bool Holds(int card) const {
+    return !WalkPattern<cards, false>(
+        CardsOf<cards>(PatternWith(card)), [this](int number, std::uint64_t row) {
+          return OmahaBits::Common(OmahaBits::Of(range_), number, row) == 0;
+        });
+  }
+
+  static OmahaSpec<cards> HandsWith(const std::vector<int>& any_of) {
+    OmahaSpec<cards> hands;
+    for (const int card : any_of) {
+      WalkPattern<cards, false>(CardsOf<cards>(PatternWith(card)),
+                                [&](int number, std::uint64_t row) {
+                                  OmahaBits::AddRow(OmahaBits::Of(hands), number, row);
+                                  return true;
+                                });
+    }
+    return hands;
+  }
+
+  bool IsSame(OmahaSpec<cards> hands, const OmahaSpec<cards>& free) const {
+    hands.Subtract(free);
+    return hands == range_;
+  }
+
+  // "!Ahxxx![T-K]cxxx".
+  static std::string DeadText(const std::vector<int>& dead) {
+    std::string text;
+    for (int suit = 3; suit >= 0; --suit) {
+      OmahaPiece<cards> piece;
+      piece.pattern[0] = {0, suit};
+      RankSet& ranks = piece.pattern[0].ranks;
+      for (const int card : dead) {
+        if (card / 13 == suit) ranks = static_cast<RankSet>(ranks | 1U << card % 13);
+      }
+      if (ranks != 0) text += "!" + piece.Text(Exclusions::kNone);
+    }
+    return text;
+  }
+
+  // Hands that are free are of no account; what takes them off comes at the end.
+  void TryBases(const OmahaSpec<cards>& free, const std::string& off) {
+    for (const StrengthRun<cards>& run : runs_) Try(run.text, run.hands, free, off);
+    Try("", OmahaSpec<cards>(), free, off);
+    if (2 * (range_.Count() + free.Count()) < OmahaSpec<cards>::kAllHands) return;
+    OmahaSpec<cards> all;
+    all.MakeRandom();
+    Try("random", all, free, off);
+  }
+
+  // Keeps the text if it is shorter than the best so far.
+  void Try(std::string text, const OmahaSpec<cards>& base, const OmahaSpec<cards>& free,
+           const std::string& off) {
+    OmahaSpec<cards> more = range_;
+    more.Subtract(base);
+    OmahaSpec<cards> allowed = range_;
+    allowed.Unite(free);
+    OmahaSpec<cards> less = base;
+    less.Subtract(allowed);
+    OmahaSpec<cards> forbidden;
+    forbidden.MakeRandom();
+    forbidden.Subtract(range_);
+
+    const auto longest = [&] { return Longest(text.size() + off.size()); };
+    const auto taken_off = CoverOmaha(less, forbidden, Exclusions::kNone, longest());
+    if (!taken_off) return;
+    for (const std::string& piece : *taken_off) text += "!" + piece;
+    const auto added = CoverOmaha(more, allowed, Exclusions::kAllowed, longest());
+    if (!added) return;
+    for (const std::string& piece : *added) {
+      if (!text.empty()) text += ',';
+      text += piece;
+    }
+    const bool one_piece = text.find(',') == text.npos;
+    if (!off.empty()) text += (one_piece ? "" : ",") + off;
+    if (best_ && text.size() >= best_->size()) return;
+    best_ = std::move(text);
+  }
+
+  // What is left for text before it is no shorter than the best.
+  std::size_t Longest(std::size_t size) const {
+    if (!best_) return std::string::npos;
+    return best_->size() > size ? best_->size() - size : 0;
+  }
+
+  const OmahaSpec<cards>& range_;
+  std::vector<StrengthRun<cards>> runs_;
+  std::optional<std::string> best_;
+};
+
+}  // namespace
+
+template <int cards>
+CString OmahaSpec<cards>::MakeString() const {
+  const std::string text = OmahaWriter<cards>(*this).Write();
+  return CString(text.begin(), text.end());
+}
+
+template CString OmahaSpec<4>::MakeString() const;
+template CString OmahaSpec<5>::MakeString() const;
+
+}  // namespace pokermath

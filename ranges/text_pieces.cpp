@@ -1,0 +1,80 @@
+#include "ranges/text_pieces.h"
+
+#include <charconv>
+
+#include "platform/text.h"
+
+namespace pokermath {
+namespace {
+
+char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+// A piece as an error quotes it: on one line, valid and short.
+std::string Quoted(std::string_view piece) {
+  constexpr std::size_t kLongest = 40;
+  std::wstring text = OnOneLine(FromUtf8(piece.substr(0, 4 * kLongest + 4)));
+  const bool cut = text.size() > kLongest;
+  if (cut) text.resize(kLongest);
+  std::string quoted = "'";
+  quoted += ToUtf8(text);
+  quoted += cut ? "...'" : "'";
+  return quoted;
+}
+
+}  // namespace
+
+bool EqualsIgnoringCase(std::string_view text, std::string_view lower) {
+  return std::equal(text.begin(), text.end(), lower.begin(), lower.end(),
+                    [](char a, char b) { return Lower(a) == b; });
+}
+
+char PieceCursor::Peek() const { return AtEnd() ? '\0' : Lower(piece_[place_]); }
+
+bool PieceCursor::Skip(char lower) {
+  if (AtEnd() || Peek() != lower) return false;
+  ++place_;
+  return true;
+}
+
+std::optional<int> PieceCursor::ReadRank() {
+  if (Rest().starts_with("10")) {
+    place_ += 2;
+    return 8;
+  }
+  if (AtEnd()) return std::nullopt;
+  for (std::size_t rank = 0; rank < kRankLetters.size(); ++rank) {
+    if (Lower(kRankLetters[rank]) != Peek()) continue;
+    ++place_;
+    return static_cast<int>(rank);
+  }
+  return std::nullopt;
+}
+
+std::optional<int> PieceCursor::ReadSuit() {
+  const std::size_t suit = AtEnd() ? kSuitLetters.npos : kSuitLetters.find(Peek());
+  if (suit == kSuitLetters.npos) return std::nullopt;
+  ++place_;
+  return static_cast<int>(suit);
+}
+
+std::optional<double> PieceCursor::ReadPercent() {
+  double percent = 0;
+  const std::string_view rest = Rest();
+  const char* end = rest.data() + rest.size();
+  const auto [stop, error] = std::from_chars(rest.data(), end, percent, std::chars_format::fixed);
+  if (error != std::errc{} || stop == end || *stop != '%' || !(percent > 0 && percent <= 100)) {
+    return std::nullopt;
+  }
+  Advance(static_cast<std::size_t>(stop - rest.data()) + 1);
+  return percent;
+}
+
+TextError ErrorOf(const Fault& fault, std::string_view piece, std::size_t place) {
+  const std::size_t position = place + fault.position;
+  std::string message = Quoted(piece);
+  message += " at position " + std::to_string(position + 1) + ": expected ";
+  message += fault.expected;
+  return {position, std::move(message)};
+}
+
+}  // namespace pokermath
