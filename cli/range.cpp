@@ -1,5 +1,5 @@
 // `pokermath range`: what a range text holds, as numbers, as a matrix and as a picture; and where
-// one hand stands among all.
+// one hand stands among all. Omaha has a source of its own.
 
 #include <fmt/format.h>
 
@@ -14,6 +14,7 @@
 #include "cli/errors.h"
 #include "cli/game.h"
 #include "cli/output.h"
+#include "cli/range_omaha.h"
 #include "cli/range_picture.h"
 #include "platform/text.h"
 #include "pokermath/ranges.h"
@@ -28,34 +29,52 @@ constexpr const char* kExamples =
 runs (JJ-88, A9s-A5s), holdings (AhKd), percentages (15%) and the word random.
 In the matrix a star marks a class of which the range holds some holdings only.
 
+Omaha: hands (AsKsQhJh), patterns with x for any card (AAxx, KQJx, [T-A][T-A]xx, AsKsxx),
+percentages (10%, 5%-20%) and random; behind them suit shapes (:ds, :ss, :r, :3, :4) and
+exclusions (AAxx!AAAx). A piece that begins with ! is taken off all before it.
+
 Examples:
   pokermath range 'TT+,A9s+,KJo+'
   pokermath range 15% --svg range.svg
   pokermath range 30% --game shortdeck
   pokermath range 'AA AhKd' --json
-  pokermath range --rank AKs)";
+  pokermath range --rank AKs
+  pokermath range --game omaha 10%:ds
+  pokermath range --game omaha 'AAxx!AAAx,KKxx:ds' --dead Ah7c
+  pokermath range --game omaha5 --rank AsKsQhJh9c)";
 
 struct RangeWords {
   std::vector<std::string> text;
   std::string game = "holdem";
-  std::string table = "equilibrium";
-  std::optional<std::string> rank, svg;
+  std::optional<std::string> table, rank, svg, dead;
   bool bare_offsuit = false;
+  bool list = false;
   bool json = false;
 };
 
+std::string TableOf(const RangeWords& words) { return words.table.value_or("equilibrium"); }
+
 RangeOptions ReadOptions(const RangeWords& words) {
-  if (words.table != "equilibrium" && words.table != "corvelle") {
-    throw UsageError("--table " + Quoted(words.table) + " is not known: equilibrium or corvelle");
+  const std::string table = TableOf(words);
+  if (table != "equilibrium" && table != "corvelle") {
+    throw UsageError("--table " + Quoted(table) + " is not known: equilibrium or corvelle");
+  }
+  if (words.dead || words.list) {
+    throw UsageError(
+        fmt::format("{} goes with --game omaha or omaha5", words.dead ? "--dead" : "--list"));
   }
   RangeOptions options;
   options.bare_offsuit = words.bare_offsuit;
-  options.short_deck = IsShortDeck(words.game);
-  if (words.table == "corvelle") options.percent_table = PercentTable::kCorvelle;
-  if (options.short_deck && words.table == "corvelle") {
+  options.short_deck = words.game == NameOf(Game::kShortDeck);
+  if (table == "corvelle") options.percent_table = PercentTable::kCorvelle;
+  if (options.short_deck && table == "corvelle") {
     throw UsageError("--table corvelle is for 52 cards: the short deck has its equilibrium only");
   }
   return options;
+}
+
+std::string TextOf(const RangeWords& words) {
+  return fmt::format("{}", fmt::join(words.text, " "));
 }
 
 Spec ReadRange(const std::string& text, const RangeOptions& options) {
@@ -93,7 +112,7 @@ struct RangeAnswer {
 
 RangeAnswer Describe(const RangeWords& words, const RangeOptions& options) {
   RangeAnswer answer;
-  answer.range = ReadRange(fmt::format("{}", fmt::join(words.text, " ")), options);
+  answer.range = ReadRange(TextOf(words), options);
   answer.text = CanonicalText(answer.range, options);
   answer.combos = answer.range.combinations().size();
   answer.percent = 100.0 * static_cast<double>(answer.combos) / (options.short_deck ? 630 : 1326);
@@ -153,8 +172,9 @@ int RunRank(const RangeWords& words, const RangeOptions& options) {
   const auto order = short_deck ? 1 + std::distance(table.begin(), enters) : HandClassRank[cell];
   const int group = SklanskyGroup(CCard(holding.first), CCard(holding.second));
   if (words.json) {
-    Json answer = {{"schema", kJsonSchema}, {"game", words.game},   {"hand", name},
-                   {"class_order", order},  {"table", words.table}, {"enters_at_percent", nullptr}};
+    Json answer = {
+        {"schema", kJsonSchema}, {"game", words.game},      {"hand", name},
+        {"class_order", order},  {"table", TableOf(words)}, {"enters_at_percent", nullptr}};
     if (enters != table.end()) answer["enters_at_percent"] = enters->first;
     if (!short_deck) answer["sklansky_group"] = group;
     Print(JsonLine(answer));
@@ -162,7 +182,7 @@ int RunRank(const RangeWords& words, const RangeOptions& options) {
   }
   std::string text = fmt::format(
       "{}\n\n  class order      {} of {}, 1 is the strongest\n  {:<15}  {}\n", name, order,
-      short_deck ? 81 : 169, words.table,
+      short_deck ? 81 : 169, TableOf(words),
       enters == table.end() ? "in none of its ranges" : fmt::format("at {} %", enters->first));
   if (!short_deck) {
     text += fmt::format("  Sklansky group   {}\n",
@@ -172,7 +192,28 @@ int RunRank(const RangeWords& words, const RangeOptions& options) {
   return kExitDone;
 }
 
+Game GameOf(const RangeWords& words) {
+  for (const Game game : {Game::kHoldem, Game::kShortDeck, Game::kOmaha, Game::kOmaha5}) {
+    if (words.game == NameOf(game)) return game;
+  }
+  throw UsageError("--game " + Quoted(words.game) +
+                   " is not known: holdem, shortdeck, omaha or omaha5");
+}
+
+int AskOmaha(const RangeWords& words, Game game) {
+  if (words.svg || words.table || words.bare_offsuit) {
+    throw UsageError(fmt::format("{} is for two cards, not for {}",
+                                 words.svg     ? "--svg"
+                                 : words.table ? "--table"
+                                               : "--bare-offsuit",
+                                 TitleOf(game)));
+  }
+  return RunRangeOmaha({game, TextOf(words), words.rank, words.dead, words.list, words.json});
+}
+
 int RunRange(const RangeWords& words) {
+  const Game game = GameOf(words);
+  if (IsOmaha(game)) return AskOmaha(words, game);
   const RangeOptions options = ReadOptions(words);
   if (words.rank) {
     if (!words.text.empty() || words.svg) {
@@ -191,9 +232,10 @@ int RunRange(const RangeWords& words) {
 
 void AddRange(CLI::App& program, int& exit_code) {
   auto words = std::make_shared<RangeWords>();
-  CLI::App* command = program.add_subcommand("range", "Holdings of a two-card range");
+  CLI::App* command = program.add_subcommand("range", "Hands of a range");
   command->add_option("TEXT", words->text, "Range text; several words are one list")->type_name("");
-  command->add_option("--game", words->game, "holdem or shortdeck [holdem]")->type_name("GAME");
+  command->add_option("--game", words->game, "holdem, shortdeck, omaha or omaha5 [holdem]")
+      ->type_name("GAME");
   command
       ->add_option("--table", words->table,
                    "Where percentages come from: equilibrium or corvelle [equilibrium]")
@@ -202,6 +244,9 @@ void AddRange(CLI::App& program, int& exit_code) {
                     "A bare AK is offsuit only, in what is read and in what is written");
   command->add_option("--rank", words->rank, "Where one hand stands among all")->type_name("HAND");
   command->add_option("--svg", words->svg, "Also write the matrix as a picture")->type_name("FILE");
+  command->add_option("--dead", words->dead, "Omaha: cards that no hand may hold")
+      ->type_name("CARDS");
+  command->add_flag("--list", words->list, "Omaha: print every hand, one a line");
   command->add_flag("--json", words->json, "Print a JSON object");
   command->footer(kExamples);
   command->callback([words, &exit_code] { exit_code = RunRange(*words); });

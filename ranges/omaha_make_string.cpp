@@ -33,8 +33,10 @@ class OmahaWriter {
     if (range_.Count() > kFewHands) {
       runs_ = FindStrengthRuns(range_, with_dead);
       for (const StrengthRun<cards>& run : runs_) {
-        if (IsSame(run.hands, with_dead)) return run.text + dead_text;
+        const std::string text = run.text + dead_text;
+        if (IsSame(run.hands, with_dead) && (!best_ || text.size() < best_->size())) best_ = text;
       }
+      if (best_ && dead.empty()) return *best_;
     }
     TryBases(no_dead, "");
     if (!dead.empty()) TryBases(with_dead, dead_text);
@@ -42,10 +44,8 @@ class OmahaWriter {
   }
 
  private:
-  // Cards that no hand holds while some hand holds another of their rank; nothing if they are many,
-  // because then the range is narrow rather than short of cards.
+  // Cards that no hand holds while some hand holds another of their rank.
   std::vector<int> DeadCards() const {
-    constexpr std::size_t kMost = 10;
     std::array<bool, 52> held{};
     for (int card = 0; card < 52; ++card) held[static_cast<std::size_t>(card)] = Holds(card);
     std::vector<int> dead;
@@ -54,7 +54,6 @@ class OmahaWriter {
       const bool rank_held = held[rank] || held[rank + 13] || held[rank + 26] || held[rank + 39];
       if (rank_held && !held[card]) dead.push_back(static_cast<int>(card));
     }
-    if (dead.size() > kMost) dead.clear();
     return dead;
   }
 
@@ -117,6 +116,7 @@ class OmahaWriter {
   // Keeps the text if it is shorter than the best so far.
   void Try(std::string text, const OmahaSpec<cards>& base, const OmahaSpec<cards>& free,
            const std::string& off) {
+    if (Longest(text.size() + off.size()) == 0) return;
     OmahaSpec<cards> more = range_;
     more.Subtract(base);
     OmahaSpec<cards> allowed = range_;

@@ -58,9 +58,53 @@ has "$asked" "$out" "at 39.69 %"
 run range --rank 7h2d --table corvelle
 has "$asked" "$out" "in none of its ranges"
 
+# Omaha.
+run range --game omaha AAKK 'AAKx!AAKK!AAAx:r' --dead AhKc
+expect_code 0
+same "$asked" "$out" "AAKx!xxxx:r,AA[2-K]K,!Ahxxx!Kcxxx
+
+407 of 270,725 hands, 0.1503 %
+
+  single-suited                                  261   64.13 %
+  rainbow                                         57   14.00 %
+  double-suited                                   45   11.06 %
+  three of a suit                                 44   10.81 %
+
+  aces                                           288   70.76 %
+  aces with broadway cards                       108   26.54 %
+  double pair of aces and kings                    9    2.21 %
+  trip aces                                        2    0.49 %
+
+  for example  AsAdKsQs  AsAdKs4c  AsAdKd2s  AsAcKh3c  AsAcKd2c  AdAcKd2s"
+run range --game omaha 'AAKK' --json
+same "$asked" "$out" '{"schema":1,"game":"omaha","text":"AAKK","hands":36,"percent":0.013297626743004894,'\
+'"suits":{"single-suited":24,"double-suited":6,"rainbow":6},'\
+'"types":{"double pair of aces and kings":36},'\
+'"examples":["AsAhKsKh","AsAdKsKc","AsAdKhKd","AhAdKsKh","AdAcKsKh","AhAcKhKc"]}'
+run range --game omaha 'AsAhKs[23]' --list --dead 2s3h
+same "$asked" "$out" $'AsAhKs3s\nAsAhKs2h\nAsAhKs3d\nAsAhKs2d\nAsAhKs3c\nAsAhKs2c'
+for text in 10%:ds 'AAxxx!AAAxx, KKxxx:ss' '5%-20%!AsKsxxx'; do
+  run range --game omaha5 "$text" --json
+  expect_code 0
+  first=$out
+  run range --game omaha5 "$(value_of text | tr -d '"')" --json
+  same "$asked" "$out" "$first"
+done
+run range --game omaha --rank JhAsKsQh --json
+same "$asked" "$out" '{"schema":1,"game":"omaha","hand":["As","Ks","Qh","Jh"],'\
+'"name":"broadway rundown, double-suited","percentile":6.116908301782251}'
+refuses 2 "'AKx' at position 9: expected four cards, with x" range --game omaha AAxx,AKx
+refuses 2 "--svg is for two cards, not for five-card Omaha" range --game omaha5 10% --svg x
+refuses 2 "--table is for two cards" range --game omaha 10% --table corvelle
+refuses 2 "'AsKs' has 2 cards: a hand of Omaha has 4" range --game omaha --rank AsKs
+refuses 2 "--rank stands alone" range --game omaha --rank AsKsQhJh 10%
+refuses 2 "'Xh' is not a card" range --game omaha 10% --dead Xh
+refuses 2 "--list prints hands as text" range --game omaha 10% --list --json
+
 refuses 2 "'KX' at position 5: expected" range AA,KX
 refuses 2 "'55' at position 1: expected ranks of the short deck" range 55 --game shortdeck
-refuses 2 "'omaha' is not known: holdem or shortdeck" range AA --game omaha
+refuses 2 "'omaha-hilo' is not known: holdem, shortdeck, omaha or omaha5" range AA --game omaha-hilo
+refuses 2 "--dead goes with --game omaha" range AA --dead Ah
 refuses 2 "'AK' names 2 classes" range --rank AK
 refuses 2 "a range is needed" range
 refuses 2 "--svg needs a value" range AA --svg ""

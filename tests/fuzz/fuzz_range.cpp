@@ -1,5 +1,5 @@
 // Any bytes as range text: either a one-line error and an empty range, or a range of different
-// holdings whose written text reads back to the same classes.
+// holdings whose written text reads back to the same classes; for Omaha, to the same hands.
 
 #include <cstddef>
 #include <cstdint>
@@ -7,27 +7,45 @@
 #include <string>
 #include <string_view>
 
+#include "pokermath/omaha_ranges.h"
 #include "pokermath/ranges.h"
+
+namespace {
+
+void Require(bool holds) {
+  if (!holds) std::abort();
+}
+
+void TryOmaha(std::string_view text) {
+  const auto read = pokermath::ParseOmahaRange<4>(text);
+  if (!read.error.empty()) {
+    Require(read.range.Empty() && read.position <= text.size());
+    return Require(read.error.find('\n') == std::string::npos);
+  }
+  const CString written = read.range.MakeString();
+  const auto again = pokermath::ParseOmahaRange<4>(std::string(written.begin(), written.end()));
+  Require(again.error.empty() && again.range == read.range);
+}
+
+}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using pokermath::ParseRange;
-  const auto require = [](bool holds) {
-    if (!holds) std::abort();
-  };
   const std::string_view text(reinterpret_cast<const char*>(data), size);
+  TryOmaha(text);
   const auto read = ParseRange(text);
   if (!read.error.empty()) {
-    require(read.range.combinations().empty() && read.position <= size);
-    require(read.error.find('\n') == std::string::npos);
+    Require(read.range.combinations().empty() && read.position <= size);
+    Require(read.error.find('\n') == std::string::npos);
     return 0;
   }
   for (const auto& [first, second] : read.range.combinations()) {
-    require(first >= 0 && first < 52 && second >= 0 && second < 52 && first != second);
-    require(!read.range.combinations().contains({second, first}));
+    Require(first >= 0 && first < 52 && second >= 0 && second < 52 && first != second);
+    Require(!read.range.combinations().contains({second, first}));
   }
   const CString written = read.range.MakeString();
   const auto again =
       ParseRange(std::string(written.begin(), written.end()), {.bare_offsuit = true});
-  require(again.error.empty() && again.range.MakeString() == written);
+  Require(again.error.empty() && again.range.MakeString() == written);
   return 0;
 }

@@ -233,7 +233,7 @@ TEST(OmahaText, IsShort) {
   for (const char* text :
        {"", "random", "AAxx", "AAxx:ds", "AsKsxx", "AAxx!Ahxxx", "10%", "12.5%:ds", "5%-20%",
         "10%!Ahxxx", "15%!AAxx", "AA[2-K][2-K]", "[T-A][T-A]xx", "xxxx:ss", "random!AAxx:ds",
-        "AsKsQhJh", "AAxx:ds:ss,AsKsQhJh", "50%!Ah[2-K]xx!Kc[2-Q]xx"}) {
+        "AsKsQhJh", "AAxx:ds:ss,AsKsQhJh", "AAxx:ds!xhxxx!7cxxx", "50%!Ah[2-K]xx!Kc[2-Q]xx"}) {
     EXPECT_EQ(Written(Read<4>(text)), text);
   }
   for (const char* text : {"random", "AAxxx:ds", "10%", "10%:ds!xxxxx:3", "AsKsxxx"}) {

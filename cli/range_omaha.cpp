@@ -1,0 +1,197 @@
+#include "cli/range_omaha.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <utility>
+#include <vector>
+
+#include "cli/card_words.h"
+#include "cli/command.h"
+#include "cli/errors.h"
+#include "cli/number_text.h"
+#include "cli/output.h"
+#include "platform/text.h"
+#include "pokermath/cards.h"
+#include "pokermath/omaha_ranges.h"
+
+namespace pokermath::cli {
+namespace {
+
+// What hands are called and how many there are, the most frequent first.
+using Kinds = std::vector<std::pair<std::string, int>>;
+
+struct OmahaRangeAnswer {
+  std::string text;
+  std::vector<int> dead;
+  int hands = 0;
+  int all_hands = 0;
+  double percent = 0;
+  Kinds suits, types;
+  std::vector<std::vector<int>> examples;
+};
+
+Kinds SortedKinds(const std::map<std::string, int>& counts) {
+  Kinds kinds(counts.begin(), counts.end());
+  std::ranges::stable_sort(kinds, std::ranges::greater(), &Kinds::value_type::second);
+  return kinds;
+}
+
+// High ranks first, and of equal ones spades first.
+std::vector<int> InOrder(std::span<const int> hand) {
+  std::vector<int> cards(hand.begin(), hand.end());
+  std::ranges::sort(cards, std::ranges::greater(),
+                    [](int card) { return card % 13 * 4 + card / 13; });
+  return cards;
+}
+
+template <int cards>
+OmahaSpec<cards> ReadRange(const OmahaRangeQuestion& question, const std::vector<int>& dead) {
+  const OmahaRangeResult<cards> read = ParseOmahaRange<cards>(question.text);
+  if (!read.error.empty()) throw UsageError(read.error);
+  OmahaSpec<cards> range;
+  read.range.Exclude(dead, range);
+  return range;
+}
+
+template <int cards>
+OmahaRangeAnswer Describe(const OmahaSpec<cards>& range, const std::vector<int>& dead) {
+  constexpr std::size_t kExamples = 6;
+  OmahaRangeAnswer answer;
+  answer.text = ToUtf8(range.MakeString());
+  answer.dead = dead;
+  answer.all_hands = OmahaSpec<cards>::kAllHands;
+  answer.percent = range.Percent();
+  const auto hands = range.Hands();
+  answer.hands = static_cast<int>(hands.size());
+  std::map<std::string, int> suits, types;
+  for (const auto& hand : hands) {
+    const std::string name = OmahaHandName(hand);
+    const std::size_t comma = name.find(", ");
+    ++types[name.substr(0, comma)];
+    ++suits[name.substr(comma + 2)];
+  }
+  answer.suits = SortedKinds(suits);
+  answer.types = SortedKinds(types);
+  const std::size_t examples = std::min(kExamples, hands.size());
+  for (std::size_t i = 0; i < examples; ++i) {
+    answer.examples.push_back(InOrder(hands[hands.size() - 1 - i * hands.size() / examples]));
+  }
+  return answer;
+}
+
+Json KindsJson(const Kinds& kinds) {
+  Json json = Json::object();
+  for (const auto& [name, count] : kinds) json[name] = count;
+  return json;
+}
+
+Json ToJson(const OmahaRangeAnswer& answer, Game game) {
+  Json json = {{"schema", kJsonSchema}, {"game", NameOf(game)}, {"text", answer.text}};
+  if (!answer.dead.empty()) json["dead"] = CardsJson(answer.dead);
+  json["hands"] = answer.hands;
+  json["percent"] = answer.percent;
+  json["suits"] = KindsJson(answer.suits);
+  json["types"] = KindsJson(answer.types);
+  json["examples"] = Json::array();
+  for (const auto& hand : answer.examples) json["examples"].push_back(CardsText(hand));
+  return json;
+}
+
+std::string KindsText(const Kinds& kinds, std::size_t most, int all) {
+  std::string text = "\n";
+  for (std::size_t i = 0; i < kinds.size() && i < most; ++i) {
+    const auto& [name, count] = kinds[i];
+    text += fmt::format("  {:<40} {:>9}  {:>6.2f} %\n", name, Grouped(count), 100.0 * count / all);
+  }
+  if (kinds.size() > most) text += fmt::format("  and {} more types\n", kinds.size() - most);
+  return text;
+}
+
+// Text that fits on a screen; JSON has all of it.
+std::string Headline(const std::string& text) {
+  constexpr std::size_t kLongest = 600;
+  if (text.empty()) return "an empty range";
+  if (text.size() <= kLongest) return text;
+  return fmt::format("{},... ({} characters, --json has them all)",
+                     text.substr(0, text.rfind(',', kLongest)),
+                     Grouped(static_cast<std::int64_t>(text.size())));
+}
+
+std::string ToText(const OmahaRangeAnswer& answer) {
+  constexpr std::size_t kMostTypes = 12;
+  const Colours colours = Colours::ForStandardOutput();
+  std::string text =
+      fmt::format("{}\n\n{} of {} hands, {:.4g} %\n", colours.Strong(Headline(answer.text)),
+                  Grouped(answer.hands), Grouped(answer.all_hands), answer.percent);
+  if (answer.hands == 0) return text;
+  text += KindsText(answer.suits, answer.suits.size(), answer.hands);
+  text += KindsText(answer.types, kMostTypes, answer.hands);
+  text += "\n  for example";
+  for (const auto& hand : answer.examples) text += "  " + colours.Cards(hand);
+  return text + "\n";
+}
+
+// Every hand on a line; the high cards first.
+template <int cards>
+std::string ListOf(const OmahaSpec<cards>& range) {
+  std::string list;
+  const auto hands = range.Hands();
+  for (auto hand = hands.rbegin(); hand != hands.rend(); ++hand) {
+    list += CardsText(InOrder(*hand)) + "\n";
+  }
+  return list;
+}
+
+template <int cards>
+int RunRange(const OmahaRangeQuestion& question) {
+  const std::vector<int> dead = ReadCards(question.dead.value_or(""));
+  const OmahaSpec<cards> range = ReadRange<cards>(question, dead);
+  if (question.list) {
+    Print(ListOf(range));
+    return kExitDone;
+  }
+  const OmahaRangeAnswer answer = Describe(range, dead);
+  Print(question.json ? JsonLine(ToJson(answer, question.game)) : ToText(answer));
+  return kExitDone;
+}
+
+int RunRank(const OmahaRangeQuestion& question) {
+  const std::size_t size = HandSize(question.game);
+  const std::vector<int> hand =
+      InOrder(ReadCards(*question.rank, size, size,
+                        fmt::format("a hand of {} has {}", TitleOf(question.game), size)));
+  const double percentile = OmahaPercentile(hand);
+  const std::string name = OmahaHandName(hand);
+  if (question.json) {
+    Print(JsonLine({{"schema", kJsonSchema},
+                    {"game", NameOf(question.game)},
+                    {"hand", CardsJson(hand)},
+                    {"name", name},
+                    {"percentile", percentile}}));
+    return kExitDone;
+  }
+  const Colours colours = Colours::ForStandardOutput();
+  Print(fmt::format("{}   {}\n\n  among the strongest  {:.4g} %\n", colours.Cards(hand), name,
+                    percentile));
+  return kExitDone;
+}
+
+}  // namespace
+
+int RunRangeOmaha(const OmahaRangeQuestion& question) {
+  if (question.rank) {
+    if (!question.text.empty() || question.dead || question.list) {
+      throw UsageError("--rank stands alone: it asks about one hand, not a range");
+    }
+    return RunRank(question);
+  }
+  if (question.text.empty()) throw UsageError("a range is needed, like AAxx:ds or 10%");
+  if (question.list && question.json) throw UsageError("--list prints hands as text, not as JSON");
+  return HandSize(question.game) == 4 ? RunRange<4>(question) : RunRange<5>(question);
+}
+
+}  // namespace pokermath::cli
