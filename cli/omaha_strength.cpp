@@ -21,7 +21,7 @@ namespace pokermath::cli {
 namespace {
 
 constexpr char kTitles[] = "hand,hands,value,equity,percentile\n";
-constexpr int kStepsOfAPiece = 64;
+constexpr int kStepsOfAPiece = 16;
 
 // What comes before the sums in the file of an unfinished count.
 struct Header {
