@@ -47,14 +47,15 @@ bool IsBroadway(std::span<const int> ranks) {
 bool IsWheel(std::span<const int> ranks) { return std::ranges::all_of(ranks, IsWheelRank); }
 
 // What the cards beside a pair are called.
-std::string SideCards(std::span<const int> sides) {
+std::string SideCards(std::span<const int> sides, std::span<const int> all) {
   if (sides.size() < 2) return "";
   if (IsBroadway(sides)) return " with broadway cards";
   if (IsWheel(sides)) return " with wheel cards";
-  return Gaps(sides) == 0 ? " with connectors" : "";
+  return Gaps(sides) == 0 || Gaps(all) == 0 ? " with connectors" : "";
 }
 
-std::string PairedName(const std::array<int, 13>& counts, std::span<const int> sides) {
+std::string PairedName(const std::array<int, 13>& counts, std::span<const int> sides,
+                       std::span<const int> all) {
   constexpr const char* kSets[] = {"", "", "", "trip ", "quad "};
   std::string name;
   for (int rank = kAce; rank >= 0; --rank) {
@@ -77,7 +78,7 @@ std::string PairedName(const std::array<int, 13>& counts, std::span<const int> s
   if (pairs == 2) {
     return "double pair of " + (name.starts_with("pair of ") ? name.substr(8) : name);
   }
-  return name + SideCards(sides);
+  return name + SideCards(sides, all);
 }
 
 bool IsRundownWithDangler(std::span<const int> ranks) {
@@ -115,7 +116,7 @@ std::string NameOf(std::span<const int, cards> hand) {
     if (count == 1) single.Add(rank);
   }
   std::string name =
-      all.count == cards ? UnpairedName(all.All()) : PairedName(counts, single.All());
+      all.count == cards ? UnpairedName(all.All()) : PairedName(counts, single.All(), all.All());
   name += ", ";
   name += kSuitSplits<cards>[SplitOf<cards>(hand)].words;
   return name;

@@ -19,7 +19,6 @@ namespace pokermath {
 using Splits = unsigned;
 
 struct SuitSplit {
-  std::string_view counts;
   int squares;             // the sum of the squares of the counts tells splits apart
   std::string_view words;  // as the end of a hand's name
 };
@@ -33,20 +32,20 @@ template <int cards>
 inline constexpr auto kSuitSplits = std::array<SuitSplit, 0>{};
 template <>
 inline constexpr auto kSuitSplits<4> = std::to_array<SuitSplit>({
-    {"1-1-1-1", 4, "rainbow"},
-    {"2-1-1", 6, "single-suited"},
-    {"2-2", 8, "double-suited"},
-    {"3-1", 10, "three of a suit"},
-    {"4", 16, "four of a suit"},
+    {4, "rainbow"},           // 1-1-1-1
+    {6, "single-suited"},     // 2-1-1
+    {8, "double-suited"},     // 2-2
+    {10, "three of a suit"},  // 3-1
+    {16, "four of a suit"},   // 4
 });
 template <>
 inline constexpr auto kSuitSplits<5> = std::to_array<SuitSplit>({
-    {"2-1-1-1", 7, "single-suited"},
-    {"2-2-1", 9, "double-suited"},
-    {"3-1-1", 11, "three of a suit"},
-    {"3-2", 13, "double-suited with three of a suit"},
-    {"4-1", 17, "four of a suit"},
-    {"5", 25, "five of a suit"},
+    {7, "single-suited"},                        // 2-1-1-1
+    {9, "double-suited"},                        // 2-2-1
+    {11, "three of a suit"},                     // 3-1-1
+    {13, "double-suited with three of a suit"},  // 3-2
+    {17, "four of a suit"},                      // 4-1
+    {25, "five of a suit"},                      // 5
 });
 
 template <int cards>

@@ -313,7 +313,7 @@ TEST(OmahaHandName, UsesTheWordsOfPlayers) {
       {"AsAhQsJs", "aces with broadway cards, three of a suit"},
       {"AsAh7c6d", "aces with connectors, rainbow"},
       {"KsKh5c4d", "kings with wheel cards, rainbow"},
-      {"9s9hTs8h", "pair of nines, double-suited"},
+      {"9s9hTs8h", "pair of nines with connectors, double-suited"},
       {"QsJsThKh", "broadway rundown, double-suited"},
       {"AsJsThKh", "broadway cards, double-suited"},
       {"9s8s7s6s", "rundown, four of a suit"},
