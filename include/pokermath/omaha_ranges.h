@@ -74,7 +74,8 @@ class POKERMATH_EXPORT OmahaSpec {
   std::set<std::set<int>> Combinations() const;
 
   /// Range text that ParseOmahaRange reads back to the same range; short where a pattern of ranks
-  /// and suits says it.
+  /// and suits says it, which takes some 10 to 100 ms, and 100 to 500 ms for five cards. A set
+  /// without any order takes up to 2 s, and text of ten bytes a hand.
   CString MakeString() const;
 
  private:
@@ -106,7 +107,8 @@ struct OmahaRangeResult {
 /// Reads range text: a list, separated by commas, semicolons or blanks, of hands (AsKsQhJh),
 /// patterns (AAxx, KQJTx, [T-A][T-A]xx), percentages (10%, 5%-20%) and the word random, each with
 /// suit shapes (AAxx:ds) and exclusions (AAxx!AAAx) behind it. docs/ranges.md has the grammar. An
-/// empty text is an empty range.
+/// empty text is an empty range. Patterns take up to 0.2 ms, with five cards 3 ms; a text that
+/// would take many seconds is an error.
 template <int cards>
 POKERMATH_EXPORT OmahaRangeResult<cards> ParseOmahaRange(std::string_view text);
 
