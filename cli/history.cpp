@@ -23,7 +23,9 @@ namespace {
 constexpr const char* kHelp =
     R"(Lines go to standard output as UTF-8. With --json each is an object, with the game's code where the
 line names a game, and the last object says at which position the next call goes on; a line that is
-not complete yet is marked and comes again then, whole.
+not complete yet is marked and comes again then, whole. From a position beyond its end a file is
+read from its start: it is taken for another one. A followed file may be replaced or be missing for
+a while.
 
 Examples:
   pokermath history hands.txt
@@ -39,10 +41,11 @@ struct Options {
 
 // The code of the game that a line names, or -1.
 int GameIn(const CString& line) {
-  // A name that holds another one comes first.
-  static constexpr const wchar_t* kNames[] = {L"5 Card Omaha Hi/Lo Pot Limit",
-                                              L"5 Card Omaha Pot Limit", L"Omaha Pot Limit",
-                                              L"Hold'em No Limit", L"Courchevel Pot Limit"};
+  // A name that holds another one comes first, also if it has no code.
+  static constexpr const wchar_t* kNames[] = {
+      L"6+ Hold'em No Limit",    L"6 Card Omaha Pot Limit", L"5 Card Omaha Hi/Lo Pot Limit",
+      L"5 Card Omaha Pot Limit", L"Omaha Pot Limit",        L"Hold'em No Limit",
+      L"Courchevel Pot Limit"};
   for (const wchar_t* name : kNames) {
     if (line.find(name) != line.npos) return GetTypeGameHH(name);
   }
@@ -69,8 +72,9 @@ int RunHistory(const Options& options) {
   HistoryReader reader(options.path, options.from);
   bool seen = false;
   const auto check = [&](bool good) {
-    // A file that is being replaced can be missing for a moment.
-    if (!good && !(options.follow && seen && errno == ENOENT)) {
+    // A file that is being replaced can be missing for a moment, or not be ready.
+    const bool moment = errno == ENOENT || errno == ENOTDIR || errno == EACCES || errno == ESTALE;
+    if (!good && !(options.follow && seen && moment)) {
       throw SystemFailure("cannot read " + Quoted(options.path), errno);
     }
     seen = true;

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -45,8 +46,12 @@ class InputFile {
   InputFile(const InputFile&) = delete;
   InputFile& operator=(const InputFile&) = delete;
 
-  int error() const { return error_; }  // 0 if it is open
-  std::int64_t size() const { return status_.st_size; }
+  int error() const { return error_; }                   // 0 if it is open
+  std::int64_t size() const { return status_.st_size; }  // when it was opened
+  std::int64_t SizeNow() const {
+    struct stat status;
+    return fstat(fd_, &status) == 0 ? status.st_size : 0;
+  }
   std::pair<std::uint64_t, std::uint64_t> id() const { return {status_.st_dev, status_.st_ino}; }
 
   // What there is behind a position.
@@ -200,11 +205,16 @@ class AddedLines {
 
 }  // namespace
 
+struct HistoryReader::File : InputFile {
+  using InputFile::InputFile;
+};
+
 // What is read at a look: some bytes before the position and what stands behind it.
 struct HistoryReader::Look {
   LargeTable<char> bytes;  // not zeroed before they are read
   std::size_t before = 0;
   bool at_end = false;
+  bool of_old_file = false;  // another one has taken its place: its last line is complete
 
   std::string_view Behind() const {
     return std::string_view(bytes.data(), bytes.size()).substr(before);
@@ -215,27 +225,34 @@ HistoryReader::HistoryReader(std::string path, std::int64_t position)
     : path_(std::move(path)), position_(std::max<std::int64_t>(position, 0)) {}
 
 bool HistoryReader::LoadPart(Look& look, std::size_t most) {
-  const InputFile file(path_);
-  if (file.error() != 0) {
-    errno = file.error();
+  auto file = std::make_shared<File>(path_);
+  if (file->error() != 0) {
+    errno = file->error();
     return false;
   }
-  if (file.size() < position_ || (seen_ && file.id() != file_)) position_ = 0;
+  const bool replaced = file_ != nullptr && file->id() != file_->id();
+  look.of_old_file = replaced && file_->SizeNow() > position_;
+  const InputFile& source = look.of_old_file ? *file_ : *file;
+  const std::int64_t size = source.SizeNow();
+  const auto behind = [size](std::int64_t position) {
+    return static_cast<std::uint64_t>(std::max<std::int64_t>(size - position, 0));
+  };
+  if (size < position_ || (replaced && !look.of_old_file)) position_ = 0;
   for (;; position_ = 0) {
     look.before = BytesBefore();
     const std::int64_t start = position_ - static_cast<std::int64_t>(look.before);
-    look.bytes.resize(std::min<std::uint64_t>(look.before + most, file.Behind(start)));
+    look.bytes.resize(std::min<std::uint64_t>(look.before + most, behind(start)));
     bool good;
-    look.bytes.resize(file.Read(start, look.bytes.data(), look.bytes.size(), good));
+    look.bytes.resize(source.Read(start, look.bytes.data(), look.bytes.size(), good));
     if (!good) return false;
     const bool same =
         look.bytes.size() >= look.before &&
-        (!seen_ || std::equal(before_.begin(), before_.begin() + look.before, look.bytes.begin()));
+        (file_ == nullptr ||
+         std::equal(before_.begin(), before_.begin() + look.before, look.bytes.begin()));
     if (same) break;
   }
-  look.at_end = look.Behind().size() < most || file.Behind(position_) <= most;
-  seen_ = true;
-  file_ = file.id();
+  look.at_end = look.Behind().size() < most || behind(position_) <= most;
+  if (!look.of_old_file) file_ = std::move(file);
   Remember(look, look.before);
   return true;
 }
@@ -248,7 +265,7 @@ bool HistoryReader::Load(Look& look) {
 }
 
 std::string_view HistoryReader::WithoutMark(std::string_view bytes) const {
-  const bool marked = position_ == 0 && bytes.starts_with(kByteOrderMark);
+  const bool marked = position_ == 0 && !IsWindows1252(path_) && bytes.starts_with(kByteOrderMark);
   return marked ? bytes.substr(kByteOrderMark.size()) : bytes;
 }
 
@@ -271,14 +288,17 @@ bool HistoryReader::Read(CStringArray& lines) {
   const bool windows_1252 = IsWindows1252(path_);
   std::string_view rest = WithoutMark(look.Behind());
   const std::size_t size = rest.size();
-  TakeLines(rest, [&](std::string_view line) { lines.push_back(Decode(line, windows_1252)); });
+  const auto add = [&](std::string_view line) { lines.push_back(Decode(line, windows_1252)); };
+  TakeLines(rest, add);
+  const bool last_of_old = look.of_old_file && look.at_end;
+  if (last_of_old && !rest.empty()) add(std::exchange(rest, {}));
   added.Keep();
   if (rest.size() < size) {
     const std::size_t taken = look.bytes.size() - rest.size();
     position_ += static_cast<std::int64_t>(taken - look.before);
     Remember(look, taken);
   }
-  more_ = !look.at_end;
+  more_ = !look.at_end || look.of_old_file;
   return true;
 }
 
@@ -286,7 +306,7 @@ bool HistoryReader::ReadUnfinished(CStringArray& lines) {
   Look look;
   if (!Load(look)) return false;
   std::string_view rest = WithoutMark(look.Behind());
-  if (rest.find('\n') != rest.npos) return true;
+  if (look.of_old_file || rest.find('\n') != rest.npos) return true;
   if (rest.ends_with('\r')) rest.remove_suffix(1);
   if (!rest.empty()) lines.push_back(Decode(rest, IsWindows1252(path_)));
   return true;

@@ -15,6 +15,7 @@ CString GetExecDir(wchar_t* buffer) {
   std::error_code error;
   const std::string program = std::filesystem::read_symlink("/proc/self/exe", error).string();
   CString path = pokermath::FromUtf8(program).substr(0, kMostCharacters);
+  if (path.ends_with(L'/')) path.pop_back();
   path.resize(std::min(path.rfind(L'/'), path.size()));
   buffer[path.copy(buffer, kMostCharacters)] = L'\0';
   return path;

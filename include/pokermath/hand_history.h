@@ -6,9 +6,9 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "pokermath/export.h"
 #include "pokermath/text.h"
@@ -38,8 +38,10 @@ POKERMATH_EXPORT int ReadHistoryFileUTF8(CString path, __int64& position, CStrin
 namespace pokermath {
 
 /// Follows a growing hand-history file and never loses a line: one that is not complete yet waits
-/// for the next look. A file that has become shorter, was replaced by another one or has other
-/// bytes right before the position is read from its start.
+/// for the next look. When another file has taken its place, what has come to the old one is given
+/// to its end, then the new one from its start. A file that has become shorter or has other bytes
+/// right before the position is read from its start; what it held before and has not been given is
+/// gone. Between looks the file stays open. A copy goes its own way.
 class POKERMATH_EXPORT HistoryReader {
  public:
   /// @param path      UTF-8
@@ -65,6 +67,7 @@ class POKERMATH_EXPORT HistoryReader {
   std::int64_t position() const { return position_; }
 
  private:
+  struct File;
   struct Look;
 
   bool Load(Look& look);
@@ -75,9 +78,8 @@ class POKERMATH_EXPORT HistoryReader {
 
   std::string path_;
   std::int64_t position_;
-  bool seen_ = false;
-  std::pair<std::uint64_t, std::uint64_t> file_;  // device and number of the file that was seen
-  std::array<char, 64> before_;                   // what stood there before the position
+  std::shared_ptr<const File> file_;  // that was seen last; null: none
+  std::array<char, 64> before_;       // what stood there before the position
   bool more_ = false;
 };
 

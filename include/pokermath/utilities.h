@@ -8,8 +8,9 @@
 #include "pokermath/export.h"
 #include "pokermath/text.h"
 
-/// Cuts a file of `limitBytes` or more down to its last `keepBytes` bytes (modulo 2^32), in place:
-/// a program that has it open goes on writing to it. Where that is not possible the file is as it
+/// Cuts a file of `limitBytes` or more down to its last `keepBytes` bytes, in place: a program that
+/// has it open for appending goes on writing to it. Of 2^32 and more the low 32 bits count, from
+/// where all of them would begin. Where that is not possible the file is as it
 /// was. What is written while this runs may be lost.
 ///
 /// @throws std::system_error when keepBytes is more than the file has; the file is as it was

@@ -37,13 +37,17 @@ await() {
   done
 }
 await followed
+printf 'late\nlast' >>"$file" # perhaps not seen before it is replaced
 mv "$file" "$work/old.txt"
 sleep 0.5
-printf 'new\n' >"$file"
-await $'followed\nnew'
+printf "6+ Hold'em No Limit\n" >"$file"
+await $'followed\nlate\nlast\n'"6+ Hold'em No Limit"
 kill -TERM $!
 wait $! || fail "--follow ends with exit code $?"
-same "--follow" "$(<"$work/followed")" $'followed\nnew'
+same "--follow" "$(<"$work/followed")" $'followed\nlate\nlast\n'"6+ Hold'em No Limit"
+run history "$file" --json --from 999
+same "$asked" "$out" "{\"schema\":1,\"line\":\"6+ Hold'em No Limit\"}
+{\"schema\":1,\"position\":20}"
 
 refuses 1 "cannot read '$work/none': No such file or directory" history "$work/none"
 refuses 1 "cannot read '$work/none': No such file or directory" history "$work/none" --follow

@@ -18,7 +18,7 @@ void ExpectNoneIsStronger(int hand_size, std::size_t pairs) {
   const auto order = UnpackOmahaOrder(hand_size, BuiltInOmahaOrder(hand_size));
   std::int64_t last = INT64_MAX;
   for (std::size_t i = 0; i < pairs; ++i) {
-    for (const std::size_t place : {0, 1}) {
+    for (const std::size_t place : {std::size_t{0}, std::size_t{1}}) {
       const std::size_t at = i * (order.size() - 2) / (pairs - 1) + place;
       const OmahaClass& hands = classes[order[at]];
       const Tally tally = OmahaHandVsRandom(CardsOf(hands));

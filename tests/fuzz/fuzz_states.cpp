@@ -1,11 +1,17 @@
 // Any entries as a finite-state table: it is taken exactly if every way through it stays inside,
-// ends in a value of the scale, and only so many cards cannot come as have been seen.
+// ends in a value of the scale, and only so many cards cannot come as have been seen. As a file it
+// is taken exactly if, besides, its header and its length are right.
+
+#include <sys/mman.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
+#include <string>
 #include <vector>
 
 #include "eval/state_machines.h"
@@ -34,6 +40,29 @@ bool StaysInside(const StateFile& file, const std::vector<std::uint32_t>& entrie
   return true;
 }
 
+// The file of the entries: as it is, with one byte of its header changed, one too many, or one too
+// few.
+std::string FileOf(const StateFile& file, const std::vector<std::uint32_t>& entries, int change,
+                   std::size_t place) {
+  const auto header = StateHeader(file, entries.size());
+  std::string bytes(reinterpret_cast<const char*>(header.data()), header.size());
+  bytes.append(reinterpret_cast<const char*>(entries.data()), 4 * entries.size());
+  if (change == 1) bytes[place % header.size()] ^= 1;
+  if (change == 2) bytes += '\0';
+  if (change == 3) bytes.pop_back();
+  return bytes;
+}
+
+bool Loads(const StateFile& file, const std::string& bytes) {
+  static const int fd = memfd_create("states", MFD_CLOEXEC);
+  if (ftruncate(fd, 0) != 0 || pwrite(fd, bytes.data(), bytes.size(), 0) < 0) std::abort();
+  bool missing = true;
+  const std::unique_ptr<std::uint32_t[]> loaded(
+      LoadStates(file, "/proc/self/fd/" + std::to_string(fd), missing));
+  if (missing) std::abort();
+  return loaded != nullptr;
+}
+
 }  // namespace
 }  // namespace pokermath
 
@@ -55,5 +84,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                   [](std::uint32_t entry) { return entry == 0; });
   const bool inside = first_row_is_zero && StaysInside(file, entries, width, 0);
   if (sound != inside) std::abort();
+  const int change = data[0] / 4 % 4;
+  if (Loads(file, FileOf(file, entries, change, data[1] / 2)) != (sound && change == 0)) {
+    std::abort();
+  }
   return 0;
 }

@@ -122,8 +122,14 @@ TEST_F(Support, OneRoomWritesWindows1252) {
                                                      "6\r\n";
   Lines lines;
   EXPECT_EQ(ReadHistoryFile(L"888poker.txt", position_, lines), 0);
-  std::filesystem::current_path(before);
   EXPECT_EQ(lines, (Lines{L"€5 £6"}));
+  // Three letters there, not a mark.
+  std::ofstream("888poker.txt", std::ios::binary) << "\xEF\xBB\xBFhi\n";
+  position_ = 0;
+  EXPECT_EQ(ReadHistoryFile(L"888poker.txt", position_, lines), 0);
+  EXPECT_TRUE(HistoryReader("888poker.txt").Read(lines));
+  std::filesystem::current_path(before);
+  EXPECT_EQ(lines, (Lines{L"\u00EF\u00BB\u00BFhi", L"\u00EF\u00BB\u00BFhi"}));
 }
 
 TEST_F(Support, ReadHistoryFileUTF8KeepsItsBytes) {
@@ -144,26 +150,64 @@ TEST_F(Support, ReadHistoryFileUTF8KeepsItsBytes) {
   EXPECT_EQ(position_, 8);
 }
 
-TEST_F(Support, LongFilesAreReadInPieces) {
-  // Lines of many lengths, two of them longer than a piece, in UTF-8 and with signs across the ends
-  // of pieces.
-  std::string text;
-  Lines expected;
-  for (std::size_t i = 0; i < 3000; ++i) {
-    const std::size_t length = i == 1000 || i == 2000 ? 300000 + i : i * 7919 % 400 + 1;
-    std::string line(length, static_cast<char>('a' + i % 26));
-    for (std::size_t euro = 0; euro < i % 5; ++euro) line += "\xE2\x82\xAC";
-    text += line + "\r\n";
-    expected.push_back(CString(length, static_cast<wchar_t>('a' + i % 26)) +
-                       CString(i % 5, L'\u20AC'));
+// Lines of `text` at their ends `end`, and what is left.
+std::pair<std::vector<std::string>, std::string> Split(std::string text, const std::string& end) {
+  std::vector<std::string> lines;
+  for (std::size_t at = text.find(end); at != text.npos; at = text.find(end)) {
+    lines.push_back(text.substr(0, at));
+    text.erase(0, at + end.size());
   }
-  Put(text + "last");
-  EXPECT_TRUE(Read(ReadHistoryFileUTF8) == expected);
-  EXPECT_EQ(position_, static_cast<__int64>(text.size()) + 4);
+  return {lines, text};
+}
+
+TEST_F(Support, LongFilesAreReadInPieces) {
+  // A piece ends in each place of what stands behind the first line; then a line longer than a
+  // piece.
+  constexpr std::size_t kPiece = 262144;
+  for (const char* behind :
+       {"\r\n", "\r\r\n", "\xE2\x82\xAC\r\n", "\xE2\x82", "\xEF\xBB\xBF\r\n"}) {
+    for (std::size_t before = 0; before < 6; ++before) {
+      const std::string text = std::string(kPiece - before, 'a') + behind + "b\n\r\n" +
+                               std::string(kPiece + 9, 'c') + "\xC2\xA3\r\nlast";
+      Put(text);
+      Lines expected;
+      auto [lines, rest] = Split(text, "\n");
+      lines.push_back(rest);
+      for (std::string& line : lines) {
+        while (line.ends_with('\r')) line.pop_back();
+        if (!line.empty()) expected.push_back(FromUtf8(line));
+      }
+      position_ = 0;
+      EXPECT_TRUE(Read(ReadHistoryFile) == expected) << before << behind;
+      EXPECT_EQ(position_, static_cast<__int64>(text.size()));
+      expected.clear();
+      for (const std::string& line : Split(text, "\r\n").first) {
+        CString decoded;
+        for (const char c : line) decoded += FromWindows1252(c);
+        const std::pair<const wchar_t*, const wchar_t*> signs[] = {
+            {L"\u00E2\u201A\u00AC", L"\u20AC"},
+            {L"\u00C2\u00A3", L"\u00A3"},
+            {L"\u00EF\u00BB\u00BF", L""}};
+        for (const auto& [bytes, sign] : signs) {
+          const std::size_t at = decoded.find(bytes);
+          if (at != decoded.npos) decoded.replace(at, std::wcslen(bytes), sign);
+        }
+        expected.push_back(decoded);
+      }
+      position_ = 0;
+      EXPECT_TRUE(Read(ReadHistoryFileUTF8) == expected) << before << behind;
+      EXPECT_EQ(position_, static_cast<__int64>(text.size()));
+    }
+  }
+  // The second piece cannot be read.
+  Put("one\r\n" + std::string(kPiece, 'a') + "\r\ntwo\r\n");
   position_ = 0;
-  expected.push_back(L"last");
-  EXPECT_TRUE(Read(ReadHistoryFile) == expected);
-  EXPECT_EQ(position_, static_cast<__int64>(text.size()) + 4);
+  reads_left = 1;
+  EXPECT_EQ(Read(ReadHistoryFile, -2), Lines());
+  EXPECT_EQ(position_, 0);
+  reads_left = 1;
+  EXPECT_EQ(Read(ReadHistoryFileUTF8), (Lines{L"one"}));
+  EXPECT_EQ(position_, static_cast<__int64>(Content().size()));
 }
 
 TEST_F(Support, PositionsOutsideTheFile) {
@@ -247,10 +291,15 @@ TEST_F(Support, HistoryReaderLosesNothing) {
     EXPECT_TRUE(other.Read(lines));
     Put("other\n");
     EXPECT_TRUE(other.Read(lines));
+    // What came to the old one since the last look is not lost.
+    Append("late\nlast");
     std::ofstream(path_ + "2") << "another file\nlonger\n";
     std::filesystem::rename(path_ + "2", path_);
     EXPECT_TRUE(other.Read(lines));
-    EXPECT_EQ(lines, (Lines{L"new", L"other", L"another file", L"longer"}));
+    EXPECT_TRUE(other.more());
+    EXPECT_TRUE(other.Read(lines));
+    EXPECT_FALSE(other.more());
+    EXPECT_EQ(lines, (Lines{L"new", L"other", L"late", L"last", L"another file", L"longer"}));
   }
   // More than is read at a time, and a line longer than that.
   std::string big(std::size_t{20} << 20, 'a');
