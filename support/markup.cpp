@@ -6,6 +6,8 @@
 
 #include "pokermath/markup.h"
 
+#include <strings.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -99,7 +101,6 @@ void EscapeQuotes(pugi::xml_node element) {
 }
 
 void Parse(pugi::xml_document& tree, std::string_view source) {
-  if (source.starts_with(kUtf8Mark)) source.remove_prefix(kUtf8Mark.size());
   CheckCharacters(source);
   const pugi::xml_parse_result result =
       tree.load_buffer(source.data(), source.size(), kParseAsWritten, pugi::encoding_utf8);
@@ -109,12 +110,11 @@ void Parse(pugi::xml_document& tree, std::string_view source) {
   }
   CheckWellFormed(tree, source);
   for (pugi::xml_node node = tree.first_child(); node; node = NextNode(node)) EscapeQuotes(node);
-  // What the document was written in before: it will be written in UTF-8.
   const pugi::xml_node declaration = tree.first_child();
   if (declaration.type() != pugi::node_declaration) return;
-  if (pugi::xml_attribute encoding = declaration.attribute("encoding")) {
-    Must(encoding.set_value("UTF-8"));
-  }
+  pugi::xml_attribute encoding = declaration.attribute("encoding");
+  // What the document was written in before: it will be written in UTF-8.
+  if (encoding && strcasecmp(encoding.value(), "UTF-8") != 0) Must(encoding.set_value("UTF-8"));
 }
 
 std::string Shown(const CString& text) { return "'" + ToUtf8(OnOneLine(text)) + "'"; }

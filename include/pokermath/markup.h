@@ -38,8 +38,8 @@ class POKERMATH_EXPORT CMarkup {
   // The whole document. What loads puts the cursor on the root element. What fails gives false and
   // leaves the document as it was; it shows no message, ErrorText() tells why.
 
-  /// Reads a file in UTF-8, UTF-16, UTF-32, ISO-8859-1 or windows-1252: what its mark or its
-  /// declaration says.
+  /// Reads a file in UTF-8, UTF-16, ISO-8859-1 or windows-1252: what its mark or its declaration
+  /// says.
   bool Load(const CString& path);
   /// Reads a text; an encoding in its declaration has no meaning.
   bool LoadText(const CString& text);

@@ -108,7 +108,7 @@ TEST(Markup, WhatIsPutInIsReadBack) {
        {CString(1, L'\0'), CString(L"\x01"), CString(L"\uFFFE"), CString(1, wchar_t{0xD800})}) {
     EXPECT_FALSE(doc.SetData(text) || doc.SetAttribute(L"b", text) || doc.AddChild(L"c", text));
     EXPECT_NE(doc.ErrorText().find(L"XML cannot hold the character U+"), before.npos);
-    EXPECT_FALSE(again.LoadText(L"<a>" + text + L"</a>"));
+    EXPECT_FALSE(again.LoadText(L"\uFEFF<a>" + text + L"</a>"));
     EXPECT_EQ(again.ErrorColumn(), 4);
   }
   EXPECT_FALSE(doc.Add(L"second_root") || doc.Insert(L"second_root"));
@@ -166,13 +166,25 @@ TEST(Markup, FaultsAreNamedWithTheirPlace) {
                 {"<a>&#x110000;</a>", 1, 4, L"begins no reference"},
                 {"<a>&#99999999999999999999;</a>", 1, 4, L"begins no reference"},
                 {"<a>&1;</a>", 1, 4, L"begins no reference"},
+                {"<a>&undeclared;</a>", 1, 4, L"not declared"},
                 {"<a>]]></a>", 1, 4, L"]]>"},
                 {"<a><!-- -- --></a>", 1, 9, L"a comment has --"},
                 {"<a><!-- ---></a>", 1, 9, L"ends in -"},
                 {"<a>\u00D7</a><\u00D7/>", 1, 10, L""},
                 {"<\u00D7/>", 1, 2, L"no name may have"},
                 {" <?xml version='1.0'?><a/>", 1, 4, L"does not stand at the start"},
+                {"<?XML version='1.0'?><a/>", 1, 3, L"begins <?xml version="},
+                {"<?xml encoding='UTF-8'?><a/>", 1, 3, L"begins <?xml version="},
+                {"<?xml version='abc'?><a/>", 1, 7, L"a value"},
+                {"<?xml version='1.0' encoding='_'?><a/>", 1, 21, L"a value"},
+                {"<?xml version='1.0' standalone='maybe'?><a/>", 1, 21, L"a value"},
+                {"<?xml version='1.0' standalone='no' encoding='a'?><a/>", 1, 37, L"has only"},
+                {"<a><?xml version='1.0'?></a>", 1, 9, L"declaration"},
                 {"<a/><!DOCTYPE a>", 1, 15, L"wrong place"},
+                {"<!DOCTYPEa><a/>", 1, 10, L"no name"},
+                {"<!DOCTYPE><a/>", 1, 10, L"no name"},
+                {"\uFEFF<a/><b/>", 1, 6, L"second root"},
+                {"\uFEFF\uFEFF<a/>", 1, 1, L"outside the root"},
                 {"<!DOCTYPE a [<!ENTITY", 1, 21, L"the DOCTYPE"},
                 {"<a>\x01</a>", 1, 4, L"XML cannot hold the character U+0001"},
                 {std::string("<a/>\0<b/>", 9), 1, 5, L"XML cannot hold the character U+0000"},
@@ -192,13 +204,10 @@ TEST(Markup, FilesInEveryEncoding) {
   const ScratchFolder folder;
   const std::string path = folder / "in.xml";
   const std::u16string text = u"<?xml version='1.0' encoding='UTF-16'?><a>\u20AC\U0001F0A1</a>";
-  std::string utf16, utf16_big, utf32;
+  std::string utf16, utf16_big;
   for (const char16_t unit : text) {
     utf16 += {static_cast<char>(unit & 0xFF), static_cast<char>(unit >> 8)};
     utf16_big += {static_cast<char>(unit >> 8), static_cast<char>(unit & 0xFF)};
-  }
-  for (const char32_t unit : std::u32string(U"<a>\u20AC\U0001F0A1</a>")) {
-    for (int shift = 0; shift < 32; shift += 8) utf32 += static_cast<char>((unit >> shift) & 0xFF);
   }
   CMarkup doc;
   const auto load = [&](const std::string& bytes) {
@@ -206,8 +215,7 @@ TEST(Markup, FilesInEveryEncoding) {
     return doc.Load(FromUtf8(path));
   };
   const CString expected = L"\u20AC\U0001F0A1";
-  for (const std::string& bytes : {utf16, "\xFF\xFE" + utf16, utf16_big, "\xFE\xFF" + utf16_big,
-                                   utf32, std::string("\xFF\xFE\0\0", 4) + utf32}) {
+  for (const std::string& bytes : {utf16, "\xFF\xFE" + utf16, utf16_big, "\xFE\xFF" + utf16_big}) {
     ASSERT_TRUE(load(bytes)) << ToUtf8(doc.ErrorText());
     EXPECT_EQ(doc.Data(), expected);
   }
@@ -215,11 +223,19 @@ TEST(Markup, FilesInEveryEncoding) {
   EXPECT_EQ(doc.Utf8(), "<?xml version=\"1.0\" encoding=\"UTF-8\"?><a>\xE2\x82\xAC</a>");
   ASSERT_TRUE(load("<?xml version='1.0' encoding='ISO-8859-1'?><a>\xE9</a>"));
   EXPECT_EQ(doc.Data(), L"\u00E9");
+  for (const char* head : {"<?xml-stylesheet href='encoding.xsl' title='x'?>",
+                           "<?xml version=\"1.0\" encoding=\"utf-8\"?>"}) {
+    EXPECT_TRUE(load(std::string(head) + "<a/>")) << ToUtf8(doc.ErrorText());
+    EXPECT_EQ(doc.Utf8(), std::string(head) + "<a/>");
+  }
+  EXPECT_FALSE(load("<?xml version='1.0' encoding='UTF-16'?><a/>"));
+  EXPECT_EQ(doc.ErrorText(), L"its declaration says utf-16, but it is not written so");
   EXPECT_FALSE(load("<?xml version='1.0' encoding='KOI8-R'?><a/>"));
   EXPECT_NE(doc.ErrorText().find(L"'koi8-r' cannot be its encoding"), CString::npos);
+  EXPECT_FALSE(load("\xFF\xFE\xFF\xFE" + utf16)) << "two marks";
   EXPECT_FALSE(load("\xFF\xFE<"));
-  EXPECT_FALSE(load(std::string("\xFF\xFE<\0\0\xD8<\0", 8)));
-  EXPECT_EQ(doc.ErrorText(), L"the text is not UTF-16");
+  EXPECT_FALSE(load(std::string("\xFF\xFE<\0\n\0\0\xD8<\0", 10)));
+  EXPECT_EQ(doc.ErrorText(), L"line 2, column 1: the text is not UTF-16");
 }
 
 TEST(Markup, SavesWholeFilesOnly) {
