@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <new>
+#include <pugixml.hpp>
 #include <string>
 #include <utility>
 #include <vector>
@@ -19,6 +22,12 @@ CMarkup Loaded(const std::string& text) {
   CMarkup doc;
   EXPECT_TRUE(doc.LoadUtf8(text)) << ToUtf8(doc.ErrorText());
   return doc;
+}
+
+std::string Repeated(const std::string& piece, int count) {
+  std::string text;
+  for (; count > 0; --count) text += piece;
+  return text;
 }
 
 // What an object says, to be compared with a second one.
@@ -117,6 +126,10 @@ TEST(Markup, WhatIsPutInIsReadBack) {
   doc = Loaded("<a>]]<b/>&gt;]<b/>]<b/>>\r<b/>\n]<b/>]></a>");
   while (doc.Enter(L"b")) EXPECT_TRUE(doc.Remove());
   EXPECT_EQ(doc.Data(), L"]]>]]>\n\n]]>");
+  EXPECT_EQ(Loaded(doc.Utf8()).Data(), doc.Data());
+  doc = Loaded("<a>x\r<b/> <c/>\n</a>");
+  while (doc.Enter()) EXPECT_TRUE(doc.Remove());
+  EXPECT_EQ(doc.Data(), L"x\n\n");
   EXPECT_EQ(Loaded(doc.Utf8()).Data(), doc.Data());
   doc = Loaded("<a>\n  <b/>\n  <c/>\n</a>");
   EXPECT_TRUE(doc.Enter(L"c") && doc.Remove());
@@ -278,14 +291,37 @@ TEST(Markup, CopiesAreDocumentsOfTheirOwn) {
   EXPECT_TRUE(first.Add(L"new") && CMarkup(first).Name() == L"new");
 }
 
+// The parser's memory fails for what is larger than its pages.
+TEST(Markup, WithoutMemoryNothingIsChanged) {
+  const CString large(100'000, L'x');
+  CMarkup doc = Loaded("<a b=''>text<c/></a>"), empty;
+  const CMarkup originals[] = {Loaded("<a><b/>" + ToUtf8(large) + "</a>"),
+                               Loaded("<a b='" + ToUtf8(large) + "'/>"),
+                               Loaded("<a>" + Repeated("<b c='1'/>", 5000) + "</a>")};
+  pugi::set_memory_management_functions([](std::size_t) -> void* { return nullptr; }, std::free);
+  EXPECT_THROW(doc.SetData(large), std::bad_alloc);
+  EXPECT_THROW(doc.SetChildData(L"c", large), std::bad_alloc);
+  EXPECT_THROW(doc.SetChildData(L"d", large), std::bad_alloc);
+  EXPECT_THROW(doc.SetAttribute(L"b", large), std::bad_alloc);
+  EXPECT_THROW(doc.SetAttribute(L"c", large), std::bad_alloc);
+  EXPECT_THROW(doc.SetAttribute(large, L""), std::bad_alloc);
+  EXPECT_THROW(doc.AddChild(L"d", large), std::bad_alloc);
+  EXPECT_THROW(doc.AddChild(large), std::bad_alloc);
+  EXPECT_THROW(empty.AddChild(L"d", large), std::bad_alloc);
+  for (const CMarkup& original : originals) EXPECT_THROW(CMarkup{original}, std::bad_alloc);
+  EXPECT_THROW(empty.LoadUtf8("<a/>"), std::bad_alloc);
+  pugi::set_memory_management_functions(std::malloc, std::free);
+  EXPECT_EQ(doc.Text(), L"<a b=\"\">text<c/></a>");
+  EXPECT_EQ(empty.Text(), L"");
+  for (const CMarkup& original : originals) EXPECT_EQ(CMarkup(original).Text(), original.Text());
+}
+
 // More levels than a stack has room for, as many neighbours, many attributes, and entities that
 // would grow to gigabytes: none needs a deep stack or quadratic time.
 TEST(Markup, HugeDocuments) {
   constexpr int kMany = 300000;
-  std::string deep, flat = "<a>";
-  for (int i = 0; i < kMany; ++i) deep += "<a>";
-  for (int i = 0; i < kMany; ++i) deep += "</a>";
-  CMarkup doc = Loaded(deep);
+  std::string flat = "<a>";
+  CMarkup doc = Loaded(Repeated("<a>", kMany) + Repeated("</a>", kMany));
   CMarkup copy = doc;
   copy.Indent();
   int levels = 1;
@@ -302,9 +338,16 @@ TEST(Markup, HugeDocuments) {
   while (doc.Next(L"b")) ++children;
   EXPECT_EQ(children, kMany);
   EXPECT_EQ(doc.Attribute(L"c"), std::to_wstring(kMany - 1));
+  // Every second one, then the rest, whose texts gather.
   doc.ToRoot();
-  while (doc.Enter()) doc.Remove();
-  EXPECT_EQ(doc.Text(), L"<a>\n</a>");
+  bool more = doc.Enter();
+  while (more) more = doc.RemoveAndNext(L"b") && doc.Next();
+  EXPECT_EQ(doc.Attribute(L"c"), std::to_wstring(kMany - 1));
+  doc = Loaded("<a>" + Repeated("x<b/>", kMany) + "</a>");
+  EXPECT_TRUE(doc.Enter());
+  while (doc.RemoveAndNext()) {
+  }
+  EXPECT_EQ(doc.Name() + doc.Data(), L"a" + CString(kMany, L'x'));
   std::string wide = "<a";
   for (int i = 0; i < kMany / 5; ++i) wide += " c" + std::to_string(i) + "=''";
   EXPECT_FALSE(doc.LoadUtf8(wide + " c77=''/>"));
