@@ -4,9 +4,11 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <filesystem>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "cli/command.h"
@@ -23,8 +25,8 @@ namespace {
 constexpr const char* kHelp =
     R"(Prints the operating system, the processor, the tables with their state and the ODBC drivers. Every
 table that is there is read to its end, which takes about a second for all of them. Exit code 1 if
-something is broken: a table that is damaged or cannot be read, or a driver manager that does not
-answer. Tables that are missing are no fault.
+something is broken: a table that is damaged or cannot be read, a file in place of the folder of the
+tables, or a driver manager that does not answer. Tables that are missing are no fault.
 
 Examples:
   pokermath doctor
@@ -60,12 +62,19 @@ class Report {
     std::string dir;
     try {
       dir = TableFolder(dir_option);
+      object_["dir"] = dir;
+      std::error_code unknown;
+      const auto status = std::filesystem::status(dir, unknown);
+      if (std::filesystem::exists(status) && !std::filesystem::is_directory(status)) {
+        broken_.emplace_back("tables");
+        throw UsageError(Quoted(dir) + " is no folder");
+      }
     } catch (const UsageError& error) {
       Say(fmt::format("\nTables\n  {}\n", error.what()));
+      object_["dir_error"] = error.what();
       return;
     }
-    Say(fmt::format("\nTables in {}\n", dir));
-    object_["dir"] = dir;
+    Say(fmt::format("\nTables in {}\n", ToUtf8(OnOneLine(FromUtf8(dir)))));
     for (const TableFile& table : AllTables()) {
       const TableState state = CheckTable(table, dir + "/" + table.file);
       Say("  " + TableLine(table, state, state.state));
@@ -81,7 +90,9 @@ class Report {
       ListDrivers(Environment().handle(), drivers);
       if (drivers.empty()) Say("  none\n");
     } catch (const DatabaseError& error) {
-      Say(fmt::format("  cannot be listed: {}\n", ToUtf8(OnOneLine(error.text()))));
+      const std::string text = ToUtf8(OnOneLine(error.text()));
+      Say(fmt::format("  cannot be listed: {}\n", text));
+      object_["drivers_error"] = text;
       broken_.emplace_back("ODBC");
     }
     object_["drivers"] = Json::array();

@@ -36,15 +36,35 @@ void SyncFolder(const std::string& path) {
   close(fd);
 }
 
+// Links of /proc stand for what a program has open; it would keep the file that we replace.
+bool IsLinkOfProc(const std::string& path) {
+  struct stat link {};
+  struct stat proc {};
+  return lstat(path.c_str(), &link) == 0 && S_ISLNK(link.st_mode) && stat("/proc", &proc) == 0 &&
+         link.st_dev == proc.st_dev;
+}
+
 // Where a link leads in the end, also when nothing is there yet.
 std::string FollowLinks(std::string path) {
   std::error_code error;
   for (int links = 0; links < 40 && std::filesystem::is_symlink(path, error); ++links) {
+    if (IsLinkOfProc(path)) break;
     const std::filesystem::path target = std::filesystem::read_symlink(path, error);
     if (error) break;
     path = (std::filesystem::path(path).parent_path() / target).string();
   }
   return path;
+}
+
+// -1, with the file closed, if it cannot have the permissions.
+int WithOwnerAndMode(int fd, const struct stat& status) {
+  // Only root may give a file away; anybody else owns what he writes.
+  if (fchown(fd, status.st_uid, status.st_gid) != 0) errno = 0;
+  if (fchmod(fd, status.st_mode & 07777) == 0) return fd;
+  const int error = errno;
+  close(fd);
+  errno = error;
+  return -1;
 }
 
 }  // namespace
@@ -124,31 +144,29 @@ AtomicFile::AtomicFile(const std::string& path) : path_(FollowLinks(path)) {
   if (path_.empty()) {
     errno = ENOENT;
   } else if (stat(path_.c_str(), &status) != 0) {
-    if (errno == ENOENT) OpenTemporary();
+    if (errno == ENOENT) OpenTemporary(0666);
   } else if (S_ISDIR(status.st_mode)) {
     errno = EISDIR;
   } else if (S_ISCHR(status.st_mode)) {
     fd_ = open(path_.c_str(), O_WRONLY | O_CLOEXEC);
-  } else if (!S_ISREG(status.st_mode)) {
+  } else if (!S_ISREG(status.st_mode) || IsLinkOfProc(path_)) {
     errno = EINVAL;
   } else if (access(path_.c_str(), W_OK) == 0) {
-    OpenTemporary();
-    // Only root may give a file away; anybody else owns what he writes.
-    if (fd_ >= 0 && fchown(fd_, status.st_uid, status.st_gid) != 0) errno = 0;
-    if (fd_ >= 0) fchmod(fd_, status.st_mode & 07777);
+    OpenTemporary(0600);
+    if (fd_ >= 0) fd_ = WithOwnerAndMode(fd_, status);
   }
 }
 
 // mkstemp would leave the permissions of a new file to us, and the process's mask cannot be read
 // without changing it; so the name is made here and the system applies the mask.
-void AtomicFile::OpenTemporary() {
+void AtomicFile::OpenTemporary(unsigned mode) {
   static std::atomic<unsigned> count{0};
   do {
     // A short name of its own, as that of the file may be as long as names can be.
     const std::string name =
         ".pokermath-" + std::to_string(getpid()) + "-" + std::to_string(count++);
     temporary_ = (std::filesystem::path(path_).parent_path() / name).string();
-    fd_ = open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    fd_ = open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
   } while (fd_ < 0 && errno == EEXIST);
   if (fd_ < 0) temporary_.clear();
 }

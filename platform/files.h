@@ -58,8 +58,8 @@ class NewFile : public FileWriter {
 
 /// A file being written: under a temporary name in the folder of `path`, which Commit flushes to
 /// the disk and renames. Without a successful Commit the destructor removes it and `path` is as it
-/// was. A path that is a link is written where the link points; a device is written directly. What
-/// replaces a file keeps its owner and permissions.
+/// was. A path that is a link is written where the link points, but a link of /proc to an open file
+/// is refused; a device is written directly. What replaces a file keeps its owner and permissions.
 class AtomicFile : public FileWriter {
  public:
   explicit AtomicFile(const std::string& path);
@@ -69,7 +69,7 @@ class AtomicFile : public FileWriter {
   bool Commit();
 
  private:
-  void OpenTemporary();
+  void OpenTemporary(unsigned mode);
 
   std::string path_;
   std::string temporary_;  // empty when the path is written directly

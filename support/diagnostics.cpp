@@ -6,6 +6,7 @@
 
 #include <array>
 #include <ctime>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -25,9 +26,16 @@ std::string Now() {
   return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S %z", &local)};
 }
 
+bool EndsInsideLine(const CString& path) {
+  if (FileLength(ToUtf8(path)).value_or(0) == 0) return false;
+  std::ifstream log(ToUtf8(path), std::ios::binary);
+  return log.seekg(-1, std::ios::end) && log.get() != '\n';
+}
+
 // In one piece, so that two programs may write to the same log.
 int AppendFacts(const CString& path, const char* title, const std::vector<Fact>& facts) {
-  const std::string text = std::string(title) + ", " + Now() + "\n" + FactLines(facts) + "\n";
+  const std::string text = std::string(EndsInsideLine(path) ? "\n" : "") + title + ", " + Now() +
+                           "\n" + FactLines(facts) + "\n";
   FileWriter file(open(ToUtf8(path).c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666));
   if (!file.ok()) {
     ShowMessage(L"File <" + path + L"> could not be opened!");

@@ -6,6 +6,8 @@
 
 #include "pokermath/markup.h"
 
+#include <strings.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -99,7 +101,6 @@ void EscapeQuotes(pugi::xml_node element) {
 }
 
 void Parse(pugi::xml_document& tree, std::string_view source) {
-  if (source.starts_with(kUtf8Mark)) source.remove_prefix(kUtf8Mark.size());
   CheckCharacters(source);
   const pugi::xml_parse_result result =
       tree.load_buffer(source.data(), source.size(), kParseAsWritten, pugi::encoding_utf8);
@@ -109,12 +110,11 @@ void Parse(pugi::xml_document& tree, std::string_view source) {
   }
   CheckWellFormed(tree, source);
   for (pugi::xml_node node = tree.first_child(); node; node = NextNode(node)) EscapeQuotes(node);
-  // What the document was written in before: it will be written in UTF-8.
   const pugi::xml_node declaration = tree.first_child();
   if (declaration.type() != pugi::node_declaration) return;
-  if (pugi::xml_attribute encoding = declaration.attribute("encoding")) {
-    Must(encoding.set_value("UTF-8"));
-  }
+  pugi::xml_attribute encoding = declaration.attribute("encoding");
+  // What the document was written in before: it will be written in UTF-8.
+  if (encoding && strcasecmp(encoding.value(), "UTF-8") != 0) Must(encoding.set_value("UTF-8"));
 }
 
 std::string Shown(const CString& text) { return "'" + ToUtf8(OnOneLine(text)) + "'"; }
@@ -178,14 +178,35 @@ std::string DataOf(pugi::xml_node element) {
   return elements && IsBlank(text) ? "" : text;
 }
 
+// Without memory for the new text the old one stays.
 void PutData(pugi::xml_node element, const std::string& text) {
+  const std::string raw = EscapeText(text);
+  pugi::xml_node kept;
+  if (!raw.empty()) {
+    kept = NotNull(element.prepend_child(pugi::node_pcdata));
+    if (!kept.set_value(raw.c_str())) {
+      element.remove_child(kept);
+      throw std::bad_alloc();
+    }
+  }
   for (pugi::xml_node node = element.first_child(); node;) {
     const pugi::xml_node next = node.next_sibling();
-    if (IsData(node)) element.remove_child(node);
+    if (node != kept && IsData(node)) element.remove_child(node);
     node = next;
   }
-  if (text.empty()) return;
-  Must(NotNull(element.prepend_child(pugi::node_pcdata)).set_value(EscapeText(text).c_str()));
+}
+
+// Makes a new node an element of that name and text; without memory for it, it is gone again.
+pugi::xml_node Fill(pugi::xml_node element, const std::string& name, const std::string& text) {
+  NotNull(element);
+  try {
+    Must(element.set_name(name.c_str()));
+    PutData(element, text);
+    return element;
+  } catch (const std::bad_alloc&) {
+    element.parent().remove_child(element);
+    throw;
+  }
 }
 
 // Leaf by leaf: the parser's own removal goes as deep as the element does.
@@ -201,33 +222,43 @@ void RemoveWithAllInIt(const pugi::xml_node& element) {
   }
 }
 
-// Two texts that have become neighbours are one when they are read again, and must say the same. Of
-// two that are only white space one is enough: a line goes with what stood on it.
+// Two texts that become neighbours are one when they are read again, and must say the same. Of two
+// that are only white space one is enough: a line goes with what stood on it.
 void MeetTexts(pugi::xml_node first, pugi::xml_node second) {
   if (!IsText(first) || !IsText(second)) return;
-  const std::string before = first.value(), behind = second.value();
+  const std::string_view before = first.value(), behind = second.value();
   if (IsBlank(before) && IsBlank(behind)) {
+    MeetTexts(first.previous_sibling(), second);
     first.parent().remove_child(first);
-    return;
-  }
-  const std::size_t close = behind.find('>');
-  if (before.ends_with(']') && (close == 0 || behind.starts_with("]>"))) {
-    Must(second.set_value((behind.substr(0, close) + "&gt;" + behind.substr(close + 1)).c_str()));
-  }
-  if (before.ends_with('\r') && behind.starts_with('\n')) {
-    Must(first.set_value((before.substr(0, before.size() - 1) + "\n").c_str()));
+  } else if (before.ends_with('\r') && behind.starts_with('\n')) {
+    const std::string_view line = before.substr(0, before.size() - 1);
+    Must(first.set_value((std::string(line) + "\n").c_str()));
+  } else if (before.ends_with(']') && (behind.starts_with('>') || behind.starts_with("]>"))) {
+    std::string raw(behind);
+    Must(second.set_value(raw.replace(raw.find('>'), 1, "&gt;").c_str()));
   }
 }
 
 // An empty document gets a declaration as well.
-pugi::xml_node AddRoot(pugi::xml_document& tree, const std::string& name) {
-  if (!tree.first_child()) {
-    pugi::xml_node declaration = NotNull(tree.append_child(pugi::node_declaration));
-    Must(declaration.append_attribute("version").set_value("1.0"));
-    Must(declaration.append_attribute("encoding").set_value("UTF-8"));
-    Must(NotNull(tree.append_child(pugi::node_pcdata)).set_value("\n"));
+void AddDeclaration(pugi::xml_document& tree) {
+  pugi::xml_node declaration = NotNull(tree.append_child(pugi::node_declaration));
+  Must(declaration.append_attribute("version").set_value("1.0"));
+  Must(declaration.append_attribute("encoding").set_value("UTF-8"));
+  Must(NotNull(tree.append_child(pugi::node_pcdata)).set_value("\n"));
+}
+
+// Copying is silent about what there was no memory for.
+bool Alike(pugi::xml_node a, pugi::xml_node b) {
+  const auto same = [](const char* x, const char* y) { return std::strcmp(x, y) == 0; };
+  if (a.type() != b.type() || !same(a.name(), b.name()) || !same(a.value(), b.value())) {
+    return false;
   }
-  return NotNull(tree.append_child(name.c_str()));
+  pugi::xml_attribute x = a.first_attribute(), y = b.first_attribute();
+  while (x && same(x.name(), y.name()) && same(x.value(), y.value())) {
+    x = x.next_attribute();
+    y = y.next_attribute();
+  }
+  return !x && !y;
 }
 
 pugi::xml_node ParentOf(pugi::xml_node element) {
@@ -285,11 +316,12 @@ CMarkup::CMarkup(const CMarkup& other)
   if (!other.document_) return;
   document_ = std::make_unique<Document>();
   document_->tree.reset(other.document_->tree);
-  // Both trees have the same nodes in the same order.
-  pugi::xml_node from = other.document_->tree.first_child();
   pugi::xml_node to = document_->tree.first_child();
-  for (; from && from != other.document_->cursor; from = NextNode(from)) to = NextNode(to);
-  document_->cursor = to;
+  for (pugi::xml_node from = other.document_->tree.first_child(); from; from = NextNode(from)) {
+    Must(Alike(from, to));
+    if (from == other.document_->cursor) document_->cursor = to;
+    to = NextNode(to);
+  }
 }
 
 CMarkup& CMarkup::operator=(CMarkup other) noexcept {
@@ -452,7 +484,11 @@ bool CMarkup::SetChildData(const CString& name, const CString& text) {
     const std::string child_name = CheckedName(name);
     const std::string data = CheckedText(text);
     pugi::xml_node child = Child(parent, name);
-    PutData(child ? child : NotNull(parent.append_child(child_name.c_str())), data);
+    if (child) {
+      PutData(child, data);
+    } else {
+      Fill(parent.append_child(pugi::node_element), child_name, data);
+    }
   });
 }
 
@@ -462,8 +498,11 @@ bool CMarkup::SetAttribute(const CString& name, const CString& value) {
     const std::string raw = EscapeAttribute(CheckedText(value));
     pugi::xml_node element = Document::Current(document_);
     pugi::xml_attribute attribute = element.attribute(attribute_name.c_str());
-    if (!attribute) attribute = NotNull(element.append_attribute(attribute_name.c_str()));
-    Must(attribute.set_value(raw.c_str()));
+    if (attribute) return Must(attribute.set_value(raw.c_str()));
+    attribute = NotNull(element.append_attribute(""));
+    if (attribute.set_name(attribute_name.c_str()) && attribute.set_value(raw.c_str())) return;
+    element.remove_attribute(attribute);
+    throw std::bad_alloc();
   });
 }
 
@@ -475,36 +514,39 @@ bool CMarkup::RemoveAttribute(const CString& name) {
   });
 }
 
-// Puts a new element where `add` puts one, or makes it the root of an empty document.
+// Fills a new node where `put` puts one, or makes it the root of an empty document.
 template <typename Put>
 bool CMarkup::AddElement(const CString& name, const CString& data, const Put& put) {
   return Attempt([&] {
     const std::string bytes = CheckedName(name);
     const std::string text = CheckedText(data);
-    if (!document_) document_ = std::make_unique<Document>();
-    pugi::xml_node& cursor = document_->cursor;
-    const pugi::xml_node element =
-        cursor ? NotNull(put(cursor, bytes.c_str())) : AddRoot(document_->tree, bytes);
-    PutData(element, text);
-    cursor = element;
+    std::unique_ptr<Document> fresh;
+    if (!document_ || !document_->tree.first_child()) {
+      fresh = std::make_unique<Document>();
+      AddDeclaration(fresh->tree);
+    }
+    Document& document = fresh ? *fresh : *document_;
+    pugi::xml_node& cursor = document.cursor;
+    cursor =
+        Fill(cursor ? put(cursor) : document.tree.append_child(pugi::node_element), bytes, text);
+    if (fresh) document_ = std::move(fresh);
   });
 }
 
 bool CMarkup::AddChild(const CString& name, const CString& data) {
-  return AddElement(name, data, [](pugi::xml_node cursor, const char* element) {
-    return cursor.append_child(element);
-  });
+  return AddElement(name, data,
+                    [](pugi::xml_node cursor) { return cursor.append_child(pugi::node_element); });
 }
 
 bool CMarkup::Add(const CString& name, const CString& data) {
-  return AddElement(name, data, [](pugi::xml_node cursor, const char* element) {
-    return ParentOf(cursor).insert_child_after(element, cursor);
+  return AddElement(name, data, [](pugi::xml_node cursor) {
+    return ParentOf(cursor).insert_child_after(pugi::node_element, cursor);
   });
 }
 
 bool CMarkup::Insert(const CString& name, const CString& data) {
-  return AddElement(name, data, [](pugi::xml_node cursor, const char* element) {
-    return ParentOf(cursor).insert_child_before(element, cursor);
+  return AddElement(name, data, [](pugi::xml_node cursor) {
+    return ParentOf(cursor).insert_child_before(pugi::node_element, cursor);
   });
 }
 
@@ -512,10 +554,15 @@ bool CMarkup::Remove() {
   return Attempt([&] {
     const pugi::xml_node element = Document::Current(document_);
     const pugi::xml_node parent = element.parent();
-    const pugi::xml_node before = element.previous_sibling();
-    const pugi::xml_node behind = element.next_sibling();
+    // What needs memory comes first.
+    MeetTexts(element.previous_sibling(), element.next_sibling());
     RemoveWithAllInIt(element);
-    MeetTexts(before, behind);
     document_->cursor = IsElement(parent) ? parent : pugi::xml_node();
   });
+}
+
+bool CMarkup::RemoveAndNext(const CString& name) {
+  pugi::xml_node next;
+  if (document_) next = FirstFit(NextSibling(document_->cursor), name, NextSibling);
+  return Remove() && MoveTo(document_->cursor, next);
 }

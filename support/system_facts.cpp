@@ -112,7 +112,9 @@ void AddMemory(std::vector<Fact>& facts, const std::string& root) {
   // Of a container: the two versions of control groups.
   for (const char* file : {"/memory.max", "/memory/memory.limit_in_bytes"}) {
     const auto limit = NumberIn(FirstLine(root + "/sys/fs/cgroup" + file));
-    if (limit && (!total || *limit < *total)) Add(facts, "memory limit", Gibibytes(*limit));
+    if (!limit || (total && *limit >= *total)) continue;
+    Add(facts, "memory limit", Gibibytes(*limit));
+    break;
   }
   Add(facts, "large pages", FirstLine(root + "/sys/kernel/mm/transparent_hugepage/enabled"));
 }

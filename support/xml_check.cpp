@@ -13,6 +13,18 @@
 namespace pokermath {
 namespace {
 
+bool IsVersion(std::string_view value) {
+  return value.starts_with("1.") && value.size() > 2 &&
+         value.find_first_not_of("0123456789", 2) == value.npos;
+}
+
+// A name in ASCII that begins with a letter.
+bool IsEncodingName(std::string_view value) {
+  return IsXmlName(value) && !value.starts_with('_') &&
+         std::none_of(value.begin(), value.end(),
+                      [](char c) { return c == ':' || (c & 0x80) != 0; });
+}
+
 class Checker {
  public:
   Checker(const pugi::xml_document& tree, std::string_view source)
@@ -22,7 +34,6 @@ class Checker {
   }
 
   void Run() {
-    CheckTopLevel();
     for (pugi::xml_node node = tree_.first_child(); node; node = NextNode(node)) CheckNode(node);
   }
 
@@ -30,31 +41,6 @@ class Checker {
   // `place` points into what was parsed.
   [[noreturn]] void Fail(const std::string& what, const char* place) const {
     throw XmlError(what, source_, static_cast<std::size_t>(place - start_));
-  }
-
-  // Only declarations, comments and the like may stand beside the root element, each in its place.
-  void CheckTopLevel() const {
-    bool behind_root = false, doctype_seen = false;
-    for (const pugi::xml_node node : tree_.children()) {
-      switch (node.type()) {
-        case pugi::node_element:
-          if (behind_root) Fail("there is a second root element", node.name());
-          behind_root = true;
-          break;
-        case pugi::node_pcdata:
-        case pugi::node_cdata:
-          if (node.type() == pugi::node_cdata || !IsBlank(node.value())) {
-            Fail("there is text outside the root element", Place(node));
-          }
-          break;
-        case pugi::node_doctype:
-          if (behind_root || doctype_seen) Fail("a DOCTYPE is in the wrong place", Place(node));
-          doctype_seen = true;
-          break;
-        default:
-          break;
-      }
-    }
   }
 
   // An empty value is not in what was parsed; what stands before it is.
@@ -65,21 +51,28 @@ class Checker {
 
   void CheckNode(pugi::xml_node node) {
     const std::string_view value = node.value();
+    const bool inside = IsElement(node.parent());
     switch (node.type()) {
       case pugi::node_element:
+        if (!inside && node != root_) Fail("there is a second root element", node.name());
+        root_seen_ = true;
         CheckName(node.name());
         CheckAttributes(node);
         break;
       case pugi::node_declaration:
-        if (node.previous_sibling() || node.parent() != tree_) {
-          Fail("an XML declaration does not stand at the start", node.name());
-        }
-        CheckAttributes(node);
+        CheckDeclaration(node);
+        break;
+      case pugi::node_doctype:
+        CheckDoctype(node);
         break;
       case pugi::node_pi:
         CheckName(node.name());
         break;
+      case pugi::node_cdata:
+        if (!inside) Fail("there is text outside the root element", Place(node));
+        break;
       case pugi::node_pcdata:
+        if (!inside && !IsBlank(value)) Fail("there is text outside the root element", Place(node));
         CheckReferences(value);
         FailAt(value, value.find("]]>"), "text has ]]>: write ]]&gt;");
         break;
@@ -92,6 +85,38 @@ class Checker {
     }
   }
 
+  // A version, then perhaps an encoding, then perhaps whether it stands alone.
+  void CheckDeclaration(pugi::xml_node node) const {
+    if (node.previous_sibling()) {
+      Fail("an XML declaration does not stand at the start", node.name());
+    }
+    pugi::xml_attribute next = node.first_attribute();
+    const auto take = [&](std::string_view name, bool (*fits)(std::string_view)) {
+      if (next.name() != name) return false;
+      if (!fits(next.value())) Fail("a value of the XML declaration is not right", next.name());
+      next = next.next_attribute();
+      return true;
+    };
+    if (node.name() != std::string_view("xml") || !take("version", IsVersion)) {
+      Fail("an XML declaration begins <?xml version=", node.name());
+    }
+    take("encoding", IsEncodingName);
+    take("standalone", [](std::string_view value) { return value == "yes" || value == "no"; });
+    if (next) Fail("an XML declaration has only version, encoding, standalone", next.name());
+  }
+
+  void CheckDoctype(pugi::xml_node node) {
+    const char* const place = Place(node);
+    if (doctype_seen_ || root_seen_) Fail("a DOCTYPE is in the wrong place", place);
+    doctype_seen_ = true;
+    const std::string_view value = node.value();
+    const auto offset = static_cast<std::size_t>(place - start_);
+    if (!IsBlank(source_.substr(offset - 1, 1)) ||
+        !IsXmlName(value.substr(0, value.find_first_of(" \t\r\n[")))) {
+      Fail("a DOCTYPE has no name", place);
+    }
+  }
+
   void FailAt(std::string_view value, std::size_t place, const char* what) const {
     if (place != value.npos) Fail(what, value.data() + place);
   }
@@ -101,7 +126,8 @@ class Checker {
   }
 
   void CheckReferences(std::string_view value) const {
-    FailAt(value, FindBadReference(value), "an & begins no reference: write &amp;");
+    FailAt(value, FindBadReference(value, doctype_seen_),
+           "an & begins no reference, or one to an entity that is not declared: write &amp;");
   }
 
   void CheckAttributes(pugi::xml_node node) {
@@ -125,6 +151,7 @@ class Checker {
   std::string_view source_;
   pugi::xml_node root_;
   const char* start_;
+  bool doctype_seen_ = false, root_seen_ = false;
   std::vector<std::string_view> names_;  // of one element; kept for its memory
 };
 

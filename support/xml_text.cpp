@@ -5,9 +5,11 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <cstdint>
 #include <cstdio>
+#include <initializer_list>
 #include <iterator>
+#include <new>
+#include <pugixml.hpp>
 #include <utility>
 
 #include "platform/text.h"
@@ -99,62 +101,40 @@ std::string Decode(std::string_view raw, bool attribute) {
   return text;
 }
 
-// The encodings that show in the first bytes: by their marks, and by the first two characters of a
-// document, a < and something of ASCII.
-enum class Form { kBytes, kUtf16Little, kUtf16Big, kUtf32Little, kUtf32Big };
-
-struct Start {
-  std::string_view bytes;
-  Form form;
-  std::size_t mark;  // bytes of it that are a mark
-};
-
 using namespace std::string_view_literals;
 
-constexpr Start kStarts[] = {{"\x00\x00\xFE\xFF"sv, Form::kUtf32Big, 4},
-                             {"\xFF\xFE\x00\x00"sv, Form::kUtf32Little, 4},
-                             {"\x00\x00\x00<"sv, Form::kUtf32Big, 0},
-                             {"<\x00\x00\x00"sv, Form::kUtf32Little, 0},
-                             {"\xFE\xFF"sv, Form::kUtf16Big, 2},
-                             {"\xFF\xFE"sv, Form::kUtf16Little, 2},
-                             {"\x00<"sv, Form::kUtf16Big, 0},
-                             {"<\x00"sv, Form::kUtf16Little, 0}};
+// UTF-16 shows in the first bytes: by its mark, or by a < of two bytes.
+constexpr std::string_view kBigStarts[] = {"\xFE\xFF"sv, "\x00<"sv};
+constexpr std::string_view kLittleStarts[] = {"\xFF\xFE"sv, "<\x00"sv};
 
-// Units of two or four bytes as UTF-8.
-template <typename Unit, std::size_t width>
-std::string FromUnits(std::string_view bytes, bool big, const char* name) {
-  if (bytes.size() % width != 0) throw XmlError(std::string("the text is not ") + name);
-  std::basic_string<Unit> units(bytes.size() / width, Unit{0});
-  for (std::size_t i = 0; i < bytes.size(); ++i) {
-    const std::size_t place = i % width;
-    const auto byte = static_cast<unsigned char>(bytes[i]);
-    const auto shift = 8 * (big ? width - 1 - place : place);
-    units[i / width] = static_cast<Unit>(units[i / width] | (std::uint32_t{byte} << shift));
+std::string FromUtf16(std::string_view bytes, bool big) {
+  std::u16string units(bytes.size() / 2, u'\0');
+  for (std::size_t i = 0; i < units.size(); ++i) {
+    const auto first = static_cast<unsigned char>(bytes[2 * i]);
+    const auto second = static_cast<unsigned char>(bytes[2 * i + 1]);
+    units[i] = static_cast<char16_t>(big ? first << 8 | second : second << 8 | first);
   }
   std::string text;
   text.reserve(bytes.size());
+  bool right = bytes.size() % 2 == 0;
   try {
-    if constexpr (width == 2) {
-      utf8::utf16to8(units.begin(), units.end(), std::back_inserter(text));
-    } else {
-      utf8::utf32to8(units.begin(), units.end(), std::back_inserter(text));
-    }
+    utf8::utf16to8(units.begin(), units.end(), std::back_inserter(text));
   } catch (const utf8::exception&) {
-    throw XmlError(std::string("the text is not ") + name);
+    right = false;
   }
+  if (!right) throw XmlError("the text is not UTF-16", text, text.size());
   return text;
 }
 
 // The encoding that the declaration names, in lower case; empty if it names none.
 std::string NamedEncoding(std::string_view bytes) {
-  if (!bytes.starts_with("<?xml")) return "";
-  const std::string_view declaration = bytes.substr(0, bytes.substr(0, 1000).find("?>"));
-  std::size_t start = declaration.find("encoding");
-  if (start == declaration.npos) return "";
-  start = declaration.find_first_of("\"'", start);
-  if (start == declaration.npos) return "";
-  const std::size_t end = declaration.find(declaration[start], start + 1);
-  std::string name(declaration.substr(start + 1, end == declaration.npos ? 0 : end - start - 1));
+  const std::size_t end = bytes.find("?>");
+  if (!bytes.starts_with("<?xml") || end == bytes.npos) return "";
+  pugi::xml_document tree;
+  const pugi::xml_parse_result result = tree.load_buffer(
+      bytes.data(), end + 2, pugi::parse_declaration | pugi::parse_fragment, pugi::encoding_utf8);
+  if (result.status == pugi::status_out_of_memory) throw std::bad_alloc();
+  std::string name = tree.first_child().attribute("encoding").value();
   std::transform(name.begin(), name.end(), name.begin(),
                  [](char c) { return IsAsciiLetter(c) ? static_cast<char>(c | 0x20) : c; });
   return name;
@@ -171,16 +151,24 @@ std::string FromLatin1(std::string_view bytes) {
 
 std::string FromNamedEncoding(std::string bytes) {
   const std::string name = NamedEncoding(bytes);
-  if (name.empty() || name == "utf-8" || name == "us-ascii" || name == "ascii") return bytes;
-  if (name == "iso-8859-1" || name == "latin1") return FromLatin1(bytes);
-  if (name == "windows-1252" || name == "cp1252") return ToUtf8(FromWindows1252(bytes));
-  throw XmlError("'" + ToUtf8(OnOneLine(FromUtf8(name.substr(0, 40)))) +
-                 "' cannot be its encoding: UTF-8, UTF-16, UTF-32, ISO-8859-1 or windows-1252");
+  const auto is = [&name](std::initializer_list<std::string_view> names) {
+    return std::find(names.begin(), names.end(), name) != names.end();
+  };
+  if (is({"", "utf-8", "utf8", "us-ascii", "ascii"})) return bytes;
+  if (is({"iso-8859-1", "iso_8859-1", "latin1", "latin-1"})) return FromLatin1(bytes);
+  if (is({"windows-1252", "cp1252"})) return ToUtf8(FromWindows1252(bytes));
+  const std::string shown = ToUtf8(OnOneLine(FromUtf8(name.substr(0, 40))));
+  if (name.starts_with("utf-16")) {
+    throw XmlError("its declaration says " + shown + ", but it is not written so");
+  }
+  throw XmlError("'" + shown +
+                 "' cannot be its encoding: UTF-8, UTF-16, ISO-8859-1 or windows-1252");
 }
 
 TextPlace PlaceOf(std::string_view text, std::size_t offset) {
   TextPlace place{1, 1};
-  for (std::size_t i = 0; i < std::min(offset, text.size()); ++i) {
+  for (std::size_t i = text.starts_with(kUtf8Mark) ? kUtf8Mark.size() : 0;
+       i < std::min(offset, text.size()); ++i) {
     const auto byte = static_cast<unsigned char>(text[i]);
     if (byte == '\n' || (byte == '\r' && !text.substr(i + 1).starts_with('\n'))) {
       ++place.line;
@@ -199,13 +187,11 @@ XmlError::XmlError(const std::string& text, std::string_view document, std::size
 
 std::string DecodeDocument(std::string bytes) {
   if (bytes.starts_with(kUtf8Mark)) return bytes;
-  for (const Start& start : kStarts) {
-    if (!bytes.starts_with(start.bytes)) continue;
-    const std::string_view rest = std::string_view(bytes).substr(start.mark);
-    const bool big = start.form == Form::kUtf16Big || start.form == Form::kUtf32Big;
-    const bool two = start.form == Form::kUtf16Big || start.form == Form::kUtf16Little;
-    return two ? FromUnits<char16_t, 2>(rest, big, "UTF-16")
-               : FromUnits<char32_t, 4>(rest, big, "UTF-32");
+  for (const std::string_view start : kBigStarts) {
+    if (bytes.starts_with(start)) return FromUtf16(bytes, true);
+  }
+  for (const std::string_view start : kLittleStarts) {
+    if (bytes.starts_with(start)) return FromUtf16(bytes, false);
   }
   return FromNamedEncoding(std::move(bytes));
 }
@@ -307,11 +293,11 @@ std::string WithPlainLineEnds(std::string_view raw) {
   return text;
 }
 
-std::size_t FindBadReference(std::string_view raw) {
+std::size_t FindBadReference(std::string_view raw, bool own_entities) {
   std::size_t at = raw.find('&');
   while (at != raw.npos) {
     const Reference reference = ReadReference(raw.substr(at));
-    if (reference.length == 0) return at;
+    if (reference.length == 0 || (reference.character == 0 && !own_entities)) return at;
     at = raw.find('&', at + reference.length);
   }
   return raw.npos;

@@ -10,7 +10,7 @@
 
 namespace pokermath {
 
-/// A place in a text, counted from 1; 0 is none. Columns are characters.
+/// A place in a text, counted from 1; 0 is none. Columns are characters, without a byte-order mark.
 struct TextPlace {
   int line = 0;
   int column = 0;
@@ -32,8 +32,8 @@ class XmlError : public std::runtime_error {
 
 inline constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
-/// The bytes of a file as UTF-8; a byte-order mark in UTF-8 stays. The encoding is found by the
-/// mark, by how the first characters look, or by the name in the declaration. Throws XmlError.
+/// The bytes of a file as UTF-8; a byte-order mark stays. The encoding is found by the mark, by how
+/// the first character looks, or by the name in the declaration. Throws XmlError.
 std::string DecodeDocument(std::string bytes);
 
 /// Whether XML can hold it; most control characters and half surrogate pairs it cannot.
@@ -62,7 +62,9 @@ std::string WithPlainLineEnds(std::string_view raw);
 
 /// Offset of the first & that begins no reference to a character or an entity; npos if there is
 /// none.
-std::size_t FindBadReference(std::string_view raw);
+///
+/// @param own_entities  whether a document may have others than the five of XML
+std::size_t FindBadReference(std::string_view raw, bool own_entities);
 
 /// Whether nothing but white space is in it.
 bool IsBlank(std::string_view text);

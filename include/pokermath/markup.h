@@ -10,10 +10,13 @@
 //     }
 //
 // What was not changed is saved as it was loaded: white space, line ends, comments, references.
-// Only inside of tags blanks and quotes become alike, and <a></a> becomes <a/>. No entity is ever
-// expanded and no other file is ever read: a reference to an entity that a document declares itself
-// is the text `&name;`. Any depth and any size up to 2 GB; a document takes up to ten times its
-// size in memory. An object belongs to one thread.
+// Only inside of tags, and before the content of instructions and of the DOCTYPE, blanks and quotes
+// become alike; <a></a> becomes <a/>; a byte-order mark goes, and a declared encoding other than
+// UTF-8 becomes "UTF-8". No entity is ever expanded and no other file is ever read: a reference to
+// an entity of the document's own, which needs a DOCTYPE, is the text `&name;`. Any depth and any
+// size up to 2 GB; a document takes up to twenty times its size in memory. When memory runs out,
+// std::bad_alloc is thrown and nothing is changed, but that Indent() may have done a part of its
+// work. An object belongs to one thread.
 
 #ifndef POKERMATH_MARKUP_H_
 #define POKERMATH_MARKUP_H_
@@ -38,8 +41,8 @@ class POKERMATH_EXPORT CMarkup {
   // The whole document. What loads puts the cursor on the root element. What fails gives false and
   // leaves the document as it was; it shows no message, ErrorText() tells why.
 
-  /// Reads a file in UTF-8, UTF-16, UTF-32, ISO-8859-1 or windows-1252: what its mark or its
-  /// declaration says.
+  /// Reads a file in UTF-8, UTF-16, ISO-8859-1 or windows-1252: what its mark or its declaration
+  /// says.
   bool Load(const CString& path);
   /// Reads a text; an encoding in its declaration has no meaning.
   bool LoadText(const CString& text);
@@ -111,10 +114,12 @@ class POKERMATH_EXPORT CMarkup {
   bool AddChild(const CString& name, const CString& data = {});
   bool Add(const CString& name, const CString& data = {});
   bool Insert(const CString& name, const CString& data = {});
-  /// Removes the current element, all in it and the white space before it. The cursor goes to the
-  /// parent. False in an empty
-  /// document.
+  /// Removes the current element and all in it; if there is only white space before and behind it,
+  /// that before it as well. The cursor goes to the parent. False in an empty document.
   bool Remove();
+  /// The same, but the cursor goes to the next of that name among the children of the same parent;
+  /// if there is none, to the parent, with false. Removes many in linear time.
+  bool RemoveAndNext(const CString& name = {});
 
  private:
   struct Document;

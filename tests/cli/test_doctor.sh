@@ -26,10 +26,17 @@ has "$asked" "$out" '"state":"damaged: its length is not 248,720 bytes"}'
 has "$asked" "$out" '"broken":["six-plus-5"]}'
 has "$asked" "$out" '"c_library":"glibc '
 
+run doctor --dir "$work/data/six-plus-5.bin"
+expect_code 1
+has "$asked" "$out" $'\nTables\n  '"'$work/data/six-plus-5.bin' is no folder"$'\n'
+has "$asked" "$out" $'\n\nBroken: tables'
+
 # Without a folder for tables, and without drivers.
 export ODBCSYSINI=$work
 plain=$(env -u HOME "$POKERMATH" doctor) || fail "doctor without HOME: exit code $?"
 has "without HOME" "$plain" $'Tables\n  HOME is not set: '
+json=$(env -u HOME "$POKERMATH" doctor --json) || fail "doctor --json without HOME: exit code $?"
+has "without HOME" "$json" '"dir":null,"tables":[],"dir_error":"HOME is not set: '
 has "without drivers" "$plain" $'ODBC drivers\n  none\n'
 refuses 2 "'x' is one word too many" doctor x
 

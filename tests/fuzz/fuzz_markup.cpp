@@ -67,6 +67,9 @@ void Do(CMarkup& doc, std::uint8_t what, const CString& text) {
     case 11:
       doc.Indent();
       break;
+    case 12:
+      doc.RemoveAndNext();
+      break;
     default:
       done = doc.Remove();
   }

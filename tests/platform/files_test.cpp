@@ -1,6 +1,8 @@
 #include "platform/files.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <string>
@@ -79,6 +81,14 @@ TEST(AtomicFile, RefusesWhatCannotBeWritten) {
     EXPECT_FALSE(Replace(folder / name, "text")) << name;
   }
   EXPECT_EQ(folder.Names(), Names{"taken"});
+  // What the program itself has open under another name.
+  SetContent(folder / "open", "kept");
+  const int fd = open((folder / "open").c_str(), O_WRONLY | O_CLOEXEC);
+  for (const char* links : {"/proc/self/fd/", "/dev/fd/"}) {
+    EXPECT_FALSE(Replace(links + std::to_string(fd), "text")) << links;
+  }
+  close(fd);
+  EXPECT_EQ(ContentOf(folder / "open"), "kept");
   EXPECT_FALSE(Replace("/dev/full", "text"));
   EXPECT_TRUE(Replace("/dev/null", "text"));
   EXPECT_TRUE(fs::is_character_file("/dev/null"));

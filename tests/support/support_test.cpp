@@ -405,6 +405,7 @@ TEST_F(Support, FactsComeFromFilesThatMayBeMissing) {
   put("etc/os-release", "PRETTY_NAME=x\nNAME=\"My \\\"own\\\" \xFF\x1B\"\nVERSION='7'\n");
   put("proc/meminfo", "MemTotal:   4194304 kB\nSwapTotal: nonsense\n");
   put("sys/fs/cgroup/memory.max", "1610612736\n");
+  put("sys/fs/cgroup/memory/memory.limit_in_bytes", "1610612736\n");
   put("proc/cpuinfo", "processor : 0\nmodel name\t: Fast: one\nmodel name\t: other\n");
   put("sys/devices/system/cpu/cpu0/topology/thread_siblings_list", "0\n");
   put("sys/devices/system/cpu/cpu0/topology/core_siblings_list", "0-1\n");
@@ -416,6 +417,7 @@ TEST_F(Support, FactsComeFromFilesThatMayBeMissing) {
   EXPECT_EQ(fact(os, "version"), "7");
   EXPECT_EQ(fact(os, "memory"), "4.0 GiB");
   EXPECT_EQ(fact(os, "memory limit"), "1.5 GiB");
+  EXPECT_EQ(FactLines(os).find("memory limit"), FactLines(os).rfind("memory limit"));
   EXPECT_EQ(fact(os, "swap"), "none");
   EXPECT_EQ(fact(cpu, "model"), "Fast: one");
   EXPECT_EQ(fact(cpu, "cores"), "1 in 1 socket");
@@ -430,7 +432,7 @@ TEST_F(Support, FactsComeFromFilesThatMayBeMissing) {
 }
 
 TEST_F(Support, LogsDescribeTheMachine) {
-  Put("before\n");
+  Put("before");  // without an end of the line
   EXPECT_EQ(OSInfoLog(Name()), 1);
   EXPECT_EQ(CPUInfoLog(Name()), 1);
   const std::string content = Content();
