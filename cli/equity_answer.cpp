@@ -65,10 +65,12 @@ class TrialCounts {
 
   EquityAnswer Answer() const {
     EquityAnswer answer;
-    double sum_of_squares = 0;
+    double sum_of_squares = 0, least = 1, most = 0;
     ForEach([&](const HighLowDeal& deal, std::int64_t count) {
       const double share = deal.Share();
       const auto times = static_cast<double>(count);
+      if (count > 0) least = std::min(least, share);
+      if (count > 0) most = std::max(most, share);
       answer.cases += count;
       if (share > 0.0) (share < 1.0 ? answer.ties : answer.wins) += count;
       answer.equity += share * times;
@@ -79,7 +81,8 @@ class TrialCounts {
     answer.equity /= trials;
     answer.low /= trials;
     const double variance = std::max(0.0, sum_of_squares / trials - answer.equity * answer.equity);
-    answer.standard_error = std::sqrt(variance / trials);
+    // Samples that are all alike say nothing about their spread.
+    if (least < most) answer.standard_error = std::sqrt(variance / trials);
     return answer;
   }
 

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "cli/equity_question.h"
@@ -24,13 +25,13 @@ struct HandAnswer {
 /// How the hand does.
 struct EquityAnswer : HandAnswer {
   std::int64_t cases = 0;
-  std::vector<HandAnswer> opponents;  ///< when it is exact; a range or a random hand is one
-  std::int64_t range_hands = 0;       ///< of a range of Omaha
-  std::int64_t range_left = 0;        ///< of these hands, beside the known cards
-  std::int64_t blocked_boards = 0;    ///< exact: boards to come that leave none of them
-  double standard_error = 0;          ///< of the equity; 0 when it is exact
-  bool interrupted = false;           ///< fewer trials than asked for
-  bool out_of_time = false;           ///< fewer trials, since the time allowed no more
+  std::vector<HandAnswer> opponents;     ///< when it is exact; a range or a random hand is one
+  std::int64_t range_hands = 0;          ///< of a range of Omaha
+  std::int64_t range_left = 0;           ///< of these hands, beside the known cards
+  std::int64_t blocked_boards = 0;       ///< exact: boards to come that leave none of them
+  std::optional<double> standard_error;  ///< of the equity, if samples differ
+  bool interrupted = false;              ///< fewer trials than asked for
+  bool out_of_time = false;              ///< fewer trials, since the time allowed no more
   Seconds elapsed{};
 
   std::int64_t Losses() const { return cases - wins - ties; }

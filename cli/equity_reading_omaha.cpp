@@ -6,6 +6,9 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <string_view>
+
 #include "cli/equity_reading.h"
 #include "cli/errors.h"
 #include "pokermath/cards.h"
@@ -36,6 +39,18 @@ std::vector<int> ReadHand(const std::string& text, Game game) {
                    fmt::format("a hand of {} has {}", NameOf(game), HandSize(game)));
 }
 
+// Cards between commas are a list of hands, unless they are too few for one.
+bool IsMeantAsHand(const CardsResult& as_cards, std::string_view text, std::size_t hand_size) {
+  return as_cards.error.empty() &&
+         (as_cards.cards.size() <= hand_size || text.find_first_of(",;") == text.npos);
+}
+
+// A slip in the word random.
+bool IsLikeRandom(std::string_view text) {
+  return (text[0] | 0x20) == 'r' &&
+         std::ranges::all_of(text, [](char c) { return (c | 0x20) >= 'a' && (c | 0x20) <= 'z'; });
+}
+
 // One hand is a hand; so is what is cards only but no list of hands: it was meant as one.
 template <int cards>
 void ReadOpponent(const std::string& text, EquityQuestion& question) {
@@ -44,13 +59,12 @@ void ReadOpponent(const std::string& text, EquityQuestion& question) {
   const bool is_hand = as_cards.error.empty() && as_cards.cards.size() == cards;
   OmahaRangeResult<cards> read;
   if (!is_hand && !pieces.empty()) read = ParseOmahaRange<cards>(text);
-  const bool only_cards = as_cards.error.empty() || IsHighLow(question.game);
+  const bool only_cards = IsMeantAsHand(as_cards, text, cards) || IsHighLow(question.game);
   if (is_hand || pieces.empty() || (only_cards && !read.error.empty())) {
     question.opponents.push_back(ReadHand(text, question.game));
     return;
   }
-  // A slip in the word random.
-  if (!read.error.empty() && (pieces[0] | 0x20) == 'r') {
+  if (!read.error.empty() && IsLikeRandom(pieces)) {
     throw UsageError(Quoted(text) + " is no hand: " + kOpponents);
   }
   if (!read.error.empty()) throw UsageError(read.error);

@@ -162,8 +162,11 @@ std::string Footer(const EquityQuestion& question, const EquityAnswer& answer) {
     text = fmt::format("{} {}, exact, {}.\n", Grouped(answer.cases), CasesText(question, answer),
                        time);
   } else {
-    text = fmt::format("{} trials sampled with seed {}, standard error {:.3f} %, {}.\n",
-                       Grouped(answer.cases), question.seed, 100 * answer.standard_error, time);
+    text = fmt::format("{} trials sampled with seed {}, ", Grouped(answer.cases), question.seed);
+    if (answer.standard_error) {
+      text += fmt::format("standard error {:.3f} %, ", 100 * *answer.standard_error);
+    }
+    text += time + ".\n";
   }
   if (answer.out_of_time) {
     text +=
@@ -302,7 +305,8 @@ std::string EquityLine(const EquityQuestion& question, const EquityAnswer& answe
   if (question.exact) {
     line += " " + CasesText(question, answer) + " exact";
   } else {
-    line += fmt::format(" trials sampled standard_error {:.6f}", answer.standard_error);
+    line += " trials sampled standard_error ";
+    line += answer.standard_error ? fmt::format("{:.6f}", *answer.standard_error) : "none";
   }
   if (IsHighLow(question.game)) line += fmt::format(" low {:.6f}", answer.low);
   if (question.omaha_range) {
@@ -338,7 +342,7 @@ Json EquityJson(const EquityQuestion& question, const EquityAnswer& answer) {
     if (question.omaha_range) json["blocked_boards"] = answer.blocked_boards;
   } else {
     json["method"] = "sampled";
-    json["standard_error"] = answer.standard_error;
+    json["standard_error"] = answer.standard_error ? Json(*answer.standard_error) : Json(nullptr);
     json["trials"] = question.trials;
     json["seed"] = question.seed;
     if (question.time) json["time_ms"] = question.time->count();

@@ -11,6 +11,9 @@
 #include <cstdlib>
 #include <exception>
 #include <new>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "cli/command.h"
 #include "cli/errors.h"
@@ -58,9 +61,27 @@ std::string NamesOfSubcommands(CLI::App& command) {
   return names;
 }
 
+// The parser takes a word in brackets for a list and splits it; ranks in brackets may begin and end
+// a range. A blank behind the word hides it from the parser.
+std::string Hidden(std::string word) {
+  const std::size_t value = word.starts_with("--") ? word.find('=') + 1 : 0;
+  if (word.substr(value).starts_with('[') && word.find_last_not_of(' ') == word.rfind(']')) {
+    word += ' ';
+  }
+  return word;
+}
+
+// The value as the user gave it.
+std::string Shown(std::string value) {
+  const bool in_brackets =
+      value.starts_with('[') && value.find_last_not_of(' ') == value.rfind(']');
+  if (in_brackets && value.ends_with(' ')) value.pop_back();
+  return value;
+}
+
 // A word of the user in quotes; it may be a connect string in the wrong place.
 std::string QuotedWord(const std::string& word) {
-  return Quoted(ToUtf8(WithoutPasswords(FromUtf8(word))));
+  return Quoted(ToUtf8(WithoutPasswords(FromUtf8(Shown(word)))));
 }
 
 // Why the words that came to `command` could not be parsed, on one line.
@@ -102,13 +123,14 @@ UsageError ToUsageError(const CLI::ParseError& error, CLI::App& program) {
 }
 
 // An option that is there needs a value: an empty one comes from a variable that is not set.
-void RefuseEmptyValues(CLI::App& command) {
+void CheckValues(CLI::App& command) {
   for (CLI::Option* option : command.get_options()) {
+    option->transform(Shown);
     if (option->get_positional()) continue;
     option->check([](const std::string& value) { return value.empty() ? "empty" : ""; });
   }
   for (CLI::App* subcommand : command.get_subcommands([](CLI::App*) { return true; })) {
-    RefuseEmptyValues(*subcommand);
+    CheckValues(*subcommand);
   }
 }
 
@@ -126,9 +148,12 @@ int ParseAndRun(CLI::App& program, int argc, char** argv) {
   AddDb(program, exit_code);
   AddTables(program, exit_code);
   AddDoctor(program, exit_code);
-  RefuseEmptyValues(program);
+  CheckValues(program);
   try {
-    program.parse(argc, argv);
+    // The last word comes first.
+    std::vector<std::string> words;
+    for (int i = argc - 1; i > 0; --i) words.push_back(Hidden(argv[i]));
+    program.parse(std::move(words));
   } catch (const CLI::CallForHelp&) {
     Print(program.help());
   } catch (const CLI::CallForVersion& version) {

@@ -27,14 +27,16 @@ constexpr int kStepsOfAPiece = 16;
 struct Header {
   char magic[16];
   std::uint32_t hand_size, done;
-  std::uint32_t crc32;  // of the sums
+  std::uint32_t crc32;  // of the header, where this is 0, and the sums
   std::uint32_t unused;
 };
-constexpr char kMagic[16] = "Omaha strength1";
+constexpr char kMagic[16] = "Omaha strength2";
 
-std::uint32_t Crc32(std::span<const std::int64_t> sums) {
+std::uint32_t Crc32(Header header, std::span<const std::int64_t> sums) {
+  header.crc32 = 0;
+  const uLong crc = crc32_z(0, reinterpret_cast<const Bytef*>(&header), sizeof header);
   return static_cast<std::uint32_t>(
-      crc32_z(0, reinterpret_cast<const Bytef*>(sums.data()), sums.size_bytes()));
+      crc32_z(crc, reinterpret_cast<const Bytef*>(sums.data()), sums.size_bytes()));
 }
 
 // The lines behind the titles.
@@ -85,7 +87,8 @@ bool OmahaStrength::Load(const std::string& path) {
   std::memcpy(&header, bytes.data(), sizeof header);
   std::vector<std::int64_t> kept(sums.size());
   std::memcpy(kept.data(), bytes.data() + sizeof header, sums.size_bytes());
-  if (std::memcmp(header.magic, kMagic, sizeof kMagic) != 0 || header.crc32 != Crc32(kept) ||
+  if (std::memcmp(header.magic, kMagic, sizeof kMagic) != 0 ||
+      header.crc32 != Crc32(header, kept) ||
       header.hand_size != static_cast<std::uint32_t>(hand_size_) ||
       header.done > static_cast<std::uint32_t>(OmahaEveryHand::kSteps)) {
     return false;
@@ -97,12 +100,10 @@ bool OmahaStrength::Load(const std::string& path) {
 
 bool OmahaStrength::Save(const std::string& path) {
   const std::span<const std::int64_t> sums = workers_[0]->sums();
-  Header header = {{},
-                   static_cast<std::uint32_t>(hand_size_),
-                   static_cast<std::uint32_t>(done_),
-                   Crc32(sums),
-                   0};
+  Header header = {
+      {}, static_cast<std::uint32_t>(hand_size_), static_cast<std::uint32_t>(done_), 0, 0};
   std::memcpy(header.magic, kMagic, sizeof kMagic);
+  header.crc32 = Crc32(header, sums);
   AtomicFile file(path);
   file.Write(&header, sizeof header);
   file.Write(sums.data(), sums.size_bytes());

@@ -91,7 +91,7 @@ Json KindsJson(const Kinds& kinds) {
 
 Json ToJson(const OmahaRangeAnswer& answer, Game game) {
   Json json = {{"schema", kJsonSchema}, {"game", NameOf(game)}, {"text", answer.text}};
-  if (!answer.dead.empty()) json["dead"] = CardsJson(answer.dead);
+  json["dead"] = CardsJson(answer.dead);
   json["hands"] = answer.hands;
   json["percent"] = answer.percent;
   json["suits"] = KindsJson(answer.suits);
@@ -107,8 +107,9 @@ std::string KindsText(const Kinds& kinds, std::size_t most, int all) {
     const auto& [name, count] = kinds[i];
     text += fmt::format("  {:<40} {:>9}  {:>6.2f} %\n", name, Grouped(count), 100.0 * count / all);
   }
-  if (kinds.size() > most) text += fmt::format("  and {} more types\n", kinds.size() - most);
-  return text;
+  if (kinds.size() <= most) return text;
+  const std::size_t more = kinds.size() - most;
+  return text + fmt::format("  and {} more type{}\n", more, more == 1 ? "" : "s");
 }
 
 // Text that fits on a screen; JSON has all of it.
@@ -116,8 +117,8 @@ std::string Headline(const std::string& text) {
   constexpr std::size_t kLongest = 600;
   if (text.empty()) return "an empty range";
   if (text.size() <= kLongest) return text;
-  return fmt::format("{},... ({} characters, --json has them all)",
-                     text.substr(0, text.rfind(',', kLongest)),
+  return fmt::format("{}... ({} characters, --json has them all)",
+                     text.substr(0, std::min(text.find_last_of(",!", kLongest), kLongest)),
                      Grouped(static_cast<std::int64_t>(text.size())));
 }
 

@@ -140,16 +140,20 @@ std::string StatesFault(const std::string& path) {
 
 using Parts = std::initializer_list<std::span<const std::byte>>;
 
-// Writes what has been worked out, unless it is not what it must be: nothing that does not verify
-// may take the place of a file.
-bool WriteTable(const TableFile& table, const std::string& path, Parts parts) {
+bool IsRight(const TableFile& table, Parts parts) {
   std::uint64_t length = 0;
   std::uint32_t crc = 0;
   for (const auto& part : parts) {
     length += part.size();
     crc = Crc32(crc, part);
   }
-  if (length != table.bytes || crc != table.crc32) {
+  return length == table.bytes && crc == table.crc32;
+}
+
+// Writes what has been worked out, unless it is not what it must be: nothing that does not verify
+// may take the place of a file.
+bool WriteTable(const TableFile& table, const std::string& path, Parts parts) {
+  if (!IsRight(table, parts)) {
     throw Failure(fmt::format("{} came out wrong and was not written", table.name));
   }
   const auto check = [&path](bool good) {
@@ -157,7 +161,7 @@ bool WriteTable(const TableFile& table, const std::string& path, Parts parts) {
   };
   AtomicFile file(path);
   check(file.ok());
-  Progress progress(std::string("writing ") + table.file, static_cast<std::int64_t>(length),
+  Progress progress(std::string("writing ") + table.file, static_cast<std::int64_t>(table.bytes),
                     "bytes", kPatience);
   std::int64_t written = 0;
   for (const auto& part : parts) {
@@ -252,9 +256,14 @@ bool BuildOmahaStrength(const TableFile& table, const std::string& path) {
     }
   }
   const std::string text = strength.Text();
+  const auto remove_unfinished = [&unfinished] {
+    std::error_code ignored;
+    std::filesystem::remove(unfinished, ignored);
+  };
+  // Sums that lead to a wrong table would do so again.
+  if (!IsRight(table, {std::as_bytes(std::span(text))})) remove_unfinished();
   if (!WriteTable(table, path, {std::as_bytes(std::span(text))})) return false;
-  std::error_code ignored;
-  std::filesystem::remove(unfinished, ignored);
+  remove_unfinished();
   return true;
 }
 

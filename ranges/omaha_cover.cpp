@@ -139,6 +139,36 @@ class SuitCover {
   Work work_{kMostWork};
 };
 
+template <int cards>
+void TakeOff(OmahaSpec<cards>& hands, const OmahaPiece<cards>& piece) {
+  WalkPattern<cards, false>(CardsOf<cards>(piece.pattern), [&](int number, std::uint64_t row) {
+    OmahaBits::RemoveRow(OmahaBits::Of(hands), number,
+                         RowOfSplits<cards>(piece.splits, number, row));
+    return true;
+  });
+}
+
+// Drops pieces without which others and the single hands have all that is wanted: a piece that was
+// found later may be wider. Of many pieces that takes long.
+template <int cards>
+void DropSpare(OmahaSpec<cards> wanted, const OmahaSpec<cards>& single,
+               std::vector<OmahaPiece<cards>>& pieces) {
+  constexpr std::size_t kMostPieces = 12;
+  if (pieces.size() > kMostPieces) return;
+  wanted.Subtract(single);
+  for (std::size_t i = 0; i < pieces.size();) {
+    OmahaSpec<cards> left = wanted;
+    for (const OmahaPiece<cards>& piece : pieces) {
+      if (&piece != &pieces[i]) TakeOff(left, piece);
+    }
+    if (left.Empty()) {
+      pieces.erase(pieces.begin() + static_cast<std::ptrdiff_t>(i));
+    } else {
+      ++i;
+    }
+  }
+}
+
 }  // namespace
 
 template <int cards>
@@ -152,26 +182,25 @@ template <int cards>
 std::optional<std::vector<std::string>> CoverOmaha(OmahaSpec<cards> wanted,
                                                    const OmahaSpec<cards>& allowed,
                                                    Exclusions exclusions, std::size_t longest) {
-  std::vector<std::string> texts;
+  const OmahaSpec<cards> all_wanted = wanted;
   std::size_t length = 0;
   const auto add = [&](const OmahaPiece<cards>& piece) {
-    texts.push_back(piece.Text(exclusions));
-    length += texts.back().size() + 1;
+    length += piece.Text(exclusions).size() + 1;
   };
-  for (const OmahaPiece<cards>& piece : CoverByRanks(wanted, allowed, exclusions, longest)) {
-    add(piece);
-    WalkPattern<cards, false>(CardsOf<cards>(piece.pattern), [&](int number, std::uint64_t row) {
-      OmahaBits::RemoveRow(OmahaBits::Of(wanted), number,
-                           RowOfSplits<cards>(piece.splits, number, row));
-      return true;
-    });
-  }
+  std::vector<OmahaPiece<cards>> pieces = CoverByRanks(wanted, allowed, exclusions, longest);
+  std::ranges::for_each(pieces, add);
+  for (const OmahaPiece<cards>& piece : pieces) TakeOff(wanted, piece);
   if (length > longest) return std::nullopt;
-  std::ranges::for_each(CoverBySuits(wanted, allowed, exclusions, longest - length), add);
+  const auto by_suits = CoverBySuits(wanted, allowed, exclusions, longest - length);
+  std::ranges::for_each(by_suits, add);
+  pieces.insert(pieces.end(), by_suits.begin(), by_suits.end());
   constexpr std::size_t kLengthOfHand = 2 * cards + 1;
   if (length + kLengthOfHand * static_cast<std::size_t>(wanted.Count()) > longest) {
     return std::nullopt;
   }
+  DropSpare(all_wanted, wanted, pieces);
+  std::vector<std::string> texts;
+  for (const OmahaPiece<cards>& piece : pieces) texts.push_back(piece.Text(exclusions));
   const auto single = wanted.Hands();
   for (auto hand = single.rbegin(); hand != single.rend(); ++hand) {
     std::string& text = texts.emplace_back();

@@ -1,10 +1,12 @@
 // Text of an Omaha range: the shortest of several ways to say it.
 //
 // A range is said as a base with patterns added to it and others taken off: the base is nothing,
-// every hand, or the run of the strength order that fits best. Cards that no hand holds may be dead
-// ones: then hands with them are of no account while patterns are sought, and go at the end.
+// every hand, the narrowest pattern of ranks, or runs of the strength order. Cards that no hand
+// holds may be dead ones: then hands with them are of no account while patterns are sought, and go
+// at the end.
 
 #include <algorithm>
+#include <numeric>
 #include <optional>
 
 #include "ranges/omaha_cover.h"
@@ -15,6 +17,7 @@ namespace {
 
 // Fewer hands are better said by patterns than by a percentage.
 constexpr int kFewHands = 500;
+constexpr int kNearlyAllRanks = 10;
 
 template <int cards>
 class OmahaWriter {
@@ -106,11 +109,64 @@ class OmahaWriter {
   // Hands that are free are of no account; what takes them off comes at the end.
   void TryBases(const OmahaSpec<cards>& free, const std::string& off) {
     for (const StrengthRun<cards>& run : runs_) Try(run.text, run.hands, free, off);
+    TryNarrowest(free, off);
     Try("", OmahaSpec<cards>(), free, off);
     if (2 * (range_.Count() + free.Count()) < OmahaSpec<cards>::kAllHands) return;
     OmahaSpec<cards> all;
     all.MakeRandom();
     Try("random", all, free, off);
+  }
+
+  // All hands of the ranks and splits that the range has, if most of them are in it; and those of
+  // a pattern that is nearly as narrow, but shorter.
+  void TryNarrowest(const OmahaSpec<cards>& free, const std::string& off) {
+    const OmahaPiece<cards> narrowest = Narrowest();
+    OmahaPiece<cards> shorter = narrowest;
+    for (OmahaAtom& atom : shorter.pattern) {
+      if (std::popcount(atom.ranks) >= kNearlyAllRanks) atom.ranks = kAllRanks;
+    }
+    if (std::popcount(shorter.splits) > 2) shorter.splits = kAllSplits<cards>;
+    for (const OmahaPiece<cards>& piece : {shorter, narrowest}) {
+      const std::string text = piece.Text(Exclusions::kAllowed);
+      if (text == OmahaPiece<cards>().Text(Exclusions::kAllowed)) continue;
+      const OmahaSpec<cards> hands = ParseOmahaRange<cards>(text).range;
+      if (hands.Count() < 2 * range_.Count()) Try(text, hands, free, off);
+    }
+  }
+
+  // The ranks that every hand has; for the others, those of the lowest card up to the highest.
+  OmahaPiece<cards> Narrowest() const {
+    const auto hands = range_.Hands();
+    std::array<int, 13> common;
+    common.fill(cards);
+    Splits splits = 0;
+    for (const auto& hand : hands) {
+      std::array<int, 13> counts{};
+      for (const int card : hand) ++counts[static_cast<std::size_t>(card % 13)];
+      for (std::size_t rank = 0; rank < 13; ++rank) {
+        common[rank] = std::min(common[rank], counts[rank]);
+      }
+      splits |= 1U << SplitOf<cards>(hand);
+    }
+    OmahaPiece<cards> piece;
+    piece.splits = NameableSplits<cards>(splits, kAllSplits<cards>, false, Exclusions::kAllowed);
+    for (OmahaAtom& atom : piece.pattern) atom.ranks = 0;
+    for (const auto& hand : hands) AddRanks(hand, common, piece);
+    return piece;
+  }
+
+  static void AddRanks(const typename OmahaSpec<cards>::Hand& hand, std::array<int, 13> common,
+                       OmahaPiece<cards>& piece) {
+    std::array<int, cards> ranks;
+    std::ranges::transform(hand, ranks.begin(), [](int card) { return card % 13; });
+    std::ranges::sort(ranks);
+    std::size_t of_all = 0;
+    auto of_some = static_cast<std::size_t>(std::accumulate(common.begin(), common.end(), 0));
+    for (const int rank : ranks) {
+      const bool in_all = common[static_cast<std::size_t>(rank)]-- > 0;
+      RankSet& set = piece.pattern[in_all ? of_all++ : of_some++].ranks;
+      set = static_cast<RankSet>(set | 1U << rank);
+    }
   }
 
   // Keeps the text if it is shorter than the best so far.
@@ -130,6 +186,8 @@ class OmahaWriter {
     const auto longest = [&] { return Longest(text.size() + off.size()); };
     const auto taken_off = CoverOmaha(less, forbidden, Exclusions::kNone, longest());
     if (!taken_off) return;
+    // Off a list it is taken by a piece of its own.
+    if (!taken_off->empty() && text.find(',') != text.npos) text += ',';
     for (const std::string& piece : *taken_off) text += "!" + piece;
     const auto added = CoverOmaha(more, allowed, Exclusions::kAllowed, longest());
     if (!added) return;

@@ -89,7 +89,10 @@ bool IsRundownWithDangler(std::span<const int> ranks) {
 }
 
 bool IsTwoConnectors(std::span<const int> ranks) {
-  return ranks.size() == 4 && ranks[0] + 1 == ranks[1] && ranks[2] + 1 == ranks[3];
+  if (ranks.size() != 4) return false;
+  if (ranks[0] + 1 == ranks[1] && ranks[2] + 1 == ranks[3]) return true;
+  // An ace below: A287.
+  return ranks[3] == kAce && ranks[0] == 0 && ranks[1] + 1 == ranks[2];
 }
 
 std::string UnpairedName(std::span<const int> ranks) {

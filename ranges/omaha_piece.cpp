@@ -26,13 +26,14 @@ class ShapesTexts {
  public:
   explicit ShapesTexts(Exclusions exclusions) {
     constexpr unsigned kNames = 1U << kSuitShapes<cards>.size();
+    const std::string any_hand(cards, 'x');
     for (unsigned in = 1; in < kNames; ++in) {
       const auto [in_splits, in_text] = Named<cards>(in);
       Add(in_splits, in_splits == kAllSplits<cards> ? "" : in_text);
       for (unsigned out = 1; out < kNames && exclusions == Exclusions::kAllowed; ++out) {
         const auto [out_splits, out_text] = Named<cards>(out);
         Add(in_splits & ~out_splits,
-            (in_splits == kAllSplits<cards> ? "" : in_text) + "!" + kAnyHand + out_text);
+            (in_splits == kAllSplits<cards> ? "" : in_text) + "!" + any_hand + out_text);
       }
     }
   }
@@ -42,8 +43,6 @@ class ShapesTexts {
   }
 
  private:
-  static inline const std::string kAnyHand = std::string(cards, 'x');
-
   void Add(Splits splits, const std::string& text) {
     std::optional<std::string>& place = texts_[splits];
     if (splits != 0 && (!place || text.size() < place->size())) place = text;

@@ -18,7 +18,8 @@ namespace {
 
 // In rows of hands; bounds what a hostile text costs at some seconds.
 constexpr std::int64_t kMostWork = 250'000'000;
-constexpr std::int64_t kWorkOfPercentage = 1'000'000;
+template <int cards>
+constexpr std::int64_t kWorkOfPercentage = cards == 4 ? 1'000'000 : 10'000'000;
 constexpr std::int64_t kWorkOfSet = 20'000;
 
 constexpr std::string_view kBrackets = "ranks like [T-A] or [AKQ]";
@@ -91,8 +92,11 @@ class OmahaPieceReader : PieceCursor {
       if (!splits) return Here(ExpectedShape());
       term.splits |= *splits;
     }
-    if (!work_.Left()) return Fault{term.place, "the end of a list that takes less work than this"};
     return std::nullopt;
+  }
+
+  static Fault TooMuchWork(const Term<cards>& term) {
+    return {term.place, "the end of a list that takes less work than this"};
   }
 
   std::optional<Fault> ReadBase(Term<cards>& term) {
@@ -196,10 +200,11 @@ class OmahaPieceReader : PieceCursor {
   // Adds the hands of a term, or takes them off.
   std::optional<Fault> ApplyTo(OmahaSpec<cards>& range, const Term<cards>& term, bool off) {
     if (term.kind == Term<cards>::Kind::kPattern) return ReadPatternInto(range, term, off);
+    if (!work_.Left()) return TooMuchWork(term);
     work_.Spend(kWorkOfSet);
     OmahaSpec<cards> hands;
     if (term.kind == Term<cards>::Kind::kPercent) {
-      work_.Spend(kWorkOfPercentage);
+      work_.Spend(kWorkOfPercentage<cards>);
       hands.AddPercent(term.from, term.to);
     } else {
       hands.MakeRandom();
@@ -211,11 +216,15 @@ class OmahaPieceReader : PieceCursor {
   }
 
   std::optional<Fault> ReadPatternInto(OmahaSpec<cards>& range, const Term<cards>& term, bool off) {
+    if (!work_.Left()) return TooMuchWork(term);
     auto& bits = OmahaBits::Of(range);
+    const int lookups = (term.splits == kAllSplits<cards> ? 0 : std::popcount(term.splits)) +
+                        std::popcount(term.without);
     bool any = false;
     bool any_of_shape = false;
     work_.Walk<cards, false>(CardsOf<cards>(term.pattern), [&](int number, std::uint64_t row) {
       any = true;
+      work_.Spend(lookups);
       const std::uint64_t of_shape = RowOfSplits<cards>(term.splits, number, row);
       any_of_shape |= of_shape != 0;
       const std::uint64_t meant = of_shape & ~RowOfSplits<cards>(term.without, number, row);

@@ -1,4 +1,4 @@
-// The percentages that say a set of Omaha hands best.
+// The percentages, and lists of them, that say a set of Omaha hands best.
 
 #ifndef POKERMATH_RANGES_OMAHA_STRENGTH_RUN_H_
 #define POKERMATH_RANGES_OMAHA_STRENGTH_RUN_H_
@@ -12,13 +12,14 @@ namespace pokermath {
 
 template <int cards>
 struct StrengthRun {
-  std::string text;  // "10%", "5%-20%:ds"
+  std::string text;  // "10%", "5%-20%:ds", "5%:ss,10%:ds"
   OmahaSpec<cards> hands;
 };
 
 /// The runs of the strength order that have most of the set's hands with fewest others, of all
 /// hands and within some suit shapes, and for each the one that goes on from its end to the
-/// strongest hand; nothing if they are no use.
+/// strongest hand; and lists of runs that have no others. Lists of most runs first; nothing if they
+/// are no use.
 ///
 /// @param free  hands that are of no account
 template <int cards>

@@ -164,6 +164,13 @@ run equity AhAdKhKd 10% --game omaha --board As7c2d
 expect_code 0
 has "$asked" "$out" "hands of the range are left beside the known cards."
 
+# Samples that are all alike have no standard error.
+run equity AhAdKhKd 10% --game omaha --trials 1 --json
+has "$asked" "$out" '"standard_error":null,'
+run equity AhAdKhKd random --game omaha --trials 1
+has "$asked" "$out" "1 trials sampled with seed 1, "
+[[ $out != *"standard error"* ]] || fail "$asked: a standard error of one trial"
+
 # Ctrl-C leaves nothing of an exact count.
 out=$(timeout --preserve-status -s INT 0.3 "$POKERMATH" equity AhKdQcJsTs random --exact \
   --game omaha5 2>&1)
@@ -187,6 +194,9 @@ refuse "--trials does not go with a range on a board" AhKdQcJs AAxx --board 2c3c
 refuse "--seed does not go with --to flop" AhKdQcJs AAxx --to flop --seed 5
 refuse "--time-ms does not go with --exact" AhKdQcJs AAxx --exact --time-ms 5
 refuse "'rand' is no hand: an Omaha opponent is" AhKdQcJs rand
+refuse "'random:dx' at position 8: expected a suit shape" AhKdQcJs random:dx
+refuse "'AcKcQcJcTc' at position 18: expected no more than four cards" AhKdQdJs AsKsQsJs,AcKcQcJcTc
+refuse "'2c3c,4c' has 3 cards: a hand of omaha has 4" AhKdQcJs 2c3c,4c
 refuse "'random' does not go with other opponents" AhKdQcJs 7s7c8d8c random
 refuse "Ah is given twice" AhKdQcJs AhKc8d8c
 refuse "7s is given twice" AhKdQcJs 7s7c8d8c --dead 7s

@@ -77,7 +77,7 @@ same "$asked" "$out" "AAKx!xxxx:r,AA[2-K]K,!Ahxxx!Kcxxx
 
   for example  AsAdKsQs  AsAdKs4c  AsAdKd2s  AsAcKh3c  AsAcKd2c  AdAcKd2s"
 run range --game omaha 'AAKK' --json
-same "$asked" "$out" '{"schema":1,"game":"omaha","text":"AAKK","hands":36,"percent":0.013297626743004894,'\
+same "$asked" "$out" '{"schema":1,"game":"omaha","text":"AAKK","dead":[],"hands":36,"percent":0.013297626743004894,'\
 '"suits":{"single-suited":24,"double-suited":6,"rainbow":6},'\
 '"types":{"double pair of aces and kings":36},'\
 '"examples":["AsAhKsKh","AsAdKsKc","AsAdKhKd","AhAdKsKh","AdAcKsKh","AhAcKhKc"]}'
@@ -93,6 +93,31 @@ done
 run range --game omaha --rank JhAsKsQh --json
 same "$asked" "$out" '{"schema":1,"game":"omaha","hand":["As","Ks","Qh","Jh"],'\
 '"name":"broadway rundown, double-suited","percentile":6.116908301782251}'
+# Brackets at both ends.
+for text in '[T-A][T-A][T-A][T-A]' '[KQ]AA[23]' '[AK]Qxx,JT9[76]'; do
+  run range --game omaha "$text" --json
+  expect_code 0
+  first=$(value_of hands)
+  run range --game omaha " $text" --json
+  same "$asked" "$(value_of hands)" "$first"
+  run equity 2h3h4d5d "$text" --game omaha --board 2c9d9h --json
+  has "$asked" "$out" "\"opponent\":\"$text\","
+  has "$asked" "$out" "\"range_hands\":$first,"
+done
+refuses 2 "'[KQ]AA[2y]' at position 9: expected" range --game omaha '[KQ]AA[2y]'
+refuses 1 "cannot write '$work/none/[x]'" range AA --svg="$work/none/[x]"
+refuses 1 "cannot write '[x]/[y]': " range AA --svg='[x]/[y]'
+# A long text is cut between its terms.
+text=random
+for ranks in 29K4 T3Q7 A826 5J9K 8T42 3A7Q 6K59 J42T Q638 97AJ; do
+  for suits in scdh chsd ddcs hscc sdhs dshc cchd sshd; do
+    text+='!'
+    for i in 0 1 2 3; do text+=${ranks:i:1}${suits:i:1}; done
+  done
+done
+run range --game omaha "$text"
+expect_code 0
+[[ ${out%%$'\n'*} =~ ^random(![^!,]{8,})+\.\.\.\ \(7[0-9]{2}\ characters ]] || fail "a long text: ${out%%$'\n'*}"
 refuses 2 "'AKx' at position 9: expected four cards, with x" range --game omaha AAxx,AKx
 refuses 2 "--svg is for two cards, not for five-card Omaha" range --game omaha5 10% --svg x
 refuses 2 "--table is for two cards" range --game omaha 10% --table corvelle

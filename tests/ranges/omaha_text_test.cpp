@@ -224,22 +224,35 @@ TEST(OmahaTextSlow, AHostileTextEndsWithAnError) {
   std::string text;
   for (int i = 0; i < 20'000; ++i) text += i % 2 == 0 ? "xxxxx!" : "[2-A][2-A]xxx,";
   EXPECT_NE(ParseOmahaRange<5>(text).error.find("less work"), std::string::npos);
+  text = "random";
+  for (int i = 0; i < 2'000; ++i) text += "!50%";
+  EXPECT_NE(ParseOmahaRange<5>(text).error.find("less work"), std::string::npos);
+  text.clear();
+  for (int i = 0; i < 3'000; ++i) text += "[3-A]xxxx:ds:3:ss,";
+  EXPECT_NE(ParseOmahaRange<5>(text).error.find("less work"), std::string::npos);
   const std::string open(100'000, '[');
   EXPECT_EQ(ParseOmahaRange<4>(open).position, 1u);
 }
 
 TEST(OmahaText, IsShort) {
   // As it is written again.
+  const auto is_itself = [](const char* text) { EXPECT_EQ(Written(Read<4>(text)), text); };
   for (const char* text :
        {"", "random", "AAxx", "AAxx:ds", "AsKsxx", "AAxx!Ahxxx", "10%", "12.5%:ds", "5%-20%",
-        "10%!Ahxxx", "15%!AAxx", "AA[2-K][2-K]", "[T-A][T-A]xx", "xxxx:ss", "random!AAxx:ds",
+        "10%!Ahxxx", "15%!AAxx", "AAxx!AAAx", "[T-A][T-A]xx", "xxxx:ss", "random!AAxx:ds",
         "AsKsQhJh", "AAxx:ds:ss,AsKsQhJh", "AAxx:ds!xhxxx!7cxxx", "50%!Ah[2-K]xx!Kc[2-Q]xx"}) {
-    EXPECT_EQ(Written(Read<4>(text)), text);
+    is_itself(text);
   }
-  for (const char* text : {"random", "AAxxx:ds", "10%", "10%:ds!xxxxx:3", "AsKsxxx"}) {
+  for (const char* text :
+       {"10%-20%,30%-40%", "5%,6%-10%", "15%:ss,25%:ds,AAxx", "10%:ds,AAxx,!Ahxxx",
+        "5%,20%-30%:ds,50%-60%:r", "9876:ds!9s8sxx", "AAxx!AsAhxx", "AAxx!AAAx:r"}) {
+    is_itself(text);
+  }
+  for (const char* text : {"random", "AAxxx:ds", "10%", "10%:ds!xxxxx:3", "AsKsxxx", "10%:ds,AAxxx",
+                           "5%:ds,10%:ss", "5%:ss,10%:ds,30%:3", "AAxxx:ds,KKxxx:ds,QJT9x"}) {
     EXPECT_EQ(Written(Read<5>(text)), text);
   }
-  EXPECT_EQ(Written(Read<4>("AAxx!AAAx")), "AA[2-K][2-K]");
+  EXPECT_EQ(Written(Read<4>("AA[2-K][2-K]")), "AAxx!AAAx");
 }
 
 template <int cards>
@@ -323,6 +336,7 @@ TEST(OmahaHandName, UsesTheWordsOfPlayers) {
       {"As6h4d3c", "two-gap rundown, rainbow"},
       {"Js9s5h3h", "unconnected cards, double-suited"},
       {"JsTs5h4h", "two connectors, double-suited"},
+      {"As2h7d8c", "two connectors, rainbow"},
       {"KsQsJh4h", "rundown with a dangler, double-suited"},
       {"As2s3h9h", "rundown with a dangler, double-suited"},
       {"As4s2h9h", "ace with wheel cards, double-suited"},
