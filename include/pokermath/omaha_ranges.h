@@ -75,7 +75,7 @@ class POKERMATH_EXPORT OmahaSpec {
 
   /// Range text that ParseOmahaRange reads back to the same range; short where a pattern of ranks
   /// and suits says it, which takes some 10 to 100 ms, and 100 to 500 ms for five cards. A set
-  /// without any order takes up to 2 s, and text of ten bytes a hand.
+  /// without any order takes some seconds, and text of ten bytes a hand.
   CString MakeString() const;
 
  private:
