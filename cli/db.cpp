@@ -53,16 +53,6 @@ Failure DatabaseFailure(const std::string& what, const CString& error) {
   return Failure(what + ": " + ToUtf8(OnOneLine(error)));
 }
 
-// Runs `work`; what the database says against it ends the command.
-template <typename Work>
-void Attempt(const std::string& what, const Work& work) {
-  try {
-    work();
-  } catch (const DatabaseError& error) {
-    throw DatabaseFailure(what, error.text());
-  }
-}
-
 // The table or file that was asked for, in quotes; it may be a connect string in the wrong place.
 std::string QuotedSubject(const DbWords& words) {
   const CString shown = WithoutPasswords(FromUtf8(words.subject));
@@ -71,7 +61,11 @@ std::string QuotedSubject(const DbWords& words) {
 
 int RunDrivers(const DbWords& words) {
   std::vector<Driver> drivers;
-  Attempt("cannot list the drivers", [&] { ListDrivers(Environment().handle(), drivers); });
+  try {
+    ListDrivers(Environment().handle(), drivers);
+  } catch (const DatabaseError& error) {
+    throw DatabaseFailure("cannot list the drivers", error.text());
+  }
   Json list = Json::array();
   std::string text;
   for (const Driver& driver : drivers) {
@@ -88,13 +82,13 @@ int RunDrivers(const DbWords& words) {
 template <typename Work>
 void WithConnection(const DbWords& words, const char* what, const Work& work) {
   const CString connect = FromUtf8(words.connect);
+  const char* doing = "cannot open the database";
   try {
-    std::unique_ptr<Connection> connection;
-    Attempt("cannot open the database",
-            [&] { connection = std::make_unique<Connection>(connect, true); });
-    Attempt(what, [&] { work(*connection); });
-  } catch (const Failure& failure) {
-    throw Failure(ToUtf8(WithoutPasswordsOf(connect, FromUtf8(failure.what()))));
+    const Connection connection(connect, true);
+    doing = what;
+    work(connection);
+  } catch (const DatabaseError& error) {
+    throw DatabaseFailure(doing, WithoutPasswordsOf(connect, error.text()));
   }
 }
 

@@ -112,6 +112,12 @@ class StatementWords {
   bool has_body_ = false;
 };
 
+// The name of a savepoint, which may stand in quotes.
+std::string SavepointName(const std::string& word) {
+  const bool quoted = word.size() >= 2 && std::string_view("\"'`").find(word[0]) != word.npos;
+  return quoted ? word.substr(1, word.size() - 2) : word;
+}
+
 // Whether the statements so far have left a transaction open.
 class OpenTransaction {
  public:
@@ -121,30 +127,35 @@ class OpenTransaction {
     const bool filler = first.size() > 1 && (first[1] == "WORK" || first[1] == "TRANSACTION");
     const auto rest = first.subspan(filler ? 2 : 1);
     const std::string& next = rest.empty() ? verb : rest.front();
-    const bool to_savepoint = verb == "ROLLBACK" && next == "TO";
+    const bool ends = verb == "COMMIT" || verb == "END" || verb == "ABORT" || verb == "ROLLBACK" ||
+                      (verb == "PREPARE" && filler);
     if (verb == "BEGIN" || verb == "START") {
-      open_ = true;
-    } else if (verb == "SAVEPOINT" && !open_) {
-      open_ = true;
-      outermost_ = next;
-    } else if (verb == "RELEASE" && !outermost_.empty() && words.last() == outermost_) {
-      Close();
-    } else if (verb == "COMMIT" || verb == "END" || verb == "ABORT" ||
-               (verb == "ROLLBACK" && !to_savepoint)) {
+      begun_ = true;
+    } else if (verb == "SAVEPOINT") {
+      savepoints_.push_back(SavepointName(next));
+    } else if (verb == "RELEASE") {
+      CutAt(SavepointName(words.last()), 0);
+    } else if (verb == "ROLLBACK" && next == "TO") {
+      CutAt(SavepointName(words.last()), 1);
+    } else if (ends) {
       const bool chains = words.last() == "CHAIN" && std::ranges::count(first, "NO") == 0;
-      if (!chains) Close();
+      begun_ = chains && (begun_ || !savepoints_.empty());
+      savepoints_.clear();
     }
   }
-  explicit operator bool() const { return open_; }
+  // The outermost savepoint begins a transaction where none has been begun.
+  explicit operator bool() const { return begun_ || !savepoints_.empty(); }
 
  private:
-  void Close() {
-    open_ = false;
-    outermost_.clear();
+  // Drops the savepoints from the last of that name on, but for so many.
+  void CutAt(const std::string& name, std::size_t kept) {
+    for (std::size_t i = savepoints_.size(); i-- > 0;) {
+      if (savepoints_[i] == name) return savepoints_.resize(i + kept);
+    }
   }
 
-  bool open_ = false;
-  std::string outermost_;  // the savepoint that has begun it
+  bool begun_ = false;
+  std::vector<std::string> savepoints_;  // that are open, the outermost first
 };
 
 }  // namespace

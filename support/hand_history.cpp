@@ -291,9 +291,13 @@ bool HistoryReader::Read(CStringArray& lines) {
   const auto add = [&](std::string_view line) { lines.push_back(Decode(line, windows_1252)); };
   TakeLines(rest, add);
   const bool last_of_old = look.of_old_file && look.at_end;
-  if (last_of_old && !rest.empty()) add(std::exchange(rest, {}));
+  if (last_of_old) {
+    if (rest.ends_with('\r')) rest.remove_suffix(1);
+    if (!rest.empty()) add(rest);
+    rest = {};
+  }
   added.Keep();
-  if (rest.size() < size) {
+  if (rest.size() < size || last_of_old) {
     const std::size_t taken = look.bytes.size() - rest.size();
     position_ += static_cast<std::int64_t>(taken - look.before);
     Remember(look, taken);

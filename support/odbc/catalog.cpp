@@ -106,6 +106,8 @@ std::vector<ColumnDescription> ListColumns(const Connection& connection, const C
     // In the order of the result: some drivers read it only forward.
     ColumnDescription column;
     column.schema = NameIn(statement, 1);
+    // Some drivers leave the system's own schemas out of lists of tables only.
+    if (column.schema == L"information_schema" || column.schema == L"pg_catalog") continue;
     if (!IsNamed(NameIn(statement, 2), table)) continue;
     column.name = NameIn(statement, 3);
     column.type = NameIn(statement, 5);

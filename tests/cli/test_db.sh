@@ -72,11 +72,12 @@ run db query 'SELECT n FROM log' --connect "$connect" --csv
 same "$asked" "$out" $'n\n7'
 
 # Transactions that a savepoint begins, or that go on.
-for script in 'SAVEPOINT x; DELETE FROM log;' 'BEGIN; SAVEPOINT x; ROLLBACK TRANSACTION TO x;'; do
+for script in 'SAVEPOINT x; DELETE FROM log;' 'BEGIN; SAVEPOINT x; ROLLBACK TRANSACTION TO x;' \
+  'SAVEPOINT x; SAVEPOINT x; DELETE FROM log; RELEASE x;'; do
   printf %s "$script" >"$work/open.sql"
   refuses 1 "ends inside a transaction" db exec "$work/open.sql" --connect "$connect"
 done
-printf 'SAVEPOINT x; SAVEPOINT y; RELEASE y; RELEASE x; BEGIN; COMMIT TRANSACTION' >"$work/done.sql"
+printf 'SAVEPOINT "x"; SAVEPOINT y; RELEASE y; RELEASE x; BEGIN; COMMIT TRANSACTION' >"$work/done.sql"
 run db exec "$work/done.sql" --connect "$connect"
 same "$asked" "$out" "6 statements executed"
 

@@ -258,6 +258,20 @@ TEST_F(Support, WithoutMemoryNothingIsRead) {
   EXPECT_GT(reader.position(), 0);
 }
 
+TEST_F(Support, AMarkAloneIsNoLine) {
+  Put("\xEF\xBB\xBF");
+  HistoryReader reader(path_);
+  Lines lines;
+  EXPECT_TRUE(reader.Read(lines));
+  std::filesystem::rename(path_, path_ + "2");
+  Put("new\n");
+  EXPECT_TRUE(reader.Read(lines));
+  EXPECT_TRUE(reader.more());
+  EXPECT_TRUE(reader.Read(lines));
+  EXPECT_FALSE(reader.more());
+  EXPECT_EQ(lines, (Lines{L"new"}));
+}
+
 TEST_F(Support, HistoryReaderLosesNothing) {
   HistoryReader reader(path_);
   Lines lines;
@@ -292,7 +306,7 @@ TEST_F(Support, HistoryReaderLosesNothing) {
     Put("other\n");
     EXPECT_TRUE(other.Read(lines));
     // What came to the old one since the last look is not lost.
-    Append("late\nlast");
+    Append("late\nlast\r");
     std::ofstream(path_ + "2") << "another file\nlonger\n";
     std::filesystem::rename(path_ + "2", path_);
     EXPECT_TRUE(other.Read(lines));
