@@ -58,9 +58,15 @@ std::string FollowLinks(std::string path) {
 
 // -1, with the file closed, if it cannot have the permissions.
 int WithOwnerAndMode(int fd, const struct stat& status) {
-  // Only root may give a file away; anybody else owns what he writes.
-  if (fchown(fd, status.st_uid, status.st_gid) != 0) errno = 0;
-  if (fchmod(fd, status.st_mode & 07777) == 0) return fd;
+  // Only root may give a file away; anybody else owns what he writes, and what was meant for the
+  // old owner or group is not for another one.
+  mode_t mode = status.st_mode & 07777;
+  if (fchown(fd, status.st_uid, status.st_gid) != 0) {
+    mode &= 01777;
+    if (fchown(fd, static_cast<uid_t>(-1), status.st_gid) != 0) mode &= 01707;
+    errno = 0;
+  }
+  if (fchmod(fd, mode) == 0) return fd;
   const int error = errno;
   close(fd);
   errno = error;

@@ -36,7 +36,9 @@ class OmahaWriter {
     if (range_.Count() > kFewHands) {
       runs_ = FindStrengthRuns(range_, with_dead);
       for (const StrengthRun<cards>& run : runs_) {
-        const std::string text = run.text + dead_text;
+        // Behind a list the dead cards are a piece of their own.
+        const bool list = !dead.empty() && run.text.find(',') != run.text.npos;
+        const std::string text = run.text + (list ? "," : "") + dead_text;
         if (IsSame(run.hands, with_dead) && (!best_ || text.size() < best_->size())) best_ = text;
       }
       if (best_ && dead.empty()) return *best_;
