@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <numeric>
 #include <optional>
+#include <utility>
 
 #include "ranges/omaha_cover.h"
 #include "ranges/omaha_strength_run.h"
@@ -36,9 +37,7 @@ class OmahaWriter {
     if (range_.Count() > kFewHands) {
       runs_ = FindStrengthRuns(range_, with_dead);
       for (const StrengthRun<cards>& run : runs_) {
-        // Behind a list the dead cards are a piece of their own.
-        const bool list = !dead.empty() && run.text.find(',') != run.text.npos;
-        const std::string text = run.text + (list ? "," : "") + dead_text;
+        const std::string text = TakenOff(run.text, dead_text);
         if (IsSame(run.hands, with_dead) && (!best_ || text.size() < best_->size())) best_ = text;
       }
       if (best_ && dead.empty()) return *best_;
@@ -49,6 +48,12 @@ class OmahaWriter {
   }
 
  private:
+  // The text with exclusions behind it; off a list they are taken by a piece of their own.
+  static std::string TakenOff(std::string text, const std::string& exclusions) {
+    if (!exclusions.empty() && text.find(',') != text.npos) text += ',';
+    return text + exclusions;
+  }
+
   // Cards that no hand holds while some hand holds another of their rank.
   std::vector<int> DeadCards() const {
     std::array<bool, 52> held{};
@@ -188,17 +193,16 @@ class OmahaWriter {
     const auto longest = [&] { return Longest(text.size() + off.size()); };
     const auto taken_off = CoverOmaha(less, forbidden, Exclusions::kNone, longest());
     if (!taken_off) return;
-    // Off a list it is taken by a piece of its own.
-    if (!taken_off->empty() && text.find(',') != text.npos) text += ',';
-    for (const std::string& piece : *taken_off) text += "!" + piece;
+    std::string exclusions;
+    for (const std::string& piece : *taken_off) exclusions += "!" + piece;
+    text = TakenOff(std::move(text), exclusions);
     const auto added = CoverOmaha(more, allowed, Exclusions::kAllowed, longest());
     if (!added) return;
     for (const std::string& piece : *added) {
       if (!text.empty()) text += ',';
       text += piece;
     }
-    const bool one_piece = text.find(',') == text.npos;
-    if (!off.empty()) text += (one_piece ? "" : ",") + off;
+    text = TakenOff(std::move(text), off);
     if (best_ && text.size() >= best_->size()) return;
     best_ = std::move(text);
   }
