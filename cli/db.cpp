@@ -55,7 +55,7 @@ Failure DatabaseFailure(const std::string& what, const CString& error) {
 
 // The table or file that was asked for, in quotes; it may be a connect string in the wrong place.
 std::string QuotedSubject(const DbWords& words) {
-  const CString shown = WithoutPasswords(FromUtf8(words.subject));
+  const CString shown = WithoutPasswordsInWord(FromUtf8(words.subject));
   return Quoted(ToUtf8(WithoutPasswordsOf(FromUtf8(words.connect), shown)));
 }
 
