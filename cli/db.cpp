@@ -28,19 +28,60 @@ namespace pokermath::cli {
 namespace {
 
 constexpr const char* kHelp =
-    R"(C is an ODBC connect string; it may come from the variable POKERMATH_CONNECT as well, where no list
-of processes shows it. A password in it is never repeated.
-
-Examples:
+    R"(Examples:
   pokermath db drivers
   pokermath db tables --connect 'Driver=SQLite3;Database=hands.db'
   pokermath db columns hands --connect 'DSN=poker'
-  pokermath db query 'SELECT * FROM hands' --connect 'DSN=poker' --csv
-  pokermath db exec schema.sql --connect 'Driver={PostgreSQL Unicode};Server=db;Database=poker'
+  pokermath db query 'SELECT * FROM hands' --connect 'DSN=poker'
+  pokermath db exec schema.sql --connect 'DSN=poker'
 
-`query` opens the database for reading: SQLite and PostgreSQL refuse ordinary changes. A script is a list of
-statements that end with semicolons; it stops at the first that fails, and those before it stay
-executed unless the script itself opens a transaction.)";
+'pokermath db SUBCOMMAND --help' says more.)";
+
+constexpr const char* kConnectHelp =
+    R"(C is an ODBC connect string; it may come from the variable POKERMATH_CONNECT as well, where no list
+of processes shows it. Messages show of it only what is known to be no secret.
+
+)";
+
+constexpr const char* kDriversHelp =
+    R"(A name can stand behind Driver= in a connect string, in braces if it has blanks.
+
+Example:
+  pokermath db drivers --json)";
+
+constexpr const char* kTablesHelp =
+    R"(Views and the system's own tables are left out.
+
+Examples:
+  pokermath db tables --connect 'Driver=SQLite3;Database=hands.db'
+  POKERMATH_CONNECT='DSN=poker' pokermath db tables --json)";
+
+constexpr const char* kColumnsHelp =
+    R"(The table may be in any schema. A line is a column: its name, its type and 'not null' where it is
+never empty; the schema stands in front where several have such a table.
+
+Examples:
+  pokermath db columns hands --connect 'Driver=SQLite3;Database=hands.db'
+  pokermath db columns hands --connect 'DSN=poker' --json)";
+
+constexpr const char* kQueryHelp =
+    R"(The database is opened for reading: SQLite and PostgreSQL refuse ordinary changes, which are for
+'pokermath db exec'. A table cuts long values; --csv and --json print them whole, row by row. In CSV
+null is nothing at all, and an empty text a pair of quotes.
+
+Examples:
+  pokermath db query 'SELECT * FROM hands' --connect 'Driver=SQLite3;Database=hands.db'
+  pokermath db query 'SELECT pot FROM hands WHERE id = 7' --connect 'DSN=poker' --json
+  pokermath db query 'SELECT * FROM hands' --connect 'DSN=poker' --csv >hands.csv)";
+
+constexpr const char* kExecHelp =
+    R"(A script is a list of statements that end with semicolons; their results are not printed. It stops
+at the first that fails, and those before it stay executed unless the script itself opens a
+transaction.
+
+Examples:
+  pokermath db exec schema.sql --connect 'Driver={PostgreSQL Unicode};Server=db;Database=poker'
+  echo 'DELETE FROM hands WHERE id = 7' | pokermath db exec - --connect 'DSN=poker')";
 
 struct DbWords {
   std::string connect;
@@ -49,13 +90,23 @@ struct DbWords {
   bool json = false;
 };
 
+// What a driver said, on one line.
+std::string DriverText(const CString& error) {
+  CString line;
+  for (const wchar_t c : error) {
+    const bool blank = c == L'\n' || c == L'\r' || c == L'\t' || c == L' ';
+    if (!blank || !line.ends_with(L' ')) line += blank ? L' ' : c;
+  }
+  return ToUtf8(OnOneLine(line));
+}
+
 Failure DatabaseFailure(const std::string& what, const CString& error) {
-  return Failure(what + ": " + ToUtf8(OnOneLine(error)));
+  return Failure(what + ": " + DriverText(error));
 }
 
 // The table or file that was asked for, in quotes; it may be a connect string in the wrong place.
 std::string QuotedSubject(const DbWords& words) {
-  const CString shown = WithoutPasswords(FromUtf8(words.subject));
+  const CString shown = WithoutPasswordsInWord(FromUtf8(words.subject));
   return Quoted(ToUtf8(WithoutPasswordsOf(FromUtf8(words.connect), shown)));
 }
 
@@ -294,8 +345,18 @@ void PrintJson(CODBCRecordset& records, const std::vector<Column>& columns) {
   }
 }
 
+// Whether a database refused a change because it was opened for reading.
+bool IsRefusedChange(const CString& error) {
+  constexpr const wchar_t* kSigns[] = {L"readonly database", L"(25006)", L"Connection is readonly"};
+  return std::ranges::any_of(
+      kSigns, [&error](const wchar_t* sign) { return error.find(sign) != CString::npos; });
+}
+
 int RunQuery(const DbWords& words) {
   if (words.csv && words.json) throw UsageError("--csv and --json exclude each other");
+  if (SplitSql(words.subject).empty()) {
+    throw UsageError(QuotedSubject(words) + " is no query: it holds no statement");
+  }
   const StopSignals signals;
   CDatabase database;
   if (!database.OpenEx(FromUtf8(words.connect), CDatabase::openReadOnly)) {
@@ -308,7 +369,10 @@ int RunQuery(const DbWords& words) {
   const auto check = [&](const char* what) {
     if (!records.ErrorText().empty()) throw DatabaseFailure(what, records.ErrorText());
   };
-  records.Open(FromUtf8(words.subject).c_str());
+  if (!records.Open(FromUtf8(words.subject).c_str()) && IsRefusedChange(records.ErrorText())) {
+    throw Failure("the query failed: " + DriverText(records.ErrorText()) +
+                  "; 'pokermath db exec' executes statements that change a database");
+  }
   check("the query failed");
   const std::vector<Column> columns = ColumnsOf(records);
   if (columns.empty()) return kExitDone;  // a statement without a result
@@ -359,24 +423,32 @@ int RunExec(const DbWords& words) {
 struct Action {
   const char* name;
   const char* subject;  // null: none
+  const char* subject_description;
   const char* description;
+  const char* help;
   int (*run)(const DbWords&);
 };
 
 constexpr Action kActions[] = {
-    {"drivers", nullptr, "List the installed ODBC drivers", RunDrivers},
-    {"tables", nullptr, "List the tables of a database", RunTables},
-    {"columns", "TABLE", "List the columns of a table", RunColumns},
-    {"query", "SQL", "Print the result of a query as a table, CSV or JSON", RunQuery},
-    {"exec", "FILE", "Execute the statements of a file, - for standard input", RunExec}};
+    {"drivers", nullptr, nullptr, "List the installed ODBC drivers", kDriversHelp, RunDrivers},
+    {"tables", nullptr, nullptr, "List the tables of a database", kTablesHelp, RunTables},
+    {"columns", "TABLE", "Name of the table", "List the columns of a table", kColumnsHelp,
+     RunColumns},
+    {"query", "SQL", "One statement", "Print the result of a query as a table, CSV or JSON",
+     kQueryHelp, RunQuery},
+    {"exec", "FILE", "Script, - for standard input",
+     "Execute the statements of a file, - for standard input", kExecHelp, RunExec}};
 
 void AddAction(CLI::App& db, const Action& action, int& exit_code) {
   auto words = std::make_shared<DbWords>();
   CLI::App* command = db.add_subcommand(action.name, action.description);
   if (action.subject != nullptr) {
-    command->add_option(action.subject, words->subject)->required()->type_name("");
+    command->add_option(action.subject, words->subject, action.subject_description)
+        ->required()
+        ->type_name("");
   }
-  if (action.run != RunDrivers) {
+  const bool connects = action.run != RunDrivers;
+  if (connects) {
     command->add_option("--connect", words->connect, "ODBC connect string of the database")
         ->required()
         ->envname("POKERMATH_CONNECT")
@@ -386,7 +458,7 @@ void AddAction(CLI::App& db, const Action& action, int& exit_code) {
   if (query) command->add_flag("--csv", words->csv, "Print comma-separated values");
   command->add_flag("--json", words->json,
                     query ? "Print JSON objects, one a line" : "Print a JSON object");
-  command->footer(kHelp);
+  command->footer((connects ? kConnectHelp : "") + std::string(action.help));
   command->callback([words, run = action.run, &exit_code] { exit_code = run(*words); });
 }
 

@@ -81,7 +81,7 @@ std::string Shown(std::string value) {
 
 // A word of the user in quotes; it may be a connect string in the wrong place.
 std::string QuotedWord(const std::string& word) {
-  return Quoted(ToUtf8(WithoutPasswords(FromUtf8(Shown(word)))));
+  return Quoted(ToUtf8(WithoutPasswordsInWord(FromUtf8(Shown(word)))));
 }
 
 // Why the words that came to `command` could not be parsed, on one line.

@@ -27,8 +27,8 @@ cmake_path(APPEND pc_libdir "\${prefix}" "${CMAKE_INSTALL_LIBDIR}")
 cmake_path(APPEND pc_includedir "\${prefix}" "${CMAKE_INSTALL_INCLUDEDIR}")
 cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY
            "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" OUTPUT_VARIABLE pc_to_prefix)
-list(TRANSFORM OpenMP_CXX_LIB_NAMES PREPEND "-l" OUTPUT_VARIABLE pc_openmp_libs)
-list(JOIN pc_openmp_libs " " pc_openmp_libs)
+list(TRANSFORM dependency_names PREPEND "-l" OUTPUT_VARIABLE pc_libs_private)
+list(JOIN pc_libs_private " " pc_libs_private)
 configure_file(cmake/pokermath.pc.in pokermath.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/pokermath.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 

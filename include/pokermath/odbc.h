@@ -1,8 +1,9 @@
 // Databases behind ODBC: a query with one call, batches of statements, and what a database holds.
 //
 // Text is UTF-8 on its way to the driver and wide text here. What fails gives false and a message
-// (see messages.h), never an exception; a password of the connect string shows as *** in it. A
-// database object and its record sets belong to one thread.
+// (see messages.h), never an exception. Values of the connect string show as *** in it, but for
+// those of keywords that carry no secrets (Driver, DSN, Server, Database, Uid ...). A database
+// object and its record sets belong to one thread.
 //
 //     CDatabase* db = nullptr;
 //     CODBCRecordset* rs = nullptr;
@@ -75,7 +76,7 @@ class POKERMATH_EXPORT CDatabase {
   std::unique_ptr<pokermath::Connection> connection_;
   std::vector<CRecordset*> record_sets_;
   unsigned long query_timeout_ = 0;
-  CString connect_;  // for the passwords that must not be shown
+  CString connect_;  // for the secrets that must not be shown
   CString error_;
 };
 

@@ -1,13 +1,23 @@
 // A connect string is "keyword=value;...", where a value in braces may hold semicolons, and a
 // closing brace if it is doubled.
+//
+// Which values are secrets only the drivers know, so that we ask which are none: those of a few
+// keywords, while they look harmless, are shown, and every other is hidden. People also write what
+// no driver manager reads: values in quotes, URLs, braces that are not closed. What may belong to a
+// hidden value by any such reading is hidden with it. A driver may repeat pieces of such values, as
+// it has cut them, so that their words are looked for in what it says.
 
 #include "support/odbc/connect_text.h"
 
 #include <algorithm>
-#include <functional>
+#include <charconv>
+#include <initializer_list>
+#include <map>
+#include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
+
+#include "platform/text.h"
 
 namespace pokermath {
 namespace {
@@ -16,11 +26,6 @@ using View = std::wstring_view;
 
 constexpr View kStars = L"***";
 constexpr View kBlanks = L" \t\r\n";
-
-// A part of the connect string: from one place to before another.
-struct Span {
-  std::size_t begin, end;
-};
 
 CString Lower(View text) {
   CString lower(text);
@@ -35,65 +40,71 @@ View Trimmed(View text) {
   return text.substr(begin, text.find_last_not_of(kBlanks) + 1 - begin);
 }
 
-// Where the value ends that begins at `begin`: at a semicolon or at the end of the text.
-std::size_t EndOfValue(View connect, std::size_t begin) {
-  std::size_t at = std::min(connect.find_first_not_of(kBlanks, begin), connect.size());
-  if (at < connect.size() && connect[at] == L'{') {
-    for (++at; at < connect.size(); ++at) {
-      if (connect[at] != L'}') continue;
-      if (connect.substr(at + 1, 1) != L"}") break;
-      ++at;
-    }
-  }
-  return std::min(connect.find(L';', at), connect.size());
+bool IsDigit(wchar_t c) { return c >= L'0' && c <= L'9'; }
+
+bool IsWordSign(wchar_t c) {
+  return IsDigit(c) || (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z') || c == L'_' ||
+         c > 0x7F;
 }
 
-bool IsSecret(View keyword) {
-  const CString key = Lower(Trimmed(keyword));
-  return key.ends_with(L"pwd") || key.ends_with(L"password") || key.ends_with(L"passwd");
+// Keywords come as "User ID", "UserID" and "user_id".
+CString Name(View keyword) {
+  CString name = Lower(keyword);
+  std::erase_if(name, [](wchar_t c) { return kBlanks.find(c) != View::npos || c == L'_'; });
+  return name;
 }
 
-// The passwords inside a value: options for the server may bring one, as in
-// pqopt={password = 'x' host=y}. There a backslash goes before a sign that stands for itself.
-//
-// @param ends  what one that is not quoted ends at
-std::vector<CString> NestedPasswords(View value, View ends) {
-  std::vector<CString> found;
-  for (std::size_t sign = value.find(L'='); sign != value.npos; sign = value.find(L'=', sign + 1)) {
-    if (!IsSecret(value.substr(0, sign))) continue;
-    View rest = Trimmed(value.substr(sign + 1));
-    const bool quoted = rest.starts_with(L'\'') || rest.starts_with(L'"');
-    const View end = quoted ? rest.substr(0, 1) : ends;
-    if (quoted) rest.remove_prefix(1);
-    CString plain;
-    std::size_t at = 0;
-    for (; at < rest.size() && end.find(rest[at]) == end.npos; ++at) {
-      if (rest[at] == L'\\' && at + 1 < rest.size()) ++at;
-      plain += rest[at];
-    }
-    found.emplace_back(rest.substr(0, at));
-    found.push_back(plain);
-  }
-  return found;
+bool IsUserName(View name) {
+  return name == L"uid" || name == L"user" || name == L"userid" || name == L"username";
 }
 
-// The values of a connect string that are not to be shown.
-std::vector<Span> Passwords(View connect) {
-  std::vector<Span> found;
-  for (std::size_t at = 0; at < connect.size();) {
-    const std::size_t sign = connect.find_first_of(L"=;", at);
-    if (sign == connect.npos) break;
-    at = sign + 1;
-    if (connect[sign] == L';') continue;
-    const std::size_t key = connect.rfind(L';', sign) + 1;  // npos + 1 is 0
-    const std::size_t end = EndOfValue(connect, at);
-    if (IsSecret(connect.substr(key, sign - key)) ||
-        !NestedPasswords(connect.substr(at, end - at), kBlanks).empty()) {
-      found.push_back({at, end});
-    }
-    at = std::min(end + 1, connect.size());
-  }
-  return found;
+bool IsKnown(View name) {
+  constexpr View kKnown[] = {L"address",
+                             L"charset",
+                             L"connecttimeout",
+                             L"database",
+                             L"datasource",
+                             L"dbname",
+                             L"dbq",
+                             L"driver",
+                             L"dsn",
+                             L"encoding",
+                             L"fetch",
+                             L"filedsn",
+                             L"host",
+                             L"hostname",
+                             L"initialcatalog",
+                             L"journalmode",
+                             L"port",
+                             L"protocol",
+                             L"schema",
+                             L"server",
+                             L"servername",
+                             L"sslmode",
+                             L"syncpragma",
+                             L"timeout",
+                             L"connectiontimeout",
+                             L"logintimeout",
+                             L"language",
+                             L"trustedconnection",
+                             L"querytimeout"};
+  return IsUserName(name) || std::ranges::find(kKnown, name) != std::end(kKnown);
+}
+
+bool MentionsSecret(View text) {
+  const CString lower = Lower(text);
+  return std::ranges::any_of(std::initializer_list<View>{L"pwd", L"pass", L"secret", L"token",
+                                                         L"credential", L"identified"},
+                             [&lower](View word) { return lower.find(word) != CString::npos; });
+}
+
+// @param astray  whether it may be a piece of the value before it
+bool IsKeyword(View text, bool astray) {
+  const View word = Trimmed(text);
+  if (word.empty() || IsKnown(Name(word))) return true;
+  return (!astray || MentionsSecret(word)) && std::ranges::all_of(word, [](wchar_t c) {
+           return c <= 0x7F && (IsWordSign(c) || c == L'-' || c == L'.');
+         });
 }
 
 // The value without its braces.
@@ -110,78 +121,252 @@ CString Plain(View value) {
   return plain;
 }
 
-bool IsWordSign(wchar_t c) {
-  return (c >= L'0' && c <= L'9') || (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z') ||
-         c == L'_' || c > 0x7F;
+// A colon goes before a port or after a drive, or begins a name such as SQLite's ":memory:"; else
+// it may separate a user from his password.
+bool HasHarmlessColons(View value) {
+  for (std::size_t colon = value.find(L':', 1); colon != value.npos;
+       colon = value.find(L':', colon + 1)) {
+    const View behind = value.substr(colon + 1);
+    const bool in_name = behind.empty() || behind[0] == L'/' || behind[0] == L'\\';
+    if (!in_name && !std::ranges::all_of(behind, IsDigit)) return false;
+  }
+  return true;
 }
 
-// Adds to passwords with quotes in them what stands for them in a statement.
-void AddQuoted(std::vector<CString>& secrets) {
-  for (std::size_t i = 0, count = secrets.size(); i < count; ++i) {
-    if (secrets[i].find_first_of(L"'\"") == CString::npos) continue;
+bool MayBeShown(View keyword, View value) {
+  const CString name = Name(keyword);
+  const CString plain = Plain(value);
+  if (MentionsSecret(name)) return false;
+  if (Trimmed(plain).empty()) return true;
+  const CString lower = Lower(plain);
+  for (const View harmless : {L"0", L"1", L"no", L"yes", L"false", L"true"}) {
+    if (lower == harmless) return true;
+  }
+  const View signs = IsUserName(name) ? L" ._-@\\$" : L" ._-/\\:,+~()[]#$";
+  return IsKnown(name) && HasHarmlessColons(plain) && !MentionsSecret(plain) &&
+         std::ranges::all_of(
+             plain, [signs](wchar_t c) { return IsWordSign(c) || signs.find(c) != signs.npos; });
+}
+
+// Where the value ends that begins at `begin`: at a semicolon or at the end of the text. One that
+// begins with braces or quotes and does not end with them goes on to the end.
+std::size_t EndOfValue(View connect, std::size_t begin) {
+  const std::size_t size = connect.size();
+  const std::size_t first = std::min(connect.find_first_not_of(kBlanks, begin), size);
+  std::size_t at = first;
+  if (connect.substr(first, 1) == L"{") {
+    for (++at; at < size; ++at) {
+      if (connect[at] != L'}') continue;
+      if (connect.substr(at + 1, 1) != L"}") break;
+      ++at;
+    }
+    const std::size_t behind = connect.find_first_not_of(kBlanks, at + 1);
+    return behind != connect.npos && connect[behind] == L';' ? behind : size;
+  }
+  std::size_t quote = connect.npos;  // where the last one was opened, while it is open
+  for (; at < size; ++at) {
+    const wchar_t c = connect[at];
+    if (quote == connect.npos) {
+      if (c == L';') return at;
+      if (c == L'"' || c == L'\'') quote = at;
+    } else if (c == L'\\') {
+      ++at;
+    } else if (c == connect[quote]) {
+      quote = connect.npos;
+    }
+  }
+  // In the middle of a value it may be an apostrophe.
+  return quote == connect.npos || quote == first ? size : std::min(connect.find(L';', quote), size);
+}
+
+// A part of the connect string that is not to be shown.
+struct Hidden {
+  std::size_t begin, end;
+  bool password;  // for certain
+};
+
+std::vector<Hidden> HiddenParts(View connect) {
+  std::vector<Hidden> found;
+  bool astray = false;
+  for (std::size_t at = 0; at < connect.size();) {
+    const std::size_t sign = std::min(connect.find_first_of(L"=;", at), connect.size());
+    const View keyword = connect.substr(at, sign - at);
+    const bool has_value = connect.substr(sign, 1) == L"=" && IsKeyword(keyword, astray);
+    const std::size_t begin = has_value ? sign + 1 : at;
+    const std::size_t end = EndOfValue(connect, begin);
+    const View value = Trimmed(connect.substr(begin, end - begin));
+    at = end + 1;
+    if (!has_value && value.empty()) continue;
+    const bool shown = has_value && MayBeShown(keyword, value);
+    if (!shown) found.push_back({begin, end, has_value && MentionsSecret(keyword)});
+    // A semicolon that is in no braces may have been meant to belong to the value.
+    astray = !shown && !value.starts_with(L'{') && value != kStars;
+  }
+  return found;
+}
+
+// A text of a URL without its %-codes.
+CString Decoded(View text) {
+  std::string bytes;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const std::string code = ToUtf8(text.substr(i, 3));
+    unsigned value = 0;
+    const char* const end = code.data() + code.size();
+    if (code.size() == 3 && code[0] == '%' &&
+        std::from_chars(code.data() + 1, end, value, 16).ptr == end) {
+      bytes += static_cast<char>(value);
+      i += 2;
+    } else {
+      bytes += ToUtf8(text.substr(i, 1));
+    }
+  }
+  return FromUtf8(bytes);
+}
+
+struct Piece {
+  View raw;
+  CString plain;  // without the backslashes that go before signs that stand for themselves
+};
+
+// The piece from `at` to before one of `ends`, where `at` is then.
+Piece ReadUntil(View ends, View value, std::size_t& at) {
+  const std::size_t begin = at;
+  CString plain;
+  for (; at < value.size() && ends.find(value[at]) == ends.npos; ++at) {
+    if (value[at] == L'\\' && at + 1 < value.size()) ++at;
+    plain += value[at];
+  }
+  return {value.substr(begin, at - begin), plain};
+}
+
+// What is to be hidden in other texts.
+class Secrets {
+ public:
+  explicit Secrets(View connect) {
+    for (const Hidden& part : HiddenParts(connect)) {
+      const View value = Trimmed(connect.substr(part.begin, part.end - part.begin));
+      const CString plain = Plain(value);
+      AddValue(value, part.password);
+      if (plain != value) AddValue(plain, part.password);
+    }
+  }
+
+  CString HideIn(const CString& text) const {
+    const CString folded = Lower(text);  // a database may have folded them
+    std::vector<bool> hidden(text.size());
+    for (const auto& [secret, anywhere] : anywhere_) {
+      for (std::size_t at = folded.find(secret); at != folded.npos;
+           at = folded.find(secret, at + 1)) {
+        const std::size_t end = at + secret.size();
+        const bool alone = (at == 0 || !IsWordSign(text[at - 1])) &&
+                           (end == text.size() || !IsWordSign(text[end]));
+        if (!anywhere && !alone) continue;
+        std::fill_n(hidden.begin() + static_cast<std::ptrdiff_t>(at), secret.size(), true);
+      }
+    }
+    CString shown;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+      if (!hidden[i]) {
+        shown += text[i];
+      } else if (i == 0 || !hidden[i - 1]) {
+        shown += kStars;
+      }
+    }
+    return shown;
+  }
+
+ private:
+  void AddValue(View value, bool password) {
+    Add(value, true);
+    AddQuoted(value);
+    AddFromUrl(value);
+    // A parser of options cuts at blanks; others may cut at any sign.
+    AddWords(value, L" \t\r\n=", password);
+    AddWords(value, L" \t\r\n=;:,@/?&(){}[]<>|'\"", password);
+  }
+
+  // One of a few letters stands in many words, and starring those would give it away.
+  static constexpr std::size_t kShortest = 4;
+
+  void Add(View text, bool anywhere) {
+    if (Trimmed(text).empty()) return;
+    anywhere = anywhere && text.size() >= kShortest;
+    anywhere_[Lower(text)] |= anywhere;
+    if (text.find(L'%') != text.npos) anywhere_[Lower(Decoded(text))] |= anywhere;
+    if (text.find_first_of(L"'\"") == text.npos) return;
+    // What stands for it in a statement.
     CString single, twice, escaped;
-    for (const wchar_t c : secrets[i]) {
+    for (const wchar_t c : text) {
       single += c == L'\'' ? CString(2, c) : CString(1, c);
       twice += c == L'"' ? CString(2, c) : CString(1, c);
       escaped += c == L'\'' ? CString{L'\\', c} : CString(1, c);
     }
-    for (CString* form : {&single, &twice, &escaped}) secrets.push_back(std::move(*form));
+    for (const CString& form : {single, twice, escaped}) anywhere_[Lower(form)] |= anywhere;
   }
-}
 
-// Whatever the case of its letters: a database may have folded them.
-void ReplaceAll(CString& text, View what) {
-  // One of a few letters stands in many words, and starring those would give it away: it is hidden
-  // where it stands alone.
-  constexpr std::size_t kShortest = 4;
-  const bool alone = what.size() < kShortest;
-  CString folded = Lower(text);
-  const CString sought = Lower(what);
-  for (std::size_t at = folded.find(sought); at != text.npos; at = folded.find(sought, at)) {
-    const std::size_t end = at + what.size();
-    if (alone &&
-        ((at > 0 && IsWordSign(text[at - 1])) || (end < text.size() && IsWordSign(text[end])))) {
-      ++at;
-      continue;
-    }
-    text.replace(at, what.size(), kStars);
-    folded.replace(at, what.size(), kStars);
-    at += kStars.size();
+  void Add(const Piece& piece, bool anywhere) {
+    Add(piece.raw, anywhere);
+    if (piece.plain != piece.raw) Add(piece.plain, anywhere);
   }
-}
+
+  void AddQuoted(View value) {
+    std::size_t at = value.find_first_of(L"'\"");
+    while (at < value.size()) {
+      const View quote = value.substr(at, 1);
+      Add(ReadUntil(quote, value, ++at), true);
+      at = value.find_first_of(L"'\"", at + 1);
+    }
+  }
+
+  // user:password@host, where the password may hold colons and at signs.
+  void AddFromUrl(View value) {
+    const std::size_t scheme = value.find(L"://");
+    const std::size_t begin = scheme == value.npos ? 0 : scheme + 3;
+    for (const std::size_t end : {value.find(L'@', begin), value.rfind(L'@')}) {
+      for (const std::size_t colon : {value.find(L':', begin), value.rfind(L':', end)}) {
+        if (end != value.npos && colon < end) {
+          Add(value.substr(colon + 1, end - colon - 1), true);
+        }
+      }
+    }
+  }
+
+  // @param password  whether short words are secret as well
+  void AddWords(View value, View ends, bool password) {
+    bool announced = false;
+    for (std::size_t at = 0; at < value.size(); ++at) {
+      const Piece word = ReadUntil(ends, value, at);
+      if (word.raw.empty()) continue;
+      const CString name = Name(word.raw);
+      const bool ordinary = IsKnown(name) || name == L"password" || name == L"pwd";
+      if (!ordinary && (password || word.raw.size() >= kShortest)) Add(word, announced);
+      announced = MentionsSecret(name);
+      password |= announced;
+    }
+  }
+
+  std::map<CString, bool> anywhere_;  // else only as a word
+};
 
 }  // namespace
 
 CString WithoutPasswords(const CString& connect) {
   CString shown;
   std::size_t done = 0;
-  for (const Span& password : Passwords(connect)) {
-    shown.append(connect, done, password.begin - done).append(kStars);
-    done = password.end;
+  for (const Hidden& part : HiddenParts(connect)) {
+    shown.append(connect, done, part.begin - done).append(kStars);
+    done = part.end;
   }
   return shown.append(connect, done);
 }
 
-CString WithoutPasswordsOf(const CString& connect, CString text) {
-  std::vector<CString> secrets;
-  for (const Span& password : Passwords(connect)) {
-    const View value = View(connect).substr(password.begin, password.end - password.begin);
-    const CString plain = Plain(value);
-    secrets.emplace_back(Trimmed(value));
-    secrets.push_back(plain);
-    // Where the braces have not been closed, the value itself may go on behind a semicolon.
-    for (CString& nested : NestedPasswords(value, L" \t\r\n;}")) {
-      secrets.push_back(std::move(nested));
-    }
-    for (CString& nested : NestedPasswords(plain, kBlanks)) secrets.push_back(std::move(nested));
-  }
-  AddQuoted(secrets);
-  // One may be a part of another.
-  std::ranges::sort(secrets, std::ranges::greater(), &CString::size);
-  for (const CString& secret : secrets) {
-    if (!Trimmed(secret).empty()) ReplaceAll(text, secret);
-  }
-  return text;
+CString WithoutPasswordsInWord(const CString& word) {
+  const bool url = word.find(L':') < word.find(L'@') && word.find(L'@') != word.npos;
+  return url || word.find(L'=') != word.npos ? WithoutPasswords(word) : word;
+}
+
+CString WithoutPasswordsOf(const CString& connect, const CString& text) {
+  return Secrets(connect).HideIn(text);
 }
 
 }  // namespace pokermath

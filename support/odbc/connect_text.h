@@ -7,12 +7,18 @@
 
 namespace pokermath {
 
-/// The connect string with *** for every password.
+/// The connect string with *** for every value that may be a secret: those of well-known keywords
+/// (Driver, DSN, Server, Database, Uid ...) that look as such values do, and switches, are shown.
 CString WithoutPasswords(const CString& connect);
 
-/// The text with *** wherever a password of the connect string stands in it; one of less than four
-/// characters only where it is a word of its own.
-CString WithoutPasswordsOf(const CString& connect, CString text);
+/// A word of the user that may be a connect string in the wrong place, as WithoutPasswords shows
+/// it; any other word as it is.
+CString WithoutPasswordsInWord(const CString& word);
+
+/// The text with *** wherever it repeats what WithoutPasswords hides of the connect string: a whole
+/// value, one in quotes inside it, or a word of it. One of less than four characters, or any word,
+/// is hidden only where it stands alone.
+CString WithoutPasswordsOf(const CString& connect, const CString& text);
 
 }  // namespace pokermath
 

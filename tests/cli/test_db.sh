@@ -55,7 +55,12 @@ same "$asked" "$out" '{"schema":1,"row":{"id":5000000000,"name":"a;b'"'"'\"€,"
 run db query 'SELECT * FROM hands_1 WHERE id = 77' --connect "$connect" --json
 expect_code 0
 same "$asked" "$out" ""
-refuses 1 "the query failed: " db query "DELETE FROM log" --connect "$connect"
+refuses 1 "the query failed: [SQLite]attempt to write a readonly database (8) (HY000); 'pokermath db exec' executes" \
+  db query "DELETE FROM log" --connect "$connect"
+for nothing in '' ' ; ' '-- SELECT 1'; do
+  refuses 2 "' is no query: it holds no statement" db query "$nothing" --connect "$connect"
+done
+refuses 1 "no such column: a b (1)" db query $'SELECT [a\r\n \t b]' --connect "$connect"
 printf 'BEGIN; DELETE FROM log;' >"$work/open.sql"
 refuses 1 "open.sql' ends inside a transaction: COMMIT is missing" db exec "$work/open.sql" --connect "$connect"
 run db query 'SELECT count(*) AS n FROM log' --connect "$connect" --csv
@@ -84,6 +89,9 @@ same "$asked" "$out" "6 statements executed"
 # A connect string in the wrong place.
 refuses 1 "cannot read 'Driver=x;Pwd=***'" db exec 'Driver=x;Pwd=sesame' --connect "$connect"
 refuses 1 "there is no table 'x***x'" db columns xsesamex --connect "$connect"
+refuses 1 "cannot read '***'" db exec pg://me:sesame@host --connect "$connect"
+refuses 2 "'--Token=***' is not an option" db tables --Token=sesame
+refuses 1 "no such column: *** (1)" db query 'SELECT sesame' --connect "Driver=SQLite3;Database=$work/hands.db;Key1='a;sesame'"
 
 # A backslash before a quote.
 printf "INSERT INTO log VALUES (9); SELECT E'it\\\\'s;''\\\\';' || ';'; x" >"$work/escape.sql"
@@ -99,6 +107,15 @@ refuses 2 "Pwd=***' is one word too many" db tables --connect x "Driver=none;Pwd
 refuses 2 "exclude each other" db query x --connect "$connect" --csv --json
 refuses 2 "a subcommand is missing: drivers, tables, columns, query, exec" db
 refuses 1 "***" db query 'SELECT sesame' --connect "$connect"
+
+# Help of its own, with examples of its own.
+for action in drivers tables columns query exec; do
+  run db "$action" --help
+  has "$asked" "$out" "  pokermath db $action "
+  others=$(grep "^ .*pokermath db" <<<"$out" | grep -v "pokermath db $action ")
+  same "$asked: other subcommands" "$others" ""
+  [[ $action == drivers || $out == *POKERMATH_CONNECT* ]] || fail "$asked: no word of --connect"
+done
 
 # More rows than are kept at a time, and an end in the middle of them.
 rows='WITH RECURSIVE r(n) AS (SELECT 1 UNION ALL SELECT n + 1 FROM r WHERE n < 2500) SELECT n FROM r'

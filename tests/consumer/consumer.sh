@@ -8,7 +8,7 @@ prefix=$WORK/moved
 export CMAKE_GENERATOR=Ninja
 unset DESTDIR CMAKE_PREFIX_PATH PKG_CONFIG_LIBDIR
 
-configure_host() { cmake -S "$SOURCE/tests/consumer/host" -B "$WORK/$way" --fresh "$@"; }
+configure_host() { cmake -S "$SOURCE/tests/consumer/${host:-host}" -B "$WORK/$way" --fresh "$@"; }
 
 fail() {
   echo "$*"
@@ -26,8 +26,15 @@ use_install() {
   "$prefix/bin/pokermath" --version
 }
 
+# To find it takes none of the packages that it was built with.
+configure_with_package() {
+  local hidden
+  mapfile -t hidden < <(printf -- '-DCMAKE_DISABLE_FIND_PACKAGE_%s=ON\n' ODBC OpenMP pugixml utf8cpp)
+  configure_host -DCMAKE_PREFIX_PATH="$prefix" "${hidden[@]}"
+}
+
 use_find_package() {
-  configure_host -DCMAKE_PREFIX_PATH="$prefix"
+  configure_with_package
   cmake --build "$WORK/$way"
   ctest --test-dir "$WORK/$way" --output-on-failure
   ldd "$WORK/$way/host_pokermath" | grep "$prefix/.*libpokermath.so.0"
@@ -36,10 +43,21 @@ use_find_package() {
   fi
 }
 
+use_find_package_c() {
+  host=host_c configure_with_package
+  cmake --build "$WORK/$way"
+  ctest --test-dir "$WORK/$way" --output-on-failure
+}
+
 use_pkg_config() {
   local pkgconfig
   pkgconfig=$(dirname "$(find "$prefix" -name pokermath.pc)")
   export PKG_CONFIG_PATH=$pkgconfig
+  [[ -z $(pkg-config --print-requires --print-requires-private pokermath) ]] ||
+    fail "it needs other packages"
+  # What only the static library needs is in no other's line.
+  [[ $(pkg-config --libs pokermath) != *odbc* && $(pkg-config --static --libs pokermath) == *odbc* ]] ||
+    fail "pokermath.pc gives the wrong libraries"
   # shellcheck disable=SC2046,SC2086
   "$CXX" -std=c++20 $CXXFLAGS "$SOURCE/tests/consumer/host/main.cpp" -o "$WORK/pkg_config" \
     $(pkg-config --cflags --libs pokermath)

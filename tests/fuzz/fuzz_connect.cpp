@@ -1,5 +1,5 @@
-// Any bytes as a connect string: a password behind it never shows, and one in braces that holds the
-// bytes themselves is found in what a driver says.
+// Any bytes as a connect string: a secret behind it never shows, however it is written, and one in
+// braces that holds the bytes themselves is found in what a driver says.
 
 #include <cstddef>
 #include <cstdint>
@@ -15,9 +15,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   };
   const CString bytes(data, data + size);
   const CString secret = L"\u0416QZQZ";  // not a byte
-  const CString shown = WithoutPasswords(bytes + L";PWD=" + secret);
-  require(shown.find(secret) == shown.npos);
-  require(WithoutPasswords(shown) == shown);
+  for (const CString& part : {L"PWD=" + secret, L"PWD=\"a;" + secret + L";b\"",
+                              L"Server=me:" + secret + L"@host", L"What={a;" + secret + L"}"}) {
+    const CString connect = bytes + L";" + part;
+    const CString shown = WithoutPasswords(connect);
+    require(shown.find(secret) == shown.npos);
+    require(WithoutPasswords(shown) == shown);
+    const CString said = WithoutPasswordsOf(connect, bytes + L" near '" + secret + L"'");
+    require(said.find(secret) == said.npos);
+  }
 
   CString quoted = L"PWD={";
   for (const wchar_t c : bytes) quoted += c == L'}' ? CString(L"}}") : CString(1, c);

@@ -1,4 +1,4 @@
-// Field values and how one kind becomes another; what is shown of a connect string.
+// Field values and how one kind becomes another.
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,6 @@
 #include <utility>
 
 #include "pokermath/odbc.h"
-#include "support/odbc/connect_text.h"
 
 namespace pokermath {
 namespace {
@@ -140,33 +139,6 @@ TEST(OdbcField, Dates) {
                               L"2024-01-01 10:00:00.", L"2024-01-01 10:00:00 Z"}) {
     EXPECT_EQ(FieldOf(text).AsDate(), CDBTimestamp()) << text;
   }
-}
-
-TEST(OdbcConnectText, PasswordsAreStars) {
-  const std::pair<const wchar_t*, const wchar_t*> cases[] = {
-      {L"", L""},
-      {L"DSN=x", L"DSN=x"},
-      {L"DSN=x;pWd=a;Uid=u", L"DSN=x;pWd=***;Uid=u"},
-      {L" PASSWORD = a b ;x=1", L" PASSWORD =***;x=1"},
-      {L"PWD={a;b}}c};x=1", L"PWD=***;x=1"},
-      {L"PWD={never closed;x=1", L"PWD=***"},
-      {L"a={PWD=;};Pwd=", L"a=***;Pwd=***"},
-      {L"pqopt={host=h password=p};x", L"pqopt=***;x"},
-      {L"sslpassword=p;;=;Pwd=q=r", L"sslpassword=***;;=;Pwd=***"},
-      {L"Description=my pwd;x=1", L"Description=my pwd;x=1"},
-  };
-  for (const auto& [connect, shown] : cases) EXPECT_EQ(WithoutPasswords(connect), shown);
-  EXPECT_EQ(WithoutPasswordsOf(L"PWD={se}}cret}", L"near se}cret: {se}}cret}"), L"near ***: ***");
-  EXPECT_EQ(WithoutPasswordsOf(L"PWD=a", L"a table 'a'"), L"*** table '***'");
-  EXPECT_EQ(WithoutPasswordsOf(L"PWD={  }", L"a  b"), L"a  b");
-  // In options for the server.
-  const CString options = L"pqopt={host=h PassWord = 'it\\'s it' pwd=in\\ ner}}};x";
-  EXPECT_EQ(WithoutPasswords(options), L"pqopt=***;x");
-  EXPECT_EQ(WithoutPasswordsOf(options, L"it's it, it\\'s it, in ner}, in\\ ner"),
-            L"***, ***, ***, ***");
-  EXPECT_EQ(WithoutPasswordsOf(L"pqopt={password=se;cr}}et}", L"se;cr}et"), L"***");
-  EXPECT_EQ(WithoutPasswordsOf(L"PWD=o'brien", L"'o''BRIEN' E'o\\'brien'"), L"'***' E'***'");
-  EXPECT_EQ(WithoutPasswordsOf(L"a={;PWD =secret", L"a secret"), L"a ***");
 }
 
 }  // namespace
