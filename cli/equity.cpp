@@ -25,6 +25,7 @@ constexpr auto kPatience = std::chrono::milliseconds(500);  // before progress i
 constexpr const char* kExamples =
     R"(Against hands or a range it is exact, and so is --by-class. Otherwise 'random' is sampled;
 Ctrl-C stops and shows what was sampled so far. How ranges are written: pokermath range --help.
+A comma joins the pieces of a range, and a board is one word; the cards of a hand may be apart.
 Equity is the share of the pot: a pot shared by k players counts 1/k.
 In Omaha the opponents are hands, or a range, or random. A range and one random hand are exact on
 a board, and before the flop with --exact, which takes seconds, with a wide range minutes; a range
@@ -84,6 +85,19 @@ int AnswerQuestionLines(const EquityWords& options, bool json) {
         question.exact ? Count(question) : Sample(question, [](std::int64_t) { return true; });
     out += json ? JsonLine(EquityJson(question, answer)) : EquityLine(question, answer);
   });
+}
+
+// The parser has taken options and other words apart; which one stood behind which is in its order.
+void CheckOrder(const CLI::App& command, const EquityWords& words) {
+  const CLI::Option* before = nullptr;
+  auto word = words.hands.begin();
+  for (const CLI::Option* option : command.parse_order()) {
+    if (option->get_positional()) {
+      if (before != nullptr) CheckWordBehind(before->get_name(), before->results()[0], *word);
+      ++word;
+    }
+    before = option;
+  }
 }
 
 struct EquityOptions {
@@ -162,7 +176,10 @@ void AddEquity(CLI::App& program, int& exit_code) {
       ->type_name("FILE");
   command->add_flag("--json", options->json, "Print a JSON object (one a line with -)");
   command->footer(kExamples);
-  command->callback([options, &exit_code] { exit_code = RunEquity(*options); });
+  command->callback([options, command, &exit_code] {
+    CheckOrder(*command, options->words);
+    exit_code = RunEquity(*options);
+  });
 }
 
 }  // namespace pokermath::cli

@@ -48,6 +48,22 @@ std::string Pieces(std::string_view text) {
   return pieces;
 }
 
+std::vector<std::string> PlayerTexts(const std::vector<std::string>& words, std::size_t hand_size) {
+  if (words.empty()) throw UsageError("a hand is needed, like AhKd");
+  std::vector<std::string> texts;
+  bool hand_is_open = false;
+  for (const std::string& word : words) {
+    if (hand_is_open && !IsRandom(Pieces(word))) {
+      texts.back() += " " + word;
+    } else {
+      texts.push_back(word);
+    }
+    const CardsResult read = ParseCards(texts.back());
+    hand_is_open = read.error.empty() && read.cards.size() < hand_size;
+  }
+  return texts;
+}
+
 bool IsRandom(std::string_view piece) {
   return std::ranges::equal(piece, std::string_view("random"),
                             [](char a, char b) { return (a | 0x20) == b; });

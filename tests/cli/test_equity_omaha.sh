@@ -73,6 +73,9 @@ run equity - --game omaha --exact <<<$'AhKdQcJs random --board 2c7dTh\nAhKdQcJs 
 expect_code 1
 has "lines" "$out" "--game omaha --board 2c7dTh equity 0.359751 wins"
 has "lines" "$out" "error: --exact has no value"
+run equity - --game omaha <<<'--board 2c3d4h'
+expect_code 1
+same "a line without hands" "$out" "error: a hand is needed, like AhKd"
 run equity - --game omaha5 --json <<<$'Ah2h3c4dKd As2s5d6dQc --dead 7c\nAhKd QcJs\n\nAhKdQcJsTs random --trials 5'
 expect_code 1
 same "lines" "$(sed -E 's/"(hands|standard|elapsed).*/.../; s/"equity.*"method/..."method/' <<<"$out")" \

@@ -137,6 +137,7 @@ refuses 2 "--game 'stud' is not known: holdem, shortdeck, omaha, omaha5, omaha-h
 refuses 2 "'2c7d' has 2 cards: a board has 3 to 5" eval AhKd --versus QcJs --board 2c7d
 refuses 2 "'Ah' has 1 card: with --versus a hand has 2" eval AhKd --versus Ah
 refuses 2 "Ah is given twice" eval AhKd --versus Ah2c
+refuses 2 "'AhKd 7d Th' has 4 cards" eval AhKd --versus QcJs --board 2c 7d Th
 refuses 2 "go with one question" eval - --versus AhKd
 
 refuses 2 "'Xh' is not a card: rank 23456789TJQKA (or 10), suit cdhs" eval --json Xh
