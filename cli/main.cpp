@@ -26,7 +26,7 @@ namespace pokermath::cli {
 namespace {
 
 constexpr const char* kExamples =
-    R"(Cards are a rank (23456789TJQKA or 10) and a suit (cdhs), in either case: AhKd, 10c.
+    R"(Cards are a rank (23456789TJQKA or 10) and a suit (cdhs or ♣♦♥♠), in either case: AhKd, 10c.
 
 Examples:
   pokermath eval AhKhQhJhTh2c3d

@@ -4,7 +4,7 @@
 # shellcheck source-path=SCRIPTDIR
 . "$(dirname "$0")/expect.sh"
 
-run eval Ah KhQh,Jh 10H 2c 3D
+run eval A♥ KhQh,Jh 10H 2c 3D
 expect_code 0
 same "$asked" "$out" "AhKhQhJhTh2c3d: royal flush, Ah Kh Qh Jh Th
 
