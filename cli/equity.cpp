@@ -113,6 +113,7 @@ int RunEquity(const EquityOptions& options) {
     return AnswerQuestionLines(words, options.json);
   }
   const EquityQuestion question = ReadQuestion(words);
+  const bool picture_only = IsPictureAlone(words.svg, options.json);
   const EquityAnswer answer =
       question.exact ? CountWithProgress(question) : SampleWithProgress(question);
   const Colours colours = Colours::ForStandardOutput();
@@ -120,7 +121,8 @@ int RunEquity(const EquityOptions& options) {
   Json json = EquityJson(question, answer);
   if (question.by_class) {
     const std::vector<ClassAnswer> classes = CountByClass(question);
-    if (words.svg) WriteFile(*words.svg, ClassSvg(question, answer, classes));
+    if (words.svg) WritePicture(*words.svg, ClassSvg(question, answer, classes));
+    if (picture_only) return kExitDone;
     if (!classes.empty()) page += "\n" + ClassTable(classes, colours);
     json["by_class"] = ClassJson(classes);
   }
@@ -172,7 +174,9 @@ void AddEquity(CLI::App& program, int& exit_code) {
                     "Count, never sample; Omaha: a random hand or a range too");
   command->add_flag("--by-class", words.by_class,
                     "Also list the equity against each class of the range");
-  command->add_option("--svg", words.svg, "Also write it as a heat map; with --by-class")
+  command
+      ->add_option("--svg", words.svg,
+                   "Also write it as a heat map; - for the map alone; with --by-class")
       ->type_name("FILE");
   command->add_flag("--json", options->json, "Print a JSON object (one a line with -)");
   command->footer(kExamples);

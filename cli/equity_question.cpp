@@ -46,7 +46,7 @@ Option OptionByName(std::string_view name) {
 
 EquityQuestion QuestionOfGame(const EquityWords& words) {
   EquityQuestion question;
-  question.game = ReadGame(words.game.value_or("holdem"));
+  question.game = ReadGame(words.game.value_or("holdem"), kAllGames);
   if (IsOmaha(question.game)) {
     CheckOmahaOptions(words, question);
   } else {

@@ -3,10 +3,10 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <charconv>
 #include <limits>
 
 #include "cli/errors.h"
+#include "cli/number_text.h"
 #include "pokermath/cards.h"
 
 namespace pokermath::cli {
@@ -20,17 +20,6 @@ Street ReadStreet(std::string_view text) {
   if (text == "turn") return Street::kTurn;
   if (text == "river") return Street::kRiver;
   throw UsageError("--to " + Quoted(text) + " is not known: flop, turn or river");
-}
-
-template <typename Number>
-Number ReadNumber(const char* option, std::string_view text, Number low, Number high) {
-  Number number{};
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc{} || end != text.data() + text.size() || number < low || number > high) {
-    throw UsageError(fmt::format("{} {} is not accepted: a whole number from {} to {}", option,
-                                 Quoted(text), low, high));
-  }
-  return number;
 }
 
 }  // namespace

@@ -108,7 +108,9 @@ void CheckHands(const EquityWords& words, const EquityQuestion& question) {
         fmt::format("{} goes with the opponent 'random' only: hands are exact", option));
   }
   if (question.street != Street::kRiver) {
-    throw UsageError("--to goes with the opponent 'random' only: hands are compared on the river");
+    throw UsageError(
+        fmt::format("--to goes with {}: hands against each other are compared on the river",
+                    IsHighLow(question.game) ? "'random'" : "a range or 'random'"));
   }
 }
 

@@ -254,6 +254,11 @@ for key in wins ties cases; do
 done
 same "boxes" "$(grep -c '<rect .*</text>' "$work/heat.svg")" 169
 has "title" "$(<"$work/heat.svg")" "<title>AhKd against random, on the flop 2c7dTh to the river: 54.08 %</title>"
+run equity AhKd TT+,AQs+ --by-class --svg -
+expect_code 0
+[[ $out == '<svg '*'</svg>' ]] || fail "$asked: $out"
+run equity AhKd QcJs,2c3d --board 2c7dTh9s8c
+has "$asked" "$out" $'\n1 case of board and holding, exact, '
 run equity AhKd AhKh,AhQh --by-class --json
 has "$asked" "$out" '"equity":null,'
 has "$asked" "$out" '"by_class":[]}'

@@ -171,7 +171,8 @@ has "$asked" "$out" "hands of the range are left beside the known cards."
 run equity AhAdKhKd 10% --game omaha --trials 1 --json
 has "$asked" "$out" '"standard_error":null,'
 run equity AhAdKhKd random --game omaha --trials 1
-has "$asked" "$out" "1 trials sampled with seed 1, "
+has "$asked" "$out" "1 trial sampled with seed 1, "
+has "a line" "$("$POKERMATH" equity - --game omaha --trials 1 <<<'AhAdKhKd random')" "of 1 trial sampled standard_error none"
 [[ $out != *"standard error"* ]] || fail "$asked: a standard error of one trial"
 
 # Ctrl-C leaves nothing of an exact count.
@@ -206,7 +207,7 @@ refuse "7s is given twice" AhKdQcJs 7s7c8d8c --dead 7s
 refuse "9c is given twice" AhKdQcJs random --board 9c8c7c --dead 9c
 refuse "'2c3c' has 2 cards: an Omaha board has 3, 4 or 5" AhKdQcJs random --board 2c3c
 refuse "4 cards: a board has up to 3 with --to flop" AhKdQcJs random --board 2c3c4c5c --to flop
-refuse "--to goes with the opponent 'random' only" AhKdQcJs 7s7c8d8c --to turn
+refuse "--to goes with a range or 'random': hands against each other" AhKdQcJs 7s7c8d8c --to turn
 refuse "--to goes with exact answers only" AhKdQcJs random --to turn
 refuse "--exact goes with one random hand, not with the 2 of --players 3" AhKdQcJs random --players 3 --exact
 refuse "--trials does not go with --exact" AhKdQcJs random --exact --trials 5
