@@ -2,14 +2,13 @@
 # pokermath equity: golden figures, the forms of an answer, sampling, bad questions.
 # shellcheck source-path=SCRIPTDIR
 . "$(dirname "$0")/expect.sh"
-data=${POKERMATH_TEST_DATA:-$(dirname "$0")/../data}
 
 # The time an answer took is the one thing that may differ.
 without_time() { sed -E 's/("elapsed_ms":)[0-9.e-]+/\1T/; s/, [0-9.]+ m?s\.$/, T./' <<<"$1"; }
 
 # golden FILE WORDS: every line of the file as a question with these words, against its counts.
 golden() {
-  tail -n +2 "$data/$1" >"$work/golden"
+  tail -n +2 "$POKERMATH_TEST_DATA/$1" >"$work/golden"
   run equity - < <(awk -F, -v words="$2" '{ print $1, $2, words }' "$work/golden")
   expect_code 0
   same "$1" "$(sed -E 's/(.*) equity [0-9.]+ (wins.*)/\1 \2/' <<<"$out")" \
@@ -220,7 +219,7 @@ refuses 2 "--players needs a value" equity AhKd random --players ""
 refuses 2 "--players '99' is not accepted" equity - --players 99
 
 # The short deck, against golden figures.
-tail -n +2 "$data/shortdeck_hand_vs_hand.csv" >"$work/golden"
+tail -n +2 "$POKERMATH_TEST_DATA/shortdeck_hand_vs_hand.csv" >"$work/golden"
 run equity - --game shortdeck < <(awk -F, '{ print $1, $2 }' "$work/golden")
 expect_code 0
 same "short deck" "$(sed -E 's/ equity [0-9.]+//' <<<"$out")" \

@@ -2,14 +2,13 @@
 # pokermath equity --game omaha: golden figures, the forms of an answer, sampling, bad questions.
 # shellcheck source-path=SCRIPTDIR
 . "$(dirname "$0")/expect.sh"
-data=${POKERMATH_TEST_DATA:-$(dirname "$0")/../data}
 
 without_time() { sed -E 's/("elapsed_ms":)[0-9.e-]+/\1T/; s/, [0-9.]+ m?s\.$/, T./' <<<"$1"; }
 value() { sed -E "s/.*\"$1\":([^,}]*).*/\1/" <<<"$out"; }
 
 # golden FILE PROGRAM: the awk program makes of every line a question, a tab, and its answer.
 golden() {
-  tail -n +2 "$data/$1" | awk -F, "
+  tail -n +2 "$POKERMATH_TEST_DATA/$1" | awk -F, "
     function words(board, dead) {
       return \" --game omaha\" (\$1 == 5 ? 5 : \"\") (board ? \" --board \" board : \"\") \\
         (dead ? \" --dead \" dead : \"\") }
@@ -32,7 +31,7 @@ golden omaha_vs_random.csv '
 
 
 # Hi/Lo: golden shares of the first hand.
-tail -n +2 "$data/omaha_hilo_multiway.csv" | awk -F, '
+tail -n +2 "$POKERMATH_TEST_DATA/omaha_hilo_multiway.csv" | awk -F, '
   { print $2, "--game omaha" ($1 == 5 ? 5 : "") "-hilo" ($4 ? " --board " $4 : "") ($3 ? " --dead " $3 : "") >"'"$work/asked"'"
     printf "%.6f\n", $6 / $5 }' >"$work/golden"
 run equity - <"$work/asked"
