@@ -26,7 +26,8 @@ constexpr const char* kExamples =
     R"(Against hands or a range it is exact, and so is --by-class. Otherwise 'random' is sampled;
 Ctrl-C stops and shows what was sampled so far. How ranges are written: pokermath range --help.
 A comma joins the pieces of a range, and a board is one word; the cards of a hand may be apart.
-Equity is the share of the pot: a pot shared by k players counts 1/k.
+Equity is the share of the pot: a pot shared by k players counts 1/k. The time of the first answer
+is nearly all for tables, which further lines of - find ready.
 In Omaha the opponents are hands, or a range, or random. A range and one random hand are exact on
 a board, and before the flop with --exact, which takes seconds, with a wide range minutes; a range
 to the flop or the turn is exact always. In Hi/Lo, which knows no ranges, "wins" are whole pots,
