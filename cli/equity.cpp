@@ -25,7 +25,9 @@ constexpr auto kPatience = std::chrono::milliseconds(500);  // before progress i
 constexpr const char* kExamples =
     R"(Against hands or a range it is exact, and so is --by-class. Otherwise 'random' is sampled;
 Ctrl-C stops and shows what was sampled so far. How ranges are written: pokermath range --help.
-Equity is the share of the pot: a pot shared by k players counts 1/k.
+A comma joins the pieces of a range, and a board is one word; the cards of a hand may be apart.
+Equity is the share of the pot: a pot shared by k players counts 1/k. The time of the first answer
+is nearly all for tables, which further lines of - find ready.
 In Omaha the opponents are hands, or a range, or random. A range and one random hand are exact on
 a board, and before the flop with --exact, which takes seconds, with a wide range minutes; a range
 to the flop or the turn is exact always. In Hi/Lo, which knows no ranges, "wins" are whole pots,
@@ -86,6 +88,19 @@ int AnswerQuestionLines(const EquityWords& options, bool json) {
   });
 }
 
+// The parser has taken options and other words apart; which one stood behind which is in its order.
+void CheckOrder(const CLI::App& command, const EquityWords& words) {
+  const CLI::Option* before = nullptr;
+  auto word = words.hands.begin();
+  for (const CLI::Option* option : command.parse_order()) {
+    if (option->get_positional()) {
+      if (before != nullptr) CheckWordBehind(before->get_name(), before->results()[0], *word);
+      ++word;
+    }
+    before = option;
+  }
+}
+
 struct EquityOptions {
   EquityWords words;
   bool json = false;
@@ -99,6 +114,7 @@ int RunEquity(const EquityOptions& options) {
     return AnswerQuestionLines(words, options.json);
   }
   const EquityQuestion question = ReadQuestion(words);
+  const bool picture_only = IsPictureAlone(words.svg, options.json);
   const EquityAnswer answer =
       question.exact ? CountWithProgress(question) : SampleWithProgress(question);
   const Colours colours = Colours::ForStandardOutput();
@@ -106,7 +122,8 @@ int RunEquity(const EquityOptions& options) {
   Json json = EquityJson(question, answer);
   if (question.by_class) {
     const std::vector<ClassAnswer> classes = CountByClass(question);
-    if (words.svg) WriteFile(*words.svg, ClassSvg(question, answer, classes));
+    if (words.svg) WritePicture(*words.svg, ClassSvg(question, answer, classes));
+    if (picture_only) return kExitDone;
     if (!classes.empty()) page += "\n" + ClassTable(classes, colours);
     json["by_class"] = ClassJson(classes);
   }
@@ -158,11 +175,16 @@ void AddEquity(CLI::App& program, int& exit_code) {
                     "Count, never sample; Omaha: a random hand or a range too");
   command->add_flag("--by-class", words.by_class,
                     "Also list the equity against each class of the range");
-  command->add_option("--svg", words.svg, "Also write it as a heat map; with --by-class")
+  command
+      ->add_option("--svg", words.svg,
+                   "Also write it as a heat map; - for the map alone; with --by-class")
       ->type_name("FILE");
   command->add_flag("--json", options->json, "Print a JSON object (one a line with -)");
   command->footer(kExamples);
-  command->callback([options, &exit_code] { exit_code = RunEquity(*options); });
+  command->callback([options, command, &exit_code] {
+    CheckOrder(*command, options->words);
+    exit_code = RunEquity(*options);
+  });
 }
 
 }  // namespace pokermath::cli

@@ -1,9 +1,12 @@
 #include "cli/equity_question.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 #include "cli/equity_reading.h"
 #include "cli/errors.h"
+#include "pokermath/cards.h"
 
 namespace pokermath::cli {
 namespace {
@@ -43,7 +46,7 @@ Option OptionByName(std::string_view name) {
 
 EquityQuestion QuestionOfGame(const EquityWords& words) {
   EquityQuestion question;
-  question.game = ReadGame(words.game.value_or("holdem"));
+  question.game = ReadGame(words.game.value_or("holdem"), kAllGames);
   if (IsOmaha(question.game)) {
     CheckOmahaOptions(words, question);
   } else {
@@ -53,6 +56,15 @@ EquityQuestion QuestionOfGame(const EquityWords& words) {
 }
 
 }  // namespace
+
+void CheckWordBehind(std::string_view option, std::string_view cards, std::string_view word) {
+  const bool is_board = option == "--board";
+  if (!is_board && option != "--dead") return;
+  if (ParseCards(word).cards.size() != 1) return;
+  throw UsageError(fmt::format(
+      "{} stands behind {} {}: {} one word, like 2c3d4h, and a hand behind it is one too",
+      Quoted(word), option, cards, is_board ? "a board is" : "dead cards are"));
+}
 
 EquityWords SplitLine(std::string_view line, const EquityWords& defaults) {
   EquityWords words;
@@ -72,6 +84,8 @@ EquityWords SplitLine(std::string_view line, const EquityWords& defaults) {
     if (option) throw UsageError(name + " is given twice");
     option = equals == word.npos ? NextWord(line) : word.substr(equals + 1);
     if (option->empty()) throw UsageError(name + " needs a value");
+    std::string_view rest = line;
+    CheckWordBehind(name, *option, NextWord(rest));
   }
   words.exact = words.exact || defaults.exact;
   for (const NamedOption& known : kOptions) {

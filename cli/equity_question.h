@@ -50,6 +50,10 @@ struct EquityQuestion {
   bool HasRange() const { return range || omaha_range; }
 };
 
+/// Throws UsageError if a word that follows the cards of --board or --dead at once is a card: it
+/// was meant as one of them and would be read as a part of a hand.
+void CheckWordBehind(std::string_view option, std::string_view cards, std::string_view word);
+
 /// The words of a line, and the options of `defaults` that it does not have itself; throws
 /// UsageError for an option that is none.
 EquityWords SplitLine(std::string_view line, const EquityWords& defaults);

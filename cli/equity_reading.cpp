@@ -3,10 +3,10 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <charconv>
 #include <limits>
 
 #include "cli/errors.h"
+#include "cli/number_text.h"
 #include "pokermath/cards.h"
 
 namespace pokermath::cli {
@@ -22,17 +22,6 @@ Street ReadStreet(std::string_view text) {
   throw UsageError("--to " + Quoted(text) + " is not known: flop, turn or river");
 }
 
-template <typename Number>
-Number ReadNumber(const char* option, std::string_view text, Number low, Number high) {
-  Number number{};
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc{} || end != text.data() + text.size() || number < low || number > high) {
-    throw UsageError(fmt::format("{} {} is not accepted: a whole number from {} to {}", option,
-                                 Quoted(text), low, high));
-  }
-  return number;
-}
-
 }  // namespace
 
 std::string Pieces(std::string_view text) {
@@ -46,6 +35,22 @@ std::string Pieces(std::string_view text) {
   }
   if (!pieces.empty() && pieces.back() == ',') pieces.pop_back();
   return pieces;
+}
+
+std::vector<std::string> PlayerTexts(const std::vector<std::string>& words, std::size_t hand_size) {
+  if (words.empty()) throw UsageError("a hand is needed, like AhKd");
+  std::vector<std::string> texts;
+  bool hand_is_open = false;
+  for (const std::string& word : words) {
+    if (hand_is_open && !IsRandom(Pieces(word))) {
+      texts.back() += " " + word;
+    } else {
+      texts.push_back(word);
+    }
+    const CardsResult read = ParseCards(texts.back());
+    hand_is_open = read.error.empty() && read.cards.size() < hand_size;
+  }
+  return texts;
 }
 
 bool IsRandom(std::string_view piece) {

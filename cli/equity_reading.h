@@ -15,6 +15,10 @@ namespace pokermath::cli {
 /// The pieces of a list with a comma between them.
 std::string Pieces(std::string_view text);
 
+/// The words of each player, at least of one; cards that are too few for a hand go on in the next
+/// word: Ah Kd 7s 7c.
+std::vector<std::string> PlayerTexts(const std::vector<std::string>& words, std::size_t hand_size);
+
 /// Whether a piece is the word random, in any letters.
 bool IsRandom(std::string_view piece);
 

@@ -13,28 +13,6 @@ std::vector<int> ReadHand(std::string_view text) { return ReadCards(text, 2, 2, 
 
 constexpr const char* kOpponents = "two cards, a range, or the word random";
 
-struct TwoTexts {
-  std::string hand;
-  std::string opponent;
-};
-
-// The first word is the hand, the others are the opponent; a hand of which the first word holds one
-// card goes on in the second: Ah Kd 7s 7c.
-TwoTexts HandAndOpponent(const std::vector<std::string>& words) {
-  TwoTexts texts;
-  bool hand_is_open = true;
-  for (const std::string& word : words) {
-    std::string& text = hand_is_open ? texts.hand : texts.opponent;
-    text += (text.empty() ? "" : " ") + word;
-    hand_is_open = hand_is_open && ParseCards(text).cards.size() == 1;
-  }
-  if (texts.opponent.empty()) {
-    ReadHand(texts.hand);
-    throw UsageError(std::string("an opponent is needed: ") + kOpponents);
-  }
-  return texts;
-}
-
 // Two cards are a hand, the word random alone is random hands, everything else is range text. By
 // class everything is, random hands too.
 void ReadOpponent(const std::string& text, EquityQuestion& question) {
@@ -92,10 +70,16 @@ void CheckHoldemOptions(const EquityWords& words, const EquityQuestion& question
 }
 
 void ReadHoldemQuestion(const EquityWords& words, EquityQuestion& question) {
-  const auto [hand, opponent] = HandAndOpponent(words.hands);
-  question.hand = ReadHand(hand);
+  const std::vector<std::string> texts = PlayerTexts(words.hands, HandSize(question.game));
+  question.hand = ReadHand(texts[0]);
+  if (texts.size() == 1) throw UsageError(std::string("an opponent is needed: ") + kOpponents);
+  if (texts.size() > 2) {
+    throw UsageError(Quoted(texts[2]) +
+                     " is one word too many: there is one opponent; a comma joins the pieces of a "
+                     "range (TT+,AQs+), and a board is one word (2c3d4h)");
+  }
   question.by_class = words.by_class;
-  ReadOpponent(opponent, question);
+  ReadOpponent(texts[1], question);
   ReadBoard(words, question);
   CheckCardsDiffer(question);
   CheckDeck(question.game == Game::kShortDeck, question.hand);

@@ -18,22 +18,6 @@ namespace {
 
 constexpr const char* kOpponents = "an Omaha opponent is a hand, a range or the word random";
 
-// The words of each hand; a hand goes on in the next word as long as it is short of cards.
-std::vector<std::string> HandTexts(const std::vector<std::string>& words, std::size_t hand_size) {
-  std::vector<std::string> texts;
-  bool hand_is_open = false;
-  for (const std::string& word : words) {
-    if (hand_is_open && !IsRandom(Pieces(word))) {
-      texts.back() += " " + word;
-    } else {
-      texts.push_back(word);
-    }
-    const CardsResult read = ParseCards(texts.back());
-    hand_is_open = read.error.empty() && read.cards.size() < hand_size;
-  }
-  return texts;
-}
-
 std::vector<int> ReadHand(const std::string& text, Game game) {
   return ReadCards(text, HandSize(game), HandSize(game),
                    fmt::format("a hand of {} has {}", NameOf(game), HandSize(game)));
@@ -94,7 +78,7 @@ void ReadOpponents(const std::vector<std::string>& texts, EquityQuestion& questi
 }
 
 void ReadHands(const EquityWords& words, EquityQuestion& question) {
-  const std::vector<std::string> texts = HandTexts(words.hands, HandSize(question.game));
+  const std::vector<std::string> texts = PlayerTexts(words.hands, HandSize(question.game));
   question.hand = ReadHand(texts[0], question.game);
   if (texts.size() == 1) throw UsageError(std::string("an opponent is needed: ") + kOpponents);
   if (texts.size() == 2 && IsRandom(Pieces(texts[1]))) return;
@@ -124,7 +108,9 @@ void CheckHands(const EquityWords& words, const EquityQuestion& question) {
         fmt::format("{} goes with the opponent 'random' only: hands are exact", option));
   }
   if (question.street != Street::kRiver) {
-    throw UsageError("--to goes with the opponent 'random' only: hands are compared on the river");
+    throw UsageError(
+        fmt::format("--to goes with {}: hands against each other are compared on the river",
+                    IsHighLow(question.game) ? "'random'" : "a range or 'random'"));
   }
 }
 

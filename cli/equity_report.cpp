@@ -137,9 +137,10 @@ std::string Table(Game game, const std::vector<Row>& rows, std::int64_t cases,
 }
 
 std::string CasesText(const EquityQuestion& question, const EquityAnswer& answer) {
-  if (question.range) return "cases of board and holding";
-  if (question.opponents.empty()) return "cases of board and opponent's hand";
-  return answer.cases == 1 ? "board" : "boards";
+  const char* s = answer.cases == 1 ? "" : "s";
+  if (question.range) return fmt::format("case{} of board and holding", s);
+  if (question.opponents.empty()) return fmt::format("case{} of board and opponent's hand", s);
+  return fmt::format("board{}", s);
 }
 
 // How much of a range of Omaha takes part.
@@ -162,7 +163,7 @@ std::string Footer(const EquityQuestion& question, const EquityAnswer& answer) {
     text = fmt::format("{} {}, exact, {}.\n", Grouped(answer.cases), CasesText(question, answer),
                        time);
   } else {
-    text = fmt::format("{} trials sampled with seed {}, ", Grouped(answer.cases), question.seed);
+    text = fmt::format("{} sampled with seed {}, ", Counted(answer.cases, "trial"), question.seed);
     if (answer.standard_error) {
       text += fmt::format("standard error {:.3f} %, ", 100 * *answer.standard_error);
     }
@@ -305,7 +306,7 @@ std::string EquityLine(const EquityQuestion& question, const EquityAnswer& answe
   if (question.exact) {
     line += " " + CasesText(question, answer) + " exact";
   } else {
-    line += " trials sampled standard_error ";
+    line += fmt::format(" trial{} sampled standard_error ", answer.cases == 1 ? "" : "s");
     line += answer.standard_error ? fmt::format("{:.6f}", *answer.standard_error) : "none";
   }
   if (IsHighLow(question.game)) line += fmt::format(" low {:.6f}", answer.low);

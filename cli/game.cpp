@@ -1,5 +1,8 @@
 #include "cli/game.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "cli/errors.h"
 #include "pokermath/cards.h"
 #include "ranges/hand_classes.h"
@@ -24,24 +27,19 @@ const GameNames& NamesOf(Game game) { return kGames[static_cast<std::size_t>(gam
 
 }  // namespace
 
-Game ReadGame(const std::string& name) {
-  for (const GameNames& names : kGames) {
-    if (names.name == name) return names.game;
+Game ReadGame(const std::string& name, std::span<const Game> accepted) {
+  std::string names;
+  for (const Game game : accepted) {
+    if (name == NameOf(game)) return game;
+    names += (names.empty() ? "" : ", ") + std::string(NameOf(game));
   }
-  std::string known;
-  for (const GameNames& names : kGames)
-    known += (known.empty() ? "" : ", ") + std::string(names.name);
-  throw UsageError("--game " + Quoted(name) + " is not known: " + known);
+  const bool known = std::ranges::find(kGames, name, &GameNames::name) != std::end(kGames);
+  throw UsageError("--game " + Quoted(name) + " is not " + (known ? "for this question" : "known") +
+                   ": " + names);
 }
 
 const char* NameOf(Game game) { return NamesOf(game).name; }
 const char* TitleOf(Game game) { return NamesOf(game).title; }
-
-bool IsShortDeck(const std::string& game) {
-  if (game == "shortdeck") return true;
-  if (game == "holdem") return false;
-  throw UsageError("--game " + Quoted(game) + " is not known: holdem or shortdeck");
-}
 
 void CheckDeck(bool short_deck, std::span<const int> cards) {
   if (!short_deck) return;

@@ -11,9 +11,11 @@ namespace pokermath::cli {
 
 enum class Game { kHoldem, kShortDeck, kOmaha, kOmaha5, kOmahaHighLow, kOmaha5HighLow };
 
-/// Throws UsageError unless the name is "holdem", "shortdeck", "omaha", "omaha5", "omaha-hilo" or
-/// "omaha5-hilo".
-Game ReadGame(const std::string& name);
+inline constexpr Game kAllGames[] = {Game::kHoldem, Game::kShortDeck,    Game::kOmaha,
+                                     Game::kOmaha5, Game::kOmahaHighLow, Game::kOmaha5HighLow};
+
+/// The game of a name; throws UsageError unless it is one of those that a question has answers for.
+Game ReadGame(const std::string& name, std::span<const Game> accepted);
 /// The name that ReadGame reads.
 const char* NameOf(Game game);
 /// "Texas Hold'em", "five-card Omaha".
@@ -29,9 +31,6 @@ constexpr bool IsOmaha(Game game) {
 constexpr std::size_t HandSize(Game game) {
   return !IsOmaha(game) ? 2 : game == Game::kOmaha || game == Game::kOmahaHighLow ? 4 : 5;
 }
-
-/// Whether a game is the short deck; throws UsageError unless it is "holdem" or "shortdeck".
-bool IsShortDeck(const std::string& game);
 
 /// Throws UsageError if one of the cards is not in the deck.
 void CheckDeck(bool short_deck, std::span<const int> cards);

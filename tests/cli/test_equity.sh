@@ -2,14 +2,13 @@
 # pokermath equity: golden figures, the forms of an answer, sampling, bad questions.
 # shellcheck source-path=SCRIPTDIR
 . "$(dirname "$0")/expect.sh"
-data=${POKERMATH_TEST_DATA:-$(dirname "$0")/../data}
 
 # The time an answer took is the one thing that may differ.
 without_time() { sed -E 's/("elapsed_ms":)[0-9.e-]+/\1T/; s/, [0-9.]+ m?s\.$/, T./' <<<"$1"; }
 
 # golden FILE WORDS: every line of the file as a question with these words, against its counts.
 golden() {
-  tail -n +2 "$data/$1" >"$work/golden"
+  tail -n +2 "$POKERMATH_TEST_DATA/$1" >"$work/golden"
   run equity - < <(awk -F, -v words="$2" '{ print $1, $2, words }' "$work/golden")
   expect_code 0
   same "$1" "$(sed -E 's/(.*) equity [0-9.]+ (wins.*)/\1 \2/' <<<"$out")" \
@@ -76,6 +75,26 @@ run equity 2c3d random --players 10 --board AhKhQhJhTh --trials 1000
 has "$asked" "$out" "2c3d against 9 random hands, Texas Hold'em, on the river AhKhQhJhTh"
 has "$asked" "$out" "a pot shared by k players counts 1/k."
 
+# A word too many is never taken for a part of the question.
+joins="there is one opponent; a comma joins the pieces of a range (TT+,AQs+), and a board is one word (2c3d4h)"
+for words in 'QsQc JdTd' 'QsQc random' '15% 20%' 'TT+, AQs+' '7s 7c Qc' 'random AA --by-class' \
+  '7s7c 2c --board 3d4h5s'; do
+  # shellcheck disable=SC2086
+  refuses 2 " is one word too many: $joins" equity AhKd $words
+done
+for words in '--board 2c 3d 4h AhKd 7s7c' '--board 2c 3d 4h 7s7c' 'AhKd --board 2c 3d 4h' \
+  '--board=2c3d 4h AhKd 7s7c' 'AhKd --to turn --board 2c 3d 7s7c'; do
+  # shellcheck disable=SC2086
+  refuses 2 ": a board is one word, like 2c3d4h, and a hand" equity $words
+done
+refuses 2 "'3c' stands behind --dead 2c: dead cards are one word" \
+  equity AhAdKhKd JsTs9c8c --dead 2c 3c 4c 5c 6c --game omaha
+for words in 'Ah Kd 7s 7c --board 2c3d4h' '--board 2c3d4h AhKd 7s 7c' 'Ah --board 2c3d4h --exact Kd 7s 7c'; do
+  # shellcheck disable=SC2086
+  run equity $words
+  has "$asked" "$out" "AhKd against 7s7c, Texas Hold'em, on the flop 2c3d4h to the river"
+done
+
 # A question on a line is one on the command line; options beside '-' are for every line.
 run equity - --players 4 --trials 500 <<'END'
 # comment
@@ -86,6 +105,8 @@ AhKd 7s7c
 AhKd random --board
 AhKd random --players 2 --players 3
 AhKd 7s 7c 8d
+--board 2c 3d 4h AhKd 7s7c
+--board 2c3d4h
 AhKd random --json
 AhKd random --board 2c3d4h --trials 1000
 END
@@ -96,7 +117,9 @@ AhKd random --players 3 of 500 trials
 error: --players goes with the opponent 'random' only: hands and ranges are exact
 error: --board needs a value
 error: --players is given twice
-error: '7s 7c 8d' has 3 cards: a hand has 2
+error: '8d' is one word too many: $joins
+error: '3d' stands behind --board 2c: a board is one word, like 2c3d4h, and a hand behind it is one too
+error: a hand is needed, like AhKd
 error: '--json' is not an option of a question: --game, --board, --dead, --to, --players, --trials, --seed, --time-ms, --exact
 AhKd random --board 2c3d4h --players 4 of 1000 trials"
 has "errors" "$err" "pokermath: line 5: --players goes with"
@@ -153,7 +176,6 @@ refuses 2 "7c is given twice" equity AhKd 7s7c --board 2c3d7c
 refuses 2 "'AhKdQc' has 3 cards: a hand has 2" equity AhKdQc 7s7c
 refuses 2 "'rand' is not an opponent: two cards, a range, or the word random" equity AhKd rand
 refuses 2 "an opponent is needed: two cards, a range, or the word random" equity AhKd
-refuses 2 "'7s7c Qc' has 3 cards: a hand has 2" equity AhKd 7s7c Qc
 run equity Ah Kd 10s 7c --board "2c,3d 4h"
 expect_code 0
 has "cards in separate words" "$out" "AhKd against Ts7c"
@@ -197,7 +219,7 @@ refuses 2 "--players needs a value" equity AhKd random --players ""
 refuses 2 "--players '99' is not accepted" equity - --players 99
 
 # The short deck, against golden figures.
-tail -n +2 "$data/shortdeck_hand_vs_hand.csv" >"$work/golden"
+tail -n +2 "$POKERMATH_TEST_DATA/shortdeck_hand_vs_hand.csv" >"$work/golden"
 run equity - --game shortdeck < <(awk -F, '{ print $1, $2 }' "$work/golden")
 expect_code 0
 same "short deck" "$(sed -E 's/ equity [0-9.]+//' <<<"$out")" \
@@ -231,6 +253,11 @@ for key in wins ties cases; do
 done
 same "boxes" "$(grep -c '<rect .*</text>' "$work/heat.svg")" 169
 has "title" "$(<"$work/heat.svg")" "<title>AhKd against random, on the flop 2c7dTh to the river: 54.08 %</title>"
+run equity AhKd TT+,AQs+ --by-class --svg -
+expect_code 0
+[[ $out == '<svg '*'</svg>' ]] || fail "$asked: $out"
+run equity AhKd QcJs,2c3d --board 2c7dTh9s8c
+has "$asked" "$out" $'\n1 case of board and holding, exact, '
 run equity AhKd AhKh,AhQh --by-class --json
 has "$asked" "$out" '"equity":null,'
 has "$asked" "$out" '"by_class":[]}'

@@ -2,14 +2,13 @@
 # pokermath equity --game omaha: golden figures, the forms of an answer, sampling, bad questions.
 # shellcheck source-path=SCRIPTDIR
 . "$(dirname "$0")/expect.sh"
-data=${POKERMATH_TEST_DATA:-$(dirname "$0")/../data}
 
 without_time() { sed -E 's/("elapsed_ms":)[0-9.e-]+/\1T/; s/, [0-9.]+ m?s\.$/, T./' <<<"$1"; }
 value() { sed -E "s/.*\"$1\":([^,}]*).*/\1/" <<<"$out"; }
 
 # golden FILE PROGRAM: the awk program makes of every line a question, a tab, and its answer.
 golden() {
-  tail -n +2 "$data/$1" | awk -F, "
+  tail -n +2 "$POKERMATH_TEST_DATA/$1" | awk -F, "
     function words(board, dead) {
       return \" --game omaha\" (\$1 == 5 ? 5 : \"\") (board ? \" --board \" board : \"\") \\
         (dead ? \" --dead \" dead : \"\") }
@@ -32,7 +31,7 @@ golden omaha_vs_random.csv '
 
 
 # Hi/Lo: golden shares of the first hand.
-tail -n +2 "$data/omaha_hilo_multiway.csv" | awk -F, '
+tail -n +2 "$POKERMATH_TEST_DATA/omaha_hilo_multiway.csv" | awk -F, '
   { print $2, "--game omaha" ($1 == 5 ? 5 : "") "-hilo" ($4 ? " --board " $4 : "") ($3 ? " --dead " $3 : "") >"'"$work/asked"'"
     printf "%.6f\n", $6 / $5 }' >"$work/golden"
 run equity - <"$work/asked"
@@ -73,6 +72,9 @@ run equity - --game omaha --exact <<<$'AhKdQcJs random --board 2c7dTh\nAhKdQcJs 
 expect_code 1
 has "lines" "$out" "--game omaha --board 2c7dTh equity 0.359751 wins"
 has "lines" "$out" "error: --exact has no value"
+run equity - --game omaha <<<'--board 2c3d4h'
+expect_code 1
+same "a line without hands" "$out" "error: a hand is needed, like AhKd"
 run equity - --game omaha5 --json <<<$'Ah2h3c4dKd As2s5d6dQc --dead 7c\nAhKd QcJs\n\nAhKdQcJsTs random --trials 5'
 expect_code 1
 same "lines" "$(sed -E 's/"(hands|standard|elapsed).*/.../; s/"equity.*"method/..."method/' <<<"$out")" \
@@ -168,7 +170,8 @@ has "$asked" "$out" "hands of the range are left beside the known cards."
 run equity AhAdKhKd 10% --game omaha --trials 1 --json
 has "$asked" "$out" '"standard_error":null,'
 run equity AhAdKhKd random --game omaha --trials 1
-has "$asked" "$out" "1 trials sampled with seed 1, "
+has "$asked" "$out" "1 trial sampled with seed 1, "
+has "a line" "$("$POKERMATH" equity - --game omaha --trials 1 <<<'AhAdKhKd random')" "of 1 trial sampled standard_error none"
 [[ $out != *"standard error"* ]] || fail "$asked: a standard error of one trial"
 
 # Ctrl-C leaves nothing of an exact count.
@@ -203,7 +206,7 @@ refuse "7s is given twice" AhKdQcJs 7s7c8d8c --dead 7s
 refuse "9c is given twice" AhKdQcJs random --board 9c8c7c --dead 9c
 refuse "'2c3c' has 2 cards: an Omaha board has 3, 4 or 5" AhKdQcJs random --board 2c3c
 refuse "4 cards: a board has up to 3 with --to flop" AhKdQcJs random --board 2c3c4c5c --to flop
-refuse "--to goes with the opponent 'random' only" AhKdQcJs 7s7c8d8c --to turn
+refuse "--to goes with a range or 'random': hands against each other" AhKdQcJs 7s7c8d8c --to turn
 refuse "--to goes with exact answers only" AhKdQcJs random --to turn
 refuse "--exact goes with one random hand, not with the 2 of --players 3" AhKdQcJs random --players 3 --exact
 refuse "--trials does not go with --exact" AhKdQcJs random --exact --trials 5
