@@ -84,6 +84,16 @@ class POKERMATH_EXPORT PokerLogic {
   /// Value of seven card codes (0..51, not checked); 0 without a loaded table.
   int LookupSingleHands(int* codes) const;
 
+  /// Value, on the same scale, of the best Omaha hand: four hole cards, two of which play, followed
+  /// by five board cards, three of which play.
+  ///
+  /// @param cards  card codes 0..51, all different; not checked
+  /// These need no table and may run in any number of threads.
+  int LookupHandsOmaha(int* cards) const;
+  /// The same with three board cards, and with four.
+  int LookupHandsOmahaFlop(int* cards) const;
+  int LookupHandsOmahaTurn(int* cards) const;
+
   // --- hands by the rules of poker ---
   // These read nothing but their arguments and `deck`. Ranks are those of card codes, 0..12, in the
   // order of sortHand: from high to low. The tests return a rank, or -1 when the hand does not

@@ -51,7 +51,7 @@ TEST(OmahaBest, EveryFunctionGivesValueAndFirstChoice) {
   for (int trial = 0; trial < 60000; ++trial) {
     const int holes = 4 + trial % 2;
     const int count = 3 + trial % 3;
-    const Cards cards = dealer.Deal(holes + count);
+    Cards cards = dealer.Deal(holes + count);
     Cards hand(cards.begin(), cards.begin() + holes);
     Cards board(cards.begin() + holes, cards.end());
     Record indexes, codes, record;
@@ -76,6 +76,10 @@ TEST(OmahaBest, EveryFunctionGivesValueAndFirstChoice) {
                                      : &PokerLogic::getCombinationOmahaFlop;
     ASSERT_EQ((logic.*member)(hand.data(), board.data(), record.data()), 7463 - value);
     ASSERT_EQ(record, codes) << trace;
+    const auto lookup = count == 5   ? &PokerLogic::LookupHandsOmaha
+                        : count == 4 ? &PokerLogic::LookupHandsOmahaTurn
+                                     : &PokerLogic::LookupHandsOmahaFlop;
+    ASSERT_EQ((logic.*lookup)(cards.data()), oracle::HandRanks(Cards(codes.begin(), codes.end())));
     if (trial % 10 == 0) {
       CDeck deck, five;
       for (const int card : cards) deck.AddCard(card);
