@@ -1,9 +1,7 @@
 #include "cli/table_files.h"
 
-#include <fcntl.h>
 #include <fmt/format.h>
 #include <sys/stat.h>
-#include <unistd.h>
 #include <zlib.h>
 
 #include <algorithm>
@@ -44,20 +42,20 @@ std::uint32_t Crc32(std::uint32_t crc, std::span<const std::byte> bytes) {
 
 // Reads a whole file for its checksum; nothing, with errno set, if it cannot be read.
 std::optional<std::uint32_t> FileCrc32(const std::string& path) {
-  const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fd < 0) return std::nullopt;
+  const InputFile file(path);
+  if (!file.ok()) {
+    errno = file.error();
+    return std::nullopt;
+  }
   std::vector<std::byte> piece(kPieceBytes);
   std::uint32_t crc = 0;
-  for (;;) {
-    const ssize_t got = read(fd, piece.data(), piece.size());
-    if (got < 0 && errno == EINTR) continue;
-    if (got <= 0) {
-      const int error = errno;
-      close(fd);
-      errno = error;
-      return got == 0 ? std::optional(crc) : std::nullopt;
-    }
-    crc = Crc32(crc, std::span(piece).first(static_cast<std::size_t>(got)));
+  for (std::int64_t position = 0;;) {
+    bool good;
+    const std::size_t got = file.Read(position, piece.data(), piece.size(), good);
+    if (!good) return std::nullopt;
+    if (got == 0) return crc;
+    crc = Crc32(crc, std::span(piece).first(got));
+    position += static_cast<std::int64_t>(got);
   }
 }
 

@@ -75,8 +75,6 @@ int WithOwnerAndMode(int fd, const struct stat& status) {
 
 }  // namespace
 
-bool PathExists(const std::string& path) { return access(path.c_str(), F_OK) == 0; }
-
 std::optional<std::uint64_t> FileLength(const std::string& path) {
   struct stat status {};
   if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
@@ -84,40 +82,84 @@ std::optional<std::uint64_t> FileLength(const std::string& path) {
   return static_cast<std::uint64_t>(status.st_size);
 }
 
-bool ReadFile(const std::string& path, void* out, std::size_t bytes) {
-  const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fd < 0) return false;
-  char* place = static_cast<char*>(out);
-  while (bytes > 0) {
-    const ssize_t got = read(fd, place, bytes);
-    if (got < 0 && errno == EINTR) continue;
-    if (got <= 0) break;
-    place += got;
-    bytes -= static_cast<std::size_t>(got);
+InputFile::InputFile(const std::string& path) {
+  const auto refuse = [this](const struct stat& status) {
+    error_ = S_ISREG(status.st_mode) ? 0 : S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+    return error_ != 0;
+  };
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) {
+    error_ = errno;
+    return;
   }
-  close(fd);
-  return bytes == 0;
+  if (refuse(status)) return;
+  // Another thing may have taken its place since.
+  fd_ = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (fd_ < 0 || fstat(fd_, &status) != 0) {
+    error_ = errno;
+  } else if (!refuse(status)) {
+    size_ = status.st_size;
+    id_ = {status.st_dev, status.st_ino};
+  }
+}
+
+InputFile::~InputFile() {
+  if (fd_ >= 0) close(fd_);
+}
+
+std::int64_t InputFile::SizeNow() const {
+  struct stat status;
+  return fstat(fd_, &status) == 0 ? status.st_size : 0;
+}
+
+std::size_t InputFile::Read(std::int64_t position, void* out, std::size_t most, bool& good) const {
+  std::size_t done = 0;
+  good = true;
+  while (done < most) {
+    const ssize_t got = pread(fd_, static_cast<char*>(out) + done, most - done,
+                              position + static_cast<std::int64_t>(done));
+    if (got < 0 && errno == EINTR) continue;
+    good = got >= 0;
+    if (got <= 0) break;
+    done += static_cast<std::size_t>(got);
+  }
+  return done;
+}
+
+bool InputFile::ReadAll(std::int64_t position, void* out, std::size_t bytes) const {
+  bool good;
+  return Read(position, out, bytes, good) == bytes;
+}
+
+bool ReadFile(const std::string& path, void* out, std::size_t bytes) {
+  const InputFile file(path);
+  return file.ok() && file.ReadAll(0, out, bytes);
 }
 
 std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t most) {
-  const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fd < 0) return std::nullopt;
+  const InputFile file(path);
+  if (!file.ok()) {
+    errno = file.error();
+    return std::nullopt;
+  }
   std::string content;
   // Room for all of a file that tells its length, and for the look that finds its end.
-  content.resize(std::min<std::size_t>(FileLength(path).value_or(0), most) + kGather);
+  content.resize(std::min(static_cast<std::size_t>(file.size()), most) + kGather);
   std::size_t length = 0;
-  ssize_t got = 0;
   while (length <= most) {
     if (length == content.size()) content.resize(2 * length);
-    got = read(fd, content.data() + length, content.size() - length);
-    if (got < 0 && errno == EINTR) continue;
-    if (got <= 0) break;
-    length += static_cast<std::size_t>(got);
+    bool good;
+    const std::size_t room = content.size() - length;
+    const std::size_t got =
+        file.Read(static_cast<std::int64_t>(length), content.data() + length, room, good);
+    if (!good) return std::nullopt;
+    length += got;
+    if (got < room) break;
   }
-  const int error = length > most ? EFBIG : errno;
-  close(fd);
-  errno = error;
-  if (got < 0 || length > most) return std::nullopt;
+  if (length > most) {
+    errno = EFBIG;
+    return std::nullopt;
+  }
   content.resize(length);
   return content;
 }

@@ -230,8 +230,8 @@ class POKERMATH_EXPORT PokerLogic {
 
   /// Adds the records of such a file to equityTable; a matchup that is already there keeps its
   /// value. A record below 1 is shown as a message and left out, a last record that is cut short is
-  /// ignored. Returns 1; 0 with a message when there is no such file, 0 without one when what is
-  /// there cannot be read.
+  /// ignored. Returns 1; 0 with a message when there is no file that can be opened (a folder or a
+  /// FIFO is none).
   int load_equity_table(CString path);
   /// The same for equityTurnTable.
   int load_equity_turn_table(CString path);

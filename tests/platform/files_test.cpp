@@ -2,8 +2,10 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -32,7 +34,7 @@ TEST(AtomicFile, AppearsWholeOrNotAtAll) {
     for (std::size_t i = 0; i < 100'000; i += 1000) file.Write(large.data() + i, 1000);
     file.Flush();
     file.Write(large.data() + 100'000, 100'000);
-    EXPECT_FALSE(PathExists(path)) << "visible before Commit";
+    EXPECT_FALSE(fs::exists(path)) << "visible before Commit";
     EXPECT_TRUE(file.Commit());
   }
   EXPECT_EQ(ContentOf(path), large);
@@ -119,8 +121,16 @@ TEST(Files, ReadingNeedsARegularFileOfTheLength) {
   EXPECT_FALSE(ReadFile(folder / "none", bytes, 1));
   EXPECT_FALSE(FileLength(folder / "."));
   EXPECT_FALSE(ReadFile(folder / ".", bytes, 1));
-  EXPECT_TRUE(PathExists(folder / "."));
-  EXPECT_FALSE(PathExists(folder / "none"));
+  // Nobody waits for the other end of a FIFO.
+  ASSERT_EQ(mkfifo((folder / "fifo").c_str(), 0600), 0);
+  EXPECT_FALSE(FileLength(folder / "fifo"));
+  EXPECT_FALSE(ReadFile(folder / "fifo", bytes, 1));
+  EXPECT_FALSE(ReadWholeFile(folder / "fifo"));
+  EXPECT_EQ(InputFile(folder / "fifo").error(), EINVAL);
+  EXPECT_EQ(InputFile(folder / ".").error(), EISDIR);
+  EXPECT_EQ(InputFile(folder / "none").error(), ENOENT);
+  EXPECT_EQ(ReadWholeFile(folder / "four"), "abcd");
+  EXPECT_GT(ReadWholeFile("/proc/self/status").value_or("").size(), 100u) << "has no length";
 }
 
 }  // namespace
