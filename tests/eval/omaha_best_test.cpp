@@ -66,10 +66,10 @@ TEST(OmahaBest, EveryFunctionGivesValueAndFirstChoice) {
         7463 - value);
     ASSERT_EQ(record, indexes) << trace;
     if (holes == 5) continue;
-    const auto fsm5 = count == 5   ? getCombinationOmahaFsm5
-                      : count == 4 ? getCombinationOmahaTurnFsm5
-                                   : getCombinationOmahaFlopFsm5;
-    ASSERT_EQ(fsm5(hand.data(), board.data(), record.data()), value);
+    const auto states = count == 5   ? getCombinationOmahaFsm5
+                        : count == 4 ? getCombinationOmahaTurnFsm5
+                                     : getCombinationOmahaFlopFsm5;
+    ASSERT_EQ(states(hand.data(), board.data(), record.data()), value);
     ASSERT_EQ(record, indexes) << trace;
     const auto member = count == 5   ? &PokerLogic::getCombinationOmaha
                         : count == 4 ? &PokerLogic::getCombinationOmahaTurn
