@@ -1,6 +1,7 @@
 #include "platform/files.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -8,6 +9,7 @@
 #include <atomic>
 #include <cerrno>
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 
 namespace pokermath {
@@ -27,10 +29,14 @@ bool WriteAll(int fd, const char* data, std::size_t bytes) {
   return true;
 }
 
-// A rename is safe against a power cut only when the folder reaches the disk as well.
-void SyncFolder(const std::string& path) {
+std::string FolderOf(const std::string& path) {
   const std::string folder = std::filesystem::path(path).parent_path().string();
-  const int fd = open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  return folder.empty() ? "." : folder;
+}
+
+// A name is safe against a power cut only when the folder reaches the disk as well.
+void SyncFolder(const std::string& path) {
+  const int fd = open(FolderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (fd < 0) return;
   fsync(fd);
   close(fd);
@@ -71,6 +77,48 @@ int WithOwnerAndMode(int fd, const struct stat& status) {
   close(fd);
   errno = error;
   return -1;
+}
+
+// Temporary names are short, as that of the file may be as long as names can be.
+constexpr std::string_view kTemporaryPrefix = ".pokermath-";
+
+std::string NewTemporaryName(const std::string& folder) {
+  static std::atomic<unsigned> count{0};
+  return folder + "/" + std::string(kTemporaryPrefix) + std::to_string(getpid()) + "-" +
+         std::to_string(count++);
+}
+
+bool IsTemporaryName(std::string_view name) {
+  if (!name.starts_with(kTemporaryPrefix)) return false;
+  name.remove_prefix(kTemporaryPrefix.size());
+  return name.find_first_not_of("0123456789-") == name.npos &&
+         std::count(name.begin(), name.end(), '-') == 1;
+}
+
+// Removes the temporary files of processes that are gone. Those that live hold a lock on theirs,
+// which tells also where numbers of processes mean nothing: from a container or another machine.
+void RemoveLeftovers(const std::string& folder) {
+  std::error_code error;
+  for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
+       entry.increment(error)) {
+    if (!IsTemporaryName(entry->path().filename().native())) continue;
+    const char* name = entry->path().c_str();
+    const int fd = open(name, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    if (fd < 0) continue;
+    struct stat status {};
+    if (fstat(fd, &status) == 0 && S_ISREG(status.st_mode) && status.st_uid == geteuid() &&
+        flock(fd, LOCK_EX | LOCK_NB) == 0) {
+      unlink(name);
+    }
+    close(fd);
+  }
+}
+
+// Where the system shows an open file as a link, by which a file without a name can be given one.
+std::string LinkOf(int fd) { return "/proc/self/fd/" + std::to_string(fd); }
+
+bool GiveName(int fd, const std::string& name) {
+  return linkat(AT_FDCWD, LinkOf(fd).c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0;
 }
 
 }  // namespace
@@ -197,6 +245,7 @@ AtomicFile::AtomicFile(const std::string& path) : path_(FollowLinks(path)) {
     errno = EISDIR;
   } else if (S_ISCHR(status.st_mode)) {
     fd_ = open(path_.c_str(), O_WRONLY | O_CLOEXEC);
+    direct_ = true;
   } else if (!S_ISREG(status.st_mode) || IsLinkOfProc(path_)) {
     errno = EINVAL;
   } else if (access(path_.c_str(), W_OK) == 0) {
@@ -205,31 +254,62 @@ AtomicFile::AtomicFile(const std::string& path) : path_(FollowLinks(path)) {
   }
 }
 
+// The lock tells RemoveLeftovers that somebody is at work.
+void AtomicFile::OpenTemporary(unsigned mode) {
+  fd_ = open(FolderOf(path_).c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, mode);
+  if (fd_ >= 0 && access(LinkOf(fd_).c_str(), F_OK) == 0) {
+    flock(fd_, LOCK_EX);
+    return;
+  }
+  if (fd_ >= 0) close(fd_);
+  OpenUnderTemporaryName(mode);
+}
+
 // mkstemp would leave the permissions of a new file to us, and the process's mask cannot be read
 // without changing it; so the name is made here and the system applies the mask.
-void AtomicFile::OpenTemporary(unsigned mode) {
-  static std::atomic<unsigned> count{0};
-  do {
-    // A short name of its own, as that of the file may be as long as names can be.
-    const std::string name =
-        ".pokermath-" + std::to_string(getpid()) + "-" + std::to_string(count++);
-    temporary_ = (std::filesystem::path(path_).parent_path() / name).string();
+void AtomicFile::OpenUnderTemporaryName(unsigned mode) {
+  const std::string folder = FolderOf(path_);
+  RemoveLeftovers(folder);
+  for (;;) {
+    temporary_ = NewTemporaryName(folder);
     fd_ = open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-  } while (fd_ < 0 && errno == EEXIST);
-  if (fd_ < 0) temporary_.clear();
+    if (fd_ < 0 && errno == EEXIST) continue;
+    if (fd_ < 0) break;
+    struct stat status {};
+    // Before it was locked it may have been taken for a leftover.
+    flock(fd_, LOCK_EX);
+    if (fstat(fd_, &status) != 0 || status.st_nlink > 0) return;
+    close(fd_);
+  }
+  temporary_.clear();
 }
 
 AtomicFile::~AtomicFile() {
   if (!temporary_.empty()) unlink(temporary_.c_str());
 }
 
+// A link cannot take the place of a file as a rename can.
+bool AtomicFile::TakeTemporaryName() {
+  const std::string folder = FolderOf(path_);
+  RemoveLeftovers(folder);
+  do {
+    temporary_ = NewTemporaryName(folder);
+    if (GiveName(fd_, temporary_)) return true;
+  } while (errno == EEXIST);
+  temporary_.clear();
+  return false;
+}
+
 bool AtomicFile::Commit() {
   Flush();
   if (!ok()) return false;
-  if (temporary_.empty()) return true;
+  if (direct_) return true;
   if (fsync(fd_) != 0) return false;
-  if (rename(temporary_.c_str(), path_.c_str()) != 0) return false;
-  temporary_.clear();
+  if (!temporary_.empty() || !GiveName(fd_, path_)) {
+    if (temporary_.empty() && (errno != EEXIST || !TakeTemporaryName())) return false;
+    if (rename(temporary_.c_str(), path_.c_str()) != 0) return false;
+    temporary_.clear();
+  }
   SyncFolder(path_);
   return true;
 }

@@ -86,10 +86,13 @@ class NewFile : public FileWriter {
   ~NewFile() { Flush(); }
 };
 
-/// A file being written: under a temporary name in the folder of `path`, which Commit flushes to
-/// the disk and renames. Without a successful Commit the destructor removes it and `path` is as it
-/// was. A path that is a link is written where the link points, but a link of /proc to an open file
-/// is refused; a device is written directly. What replaces a file keeps its owner and permissions.
+/// A file being written: in the folder of `path` but without a name, until Commit flushes it to the
+/// disk and gives it that of `path`. Without a successful Commit nothing is left of it and `path`
+/// is as it was, whatever becomes of the process. Where files without a name are not to be had, it
+/// is written under a temporary one; what a killed process leaves of these is removed when somebody
+/// writes to the folder again. A path that is a link is written where the link points, but a link
+/// of /proc to an open file is refused; a device is written directly. What replaces a file keeps
+/// its owner and permissions.
 class AtomicFile : public FileWriter {
  public:
   explicit AtomicFile(const std::string& path);
@@ -100,9 +103,12 @@ class AtomicFile : public FileWriter {
 
  private:
   void OpenTemporary(unsigned mode);
+  void OpenUnderTemporaryName(unsigned mode);
+  bool TakeTemporaryName();
 
   std::string path_;
-  std::string temporary_;  // empty when the path is written directly
+  std::string temporary_;  // empty while the file has no name
+  bool direct_ = false;    // a device
 };
 
 }  // namespace pokermath
