@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <initializer_list>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "cli/errors.h"
@@ -224,33 +225,55 @@ bool BuildCombinations(const TableFile& table, const std::string& path) {
   return WriteTable(table, path, {std::as_bytes(std::span(records))});
 }
 
+// Keeps the sums of a build in a file now and then. The table comes out without it as well, so that
+// it cannot be written is said, once, and no reason to stop.
+class Checkpoint {
+ public:
+  Checkpoint(OmahaStrength& strength, const std::string& path) : strength_(strength), path_(path) {}
+
+  bool Save(Progress& progress) {
+    next_ = Clock::now() + std::chrono::seconds(20);
+    if (strength_.Save(path_)) return true;
+    const std::string reason = SystemReason(errno);
+    if (!std::exchange(said_, true)) {
+      progress.Wipe();
+      PrintError("cannot keep what is done in " + Quoted(path_) + ": " + reason +
+                 "; the build goes on");
+    }
+    return false;
+  }
+  void SaveNowAndThen(Progress& progress) {
+    if (Clock::now() > next_) Save(progress);
+  }
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  OmahaStrength& strength_;
+  const std::string& path_;
+  Clock::time_point next_ = Clock::now() + std::chrono::seconds(2);
+  bool said_ = false;
+};
+
 // Goes on where a build that was stopped has left its sums.
 template <int hand_size>
 bool BuildOmahaStrength(const TableFile& table, const std::string& path) {
   const std::string unfinished = path + ".unfinished";
   OmahaStrength strength(hand_size);
   const bool resumed = strength.Load(unfinished);
-  const auto save = [&] {
-    if (!strength.Save(unfinished))
-      throw SystemFailure("cannot write " + Quoted(unfinished), errno);
-  };
   {
-    constexpr auto kBetweenSaves = std::chrono::seconds(20);
+    Checkpoint checkpoint(strength, unfinished);
     Progress progress(std::string(resumed ? "going on with " : "building ") + table.name,
                       OmahaEveryHand::kSteps, "sets of boards", kPatience);
-    auto saved = std::chrono::steady_clock::now();
     while (!strength.Finished()) {
       strength.GoOn();
       progress.Update(strength.done());
       if (StopRequested()) {
-        save();
+        if (!checkpoint.Save(progress)) return false;
         throw Failure(fmt::format("stopped {} at {} %; the next build goes on from there",
                                   table.name, 100 * strength.done() / OmahaEveryHand::kSteps));
       }
-      if (std::chrono::steady_clock::now() - saved > kBetweenSaves) {
-        save();
-        saved = std::chrono::steady_clock::now();
-      }
+      checkpoint.SaveNowAndThen(progress);
     }
   }
   const std::string text = strength.Text();
