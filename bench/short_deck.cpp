@@ -25,8 +25,8 @@ void LoadTables() {
       std::copy(entries.begin(), entries.end(), table);
       return table;
     };
-    short_deck_tables.five_cards = copy(BuildStates(kSixPlus5File));
-    short_deck_tables.seven_cards = copy(BuildStates(kSixPlus7File));
+    fsm5.five_cards = copy(BuildStates(kSixPlus5File));
+    fsm5.seven_cards = copy(BuildStates(kSixPlus7File));
     return true;
   }();
   benchmark::DoNotOptimize(loaded);

@@ -25,8 +25,10 @@ Progress::Progress(std::string what, std::int64_t total, std::string unit,
       start_(Clock::now()),
       next_(start_ + patience) {}
 
-Progress::~Progress() {
-  if (shown_) std::fputs(kWipeLine, stderr);
+Progress::~Progress() { Wipe(); }
+
+void Progress::Wipe() {
+  if (std::exchange(shown_, false)) std::fputs(kWipeLine, stderr);
 }
 
 void Progress::Update(std::int64_t done) {

@@ -26,6 +26,8 @@ class Progress {
   void Update(std::int64_t done);
   /// The same for work of which `part`, 0..1, is ready: something else than the units may end it.
   void Update(std::int64_t done, double part);
+  /// Makes room for a message; the next update shows the line again.
+  void Wipe();
 
  private:
   using Clock = std::chrono::steady_clock;

@@ -1,9 +1,7 @@
 #include "cli/table_files.h"
 
-#include <fcntl.h>
 #include <fmt/format.h>
 #include <sys/stat.h>
-#include <unistd.h>
 #include <zlib.h>
 
 #include <algorithm>
@@ -13,6 +11,7 @@
 #include <filesystem>
 #include <initializer_list>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "cli/errors.h"
@@ -44,20 +43,20 @@ std::uint32_t Crc32(std::uint32_t crc, std::span<const std::byte> bytes) {
 
 // Reads a whole file for its checksum; nothing, with errno set, if it cannot be read.
 std::optional<std::uint32_t> FileCrc32(const std::string& path) {
-  const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fd < 0) return std::nullopt;
+  const InputFile file(path);
+  if (!file.ok()) {
+    errno = file.error();
+    return std::nullopt;
+  }
   std::vector<std::byte> piece(kPieceBytes);
   std::uint32_t crc = 0;
-  for (;;) {
-    const ssize_t got = read(fd, piece.data(), piece.size());
-    if (got < 0 && errno == EINTR) continue;
-    if (got <= 0) {
-      const int error = errno;
-      close(fd);
-      errno = error;
-      return got == 0 ? std::optional(crc) : std::nullopt;
-    }
-    crc = Crc32(crc, std::span(piece).first(static_cast<std::size_t>(got)));
+  for (std::int64_t position = 0;;) {
+    bool good;
+    const std::size_t got = file.Read(position, piece.data(), piece.size(), good);
+    if (!good) return std::nullopt;
+    if (got == 0) return crc;
+    crc = Crc32(crc, std::span(piece).first(got));
+    position += static_cast<std::int64_t>(got);
   }
 }
 
@@ -226,33 +225,55 @@ bool BuildCombinations(const TableFile& table, const std::string& path) {
   return WriteTable(table, path, {std::as_bytes(std::span(records))});
 }
 
+// Keeps the sums of a build in a file now and then. The table comes out without it as well, so that
+// it cannot be written is said, once, and no reason to stop.
+class Checkpoint {
+ public:
+  Checkpoint(OmahaStrength& strength, const std::string& path) : strength_(strength), path_(path) {}
+
+  bool Save(Progress& progress) {
+    next_ = Clock::now() + std::chrono::seconds(20);
+    if (strength_.Save(path_)) return true;
+    const std::string reason = SystemReason(errno);
+    if (!std::exchange(said_, true)) {
+      progress.Wipe();
+      PrintError("cannot keep what is done in " + Quoted(path_) + ": " + reason +
+                 "; the build goes on");
+    }
+    return false;
+  }
+  void SaveNowAndThen(Progress& progress) {
+    if (Clock::now() > next_) Save(progress);
+  }
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  OmahaStrength& strength_;
+  const std::string& path_;
+  Clock::time_point next_ = Clock::now() + std::chrono::seconds(2);
+  bool said_ = false;
+};
+
 // Goes on where a build that was stopped has left its sums.
 template <int hand_size>
 bool BuildOmahaStrength(const TableFile& table, const std::string& path) {
   const std::string unfinished = path + ".unfinished";
   OmahaStrength strength(hand_size);
   const bool resumed = strength.Load(unfinished);
-  const auto save = [&] {
-    if (!strength.Save(unfinished))
-      throw SystemFailure("cannot write " + Quoted(unfinished), errno);
-  };
   {
-    constexpr auto kBetweenSaves = std::chrono::seconds(20);
+    Checkpoint checkpoint(strength, unfinished);
     Progress progress(std::string(resumed ? "going on with " : "building ") + table.name,
                       OmahaEveryHand::kSteps, "sets of boards", kPatience);
-    auto saved = std::chrono::steady_clock::now();
     while (!strength.Finished()) {
       strength.GoOn();
       progress.Update(strength.done());
       if (StopRequested()) {
-        save();
+        if (!checkpoint.Save(progress)) return false;
         throw Failure(fmt::format("stopped {} at {} %; the next build goes on from there",
                                   table.name, 100 * strength.done() / OmahaEveryHand::kSteps));
       }
-      if (std::chrono::steady_clock::now() - saved > kBetweenSaves) {
-        save();
-        saved = std::chrono::steady_clock::now();
-      }
+      checkpoint.SaveNowAndThen(progress);
     }
   }
   const std::string text = strength.Text();

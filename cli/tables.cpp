@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cerrno>
 #include <csignal>
 #include <filesystem>
 #include <memory>
@@ -15,6 +16,7 @@
 #include "cli/stop_signals.h"
 #include "cli/table_files.h"
 #include "cli/table_report.h"
+#include "platform/files.h"
 
 namespace pokermath::cli {
 namespace {
@@ -129,6 +131,8 @@ Line BuildOne(const TableFile& table, const std::string& path, bool force) {
     TableState state = CheckTable(table, path);
     if (state.ok()) return {&table, state};
   }
+  // What takes minutes is not begun where it could not be written.
+  if (!AtomicFile(path).ok()) throw SystemFailure("cannot write " + Quoted(path), errno);
   if (!table.build(table, path)) {
     throw Failure(fmt::format("stopped before {} was written; finished tables stay", table.name));
   }

@@ -16,9 +16,7 @@ using EquityTable = std::map<std::pair<int, int>, int>;
 /// Adds the records of a file to a table; a matchup that is there keeps its value. A record below 1
 /// is shown as a message and left out.
 ///
-/// @return 1; 0 with a message when there is no such file, and without one when what is there
-/// cannot
-///         be read
+/// @return 1; 0 with a message when there is no such file or it cannot be read
 int LoadEquityTable(const CString& name, EquityTable& table);
 
 }  // namespace pokermath

@@ -4,7 +4,6 @@
 
 #include <bit>
 #include <charconv>
-#include <fstream>
 #include <map>
 
 #include "equity/equity_files.h"
@@ -60,19 +59,20 @@ constexpr std::size_t kRecordsRead = 1 << 14;
 }  // namespace
 
 int LoadEquityTable(const CString& name, EquityTable& table) {
-  const std::string path = ToUtf8(name);
-  if (!PathExists(path)) {
+  const InputFile file(ToUtf8(name));
+  if (!file.ok()) {
     ShowMessage(L"You need to download file " + name);
     return 0;
   }
-  if (!FileLength(path)) return 0;  // a folder, say
-  std::ifstream file(path, std::ios::binary);
   std::vector<EquityRecord> records(kRecordsRead);
-  while (file) {
-    file.read(reinterpret_cast<char*>(records.data()),
-              static_cast<std::streamsize>(records.size() * sizeof(EquityRecord)));
+  std::int64_t position = 0;
+  while (!records.empty()) {
+    bool good;
+    const std::size_t bytes =
+        file.Read(position, records.data(), records.size() * sizeof(EquityRecord), good);
+    position += static_cast<std::int64_t>(bytes);
     // A last record that is cut short is left out.
-    records.resize(static_cast<std::size_t>(file.gcount()) / sizeof(EquityRecord));
+    records.resize(bytes / sizeof(EquityRecord));
     for (const EquityRecord& record : records) AddRecord(record, table);
   }
   return 1;

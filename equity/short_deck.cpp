@@ -35,7 +35,7 @@ bool HoldsAbsentCard(std::span<const int> cards) {
 
 const EquityTable& LoadedTable() {
   static const EquityTable none;
-  return short_deck_tables.equity ? *short_deck_tables.equity : none;
+  return fsm5.equity ? *fsm5.equity : none;
 }
 
 double CountShare(const int* hand, std::span<const int> board, Street street, const Spec& spec) {
@@ -280,7 +280,7 @@ int GetWinHandVsHand6Plus(int* hand1, int* hand2, double& wins, double& boards) 
 }
 
 int load_equity_table_6Plus(CString path) {
-  auto& table = pokermath::short_deck_tables.equity;
+  auto& table = fsm5.equity;
   if (!table) table = std::make_unique<pokermath::EquityTable>();
   return pokermath::LoadEquityTable(path, *table);
 }

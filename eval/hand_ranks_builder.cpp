@@ -228,12 +228,28 @@ HandRanks BuildHandRanks() {
   return table;
 }
 
+namespace {
+
+// What an entry adds to the faults of its row, which may have one for each card that has been seen:
+// only those cannot come. More of them are what a lost page leaves.
+constexpr unsigned kCannotCome = 1;
+constexpr unsigned kWrong = 64;
+
+// By hand value; what is behind the last place stands for all larger numbers.
+std::vector<std::uint8_t> FaultsOfValues() {
+  std::vector<std::uint8_t> faults(40961, kWrong);
+  faults[0] = kCannotCome;
+  for (int i = 1; i <= 7462; ++i) faults[static_cast<std::size_t>(ToHandRanks(i))] = 0;
+  return faults;
+}
+
+}  // namespace
+
 bool HandRanksAreSound(const std::uint32_t* entries) {
-  std::vector<std::uint8_t> is_value(40960);
-  is_value[0] = 1;
-  for (int i = 1; i <= 7462; ++i) is_value[static_cast<std::size_t>(ToHandRanks(i))] = 1;
-  const auto holds_value = [&](std::uint32_t entry) {
-    return entry < is_value.size() && is_value[entry] != 0;
+  const std::vector<std::uint8_t> faults_of_values = FaultsOfValues();
+  const auto largest = static_cast<std::uint32_t>(faults_of_values.size() - 1);
+  const auto faults_of = [&](std::uint32_t entry) -> unsigned {
+    return faults_of_values[std::min(entry, largest)];
   };
 
   bool sound = std::all_of(entries, entries + kRow, [](std::uint32_t entry) { return entry == 0; });
@@ -245,19 +261,18 @@ bool HandRanksAreSound(const std::uint32_t* entries) {
         cards < 6 ? static_cast<std::uint32_t>(RowOf(end + kLevelSizes[cards + 1] - 1)) : 0;
     for (std::size_t slot = first; slot < end; ++slot) {
       const std::uint32_t* row = entries + RowOf(slot);
-      sound = sound && (cards >= 5 ? holds_value(row[0]) : row[0] == 0);
-      unsigned bad = 0;
+      sound = sound && (cards >= 5 ? faults_of(row[0]) == 0 : row[0] == 0);
+      unsigned faults = 0;
       if (cards == 6) {
-        for (std::size_t card = 1; card <= 52; ++card) bad |= holds_value(row[card]) ? 0u : 1u;
+        for (std::size_t card = 1; card <= 52; ++card) faults += faults_of(row[card]);
       } else {
         for (std::size_t card = 1; card <= 52; ++card) {
           const std::uint32_t state = row[card];
-          const bool good = (state >= next_first && state <= next_last && state % kRow == 0) ||
-                            state == kStartState;
-          bad |= good ? 0u : 1u;
+          const bool good = state >= next_first && state <= next_last && state % kRow == 0;
+          faults += good ? 0 : state == kStartState ? kCannotCome : kWrong;
         }
       }
-      sound = sound && bad == 0;
+      sound = sound && faults <= cards;
     }
     first = end;
   }

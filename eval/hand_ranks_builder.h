@@ -27,8 +27,9 @@ struct HandRanks {
 HandRanks BuildHandRanks();
 
 /// Whether every entry is one that a table may hold in its place: a state of the next card count
-/// (or the start state) in the rows of up to five cards, a hand value in the rows of six. A table
-/// that passes keeps every lookup inside the array.
+/// (or the start state) in the rows of up to five cards, a hand value in the rows of six, and
+/// nothing for no more cards than have been seen. A table that passes keeps every lookup inside the
+/// array; one that a page of zeros has got into does not pass.
 bool HandRanksAreSound(const std::uint32_t* entries);
 
 /// Reads and checks a table file. False, with `entries` empty, unless it has exactly the right

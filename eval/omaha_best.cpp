@@ -321,6 +321,11 @@ int OmahaPairValues::FlushOf(int rank1, int rank2) const {
 
 namespace {
 
+// The HandRanks value of four hole cards and the board behind them.
+int HandRanksOf(const int* cards, int board_count) {
+  return ToHandRanks(BestOmahaValue(CardsOf(cards, 4), CardsOf(cards + 4, board_count)));
+}
+
 // Whether a hand and a board can be played; counts are not checked otherwise.
 bool CanPlay(int hand_count, int board_count) {
   return hand_count >= 2 && hand_count <= static_cast<int>(kMostHoles) && board_count >= 3 &&
@@ -382,3 +387,9 @@ int PokerLogic::getCombinationOmahaCommon(int* hand, int handCount, int* board, 
   const int value = pokermath::Indexes(hand, handCount, board, boardCount, record);
   return value < 0 ? kNone : pokermath::OtherScale(value);
 }
+
+int PokerLogic::LookupHandsOmaha(int* cards) const { return pokermath::HandRanksOf(cards, 5); }
+
+int PokerLogic::LookupHandsOmahaFlop(int* cards) const { return pokermath::HandRanksOf(cards, 3); }
+
+int PokerLogic::LookupHandsOmahaTurn(int* cards) const { return pokermath::HandRanksOf(cards, 4); }

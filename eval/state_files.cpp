@@ -1,10 +1,16 @@
 // Loading the finite-state tables from files: nothing is used before every entry that cards can
 // lead to has been looked at.
+//
+// That is done card by card, with the set of states that are reached. A file that lost a part of
+// itself reads zeros there, which are states and values like others; so every state is remembered
+// with the cards of one hand that leads to it, and at the end that hand must have a value with
+// every other card.
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
-#include <fstream>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "eval/state_machines.h"
@@ -21,10 +27,11 @@ fsm5::~fsm5() {
 
 ofsm_omaha7::~ofsm_omaha7() { delete[] table; }
 
-namespace pokermath {
+// Without a constructor to run: an evaluator reaches them in one load.
+constinit class fsm5 fsm5;
+constinit class ofsm_omaha7 ofsm_omaha7;
 
-constinit fsm5 short_deck_tables;
-constinit ofsm_omaha7 omaha_table;
+namespace pokermath {
 
 std::array<std::byte, kStateHeaderBytes> StateHeader(const StateFile& file, std::uint64_t entries) {
   std::array<std::byte, kStateHeaderBytes> header{};
@@ -35,43 +42,82 @@ std::array<std::byte, kStateHeaderBytes> StateHeader(const StateFile& file, std:
   return header;
 }
 
+namespace {
+
+// A state and the cards of a hand that leads to it; every card where no hand is known to.
+struct Reached {
+  std::uint64_t cards;
+  std::uint32_t state;
+};
+// A state has 32 bits.
+constexpr std::uint64_t kMostStates = std::uint64_t{1} << 32;
+constexpr std::uint64_t kEveryCard = ~std::uint64_t{0};
+
+// Whether the entries of the last card are values, above 0 for cards that can come.
+bool ValuesAreSound(const std::uint32_t* row, std::size_t width, std::uint32_t best,
+                    std::uint64_t cards) {
+  std::uint32_t largest = 0;
+  std::size_t zeros = 0;
+  for (std::size_t i = 0; i < width; ++i) {
+    largest = std::max(largest, row[i]);
+    zeros += row[i] == 0 ? 1 : 0;
+  }
+  if (largest > best) return false;
+  if (cards == kEveryCard) return true;
+  for (; cards != 0; cards &= cards - 1) zeros -= row[std::countr_zero(cards)] == 0 ? 1 : 0;
+  return zeros == 0;
+}
+
+// The states that are reached with one card more, each once or, where a hand is found to lead to it
+// later, twice.
+class NextStates {
+ public:
+  explicit NextStates(std::size_t entries) : by_hands_(entries), by_others_(entries) {}
+
+  void Add(std::uint64_t cards, std::uint32_t state) {
+    if (by_hands_[state] || (cards == kEveryCard && by_others_[state])) return;
+    (cards == kEveryCard ? by_others_ : by_hands_)[state] = true;
+    states_.push_back({cards, state});
+  }
+  std::vector<Reached> Take() {
+    for (const Reached& reached : states_) {
+      by_hands_[reached.state] = by_others_[reached.state] = false;
+    }
+    return std::exchange(states_, {});
+  }
+  std::size_t size() const { return states_.size(); }
+
+ private:
+  std::vector<bool> by_hands_, by_others_;  // by state
+  std::vector<Reached> states_;
+};
+
+}  // namespace
+
 bool StatesAreSound(const StateFile& file, const std::uint32_t* entries, std::size_t count) {
   const auto width = static_cast<std::size_t>(file.shape.width);
   const auto first = static_cast<std::size_t>(file.shape.first_index);
   if (count < first + 2 * width) return false;
-  const std::size_t rows = (count - first) / width;
-  // Row 0 stands for what cannot be.
-  if (std::any_of(entries, entries + first + width,
-                  [](std::uint32_t entry) { return entry != 0; })) {
-    return false;
-  }
-  std::vector<std::uint8_t> reached(rows);
-  std::vector<std::uint8_t> next(rows);
-  reached[1] = 1;
-  for (int cards = 0; cards < file.shape.cards; ++cards) {
-    const bool last = cards + 1 == file.shape.cards;
-    for (std::size_t row = 0; row < rows; ++row) {
-      if (reached[row] == 0) continue;
-      const std::uint32_t* from = entries + row * width + first;
-      // Only cards that have been seen cannot come.
-      if (std::count(from, from + width, 0u) > cards) return false;
-      if (last) {
-        std::uint32_t largest = 0;
-        for (std::size_t i = 0; i < width; ++i) largest = std::max(largest, from[i]);
-        if (largest > file.best) return false;
-        continue;
-      }
+  const std::size_t last_state = count - first - width;
+  // Rows that overlap more than any table's would take for ever.
+  const std::size_t most_states = count / 4 + 1000;
+  std::vector<Reached> states = {{0, static_cast<std::uint32_t>(width)}};
+  NextStates next(count);
+  for (int cards = 1; cards < file.shape.cards; ++cards) {
+    for (const Reached& reached : states) {
+      const std::uint32_t* row = entries + reached.state + first;
       for (std::size_t i = 0; i < width; ++i) {
-        const std::size_t state = from[i];
-        if (state % width != 0 || state / width >= rows) return false;
-        next[state / width] = 1;
+        if (row[i] > last_state) return false;
+        const bool can_come = (reached.cards >> i & 1) == 0;
+        next.Add(can_come ? reached.cards | std::uint64_t{1} << i : kEveryCard, row[i]);
       }
+      if (next.size() > most_states) return false;
     }
-    next[0] = 0;
-    reached.swap(next);
-    std::ranges::fill(next, std::uint8_t{0});
+    states = next.Take();
   }
-  return true;
+  return std::ranges::all_of(states, [&](const Reached& reached) {
+    return ValuesAreSound(entries + reached.state + first, width, file.best, reached.cards);
+  });
 }
 
 std::uint32_t* NewStates(std::size_t count) {
@@ -81,24 +127,24 @@ std::uint32_t* NewStates(std::size_t count) {
 }
 
 std::uint32_t* LoadStates(const StateFile& file, const std::string& path, bool& missing) {
-  std::ifstream in(path, std::ios::binary);
-  missing = !in;
-  const std::optional<std::uint64_t> length = FileLength(path);
-  if (missing || !length) return nullptr;
+  const InputFile in(path);
+  missing = !in.ok();
   std::array<char, kStateHeaderBytes> header;
-  if (!in.read(header.data(), header.size())) return nullptr;
+  if (missing || !in.ReadAll(0, header.data(), header.size())) return nullptr;
   std::uint64_t count;
   std::memcpy(&count, header.data() + 24, sizeof count);
   const auto expected = StateHeader(file, count);
   if (std::memcmp(header.data(), expected.data(), header.size()) != 0) return nullptr;
-  if (count > *length / sizeof(std::uint32_t) || count > file.most_entries ||
-      *length != kStateHeaderBytes + count * sizeof(std::uint32_t)) {
-    return nullptr;
-  }
+  const std::uint64_t row_0 = static_cast<std::uint64_t>(file.shape.width + file.shape.first_index);
+  const std::uint64_t there = static_cast<std::uint64_t>(in.size()) / sizeof(std::uint32_t);
+  if (count > there || count > kMostStates || count < row_0) return nullptr;
   std::unique_ptr<std::uint32_t[]> entries(NewStates(count));
-  in.read(reinterpret_cast<char*>(entries.get()),
-          static_cast<std::streamsize>(count * sizeof(std::uint32_t)));
-  if (!in || !StatesAreSound(file, entries.get(), count)) return nullptr;
+  if (!in.ReadAll(kStateHeaderBytes, entries.get(), count * sizeof(std::uint32_t))) return nullptr;
+  if (!StatesAreSound(file, entries.get(), count)) {
+    // Cards that come twice lead to row 0 where there is nothing for them.
+    std::fill_n(entries.get(), row_0, 0u);
+    if (!StatesAreSound(file, entries.get(), count)) return nullptr;
+  }
   return entries.release();
 }
 
@@ -116,16 +162,12 @@ int LoadInto(const StateFile& file, const CString& folder, std::uint32_t*& table
 
 }  // namespace
 
-int load_fsm5(const CString& folder) {
-  return LoadInto(kSixPlus5File, folder, short_deck_tables.five_cards);
-}
+int load_fsm5(const CString& folder) { return LoadInto(kSixPlus5File, folder, fsm5.five_cards); }
 
-int load_fsm7(const CString& folder) {
-  return LoadInto(kSixPlus7File, folder, short_deck_tables.seven_cards);
-}
+int load_fsm7(const CString& folder) { return LoadInto(kSixPlus7File, folder, fsm5.seven_cards); }
 
 int load_ofsm_omaha7(const CString& folder) {
-  return LoadInto(kOmaha7File, folder, omaha_table.table);
+  return LoadInto(kOmaha7File, folder, ofsm_omaha7.table);
 }
 
 }  // namespace pokermath

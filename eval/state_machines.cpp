@@ -138,7 +138,7 @@ int Get_rank36(int value) {
 }
 
 int eval_rank5_via_fsm5(const int* cards) {
-  return pokermath::WalkShortDeck<5>(pokermath::short_deck_tables.five_cards, cards);
+  return pokermath::WalkShortDeck<5>(fsm5.five_cards, cards);
 }
 
 int eval_rank6_via_fsm5(int* cards) {
@@ -155,12 +155,12 @@ int eval_rank6_via_fsm5(int* cards) {
 }
 
 int eval_rank7_via_fsm7(const int* cards) {
-  return pokermath::WalkShortDeck<7>(pokermath::short_deck_tables.seven_cards, cards);
+  return pokermath::WalkShortDeck<7>(fsm5.seven_cards, cards);
 }
 
 int eval_rank7_via_ofsm7(int* hole, int holeCount, int* board) {
   using namespace pokermath;
-  const std::uint32_t* table = omaha_table.table;
+  const std::uint32_t* table = ofsm_omaha7.table;
   if (table == nullptr) return 0;
   std::uint32_t state = 52;
   for (int i = 0; i < 5; ++i) state = Step(table, state, kOmahaIndexes, board[i]);

@@ -1,6 +1,7 @@
 #include "platform/files.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -8,6 +9,7 @@
 #include <atomic>
 #include <cerrno>
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 
 namespace pokermath {
@@ -27,10 +29,14 @@ bool WriteAll(int fd, const char* data, std::size_t bytes) {
   return true;
 }
 
-// A rename is safe against a power cut only when the folder reaches the disk as well.
-void SyncFolder(const std::string& path) {
+std::string FolderOf(const std::string& path) {
   const std::string folder = std::filesystem::path(path).parent_path().string();
-  const int fd = open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  return folder.empty() ? "." : folder;
+}
+
+// A name is safe against a power cut only when the folder reaches the disk as well.
+void SyncFolder(const std::string& path) {
+  const int fd = open(FolderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (fd < 0) return;
   fsync(fd);
   close(fd);
@@ -73,9 +79,49 @@ int WithOwnerAndMode(int fd, const struct stat& status) {
   return -1;
 }
 
-}  // namespace
+// Temporary names are short, as that of the file may be as long as names can be.
+constexpr std::string_view kTemporaryPrefix = ".pokermath-";
 
-bool PathExists(const std::string& path) { return access(path.c_str(), F_OK) == 0; }
+std::string NewTemporaryName(const std::string& folder) {
+  static std::atomic<unsigned> count{0};
+  return folder + "/" + std::string(kTemporaryPrefix) + std::to_string(getpid()) + "-" +
+         std::to_string(count++);
+}
+
+bool IsTemporaryName(std::string_view name) {
+  if (!name.starts_with(kTemporaryPrefix)) return false;
+  name.remove_prefix(kTemporaryPrefix.size());
+  return name.find_first_not_of("0123456789-") == name.npos &&
+         std::count(name.begin(), name.end(), '-') == 1;
+}
+
+// Removes the temporary files of processes that are gone. Those that live hold a lock on theirs,
+// which tells also where numbers of processes mean nothing: from a container or another machine.
+void RemoveLeftovers(const std::string& folder) {
+  std::error_code error;
+  for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
+       entry.increment(error)) {
+    if (!IsTemporaryName(entry->path().filename().native())) continue;
+    const char* name = entry->path().c_str();
+    const int fd = open(name, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    if (fd < 0) continue;
+    struct stat status {};
+    if (fstat(fd, &status) == 0 && S_ISREG(status.st_mode) && status.st_uid == geteuid() &&
+        flock(fd, LOCK_EX | LOCK_NB) == 0) {
+      unlink(name);
+    }
+    close(fd);
+  }
+}
+
+// Where the system shows an open file as a link, by which a file without a name can be given one.
+std::string LinkOf(int fd) { return "/proc/self/fd/" + std::to_string(fd); }
+
+bool GiveName(int fd, const std::string& name) {
+  return linkat(AT_FDCWD, LinkOf(fd).c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0;
+}
+
+}  // namespace
 
 std::optional<std::uint64_t> FileLength(const std::string& path) {
   struct stat status {};
@@ -84,40 +130,84 @@ std::optional<std::uint64_t> FileLength(const std::string& path) {
   return static_cast<std::uint64_t>(status.st_size);
 }
 
-bool ReadFile(const std::string& path, void* out, std::size_t bytes) {
-  const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fd < 0) return false;
-  char* place = static_cast<char*>(out);
-  while (bytes > 0) {
-    const ssize_t got = read(fd, place, bytes);
-    if (got < 0 && errno == EINTR) continue;
-    if (got <= 0) break;
-    place += got;
-    bytes -= static_cast<std::size_t>(got);
+InputFile::InputFile(const std::string& path) {
+  const auto refuse = [this](const struct stat& status) {
+    error_ = S_ISREG(status.st_mode) ? 0 : S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+    return error_ != 0;
+  };
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) {
+    error_ = errno;
+    return;
   }
-  close(fd);
-  return bytes == 0;
+  if (refuse(status)) return;
+  // Another thing may have taken its place since.
+  fd_ = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (fd_ < 0 || fstat(fd_, &status) != 0) {
+    error_ = errno;
+  } else if (!refuse(status)) {
+    size_ = status.st_size;
+    id_ = {status.st_dev, status.st_ino};
+  }
+}
+
+InputFile::~InputFile() {
+  if (fd_ >= 0) close(fd_);
+}
+
+std::int64_t InputFile::SizeNow() const {
+  struct stat status;
+  return fstat(fd_, &status) == 0 ? status.st_size : 0;
+}
+
+std::size_t InputFile::Read(std::int64_t position, void* out, std::size_t most, bool& good) const {
+  std::size_t done = 0;
+  good = true;
+  while (done < most) {
+    const ssize_t got = pread(fd_, static_cast<char*>(out) + done, most - done,
+                              position + static_cast<std::int64_t>(done));
+    if (got < 0 && errno == EINTR) continue;
+    good = got >= 0;
+    if (got <= 0) break;
+    done += static_cast<std::size_t>(got);
+  }
+  return done;
+}
+
+bool InputFile::ReadAll(std::int64_t position, void* out, std::size_t bytes) const {
+  bool good;
+  return Read(position, out, bytes, good) == bytes;
+}
+
+bool ReadFile(const std::string& path, void* out, std::size_t bytes) {
+  const InputFile file(path);
+  return file.ok() && file.ReadAll(0, out, bytes);
 }
 
 std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t most) {
-  const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fd < 0) return std::nullopt;
+  const InputFile file(path);
+  if (!file.ok()) {
+    errno = file.error();
+    return std::nullopt;
+  }
   std::string content;
   // Room for all of a file that tells its length, and for the look that finds its end.
-  content.resize(std::min<std::size_t>(FileLength(path).value_or(0), most) + kGather);
+  content.resize(std::min(static_cast<std::size_t>(file.size()), most) + kGather);
   std::size_t length = 0;
-  ssize_t got = 0;
   while (length <= most) {
     if (length == content.size()) content.resize(2 * length);
-    got = read(fd, content.data() + length, content.size() - length);
-    if (got < 0 && errno == EINTR) continue;
-    if (got <= 0) break;
-    length += static_cast<std::size_t>(got);
+    bool good;
+    const std::size_t room = content.size() - length;
+    const std::size_t got =
+        file.Read(static_cast<std::int64_t>(length), content.data() + length, room, good);
+    if (!good) return std::nullopt;
+    length += got;
+    if (got < room) break;
   }
-  const int error = length > most ? EFBIG : errno;
-  close(fd);
-  errno = error;
-  if (got < 0 || length > most) return std::nullopt;
+  if (length > most) {
+    errno = EFBIG;
+    return std::nullopt;
+  }
   content.resize(length);
   return content;
 }
@@ -155,6 +245,7 @@ AtomicFile::AtomicFile(const std::string& path) : path_(FollowLinks(path)) {
     errno = EISDIR;
   } else if (S_ISCHR(status.st_mode)) {
     fd_ = open(path_.c_str(), O_WRONLY | O_CLOEXEC);
+    direct_ = true;
   } else if (!S_ISREG(status.st_mode) || IsLinkOfProc(path_)) {
     errno = EINVAL;
   } else if (access(path_.c_str(), W_OK) == 0) {
@@ -163,31 +254,62 @@ AtomicFile::AtomicFile(const std::string& path) : path_(FollowLinks(path)) {
   }
 }
 
+// The lock tells RemoveLeftovers that somebody is at work.
+void AtomicFile::OpenTemporary(unsigned mode) {
+  fd_ = open(FolderOf(path_).c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, mode);
+  if (fd_ >= 0 && access(LinkOf(fd_).c_str(), F_OK) == 0) {
+    flock(fd_, LOCK_EX);
+    return;
+  }
+  if (fd_ >= 0) close(fd_);
+  OpenUnderTemporaryName(mode);
+}
+
 // mkstemp would leave the permissions of a new file to us, and the process's mask cannot be read
 // without changing it; so the name is made here and the system applies the mask.
-void AtomicFile::OpenTemporary(unsigned mode) {
-  static std::atomic<unsigned> count{0};
-  do {
-    // A short name of its own, as that of the file may be as long as names can be.
-    const std::string name =
-        ".pokermath-" + std::to_string(getpid()) + "-" + std::to_string(count++);
-    temporary_ = (std::filesystem::path(path_).parent_path() / name).string();
+void AtomicFile::OpenUnderTemporaryName(unsigned mode) {
+  const std::string folder = FolderOf(path_);
+  RemoveLeftovers(folder);
+  for (;;) {
+    temporary_ = NewTemporaryName(folder);
     fd_ = open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-  } while (fd_ < 0 && errno == EEXIST);
-  if (fd_ < 0) temporary_.clear();
+    if (fd_ < 0 && errno == EEXIST) continue;
+    if (fd_ < 0) break;
+    struct stat status {};
+    // Before it was locked it may have been taken for a leftover.
+    flock(fd_, LOCK_EX);
+    if (fstat(fd_, &status) != 0 || status.st_nlink > 0) return;
+    close(fd_);
+  }
+  temporary_.clear();
 }
 
 AtomicFile::~AtomicFile() {
   if (!temporary_.empty()) unlink(temporary_.c_str());
 }
 
+// A link cannot take the place of a file as a rename can.
+bool AtomicFile::TakeTemporaryName() {
+  const std::string folder = FolderOf(path_);
+  RemoveLeftovers(folder);
+  do {
+    temporary_ = NewTemporaryName(folder);
+    if (GiveName(fd_, temporary_)) return true;
+  } while (errno == EEXIST);
+  temporary_.clear();
+  return false;
+}
+
 bool AtomicFile::Commit() {
   Flush();
   if (!ok()) return false;
-  if (temporary_.empty()) return true;
+  if (direct_) return true;
   if (fsync(fd_) != 0) return false;
-  if (rename(temporary_.c_str(), path_.c_str()) != 0) return false;
-  temporary_.clear();
+  if (!temporary_.empty() || !GiveName(fd_, path_)) {
+    if (temporary_.empty() && (errno != EEXIST || !TakeTemporaryName())) return false;
+    if (rename(temporary_.c_str(), path_.c_str()) != 0) return false;
+    temporary_.clear();
+  }
   SyncFolder(path_);
   return true;
 }

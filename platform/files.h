@@ -7,20 +7,50 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace pokermath {
 
-/// Whether anything of that name exists (a folder too). Paths are UTF-8 throughout.
-bool PathExists(const std::string& path);
-
-/// Length in bytes of a regular file; nothing if there is none or it cannot be read.
+/// Length in bytes of a regular file (paths are UTF-8 throughout); nothing if there is none or it
+/// cannot be read.
 std::optional<std::uint64_t> FileLength(const std::string& path);
 
-/// Reads the first `bytes` bytes of a file; false if it cannot be opened or is shorter.
+/// A file that is open for reading. Only regular files are opened: a FIFO would wait for its other
+/// end and a device may do anything.
+class InputFile {
+ public:
+  explicit InputFile(const std::string& path);
+  ~InputFile();
+  InputFile(const InputFile&) = delete;
+  InputFile& operator=(const InputFile&) = delete;
+
+  bool ok() const { return error_ == 0; }
+  /// Why it is not open, as errno would say; EISDIR for a folder, EINVAL for what is no file.
+  int error() const { return error_; }
+  /// Length when it was opened, and now.
+  std::int64_t size() const { return size_; }
+  std::int64_t SizeNow() const;
+  /// Device and number, alike for two names of one file.
+  std::pair<std::uint64_t, std::uint64_t> id() const { return id_; }
+
+  /// The number of bytes read from a position on, less than asked for only where the file ends or
+  /// cannot be read: then `good` is false and errno says why.
+  std::size_t Read(std::int64_t position, void* out, std::size_t most, bool& good) const;
+  /// The same where all of them have to be there.
+  bool ReadAll(std::int64_t position, void* out, std::size_t bytes) const;
+
+ private:
+  int fd_ = -1;
+  int error_ = 0;
+  std::int64_t size_ = 0;
+  std::pair<std::uint64_t, std::uint64_t> id_;
+};
+
+/// Reads the first `bytes` bytes of a regular file; false if it cannot be opened or is shorter.
 bool ReadFile(const std::string& path, void* out, std::size_t bytes);
 
-/// All that can be read from a file, also from one that does not tell its length (a pipe, /proc).
+/// All that can be read from a regular file, also from one that does not tell its length (/proc).
 /// Nothing, with errno set, if it cannot be read or has more than `most` bytes (EFBIG).
 std::optional<std::string> ReadWholeFile(const std::string& path,
                                          std::size_t most = std::size_t{1} << 31);
@@ -56,10 +86,13 @@ class NewFile : public FileWriter {
   ~NewFile() { Flush(); }
 };
 
-/// A file being written: under a temporary name in the folder of `path`, which Commit flushes to
-/// the disk and renames. Without a successful Commit the destructor removes it and `path` is as it
-/// was. A path that is a link is written where the link points, but a link of /proc to an open file
-/// is refused; a device is written directly. What replaces a file keeps its owner and permissions.
+/// A file being written: in the folder of `path` but without a name, until Commit flushes it to the
+/// disk and gives it that of `path`. Without a successful Commit nothing is left of it and `path`
+/// is as it was, whatever becomes of the process. Where files without a name are not to be had, it
+/// is written under a temporary one; what a killed process leaves of these is removed when somebody
+/// writes to the folder again. A path that is a link is written where the link points, but a link
+/// of /proc to an open file is refused; a device is written directly. What replaces a file keeps
+/// its owner and permissions.
 class AtomicFile : public FileWriter {
  public:
   explicit AtomicFile(const std::string& path);
@@ -70,9 +103,12 @@ class AtomicFile : public FileWriter {
 
  private:
   void OpenTemporary(unsigned mode);
+  void OpenUnderTemporaryName(unsigned mode);
+  bool TakeTemporaryName();
 
   std::string path_;
-  std::string temporary_;  // empty when the path is written directly
+  std::string temporary_;  // empty while the file has no name
+  bool direct_ = false;    // a device
 };
 
 }  // namespace pokermath

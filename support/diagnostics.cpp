@@ -6,7 +6,6 @@
 
 #include <array>
 #include <ctime>
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -27,16 +26,18 @@ std::string Now() {
 }
 
 bool EndsInsideLine(const CString& path) {
-  if (FileLength(ToUtf8(path)).value_or(0) == 0) return false;
-  std::ifstream log(ToUtf8(path), std::ios::binary);
-  return log.seekg(-1, std::ios::end) && log.get() != '\n';
+  const InputFile log(ToUtf8(path));
+  char last;
+  return log.size() > 0 && log.ReadAll(log.size() - 1, &last, 1) && last != '\n';
 }
 
 // In one piece, so that two programs may write to the same log.
 int AppendFacts(const CString& path, const char* title, const std::vector<Fact>& facts) {
   const std::string text = std::string(EndsInsideLine(path) ? "\n" : "") + title + ", " + Now() +
                            "\n" + FactLines(facts) + "\n";
-  FileWriter file(open(ToUtf8(path).c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666));
+  // A FIFO that nobody reads is no reason to wait.
+  constexpr int kFlags = O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NONBLOCK;
+  FileWriter file(open(ToUtf8(path).c_str(), kFlags, 0666));
   if (!file.ok()) {
     ShowMessage(L"File <" + path + L"> could not be opened!");
     return 0;

@@ -2,9 +2,7 @@
 
 #include "pokermath/hand_history.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -15,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/files.h"
 #include "platform/large_pages.h"
 #include "platform/messages.h"
 #include "platform/text.h"
@@ -29,57 +28,12 @@ constexpr std::size_t kMostBytes = std::size_t{16} << 20;
 constexpr std::size_t kPiece = std::size_t{256} << 10;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-// A regular file that is open for reading.
-class InputFile {
- public:
-  explicit InputFile(const std::string& path)
-      : fd_(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {
-    if (fd_ < 0 || fstat(fd_, &status_) != 0) {
-      error_ = errno;
-    } else if (!S_ISREG(status_.st_mode)) {
-      error_ = S_ISDIR(status_.st_mode) ? EISDIR : EINVAL;
-    }
-  }
-  ~InputFile() {
-    if (fd_ >= 0) close(fd_);
-  }
-  InputFile(const InputFile&) = delete;
-  InputFile& operator=(const InputFile&) = delete;
-
-  int error() const { return error_; }                   // 0 if it is open
-  std::int64_t size() const { return status_.st_size; }  // when it was opened
-  std::int64_t SizeNow() const {
-    struct stat status;
-    return fstat(fd_, &status) == 0 ? status.st_size : 0;
-  }
-  std::pair<std::uint64_t, std::uint64_t> id() const { return {status_.st_dev, status_.st_ino}; }
-
-  // What there is behind a position.
-  std::uint64_t Behind(std::int64_t position) const {
-    return position < 0 || position >= size() ? 0 : static_cast<std::uint64_t>(size() - position);
-  }
-
-  // The number of bytes read from a position, less than asked for only where the file ends or
-  // cannot be read.
-  std::size_t Read(std::int64_t position, char* out, std::size_t most, bool& good) const {
-    std::size_t done = 0;
-    good = true;
-    while (done < most) {
-      const ssize_t got =
-          pread(fd_, out + done, most - done, position + static_cast<std::int64_t>(done));
-      if (got < 0 && errno == EINTR) continue;
-      good = got >= 0;
-      if (got <= 0) break;
-      done += static_cast<std::size_t>(got);
-    }
-    return done;
-  }
-
- private:
-  int fd_;
-  int error_ = 0;
-  struct stat status_ {};
-};
+// What a file has behind a position.
+std::uint64_t Behind(const InputFile& file, std::int64_t position) {
+  return position < 0 || position >= file.size()
+             ? 0
+             : static_cast<std::uint64_t>(file.size() - position);
+}
 
 bool IsWindows1252(std::string_view path) { return path.starts_with("888poker"); }
 
@@ -335,7 +289,7 @@ int ReadHistoryFile(CString path, __int64& position, CStringArray& lines) {
     if (!line.empty()) lines.push_back(Trimmed(Decode(line, windows_1252)));
   };
   const std::int64_t read = ReadPieces(
-      file, position, file.Behind(position), lines,
+      file, position, Behind(file, position), lines,
       [&add](std::string_view& rest) { TakeLines(rest, add); }, add);
   if (read < 0) return -2;
   added.Keep();
@@ -362,7 +316,7 @@ int ReadHistoryFileUTF8(CString path, __int64& position, CStringArray& lines) {
     const std::uint64_t reaches =
         static_cast<std::uint64_t>(file.size()) - static_cast<std::uint64_t>(position);
     ReadPieces(
-        file, from, std::min(reaches, file.Behind(from)), lines,
+        file, from, std::min(reaches, Behind(file, from)), lines,
         [&add](std::string_view& rest) { TakeCrLfLines(rest, add); }, [](std::string_view) {});
   }
   added.Keep();

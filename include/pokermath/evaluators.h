@@ -8,6 +8,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
+#include <memory>
+#include <utility>
 
 #include "pokermath/export.h"
 #include "pokermath/text.h"
@@ -67,11 +70,50 @@ POKERMATH_EXPORT int Get_rankHoldem6PlusFsm5(int value);
 /// The best five of seven short-deck cards, on that scale.
 POKERMATH_EXPORT int eval_7hand6PlusFsm5(int* cards);
 
+/// What is loaded for the short deck. The class and its one object share their name: the type is
+/// written `class fsm5`.
+class POKERMATH_EXPORT fsm5 {
+ public:
+  constexpr fsm5() = default;
+  fsm5(const fsm5&) = delete;
+  fsm5& operator=(const fsm5&) = delete;
+  /// Releases the tables with delete[].
+  virtual ~fsm5();
+
+  /// The tables of five and of seven cards, to be walked through: a state is a place in the
+  /// array, 36 the first one, and the entry at state + (rank - 4) * 4 + suit the next one or, after
+  /// the last card, the value. Null while nothing is loaded.
+  std::uint32_t* five_cards = nullptr;
+  std::uint32_t* seven_cards = nullptr;
+  /// What load_equity_table_6Plus has loaded: matchup of two hand keys (smaller card code * 64 +
+  /// larger one) → 2 * wins + ties of the first hand over 201,376 boards. Null while nothing is.
+  std::unique_ptr<std::map<std::pair<int, int>, int>> equity;
+};
+/// The object of the process; load_fsm5, load_fsm7 and load_equity_table_6Plus fill it.
+POKERMATH_EXPORT extern class fsm5 fsm5;
+
+/// What is loaded for Omaha; `class ofsm_omaha7`, as above.
+class POKERMATH_EXPORT ofsm_omaha7 {
+ public:
+  constexpr ofsm_omaha7() = default;
+  ofsm_omaha7(const ofsm_omaha7&) = delete;
+  ofsm_omaha7& operator=(const ofsm_omaha7&) = delete;
+  /// Releases the table with delete[].
+  virtual ~ofsm_omaha7();
+
+  /// The table of five board cards and then two hole cards: 52 is the first state, the entry at
+  /// state + rank * 4 + suit + 1 the next. Null while nothing is loaded.
+  std::uint32_t* table = nullptr;
+};
+/// The object of the process; load_ofsm_omaha7 fills it.
+POKERMATH_EXPORT extern class ofsm_omaha7 ofsm_omaha7;
+
 /// Loads "six-plus-5.bin", "six-plus-7.bin" or "omaha7.bin" from the current directory, unless it
 /// is loaded already.
 ///
-/// @return 1 if the table is loaded; 0, with a message, if the file cannot be opened, and without
-///         one if it is not sound: wrong header, wrong length, an entry that leads out of the table
+/// @return 1 if the table is loaded; 0, with a message, if there is no file that can be opened (a
+///         folder or a FIFO is none), and without one if it is not sound: a wrong header, fewer
+///         entries than the header says, an entry that leads out of the table
 POKERMATH_EXPORT int load_fsm5();
 POKERMATH_EXPORT int load_fsm7();
 POKERMATH_EXPORT int load_ofsm_omaha7();

@@ -84,6 +84,16 @@ class POKERMATH_EXPORT PokerLogic {
   /// Value of seven card codes (0..51, not checked); 0 without a loaded table.
   int LookupSingleHands(int* codes) const;
 
+  /// Value, on the same scale, of the best Omaha hand: four hole cards, two of which play, followed
+  /// by five board cards, three of which play.
+  ///
+  /// @param cards  card codes 0..51, all different; not checked
+  /// These need no table and may run in any number of threads.
+  int LookupHandsOmaha(int* cards) const;
+  /// The same with three board cards, and with four.
+  int LookupHandsOmahaFlop(int* cards) const;
+  int LookupHandsOmahaTurn(int* cards) const;
+
   // --- hands by the rules of poker ---
   // These read nothing but their arguments and `deck`. Ranks are those of card codes, 0..12, in the
   // order of sortHand: from high to low. The tests return a rank, or -1 when the hand does not
@@ -220,8 +230,8 @@ class POKERMATH_EXPORT PokerLogic {
 
   /// Adds the records of such a file to equityTable; a matchup that is already there keeps its
   /// value. A record below 1 is shown as a message and left out, a last record that is cut short is
-  /// ignored. Returns 1; 0 with a message when there is no such file, 0 without one when what is
-  /// there cannot be read.
+  /// ignored. Returns 1; 0 with a message when there is no file that can be opened (a folder or a
+  /// FIFO is none).
   int load_equity_table(CString path);
   /// The same for equityTurnTable.
   int load_equity_turn_table(CString path);

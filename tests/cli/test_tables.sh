@@ -43,7 +43,7 @@ c470f0a2bd501e74c7542d07fee9f8ee498400efeacdba981a9b385f9295dc00  VarnholtPC.dat
 aa42c8658aa726ba05254138517c9715cef4e10e2ab34da178153f9098618b4f  six-plus-5.bin
 0d974edb6ea49b631a03aa48639be3214d75d52d5b3bba625ad8d839b352cb50  six-plus-7.bin
 6b498a0d250177b814f8dfa65b2073a0ea31a9f90a4f05ed6f6d8099679bf038  six-plus-equity.bin"
-printf '\xff' | dd of="$short/six-plus-7.bin" bs=1 seek=200 conv=notrunc status=none
+printf '\xff\xff\xff' | dd of="$short/six-plus-7.bin" bs=1 seek=200 conv=notrunc status=none
 printf '\0' | dd of="$short/six-plus-equity.bin" bs=1 seek=0 conv=notrunc status=none
 printf '\0' | dd of="$short/VarnholtPC.dat" bs=1 seek=8 conv=notrunc status=none
 run tables verify --dir "$short" six-plus-5 six-plus-7 six-plus-equity combinations omaha7
@@ -107,15 +107,17 @@ echo "kept" >"$work/full/VarnholtHR.dat"
 ) || failures=$((failures + 1))
 same "after a build without room" "$(cd "$work/full" && grep -r .)" "VarnholtHR.dat:kept"
 
-# Stopped at any moment: whole tables and nothing else.
+# Stopped or killed at any moment: whole tables and nothing else.
 for moment in 0.05 0.2 0.4 0.6 0.8 1.1; do
-  for signal in INT TERM; do
+  for signal in INT TERM KILL; do
     rm -rf "$work/stopped"
     mkdir "$work/stopped"
-    timeout --preserve-status -s "$signal" "$moment" \
-      "$POKERMATH" tables build --dir "$work/stopped" "${holdem[@]}" >"$work/out" 2>"$work/err"
-    code=$?
-    (cd "$work/stopped" && sha256sum -- * 2>/dev/null) >"$work/left"
+    {
+      timeout --preserve-status -s "$signal" "$moment" \
+        "$POKERMATH" tables build --dir "$work/stopped" "${holdem[@]}" >"$work/out" 2>"$work/err"
+      code=$?
+    } 2>/dev/null # the shell says when somebody is killed
+    (cd "$work/stopped" && find . -type f -printf '%P\0' | sort -z | xargs -0r sha256sum) >"$work/left"
     grep -vxF "$sums" "$work/left" && fail "SIG$signal after $moment s left these files"
     (((code == 0) == (3 == $(wc -l <"$work/left")))) ||
       fail "SIG$signal after $moment s: exit code $code, $(<"$work/err"), $(<"$work/left")"

@@ -3,6 +3,7 @@
 #include "equity/holdem_tables.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <zlib.h>
 
 #include <cstdint>
@@ -73,10 +74,13 @@ TEST_F(EquityFiles, LoadingKeepsTheFirstOfAMatchupAndReportsBadValues) {
     SetContent(path_, "");
     EXPECT_EQ((logic.*twin.load)(FromUtf8(path_)), 1);
     EXPECT_EQ(table, expected);
-    const std::string missing = folder_ / "none \xE2\x99\xA0";
-    EXPECT_EQ((logic.*twin.load)(FromUtf8(missing)), 0);
-    EXPECT_EQ(table, expected);
-    EXPECT_EQ(TakeMessages(), Texts{"You need to download file " + missing});
+    const std::string fifo = folder_ / "fifo";
+    mkfifo(fifo.c_str(), 0600);
+    for (const std::string& missing : {folder_ / "none \xE2\x99\xA0", folder_ / ".", fifo}) {
+      EXPECT_EQ((logic.*twin.load)(FromUtf8(missing)), 0);
+      EXPECT_EQ(table, expected);
+      EXPECT_EQ(TakeMessages(), Texts{"You need to download file " + missing});
+    }
   }
 }
 

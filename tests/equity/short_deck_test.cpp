@@ -215,7 +215,7 @@ TEST(ShortDeckEquity, TheTableAnswersTheMatchupsThatItHolds) {
             3.5 / 201376);
   GetWinHandVsHand6Plus(other_aces.data(), aces.data(), wins, boards);
   EXPECT_EQ(wins, 100688);
-  short_deck_tables.equity.reset();
+  fsm5.equity.reset();
   // A card below six is worth nothing.
   Cards deuces = CardsOf("2h2d");
   getProbabilityOfWinWithNoBoard6Plus(aces.data(), deuces.data(), wins, boards);
@@ -336,8 +336,8 @@ TEST_F(ShortDeckSampling, RangesEndAtTheirFirstDeadHolding) {
 }
 
 TEST_F(ShortDeckSampling, NothingLoadedGivesNothing) {
-  delete[] short_deck_tables.seven_cards;
-  short_deck_tables.seven_cards = nullptr;
+  delete[] fsm5.seven_cards;
+  fsm5.seven_cards = nullptr;
   std::filesystem::remove(folder_ / "six-plus-7.bin");
   const std::filesystem::path here = std::filesystem::current_path();
   std::filesystem::current_path(folder_ / "");

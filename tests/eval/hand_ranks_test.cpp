@@ -161,8 +161,8 @@ TEST(HandRanks, TheFileIsTheGoldenTable) {
   EXPECT_EQ(std::filesystem::last_write_time(path), written) << "a good file was written again";
 
   // A file that is no table is replaced; on the same object, and all is as after the first time.
-  std::string damaged = file;
-  damaged[54 * 4 + 3] = 0x7F;
+  std::string damaged = file;  // a page that never reached the disk
+  damaged.replace(100'000'000 / 4096 * 4096, 4096, 4096, '\0');
   for (const std::string& bad : {file.substr(0, file.size() - 1), file + '\0', damaged}) {
     SetContent(path, bad);
     EXPECT_EQ(logic.generate_table(FromUtf8(path)), 0);
@@ -213,12 +213,30 @@ TEST(HandRanks, AnEntryOutOfPlaceIsNoticed) {
                  {row[6] + 30, 2 * 4096, "a place before the first pair"},
                  {kHandRanksEntries - 1, 9 * 4096 + 11, "better than a royal flush"},
                  {row[5], 4096 + 1278, "no value of five cards"},
-                 {row[6], 10 * 4096 + 1, "no value of six cards"}};
+                 {row[6], 10 * 4096 + 1, "no value of six cards"},
+                 {row[5], 0, "nothing for five cards"},
+                 {row[6], 0, "nothing for six cards"}};
   for (const auto& [place, entry, fault] : damages) {
     const std::uint32_t sound = std::exchange(entries[place], static_cast<std::uint32_t>(entry));
     EXPECT_FALSE(HandRanksAreSound(entries.data())) << fault;
     entries[place] = sound;
   }
+  // A page that never reached the disk reads as zeros: at every level, the last one cut short.
+  constexpr std::size_t kPage = 1024;
+  constexpr std::size_t kPages = kHandRanksEntries / kPage;
+  const std::size_t first_of_six = row[6] / kPage;  // rows of six cards are the last half
+  for (std::size_t trial = 0; trial < 16; ++trial) {
+    const std::size_t page = trial < 4    ? row[trial + 2] / kPage
+                             : trial < 15 ? first_of_six + (kPages - first_of_six) * trial / 15
+                                          : kPages;
+    const auto start = entries.begin() + static_cast<std::ptrdiff_t>(page * kPage);
+    const std::size_t size = std::min(kPage, kHandRanksEntries - page * kPage);
+    const std::vector<std::uint32_t> lost(start, start + static_cast<std::ptrdiff_t>(size));
+    std::fill_n(start, size, 0u);
+    EXPECT_FALSE(HandRanksAreSound(entries.data())) << "page " << page;
+    std::ranges::copy(lost, start);
+  }
+  EXPECT_TRUE(HandRanksAreSound(entries.data()));
 }
 
 TEST(HandRanks, LookupsSurviveCopiesAndMoves) {

@@ -51,7 +51,7 @@ TEST(OmahaBest, EveryFunctionGivesValueAndFirstChoice) {
   for (int trial = 0; trial < 60000; ++trial) {
     const int holes = 4 + trial % 2;
     const int count = 3 + trial % 3;
-    const Cards cards = dealer.Deal(holes + count);
+    Cards cards = dealer.Deal(holes + count);
     Cards hand(cards.begin(), cards.begin() + holes);
     Cards board(cards.begin() + holes, cards.end());
     Record indexes, codes, record;
@@ -66,16 +66,20 @@ TEST(OmahaBest, EveryFunctionGivesValueAndFirstChoice) {
         7463 - value);
     ASSERT_EQ(record, indexes) << trace;
     if (holes == 5) continue;
-    const auto fsm5 = count == 5   ? getCombinationOmahaFsm5
-                      : count == 4 ? getCombinationOmahaTurnFsm5
-                                   : getCombinationOmahaFlopFsm5;
-    ASSERT_EQ(fsm5(hand.data(), board.data(), record.data()), value);
+    const auto states = count == 5   ? getCombinationOmahaFsm5
+                        : count == 4 ? getCombinationOmahaTurnFsm5
+                                     : getCombinationOmahaFlopFsm5;
+    ASSERT_EQ(states(hand.data(), board.data(), record.data()), value);
     ASSERT_EQ(record, indexes) << trace;
     const auto member = count == 5   ? &PokerLogic::getCombinationOmaha
                         : count == 4 ? &PokerLogic::getCombinationOmahaTurn
                                      : &PokerLogic::getCombinationOmahaFlop;
     ASSERT_EQ((logic.*member)(hand.data(), board.data(), record.data()), 7463 - value);
     ASSERT_EQ(record, codes) << trace;
+    const auto lookup = count == 5   ? &PokerLogic::LookupHandsOmaha
+                        : count == 4 ? &PokerLogic::LookupHandsOmahaTurn
+                                     : &PokerLogic::LookupHandsOmahaFlop;
+    ASSERT_EQ((logic.*lookup)(cards.data()), oracle::HandRanks(Cards(codes.begin(), codes.end())));
     if (trial % 10 == 0) {
       CDeck deck, five;
       for (const int card : cards) deck.AddCard(card);

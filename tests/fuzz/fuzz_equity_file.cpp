@@ -31,9 +31,9 @@ const std::string& Path() {
 
 // The table of the short deck is process-wide; what it holds is found by the hands of its keys.
 void RequireShortDeck(const CString& path, const std::map<std::pair<int, int>, int>& expected) {
-  pokermath::short_deck_tables.equity.reset();
+  fsm5.equity.reset();
   Require(load_equity_table_6Plus(path) == 1);
-  Require(*pokermath::short_deck_tables.equity == expected);
+  Require(*fsm5.equity == expected);
   const auto is_hand = [](int key) { return key >= 0 && key / 64 < key % 64 && key % 64 < 52; };
   for (const auto& [keys, value] : expected) {
     if (!is_hand(keys.first) || !is_hand(keys.second)) continue;

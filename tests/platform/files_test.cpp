@@ -2,13 +2,40 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdarg>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include "tests/platform/scratch_folder.h"
+
+namespace {
+
+// As on a file system that has no files without a name.
+bool only_named_files = false;
+
+}  // namespace
+
+extern "C" int open(const char* path, int flags, ...) {
+  std::va_list rest;
+  va_start(rest, flags);
+  const unsigned mode = va_arg(rest, unsigned);
+  va_end(rest);
+  if (only_named_files && (flags & O_TMPFILE) == O_TMPFILE) {
+    errno = EOPNOTSUPP;
+    return -1;
+  }
+  return static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, mode));
+}
 
 namespace pokermath {
 namespace {
@@ -22,7 +49,15 @@ bool Replace(const std::string& path, const std::string& content) {
   return file.Commit();
 }
 
-TEST(AtomicFile, AppearsWholeOrNotAtAll) {
+// With and without files without a name.
+class AtomicFileOf : public testing::TestWithParam<bool> {
+ protected:
+  AtomicFileOf() { only_named_files = GetParam(); }
+  ~AtomicFileOf() override { only_named_files = false; }
+};
+INSTANTIATE_TEST_SUITE_P(FileSystems, AtomicFileOf, testing::Bool());
+
+TEST_P(AtomicFileOf, AppearsWholeOrNotAtAll) {
   const ScratchFolder folder;
   const std::string path = folder / "table";
   std::string large(200'000, 'x');  // beyond what is gathered, in small and in large pieces
@@ -32,7 +67,7 @@ TEST(AtomicFile, AppearsWholeOrNotAtAll) {
     for (std::size_t i = 0; i < 100'000; i += 1000) file.Write(large.data() + i, 1000);
     file.Flush();
     file.Write(large.data() + 100'000, 100'000);
-    EXPECT_FALSE(PathExists(path)) << "visible before Commit";
+    EXPECT_FALSE(fs::exists(path)) << "visible before Commit";
     EXPECT_TRUE(file.Commit());
   }
   EXPECT_EQ(ContentOf(path), large);
@@ -51,7 +86,7 @@ TEST(AtomicFile, AppearsWholeOrNotAtAll) {
   EXPECT_EQ(folder.Names(), Names{"table"}) << "a temporary file is left";
 }
 
-TEST(AtomicFile, KeepsLinksAndPermissions) {
+TEST_P(AtomicFileOf, KeepsLinksAndPermissions) {
   const ScratchFolder folder;
   fs::create_directory(folder / "far");
   SetContent(folder / "far/table", "old");
@@ -73,7 +108,7 @@ TEST(AtomicFile, KeepsLinksAndPermissions) {
             fs::status(folder / "by other means").permissions());
 }
 
-TEST(AtomicFile, RefusesWhatCannotBeWritten) {
+TEST_P(AtomicFileOf, RefusesWhatCannotBeWritten) {
   const ScratchFolder folder;
   fs::create_directory(folder / "taken");
   for (const char* name : {"taken", "no such folder/table"}) {
@@ -92,6 +127,57 @@ TEST(AtomicFile, RefusesWhatCannotBeWritten) {
   EXPECT_FALSE(Replace("/dev/full", "text"));
   EXPECT_TRUE(Replace("/dev/null", "text"));
   EXPECT_TRUE(fs::is_character_file("/dev/null"));
+}
+
+// Names that a process leaves which is killed while it writes `name`, or, if it may, right after.
+Names LeftByAKilledWriter(const ScratchFolder& folder, const char* name, bool commits) {
+  int ready[2];
+  if (pipe(ready) != 0) return {"no pipe"};
+  const pid_t child = fork();
+  if (child == 0) {
+    AtomicFile file(folder / name);
+    const std::string half(100'000, 'x');
+    file.Write(half.data(), half.size());
+    file.Flush();
+    if (commits) file.Commit();
+    (void)!write(ready[1], "x", 1);
+    for (;;) pause();
+  }
+  char byte;
+  EXPECT_EQ(read(ready[0], &byte, 1), 1);
+  kill(child, SIGKILL);
+  waitpid(child, nullptr, 0);
+  close(ready[0]);
+  close(ready[1]);
+  return folder.Names();
+}
+
+TEST_P(AtomicFileOf, AKilledWriterLeavesNothingForGood) {
+  const ScratchFolder folder;
+  // One that is at work in the same folder is left alone.
+  AtomicFile other(folder / "other");
+  const std::size_t named = GetParam() ? 1 : 0;
+  EXPECT_EQ(LeftByAKilledWriter(folder, "table", false).size(), 2 * named);
+  ASSERT_TRUE(Replace(folder / "table", "old"));
+  EXPECT_EQ(folder.Names().size(), 1 + named);
+  EXPECT_EQ(LeftByAKilledWriter(folder, "table", false).size(), 1 + 2 * named);
+  EXPECT_EQ(ContentOf(folder / "table"), "old");
+  EXPECT_EQ(LeftByAKilledWriter(folder, "table", true).size(), 1 + named);
+  EXPECT_EQ(ContentOf(folder / "table").size(), 100'000u);
+  EXPECT_TRUE(other.Commit());
+  // What another process left between two names, and what only looks like it.
+  SetContent(folder / ".pokermath-4194304-7", "left");
+  SetContent(folder / ".pokermath-4194304-8", "at work");
+  const int at_work = open((folder / ".pokermath-4194304-8").c_str(), O_RDONLY | O_CLOEXEC);
+  ASSERT_EQ(flock(at_work, LOCK_EX), 0);
+  SetContent(folder / ".pokermath-notes", "mine");
+  ASSERT_EQ(mkfifo((folder / ".pokermath-4194304-9").c_str(), 0600), 0);
+  ASSERT_TRUE(Replace(folder / "table", "new"));
+  Names names = folder.Names();
+  std::ranges::sort(names);
+  EXPECT_EQ(names, (Names{".pokermath-4194304-8", ".pokermath-4194304-9", ".pokermath-notes",
+                          "other", "table"}));
+  close(at_work);
 }
 
 TEST(NewFile, GrowsInSightAndTouchesNothing) {
@@ -119,8 +205,16 @@ TEST(Files, ReadingNeedsARegularFileOfTheLength) {
   EXPECT_FALSE(ReadFile(folder / "none", bytes, 1));
   EXPECT_FALSE(FileLength(folder / "."));
   EXPECT_FALSE(ReadFile(folder / ".", bytes, 1));
-  EXPECT_TRUE(PathExists(folder / "."));
-  EXPECT_FALSE(PathExists(folder / "none"));
+  // Nobody waits for the other end of a FIFO.
+  ASSERT_EQ(mkfifo((folder / "fifo").c_str(), 0600), 0);
+  EXPECT_FALSE(FileLength(folder / "fifo"));
+  EXPECT_FALSE(ReadFile(folder / "fifo", bytes, 1));
+  EXPECT_FALSE(ReadWholeFile(folder / "fifo"));
+  EXPECT_EQ(InputFile(folder / "fifo").error(), EINVAL);
+  EXPECT_EQ(InputFile(folder / ".").error(), EISDIR);
+  EXPECT_EQ(InputFile(folder / "none").error(), ENOENT);
+  EXPECT_EQ(ReadWholeFile(folder / "four"), "abcd");
+  EXPECT_GT(ReadWholeFile("/proc/self/status").value_or("").size(), 100u) << "has no length";
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -461,9 +462,14 @@ TEST_F(Support, LogsDescribeTheMachine) {
     const FullDisk full(content.size() + 10);
     EXPECT_EQ(CPUInfoLog(Name()), 0);
   }
+  // Nobody waits for a reader.
+  std::filesystem::remove(path_);
+  ASSERT_EQ(mkfifo(path_.c_str(), 0600), 0);
+  EXPECT_EQ(OSInfoLog(Name()), 0);
   SetMessageHandler({});
   EXPECT_EQ(messages, (Lines{L"File <" + Name() + L"/x> could not be opened!",
-                             L"File <" + Name() + L"> could not be written!"}));
+                             L"File <" + Name() + L"> could not be written!",
+                             L"File <" + Name() + L"> could not be opened!"}));
 }
 
 TEST_F(Support, TextsOfTheSystem) {
