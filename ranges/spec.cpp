@@ -79,7 +79,7 @@ void Spec::AddCard(int code1, int code2) {
 }
 
 void Spec::AddCard(const CCard& card1, const CCard& card2) {
-  AddCard(card1.GetInt(), card2.GetInt());
+  if (card1.IsValid() && card2.IsValid()) AddCard(card1.GetInt(), card2.GetInt());
 }
 
 void Spec::MakeRandom() {

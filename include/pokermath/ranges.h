@@ -55,6 +55,7 @@ class POKERMATH_EXPORT Spec {
   void AddNonSuit(int rank1, int rank2);
   /// Adds one holding; nothing if the codes are equal.
   void AddCard(int code1, int code2);
+  /// The same; nothing if a card is not valid, like one that was read from a wrong letter.
   void AddCard(const CCard& card1, const CCard& card2);
   /// Makes this the range of all 1,326 holdings.
   void MakeRandom();
@@ -161,7 +162,7 @@ class POKERMATH_EXPORT CUserFolder {
   void MakeInterpolation6Plus();
 };
 
-/// Sklansky group of a holding: 1 (best) .. 8, 0 for none.
+/// Sklansky group of a holding: 1 (best) .. 8, 0 for none and for a card that is not valid.
 POKERMATH_EXPORT int SklanskyGroup(CCard card1, CCard card2);
 
 /// Two fixed ranges, a wide and a narrow one.

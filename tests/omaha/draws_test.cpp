@@ -366,6 +366,9 @@ TEST(OmahaLow, ValuesNutsAndOuts) {
       }
       deck.SetLowValueCombinationOmaha(logic);
       EXPECT_EQ(deck.extra, low);
+      deck.cards[static_cast<std::size_t>(low) % deck.cards.size()] = CCard(clubs, 0);
+      deck.SetLowValueCombinationOmaha(logic);
+      EXPECT_EQ(deck.extra, 0) << "a card that is none";
     }
     int outs = -1, nut_outs = -1, plain_outs = 0, plain_nut_outs = 0;
     if (n == 5) {

@@ -68,6 +68,29 @@ TEST(Spec, StoresEveryHoldingTheWayItCame) {
   EXPECT_EQ(all.combinations().size(), 1326u + 78u) << "pairs are there both ways";
 }
 
+// A rank letter that is none leaves a face value of 0, and the card a code below 0 or that of
+// another card.
+TEST(Spec, CardsThatAreNoneAreInNoRange) {
+  const CCard ace(12);
+  Spec range;
+  for (const CCard& none :
+       {CCard(), CCard(L'x', L'c'), CCard(L"1", L"s"), CCard(clubs, 0), CCard(spades, 14),
+        CCard(clubs, -12), CCard(static_cast<Suit>(4), 1), CCard(static_cast<Suit>(-1), 1)}) {
+    EXPECT_FALSE(none.IsValid());
+    for (const auto& [first, second] :
+         {std::pair(none, ace), std::pair(ace, none), std::pair(none, none)}) {
+      range.AddCard(first, second);
+      EXPECT_EQ(SklanskyGroup(first, second), 0);
+      EXPECT_EQ(CStatSpectr().numSklanskyGroup(first, second, 100), 0);
+    }
+  }
+  Matrix cells;
+  range.MakeMatrix(cells.data());
+  EXPECT_EQ(cells, Matrix());
+  EXPECT_EQ(range.MakeString(), L"");
+  for (int code = 0; code < 52; ++code) EXPECT_TRUE(CCard(code).IsValid());
+}
+
 TEST(Spec, TheOrderOfClassesIsWalkedFromBothEnds) {
   std::vector<int> places(HandClassRank, HandClassRank + 169);
   std::ranges::sort(places);
