@@ -44,8 +44,18 @@ class POKERMATH_EXPORT Spec {
   const pokermath::CombinationSet& combinations() const { return combinations_; }
   /// Adds one holding exactly as given.
   void Insert(int first, int second) { combinations_.insert({first, second}); }
-  /// Adds all holdings of another range.
+  /// Adds all holdings of another range as they are stored there.
   void Unite(const Spec& other) { combinations_.merge(other.combinations_); }
+
+  // These look at the cards of a holding in either order.
+
+  /// Whether the ranges hold the same holdings, each as often, once or twice.
+  bool operator==(const Spec& other) const;
+  bool Contains(int first, int second) const;
+  void Erase(int first, int second);
+  /// Keeps only the holdings that another range has; takes away those that it has.
+  void Intersect(const Spec& other);
+  void Subtract(const Spec& other);
 
   /// Adds the 6 pairs of a rank.
   void AddPair(int rank);
@@ -89,7 +99,8 @@ class POKERMATH_EXPORT Spec {
   Spec MakeSuitMatrix(int rank1, int rank2, int kind, int* matrix) const;
 
   /// Range text: pairs, suited and offsuit hands, "TT+,AQs+,AK". A class with any holding present
-  /// counts as whole; offsuit hands carry no letter.
+  /// counts as whole; offsuit hands carry no letter. pokermath::FormatRange writes what reads back
+  /// as it was.
   CString MakeString() const;
   CString MakeString6Plus() const;
 
@@ -229,6 +240,12 @@ struct RangeResult {
 /// above it; the first one below that) and the word random. Letters in either case. Every holding
 /// is there once, whatever the text repeats. An empty text is an empty range.
 POKERMATH_EXPORT RangeResult ParseRange(std::string_view text, const RangeOptions& options = {});
+
+/// Text that ParseRange reads back to the same holdings under the same options: classes that are
+/// whole, offsuit ones with an "o" unless a bare one is read as offsuit, then single holdings:
+/// "TT+,AQs+,AKo,KhQd". A holding that is stored both ways is written once; in the short deck one
+/// with a rank below six is left out. Empty for an empty range.
+POKERMATH_EXPORT std::string FormatRange(const Spec& range, const RangeOptions& options = {});
 
 }  // namespace pokermath
 
