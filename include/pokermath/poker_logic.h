@@ -152,7 +152,8 @@ class POKERMATH_EXPORT PokerLogic {
   /// The same with four board cards, and with three.
   int getCombinationOmahaTurn(int* hand, int* board, int* record) const;
   int getCombinationOmahaFlop(int* hand, int* board, int* record) const;
-  /// The same for four or five hole cards and three to five board cards.
+  /// The same for two hole cards and more and three to five board cards; 100000 and nothing written
+  /// for other counts.
   int getCombinationOmahaCommon(int* hand, int handCount, int* board, int boardCount,
                                 int* record) const;
 
@@ -366,7 +367,7 @@ class POKERMATH_EXPORT PokerLogic {
   /// How many hands of four unseen cards beat a hand of four on a board of three to five; 0 is the
   /// nuts. About 2 µs.
   int IsMyHandNutsOmaha(int* hole, int* board, int n) const;
-  /// How many holdings of two unseen cards, which must both play, beat a hand of two to eight.
+  /// How many holdings of two unseen cards, which must both play, beat a hand of two and more.
   int IsMyHandNutsOmahaCommon(int* hole, int nHole, int* board, int n) const;
 
   // Outs are cards that make a hand when they come next, on boards of three or four cards. These
@@ -393,6 +394,8 @@ class POKERMATH_EXPORT PokerLogic {
   /// Exact chance against a random hand before the flop; the 112,971,936 cases of opponent and
   /// board are counted, not dealt.
   ///
+  /// @param hand     two card codes; one below six is worth nothing, the board and the other one
+  ///                 play: 141,214,920 cases (175,301,280 with two of them), 30 ms
   /// @param count    out: cases
   /// @param elapsed  out: time taken in milliseconds
   double RiverEquityHandVsRandomOnPreFlop6Plus(int* hand, int& count, int& elapsed) const;
