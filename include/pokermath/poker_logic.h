@@ -40,9 +40,9 @@ class POKERMATH_EXPORT PokerLogic {
   PokerLogic() = default;
   PokerLogic(const PokerLogic&) = default;
   PokerLogic& operator=(const PokerLogic&) = default;
-  /// What is moved from is as new.
-  PokerLogic(PokerLogic&& other) : PokerLogic() { *this = std::move(other); }
-  PokerLogic& operator=(PokerLogic&& other);
+  /// What is moved from is as new, but for IDs, which are empty until one is saved.
+  PokerLogic(PokerLogic&& other) noexcept : PokerLogic(NoIDs()) { *this = std::move(other); }
+  PokerLogic& operator=(PokerLogic&& other) noexcept;
   ~PokerLogic() = default;
 
   // --- the HandRanks state table ---
@@ -425,6 +425,11 @@ class POKERMATH_EXPORT PokerLogic {
   pokermath::FiveCardMap PokerCombinations;
   EasyRandom random{0, 1};
   int trialCount = 50000;  ///< trials, or random boards, of the functions that sample
+
+ private:
+  // The empty hand among the IDs takes memory, which a move must not need.
+  struct NoIDs {};
+  explicit PokerLogic(NoIDs) noexcept : IDs() {}
 };
 
 #endif  // POKERMATH_POKER_LOGIC_H_
