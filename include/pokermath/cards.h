@@ -24,7 +24,8 @@ POKERMATH_EXPORT int GetInverseCardRank(int card);
 /// Whether two card codes have the same suit.
 POKERMATH_EXPORT bool isSuit(int a, int b);
 
-/// Whether `card` is among the first `count` entries of `cards`; a count of 0 or less gives false.
+/// Whether `card` is among the first `count` entries of `cards`; a count of 0 or less gives false,
+/// one of more than there are is not checked.
 POKERMATH_EXPORT bool isExist(int card, int* cards, int count);
 
 /// Rank 0..12 of a letter of "23456789TJQKA" (case matters), -1 for any other character.

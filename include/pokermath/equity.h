@@ -33,7 +33,7 @@ class OmahaSpec;
 ///
 /// Of each range the holdings up to the first one that shares a card with the hand or the board
 /// take part, in the order of the range. A deal that leaves an opponent no free holding is dealt
-/// again.
+/// again. Calls srand(), see EasyRandom: two calls within a second make the same deals.
 /// @param boardCount  0..5
 /// @param specs       one range for each opponent
 /// @return 0.0 for counts out of range, without trials, if no deal is possible, and if

@@ -86,7 +86,7 @@ POKERMATH_EXPORT int eval_rank6_via_fsm5(int* cards);
 /// The best five of seven through the table of seven cards, likewise.
 POKERMATH_EXPORT int eval_rank7_via_fsm7(const int* cards);
 /// The best Omaha value of holeCount hole cards, two of which play, and five board cards through
-/// the loaded table, 1..7462; 0 if nothing is loaded.
+/// the loaded table, 1..7462; 0 if nothing is loaded and for fewer than two hole cards.
 POKERMATH_EXPORT int eval_rank7_via_ofsm7(int* hole, int holeCount, int* board);
 
 namespace pokermath {

@@ -30,7 +30,8 @@ POKERMATH_EXPORT int getCombinationOmahaFsm5Common(int* hand, int handCount, int
 /// as comparefun sorts.
 class POKERMATH_EXPORT CHandOmahaType {
  public:
-  /// Copies the cards; a count beyond 0..5 is taken as the nearest of these.
+  /// Copies four hole cards and boardCards_ board cards; a count beyond 0..5 is taken as the
+  /// nearest of these.
   CHandOmahaType(int* hand, int* board, int boardCards_);
 
   /// 117 for a royal flush, 65 for any other flush, -1 for none.
@@ -66,8 +67,9 @@ class POKERMATH_EXPORT CHandOmahaType {
   int flushSuit;  ///< -1 for none
 };
 
-// Nuts and outs: unseen is every card but the nHole hole cards (two and more) and the n board
-// cards. An out is a card that makes a hand when it comes next.
+// Nuts and outs: unseen is every card but the nHole hole cards and the n board cards. nHole is not
+// checked: 0 or more, and two or more make a hand. An out is a card that makes a hand when it comes
+// next.
 
 /// How many holdings of two unseen cards, which must both play, beat a hand on a board of three to
 /// five; 0 is the nuts, -5 is another board.

@@ -187,14 +187,18 @@ class POKERMATH_EXPORT StrategyRanges {
 
 /// Uniform integers of a closed interval, drawn from the C library's rand().
 ///
-/// The generator behind it is the process's own: srand() seeds it for everybody.
+/// The generator behind it is the process's own: srand() seeds it for everybody. In the library
+/// these seed it, by SetTimerSeed: PokerLogic's getProbabilityOfWinOmaha and its HL twin,
+/// EquityHandVsRandomCommon, EquityHandVsRandomHL, RiverEquityHandVsRandomOnFlopLight and
+/// RiverEquityHandVsRangeOnFlopLight, and getProbabilityOfWinHoldem6PlusCommon.
 class POKERMATH_EXPORT EasyRandom {
  public:
   EasyRandom(int low, int high) { SetInterval(low, high); }
 
   /// Draws from low..high from now on; low > high gives 0..1.
   void SetInterval(int low, int high);
-  /// Seeds rand() from the calendar time.
+  /// Seeds rand() from the calendar time in whole seconds: what is drawn after two calls within a
+  /// second is the same.
   void SetTimerSeed();
   /// rand() mod the length of the interval, plus its low end.
   int DrawRandomNumber();
