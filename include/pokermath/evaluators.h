@@ -8,6 +8,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
+#include <string>
 
 #include "pokermath/export.h"
 #include "pokermath/text.h"
@@ -157,6 +159,19 @@ POKERMATH_EXPORT int EvaluateCards(const int* cards, int count);
 /// About 1 ns a hand with AVX2, 2 ns without. May run in any number of threads.
 POKERMATH_EXPORT void EvaluateBatch(const std::uint8_t* cards, std::size_t hands,
                                     std::uint16_t* values);
+
+/// What players call the category of a value 1..7462 on the ascending scale: "high card" .. "royal
+/// flush"; "" for any other number. Lives as long as the program.
+POKERMATH_EXPORT const char* CategoryName(int ascending);
+/// The same for the short deck's values 1..1404.
+POKERMATH_EXPORT const char* ShortDeckCategoryName(int value);
+
+/// What five to seven cards make of 52, in words: "two pair Ace King kicker 7", "flush Ace high",
+/// "royal flush". An Omaha hand is the five cards that play.
+///
+/// @param cards  card codes, all different; not checked
+/// @return "" for another count
+POKERMATH_EXPORT std::string HandInWords(std::span<const int> cards);
 
 /// Converts the ascending scale, 1..7462, to the HandRanks scale (category * 4096 + place,
 /// poker_logic.h).

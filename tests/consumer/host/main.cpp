@@ -4,6 +4,7 @@
 #include <pokermath/pokermath.h>
 
 #include <cstdio>
+#include <cstring>
 
 int main() {
   int ace_king[] = {38, 24};    // AhKd
@@ -15,6 +16,8 @@ int main() {
   const int royal_flush[] = {0, 8, 9, 10, 11, 12, 51};
   const int value = pokermath::EvaluateCards<7>(royal_flush);
 
-  std::printf("%.1f of %.0f boards, royal flush %d\n", wins, boards, value);
-  return 2 * wins == 2201894 && boards == 1712304 && value == 7462 ? 0 : 1;
+  std::printf("pokermath %s: %.1f of %.0f boards, %s %d\n", pokermath::Version(), wins, boards,
+              pokermath::CategoryName(value), value);
+  const bool versions_agree = std::strcmp(pokermath::Version(), POKERMATH_VERSION_STRING) == 0;
+  return 2 * wins == 2201894 && boards == 1712304 && value == 7462 && versions_agree ? 0 : 1;
 }
