@@ -88,6 +88,10 @@ int CCard::GetSuitAsInt() const {
   return suit_ == diamonds || suit_ == hearts || suit_ == spades ? static_cast<int>(suit_) : 0;
 }
 
+bool CCard::IsValid() const {
+  return face_value_ >= 1 && face_value_ <= 13 && suit_ >= clubs && suit_ <= spades;
+}
+
 int CCard::GetInt() const {
   return static_cast<int>(suit_) * kRanks + (face_value_ == 1 ? 12 : face_value_ - 2);
 }

@@ -61,9 +61,7 @@ void CDeck::SetValueCombination(PokerLogic& logic) {
   std::ranges::fill(value, 0);
   std::vector<int> codes;
   for (const CCard& card : cards) {
-    const bool is_card = card.GetRank() >= 1 && card.GetRank() <= 13 && card.GetSuit() >= clubs &&
-                         card.GetSuit() <= spades;
-    if (!is_card) return;
+    if (!card.IsValid()) return;
     codes.push_back(card.GetInt());
   }
 

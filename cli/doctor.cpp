@@ -16,6 +16,7 @@
 #include "cli/output.h"
 #include "cli/table_report.h"
 #include "platform/text.h"
+#include "pokermath/version.h"
 #include "support/odbc/catalog.h"
 #include "support/system_facts.h"
 
@@ -41,8 +42,8 @@ struct Options {
 class Report {
  public:
   explicit Report(bool json) : json_(json) {
-    object_ = {{"schema", kJsonSchema}, {"version", POKERMATH_VERSION}};
-    Say("pokermath " POKERMATH_VERSION "\n");
+    object_ = {{"schema", kJsonSchema}, {"version", Version()}};
+    Say(fmt::format("pokermath {}\n", Version()));
   }
 
   void AddFacts(const char* title, const char* key, const std::vector<Fact>& facts) {

@@ -17,7 +17,6 @@
 #include "cli/game.h"
 #include "cli/line_mode.h"
 #include "cli/output.h"
-#include "cli/words.h"
 #include "pokermath/cards.h"
 #include "pokermath/evaluators.h"
 #include "pokermath/poker_logic.h"
@@ -46,10 +45,6 @@ Examples:
   pokermath eval - <hands.txt      one answer a line; empty lines and lines that
                                    start with # have none)";
 
-// In the order of the short deck.
-constexpr const char* kShortDeckCategories[11] = {
-    "",           "high card", "one pair",       "two pair",       "straight",   "three of a kind",
-    "full house", "flush",     "four of a kind", "straight flush", "royal flush"};
 constexpr int kBest = 7462;
 constexpr Game kGames[] = {Game::kHoldem, Game::kShortDeck, Game::kOmaha, Game::kOmaha5};
 
@@ -63,8 +58,7 @@ struct EvalAnswer {
 
   int Descending() const { return kBest + 1 - ascending; }
   const char* Category() const {
-    if (short_deck) return kShortDeckCategories[Get_rank36(ascending)];
-    return CategoryName(ascending);
+    return short_deck ? ShortDeckCategoryName(ascending) : CategoryName(ascending);
   }
 };
 
@@ -121,7 +115,7 @@ EvalAnswer Evaluate(bool short_deck, std::vector<int> hand) {
   FindBestFive(hand.data(), count, best);
   for (std::size_t i = 0; i < 5; ++i) answer.playing[i] = hand[static_cast<std::size_t>(best[i])];
   OrderForReading(answer.playing, 0);
-  answer.words = InWords(hand);
+  answer.words = HandInWords(hand);
   answer.hand = std::move(hand);
   return answer;
 }

@@ -5,7 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/command.h"
-#include "cli/words.h"
+#include "pokermath/evaluators.h"
 
 namespace pokermath::cli {
 namespace {

@@ -20,6 +20,7 @@
 #include "cli/output.h"
 #include "platform/text.h"
 #include "pokermath/messages.h"
+#include "pokermath/version.h"
 #include "support/odbc/connect_text.h"
 
 namespace pokermath::cli {
@@ -167,7 +168,7 @@ int ParseAndRun(CLI::App& program, int argc, char** argv) {
 
 int Run(int argc, char** argv) {
   CLI::App program("Exact poker mathematics: hand values, equity, ranges, tables.", "pokermath");
-  program.set_version_flag("--version", "pokermath " POKERMATH_VERSION, "Print the version");
+  program.set_version_flag("--version", std::string("pokermath ") + Version(), "Print the version");
   program.require_subcommand(1);
   program.footer(kExamples);
   try {

@@ -9,9 +9,9 @@
 #include "cli/card_words.h"
 #include "cli/errors.h"
 #include "cli/game.h"
-#include "cli/words.h"
 #include "eval/omaha_best.h"
 #include "pokermath/cards.h"
+#include "pokermath/evaluators.h"
 
 namespace pokermath::cli {
 namespace {
@@ -41,7 +41,7 @@ OmahaHand BestOfOmaha(std::vector<int> hand, std::vector<int> board) {
 std::string OmahaHand::Words() const {
   std::vector<int> five = hole;
   five.insert(five.end(), from_board.begin(), from_board.end());
-  return InWords(five);
+  return HandInWords(five);
 }
 
 std::string OmahaHand::Cards(const Colours& colours) const {

@@ -31,7 +31,7 @@ struct OmahaHand {
   std::string Cards(const Colours& colours) const;
 };
 
-/// The best of two to eight hole cards on a board of three to five; not checked.
+/// The best of two hole cards or more on a board of three to five; not checked.
 OmahaHand BestOfOmaha(std::vector<int> hand, std::vector<int> board);
 
 /// A line that says what the hand is and which cards play.

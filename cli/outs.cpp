@@ -12,7 +12,6 @@
 #include "cli/command.h"
 #include "cli/deck_picture.h"
 #include "cli/omaha_cards.h"
-#include "cli/words.h"
 #include "omaha/next_card.h"
 #include "pokermath/cards.h"
 #include "pokermath/evaluators.h"

@@ -17,7 +17,6 @@
 #include "cli/output.h"
 #include "cli/range_omaha.h"
 #include "cli/range_picture.h"
-#include "platform/text.h"
 #include "pokermath/ranges.h"
 #include "ranges/hand_classes.h"
 #include "ranges/percent_ranges.h"
@@ -86,26 +85,6 @@ Spec ReadRange(const std::string& text, const RangeOptions& options) {
   return std::move(read.range);
 }
 
-// Text that reads back to the same range under the same options: whole classes, then single
-// holdings.
-std::string CanonicalText(const Spec& range, const RangeOptions& options) {
-  const RangeMatrix matrix(range, options.short_deck);
-  Spec whole;
-  std::string holdings;
-  for (const auto& [first, second] : range.combinations()) {
-    const int cell = CellOf(first, second);
-    if (matrix.Present(cell / 13, cell % 13) == RangeMatrix::Whole(cell / 13, cell % 13)) {
-      whole.Insert(first, second);
-    } else {
-      holdings += "," + CardName(first) + CardName(second);
-    }
-  }
-  const CString offsuit = options.bare_offsuit ? L"" : L"o";
-  std::string text = ToUtf8(RangeText(whole, options.short_deck, offsuit)) + holdings;
-  if (text.starts_with(',')) text.erase(0, 1);
-  return text;
-}
-
 struct RangeAnswer {
   Spec range;
   std::string text;
@@ -116,7 +95,7 @@ struct RangeAnswer {
 RangeAnswer Describe(const RangeWords& words, const RangeOptions& options) {
   RangeAnswer answer;
   answer.range = ReadRange(TextOf(words), options);
-  answer.text = CanonicalText(answer.range, options);
+  answer.text = FormatRange(answer.range, options);
   answer.combos = answer.range.combinations().size();
   answer.percent = 100.0 * static_cast<double>(answer.combos) / (options.short_deck ? 630 : 1326);
   return answer;

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "cli/output.h"
-#include "pokermath/ranges.h"
+#include "ranges/hand_classes.h"
 
 namespace pokermath::cli {
 
@@ -23,7 +23,7 @@ class RangeMatrix {
   static std::string Name(int row, int column);
   /// Holdings of the class that are present, and how many it has.
   int Present(int row, int column) const;
-  static int Whole(int row, int column) { return row == column ? 6 : row < column ? 4 : 12; }
+  static int Whole(int row, int column) { return HoldingsIn(row * 13 + column); }
 
  private:
   int size_;

@@ -65,19 +65,23 @@ Tally CountRiver(const int* hand, const int* board, int river) {
   return CountOmahaAgainstAll(BestIsa(), CardsOf(hand, 4), complete, Street::kRiver);
 }
 
-// Boards on which hands can be compared, and hands and boards against which all can be.
-bool CanCompare(std::span<const int> cards, std::span<const int> board) {
-  return !cards.empty() && board.size() <= 5 && board.size() != 1 && board.size() != 2;
+bool IsHandSize(std::size_t size) { return size == 4 || size == 5; }
+
+// Hands and boards that can be compared, and those against which all can be.
+bool CanCompare(std::span<const int> cards, int hand_size, std::span<const int> board) {
+  const auto size = static_cast<std::size_t>(hand_size);
+  return IsHandSize(size) && !cards.empty() && cards.size() % size == 0 && board.size() <= 5 &&
+         board.size() != 1 && board.size() != 2;
 }
 bool CanFaceAll(std::span<const int> hand, std::span<const int> board, Street street) {
-  return (hand.size() == 4 || hand.size() == 5) && board.size() <= static_cast<std::size_t>(street);
+  return IsHandSize(hand.size()) && board.size() <= static_cast<std::size_t>(street);
 }
 
 }  // namespace
 
 SharedTally OmahaHands(std::span<const int> cards, int hand_size, std::span<const int> board,
                        std::span<const int> dead) {
-  if (!CanCompare(cards, board)) return {};
+  if (!CanCompare(cards, hand_size, board)) return {};
   return CountOmahaMatchup(BestIsa(), cards, hand_size, dead, board);
 }
 
@@ -105,7 +109,7 @@ template Tally OmahaHandVsRange<5>(std::span<const int>, const OmahaSpec<5>&, st
 
 HighLowTally OmahaHighLowHands(std::span<const int> cards, int hand_size,
                                std::span<const int> board, std::span<const int> dead) {
-  if (!CanCompare(cards, board)) return {};
+  if (!CanCompare(cards, hand_size, board)) return {};
   return CountHighLowMatchup(BestIsa(), cards, hand_size, dead, board);
 }
 

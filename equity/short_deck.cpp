@@ -9,6 +9,7 @@
 #include "equity/kernels/matchup.h"
 #include "equity/kernels/range_count.h"
 #include "equity/kernels/trials.h"
+#include "equity/kernels/weak_hand.h"
 #include "equity/stopwatch.h"
 #include "eval/state_machines.h"
 #include "pokermath/equity.h"
@@ -58,6 +59,18 @@ Tally CountAbsent(std::span<const int, 2> hand1, std::span<const int, 2> hand2) 
 Tally CountPair(std::span<const int, 2> hand1, std::span<const int, 2> hand2) {
   if (HoldsAbsentCard(hand1) || HoldsAbsentCard(hand2)) return CountAbsent(hand1, hand2);
   return CountMatchup(BestIsa(), Deck::kShort, hand1.data(), hand2.data(), Street::kRiver);
+}
+
+// A card below six is worth nothing here, the other one plays.
+Tally CountAgainstRandom(std::span<const int, 2> hand) {
+  if (HoldsAbsentCard(hand)) return CountWeakHand(hand);
+  std::vector<Combination> holdings;
+  for (std::size_t i = 0; i < kShortDeckCards.size(); ++i) {
+    for (std::size_t j = i + 1; j < kShortDeckCards.size(); ++j) {
+      holdings.emplace_back(kShortDeckCards[i], kShortDeckCards[j]);
+    }
+  }
+  return CountAgainst(Deck::kShort, hand, holdings, {}, Street::kRiver);
 }
 
 // What GetWinHandVsHand6Plus says of every live holding of a range.
@@ -216,16 +229,7 @@ double PokerLogic::RiverEquityHandVsRandomOnPreFlop6Plus(int* hand, int& count,
                                                          int& elapsed) const {
   using namespace pokermath;
   const Stopwatch stopwatch;
-  std::vector<Combination> holdings;
-  for (std::size_t i = 0; i < kShortDeckCards.size(); ++i) {
-    for (std::size_t j = i + 1; j < kShortDeckCards.size(); ++j) {
-      holdings.emplace_back(kShortDeckCards[i], kShortDeckCards[j]);
-    }
-  }
-  const Tally tally =
-      HoldsAbsentCard(HandOf(hand))
-          ? CountBoardByBoard(HandOf(hand), holdings, {}, Street::kRiver, ValueWithoutAbsent)
-          : CountAgainst(Deck::kShort, HandOf(hand), holdings, {}, Street::kRiver);
+  const Tally tally = CountAgainstRandom(HandOf(hand));
   count = static_cast<int>(tally.cases);
   elapsed = stopwatch.Milliseconds();
   return ShareOf(tally);

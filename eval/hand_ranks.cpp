@@ -12,10 +12,10 @@
 #include "platform/text.h"
 #include "pokermath/poker_logic.h"
 
-PokerLogic& PokerLogic::operator=(PokerLogic&& other) {
+PokerLogic& PokerLogic::operator=(PokerLogic&& other) noexcept {
   if (this == &other) return *this;
   deck = other.deck;
-  IDs = std::exchange(other.IDs, {0});
+  IDs = std::exchange(other.IDs, {});
   HR = std::exchange(other.HR, {});
   numIDs = std::exchange(other.numIDs, 1);
   numcards = std::exchange(other.numcards, 0);
@@ -23,7 +23,7 @@ PokerLogic& PokerLogic::operator=(PokerLogic&& other) {
   maxID = std::exchange(other.maxID, 0);
   equityTable = std::exchange(other.equityTable, {});
   equityTurnTable = std::exchange(other.equityTurnTable, {});
-  PokerCombinations = std::exchange(other.PokerCombinations, {});
+  PokerCombinations = std::move(other.PokerCombinations);
   random = other.random;
   trialCount = other.trialCount;
   return *this;
@@ -60,6 +60,7 @@ std::int64_t PokerLogic::MakeID(std::int64_t id, int card) {
 }
 
 int PokerLogic::SaveID(std::int64_t id) {
+  if (IDs.empty()) IDs = {0};
   if (id == 0) return 0;
   const auto wanted = static_cast<std::uint64_t>(id);
   const auto used = IDs.begin() + numIDs;

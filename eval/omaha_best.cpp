@@ -25,8 +25,8 @@ namespace {
 
 constexpr int kRankPairs = 91;
 // A pair of hole cards as a number, the first one the largest.
-constexpr int kMostHoles = 8;
-constexpr int kPairBits = 6;
+constexpr int kMostHoles = 64;
+constexpr int kPairBits = 12;
 constexpr int kLastPair = (1 << kPairBits) - 1;
 
 constexpr int PairOf(int rank1, int rank2) {
@@ -105,12 +105,12 @@ constexpr auto kTriples = [] {
 
 // The suit of which there are three board cards and two hole cards, or none.
 int FlushSuitOf(std::span<const int> hand, std::span<const int> board) {
-  unsigned on_board = 0x5555;
-  unsigned in_hand = 0x6666;
-  for (const int card : board) on_board += 1u << card / 13 * 4;
-  for (const int card : hand) in_hand += 1u << card / 13 * 4;
-  const unsigned suits = on_board & in_hand & 0x8888;
-  return suits == 0 ? -1 : __builtin_ctz(suits) / 4;
+  unsigned on_board = 0x7D7D7D7D;
+  unsigned in_hand = 0x7E7E7E7E;
+  for (const int card : board) on_board += 1u << card / 13 * 8;
+  for (const int card : hand) in_hand += 1u << card / 13 * 8;
+  const unsigned suits = on_board & in_hand & 0x80808080;
+  return suits == 0 ? -1 : __builtin_ctz(suits) / 8;
 }
 
 // The best flush of some board ranks, three of which play, and two hole cards.

@@ -21,7 +21,7 @@ struct OmahaChoice {
 
 /// The best choice; of equal ones the first, hole cards before board cards.
 ///
-/// @param hand   two to eight card codes
+/// @param hand   two card codes or more, up to 64
 /// @param board  three to five
 OmahaChoice FindBestOmaha(std::span<const int> hand, std::span<const int> board);
 

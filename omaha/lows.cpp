@@ -1,5 +1,6 @@
 // Low hands of Omaha Hi/Lo: PokerLogic's and CDeck's members.
 
+#include <algorithm>
 #include <array>
 #include <span>
 #include <vector>
@@ -52,12 +53,12 @@ int PokerLogic::SetLowValueCombinationOmaha(int* hand, int* board) const {
 }
 
 void CDeck::SetLowValueCombinationOmaha(PokerLogic& logic) {
+  extra = 0;
+  if (cards.size() < 7 || !std::ranges::all_of(cards, &CCard::IsValid)) return;
   std::vector<int> codes;
   for (const CCard& card : cards) codes.push_back(card.GetInt());
-  extra = codes.size() < 7
-              ? 0
-              : logic.SetLowValueCombinationOmahaCommon(codes.data(), 4, codes.data() + 4,
-                                                        static_cast<int>(codes.size()) - 4);
+  extra = logic.SetLowValueCombinationOmahaCommon(codes.data(), 4, codes.data() + 4,
+                                                  static_cast<int>(codes.size()) - 4);
 }
 
 int PokerLogic::IsMyHandNutsOmahaLow(int* hand, int handSize, int* board, int boardCount) const {

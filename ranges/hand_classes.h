@@ -15,6 +15,11 @@ inline constexpr int kLowestShortDeckRank = 4;  // the six
 /// Matrix cell of two cards.
 int CellOf(int code1, int code2);
 
+/// How many holdings the class of a matrix cell has.
+constexpr int HoldingsIn(int cell) {
+  return cell / 13 == cell % 13 ? 6 : cell / 13 < cell % 13 ? 4 : 12;
+}
+
 /// Adds the whole class of a matrix cell to a range.
 void AddCell(int cell, Spec& range);
 

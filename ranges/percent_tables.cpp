@@ -280,6 +280,7 @@ int SklanskyGroup(CCard card1, CCard card2) {
     }
     return by_cell;
   }();
+  if (!card1.IsValid() || !card2.IsValid()) return 0;
   return groups[static_cast<std::size_t>(pokermath::CellOf(card1.GetInt(), card2.GetInt()))];
 }
 

@@ -5,9 +5,11 @@
 // a dash and a second class behind it. Whatever is left over is an error, never ignored.
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <optional>
 
+#include "platform/text.h"
 #include "ranges/hand_classes.h"
 #include "ranges/percent_ranges.h"
 #include "ranges/text_pieces.h"
@@ -20,6 +22,20 @@ constexpr std::string_view kExpected =
     "(AhKd), a percentage (15%) or random";
 
 enum class Kind { kPair, kSuited, kOffsuit, kBoth };
+
+bool IsMissing(int rank, const RangeOptions& options) {
+  return options.short_deck && rank < kLowestShortDeckRank;
+}
+
+// As AddPair, AddSuit and AddNonSuit store it.
+void AddHolding(int card1, int card2, Spec& range) {
+  const auto [low, high] = std::minmax({card1, card2});
+  if (GetCardRank(low) == GetCardRank(high)) {
+    range.Insert(low, high);
+  } else {
+    range.AddCard(low, high);
+  }
+}
 
 struct HandClass {
   int high;
@@ -72,16 +88,10 @@ class PieceReader : PieceCursor {
     const CardsResult read = ParseCards(Piece());
     if (!read.error.empty()) return Fault{0, "two cards, like AhKd (" + read.error + ")"};
     if (read.cards.size() != 2) return Fault{0, "two cards, like AhKd"};
-    const auto [low, high] = std::minmax({read.cards[0], read.cards[1]});
     for (const int card : read.cards) {
       if (IsMissing(GetCardRank(card))) return NoSuchRank(0);
     }
-    // As AddPair, AddSuit and AddNonSuit store it.
-    if (GetCardRank(low) == GetCardRank(high)) {
-      range_.Insert(low, high);
-    } else {
-      range_.AddCard(low, high);
-    }
+    AddHolding(read.cards[0], read.cards[1], range_);
     return std::nullopt;
   }
 
@@ -145,7 +155,7 @@ class PieceReader : PieceCursor {
     return std::nullopt;
   }
 
-  bool IsMissing(int rank) const { return options_.short_deck && rank < kLowestShortDeckRank; }
+  bool IsMissing(int rank) const { return pokermath::IsMissing(rank, options_); }
   static std::optional<Fault> NoSuchRank(std::size_t position) {
     return Fault{position, "ranks of the short deck, 6 to A"};
   }
@@ -163,6 +173,33 @@ RangeResult ParseRange(std::string_view text, const RangeOptions& options) {
   });
   if (error) result = {Spec(), error->message, error->position};
   return result;
+}
+
+std::string FormatRange(const Spec& range, const RangeOptions& options) {
+  Spec once;
+  for (const auto& [first, second] : range.combinations()) {
+    const bool missing =
+        IsMissing(GetCardRank(first), options) || IsMissing(GetCardRank(second), options);
+    if (!missing) AddHolding(first, second, once);
+  }
+  std::array<int, kHandClasses> present{};
+  for (const auto& [first, second] : once.combinations()) {
+    ++present[static_cast<std::size_t>(CellOf(first, second))];
+  }
+  Spec whole;
+  std::string holdings;
+  for (const auto& [first, second] : once.combinations()) {
+    const int cell = CellOf(first, second);
+    if (present[static_cast<std::size_t>(cell)] == HoldingsIn(cell)) {
+      whole.Insert(first, second);
+    } else {
+      holdings += "," + CardName(first) + CardName(second);
+    }
+  }
+  const CString offsuit = options.bare_offsuit ? L"" : L"o";
+  std::string text = ToUtf8(RangeText(whole, options.short_deck, offsuit)) + holdings;
+  if (text.starts_with(',')) text.erase(0, 1);
+  return text;
 }
 
 }  // namespace pokermath

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <vector>
 
 #include "ranges/hand_classes.h"
 
@@ -40,9 +41,45 @@ Spec BestClass(const int* cells, int wanted, const int* places, int count) {
   return range;
 }
 
+// The holdings as they are whatever the order of their cards.
+std::vector<pokermath::Combination> Unordered(const pokermath::CombinationSet& combinations) {
+  std::vector<pokermath::Combination> holdings;
+  for (const auto& [first, second] : combinations) {
+    holdings.push_back(std::minmax({first, second}));
+  }
+  std::ranges::sort(holdings);
+  return holdings;
+}
+
 }  // namespace
 
 Spec::~Spec() = default;
+
+bool Spec::operator==(const Spec& other) const {
+  return Unordered(combinations_) == Unordered(other.combinations_);
+}
+
+bool Spec::Contains(int first, int second) const {
+  return combinations_.contains({first, second}) || combinations_.contains({second, first});
+}
+
+void Spec::Erase(int first, int second) {
+  combinations_.erase({first, second});
+  combinations_.erase({second, first});
+}
+
+void Spec::Intersect(const Spec& other) {
+  combinations_.erase_if([&other](const pokermath::Combination& cards) {
+    return !other.Contains(cards.first, cards.second);
+  });
+}
+
+void Spec::Subtract(const Spec& other) {
+  if (this == &other) return combinations_.clear();
+  combinations_.erase_if([&other](const pokermath::Combination& cards) {
+    return other.Contains(cards.first, cards.second);
+  });
+}
 
 void Spec::AddPair(int rank) {
   for (int i = 0; i < 39; i += 13) {
@@ -79,7 +116,7 @@ void Spec::AddCard(int code1, int code2) {
 }
 
 void Spec::AddCard(const CCard& card1, const CCard& card2) {
-  AddCard(card1.GetInt(), card2.GetInt());
+  if (card1.IsValid() && card2.IsValid()) AddCard(card1.GetInt(), card2.GetInt());
 }
 
 void Spec::MakeRandom() {

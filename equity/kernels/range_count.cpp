@@ -87,6 +87,9 @@ Tally OpponentGroups::Count() const {
 
 namespace {
 
+// Value of five to seven cards, larger is better.
+using ValueOfCards = int (*)(const int* cards, int count);
+
 // Visits what comes out when cards are added to a board until it has `cards` cards.
 template <typename Visit>
 void Deal(std::vector<int>& board, std::size_t cards, std::uint64_t taken, int first,
@@ -130,8 +133,7 @@ Tally JudgeBoard(std::span<const int, 2> hand, std::span<const Combination> oppo
   return tally;
 }
 
-}  // namespace
-
+// What the cards of the short deck among some make, whatever the others are.
 int ValueWithoutAbsent(const int* cards, int count) {
   int present[7];
   const auto in_deck = [](int card) { return card % 13 >= kLowestShortDeckCard; };
@@ -139,6 +141,7 @@ int ValueWithoutAbsent(const int* cards, int count) {
   return EvaluateShortDeck(present, static_cast<int>(end - present));
 }
 
+// Short-deck cards, valued in any way.
 Tally CountBoardByBoard(std::span<const int, 2> hand, std::span<const Combination> opponents,
                         std::span<const int> board, Street street, ValueOfCards value) {
   const std::uint64_t taken = Bits(hand) | Bits(board) | AbsentCards(Deck::kShort);
@@ -148,6 +151,8 @@ Tally CountBoardByBoard(std::span<const int, 2> hand, std::span<const Combinatio
        [&] { tally += JudgeBoard(hand, opponents, complete, taken | Bits(complete), value); });
   return tally;
 }
+
+}  // namespace
 
 Tally CountAgainst(Deck deck, std::span<const int, 2> hand, std::span<const Combination> opponents,
                    std::span<const int> board, Street street) {

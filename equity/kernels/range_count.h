@@ -54,16 +54,6 @@ class OpponentGroups {
 Tally CountAgainst(Deck deck, std::span<const int, 2> hand, std::span<const Combination> opponents,
                    std::span<const int> board, Street street);
 
-/// Value of five to seven cards, larger is better.
-using ValueOfCards = int (*)(const int* cards, int count);
-
-/// What the cards of the short deck among some make, whatever the others are.
-int ValueWithoutAbsent(const int* cards, int count);
-
-/// CountAgainst with any way to value short-deck cards, every board by itself.
-Tally CountBoardByBoard(std::span<const int, 2> hand, std::span<const Combination> opponents,
-                        std::span<const int> board, Street street, ValueOfCards value);
-
 }  // namespace pokermath
 
 #endif  // POKERMATH_EQUITY_KERNELS_RANGE_COUNT_H_

@@ -24,7 +24,8 @@ POKERMATH_EXPORT int GetInverseCardRank(int card);
 /// Whether two card codes have the same suit.
 POKERMATH_EXPORT bool isSuit(int a, int b);
 
-/// Whether `card` is among the first `count` entries of `cards`; a count of 0 or less gives false.
+/// Whether `card` is among the first `count` entries of `cards`; a count of 0 or less gives false,
+/// one of more than there are is not checked.
 POKERMATH_EXPORT bool isExist(int card, int* cards, int count);
 
 /// Rank 0..12 of a letter of "23456789TJQKA" (case matters), -1 for any other character.
@@ -59,7 +60,9 @@ class POKERMATH_EXPORT CCard {
   Suit GetSuit() const { return suit_; }
   /// 1, 2 or 3 for those suits, 0 for any other value.
   int GetSuitAsInt() const;
-  /// The card code.
+  /// Whether it is one of the 52: a face value 1..13 and one of the four suits.
+  bool IsValid() const;
+  /// The card code. That of a card that is not valid may be any number, also one of 0..51.
   int GetInt() const;
   /// "Ace of spades", "10 of hearts". An unset card prints "spades of hearts".
   CString GetCardName() const;
@@ -110,7 +113,8 @@ class POKERMATH_EXPORT CDeck {
   void SetValueCombinationOmaha(PokerLogic& logic);
 
   /// The low of such an Omaha hand goes to `extra`, as
-  /// PokerLogic::SetLowValueCombinationOmahaCommon gives it; 0 with fewer than seven cards.
+  /// PokerLogic::SetLowValueCombinationOmahaCommon gives it; 0 with fewer than seven cards and with
+  /// one that is not one of the 52.
   void SetLowValueCombinationOmaha(PokerLogic& logic);
 
   /// Compares the values, category first: 1 if this one is the better, -1 if the other, 0 if they

@@ -42,6 +42,18 @@ class CombinationSet {
     sorted_.insert(place, combination);
     return true;
   }
+  /// Whether the combination was there.
+  bool erase(const Combination& combination) {
+    const auto place = find(combination);
+    if (place == end()) return false;
+    sorted_.erase(place);
+    return true;
+  }
+  /// Takes away those for which `predicate` is true.
+  template <typename Predicate>
+  void erase_if(Predicate predicate) {
+    std::erase_if(sorted_, predicate);
+  }
   /// Adds all of another set.
   void merge(const CombinationSet& other) {
     std::vector<Combination> both;

@@ -33,7 +33,7 @@ class OmahaSpec;
 ///
 /// Of each range the holdings up to the first one that shares a card with the hand or the board
 /// take part, in the order of the range. A deal that leaves an opponent no free holding is dealt
-/// again.
+/// again. Calls srand(), see EasyRandom: two calls within a second make the same deals.
 /// @param boardCount  0..5
 /// @param specs       one range for each opponent
 /// @return 0.0 for counts out of range, without trials, if no deal is possible, and if
@@ -233,8 +233,9 @@ struct HighLowTally {
 /// @param hand_size  4, or 5 for five-card Omaha
 /// @param board      0, 3, 4 or 5 known board cards
 /// @param dead       cards that nobody holds and that cannot come
-/// @return the count; no boards for another number of hands or board cards, or if too few cards
-///         are left. Cards are not checked: all must be different.
+/// @return the count; no boards for another number of hands or board cards, another hand_size, a
+///         last hand that is cut short, or if too few cards are left. Cards are not checked: all
+///         must be different.
 ///
 /// 0.2 ms without a board, less with one. Thread-safe. The first board of five cards in a process
 /// takes 4 ms: it builds a table of 1 MB, as all that follows here does.

@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <span>
+#include <string>
 #include <utility>
 
 #include "pokermath/export.h"
@@ -128,7 +130,7 @@ POKERMATH_EXPORT int eval_rank6_via_fsm5(int* cards);
 /// The best five of seven through the table of seven cards, likewise.
 POKERMATH_EXPORT int eval_rank7_via_fsm7(const int* cards);
 /// The best Omaha value of holeCount hole cards, two of which play, and five board cards through
-/// the loaded table, 1..7462; 0 if nothing is loaded.
+/// the loaded table, 1..7462; 0 if nothing is loaded and for fewer than two hole cards.
 POKERMATH_EXPORT int eval_rank7_via_ofsm7(int* hole, int holeCount, int* board);
 
 namespace pokermath {
@@ -199,6 +201,19 @@ POKERMATH_EXPORT int EvaluateCards(const int* cards, int count);
 /// About 1 ns a hand with AVX2, 2 ns without. May run in any number of threads.
 POKERMATH_EXPORT void EvaluateBatch(const std::uint8_t* cards, std::size_t hands,
                                     std::uint16_t* values);
+
+/// What players call the category of a value 1..7462 on the ascending scale: "high card" .. "royal
+/// flush"; "" for any other number. Lives as long as the program.
+POKERMATH_EXPORT const char* CategoryName(int ascending);
+/// The same for the short deck's values 1..1404.
+POKERMATH_EXPORT const char* ShortDeckCategoryName(int value);
+
+/// What five to seven cards make of 52, in words: "two pair Ace King kicker 7", "flush Ace high",
+/// "royal flush". An Omaha hand is the five cards that play.
+///
+/// @param cards  card codes, all different; not checked
+/// @return "" for another count
+POKERMATH_EXPORT std::string HandInWords(std::span<const int> cards);
 
 /// Converts the ascending scale, 1..7462, to the HandRanks scale (category * 4096 + place,
 /// poker_logic.h).

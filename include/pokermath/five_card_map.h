@@ -20,6 +20,19 @@ class POKERMATH_EXPORT FiveCardMap {
  public:
   static constexpr std::size_t kHands = 2598960;
 
+  FiveCardMap() = default;
+  FiveCardMap(const FiveCardMap&) = default;
+  FiveCardMap& operator=(const FiveCardMap&) = default;
+  /// What is moved from is empty.
+  FiveCardMap(FiveCardMap&& other) noexcept { *this = std::move(other); }
+  FiveCardMap& operator=(FiveCardMap&& other) noexcept {
+    if (this == &other) return *this;
+    numbers_ = std::exchange(other.numbers_, {});
+    size_ = std::exchange(other.size_, 0);
+    return *this;
+  }
+  ~FiveCardMap() = default;
+
   static constexpr int KeyOf(int c1, int c2, int c3, int c4, int c5) {
     return (((c1 * 64 + c2) * 64 + c3) * 64 + c4) * 64 + c5;
   }

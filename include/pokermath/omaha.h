@@ -10,13 +10,13 @@
 
 class Spec;
 
-// Cards are card codes, not checked; hands of four cards, or of five with the functions that take a
-// hand count; boards of three to five. Values are on the ascending scale 1..7462, larger is better.
-// `record` receives which cards make the value, as five indexes: two into the hand, three into the
-// board, each rising; of equal choices the first. Nothing has to be loaded; any number of threads.
-// The first board of five in a process takes 4 ms. With fewer cards than play (and more than eight
-// hole cards) the value is -1 and nothing is written.
-// PokerLogic has the same functions on the descending scale.
+// Cards are card codes, not checked; hands of four cards, or of two and more with the functions
+// that take a hand count; boards of three to five. Values are on the ascending scale 1..7462,
+// larger is better. `record` receives which cards make the value, as five indexes: two into the
+// hand, three into the board, each rising; of equal choices the first. Nothing has to be loaded;
+// any number of threads. The first board of five in a process takes 4 ms. Where the counts are no
+// hand and board, -1 is the value and nothing is written. PokerLogic has the same functions on the
+// descending scale.
 
 POKERMATH_EXPORT int getCombinationOmahaFsm5(int* hand, int* board, int* record);
 POKERMATH_EXPORT int getCombinationOmahaTurnFsm5(int* hand, int* board, int* record);
@@ -30,7 +30,8 @@ POKERMATH_EXPORT int getCombinationOmahaFsm5Common(int* hand, int handCount, int
 /// as comparefun sorts.
 class POKERMATH_EXPORT CHandOmahaType {
  public:
-  /// Copies the cards; a count beyond 0..5 is taken as the nearest of these.
+  /// Copies four hole cards and boardCards_ board cards; a count beyond 0..5 is taken as the
+  /// nearest of these.
   CHandOmahaType(int* hand, int* board, int boardCards_);
 
   /// 117 for a royal flush, 65 for any other flush, -1 for none.
@@ -66,8 +67,9 @@ class POKERMATH_EXPORT CHandOmahaType {
   int flushSuit;  ///< -1 for none
 };
 
-// Nuts and outs: unseen is every card but the nHole hole cards (two to eight) and the n board
-// cards. An out is a card that makes a hand when it comes next.
+// Nuts and outs: unseen is every card but the nHole hole cards and the n board cards. nHole is not
+// checked: 0 or more, and two or more make a hand. An out is a card that makes a hand when it comes
+// next.
 
 /// How many holdings of two unseen cards, which must both play, beat a hand on a board of three to
 /// five; 0 is the nuts, -5 is another board.

@@ -40,9 +40,9 @@ class POKERMATH_EXPORT PokerLogic {
   PokerLogic() = default;
   PokerLogic(const PokerLogic&) = default;
   PokerLogic& operator=(const PokerLogic&) = default;
-  /// What is moved from is as new.
-  PokerLogic(PokerLogic&& other) : PokerLogic() { *this = std::move(other); }
-  PokerLogic& operator=(PokerLogic&& other);
+  /// What is moved from is as new, but for IDs, which are empty until one is saved.
+  PokerLogic(PokerLogic&& other) noexcept : PokerLogic(NoIDs()) { *this = std::move(other); }
+  PokerLogic& operator=(PokerLogic&& other) noexcept;
   ~PokerLogic() = default;
 
   // --- the HandRanks state table ---
@@ -72,6 +72,9 @@ class POKERMATH_EXPORT PokerLogic {
   /// on disk.
   /// @return 0, or 1 when the file could not be written (the table in memory is complete)
   int generate_table(CString fileName);
+
+  // A card given twice is not noticed by the look-ups: nearly all such lists have a value like any
+  // other, the rest 0.
 
   /// Value of seven card numbers (1..52, not checked) in any order; 0 without a loaded table.
   int LookupHand(int* cards) const {
@@ -132,7 +135,7 @@ class POKERMATH_EXPORT PokerLogic {
                   const int* suitCounts) const;
   /// Of the first suit that has four cards or more among two hole cards and n board cards, the
   /// highest rank of a hole card, 0 if there is none; -1 without such a suit, 0 for fewer than
-  /// three board cards.
+  /// three board cards, any number of which are looked at.
   int isFlushDraw(int* hole, int* board, int n) const;
   /// The top card of the highest straight among the cards of a flush.
   int isStraightFlush(const std::vector<int>& ranks, const std::vector<int>& suits,
@@ -162,7 +165,8 @@ class POKERMATH_EXPORT PokerLogic {
   /// The same with four board cards, and with three.
   int getCombinationOmahaTurn(int* hand, int* board, int* record) const;
   int getCombinationOmahaFlop(int* hand, int* board, int* record) const;
-  /// The same for four or five hole cards and three to five board cards.
+  /// The same for two hole cards and more and three to five board cards; 100000 and nothing written
+  /// for other counts.
   int getCombinationOmahaCommon(int* hand, int handCount, int* board, int boardCount,
                                 int* record) const;
 
@@ -189,6 +193,10 @@ class POKERMATH_EXPORT PokerLogic {
   /// @param players     2..10, the hero included
   /// @return 0.0 .. 1.0; 0.0 for counts out of range, without trials and without a loaded HandRanks
   ///         table. About 0.1 µs a trial and player, most of it rand().
+  ///
+  /// The table has to be there because hosts know the 0.0; nothing is looked up in it. Without its
+  /// 130 MB: getProbabilityOfWinBySpectr against the range of Spec::MakeRandom for two players,
+  /// which is exact but for one and two board cards.
   double getProbabilityOfWin(int* hand, int* board, int boardCount, int players);
 
   /// Exact chance of hand1 against hand2 over every five-card board that the two leave.
@@ -239,8 +247,9 @@ class POKERMATH_EXPORT PokerLogic {
   // --- Hold'em equity against a range ---
   // Every holding of the range weighs the same; one that shares a card with the hand or the board
   // is left out. The result is hand's share over all boards and holdings, 0.0 .. 1.0, a tie as one
-  // half; not a number when the range is wholly blocked. No HandRanks table is needed. The two
-  // functions with a board count change the object's random numbers; the others only read it.
+  // half; not a number when the range is wholly blocked, or where trials are needed and trialCount
+  // is below 1. No HandRanks table is needed. The two functions with a board count change the
+  // object's random numbers; the others only read it.
 
   /// To the river, from 0 to 5 known board cards: exact for 0, 3, 4 and 5, over trialCount random
   /// boards for 1 and 2. 0.0 for another count.
@@ -267,9 +276,10 @@ class POKERMATH_EXPORT PokerLogic {
   double getProbabilityOfWinBySpectrWithFlopToTurn(int* hand, int* board, const Spec& spec) const;
 
   // --- Omaha equity ---
-  // Hands of four or five card codes (handSize), exact over every board that the known cards leave.
-  // Results are percentages, 0 .. 100; not a number where no board is left. `count` receives the
-  // boards, `time` the milliseconds taken. Nothing has to be loaded; about 0.2 ms before the flop.
+  // Hands of four or five card codes (handSize, not checked), exact over every board that the known
+  // cards leave. Results are percentages, 0 .. 100; not a number where no board is left. `count`
+  // receives the boards, `time` the milliseconds taken. Nothing has to be loaded; about 0.2 ms
+  // before the flop.
 
   /// hand1 against hand2, a tie as one half.
   double RiverEquityHandVsHandOnPreFlopCommon(int* hand1, int handSize, int* hand2, int& count,
@@ -277,7 +287,7 @@ class POKERMATH_EXPORT PokerLogic {
   /// After a flop; 0.0, no boards and no time unless boardCount is 3.
   double RiverEquityHandVsHandOnFlopCommon(int* hand1, int handSize, int* hand2, int* board,
                                            int boardCount, int& count, int& time) const;
-  /// After a flop and a turn, four board cards.
+  /// After a flop and a turn, four board cards; boardCount is not looked at.
   double RiverEquityHandVsHandOnTurnCommon(int* hand1, int handSize, int* hand2, int* board,
                                            int boardCount, int& count, int& time) const;
 
@@ -285,7 +295,8 @@ class POKERMATH_EXPORT PokerLogic {
   /// other hand counts in full, a tie of three one half. Hosts know it so.
   ///
   /// @param hands      players * handSize card codes, then deadCount cards that cannot come
-  /// @param players    up to 11
+  /// @param players    1..11; not a number for 0 and for more, fewer are not checked
+  /// @param deadCount  0 or more, not checked
   double RiverEquityHandsOnPreFlopCommon(int* hands, int handSize, int players, int deadCount,
                                          int& count, int& time) const;
   /// The same after three board cards, and after four.
@@ -312,15 +323,19 @@ class POKERMATH_EXPORT PokerLogic {
   /// blocks the whole range makes the result not a number. Hosts know it so.
   double FlopEquityHandVsRangeOnPreFlop(int* hand, const OmahaRange& range, int& count) const;
 
-  // The following sample. They seed rand(), which is the process's own, from the calendar time.
+  // The following sample. They call srand(), which seeds rand() for the whole process, through
+  // EasyRandom::SetTimerSeed: two calls within a second draw the same numbers, so they deal the
+  // same cards and asking again says nothing new. The functions that sample and are not here or
+  // among the Hi/Lo counterparts go on with the numbers of rand() as they come.
 
   /// Estimate of the chance that a hand of four wins at a table of 2 to 10 players, over trialCount
   /// random deals; a pot shared with k others counts 1/(k+1). 0.0 .. 1.0; 0.0 for counts out of
   /// range and without trials.
   double getProbabilityOfWinOmaha(int* hand, int* board, int boardCount, int players) const;
   /// A hand of four or five against one random hand on a board of targetCount cards, of which
-  /// boardCount are known, in percent.
+  /// boardCount are known, in percent; not a number without trials.
   ///
+  /// @param handSize,boardCount,targetCount  4 or 5; 0 to targetCount; 3 to 5: not checked
   /// @param trials  in: most deals; out: deals made
   /// @param time    in: milliseconds, looked at every 10,000 deals; out: milliseconds taken
   double EquityHandVsRandomCommon(int* hand, int handSize, int* board, int boardCount,
@@ -335,7 +350,8 @@ class POKERMATH_EXPORT PokerLogic {
   // The best high hand and the best low hand take half the pot each; where nobody has a low the
   // high hand takes it all. A low is five different ranks of eight or below, the ace low, of
   // exactly two hole cards and three board cards. Its value is the ranks as digits, the highest
-  // first: 54321 is the best, smaller is better, 0 is none.
+  // first: 54321 is the best, smaller is better, 0 is none. Where nothing is said of it, handSize
+  // is 0 or more and not checked; hands of fewer than two cards have no low.
 
   /// The low of a hand of two cards or more on a board of three to five; 0 for other counts.
   int SetLowValueCombinationOmahaCommon(int* hand, int handSize, int* board, int boardCount) const;
@@ -351,12 +367,13 @@ class POKERMATH_EXPORT PokerLogic {
   /// Sums up the chances of a low: 0 when the board allows none any more; 1 when the hand has not
   /// two low ranks; 2 when it has a low, which is written; 3 when a card is missing, with outs, nut
   /// outs and the probability that the next card is an out; 100 when the board is low enough and
-  /// the hand counterfeited.
+  /// the hand counterfeited. boardCount is 3 to 5 and not checked.
   int CountLowCards(int* hand, int handSize, int* board, int boardCount, int& lowValueOrOuts,
                     int& nutOuts, double& probability) const;
 
-  /// The Hi/Lo counterparts of the functions above, the first one 0.0 .. 1.0 (0.0 without trials
-  /// too), the others in percent. A pot or a half of one that is shared with k others counts
+  /// The Hi/Lo counterparts of the functions above, with the same ranges of counts, the first one
+  /// 0.0 .. 1.0 (0.0 without trials too), the others in percent. The first two call srand() like
+  /// theirs. A pot or a half of one that is shared with k others counts
   /// 1/(k+1) of it, here with several hands too.
   double getProbabilityOfWinOmahaHL(int* hand, int* board, int boardCount, int players) const;
   double EquityHandVsRandomHL(int* hand, int handSize, int* board, int boardCount, int targetCount,
@@ -371,12 +388,12 @@ class POKERMATH_EXPORT PokerLogic {
 
   // --- Omaha: nuts and outs; free functions for them are in omaha.h ---
   // Unseen is every card but the hole cards and the n board cards. -5 for another number of board
-  // cards.
+  // cards; nHole is 0 or more and not checked, fewer than two make no hand.
 
   /// How many hands of four unseen cards beat a hand of four on a board of three to five; 0 is the
   /// nuts. About 2 µs.
   int IsMyHandNutsOmaha(int* hole, int* board, int n) const;
-  /// How many holdings of two unseen cards, which must both play, beat a hand of two to eight.
+  /// How many holdings of two unseen cards, which must both play, beat a hand of two and more.
   int IsMyHandNutsOmahaCommon(int* hole, int nHole, int* board, int n) const;
 
   // Outs are cards that make a hand when they come next, on boards of three or four cards. These
@@ -403,6 +420,8 @@ class POKERMATH_EXPORT PokerLogic {
   /// Exact chance against a random hand before the flop; the 112,971,936 cases of opponent and
   /// board are counted, not dealt.
   ///
+  /// @param hand     two card codes; one below six is worth nothing, the board and the other one
+  ///                 play: 141,214,920 cases (175,301,280 with two of them), 30 ms
   /// @param count    out: cases
   /// @param elapsed  out: time taken in milliseconds
   double RiverEquityHandVsRandomOnPreFlop6Plus(int* hand, int& count, int& elapsed) const;
@@ -432,6 +451,11 @@ class POKERMATH_EXPORT PokerLogic {
   pokermath::FiveCardMap PokerCombinations;
   EasyRandom random{0, 1};
   int trialCount = 50000;  ///< trials, or random boards, of the functions that sample
+
+ private:
+  // The empty hand among the IDs takes memory, which a move must not need.
+  struct NoIDs {};
+  explicit PokerLogic(NoIDs) noexcept : IDs() {}
 };
 
 #endif  // POKERMATH_POKER_LOGIC_H_

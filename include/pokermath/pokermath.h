@@ -21,5 +21,6 @@
 #include "pokermath/showdown.h"
 #include "pokermath/text.h"
 #include "pokermath/utilities.h"
+#include "pokermath/version.h"
 
 #endif  // POKERMATH_POKERMATH_H_

@@ -44,8 +44,18 @@ class POKERMATH_EXPORT Spec {
   const pokermath::CombinationSet& combinations() const { return combinations_; }
   /// Adds one holding exactly as given.
   void Insert(int first, int second) { combinations_.insert({first, second}); }
-  /// Adds all holdings of another range.
+  /// Adds all holdings of another range as they are stored there.
   void Unite(const Spec& other) { combinations_.merge(other.combinations_); }
+
+  // These look at the cards of a holding in either order.
+
+  /// Whether the ranges hold the same holdings, each as often, once or twice.
+  bool operator==(const Spec& other) const;
+  bool Contains(int first, int second) const;
+  void Erase(int first, int second);
+  /// Keeps only the holdings that another range has; takes away those that it has.
+  void Intersect(const Spec& other);
+  void Subtract(const Spec& other);
 
   /// Adds the 6 pairs of a rank.
   void AddPair(int rank);
@@ -55,6 +65,7 @@ class POKERMATH_EXPORT Spec {
   void AddNonSuit(int rank1, int rank2);
   /// Adds one holding; nothing if the codes are equal.
   void AddCard(int code1, int code2);
+  /// The same; nothing if a card is not valid, like one that was read from a wrong letter.
   void AddCard(const CCard& card1, const CCard& card2);
   /// Makes this the range of all 1,326 holdings.
   void MakeRandom();
@@ -88,7 +99,8 @@ class POKERMATH_EXPORT Spec {
   Spec MakeSuitMatrix(int rank1, int rank2, int kind, int* matrix) const;
 
   /// Range text: pairs, suited and offsuit hands, "TT+,AQs+,AK". A class with any holding present
-  /// counts as whole; offsuit hands carry no letter.
+  /// counts as whole; offsuit hands carry no letter. pokermath::FormatRange writes what reads back
+  /// as it was.
   CString MakeString() const;
   CString MakeString6Plus() const;
 
@@ -161,7 +173,7 @@ class POKERMATH_EXPORT CUserFolder {
   void MakeInterpolation6Plus();
 };
 
-/// Sklansky group of a holding: 1 (best) .. 8, 0 for none.
+/// Sklansky group of a holding: 1 (best) .. 8, 0 for none and for a card that is not valid.
 POKERMATH_EXPORT int SklanskyGroup(CCard card1, CCard card2);
 
 /// Two fixed ranges, a wide and a narrow one.
@@ -175,14 +187,18 @@ class POKERMATH_EXPORT StrategyRanges {
 
 /// Uniform integers of a closed interval, drawn from the C library's rand().
 ///
-/// The generator behind it is the process's own: srand() seeds it for everybody.
+/// The generator behind it is the process's own: srand() seeds it for everybody. In the library
+/// these seed it, by SetTimerSeed: PokerLogic's getProbabilityOfWinOmaha and its HL twin,
+/// EquityHandVsRandomCommon, EquityHandVsRandomHL, RiverEquityHandVsRandomOnFlopLight and
+/// RiverEquityHandVsRangeOnFlopLight, and getProbabilityOfWinHoldem6PlusCommon.
 class POKERMATH_EXPORT EasyRandom {
  public:
   EasyRandom(int low, int high) { SetInterval(low, high); }
 
   /// Draws from low..high from now on; low > high gives 0..1.
   void SetInterval(int low, int high);
-  /// Seeds rand() from the calendar time.
+  /// Seeds rand() from the calendar time in whole seconds: what is drawn after two calls within a
+  /// second is the same.
   void SetTimerSeed();
   /// rand() mod the length of the interval, plus its low end.
   int DrawRandomNumber();
@@ -228,6 +244,12 @@ struct RangeResult {
 /// above it; the first one below that) and the word random. Letters in either case. Every holding
 /// is there once, whatever the text repeats. An empty text is an empty range.
 POKERMATH_EXPORT RangeResult ParseRange(std::string_view text, const RangeOptions& options = {});
+
+/// Text that ParseRange reads back to the same holdings under the same options: classes that are
+/// whole, offsuit ones with an "o" unless a bare one is read as offsuit, then single holdings:
+/// "TT+,AQs+,AKo,KhQd". A holding that is stored both ways is written once; in the short deck one
+/// with a rank below six is left out. Empty for an empty range.
+POKERMATH_EXPORT std::string FormatRange(const Spec& range, const RangeOptions& options = {});
 
 }  // namespace pokermath
 

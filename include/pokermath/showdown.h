@@ -26,8 +26,12 @@ POKERMATH_EXPORT int GetTypeGameHH(const CString& name);
 /// @return 1 if a is the better, -1 if b is, 0 if they are equal
 POKERMATH_EXPORT int WhatHandIsBetter(int a[2], int b[2]);
 
-/// Which of two Hold'em hands is better on a board: WhatHandIsBetter without board cards, else
-/// FindMaxCombination.
+/// Which of two Hold'em hands is better on a board: FindMaxCombination, but WhatHandIsBetter
+/// without board cards, which wants the higher card of each hand first: 2hAd counts as a deuce
+/// there.
+///
+/// @param board   nBoard card codes, 0 or 3 to 5; not checked
+/// @param logic   as in FindMaxCombination
 POKERMATH_EXPORT int WhoIsWinner(int a[2], int b[2], int board[], int nBoard, PokerLogic& logic);
 
 /// Compares what two hands make with a board by the rules of poker.
@@ -41,7 +45,8 @@ POKERMATH_EXPORT int FindMaxCombination(int a[2], int b[2], int board[], int nBo
 // A pot is shared by three lists of one entry a seat: what each player has staked, in whole chips,
 // how strong his hand is, larger is better, 0 for one who has folded, and what he gets.
 
-/// The smallest stake that is not 0 among the players whose score is `best`, but no more than 1000.
+/// The smallest stake that is not 0 among the n players whose score is `best`, but no more than
+/// 1000; 1000 if there is none.
 POKERMATH_EXPORT int GetMinVinnerBet(int stake[], int score[], int n, int best);
 
 /// Shares out all stakes among the players, pot by pot.
@@ -50,6 +55,7 @@ POKERMATH_EXPORT int GetMinVinnerBet(int stake[], int score[], int n, int best);
 /// left. Equal scores share up to 1000 chips of each player at a time; chips that cannot be shared
 /// go to the lowest of their seats. What only negative scores claim goes back to its owners.
 ///
+/// @param n         players, entries of each list; nothing is done for 0 and less
 /// @param stake     chips of each player, 0 or more; all 0 on return
 /// @param score     changed: 0 for players who have been paid
 /// @param winnings  in and out: what each player gets is added. The caller clears it, and no sum

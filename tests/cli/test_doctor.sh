@@ -21,7 +21,8 @@ truncate -s 5 "$work/data/six-plus-5.bin"
 POKERMATH_DATA=$work/data run doctor --json
 expect_code 1
 same "$asked: lines" "$(wc -l <<<"$out")" 1
-has "$asked" "$out" '{"schema":1,"version":"'
+version=$("$POKERMATH" --version)
+has "$asked" "$out" "{\"schema\":1,\"version\":\"${version#pokermath }\""
 has "$asked" "$out" '"state":"damaged: its length is not 248,720 bytes"}'
 has "$asked" "$out" '"broken":["six-plus-5"]}'
 has "$asked" "$out" '"c_library":"glibc '

@@ -8,7 +8,7 @@ run eval A♥ KhQh,Jh 10H 2c 3D
 expect_code 0
 same "$asked" "$out" "AhKhQhJhTh2c3d: royal flush, Ah Kh Qh Jh Th
 
-  in words    RoyalFlush
+  in words    royal flush
   descending      1   of 7462, smaller is better
   ascending    7462   of 7462, larger is better
   hand_ranks  36874   category * 4096 + place in it, larger is better"

@@ -61,7 +61,9 @@ use_pkg_config() {
   # shellcheck disable=SC2046,SC2086
   "$CXX" -std=c++20 $CXXFLAGS "$SOURCE/tests/consumer/host/main.cpp" -o "$WORK/pkg_config" \
     $(pkg-config --cflags --libs pokermath)
-  LD_LIBRARY_PATH=$(pkg-config --variable=libdir pokermath) "$WORK/pkg_config"
+  LD_LIBRARY_PATH=$(pkg-config --variable=libdir pokermath) "$WORK/pkg_config" |
+    grep "^pokermath $(pkg-config --modversion pokermath):"
+  [[ $("$prefix/bin/pokermath" --version) == "pokermath $(pkg-config --modversion pokermath)" ]]
 }
 
 # As a sub-project the library must leave the host's flags, tests, targets and install rules alone.

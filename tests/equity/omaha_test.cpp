@@ -646,7 +646,16 @@ TEST(OmahaEquity, OddQuestions) {
   EXPECT_EQ(count, 0);
   EXPECT_TRUE(
       std::isnan(logic.RiverEquityHandsOnPreFlopCommon(hand1.data(), 4, 0, 0, count, time)));
-  EXPECT_EQ(OmahaHands(hand1, 0), SharedTally{});
+  // Another number of cards than the hands have, and sizes that no Omaha hand has.
+  for (const int cards : {0, 1, 3, 5, 6, 7, 8, 9, 10}) {
+    for (const int size : {-4, 0, 1, 2, 3, 4, 5, 6, 8}) {
+      const auto hands = std::span<const int>(everything).first(static_cast<std::size_t>(cards));
+      const bool served = (size == 4 && cards == 8) || (size == 5 && (cards == 5 || cards == 10));
+      const int boards = served ? Choose(52 - cards, 5) : 0;
+      EXPECT_EQ(OmahaHands(hands, size).boards, boards) << cards << " by " << size;
+      EXPECT_EQ(OmahaHighLowHands(hands, size).boards, boards) << cards << " by " << size;
+    }
+  }
   EXPECT_EQ(OmahaHands(hand1, 4, hand2).boards, 44);
   EXPECT_EQ(OmahaHands(hand1, 4, CardsOf("2c3c")), SharedTally{});
   int record[5] = {7, 7, 7, 7, 7};

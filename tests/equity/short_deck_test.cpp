@@ -200,6 +200,50 @@ TEST(ShortDeckEquity, EveryRangeFunctionIsThePlainCount) {
       getProbabilityOfWinBySpectrWithNoBoard6Plus(aces.data(), ParseRange("AhAs,22").range)));
 }
 
+// One card below six, and two: what is in the deck plays.
+TEST(ShortDeckEquity, ExhaustiveCardsBelowSixAgainstEveryHand) {
+  const PokerLogic logic;
+  for (const char* text : {"Th2c", "2c2d"}) {
+    Cards hand = CardsOf(text), live;
+    for (int card = 0; card < 52; ++card) {
+      if (card % 13 >= 4 && !Holds(hand, card)) live.push_back(card);
+    }
+    // Every five of the live cards, then every two of the others.
+    Score plain;
+    int cards[7];
+    const auto choose = [&](const auto& self, int chosen, std::size_t first) -> void {
+      for (std::size_t i = first; chosen < 5 && i < live.size(); ++i) {
+        cards[chosen] = live[i];
+        self(self, chosen + 1, i + 1);
+      }
+      if (chosen < 5) return;
+      int hero_cards = 5;
+      for (const int card : hand) {
+        if (card % 13 >= 4) cards[hero_cards++] = card;
+      }
+      const int hero = EvaluateShortDeck(cards, hero_cards);
+      const std::uint64_t board = Bits(std::span(cards).first(5));
+      for (std::size_t i = 0; i < live.size(); ++i) {
+        if ((board & Bit(live[i])) != 0) continue;
+        cards[5] = live[i];
+        for (std::size_t j = i + 1; j < live.size(); ++j) {
+          if ((board & Bit(live[j])) != 0) continue;
+          cards[6] = live[j];
+          const int other = EvaluateShortDeck(cards, 7);
+          plain.won += hero > other ? 1.0 : hero == other ? 0.5 : 0.0;
+          plain.cases += 1;
+        }
+      }
+    };
+    choose(choose, 0, 0);
+    int count = 0, elapsed = 0;
+    EXPECT_EQ(logic.RiverEquityHandVsRandomOnPreFlop6Plus(hand.data(), count, elapsed),
+              plain.Share())
+        << text;
+    EXPECT_EQ(count, plain.cases);
+  }
+}
+
 TEST(ShortDeckEquity, TheTableAnswersTheMatchupsThatItHolds) {
   ScratchFolder folder;
   const std::int32_t records[6] = {38 * 64 + 51, 12 * 64 + 25, 7, 38 * 64 + 51, 12 * 64 + 25, 9};

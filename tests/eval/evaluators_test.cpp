@@ -98,6 +98,37 @@ TEST(SixAndSevenCards, AreWorthTheirBestFive) {
   for (const int count : {-1, 0, 4, 8}) EXPECT_EQ(EvaluateCards(cards, count), 0);
 }
 
+TEST(Words, OfValuesAndHands) {
+  const struct {
+    const char* cards;
+    const char* category;
+    const char* short_deck;
+    const char* words;
+  } cases[] = {{"AhKhQhJhTh6c7d", "royal flush", "royal flush", "royal flush"},
+               {"9h8h7h6hAhTc", "flush", "straight flush", "flush Ace high"},
+               {"9h8h7h6hThTc", "straight flush", "straight flush", "straight flush 10 high"},
+               {"7c7d7h7s9cTdJh", "four of a kind", "four of a kind", "four of a kind 7"},
+               {"KcKdKh7s7cTd", "full house", "full house", "full house King over 7"},
+               {"9c8d7h6sTc", "straight", "straight", "10 high straight"},
+               {"9c8d7h6sAc", "high card", "straight", "high card Ace high"},
+               {"7c7d7hAsKcTd", "three of a kind", "three of a kind",
+                "three of a kind 7 kicker Ace kicker King"},
+               {"AcAdKhKs7c", "two pair", "two pair", "two pair Ace King kicker 7"},
+               {"AcAdKhQs7c", "one pair", "one pair", "pair of Ace kicker King kicker Queen"}};
+  for (const auto& [text, category, short_deck, words] : cases) {
+    const std::vector<int> cards = ParseCards(text).cards;
+    const int count = static_cast<int>(cards.size());
+    EXPECT_STREQ(CategoryName(EvaluateCards(cards.data(), count)), category) << text;
+    EXPECT_STREQ(ShortDeckCategoryName(EvaluateShortDeck(cards.data(), count)), short_deck) << text;
+    EXPECT_EQ(HandInWords(cards), words);
+  }
+  for (const int value : {-1, 0, 7463}) EXPECT_STREQ(CategoryName(value), "") << value;
+  for (const int value : {-1, 0, 1405}) EXPECT_STREQ(ShortDeckCategoryName(value), "") << value;
+  for (const char* text : {"", "AcAdKhKs", "AcAdKhKs2c3c4c5c"}) {
+    EXPECT_EQ(HandInWords(ParseCards(text).cards), "") << text;
+  }
+}
+
 // The buffers have exactly the bytes that the contract asks for: under AddressSanitizer a read or
 // a write beyond them is seen.
 TEST(Batch, EveryLengthAndAlignmentStaysInItsBuffers) {

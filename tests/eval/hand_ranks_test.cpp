@@ -13,6 +13,7 @@
 #include <set>
 #include <span>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -239,6 +240,23 @@ TEST(HandRanks, AnEntryOutOfPlaceIsNoticed) {
   EXPECT_TRUE(HandRanksAreSound(entries.data()));
 }
 
+// Else a vector of them copies 130 MB each when it grows.
+static_assert(std::is_nothrow_move_constructible_v<PokerLogic>);
+static_assert(std::is_nothrow_move_assignable_v<PokerLogic>);
+
+TEST(HandRanks, AGrowingVectorMovesItsTables) {
+  std::vector<PokerLogic> logics(1);
+  logics[0].HR.resize(53);
+  logics[0].PokerCombinations.insert(FiveCardMap::KeyOf(0, 1, 2, 3, 4), 5);
+  const std::uint32_t* table = logics[0].HR.data();
+  logics.reserve(logics.capacity() + 1);
+  EXPECT_EQ(logics[0].HR.data(), table);
+  FiveCardMap moved = std::move(logics[0].PokerCombinations);
+  EXPECT_EQ(logics[0].PokerCombinations.size(), 0u);
+  EXPECT_EQ(logics[0].PokerCombinations.find(FiveCardMap::KeyOf(0, 1, 2, 3, 4)), 0);
+  EXPECT_EQ(moved.size(), 1u);
+}
+
 TEST(HandRanks, LookupsSurviveCopiesAndMoves) {
   PokerLogic logic;
   logic.HR = TheTable().entries;
@@ -246,6 +264,7 @@ TEST(HandRanks, LookupsSurviveCopiesAndMoves) {
   PokerLogic moved = std::move(copy);
   // What was moved from is as new.
   EXPECT_EQ(copy.LookupHand(std::vector<int>{1, 2, 3, 4, 5, 6, 7}.data()), 0);
+  EXPECT_EQ(copy.SaveID(0), 0);
   EXPECT_EQ(copy.SaveID(copy.MakeID(0, 7)), 1);
   EXPECT_EQ(copy.numIDs, 2);
   PokerLogic& itself = moved;

@@ -59,5 +59,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto again =
       ParseRange(std::string(written.begin(), written.end()), {.bare_offsuit = true});
   Require(again.error.empty() && again.range.MakeString() == written);
+  Require(ParseRange(pokermath::FormatRange(read.range)).range == read.range);
   return 0;
 }

@@ -235,8 +235,9 @@ TEST(OmahaOuts, TwoPairsAndStraights) {
   const auto ranks_of = [](int card1, int card2) {
     return std::pair(std::max(card1 % 13, card2 % 13), std::min(card1 % 13, card2 % 13));
   };
-  for (int trial = 0; trial < 60; ++trial) {
-    Situation now = Random(dealer, 4 + trial % 2, 3 + trial / 2 % 3);
+  int outs_of_many = 0;
+  for (int trial = 0; trial < 120; ++trial) {
+    Situation now = Random(dealer, 4 + trial % 7, 3 + trial / 2 % 3);
     SCOPED_TRACE(CardNames(now.hole) + " on " + CardNames(now.board));
     const int size = Count(now.hole), n = Count(now.board);
 
@@ -286,7 +287,9 @@ TEST(OmahaOuts, TwoPairsAndStraights) {
     EXPECT_EQ(getOutsOmahaFsm5CommonTwoPairs(now.hole.data(), size, now.board.data(), n, found),
               outs);
     EXPECT_EQ(found, outs);
+    outs_of_many += size >= 9 ? outs : 0;
   }
+  EXPECT_GT(outs_of_many, 0) << "nine hole cards and more";
   for (const int n : {2, 6}) {
     Cards hole = CardsOf("AhKhQsJs"), board = CardsOf("2c3d4h5s6c7d");
     int counts[2] = {7, 7};
@@ -366,6 +369,9 @@ TEST(OmahaLow, ValuesNutsAndOuts) {
       }
       deck.SetLowValueCombinationOmaha(logic);
       EXPECT_EQ(deck.extra, low);
+      deck.cards[static_cast<std::size_t>(low) % deck.cards.size()] = CCard(clubs, 0);
+      deck.SetLowValueCombinationOmaha(logic);
+      EXPECT_EQ(deck.extra, 0) << "a card that is none";
     }
     int outs = -1, nut_outs = -1, plain_outs = 0, plain_nut_outs = 0;
     if (n == 5) {

@@ -6,6 +6,7 @@
 #include <array>
 #include <numeric>
 #include <random>
+#include <set>
 #include <vector>
 
 #include "pokermath/ranges.h"
@@ -66,6 +67,29 @@ TEST(Spec, StoresEveryHoldingTheWayItCame) {
   EXPECT_EQ(all.combinations().size(), 1326u);
   for (int rank = 0; rank < 13; ++rank) all.AddPair(rank);
   EXPECT_EQ(all.combinations().size(), 1326u + 78u) << "pairs are there both ways";
+}
+
+// A rank letter that is none leaves a face value of 0, and the card a code below 0 or that of
+// another card.
+TEST(Spec, CardsThatAreNoneAreInNoRange) {
+  const CCard ace(12);
+  Spec range;
+  for (const CCard& none :
+       {CCard(), CCard(L'x', L'c'), CCard(L"1", L"s"), CCard(clubs, 0), CCard(spades, 14),
+        CCard(clubs, -12), CCard(static_cast<Suit>(4), 1), CCard(static_cast<Suit>(-1), 1)}) {
+    EXPECT_FALSE(none.IsValid());
+    for (const auto& [first, second] :
+         {std::pair(none, ace), std::pair(ace, none), std::pair(none, none)}) {
+      range.AddCard(first, second);
+      EXPECT_EQ(SklanskyGroup(first, second), 0);
+      EXPECT_EQ(CStatSpectr().numSklanskyGroup(first, second, 100), 0);
+    }
+  }
+  Matrix cells;
+  range.MakeMatrix(cells.data());
+  EXPECT_EQ(cells, Matrix());
+  EXPECT_EQ(range.MakeString(), L"");
+  for (int code = 0; code < 52; ++code) EXPECT_TRUE(CCard(code).IsValid());
 }
 
 TEST(Spec, TheOrderOfClassesIsWalkedFromBothEnds) {
@@ -139,6 +163,57 @@ TEST(Spec, CountsAndFiltersHoldings) {
             Combination(39 + kKing, kAce));
 }
 
+using Holding = std::pair<int, int>;
+
+// A random range, some holdings of it stored in either order or in both, and what it holds.
+Spec RandomRange(std::mt19937& random, std::multiset<Holding>& holdings) {
+  Spec range;
+  const auto density = random() % 101;
+  for (int low = 0; low < 51; ++low) {
+    for (int high = low + 1; high < 52; ++high) {
+      if (random() % 100 >= density) continue;
+      const auto order = random() % 5;
+      if (order != 0) range.Insert(low, high);
+      if (order < 2) range.Insert(high, low);
+      for (int i = order == 1 ? 2 : 1; i > 0; --i) holdings.emplace(low, high);
+    }
+  }
+  return range;
+}
+
+TEST(Spec, IsASetOfHoldingsInEitherOrder) {
+  std::mt19937 random(2);
+  for (int trial = 0; trial < 50; ++trial) {
+    std::multiset<Holding> a, b;
+    const Spec range = RandomRange(random, a);
+    const Spec other = RandomRange(random, b);
+    Spec common = range, rest = range, less = range, turned;
+    common.Intersect(other);
+    rest.Subtract(other);
+    less.Erase(7, 3);
+    for (const auto& [first, second] : range.combinations()) turned.Insert(second, first);
+    ASSERT_TRUE(turned == range) << "trial " << trial;
+    ASSERT_EQ(range == other, a == b) << "trial " << trial;
+    for (int low = 0; low < 51; ++low) {
+      for (int high = low + 1; high < 52; ++high) {
+        const Holding holding(low, high);
+        ASSERT_EQ(range.Contains(high, low), a.contains(holding));
+        ASSERT_EQ(common.Contains(low, high), a.contains(holding) && b.contains(holding));
+        ASSERT_EQ(rest.Contains(low, high), a.contains(holding) && !b.contains(holding));
+        ASSERT_EQ(less.Contains(low, high), a.contains(holding) && holding != Holding(3, 7));
+      }
+    }
+    ASSERT_EQ(common.combinations().size() + rest.combinations().size(), a.size());
+    rest.Subtract(rest);
+    ASSERT_TRUE(rest == Spec());
+  }
+  Spec once, twice;
+  once.Insert(3, 7);
+  twice = once;
+  twice.Insert(7, 3);
+  EXPECT_TRUE(once != twice) << "it counts twice in an equity";
+}
+
 TEST(RangeText, IsTheShortestList) {
   const std::pair<const char*, const wchar_t*> cases[] = {
       {"", L""},
@@ -190,7 +265,27 @@ TEST(RangeText, EveryWrittenRangeReadsBack) {
     const RangeResult read6 = read_back(range.MakeString6Plus(), true);
     ASSERT_EQ(read6.error, "") << "trial " << trial;
     ASSERT_EQ(read6.range.combinations(), short_deck.combinations()) << "trial " << trial;
+    // FormatRange's text does so with some holdings of a class only, too.
+    if (trial % 100 != 0) continue;
+    std::multiset<Holding> holdings;
+    range.Unite(RandomRange(random, holdings));
+    for (const bool bare_offsuit : {false, true}) {
+      for (const bool six_up : {false, true}) {
+        const RangeOptions options = {.bare_offsuit = bare_offsuit, .short_deck = six_up};
+        const RangeResult again = ParseRange(FormatRange(range, options), options);
+        ASSERT_EQ(again.error, "") << "trial " << trial;
+        for (int low = 0; low < 51; ++low) {
+          for (int high = low + 1; high < 52; ++high) {
+            const bool kept = !six_up || (low % 13 >= 4 && high % 13 >= 4);
+            ASSERT_EQ(again.range.Contains(low, high), kept && range.Contains(low, high));
+          }
+        }
+      }
+    }
   }
+  EXPECT_EQ(FormatRange(Range("TT+ AQs+ AKo KhQd KdQh")), "TT+,AQs+,AKo,KdQh,KhQd");
+  EXPECT_EQ(FormatRange(Range("AK"), {.bare_offsuit = true}), "AKs,AK");
+  EXPECT_EQ(FormatRange(Spec()), "");
 }
 
 TEST(ParseRange, ReadsWhatPlayersWrite) {

@@ -4,6 +4,7 @@
 #include <pokermath/pokermath.h>
 
 #include <cstdio>
+#include <cstring>
 
 int main() {
   int ace_king[] = {38, 24};    // AhKd
@@ -16,7 +17,10 @@ int main() {
   const int value = pokermath::EvaluateCards<7>(royal_flush);
 
   const bool nothing_loaded = fsm5.five_cards == nullptr && ofsm_omaha7.table == nullptr;
+  const bool versions_agree = std::strcmp(pokermath::Version(), POKERMATH_VERSION_STRING) == 0;
+  const bool right = 2 * wins == 2201894 && boards == 1712304 && value == 7462;
 
-  std::printf("%.1f of %.0f boards, royal flush %d\n", wins, boards, value);
-  return 2 * wins == 2201894 && boards == 1712304 && value == 7462 && nothing_loaded ? 0 : 1;
+  std::printf("pokermath %s: %.1f of %.0f boards, %s %d\n", pokermath::Version(), wins, boards,
+              pokermath::CategoryName(value), value);
+  return right && nothing_loaded && versions_agree ? 0 : 1;
 }

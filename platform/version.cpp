@@ -1,0 +1,3 @@
+#include "pokermath/version.h"
+
+const char* pokermath::Version() { return POKERMATH_VERSION_STRING; }
