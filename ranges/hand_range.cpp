@@ -127,7 +127,7 @@ std::size_t HandRange::size() const {
                        : hands_->list.size();
 }
 
-std::span<const WeightedHand> HandRange::hands() const {
+std::span<const WeightedHand> HandRange::hands() const& {
   const Hands& held = *hands_;
   if (held.every) {
     std::call_once(held.listing, [&] {

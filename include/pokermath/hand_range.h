@@ -67,7 +67,8 @@ class POKERMATH_EXPORT HandRange {
   std::size_t size() const;
   bool empty() const { return size() == 0; }
   /// Rising by the bits of their cards: by the highest card code, then the next one.
-  std::span<const WeightedHand> hands() const;
+  std::span<const WeightedHand> hands() const&;
+  std::span<const WeightedHand> hands() const&& = delete;  // they would be gone
   /// Where a hand stands in hands(), size() where it is not.
   std::size_t Find(CardSet hand) const;
   /// Weight of a hand in ten-thousandths, 0 where it is not.

@@ -3,6 +3,7 @@
 #ifndef POKERMATH_POKERMATH_H_
 #define POKERMATH_POKERMATH_H_
 
+#include "pokermath/calculator.h"
 #include "pokermath/card_set.h"
 #include "pokermath/cards.h"
 #include "pokermath/combination_set.h"
