@@ -10,40 +10,13 @@
 #include <utility>
 #include <vector>
 
+#include "calculator/choices.h"
 #include "calculator/solvers.h"
 
 namespace pokermath {
 namespace {
 
 constexpr double kStepCost = 4e6;
-
-std::int64_t Choose(int n, int k) {
-  std::int64_t ways = 1;
-  for (int i = 0; i < k; ++i) ways = ways * (n - i) / (i + 1);
-  return n < k ? 0 : ways;
-}
-
-// The sets of `size` places, numbered: by their highest place, then the next one.
-std::vector<int> ChoiceOf(std::int64_t number, int size, int places) {
-  std::vector<int> choice(static_cast<std::size_t>(size));
-  for (int i = size; i > 0; --i) {
-    int place = places - 1;
-    while (Choose(place, i) > number) --place;
-    choice[static_cast<std::size_t>(i) - 1] = place;
-    number -= Choose(place, i);
-    places = place;
-  }
-  return choice;
-}
-
-void MoveToNext(std::vector<int>& choice) {
-  std::size_t i = 0;
-  while (i + 1 < choice.size() && choice[i] + 1 == choice[i + 1]) {
-    choice[i] = static_cast<int>(i);
-    ++i;
-  }
-  if (i < choice.size()) ++choice[i];
-}
 
 struct Cost {
   double boards = 0;
@@ -59,7 +32,7 @@ double CostOfWorth(const GameRules& rules) {
 
 Cost CostOf(const CheckedQuestion& question) {
   Cost cost;
-  cost.boards = static_cast<double>(Choose(question.live().size(), question.to_come()));
+  cost.boards = static_cast<double>(ChoicesOf(question.live().size(), question.to_come()));
   cost.weight = cost.boards;
   double deals = 1;
   const auto add = [&](const Side& side, double per_hand) {
@@ -81,7 +54,7 @@ class PlainWork final : public Work {
         settler_(*question),
         next_(question->asked().detail.next ? std::make_unique<NextBoards>(*question) : nullptr),
         live_(question->live().begin(), question->live().end()),
-        boards_(Choose(static_cast<int>(live_.size()), question->to_come())) {
+        boards_(ChoicesOf(static_cast<int>(live_.size()), question->to_come())) {
     const double per_board = CostOf(*question).per_board;
     boards_a_step_ =
         std::max<std::int64_t>(1, static_cast<std::int64_t>(std::min(kStepCost / per_board, 1e6)));
@@ -100,9 +73,9 @@ class PlainWork final : public Work {
     const auto slice = static_cast<std::size_t>(step % slices);
     const std::int64_t first = step / slices * boards_a_step_;
     const std::int64_t last = std::min(first + boards_a_step_, boards_);
-    std::vector<int> choice = ChoiceOf(first, question_->to_come(), static_cast<int>(live_.size()));
+    Choice choice(first, static_cast<int>(live_.size()), question_->to_come());
     OneBoard board(*this, slice, sums);
-    for (std::int64_t i = first; i < last; ++i, MoveToNext(choice)) board.Count(choice);
+    for (std::int64_t i = first; i < last; ++i, choice.MoveToNext()) board.Count(choice.Of(live_));
   }
 
  private:
@@ -123,9 +96,7 @@ class PlainWork final : public Work {
     }
 
     // Players first, then those who folded.
-    void Count(std::span<const int> choice) {
-      CardSet come;
-      for (const int place : choice) come.Add(work_.live_[static_cast<std::size_t>(place)]);
+    void Count(CardSet come) {
       const CardSet all = question_.board() | come;
       const std::vector<int> board(all.begin(), all.end());
       for (std::size_t i = 0; i < question_.players().size(); ++i) {
@@ -156,12 +127,10 @@ class PlainWork final : public Work {
     // Any of the cards to come may be the next ones.
     void SetNext(CardSet come) {
       const std::vector<int> cards(come.begin(), come.end());
-      std::vector<int> choice = ChoiceOf(0, question_.next_cards(), come.size());
-      deal_.next_count = static_cast<std::size_t>(Choose(come.size(), question_.next_cards()));
-      for (std::size_t i = 0; i < deal_.next_count; ++i, MoveToNext(choice)) {
-        CardSet next;
-        for (const int place : choice) next.Add(cards[static_cast<std::size_t>(place)]);
-        deal_.next[i] = work_.next_->NumberOf(next);
+      Choice choice(0, come.size(), question_.next_cards());
+      deal_.next_count = static_cast<std::size_t>(ChoicesOf(come.size(), question_.next_cards()));
+      for (std::size_t i = 0; i < deal_.next_count; ++i, choice.MoveToNext()) {
+        deal_.next[i] = work_.next_->NumberOf(choice.Of(cards));
       }
     }
 

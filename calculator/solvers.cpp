@@ -4,6 +4,8 @@ namespace pokermath {
 
 std::span<const Solver> Solvers() {
   static constexpr Solver kSolvers[] = {
+      {ClassesCost, StartClasses},
+      {BoardsCost, StartBoards},
       {PlainCost, StartPlain},
   };
   return kSolvers;

@@ -40,6 +40,12 @@ std::span<const Solver> Solvers();
 std::optional<double> PlainCost(const CheckedQuestion& question);
 std::unique_ptr<const Work> StartPlain(const QuestionPointer& question);
 
+// Two players of a two-card game, by classes of hands; and board by board.
+std::optional<double> ClassesCost(const CheckedQuestion& question);
+std::unique_ptr<const Work> StartClasses(const QuestionPointer& question);
+std::optional<double> BoardsCost(const CheckedQuestion& question);
+std::unique_ptr<const Work> StartBoards(const QuestionPointer& question);
+
 // Random deals: every question.
 std::unique_ptr<const Work> StartSampling(const QuestionPointer& question);
 

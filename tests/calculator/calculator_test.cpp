@@ -398,8 +398,10 @@ TEST(PlainSlow, WeighsHoldingsAfterBlockedOnesAreGone) {
 
 TEST(Solvers, EveryOneThatFitsEqualsPlainEnumeration) {
   RandomQuestions questions(3);
-  for (int i = 0; i < 200; ++i) {
-    EquityQuestion question = questions.Next();
+  std::map<std::string, int> fitted;
+  for (int i = 0; i < 600; ++i) {
+    EquityQuestion question = i % 100 == 0 ? questions.NextBeforeTheFlop() : questions.Next();
+    question.detail.hands = questions.Below(2) == 0;
     SCOPED_TRACE(Trace(question));
     Result<CheckedQuestion> checked = Check(question);
     if (!checked) continue;
@@ -414,8 +416,11 @@ TEST(Solvers, EveryOneThatFitsEqualsPlainEnumeration) {
       if (!solver.cost(*shared)) continue;
       const std::unique_ptr<const Work> work = solver.start(shared);
       ASSERT_EQ(sums_of(*work), plain) << work->name();
+      ++fitted[work->name()];
     }
   }
+  EXPECT_EQ(fitted.size(), Solvers().size());
+  for (const auto& [name, times] : fitted) EXPECT_GT(times, 10) << name;
 }
 
 // --- sampling ---

@@ -31,14 +31,24 @@ class RandomQuestions {
     std::size_t known = std::max<std::size_t>(street - Below(3), 3);
     if (question.street == Street::kFlop && Below(4) == 0) known = Below(3);
     question.board = CardSet(std::span(deck_).first(known));
-    question.dead = CardSet(std::span(deck_).subspan(known, Below(4)));
-    const std::size_t players = 2 + Below(4);
+    if (Below(2) == 0) question.dead = CardSet(std::span(deck_).subspan(known, Below(4)));
+    const std::size_t players = Below(2) == 0 ? 2 : 2 + Below(4);
     for (std::size_t i = 0; i < players; ++i) question.players.push_back(Range(question.game));
     for (std::size_t i = Below(3); i > 1; --i) question.folded.push_back(Range(question.game));
     if (players == 2 && rules.hand_size == 2 && street - known < 2 && Below(2) == 0) {
       question.players[Below(2)] = HandRange::Every(question.game);
     }
     question.seed = random_();
+    return question;
+  }
+
+  // Two players with a few hands on an empty board, which is much to count.
+  EquityQuestion NextBeforeTheFlop() {
+    EquityQuestion question = Next();
+    question.board = {};
+    question.players.resize(2, question.players[0]);
+    for (HandRange& range : question.players) range = Range(question.game);
+    question.folded.clear();
     return question;
   }
 
