@@ -6,6 +6,9 @@ std::span<const Solver> Solvers() {
   static constexpr Solver kSolvers[] = {
       {ClassesCost, StartClasses},
       {BoardsCost, StartBoards},
+      {OmahaHandsCost, StartOmahaHands},
+      {OmahaAgainstEveryCost, StartOmahaAgainstEvery},
+      {OmahaAgainstRangeCost, StartOmahaAgainstRange},
       {PlainCost, StartPlain},
   };
   return kSolvers;

@@ -46,6 +46,14 @@ std::unique_ptr<const Work> StartClasses(const QuestionPointer& question);
 std::optional<double> BoardsCost(const CheckedQuestion& question);
 std::unique_ptr<const Work> StartBoards(const QuestionPointer& question);
 
+// Omaha hands against each other; one against every hand; one against the hands of a range.
+std::optional<double> OmahaHandsCost(const CheckedQuestion& question);
+std::unique_ptr<const Work> StartOmahaHands(const QuestionPointer& question);
+std::optional<double> OmahaAgainstEveryCost(const CheckedQuestion& question);
+std::unique_ptr<const Work> StartOmahaAgainstEvery(const QuestionPointer& question);
+std::optional<double> OmahaAgainstRangeCost(const CheckedQuestion& question);
+std::unique_ptr<const Work> StartOmahaAgainstRange(const QuestionPointer& question);
+
 // Random deals: every question.
 std::unique_ptr<const Work> StartSampling(const QuestionPointer& question);
 

@@ -38,6 +38,19 @@ class RandomQuestions {
     if (players == 2 && rules.hand_size == 2 && street - known < 2 && Below(2) == 0) {
       question.players[Below(2)] = HandRange::Every(question.game);
     }
+    if (Below(4) == 0) {
+      for (HandRange& range : question.players) {
+        range = HandRange::Of(question.game, HandOf(rules));
+      }
+    }
+    if (players == 2 && rules.IsOmaha() && rules.hand_size == 4 && street == known &&
+        Below(3) == 0) {
+      question.players = {HandRange::Of(question.game, HandOf(rules)),
+                          HandRange::Every(question.game)};
+      std::rotate(question.players.begin(),
+                  question.players.begin() + static_cast<std::ptrdiff_t>(Below(2)),
+                  question.players.end());
+    }
     question.seed = random_();
     return question;
   }
@@ -55,17 +68,20 @@ class RandomQuestions {
   std::size_t Below(std::size_t limit) { return random_() % limit; }
 
  private:
+  CardSet HandOf(const GameRules& rules) {
+    std::vector<int> cards(deck_.begin() + 3, deck_.end());
+    std::shuffle(cards.begin(), cards.end(), random_);
+    return CardSet(std::span(cards).first(static_cast<std::size_t>(rules.hand_size)));
+  }
+
   // Of cards that the last ranges are of, too, but seldom of the board.
   HandRange Range(Game game) {
-    const auto size = static_cast<std::size_t>(RulesOf(game).hand_size);
     std::vector<WeightedHand> hands;
     const std::size_t count = Below(3) == 0 ? 1 : 1 + Below(4);
     const bool weighted = Below(2) == 0;
     for (std::size_t i = 0; i < count; ++i) {
-      std::vector<int> cards(deck_.begin() + 3, deck_.end());
-      std::shuffle(cards.begin(), cards.end(), random_);
       const int weight = weighted ? 1 + static_cast<int>(Below(kWholeWeight)) : kWholeWeight;
-      hands.push_back({CardSet(std::span(cards).first(size)), weight});
+      hands.push_back({HandOf(RulesOf(game)), weight});
     }
     return HandRange(game, std::move(hands));
   }
