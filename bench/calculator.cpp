@@ -40,7 +40,7 @@ EquityQuestion QuestionOf(std::initializer_list<const char*> players, const char
   EquityQuestion question{.game = game, .board = CardSet(ParseCards(board).cards)};
   for (const char* player : players) question.players.push_back(RangeOf(game, player));
   question.method = Method::kExact;
-  question.detail.hands = RulesOf(game).hand_size == 2;
+  question.detail.hands = RulesOf(game).hand_size == 2 && players.size() == 2;
   return question;
 }
 

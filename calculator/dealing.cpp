@@ -67,7 +67,9 @@ void AddSets(std::span<const DealtCards> cards, int count, const DealtCards& cho
   }
 }
 
-std::vector<DealtCards> SetsOf(CardSet from, int count) {
+}  // namespace
+
+std::vector<DealtCards> DealtSetsOf(CardSet from, int count) {
   std::vector<DealtCards> cards, sets;
   for (const int card : from) cards.push_back(DealtOf({card}));
   sets.reserve(static_cast<std::size_t>(ChoicesOf(from.size(), count)));
@@ -75,10 +77,9 @@ std::vector<DealtCards> SetsOf(CardSet from, int count) {
   return sets;
 }
 
-}  // namespace
-
 CardDraw::CardDraw(CardSet from, int count)
-    : first_(SetsOf(from, std::min(count, 3))), second_(SetsOf(from, std::max(count - 3, 0))) {}
+    : first_(DealtSetsOf(from, std::min(count, 3))),
+      second_(DealtSetsOf(from, std::max(count - 3, 0))) {}
 
 namespace {
 

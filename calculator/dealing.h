@@ -24,6 +24,9 @@ struct DealtCards {
   }
 };
 DealtCards DealtOf(CardSet cards);
+/// All sets of so many cards, by their highest card, then the next one: those of the lowest cards
+/// come first.
+std::vector<DealtCards> DealtSetsOf(CardSet from, int count);
 
 /// Hands drawn by their weights, by the alias method (Alastair J. Walker, 1977, "An efficient
 /// method for generating discrete random variables with general distributions"), in whole numbers.

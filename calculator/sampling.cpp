@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "calculator/dealing.h"
+#include "calculator/sharers.h"
 #include "calculator/solvers.h"
-#include "pokermath/evaluators.h"
 
 namespace pokermath {
 namespace {
@@ -21,59 +21,6 @@ constexpr std::int64_t kTrialsAStep = 4096;
 constexpr std::int64_t kMostAttemptsAStep = 256 * kTrialsAStep;
 // Without a limit of trials; a standard error is reached long before.
 constexpr std::int64_t kMostTrials = std::int64_t{1} << 40;
-
-// The cards of a set, one behind the other.
-class CardList {
- public:
-  explicit CardList(CardSet set) {
-    for (const int card : set) list_[size_++] = card;
-  }
-  std::span<const int> cards() const { return std::span(list_).first(size_); }
-
- private:
-  std::array<int, 8> list_;
-  std::size_t size_ = 0;
-};
-
-// Hands on one board by the rules of any game.
-class AnyBoard {
- public:
-  AnyBoard(const GameRules& rules, const DealtCards& board) : rules_(rules), board_(board.cards) {}
-  Worth Of(const DealtCards& hand) const {
-    return WorthOf(rules_, CardList(hand.cards).cards(), board_.cards());
-  }
-  int HighOf(const DealtCards& hand) const { return Of(hand).high; }
-
- private:
-  const GameRules& rules_;
-  CardList board_;
-};
-
-// Hold'em hands on one board of so many cards, by the sums of their words.
-template <int board_size>
-class HoldemBoard {
- public:
-  HoldemBoard(const GameRules&, const DealtCards& board) : board_(board) {}
-  int HighOf(const DealtCards& hand) const {
-    return EvaluateSum<board_size + 2>(hand.word + board_.word, hand.cards | board_.cards);
-  }
-
- private:
-  template <int count>
-  static int EvaluateSum(std::uint64_t words, CardSet cards) {
-    const CompactTables& tables = kCompactTables;
-    const std::uint64_t sum = CompactTables::kSuitStart + words;
-    if (const std::uint64_t flush = sum & CompactTables::kFlushBits; flush != 0) [[unlikely]] {
-      const int suit = std::countr_zero(flush) / 4;
-      return tables.flush_values[cards.bits() >> 13 * suit & 0x1FFF];
-    }
-    const std::uint64_t key = sum >> CompactTables::kKeyShift;
-    const std::uint16_t row = tables.rows[count - 5][key >> CompactTables::kColumnBits];
-    return tables.values[count - 5][row + (key & (CompactTables::kColumns - 1))];
-  }
-
-  DealtCards board_;
-};
 
 class SamplingWork : public Work {
  public:
@@ -157,35 +104,13 @@ class SharersSampling final : public SamplingWork {
 
   void Do(std::int64_t step, std::span<Int128> sums) const override {
     const std::size_t players = question().players().size();
-    std::array<std::int32_t, std::size_t{1} << kMostPlayers> times{};
+    SharerTimes<Board> times(question().rules(), players);
     ForEachBlock(step, sums, [&](const DealtBlock& block, std::size_t count) {
-      // In passes over the whole block, so that trials need not wait for each other.
-      std::array<std::array<std::uint16_t, DealtBlock::kMost>, kMostPlayers> highs{};
-      std::array<std::uint16_t, DealtBlock::kMost> best{}, sharers{};
-      for (std::size_t trial = 0; trial < count; ++trial) {
-        const Board board(question().rules(), block.board[trial]);
-        for (std::size_t i = 0; i < players; ++i) {
-          highs[i][trial] = static_cast<std::uint16_t>(board.HighOf(block.hands[i][trial]));
-        }
-      }
-      for (std::size_t i = 0; i < players; ++i) {
-        for (std::size_t trial = 0; trial < DealtBlock::kMost; ++trial) {
-          best[trial] = std::max(best[trial], highs[i][trial]);
-        }
-      }
-      for (std::size_t i = 0; i < players; ++i) {
-        const auto bit = static_cast<std::uint16_t>(1u << i);
-        for (std::size_t trial = 0; trial < DealtBlock::kMost; ++trial) {
-          const bool shares = highs[i][trial] == best[trial];
-          sharers[trial] = static_cast<std::uint16_t>(sharers[trial] | (shares ? bit : 0));
-        }
-      }
-      for (std::size_t trial = 0; trial < count; ++trial) ++times[sharers[trial]];
+      times.Add(std::span(block.board).first(count),
+                [&](std::size_t player, std::size_t trial) { return block.hands[player][trial]; });
     });
-    for (unsigned sharers = 1; sharers < 1u << players; ++sharers) {
-      if (times[sharers] == 0) continue;
-      settler().AddTrials(sharers, times[sharers], sums);
-    }
+    times.ForEach(
+        [&](unsigned sharers, std::int64_t trials) { settler().AddTrials(sharers, trials, sums); });
   }
 };
 
@@ -197,17 +122,9 @@ std::unique_ptr<const Work> StartSampling(const QuestionPointer& question) {
   if (detail.hands || detail.next || detail.made || rules.high_low) {
     return std::make_unique<DetailedSampling>(question);
   }
-  if (rules.IsOmaha() || rules.IsShortDeck()) {
-    return std::make_unique<SharersSampling<AnyBoard>>(question);
-  }
-  switch (question->street()) {
-    case 3:
-      return std::make_unique<SharersSampling<HoldemBoard<3>>>(question);
-    case 4:
-      return std::make_unique<SharersSampling<HoldemBoard<4>>>(question);
-    default:
-      return std::make_unique<SharersSampling<HoldemBoard<5>>>(question);
-  }
+  return WithBoardType(rules, question->street(), [&]<typename Board>() {
+    return std::unique_ptr<const Work>(std::make_unique<SharersSampling<Board>>(question));
+  });
 }
 
 }  // namespace pokermath
