@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "pokermath/export.h"
+#include "pokermath/game.h"
 #include "pokermath/text.h"
 
 class Spec;
@@ -121,9 +122,6 @@ struct Tally {
            static_cast<double>(cases);
   }
 };
-
-/// Up to which board the hands are compared; the value is the number of board cards.
-enum class Street : int { kFlop = 3, kTurn = 4, kRiver = 5 };
 
 /// Exact Hold'em count of one hand against another over every board that the known cards leave.
 ///

@@ -3,13 +3,17 @@
 #ifndef POKERMATH_POKERMATH_H_
 #define POKERMATH_POKERMATH_H_
 
+#include "pokermath/calculator.h"
+#include "pokermath/card_set.h"
 #include "pokermath/cards.h"
 #include "pokermath/combination_set.h"
 #include "pokermath/diagnostics.h"
 #include "pokermath/equity.h"
 #include "pokermath/evaluators.h"
 #include "pokermath/five_card_map.h"
+#include "pokermath/game.h"
 #include "pokermath/hand_history.h"
+#include "pokermath/hand_range.h"
 #include "pokermath/large_table.h"
 #include "pokermath/markup.h"
 #include "pokermath/messages.h"
@@ -18,6 +22,7 @@
 #include "pokermath/omaha_ranges.h"
 #include "pokermath/poker_logic.h"
 #include "pokermath/ranges.h"
+#include "pokermath/result.h"
 #include "pokermath/showdown.h"
 #include "pokermath/text.h"
 #include "pokermath/utilities.h"

@@ -1,0 +1,275 @@
+// From a question to its plan, and from sums to the answer.
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <string>
+#include <utility>
+
+#include "calculator/question.h"
+#include "calculator/solvers.h"
+#include "calculator/sums.h"
+#include "platform/require.h"
+#include "pokermath/calculator.h"
+
+namespace pokermath {
+namespace {
+
+constexpr std::int64_t kFirstStop = 16;  // steps of sampling before their error means something
+
+struct Choice {
+  const Solver* solver = nullptr;
+  double cost = std::numeric_limits<double>::infinity();
+};
+
+Choice CheapestFor(const CheckedQuestion& question) {
+  Choice best;
+  for (const Solver& solver : Solvers()) {
+    const std::optional<double> cost = solver.cost(question);
+    if (cost && *cost < best.cost) best = {&solver, *cost};
+  }
+  return best;
+}
+
+// Standard error of a mean, from how many there were, their sum and that of their squares.
+std::optional<double> StandardErrorOf(Int128 count, Int128 sum, Int128 squares) {
+  if (count < 2) return std::nullopt;
+  const auto n = static_cast<double>(count);
+  // n * squares - sum * sum is n * (n - 1) times the variance.
+  const double variance = static_cast<double>(count * squares - sum * sum) / (n * (n - 1));
+  return std::sqrt(variance / n);
+}
+
+// Reads sums as an answer shows them.
+class AnswerReader {
+ public:
+  AnswerReader(const CheckedQuestion& question, std::span<const Int128> sums, bool sampled)
+      : question_(question), layout_(question), sums_(sums), sampled_(sampled) {
+    if (sampled) return;
+    for (const auto* sides : {&question.players(), &question.folded()}) {
+      for (const Side& side : *sides) unit_ *= static_cast<double>(side.unit) / kWholeWeight;
+    }
+  }
+
+  EquityAnswer Read() const {
+    EquityAnswer answer;
+    answer.method = sampled_ ? Method::kSampled : Method::kExact;
+    answer.cases = Count(SumsLayout::kCases);
+    for (std::size_t i = 0; i < question_.players().size(); ++i) {
+      answer.players.push_back(PlayerOf(i));
+    }
+    if (question_.asked().detail.next) ReadNext(answer);
+    return answer;
+  }
+
+ private:
+  CaseCount Count(std::size_t place) const { return {sums_[place], unit_}; }
+
+  double ShareOf(std::size_t points, Int128 cases) const {
+    if (cases == 0) return 0;
+    return static_cast<double>(sums_[points]) / (kPot * static_cast<double>(cases));
+  }
+
+  Outcome OutcomeAt(std::size_t cases, OutcomePlace place) const {
+    return {Count(cases), Count(place.wins()), Count(place.ties()),
+            ShareOf(place.points(), sums_[cases])};
+  }
+
+  PlayerAnswer PlayerOf(std::size_t player) const {
+    PlayerAnswer answer;
+    answer.total = OutcomeAt(SumsLayout::kCases, layout_.Total(player));
+    for (std::size_t k = 0; k < kMostPlayers; ++k) {
+      answer.shared[k] = Count(layout_.Shared(player, k));
+      answer.low_shared[k] = Count(layout_.LowShared(player, k));
+    }
+    const Int128 cases = sums_[SumsLayout::kCases];
+    answer.low = ShareOf(layout_.Low(player), cases);
+    if (sampled_) {
+      const std::optional<double> error = StandardErrorOf(
+          cases, sums_[layout_.Total(player).points()], sums_[layout_.Squares(player)]);
+      if (error) answer.standard_error = *error / kPot;
+    }
+    if (question_.asked().detail.hands) ReadHands(player, answer);
+    if (question_.asked().detail.made) ReadMade(player, answer);
+    return answer;
+  }
+
+  void ReadHands(std::size_t player, PlayerAnswer& answer) const {
+    const std::span<const WeightedHand> hands = question_.players()[player].range.hands();
+    answer.hands.reserve(hands.size());
+    for (std::size_t i = 0; i < hands.size(); ++i) {
+      const std::size_t cases = layout_.HandCases(player, i);
+      answer.hands.push_back({hands[i], OutcomeAt(cases, SumsLayout::OutcomeOf(cases))});
+    }
+  }
+
+  void ReadMade(std::size_t player, PlayerAnswer& answer) const {
+    for (std::size_t category = 0; category < kCategories; ++category) {
+      const std::size_t cases = layout_.MadeCases(player, category);
+      if (sums_[cases] == 0) continue;
+      answer.made.push_back(
+          {static_cast<int>(category), OutcomeAt(cases, SumsLayout::OutcomeOf(cases))});
+    }
+  }
+
+  void ReadNext(EquityAnswer& answer) const {
+    const NextBoards boards(question_);
+    for (std::size_t i = 0; i < boards.size(); ++i) {
+      const std::size_t cases = layout_.NextCases(i);
+      if (sums_[cases] == 0) continue;
+      NextOutcome next{boards.BoardOf(i), boards.Alike(i), {}};
+      for (std::size_t player = 0; player < question_.players().size(); ++player) {
+        next.players.push_back(OutcomeAt(cases, layout_.NextOutcome(i, player)));
+      }
+      answer.next.push_back(std::move(next));
+    }
+  }
+
+  const CheckedQuestion& question_;
+  SumsLayout layout_;
+  std::span<const Int128> sums_;
+  bool sampled_;
+  double unit_ = 1;
+};
+
+Error Stopped(std::string text) { return {ErrorCode::kStopped, std::move(text)}; }
+
+}  // namespace
+
+void Sums::Add(const Sums& other) {
+  POKERMATH_REQUIRE(numbers.size() == other.numbers.size());
+  for (std::size_t i = 0; i < numbers.size(); ++i) numbers[i] += other.numbers[i];
+}
+
+namespace {
+
+constexpr std::size_t kBytes = sizeof(Int128);
+__extension__ using UnsignedInt128 = unsigned __int128;
+
+}  // namespace
+
+std::string Sums::Bytes() const {
+  std::string bytes;
+  bytes.reserve(numbers.size() * kBytes);
+  for (const Int128 number : numbers) {
+    for (std::size_t i = 0; i < kBytes; ++i) {
+      bytes += static_cast<char>(static_cast<UnsignedInt128>(number) >> 8 * i & 0xFF);
+    }
+  }
+  return bytes;
+}
+
+Calculation::Calculation(std::shared_ptr<const CheckedQuestion> question,
+                         std::unique_ptr<const Work> work, std::string reason)
+    : question_(std::move(question)), work_(std::move(work)), reason_(std::move(reason)) {}
+Calculation::Calculation(Calculation&&) noexcept = default;
+Calculation& Calculation::operator=(Calculation&&) noexcept = default;
+Calculation::~Calculation() = default;
+
+Method Calculation::method() const { return work_->method(); }
+std::int64_t Calculation::steps() const { return work_->steps(); }
+
+Sums Calculation::NewSums() const {
+  Sums sums;
+  sums.numbers.resize(SumsLayout(*question_).size());
+  return sums;
+}
+
+void Calculation::Do(std::int64_t first, std::int64_t last, Sums& sums) const {
+  POKERMATH_REQUIRE(0 <= first && first <= last && last <= steps());
+  for (std::int64_t step = first; step < last; ++step) {
+    work_->Do(step, sums.numbers);
+    ++sums.numbers[SumsLayout::kSteps];
+  }
+}
+
+std::int64_t Calculation::NextStop(std::int64_t done) const {
+  const bool to_an_error =
+      method() == Method::kSampled && question_->asked().sampling.standard_error > 0;
+  if (!to_an_error) return steps();
+  return std::min(std::max(kFirstStop, done + done / 4), steps());
+}
+
+bool Calculation::Enough(std::int64_t done, const Sums& sums) const {
+  if (done >= steps()) return true;
+  const double limit = question_->asked().sampling.standard_error;
+  if (method() != Method::kSampled || limit <= 0) return false;
+  const SumsLayout layout(*question_);
+  for (std::size_t i = 0; i < question_->players().size(); ++i) {
+    const std::optional<double> error =
+        StandardErrorOf(sums.numbers[SumsLayout::kCases], sums.numbers[layout.Total(i).points()],
+                        sums.numbers[layout.Squares(i)]);
+    if (!error || *error > limit * kPot) return false;
+  }
+  return true;
+}
+
+Result<EquityAnswer> Calculation::Answer(const Sums& sums) const {
+  const bool sampled = method() == Method::kSampled;
+  const auto done = static_cast<std::int64_t>(sums.numbers[SumsLayout::kSteps]);
+  if (!sampled && done != steps()) {
+    return Stopped("stopped after " + std::to_string(done) + " of " + std::to_string(steps()) +
+                   " steps: no exact answer");
+  }
+  if (sums.numbers[SumsLayout::kCases] == 0) {
+    return Stopped(sampled ? "no deal was found in which the ranges share no card"
+                           : "the cards leave no case");
+  }
+  EquityAnswer answer = AnswerReader(*question_, sums.numbers, sampled).Read();
+  answer.solver = work_->name();
+  answer.reason = reason_;
+  return answer;
+}
+
+Result<Sums> Calculation::ReadSums(std::string_view bytes) const {
+  Sums sums = NewSums();
+  if (bytes.size() != sums.numbers.size() * kBytes) {
+    return Error{ErrorCode::kText, "sums of another calculation: " + std::to_string(bytes.size()) +
+                                       " bytes, expected " +
+                                       std::to_string(sums.numbers.size() * kBytes)};
+  }
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    const UnsignedInt128 byte = static_cast<unsigned char>(bytes[i]);
+    sums.numbers[i / kBytes] |= static_cast<Int128>(byte << 8 * (i % kBytes));
+  }
+  return sums;
+}
+
+Result<Calculation> Plan(const EquityQuestion& question) {
+  Result<CheckedQuestion> checked = Check(question);
+  if (!checked) return checked.error();
+  const auto shared = std::make_shared<const CheckedQuestion>(*std::move(checked));
+  if (question.method == Method::kSampled) {
+    return Calculation(shared, StartSampling(shared), "as asked for");
+  }
+  const Choice choice = CheapestFor(*shared);
+  if (question.method == Method::kExact) {
+    if (choice.solver != nullptr) {
+      return Calculation(shared, choice.solver->start(shared), "as asked for");
+    }
+    return Error{ErrorCode::kLimit,
+                 "so many players with such fine weights cannot be counted exactly"};
+  }
+  if (choice.cost <= question.exact_budget) {
+    return Calculation(shared, choice.solver->start(shared), "counting takes less than a second");
+  }
+  return Calculation(shared, StartSampling(shared), "counting would take longer than a second");
+}
+
+Result<EquityAnswer> Calculate(
+    const EquityQuestion& question,
+    const std::function<bool(std::int64_t done, std::int64_t all)>& go_on) {
+  const Result<Calculation> plan = Plan(question);
+  if (!plan) return plan.error();
+  Sums sums = plan->NewSums();
+  std::int64_t done = 0;
+  while (!plan->Enough(done, sums)) {
+    for (const std::int64_t stop = plan->NextStop(done); done < stop; ++done) {
+      if (go_on && !go_on(done, plan->steps())) return plan->Answer(sums);
+      plan->Do(done, done + 1, sums);
+    }
+  }
+  return plan->Answer(sums);
+}
+
+}  // namespace pokermath

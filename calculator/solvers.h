@@ -1,0 +1,66 @@
+// The ways to answer a question, one line each in one table.
+
+#ifndef POKERMATH_CALCULATOR_SOLVERS_H_
+#define POKERMATH_CALCULATOR_SOLVERS_H_
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+
+#include "calculator/question.h"
+#include "calculator/sums.h"
+
+namespace pokermath {
+
+/// A question being answered: pure steps in any order, on any thread.
+class Work {
+ public:
+  virtual ~Work() = default;
+  virtual const char* name() const = 0;
+  virtual Method method() const = 0;
+  virtual std::int64_t steps() const = 0;
+  /// Adds one step to sums of the question's layout, all but SumsLayout::kSteps.
+  virtual void Do(std::int64_t step, std::span<Int128> sums) const = 0;
+};
+
+using QuestionPointer = std::shared_ptr<const CheckedQuestion>;
+
+/// A way to count.
+struct Solver {
+  /// Operations that it takes; nothing if it does not know such questions. About 4e8 take a second.
+  std::optional<double> (*cost)(const CheckedQuestion& question);
+  std::unique_ptr<const Work> (*start)(const QuestionPointer& question);
+};
+
+/// All of them. The cheapest one is taken.
+std::span<const Solver> Solvers();
+
+// Plain enumeration: every question, the slow way.
+std::optional<double> PlainCost(const CheckedQuestion& question);
+std::unique_ptr<const Work> StartPlain(const QuestionPointer& question);
+
+// Two players of a two-card game, by classes of hands; and board by board.
+std::optional<double> ClassesCost(const CheckedQuestion& question);
+std::unique_ptr<const Work> StartClasses(const QuestionPointer& question);
+std::optional<double> BoardsCost(const CheckedQuestion& question);
+std::unique_ptr<const Work> StartBoards(const QuestionPointer& question);
+
+// One hand each, board by board, in games without lows.
+std::optional<double> HandsCost(const CheckedQuestion& question);
+std::unique_ptr<const Work> StartHands(const QuestionPointer& question);
+
+// Omaha hands against each other; one against every hand; one against the hands of a range.
+std::optional<double> OmahaHandsCost(const CheckedQuestion& question);
+std::unique_ptr<const Work> StartOmahaHands(const QuestionPointer& question);
+std::optional<double> OmahaAgainstEveryCost(const CheckedQuestion& question);
+std::unique_ptr<const Work> StartOmahaAgainstEvery(const QuestionPointer& question);
+std::optional<double> OmahaAgainstRangeCost(const CheckedQuestion& question);
+std::unique_ptr<const Work> StartOmahaAgainstRange(const QuestionPointer& question);
+
+// Random deals: every question.
+std::unique_ptr<const Work> StartSampling(const QuestionPointer& question);
+
+}  // namespace pokermath
+
+#endif  // POKERMATH_CALCULATOR_SOLVERS_H_

@@ -1,0 +1,195 @@
+#include "calculator/sums.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstdint>
+#include <map>
+
+#include "platform/require.h"
+
+namespace pokermath {
+namespace {
+
+constexpr int kHalfPot = kPot / 2;
+static_assert([] {
+  for (int k = 1; k <= static_cast<int>(kMostPlayers); ++k) {
+    if (kHalfPot % k != 0) return false;
+  }
+  return true;
+}());
+
+// The same number for flops that differ in the names of suits alone: the ranks of every suit, the
+// suits in the order of these.
+std::uint64_t SuitlessKey(CardSet cards) {
+  std::array<std::uint64_t, 4> suits;
+  for (std::size_t suit = 0; suit < 4; ++suit) suits[suit] = cards.bits() >> 13 * suit & 0x1FFF;
+  std::ranges::sort(suits);
+  return suits[0] | suits[1] << 13 | suits[2] << 26 | suits[3] << 39;
+}
+
+// Numbers of all three-card sets by their key.
+const std::map<std::uint64_t, std::size_t>& FlopNumbers() {
+  static const std::map<std::uint64_t, std::size_t> numbers = [] {
+    std::map<std::uint64_t, std::size_t> by_key;
+    for (int a = 0; a < 52; ++a) {
+      for (int b = 0; b < a; ++b) {
+        for (int c = 0; c < b; ++c) by_key.emplace(SuitlessKey(CardSet{a, b, c}), 0);
+      }
+    }
+    std::size_t number = 0;
+    for (auto& entry : by_key) entry.second = number++;
+    return by_key;
+  }();
+  return numbers;
+}
+
+constexpr std::size_t kPairs = 1326;
+
+}  // namespace
+
+NextBoards::NextBoards(const CheckedQuestion& question) : cards_(question.next_cards()) {
+  boards_.resize(cards_ == 3 ? FlopNumbers().size() : cards_ == 2 ? kPairs : 52);
+  alike_.resize(boards_.size());
+  CardSet may_come = question.live();
+  for (const Side& side : question.players()) {
+    if (side.range.size() == 1) may_come -= side.range.hands()[0].cards;
+  }
+  const std::vector<int> live(may_come.begin(), may_come.end());
+  const auto add = [&](CardSet next) {
+    const std::size_t number = NumberOf(next);
+    boards_[number] = next;
+    ++alike_[number];
+  };
+  for (std::size_t a = 0; a < live.size(); ++a) {
+    if (cards_ == 1) add({live[a]});
+    for (std::size_t b = 0; cards_ > 1 && b < a; ++b) {
+      if (cards_ == 2) add({live[a], live[b]});
+      for (std::size_t c = 0; cards_ > 2 && c < b; ++c) add({live[a], live[b], live[c]});
+    }
+  }
+}
+
+std::size_t NextBoards::size() const { return boards_.size(); }
+
+std::size_t NextBoards::NumberOf(CardSet next) const {
+  POKERMATH_REQUIRE(next.size() == cards_);
+  if (cards_ == 3) return FlopNumbers().at(SuitlessKey(next));
+  const auto low = static_cast<std::size_t>(*next.begin());
+  if (cards_ == 1) return low;
+  const auto high = static_cast<std::size_t>(*++next.begin());
+  return high * (high - 1) / 2 + low;
+}
+
+SumsLayout::SumsLayout(const CheckedQuestion& question) : players_(question.players().size()) {
+  const Detail& detail = question.asked().detail;
+  size_ = Player(players_);
+  for (const Side& side : question.players()) {
+    hands_.push_back(size_);
+    if (detail.hands) size_ += side.range.size() * kCell;
+  }
+  made_ = size_;
+  if (detail.made) size_ += players_ * kCategories * kCell;
+  next_ = size_;
+  if (detail.next) size_ = NextCases(NextBoards(question).size());
+}
+
+struct Settler::Shares {
+  std::array<int, kMostPlayers> points{};
+  std::array<int, kMostPlayers> low_points{};
+  std::array<bool, kMostPlayers> has_high{}, has_low{};
+  std::size_t high_sharers = 0;
+  std::size_t low_sharers = 0;
+};
+
+Settler::Settler(const CheckedQuestion& question)
+    : rules_(question.rules()),
+      detail_(question.asked().detail),
+      players_(question.players().size()),
+      layout_(question) {}
+
+Settler::Shares Settler::SharesOf(const SettledDeal& deal) const {
+  Shares shares;
+  int best = 0;
+  int best_low = 1;  // so that 0, no low, is not the best
+  for (std::size_t i = 0; i < players_; ++i) {
+    best = std::max(best, deal.worths[i].high);
+    best_low = std::max(best_low, deal.worths[i].low);
+  }
+  for (std::size_t i = 0; i < players_; ++i) {
+    shares.has_high[i] = deal.worths[i].high == best;
+    shares.has_low[i] = deal.worths[i].low == best_low;
+    shares.high_sharers += shares.has_high[i] ? 1 : 0;
+    shares.low_sharers += shares.has_low[i] ? 1 : 0;
+  }
+  const bool some_low = shares.low_sharers > 0;
+  const int high_share = (some_low ? kHalfPot : kPot) / static_cast<int>(shares.high_sharers);
+  const int low_share = some_low ? kHalfPot / static_cast<int>(shares.low_sharers) : 0;
+  for (std::size_t i = 0; i < players_; ++i) {
+    shares.low_points[i] = shares.has_low[i] ? low_share : 0;
+    shares.points[i] = (shares.has_high[i] ? high_share : 0) + shares.low_points[i];
+  }
+  return shares;
+}
+
+void Settler::Add(const SettledDeal& deal, Int128 weight, std::span<Int128> sums) const {
+  AddShares(deal, SharesOf(deal), weight, sums);
+}
+
+void Settler::AddTrial(const SettledDeal& deal, std::span<Int128> sums) const {
+  const Shares shares = SharesOf(deal);
+  AddShares(deal, shares, 1, sums);
+  for (std::size_t i = 0; i < players_; ++i) {
+    sums[layout_.Squares(i)] += shares.points[i] * shares.points[i];
+  }
+}
+
+void Settler::AddSharers(unsigned sharers, std::int64_t times, std::span<Int128> sums) const {
+  const int count = std::popcount(sharers);
+  sums[SumsLayout::kCases] += times;
+  for (std::size_t i = 0; i < players_; ++i) {
+    if ((sharers >> i & 1) == 0) continue;
+    const OutcomePlace total = layout_.Total(i);
+    sums[count == 1 ? total.wins() : total.ties()] += times;
+    sums[total.points()] += kPot / count * times;
+    sums[layout_.Shared(i, static_cast<std::size_t>(count) - 1)] += times;
+  }
+}
+
+void Settler::AddTrials(unsigned sharers, std::int64_t times, std::span<Int128> sums) const {
+  AddSharers(sharers, times, sums);
+  const int points = kPot / std::popcount(sharers);
+  for (std::size_t i = 0; i < players_; ++i) {
+    if ((sharers >> i & 1) != 0) sums[layout_.Squares(i)] += Int128{points} * points * times;
+  }
+}
+
+void Settler::AddShares(const SettledDeal& deal, const Shares& shares, Int128 weight,
+                        std::span<Int128> sums) const {
+  const auto add_outcome = [&](OutcomePlace place, int points) {
+    if (points == 0) return;
+    sums[points == kPot ? place.wins() : place.ties()] += weight;
+    sums[place.points()] += points * weight;
+  };
+  const auto add_cell = [&](std::size_t cases, int points) {
+    sums[cases] += weight;
+    add_outcome(SumsLayout::OutcomeOf(cases), points);
+  };
+  sums[SumsLayout::kCases] += weight;
+  const std::span<const std::size_t> next = std::span(deal.next).first(deal.next_count);
+  for (const std::size_t number : next) sums[layout_.NextCases(number)] += weight;
+  for (std::size_t i = 0; i < players_; ++i) {
+    const int points = shares.points[i];
+    add_outcome(layout_.Total(i), points);
+    sums[layout_.Low(i)] += shares.low_points[i] * weight;
+    if (shares.has_high[i]) sums[layout_.Shared(i, shares.high_sharers - 1)] += weight;
+    if (shares.has_low[i]) sums[layout_.LowShared(i, shares.low_sharers - 1)] += weight;
+    if (detail_.hands) add_cell(layout_.HandCases(i, deal.hands[i]), points);
+    if (detail_.made) {
+      const int category = CategoryOf(rules_, deal.worths[i].high);
+      add_cell(layout_.MadeCases(i, static_cast<std::size_t>(category)), points);
+    }
+    for (const std::size_t number : next) add_outcome(layout_.NextOutcome(number, i), points);
+  }
+}
+
+}  // namespace pokermath

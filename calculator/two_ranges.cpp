@@ -1,0 +1,196 @@
+// Two players with two cards each: two kernels that give a tally for every hand of both.
+//
+// By classes: before the flop and with one or two cards to come, where nothing is dead. By boards:
+// every board that can come, whatever is dead.
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+#include "calculator/choices.h"
+#include "calculator/solvers.h"
+#include "equity/kernels/board_sweep.h"
+#include "equity/kernels/matchup.h"
+#include "equity/kernels/range_matchups.h"
+#include "equity/kernels/runouts.h"
+
+namespace pokermath {
+namespace {
+
+// Whether two hands of two cards are all, and only their totals and hands are asked for.
+bool IsOfTwoRanges(const CheckedQuestion& question) {
+  const Detail& detail = question.asked().detail;
+  return question.rules().hand_size == 2 && question.players().size() == 2 &&
+         question.folded().empty() && !detail.next && !detail.made;
+}
+
+std::vector<WeightedPair> PairsOf(const Side& side) {
+  std::vector<WeightedPair> pairs;
+  pairs.reserve(side.range.size());
+  for (const WeightedHand& hand : side.range.hands()) {
+    auto card = hand.cards.begin();
+    const int low = *card;
+    pairs.push_back({low, *++card, hand.weight / side.unit});
+  }
+  return pairs;
+}
+
+std::vector<int> ListOf(CardSet cards) { return {cards.begin(), cards.end()}; }
+
+// What both kinds of work share: the hands, and how their tallies become sums.
+class TwoRangesWork : public Work {
+ public:
+  Method method() const final { return Method::kExact; }
+
+  void Do(std::int64_t step, std::span<Int128> sums) const final {
+    std::vector<Tally> tallies1(hands1_.size()), tallies2(hands2_.size());
+    Count(step, {tallies1, tallies2});
+    AddHands(0, hands1_, tallies1, sums);
+    AddHands(1, hands2_, tallies2, sums);
+  }
+
+ protected:
+  explicit TwoRangesWork(const QuestionPointer& question)
+      : question_(question),
+        layout_(*question),
+        hands1_(PairsOf(question->players()[0])),
+        hands2_(PairsOf(question->players()[1])) {}
+
+  const CheckedQuestion& question() const { return *question_; }
+  TwoRanges ranges() const { return {hands1_, hands2_}; }
+
+ private:
+  virtual void Count(std::int64_t step, const TwoTallies& tallies) const = 0;
+
+  void AddHands(std::size_t player, std::span<const WeightedPair> hands,
+                std::span<const Tally> tallies, std::span<Int128> sums) const {
+    Int128 wins = 0, ties = 0, cases = 0;
+    for (std::size_t i = 0; i < hands.size(); ++i) {
+      if (tallies[i].cases == 0) continue;
+      const Int128 weight = hands[i].weight;
+      wins += weight * tallies[i].wins;
+      ties += weight * tallies[i].ties;
+      cases += weight * tallies[i].cases;
+      if (!question_->asked().detail.hands) continue;
+      const std::size_t cell = layout_.HandCases(player, i);
+      sums[cell] += weight * tallies[i].cases;
+      AddOutcome(SumsLayout::OutcomeOf(cell), weight * tallies[i].wins, weight * tallies[i].ties,
+                 sums);
+    }
+    AddOutcome(layout_.Total(player), wins, ties, sums);
+    sums[layout_.Shared(player, 0)] += wins;
+    sums[layout_.Shared(player, 1)] += ties;
+    if (player == 0) sums[SumsLayout::kCases] += cases;
+  }
+
+  static void AddOutcome(OutcomePlace place, Int128 wins, Int128 ties, std::span<Int128> sums) {
+    sums[place.wins()] += wins;
+    sums[place.ties()] += ties;
+    sums[place.points()] += kPot * wins + kPot / 2 * ties;
+  }
+
+  QuestionPointer question_;
+  SumsLayout layout_;
+  std::vector<WeightedPair> hands1_, hands2_;
+};
+
+// --- by classes ---
+
+Deck DeckOf(const GameRules& rules) { return rules.IsShortDeck() ? Deck::kShort : Deck::kFull; }
+
+class ClassesWork final : public TwoRangesWork {
+ public:
+  explicit ClassesWork(const QuestionPointer& question)
+      : TwoRangesWork(question), matchups_(CountsOf(*question), ranges()) {}
+
+  const char* name() const override { return "classes of hands"; }
+  std::int64_t steps() const override { return static_cast<std::int64_t>(matchups_.steps()); }
+
+ private:
+  void Count(std::int64_t step, const TwoTallies& tallies) const override {
+    matchups_.Count(static_cast<std::size_t>(step), tallies);
+  }
+
+  const ShowdownCounts& CountsOf(const CheckedQuestion& question) {
+    const Deck deck = DeckOf(question.rules());
+    if (question.board().empty()) {
+      return EmptyBoardCounts(BestIsa(), deck, question.asked().street);
+    }
+    runouts_ =
+        std::make_unique<Runouts>(BestIsa(), deck, ListOf(question.board()), question.street());
+    return *runouts_;
+  }
+
+  std::unique_ptr<const Runouts> runouts_;
+  RangeMatchups matchups_;
+};
+
+// --- by boards ---
+
+constexpr double kStepCost = 4e6;
+
+double CostOfBoard(const CheckedQuestion& question) {
+  const auto hands =
+      static_cast<double>(question.players()[0].range.size() + question.players()[1].range.size());
+  return 60 + 25 * hands;
+}
+
+class BoardsWork final : public TwoRangesWork {
+ public:
+  explicit BoardsWork(const QuestionPointer& question)
+      : TwoRangesWork(question),
+        live_(ListOf(question->live())),
+        boards_(ChoicesOf(static_cast<int>(live_.size()), question->to_come())),
+        boards_a_step_(
+            static_cast<std::int64_t>(std::max(kStepCost / CostOfBoard(*question), 1.0))) {}
+
+  const char* name() const override { return "board by board"; }
+  std::int64_t steps() const override { return (boards_ + boards_a_step_ - 1) / boards_a_step_; }
+
+ private:
+  void Count(std::int64_t step, const TwoTallies& tallies) const override {
+    const std::int64_t first = step * boards_a_step_;
+    const std::int64_t last = std::min(first + boards_a_step_, boards_);
+    Choice choice(first, static_cast<int>(live_.size()), question().to_come());
+    BoardSweep sweep(question().rules(), ranges());
+    for (std::int64_t i = first; i < last; ++i, choice.MoveToNext()) {
+      sweep.Count(question().board() | choice.Of(live_), tallies);
+    }
+  }
+
+  std::vector<int> live_;
+  std::int64_t boards_;
+  std::int64_t boards_a_step_;
+};
+
+}  // namespace
+
+std::optional<double> ClassesCost(const CheckedQuestion& question) {
+  const bool knows_rules = !question.rules().IsShortDeck() || !question.rules().straight_over_trips;
+  const bool knows_board = question.board().empty() || question.board().size() >= 3;
+  if (!IsOfTwoRanges(question) || !knows_rules || !knows_board || !question.dead().empty() ||
+      question.to_come() == 0) {
+    return std::nullopt;
+  }
+  const auto size1 = static_cast<double>(question.players()[0].range.size());
+  const auto size2 = static_cast<double>(question.players()[1].range.size());
+  const auto classes = [](double hands) { return std::min<double>(hands, kRankClasses); };
+  const double of_classes = question.board().empty() ? 1500 : 300;
+  return 1000 + of_classes * classes(size1) * classes(size2) + 4 * size1 * size2;
+}
+
+std::unique_ptr<const Work> StartClasses(const QuestionPointer& question) {
+  return std::make_unique<ClassesWork>(question);
+}
+
+std::optional<double> BoardsCost(const CheckedQuestion& question) {
+  if (!IsOfTwoRanges(question)) return std::nullopt;
+  return static_cast<double>(ChoicesOf(question.live().size(), question.to_come())) *
+         CostOfBoard(question);
+}
+
+std::unique_ptr<const Work> StartBoards(const QuestionPointer& question) {
+  return std::make_unique<BoardsWork>(question);
+}
+
+}  // namespace pokermath

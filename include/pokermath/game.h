@@ -1,0 +1,71 @@
+// The games, and how their rules differ.
+
+#ifndef POKERMATH_GAME_H_
+#define POKERMATH_GAME_H_
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string_view>
+
+#include "pokermath/card_set.h"
+#include "pokermath/export.h"
+
+namespace pokermath {
+
+enum class Game {
+  kHoldem,
+  kShortDeck,           ///< a flush beats a full house, three of a kind a straight
+  kShortDeckStraights,  ///< a flush beats a full house, a straight three of a kind
+  kOmaha,
+  kOmaha5,
+  kOmahaHighLow,
+  kOmaha5HighLow,
+};
+
+/// Up to which board the hands are compared; the value is the number of board cards.
+enum class Street : int { kFlop = 3, kTurn = 4, kRiver = 5 };
+
+struct GameRules {
+  Game game;
+  const char* name;          ///< as FindGame reads it: "omaha-hilo"
+  const char* title;         ///< as a sentence has it: "Omaha Hi/Lo"
+  int hand_size;             ///< hole cards
+  int lowest_rank;           ///< of the deck, 0 = deuce, 4 = six
+  int hole_cards_played;     ///< exactly so many; 0 for any
+  bool high_low;             ///< the best low of eight or below takes half of the pot
+  bool straight_over_trips;  ///< of the short decks
+
+  /// The cards of the deck, 52 or 36.
+  constexpr CardSet Deck() const {
+    CardSet deck;
+    for (int card = 0; card < 52; ++card) {
+      if (card % 13 >= lowest_rank) deck.Add(card);
+    }
+    return deck;
+  }
+  constexpr bool IsShortDeck() const { return lowest_rank > 0; }
+  constexpr bool IsOmaha() const { return hole_cards_played > 0; }
+};
+
+inline constexpr std::array<GameRules, 7> kGames = {{
+    {Game::kHoldem, "holdem", "Texas Hold'em", 2, 0, 0, false, true},
+    {Game::kShortDeck, "shortdeck", "short deck", 2, 4, 0, false, false},
+    {Game::kShortDeckStraights, "shortdeck-straights", "short deck, straight over three of a kind",
+     2, 4, 0, false, true},
+    {Game::kOmaha, "omaha", "Omaha", 4, 0, 2, false, true},
+    {Game::kOmaha5, "omaha5", "five-card Omaha", 5, 0, 2, false, true},
+    {Game::kOmahaHighLow, "omaha-hilo", "Omaha Hi/Lo", 4, 0, 2, true, true},
+    {Game::kOmaha5HighLow, "omaha5-hilo", "five-card Omaha Hi/Lo", 5, 0, 2, true, true},
+}};
+
+constexpr const GameRules& RulesOf(Game game) { return kGames[static_cast<std::size_t>(game)]; }
+
+/// The game of a name; nothing for any other text.
+POKERMATH_EXPORT std::optional<Game> FindGame(std::string_view name);
+/// The names that FindGame reads, with commas between them, as an error lists them.
+POKERMATH_EXPORT std::string_view GameNames();
+
+}  // namespace pokermath
+
+#endif  // POKERMATH_GAME_H_

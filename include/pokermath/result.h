@@ -1,0 +1,56 @@
+// A value, or what kept it from being one.
+
+#ifndef POKERMATH_RESULT_H_
+#define POKERMATH_RESULT_H_
+
+#include <cstddef>
+#include <string>
+#include <utility>
+#include <variant>
+
+namespace pokermath {
+
+enum class ErrorCode {
+  kText,     ///< a text that cannot be read; `position` says where
+  kGame,     ///< something that the game does not have
+  kPlayers,  ///< too few or too many
+  kHand,     ///< a hand of the wrong size, or none
+  kCard,     ///< a card where it cannot be; `card` says which
+  kBoard,    ///< too many cards, or a detail that the board does not allow
+  kBlocked,  ///< the cards leave no deal
+  kLimit,    ///< a limit out of its range
+  kStopped,  ///< the work was not finished
+};
+
+/// What is wrong, in one line for a person and in fields for a program.
+struct Error {
+  ErrorCode code = ErrorCode::kText;
+  std::string text;          ///< one line that names the bad thing and what is expected
+  int player = -1;           ///< 0 for the first one; -1 where it is nobody's
+  int card = -1;             ///< card code; -1 where it is no card
+  std::size_t position = 0;  ///< in a text, in bytes
+};
+
+/// A value or an error; which one has to be looked at first.
+template <typename T>
+class [[nodiscard]] Result {
+ public:
+  Result(T value) : held_(std::move(value)) {}      // NOLINT(google-explicit-constructor)
+  Result(Error error) : held_(std::move(error)) {}  // NOLINT(google-explicit-constructor)
+
+  explicit operator bool() const { return held_.index() == 0; }
+  /// Throws std::bad_variant_access where there is an error, as the others where there is none.
+  const T& value() const& { return std::get<0>(held_); }
+  T&& value() && { return std::get<0>(std::move(held_)); }
+  const T& operator*() const& { return value(); }
+  T&& operator*() && { return std::move(*this).value(); }
+  const T* operator->() const { return &value(); }
+  const Error& error() const { return std::get<1>(held_); }
+
+ private:
+  std::variant<T, Error> held_;
+};
+
+}  // namespace pokermath
+
+#endif  // POKERMATH_RESULT_H_

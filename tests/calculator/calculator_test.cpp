@@ -1,0 +1,610 @@
+#include "pokermath/calculator.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <map>
+#include <numeric>
+
+#include "calculator/solvers.h"
+#include "eval/worth.h"
+#include "pokermath/equity.h"
+#include "tests/calculator/random_question.h"
+#include "tests/eval/oracle.h"
+
+namespace pokermath {
+namespace {
+
+CardSet Cards(std::string_view text) { return CardSet(ParseCards(text).cards); }
+HandRange Hand(std::string_view text, Game game = Game::kHoldem) {
+  return HandRange::Of(game, Cards(text));
+}
+HandRange Holdings(std::string_view text, Game game = Game::kHoldem) {
+  return HandRange(game, ParseRange(text).range);
+}
+
+std::vector<WeightedHand> ListOf(const HandRange& range) {
+  return {range.hands().begin(), range.hands().end()};
+}
+
+// --- the gate ---
+
+struct BadQuestion {
+  const char* what;
+  EquityQuestion question;
+  ErrorCode code;
+  int player;
+  const char* card;  // "" for none
+  const char* text;
+};
+
+TEST(Gate, SaysWhatIsWrongWithAQuestion) {
+  const HandRange ak = Hand("AhKd"), sevens = Hand("7s7c"), every = HandRange::Every(Game::kHoldem);
+  const HandRange pairs = Holdings("AA,KK");
+  const CardSet flop = Cards("2c3d4h");
+  std::vector<HandRange> eleven(11, every);
+  const BadQuestion kBad[] = {
+      {"one player", {.players = {ak}}, ErrorCode::kPlayers, -1, "", "1 player: expected 2 to 10"},
+      {"eleven", {.players = eleven}, ErrorCode::kPlayers, -1, "", "11 players"},
+      {"Omaha hand",
+       {.players = {ak, Hand("AsKsQsJs", Game::kOmaha)}},
+       ErrorCode::kGame,
+       1,
+       "",
+       "player 2: a range of Omaha"},
+      {"three cards",
+       {.players = {Hand("AhKdQc"), ak}},
+       ErrorCode::kHand,
+       0,
+       "",
+       "player 1: a hand of 3 different cards (AhKdQc): expected 2"},
+      {"no hands",
+       {.players = {ak, HandRange(Game::kHoldem)}},
+       ErrorCode::kHand,
+       1,
+       "",
+       "player 2: an empty range"},
+      {"weight",
+       {.players = {ak, HandRange(Game::kHoldem, {{Cards("7s7c"), 10001}})}},
+       ErrorCode::kHand,
+       1,
+       "",
+       "7s7c weighs 10001"},
+      {"card of two",
+       {.players = {ak, Hand("Ah7c")}},
+       ErrorCode::kCard,
+       1,
+       "Ah",
+       "player 2: Ah is in the hand of player 1 already"},
+      {"on the board",
+       {.players = {ak, sevens}, .board = Cards("7c3d4h")},
+       ErrorCode::kCard,
+       1,
+       "7c",
+       "player 2: 7c is on the board already"},
+      {"dead",
+       {.players = {ak, sevens}, .dead = Cards("7c")},
+       ErrorCode::kCard,
+       1,
+       "7c",
+       "player 2: 7c is a dead card"},
+      {"board and dead",
+       {.players = {ak, sevens}, .board = flop, .dead = Cards("4h")},
+       ErrorCode::kCard,
+       -1,
+       "4h",
+       "4h is on the board and dead"},
+      {"board behind the street",
+       {.players = {ak, sevens}, .board = Cards("2c3d4h5s"), .street = Street::kFlop},
+       ErrorCode::kBoard,
+       -1,
+       "",
+       "a board of 4 cards: expected 3"},
+      {"nothing comes",
+       {.players = {ak, sevens}, .board = flop, .street = Street::kFlop, .detail = {.next = true}},
+       ErrorCode::kBoard,
+       -1,
+       "",
+       "nothing comes next"},
+      {"short deck",
+       {.game = Game::kShortDeck, .players = {Hand("Ah5d", Game::kShortDeck), sevens}},
+       ErrorCode::kCard,
+       0,
+       "5d",
+       "player 1: 5d is not in the short deck"},
+      {"blocked range",
+       {.players = {Hand("AhKd"), Holdings("AKs")}, .dead = Cards("AsAcAdKh")},
+       ErrorCode::kBlocked,
+       1,
+       "",
+       "player 2: no combination of the range is left"},
+      {"folded",
+       {.players = {ak, sevens}, .folded = {Hand("7sAc")}},
+       ErrorCode::kCard,
+       -1,
+       "7s",
+       "folded player 1: 7s is in the hand of player 2 already"},
+      {"three times aces",
+       {.players = {Holdings("AA"), Holdings("AA"), Holdings("AA")}},
+       ErrorCode::kBlocked,
+       -1,
+       "",
+       "the ranges leave no deal"},
+      {"too many cards",
+       {.game = Game::kOmaha5,
+        .players = std::vector<HandRange>(10, HandRange::Every(Game::kOmaha5))},
+       ErrorCode::kBlocked,
+       -1,
+       "",
+       "55 cards are needed"},
+      {"no end",
+       {.players = {ak, pairs}, .sampling = {.standard_error = 0}},
+       ErrorCode::kLimit,
+       -1,
+       "",
+       "sampling has no end"},
+  };
+  for (const BadQuestion& bad : kBad) {
+    SCOPED_TRACE(bad.what);
+    const Result<Calculation> plan = Plan(bad.question);
+    ASSERT_FALSE(plan);
+    EXPECT_EQ(plan.error().code, bad.code);
+    EXPECT_EQ(plan.error().player, bad.player);
+    EXPECT_EQ(plan.error().card, *bad.card == 0 ? -1 : *Cards(bad.card).begin());
+    EXPECT_NE(plan.error().text.find(bad.text), std::string::npos) << plan.error().text;
+  }
+}
+
+// --- values ---
+
+TEST(Worth, OfShortDecksFollowsTheirRules) {
+  // Categories of the oracle (9 straight flush .. 1 high card) in each game's own order.
+  constexpr int kPlain[] = {0, 1, 2, 3, 5, 4, 7, 6, 8, 9},
+                kStraights[] = {0, 1, 2, 3, 4, 5, 7, 6, 8, 9};
+  for (const Game game : {Game::kShortDeck, Game::kShortDeckStraights}) {
+    const GameRules& rules = RulesOf(game);
+    const int(&order)[10] = game == Game::kShortDeck ? kPlain : kStraights;
+    const auto strength = [&](const int(&five)[5]) {
+      // The ace is low in A-6-7-8-9 as it is in A-2-3-4-5: four ranks lower, the rules are the
+      // same.
+      int lower[5];
+      for (int i = 0; i < 5; ++i) lower[i] = five[i] % 13 == 12 ? five[i] : five[i] - 4;
+      int value = oracle::Strength(lower);
+      // Ten to ace has its ranks apart then: 6 7 8 9 of the deck of 52 and the ace.
+      bool broadway = true;
+      for (const int card : five) broadway = broadway && card % 13 >= 8;
+      unsigned ranks = 0;
+      for (const int card : five) ranks |= 1u << card % 13;
+      if (broadway && ranks == 0x1F00) {
+        value = (value >> 20 == 6 ? 9 : 5) << 20 | 12 << 16;
+      }
+      return order[value >> 20] << 20 | (value & 0xFFFFF);
+    };
+    std::mt19937 random(11);
+    const CardSet deck_set = rules.Deck();
+    std::vector<int> deck(deck_set.begin(), deck_set.end());
+    const auto draw = [&] {
+      std::shuffle(deck.begin(), deck.end(), random);
+      return deck;
+    };
+    std::map<int, int> by_strength;  // strength to value
+    for (int i = 0; i < 40000; ++i) {
+      const std::vector<int> cards = draw();
+      const auto size = static_cast<std::size_t>(5 + i % 3);
+      const auto hand = std::span(cards).first(2), board = std::span(cards).subspan(2, size - 2);
+      const int best = oracle::BestStrength(std::span(cards).first(size), strength);
+      const int value = WorthOf(rules, hand, board).high;
+      const auto [known, is_new] = by_strength.emplace(best, value);
+      ASSERT_EQ(known->second, value) << rules.name << " " << i;
+      ASSERT_EQ(CategoryOf(rules, value) == 10 ? 9 : CategoryOf(rules, value), best >> 20);
+    }
+    int last = 0;
+    for (const auto& [strength_of, value] : by_strength) {
+      ASSERT_GT(value, last);
+      last = value;
+    }
+    EXPECT_GT(by_strength.size(), 1000u);
+  }
+}
+
+// --- counting ---
+
+// Every deal by itself: all hands of all players, then all boards. In shares of 5,040.
+struct BruteForce {
+  explicit BruteForce(const EquityQuestion& of_question) : question(of_question) {
+    wins.resize(question.players.size());
+    points = low_points = wins;
+    Deal(0, question.board | question.dead, 1);
+  }
+
+  void Deal(std::size_t seat, CardSet taken, double weight) {
+    const std::size_t players = question.players.size();
+    if (seat == players + question.folded.size()) {
+      return Board(question.board, taken, 51, weight);
+    }
+    const HandRange& range =
+        seat < players ? question.players[seat] : question.folded[seat - players];
+    for (const WeightedHand& hand : range.hands()) {
+      if (hand.cards.Meets(taken)) continue;
+      if (seat < players) hands[seat] = hand.cards;
+      Deal(seat + 1, taken | hand.cards, weight * hand.weight / kWholeWeight);
+    }
+  }
+
+  void Board(CardSet board, CardSet taken, int highest, double weight) {
+    if (board.size() == static_cast<int>(question.street)) return Settle(board, weight);
+    for (int card = highest; card >= 0; --card) {
+      if (taken.Contains(card) || !RulesOf(question.game).Deck().Contains(card)) continue;
+      Board(board | CardSet{card}, taken, card - 1, weight);
+    }
+  }
+
+  void Settle(CardSet board, double weight) {
+    const GameRules& rules = RulesOf(question.game);
+    const std::vector<int> board_cards(board.begin(), board.end());
+    std::vector<Worth> worths;
+    for (std::size_t i = 0; i < wins.size(); ++i) {
+      const std::vector<int> hand(hands[i].begin(), hands[i].end());
+      worths.push_back(WorthOf(rules, hand, board_cards));
+    }
+    const auto count = [&](int Worth::*value) {
+      int best = 0;
+      for (const Worth& worth : worths) best = std::max(best, worth.*value);
+      return std::pair(best, std::ranges::count(worths, best, value));
+    };
+    const auto [high, highs] = count(&Worth::high);
+    const auto [low, lows] = count(&Worth::low);
+    cases += weight;
+    for (std::size_t i = 0; i < wins.size(); ++i) {
+      const double of_low = low > 0 && worths[i].low == low ? 0.5 / static_cast<double>(lows) : 0;
+      const double of_high =
+          worths[i].high == high ? (low > 0 ? 0.5 : 1.0) / static_cast<double>(highs) : 0;
+      points[i] += weight * (of_high + of_low);
+      low_points[i] += weight * of_low;
+      if (of_high + of_low > 0.9999) wins[i] += weight;
+    }
+  }
+
+  const EquityQuestion& question;
+  CardSet hands[kMostPlayers];
+  double cases = 0;
+  std::vector<double> wins, points, low_points;
+};
+
+void ExpectNear(double value, double expected) {
+  EXPECT_NEAR(value, expected, 1e-9 * std::max(1.0, std::abs(expected)));
+}
+
+TEST(Plain, EqualsEveryDealByItself) {
+  RandomQuestions questions(1);
+  int answered = 0;
+  for (int i = 0; i < 300; ++i) {
+    EquityQuestion question = questions.Next();
+    SCOPED_TRACE(Trace(question));
+    question.method = Method::kExact;
+    const Result<EquityAnswer> answer = Calculate(question);
+    const BruteForce brute(question);
+    ASSERT_EQ(static_cast<bool>(answer), brute.cases > 0);
+    if (!answer) continue;
+    ++answered;
+    if (question.folded.empty()) ExpectNear(answer->cases.Value(), brute.cases);
+    for (std::size_t player = 0; player < answer->players.size(); ++player) {
+      const PlayerAnswer& of = answer->players[player];
+      ExpectNear(of.total.equity, brute.points[player] / brute.cases);
+      ExpectNear(of.low, brute.low_points[player] / brute.cases);
+      ExpectNear(of.total.wins.Value() / answer->cases.Value(), brute.wins[player] / brute.cases);
+    }
+  }
+  EXPECT_GT(answered, 100);
+}
+
+// Adds up what an answer has in detail.
+struct Added {
+  double cases = 0, wins = 0, points = 0;
+  void Add(const Outcome& outcome) {
+    cases += outcome.cases.Value();
+    wins += outcome.wins.Value();
+    points += outcome.equity * outcome.cases.Value();
+  }
+};
+
+TEST(Plain, DetailsAddUpToTheTotals) {
+  RandomQuestions questions(2);
+  for (int i = 0; i < 60; ++i) {
+    EquityQuestion question = questions.Next();
+    question.method = Method::kExact;
+    const bool comes = question.board.size() < static_cast<int>(question.street);
+    question.detail = {.hands = true, .next = comes, .made = true};
+    SCOPED_TRACE(Trace(question));
+    const Result<EquityAnswer> answer = Calculate(question);
+    if (!answer) continue;
+    // Of a river, any two cards were the turn; of a flop's turn, one.
+    double ways = 0;
+    for (const NextOutcome& next : answer->next) ways += next.players[0].cases.Value();
+    ways /= answer->cases.Value();
+    for (std::size_t player = 0; player < answer->players.size(); ++player) {
+      const PlayerAnswer& of = answer->players[player];
+      Added hands, made, next;
+      for (const HandOutcome& hand : of.hands) hands.Add(hand.outcome);
+      for (const MadeOutcome& category : of.made) made.Add(category.outcome);
+      for (const NextOutcome& board : answer->next) next.Add(board.players[player]);
+      for (const Added& added : {hands, made}) {
+        ExpectNear(added.cases, answer->cases.Value());
+        ExpectNear(added.wins, of.total.wins.Value());
+        ExpectNear(added.points, of.total.equity * answer->cases.Value());
+      }
+      if (!comes) continue;
+      EXPECT_NEAR(ways, std::round(ways), 1e-9);
+      ExpectNear(next.points, ways * of.total.equity * answer->cases.Value());
+    }
+  }
+}
+
+TEST(Plain, NextBoardsAreThoseOfTheStreet) {
+  EquityQuestion question{.players = {Hand("AhKd"), Hand("7s7c")},
+                          .street = Street::kFlop,
+                          .method = Method::kExact,
+                          .detail = {.next = true}};
+  const Result<EquityAnswer> flops = Calculate(question);
+  ASSERT_TRUE(flops);
+  int alike = 0;
+  for (const NextOutcome& next : flops->next) alike += next.alike;
+  EXPECT_EQ(alike, 48 * 47 * 46 / 6);
+  EXPECT_LE(flops->next.size(), 1755u);
+  // A turn is the question with that card on the board.
+  question.board = Cards("2c7dTh");
+  question.street = Street::kRiver;
+  const Result<EquityAnswer> turns = Calculate(question);
+  ASSERT_TRUE(turns);
+  ASSERT_EQ(turns->next.size(), 45u);
+  const NextOutcome& turn = turns->next[20];
+  question.board |= turn.cards;
+  const Result<EquityAnswer> river = Calculate(question);
+  ASSERT_TRUE(river);
+  EXPECT_EQ(river->players[1].total.wins.units, turn.players[1].wins.units);
+  EXPECT_EQ(river->cases.units, turn.players[1].cases.units);
+}
+
+TEST(Plain, WeightsAreRelativeAndWholeOnesCountCases) {
+  EquityQuestion question{.players = {Holdings("AA"), Holdings("KK,AA")},
+                          .board = Cards("2c7dThJs"),
+                          .method = Method::kExact};
+  const Result<EquityAnswer> whole = Calculate(question);
+  ASSERT_TRUE(whole);
+  EXPECT_TRUE(whole->cases.IsWhole());
+  EXPECT_EQ(whole->cases.units, (36 + 6) * 44);
+  std::vector<WeightedHand> half;
+  for (const WeightedHand& hand : question.players[1].hands()) half.push_back({hand.cards, 5000});
+  question.players[1] = HandRange(Game::kHoldem, half);
+  const Result<EquityAnswer> halved = Calculate(question);
+  ASSERT_TRUE(halved);
+  EXPECT_EQ(halved->cases.Value(), (36 + 6) * 22);
+  EXPECT_EQ(halved->players[0].total.equity, whole->players[0].total.equity);
+}
+
+// Figures of other programs, by counting all boards.
+TEST(PlainSlow, WeighsHoldingsAfterBlockedOnesAreGone) {
+  std::vector<WeightedHand> queens = ListOf(Holdings("22"));
+  for (const WeightedHand& hand : ListOf(Holdings("QQ"))) queens.push_back({hand.cards, 100});
+  const Result<EquityAnswer> aces = Calculate(
+      {.players = {Holdings("AA"), HandRange(Game::kHoldem, queens)}, .method = Method::kExact});
+  ASSERT_TRUE(aces);
+  EXPECT_NEAR(aces->players[0].total.equity, 0.822101, 5e-7);
+  const Result<EquityAnswer> blocked =
+      Calculate({.players = {Holdings("AA,22"), Holdings("AA,KK")}, .method = Method::kExact});
+  ASSERT_TRUE(blocked);
+  EXPECT_NEAR(blocked->players[0].total.equity, 0.398684, 5e-7);
+}
+
+// Compares every solver with plain enumeration on random questions that it knows; how often each
+// one did, by its name.
+std::map<std::string, int> CompareSolvers(std::uint32_t seed, int count) {
+  RandomQuestions questions(seed);
+  std::map<std::string, int> fitted;
+  for (int i = 0; i < count; ++i) {
+    EquityQuestion question = i % 200 == 199 ? questions.NextBeforeTheFlop() : questions.Next();
+    question.detail.hands = questions.Below(2) == 0;
+    SCOPED_TRACE(Trace(question));
+    Result<CheckedQuestion> checked = Check(question);
+    if (!checked) continue;
+    const auto shared = std::make_shared<const CheckedQuestion>(*std::move(checked));
+    const auto sums_of = [&](const Work& work) {
+      std::vector<Int128> sums(SumsLayout(*shared).size());
+      for (std::int64_t step = 0; step < work.steps(); ++step) work.Do(step, sums);
+      return sums;
+    };
+    const std::vector<Int128> plain = sums_of(*StartPlain(shared));
+    for (const Solver& solver : Solvers()) {
+      if (!solver.cost(*shared)) continue;
+      const std::unique_ptr<const Work> work = solver.start(shared);
+      EXPECT_EQ(sums_of(*work), plain) << work->name();
+      ++fitted[work->name()];
+    }
+  }
+  return fitted;
+}
+
+TEST(Solvers, EqualPlainEnumeration) { EXPECT_GT(CompareSolvers(3, 60).size(), 3u); }
+
+TEST(SolversSlow, AllEqualPlainEnumeration) {
+  const std::map<std::string, int> fitted = CompareSolvers(4, 800);
+  EXPECT_EQ(fitted.size(), Solvers().size());
+  for (const auto& [name, times] : fitted) EXPECT_GE(times, 5) << name;
+}
+
+// --- sampling ---
+
+TEST(Sampling, ComesWithinFourStandardErrorsOfTheCount) {
+  RandomQuestions questions(4);
+  int checked = 0;
+  for (int i = 0; i < 300 && checked < 100; ++i) {
+    EquityQuestion question = questions.Next();
+    SCOPED_TRACE(Trace(question));
+    question.method = Method::kExact;
+    const Result<EquityAnswer> exact = Calculate(question);
+    if (!exact) continue;
+    question.method = Method::kSampled;
+    question.sampling = {.standard_error = 0, .trials = 20000};
+    const Result<EquityAnswer> sampled = Calculate(question);
+    ASSERT_TRUE(sampled);
+    ++checked;
+    for (std::size_t player = 0; player < exact->players.size(); ++player) {
+      const PlayerAnswer& of = sampled->players[player];
+      EXPECT_NEAR(of.total.equity, exact->players[player].total.equity,
+                  4 * *of.standard_error + 1e-4);
+      EXPECT_NEAR(of.low, exact->players[player].low, 4 * *of.standard_error + 0.02);
+    }
+  }
+  EXPECT_EQ(checked, 100);
+}
+
+// That what is drawn as often as expected does not stray from it further than chance lets it.
+void ExpectFrequencies(std::span<const double> drawn, std::span<const double> weights) {
+  const double trials = std::reduce(drawn.begin(), drawn.end());
+  const double all = std::reduce(weights.begin(), weights.end());
+  double chi_square = 0;
+  for (std::size_t i = 0; i < drawn.size(); ++i) {
+    const double expected = trials * weights[i] / all;
+    ASSERT_GT(expected, 5);
+    chi_square += (drawn[i] - expected) * (drawn[i] - expected) / expected;
+  }
+  const double freedom = static_cast<double>(drawn.size()) - 1;
+  EXPECT_LT(chi_square, freedom + 4 * std::sqrt(2 * freedom));
+  EXPECT_GT(chi_square, freedom - 4 * std::sqrt(2 * freedom));
+}
+
+TEST(Sampling, DrawsHandsAndBoardsAsOftenAsTheirWeightsSay) {
+  std::vector<WeightedHand> weighted;
+  for (const WeightedHand& hand : ListOf(Holdings("TT+,AKs,AQo"))) {
+    weighted.push_back({hand.cards, 500 + 700 * static_cast<int>(weighted.size() % 9)});
+  }
+  // Ranges that clash, one that folded, one who holds anything.
+  EquityQuestion question{.players = {HandRange(Game::kHoldem, weighted), Holdings("QQ+,AK"),
+                                      HandRange::Every(Game::kHoldem)},
+                          .folded = {Holdings("AQs,JJ")},
+                          .board = Cards("2cTd3h"),
+                          .street = Street::kTurn,
+                          .method = Method::kSampled,
+                          .detail = {.hands = true, .next = true},
+                          .sampling = {.standard_error = 0, .trials = 1 << 20}};
+  const Result<EquityAnswer> sampled = Calculate(question);
+  ASSERT_TRUE(sampled);
+  // On the flop itself all deals can be counted.
+  question.street = Street::kFlop;
+  question.detail.next = false;
+  question.method = Method::kExact;
+  const Result<EquityAnswer> exact = Calculate(question);
+  ASSERT_TRUE(exact);
+  for (std::size_t player = 0; player < 3; ++player) {
+    SCOPED_TRACE(player);
+    std::vector<double> drawn, weights;
+    const auto& hands = sampled->players[player].hands;
+    ASSERT_EQ(hands.size(), exact->players[player].hands.size());
+    for (std::size_t i = 0; i < hands.size(); ++i) {
+      drawn.push_back(hands[i].outcome.cases.Value());
+      weights.push_back(exact->players[player].hands[i].outcome.cases.Value());
+    }
+    ExpectFrequencies(drawn, weights);
+  }
+}
+
+TEST(Sampling, DealsBoardsUniformly) {
+  for (const Game game : {Game::kHoldem, Game::kShortDeck}) {
+    const Result<EquityAnswer> sampled =
+        Calculate({.game = game,
+                   .players = {Hand("AhKd", game), HandRange::Every(game)},
+                   .dead = Cards("9c"),
+                   .method = Method::kSampled,
+                   .detail = {.next = true},
+                   .sampling = {.standard_error = 0, .trials = 1 << 18}});
+    ASSERT_TRUE(sampled);
+    std::vector<double> drawn, weights;
+    for (const NextOutcome& next : sampled->next) {
+      drawn.push_back(next.players[0].cases.Value());
+      weights.push_back(next.alike);
+    }
+    ExpectFrequencies(drawn, weights);
+  }
+}
+
+TEST(Sampling, EndsAtItsStandardErrorOrTrials) {
+  EquityQuestion question{.players = {Hand("AhKd"), Hand("7s7c")},
+                          .method = Method::kSampled,
+                          .sampling = {.standard_error = 0.002}};
+  const Result<EquityAnswer> rough = Calculate(question);
+  ASSERT_TRUE(rough);
+  EXPECT_LE(*rough->players[0].standard_error, 0.002);
+  EXPECT_GT(*rough->players[0].standard_error, 0.001);
+  EXPECT_NEAR(rough->players[0].total.equity,
+              HoldemHandVsHand(std::array{38, 24}, std::array{44, 5}).Equity(), 0.008);
+  question.sampling = {.standard_error = 0, .trials = 5001};
+  const Result<EquityAnswer> trials = Calculate(question);
+  ASSERT_TRUE(trials);
+  EXPECT_EQ(trials->cases.units, 5001);
+}
+
+// --- steps ---
+
+TEST(Calculation, StepsInAnyOrderAndPartsGiveTheSameBytes) {
+  for (const Method method : {Method::kExact, Method::kSampled}) {
+    const Result<Calculation> plan =
+        Plan({.players = {Holdings("TT+,AK"), Holdings("99+"), Holdings("AQs+,KQs")},
+              .board = Cards("2c7dTh"),
+              .street = Street::kTurn,
+              .method = method,
+              .detail = {.hands = true, .made = true},
+              .sampling = {.standard_error = 0, .trials = 30000}});
+    ASSERT_TRUE(plan);
+    ASSERT_GT(plan->steps(), 3);
+    Sums whole = plan->NewSums();
+    plan->Do(0, plan->steps(), whole);
+    EXPECT_TRUE(plan->Enough(plan->steps(), whole));
+    // From behind, each step to sums of its own, through bytes.
+    Sums parts = plan->NewSums();
+    for (std::int64_t step = plan->steps(); step-- > 0;) {
+      Sums part = plan->NewSums();
+      plan->Do(step, step + 1, part);
+      parts.Add(plan->ReadSums(part.Bytes()).value());
+    }
+    EXPECT_EQ(parts.Bytes(), whole.Bytes());
+    EXPECT_FALSE(plan->ReadSums(whole.Bytes() + "x"));
+  }
+}
+
+TEST(Calculation, AStoppedCountIsNoNumberAndAStoppedSampleIsOne) {
+  EquityQuestion question{.players = {Holdings("TT+"), Holdings("99+")},
+                          .board = Cards("2c7dTh"),
+                          .method = Method::kExact};
+  const auto stop = [](std::int64_t done, std::int64_t) { return done < 1; };
+  const Result<EquityAnswer> count = Calculate(question, stop);
+  ASSERT_FALSE(count);
+  EXPECT_EQ(count.error().code, ErrorCode::kStopped);
+  EXPECT_NE(count.error().text.find("stopped after 1 of "), std::string::npos);
+  question.method = Method::kSampled;
+  const Result<EquityAnswer> sample = Calculate(question, stop);
+  ASSERT_TRUE(sample);
+  EXPECT_EQ(sample->cases.units, 4096);
+}
+
+TEST(Calculation, AutoCountsWhatIsLittleWorkAndSamplesTheRest) {
+  EquityQuestion question{.players = {Hand("AhKd"), HandRange::Every(Game::kHoldem)},
+                          .board = Cards("2c7dTh")};
+  const Result<Calculation> little = Plan(question);
+  ASSERT_TRUE(little);
+  EXPECT_EQ(little->method(), Method::kExact);
+  question.players.assign(4, HandRange::Every(Game::kHoldem));
+  const Result<Calculation> much = Plan(question);
+  ASSERT_TRUE(much);
+  EXPECT_EQ(much->method(), Method::kSampled);
+  // Sums of ten players with fine weights would not fit.
+  std::vector<WeightedHand> fine;
+  for (const WeightedHand& hand : ListOf(HandRange::Every(Game::kHoldem))) {
+    fine.push_back({hand.cards, 9999 - static_cast<int>(fine.size() % 2)});
+  }
+  question = {.players = std::vector<HandRange>(10, HandRange(Game::kHoldem, fine)),
+              .method = Method::kExact};
+  EXPECT_FALSE(Plan(question));
+}
+
+}  // namespace
+}  // namespace pokermath

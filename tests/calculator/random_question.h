@@ -1,0 +1,120 @@
+// Random questions of every kind, small enough to be counted plainly.
+
+#ifndef POKERMATH_TESTS_CALCULATOR_RANDOM_QUESTION_H_
+#define POKERMATH_TESTS_CALCULATOR_RANDOM_QUESTION_H_
+
+#include <algorithm>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "pokermath/calculator.h"
+#include "pokermath/cards.h"
+
+namespace pokermath {
+
+class RandomQuestions {
+ public:
+  explicit RandomQuestions(std::uint32_t seed) : random_(seed) {}
+
+  // 2 to 5 players with ranges of a few hands, which clash often; sometimes one may hold anything.
+  EquityQuestion Next() {
+    EquityQuestion question;
+    question.game = kGames[Below(kGames.size())].game;
+    const GameRules& rules = RulesOf(question.game);
+    const CardSet deck = rules.Deck();
+    deck_.assign(deck.begin(), deck.end());
+    std::shuffle(deck_.begin(), deck_.end(), random_);
+    question.street = static_cast<Street>(3 + Below(3));
+    const auto street = static_cast<std::size_t>(question.street);
+    // A board to which two cards come, or the flop itself.
+    std::size_t known = std::max<std::size_t>(street - Below(3), 3);
+    if (question.street == Street::kFlop && Below(4) == 0) known = Below(3);
+    question.board = CardSet(std::span(deck_).first(known));
+    if (Below(2) == 0) question.dead = CardSet(std::span(deck_).subspan(known, Below(4)));
+    const std::size_t players = Below(2) == 0 ? 2 : 2 + Below(4);
+    for (std::size_t i = 0; i < players; ++i) question.players.push_back(Range(question.game));
+    for (std::size_t i = Below(3); i > 1; --i) question.folded.push_back(Range(question.game));
+    if (players == 2 && rules.hand_size == 2 && street - known < 2 && Below(2) == 0) {
+      question.players[Below(2)] = HandRange::Every(question.game);
+    }
+    if (Below(4) == 0) {
+      for (HandRange& range : question.players) {
+        range = HandRange::Of(question.game, HandOf(rules));
+      }
+    }
+    if (players == 2 && rules.IsOmaha() && rules.hand_size == 4 && street == known &&
+        Below(3) == 0) {
+      question.players = {HandRange::Of(question.game, HandOf(rules)),
+                          HandRange::Every(question.game)};
+      std::rotate(question.players.begin(),
+                  question.players.begin() + static_cast<std::ptrdiff_t>(Below(2)),
+                  question.players.end());
+    }
+    question.seed = random_();
+    return question;
+  }
+
+  // Two players with a few hands on an empty board, which is much to count.
+  EquityQuestion NextBeforeTheFlop() {
+    EquityQuestion question = Next();
+    question.board = {};
+    question.players.resize(2, question.players[0]);
+    for (HandRange& range : question.players) range = Range(question.game);
+    question.folded.clear();
+    return question;
+  }
+
+  std::size_t Below(std::size_t limit) { return random_() % limit; }
+
+ private:
+  CardSet HandOf(const GameRules& rules) {
+    std::vector<int> cards(deck_.begin() + 3, deck_.end());
+    std::shuffle(cards.begin(), cards.end(), random_);
+    return CardSet(std::span(cards).first(static_cast<std::size_t>(rules.hand_size)));
+  }
+
+  // Of cards that the last ranges are of, too, but seldom of the board.
+  HandRange Range(Game game) {
+    std::vector<WeightedHand> hands;
+    const std::size_t count = Below(3) == 0 ? 1 : 1 + Below(4);
+    const bool weighted = Below(2) == 0;
+    for (std::size_t i = 0; i < count; ++i) {
+      const int weight = weighted ? 1 + static_cast<int>(Below(kWholeWeight)) : kWholeWeight;
+      hands.push_back({HandOf(RulesOf(game)), weight});
+    }
+    return HandRange(game, std::move(hands));
+  }
+
+  std::mt19937 random_;
+  std::vector<int> deck_;
+};
+
+// As a failed test shows it.
+inline std::string Trace(const EquityQuestion& question) {
+  const auto names = [](CardSet cards) {
+    std::string text;
+    for (const int card : cards) text += CardName(card);
+    return text;
+  };
+  std::string text = RulesOf(question.game).name;
+  text += " board " + names(question.board) + " dead " + names(question.dead) + " street " +
+          std::to_string(static_cast<int>(question.street));
+  for (const auto* ranges : {&question.players, &question.folded}) {
+    text += ranges == &question.players ? " players" : " folded";
+    for (const HandRange& range : *ranges) {
+      text += " {";
+      if (range.IsEvery()) text += "every";
+      for (std::size_t i = 0; !range.IsEvery() && i < range.size(); ++i) {
+        const WeightedHand& hand = range.hands()[i];
+        text += names(hand.cards) + ":" + std::to_string(hand.weight) + " ";
+      }
+      text += "}";
+    }
+  }
+  return text;
+}
+
+}  // namespace pokermath
+
+#endif  // POKERMATH_TESTS_CALCULATOR_RANDOM_QUESTION_H_
