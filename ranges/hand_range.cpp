@@ -17,7 +17,9 @@ namespace {
 
 std::size_t Choose(int n, int k) {
   std::size_t ways = 1;
-  for (int i = 0; i < k; ++i) ways = ways * static_cast<std::size_t>(n - i) / (i + 1u);
+  for (int i = 0; i < k; ++i) {
+    ways = ways * static_cast<std::size_t>(n - i) / static_cast<std::size_t>(i + 1);
+  }
   return n < k ? 0 : ways;
 }
 
