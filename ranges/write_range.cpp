@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <iterator>
 #include <map>
 #include <utility>
 
@@ -39,6 +40,18 @@ void AddPiece(std::string& text, const std::string& piece) {
   text += piece;
 }
 
+// What text can say: hands of the game with weights that there are.
+std::vector<WeightedHand> HandsOf(const HandRange& range) {
+  const GameRules& rules = RulesOf(range.game());
+  const CardSet deck = rules.Deck();
+  std::vector<WeightedHand> hands;
+  std::ranges::copy_if(range.hands(), std::back_inserter(hands), [&](const WeightedHand& hand) {
+    return hand.cards.size() == rules.hand_size && (hand.cards - deck).empty() && hand.weight > 0 &&
+           hand.weight <= kWholeWeight;
+  });
+  return hands;
+}
+
 // All hands but those with dead cards.
 std::string TextOfEvery(const HandRange& range) {
   std::string text = "random";
@@ -50,6 +63,7 @@ std::string TextOfEvery(const HandRange& range) {
 
 std::string TwoCardText(const HandRange& range) {
   if (range.IsEvery()) return TextOfEvery(range);
+  const std::vector<WeightedHand> hands = HandsOf(range);
   using ByCell = std::array<int, kHandClasses>;
   const auto cell_of = [](const WeightedHand& hand) {
     const int low = *hand.cards.begin();
@@ -57,18 +71,18 @@ std::string TwoCardText(const HandRange& range) {
   };
   // The weight of a cell is that of all its holdings, if they have the same.
   ByCell weights{}, counts{};
-  for (const WeightedHand& hand : range.hands()) {
+  for (const WeightedHand& hand : hands) {
     const std::size_t cell = cell_of(hand);
     weights[cell] = hand.weight;
     ++counts[cell];
   }
-  for (const WeightedHand& hand : range.hands()) {
+  for (const WeightedHand& hand : hands) {
     const std::size_t cell = cell_of(hand);
     const bool whole = counts[cell] == HoldingsIn(static_cast<int>(cell));
     if (!whole || weights[cell] != hand.weight) weights[cell] = 0;
   }
   std::map<std::size_t, std::string> holdings;
-  for (const WeightedHand& hand : range.hands()) {
+  for (const WeightedHand& hand : hands) {
     const std::size_t cell = cell_of(hand);
     if (weights[cell] != 0) continue;
     std::string piece = HandText(hand.cards);
@@ -86,7 +100,7 @@ class OmahaText {
   static std::string Of(const HandRange& range) {
     if (range.IsEvery()) return PatternText(Every(range.EveryOf()));
     OmahaText text;
-    for (const WeightedHand& hand : range.hands()) text.lists_[hand.weight].push_back(hand.cards);
+    for (const auto& [hand, weight] : HandsOf(range)) text.lists_[weight].push_back(hand);
     return text.Write();
   }
 
@@ -110,10 +124,11 @@ class OmahaText {
     std::vector<std::size_t> sizes;
     for (const auto& [weight, hands] : lists_) sizes.push_back(hands.size());
     std::ranges::sort(sizes, std::greater());
+    const std::size_t listed = sizes.size() > kMostPatternLists<cards>
+                                   ? sizes[kMostPatternLists<cards>]
+                                   : 1;  // a single hand is what it is
     for (const auto& [weight, hands] : lists_) {
-      const bool with_patterns = sizes.size() <= kMostPatternLists<cards> ||
-                                 hands.size() > sizes[kMostPatternLists<cards>];
-      AddList(weight, with_patterns ? PatternText(SetOf(hands)) : ListText(hands));
+      AddList(weight, hands.size() > listed ? PatternText(SetOf(hands)) : ListText(hands));
     }
     return text_;
   }

@@ -275,6 +275,12 @@ TEST(WeightedText, GroupsWhatHasOneWeight) {
   }
   EXPECT_EQ(written(kHoldem, "AK@12.34"), "AKs:0.1234,AKo:0.1234");
   EXPECT_EQ(written(kShort, "A*:0.5,66"), "AA:0.5,66,A6s+:0.5,A6o+:0.5");
+  EXPECT_EQ(
+      RangeText(HandRange(kShort, {{{51}}, {{0, 1}}, {{49, 50, 51}}, {{50, 51}, 0}, {{4, 5}}})),
+      "7c6c")
+      << "what the game has";
+  EXPECT_EQ(RangeText(HandRange(kOmaha, {{{0, 1, 2, 3, 4}, 5000}, {{0, 1, 2, 3}, 5000}})),
+            "5c4c3c2c@50");
   EXPECT_EQ(RangeText(HandRange::Every(kShort).Without({51, 4})), "random!6cXx!AsXx");
   for (const char* text :
        {"", "random", "random@50", "AAxx@12.34", "AAxx:ds,KKxx@50", "10%,10%-20%@50,20%-30%@0.01",
@@ -343,7 +349,7 @@ TEST(WeightedTextSlow, EveryWrittenRangeOfOmahaReadsBack) {
     const HandRange listed = Read(game, text).range;
     std::vector<WeightedHand> hands(listed.hands().begin(), listed.hands().end());
     for (WeightedHand& hand : hands) {
-      const auto odds = trial % 4 == 0 ? 2 : 1000;
+      const auto odds = trial % 4 == 0 ? 2U : 1000U;
       if (trial % 2 == 0 && random() % odds == 0) {
         hand.weight = 1 + static_cast<int>(random() % (trial % 4 == 0 ? 10'000 : 20));
       }
