@@ -275,6 +275,9 @@ int RunEval(const EvalWords& words) {
     throw UsageError("--game '" + words.game +
                      "' is not for eval: omaha and omaha5 show the high hand");
   }
+  if (game == Game::kShortDeckStraights) {
+    throw UsageError("--game '" + words.game + "' is not for eval: shortdeck is");
+  }
   if (IsOmaha(game)) {
     if (words.versus) throw UsageError("--versus is for holdem and shortdeck");
     if (!words.board) throw UsageError("--board is needed: an Omaha hand plays three cards of it");
@@ -289,7 +292,7 @@ int RunEval(const EvalWords& words) {
   }
   if (words.versus) return RunVersus(words);
   if (lines) {
-    return AnswerLines(json, [json, short_deck](std::string_view line, std::string& out) {
+    return AnswerLines({.json = json}, [json, short_deck](std::string_view line, std::string& out) {
       const EvalAnswer answer = Evaluate(short_deck, ReadHand(line));
       if (json) {
         out += JsonLine(ToJson(answer));

@@ -6,36 +6,10 @@
 
 namespace pokermath::cli {
 
-namespace {
-
-struct GameNames {
-  Game game;
-  const char* name;
-  const char* title;
-};
-constexpr GameNames kGames[] = {{Game::kHoldem, "holdem", "Texas Hold'em"},
-                                {Game::kShortDeck, "shortdeck", "short deck"},
-                                {Game::kOmaha, "omaha", "Omaha"},
-                                {Game::kOmaha5, "omaha5", "five-card Omaha"},
-                                {Game::kOmahaHighLow, "omaha-hilo", "Omaha Hi/Lo"},
-                                {Game::kOmaha5HighLow, "omaha5-hilo", "five-card Omaha Hi/Lo"}};
-
-const GameNames& NamesOf(Game game) { return kGames[static_cast<std::size_t>(game)]; }
-
-}  // namespace
-
 Game ReadGame(const std::string& name) {
-  for (const GameNames& names : kGames) {
-    if (names.name == name) return names.game;
-  }
-  std::string known;
-  for (const GameNames& names : kGames)
-    known += (known.empty() ? "" : ", ") + std::string(names.name);
-  throw UsageError("--game " + Quoted(name) + " is not known: " + known);
+  if (const std::optional<Game> game = FindGame(name)) return *game;
+  throw UsageError("--game " + Quoted(name) + " is not known: " + std::string(GameNames()));
 }
-
-const char* NameOf(Game game) { return NamesOf(game).name; }
-const char* TitleOf(Game game) { return NamesOf(game).title; }
 
 bool IsShortDeck(const std::string& game) {
   if (game == "shortdeck") return true;

@@ -7,28 +7,21 @@
 #include <span>
 #include <string>
 
+#include "pokermath/game.h"
+
 namespace pokermath::cli {
 
-enum class Game { kHoldem, kShortDeck, kOmaha, kOmaha5, kOmahaHighLow, kOmaha5HighLow };
-
-/// Throws UsageError unless the name is "holdem", "shortdeck", "omaha", "omaha5", "omaha-hilo" or
-/// "omaha5-hilo".
+/// Throws UsageError for the name of no game.
 Game ReadGame(const std::string& name);
 /// The name that ReadGame reads.
-const char* NameOf(Game game);
+inline const char* NameOf(Game game) { return RulesOf(game).name; }
 /// "Texas Hold'em", "five-card Omaha".
-const char* TitleOf(Game game);
+inline const char* TitleOf(Game game) { return RulesOf(game).title; }
 
-constexpr bool IsHighLow(Game game) {
-  return game == Game::kOmahaHighLow || game == Game::kOmaha5HighLow;
-}
-constexpr bool IsOmaha(Game game) {
-  return game == Game::kOmaha || game == Game::kOmaha5 || IsHighLow(game);
-}
+inline bool IsHighLow(Game game) { return RulesOf(game).high_low; }
+inline bool IsOmaha(Game game) { return RulesOf(game).IsOmaha(); }
 /// Hole cards.
-constexpr std::size_t HandSize(Game game) {
-  return !IsOmaha(game) ? 2 : game == Game::kOmaha || game == Game::kOmahaHighLow ? 4 : 5;
-}
+inline std::size_t HandSize(Game game) { return static_cast<std::size_t>(RulesOf(game).hand_size); }
 
 /// Whether a game is the short deck; throws UsageError unless it is "holdem" or "shortdeck".
 bool IsShortDeck(const std::string& game);

@@ -90,10 +90,11 @@ class LineReader {
   std::size_t end_ = 0;
 };
 
-void AppendError(bool json, std::int64_t line_number, const std::string& error, std::string& out) {
+void AppendError(const LineForm& form, std::int64_t line_number, const std::string& error,
+                 std::string& out) {
   PrintError(fmt::format("line {}: {}", line_number, error));
-  if (json) {
-    out += JsonLine({{"schema", kJsonSchema}, {"line", line_number}, {"error", error}});
+  if (form.json) {
+    out += JsonLine({{"schema", form.schema}, {"line", line_number}, {"error", error}});
   } else {
     out += "error: " + error + "\n";
   }
@@ -106,7 +107,7 @@ bool HasQuestion(std::string_view line) {
 
 }  // namespace
 
-int AnswerLines(bool json, const AnswerLine& answer) {
+int AnswerLines(const LineForm& form, const AnswerLine& answer) {
   std::string out;
   const auto flush = [&out] {
     Print(out);
@@ -126,7 +127,7 @@ int AnswerLines(bool json, const AnswerLine& answer) {
       answer(line, out);
     } catch (const UsageError& error) {
       exit_code = kExitFailed;
-      AppendError(json, number, error.what(), out);
+      AppendError(form, number, error.what(), out);
     }
     if (out.size() >= kBufferBytes) flush();
   }

@@ -7,17 +7,25 @@
 #include <string>
 #include <string_view>
 
+#include "cli/output.h"
+
 namespace pokermath::cli {
 
 /// Appends the answer to `line`, a line end included, to `out`; throws UsageError for a line that
 /// is no question.
 using AnswerLine = std::function<void(std::string_view line, std::string& out)>;
 
+/// What answers have in common.
+struct LineForm {
+  bool json = false;
+  int schema = kJsonSchema;  ///< of errors in JSON
+};
+
 /// Answers line by line until the input ends. Empty lines and lines that start with '#' have no
 /// answer; a bad line has an error in the place of its answer and on standard error. Answers leave
 /// the program whenever it waits for more questions.
 /// @return the exit code: 1 if any line was bad
-int AnswerLines(bool json, const AnswerLine& answer);
+int AnswerLines(const LineForm& form, const AnswerLine& answer);
 
 }  // namespace pokermath::cli
 

@@ -133,7 +133,7 @@ refuses 2 "'Th' has 1 card: a board has 3 to 5" eval AhKhQsJs --board Th --game 
 refuses 2 "Ah is given twice" eval AhKhQsJs --board Th9hAh --game omaha
 refuses 2 "--board is needed" eval AhKhQsJs --game omaha
 refuses 2 "--versus is for holdem" eval AhKhQsJs --board Th9h2h --game omaha --versus AcKc
-refuses 2 "--game 'stud' is not known: holdem, shortdeck, omaha, omaha5, omaha-hilo, omaha5-hilo" eval AhKhQhJhTh --game stud
+refuses 2 "--game 'stud' is not known: holdem, shortdeck, shortdeck-straights, omaha, omaha5, omaha-hilo, omaha5-hilo" eval AhKhQhJhTh --game stud
 refuses 2 "'2c7d' has 2 cards: a board has 3 to 5" eval AhKd --versus QcJs --board 2c7d
 refuses 2 "'Ah' has 1 card: with --versus a hand has 2" eval AhKd --versus Ah
 refuses 2 "Ah is given twice" eval AhKd --versus Ah2c

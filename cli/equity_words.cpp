@@ -1,0 +1,217 @@
+#include "cli/equity_words.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+
+#include "cli/card_words.h"
+#include "cli/errors.h"
+#include "cli/game.h"
+#include "cli/player_words.h"
+#include "pokermath/cards.h"
+
+namespace pokermath::cli {
+namespace {
+
+constexpr std::string_view kBlanks = " \t\r";
+constexpr std::int64_t kMostTrials = 1'000'000'000'000;
+
+// Cuts the next word off the front of a text; empty at its end.
+std::string_view NextWord(std::string_view& text) {
+  text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+  const std::string_view word = text.substr(0, text.find_first_of(kBlanks));
+  text.remove_prefix(word.size());
+  return word;
+}
+
+struct NamedOption {
+  std::string_view name;
+  std::optional<std::string> EquityWords::*option;
+};
+constexpr NamedOption kOptions[] = {{"--game", &EquityWords::game},
+                                    {"--board", &EquityWords::board},
+                                    {"--dead", &EquityWords::dead},
+                                    {"--to", &EquityWords::to},
+                                    {"--standard-error", &EquityWords::standard_error},
+                                    {"--trials", &EquityWords::trials},
+                                    {"--time-ms", &EquityWords::time_ms},
+                                    {"--seed", &EquityWords::seed}};
+constexpr std::string_view kFolded = "--folded";  // the one that may be there more than once
+
+struct NamedFlag {
+  std::string_view name;
+  bool EquityWords::*flag;
+};
+constexpr NamedFlag kFlags[] = {{"--exact", &EquityWords::exact},
+                                {"--sampled", &EquityWords::sampled}};
+
+[[noreturn]] void RefuseOption(std::string_view name) {
+  if (name == "--players") {
+    throw UsageError("--players is no option: write 'random' once for each opponent");
+  }
+  std::string accepted;
+  for (const NamedOption& known : kOptions) accepted += std::string(known.name) + ", ";
+  throw UsageError(fmt::format("{} is not an option of a question: {}--folded, --exact, --sampled",
+                               Quoted(name), accepted));
+}
+
+// Sets a flag of that name; false if it is none.
+bool SetFlag(std::string_view word, EquityWords& words) {
+  for (const NamedFlag& known : kFlags) {
+    if (word == known.name) return words.*known.flag = true;
+    if (word.starts_with(known.name) && word[known.name.size()] == '=') {
+      throw UsageError(std::string(known.name) + " has no value");
+    }
+  }
+  return false;
+}
+
+void SetOption(std::string_view name, std::string_view value, EquityWords& words) {
+  if (value.empty()) throw UsageError(std::string(name) + " needs a value");
+  if (name == kFolded) {
+    words.folded.emplace_back(value);
+    return;
+  }
+  const auto known = std::ranges::find(kOptions, name, &NamedOption::name);
+  std::optional<std::string>& option = words.*known->option;
+  if (option) throw UsageError(std::string(name) + " is given twice");
+  option = value;
+}
+
+Street ReadStreet(std::string_view text) {
+  if (text == "flop") return Street::kFlop;
+  if (text == "turn") return Street::kTurn;
+  if (text == "river") return Street::kRiver;
+  throw UsageError("--to " + Quoted(text) + " is not known: flop, turn or river");
+}
+
+template <typename Number>
+Number ReadNumber(std::string_view option, std::string_view text, Number low, Number high) {
+  Number number{};
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc{} || end != text.data() + text.size() || number < low || number > high) {
+    throw UsageError(fmt::format("{} {} is not accepted: a whole number from {} to {}", option,
+                                 Quoted(text), low, high));
+  }
+  return number;
+}
+
+// A share of the pot, or with its sign a percentage.
+double ReadStandardError(std::string_view text) {
+  const bool percent = text.ends_with('%');
+  const std::string_view digits = text.substr(0, text.size() - (percent ? 1 : 0));
+  double error = 0;
+  const auto [end, code] = std::from_chars(digits.data(), digits.data() + digits.size(), error);
+  if (percent) error /= 100;
+  if (code != std::errc{} || end != digits.data() + digits.size() || !(error > 0 && error <= 1)) {
+    throw UsageError("--standard-error " + Quoted(text) +
+                     " is not accepted: a share of the pot, like 0.0005 or 0.05%");
+  }
+  return error;
+}
+
+void ReadMethod(const EquityWords& words, EquityQuestion& question) {
+  if (words.exact && words.sampled) throw UsageError("--exact does not go with --sampled");
+  if (words.exact) question.method = Method::kExact;
+  if (words.sampled) question.method = Method::kSampled;
+}
+
+// Trials and time are ends of their own; only without them the usual standard error is one.
+void ReadLimits(const EquityWords& words, AskedEquity& asked) {
+  SamplingLimits& limits = asked.question.sampling;
+  if (words.trials || words.time_ms) limits = {.standard_error = 0, .trials = kMostTrials};
+  if (words.trials) limits.trials = ReadWhole("--trials", *words.trials, 1, kMostTrials);
+  if (words.standard_error) limits.standard_error = ReadStandardError(*words.standard_error);
+  if (words.time_ms) {
+    constexpr std::int64_t kDay = 86'400'000;
+    asked.time = std::chrono::milliseconds(ReadWhole("--time-ms", *words.time_ms, 1, kDay));
+  }
+  if (words.seed) {
+    asked.question.seed = ReadNumber("--seed", *words.seed, std::uint64_t{0},
+                                     std::numeric_limits<std::uint64_t>::max());
+  }
+}
+
+AskedEquity ReadOptions(const EquityWords& words) {
+  AskedEquity asked;
+  EquityQuestion& question = asked.question;
+  if (words.game) question.game = ReadGame(*words.game);
+  if (words.to) question.street = ReadStreet(*words.to);
+  if (words.board) asked.board = ReadCards(*words.board);
+  if (words.dead) asked.dead = ReadCards(*words.dead);
+  question.board = CardSet(asked.board);
+  question.dead = CardSet(asked.dead);
+  ReadMethod(words, question);
+  ReadLimits(words, asked);
+  return asked;
+}
+
+}  // namespace
+
+std::int64_t ReadWhole(std::string_view option, std::string_view text, std::int64_t low,
+                       std::int64_t high) {
+  return ReadNumber(option, text, low, high);
+}
+
+void CheckWordBehind(std::string_view option, std::string_view cards, std::string_view word) {
+  const bool is_board = option == "--board";
+  if (!is_board && option != "--dead") return;
+  if (ParseCards(word).cards.size() != 1) return;
+  throw UsageError(fmt::format(
+      "{} stands behind {} {}: {} one word, like 2c3d4h, and a hand behind it is one too",
+      Quoted(word), option, cards, is_board ? "a board is" : "dead cards are"));
+}
+
+EquityWords SplitLine(std::string_view line, const EquityWords& defaults) {
+  EquityWords words;
+  for (std::string_view word = NextWord(line); !word.empty(); word = NextWord(line)) {
+    if (!word.starts_with("--")) {
+      words.players.emplace_back(word);
+      continue;
+    }
+    if (SetFlag(word, words)) continue;
+    const std::size_t equals = word.find('=');
+    const std::string_view name = word.substr(0, equals);
+    if (name != kFolded &&
+        std::ranges::find(kOptions, name, &NamedOption::name) == std::ranges::end(kOptions)) {
+      RefuseOption(name);
+    }
+    const std::string_view value = equals == word.npos ? NextWord(line) : word.substr(equals + 1);
+    SetOption(name, value, words);
+    std::string_view rest = line;
+    CheckWordBehind(name, value, NextWord(rest));
+  }
+  // A line that has a method keeps it.
+  if (!words.exact && !words.sampled) {
+    words.exact = defaults.exact;
+    words.sampled = defaults.sampled;
+  }
+  if (words.folded.empty()) words.folded = defaults.folded;
+  for (const NamedOption& known : kOptions) {
+    if (!(words.*known.option)) words.*known.option = defaults.*known.option;
+  }
+  return words;
+}
+
+void CheckOptions(const EquityWords& words) { ReadOptions(words); }
+
+AskedEquity ReadEquity(const EquityWords& words) {
+  AskedEquity asked = ReadOptions(words);
+  EquityQuestion& question = asked.question;
+  if (words.players.empty()) throw UsageError("players are needed, like AhKd 7s7c");
+  for (const std::string& text : PlayerTexts(words.players, question.game)) {
+    PlayerReading read = ReadPlayer(text, question.game);
+    question.players.push_back(std::move(read.range));
+    asked.players.push_back(std::move(read.name));
+  }
+  for (const std::string& text : words.folded) {
+    PlayerReading read = ReadPlayer(text, question.game);
+    question.folded.push_back(std::move(read.range));
+    asked.folded.push_back(std::move(read.name));
+  }
+  return asked;
+}
+
+}  // namespace pokermath::cli
