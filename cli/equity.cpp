@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "cli/command.h"
+#include "cli/equity_object.h"
 #include "cli/equity_report.h"
 #include "cli/equity_run.h"
 #include "cli/equity_words.h"
@@ -44,7 +45,11 @@ Examples:
   pokermath equity - <questions.txt    one question a line in the same words, like
                                        'AhKd 7s7c --board 2c3d4h'; options beside
                                        the - hold for every line; empty lines and
-                                       lines that start with # have no answer)";
+                                       lines that start with # have no answer. A line
+                                       may be an object:
+    {"id":1,"game":"holdem","players":["AhKd","15%",["7s","7c"]],"folded":["AA"],
+     "board":"2c3d4h","dead":[],"to":"river","method":"auto","standard_error":0.001,
+     "trials":1000000,"time_ms":500,"seed":1})";
 
 struct EquityOptions {
   EquityWords words;
@@ -83,14 +88,41 @@ void CheckOrder(const CLI::App& command, const EquityWords& words) {
   }
 }
 
+// A question that cannot be answered has an error in its place, and the next one is read.
+EquityRun RunLine(const AskedEquity& asked, int threads) {
+  try {
+    return Run(asked, {.threads = threads});
+  } catch (const Failure& failure) {
+    throw UsageError(failure.what());
+  }
+}
+
+// An object is answered with one, and its id comes back.
+std::string AnswerObject(std::string_view line, const EquityWords& defaults, int threads) {
+  Json id;
+  try {
+    const Json object = ParseObject(line);
+    if (object.contains("id")) id = object["id"];
+    const AskedEquity asked = ReadEquity(ReadObject(object, defaults));
+    return JsonLine(EquityJson(asked, RunLine(asked, threads), id));
+  } catch (const UsageError& error) {
+    throw LineError(error.what(), id.is_null() ? "" : JsonLine(id));
+  }
+}
+
+std::string AnswerWords(std::string_view line, const EquityOptions& options, int threads) {
+  const AskedEquity asked = ReadEquity(SplitLine(line, options.words));
+  const EquityRun run = RunLine(asked, threads);
+  return options.json ? JsonLine(EquityJson(asked, run, {})) : EquityLine(asked, run);
+}
+
 int AnswerQuestionLines(const EquityOptions& options) {
   CheckOptions(options.words);
-  const RunOptions run_options{.threads = ThreadsOf(options)};
-  const LineForm form{.json = options.json, .schema = kEquitySchema};
-  return AnswerLines(form, [&](std::string_view line, std::string& out) {
-    const AskedEquity asked = ReadEquity(SplitLine(line, options.words));
-    const EquityRun run = Run(asked, run_options);
-    out += options.json ? JsonLine(EquityJson(asked, run)) : EquityLine(asked, run);
+  const LineForm form{.json = options.json, .schema = kEquitySchema, .threads = ThreadsOf(options)};
+  return AnswerLines(form, [&](std::string_view line, int threads, std::string& out) {
+    const bool is_object = line.find_first_not_of(" \t") == line.find('{');
+    out += is_object ? AnswerObject(line, options.words, threads)
+                     : AnswerWords(line, options, threads);
   });
 }
 
@@ -99,7 +131,7 @@ int RunEquity(const EquityOptions& options) {
   if (options.words.players == std::vector<std::string>{"-"}) return AnswerQuestionLines(options);
   const AskedEquity asked = ReadEquity(options.words);
   const EquityRun run = Run(asked, {.threads = ThreadsOf(options), .attended = true});
-  Print(options.json ? JsonLine(EquityJson(asked, run))
+  Print(options.json ? JsonLine(EquityJson(asked, run, {}))
                      : EquityPage(asked, run, Colours::ForStandardOutput()));
   return kExitDone;
 }

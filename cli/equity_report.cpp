@@ -321,13 +321,16 @@ std::string EquityLine(const AskedEquity& asked, const EquityRun& run) {
   return line + "\n";
 }
 
-Json EquityJson(const AskedEquity& asked, const EquityRun& run) {
+Json EquityJson(const AskedEquity& asked, const EquityRun& run, const Json& id) {
   const EquityQuestion& question = asked.question;
-  Json json = {
-      {"schema", kEquitySchema},           {"game", NameOf(question.game)},
-      {"board", CardsJson(asked.board)},   {"dead", CardsJson(asked.dead)},
-      {"to", StreetName(question.street)}, {"method", IsSampled(run) ? "sampled" : "exact"},
-      {"reason", run.answer.reason}};
+  Json json = {{"schema", kEquitySchema}};
+  if (!id.is_null()) json["id"] = id;
+  json["game"] = NameOf(question.game);
+  json["board"] = CardsJson(asked.board);
+  json["dead"] = CardsJson(asked.dead);
+  json["to"] = StreetName(question.street);
+  json["method"] = IsSampled(run) ? "sampled" : "exact";
+  json["reason"] = run.answer.reason;
   if (!asked.folded.empty()) json["folded"] = asked.folded;
   json[IsSampled(run) ? "trials" : "cases"] = CountJson(run.answer.cases);
   if (run.interrupted) json["interrupted"] = true;

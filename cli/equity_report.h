@@ -23,7 +23,8 @@ std::string EquityPage(const AskedEquity& asked, const EquityRun& run, const Col
 /// One compact line: the question, then names and values, one for each player.
 std::string EquityLine(const AskedEquity& asked, const EquityRun& run);
 
-Json EquityJson(const AskedEquity& asked, const EquityRun& run);
+/// @param id  what the question came with; null for none
+Json EquityJson(const AskedEquity& asked, const EquityRun& run, const Json& id);
 
 /// A number of cases: whole where weights are whole and it fits into 63 bits.
 Json CountJson(const CaseCount& count);

@@ -80,11 +80,11 @@ void SetOption(std::string_view name, std::string_view value, EquityWords& words
   option = value;
 }
 
-Street ReadStreet(std::string_view text) {
+Street ReadStreet(const std::string& name, std::string_view text) {
   if (text == "flop") return Street::kFlop;
   if (text == "turn") return Street::kTurn;
   if (text == "river") return Street::kRiver;
-  throw UsageError("--to " + Quoted(text) + " is not known: flop, turn or river");
+  throw UsageError(name + " " + Quoted(text) + " is not known: flop, turn or river");
 }
 
 template <typename Number>
@@ -99,14 +99,14 @@ Number ReadNumber(std::string_view option, std::string_view text, Number low, Nu
 }
 
 // A share of the pot, or with its sign a percentage.
-double ReadStandardError(std::string_view text) {
+double ReadStandardError(const std::string& name, std::string_view text) {
   const bool percent = text.ends_with('%');
   const std::string_view digits = text.substr(0, text.size() - (percent ? 1 : 0));
   double error = 0;
   const auto [end, code] = std::from_chars(digits.data(), digits.data() + digits.size(), error);
   if (percent) error /= 100;
   if (code != std::errc{} || end != digits.data() + digits.size() || !(error > 0 && error <= 1)) {
-    throw UsageError("--standard-error " + Quoted(text) +
+    throw UsageError(name + " " + Quoted(text) +
                      " is not accepted: a share of the pot, like 0.0005 or 0.05%");
   }
   return error;
@@ -122,14 +122,18 @@ void ReadMethod(const EquityWords& words, EquityQuestion& question) {
 void ReadLimits(const EquityWords& words, AskedEquity& asked) {
   SamplingLimits& limits = asked.question.sampling;
   if (words.trials || words.time_ms) limits = {.standard_error = 0, .trials = kMostTrials};
-  if (words.trials) limits.trials = ReadWhole("--trials", *words.trials, 1, kMostTrials);
-  if (words.standard_error) limits.standard_error = ReadStandardError(*words.standard_error);
+  if (words.trials)
+    limits.trials = ReadWhole(words.Named("--trials"), *words.trials, 1, kMostTrials);
+  if (words.standard_error)
+    limits.standard_error =
+        ReadStandardError(words.Named("--standard-error"), *words.standard_error);
   if (words.time_ms) {
     constexpr std::int64_t kDay = 86'400'000;
-    asked.time = std::chrono::milliseconds(ReadWhole("--time-ms", *words.time_ms, 1, kDay));
+    asked.time =
+        std::chrono::milliseconds(ReadWhole(words.Named("--time-ms"), *words.time_ms, 1, kDay));
   }
   if (words.seed) {
-    asked.question.seed = ReadNumber("--seed", *words.seed, std::uint64_t{0},
+    asked.question.seed = ReadNumber(words.Named("--seed"), *words.seed, std::uint64_t{0},
                                      std::numeric_limits<std::uint64_t>::max());
   }
 }
@@ -138,7 +142,7 @@ AskedEquity ReadOptions(const EquityWords& words) {
   AskedEquity asked;
   EquityQuestion& question = asked.question;
   if (words.game) question.game = ReadGame(*words.game);
-  if (words.to) question.street = ReadStreet(*words.to);
+  if (words.to) question.street = ReadStreet(words.Named("--to"), *words.to);
   if (words.board) asked.board = ReadCards(*words.board);
   if (words.dead) asked.dead = ReadCards(*words.dead);
   question.board = CardSet(asked.board);
@@ -149,6 +153,26 @@ AskedEquity ReadOptions(const EquityWords& words) {
 }
 
 }  // namespace
+
+std::string EquityWords::Named(std::string_view option) const {
+  std::string name(option);
+  if (of_object) {
+    name.erase(0, 2);
+    std::ranges::replace(name, '-', '_');
+  }
+  return name;
+}
+
+void EquityWords::TakeMissing(const EquityWords& defaults) {
+  if (!exact && !sampled && !any_method) {
+    exact = defaults.exact;
+    sampled = defaults.sampled;
+  }
+  if (folded.empty()) folded = defaults.folded;
+  for (const NamedOption& known : kOptions) {
+    if (!(this->*known.option)) this->*known.option = defaults.*known.option;
+  }
+}
 
 std::int64_t ReadWhole(std::string_view option, std::string_view text, std::int64_t low,
                        std::int64_t high) {
@@ -183,15 +207,7 @@ EquityWords SplitLine(std::string_view line, const EquityWords& defaults) {
     std::string_view rest = line;
     CheckWordBehind(name, value, NextWord(rest));
   }
-  // A line that has a method keeps it.
-  if (!words.exact && !words.sampled) {
-    words.exact = defaults.exact;
-    words.sampled = defaults.sampled;
-  }
-  if (words.folded.empty()) words.folded = defaults.folded;
-  for (const NamedOption& known : kOptions) {
-    if (!(words.*known.option)) words.*known.option = defaults.*known.option;
-  }
+  words.TakeMissing(defaults);
   return words;
 }
 
@@ -201,7 +217,9 @@ AskedEquity ReadEquity(const EquityWords& words) {
   AskedEquity asked = ReadOptions(words);
   EquityQuestion& question = asked.question;
   if (words.players.empty()) throw UsageError("players are needed, like AhKd 7s7c");
-  for (const std::string& text : PlayerTexts(words.players, question.game)) {
+  const std::vector<std::string> texts =
+      words.of_object ? words.players : PlayerTexts(words.players, question.game);
+  for (const std::string& text : texts) {
     PlayerReading read = ReadPlayer(text, question.game);
     question.players.push_back(std::move(read.range));
     asked.players.push_back(std::move(read.name));

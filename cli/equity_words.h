@@ -21,6 +21,13 @@ struct EquityWords {
   std::optional<std::string> game, board, dead, to, standard_error, trials, time_ms, seed;
   bool exact = false;
   bool sampled = false;
+  bool any_method = false;  ///< whatever the defaults say
+  bool of_object = false;   ///< keys have the options' names, and every player is one text
+
+  /// An option's name as the user wrote it: "--time-ms", or the key "time_ms".
+  std::string Named(std::string_view option) const;
+  /// Takes the options that are not there from others.
+  void TakeMissing(const EquityWords& defaults);
 };
 
 /// A question, and how its parts were worded.

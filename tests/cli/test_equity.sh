@@ -161,6 +161,44 @@ same "lines as JSON" "$(sed -E 's/"game".*/.../' <<<"$out")" \
 {"schema":2,"line":2,"error":"'"'10c' has 1 card: a hand of holdem has 2"'"}
 {"schema":2,"line":3,"error":"'"player 2, 'Ah7c': Ah is in the hand of player 1 already"'"}'
 
+# A line may be an object, whose id comes back; cards are texts or lists.
+run equity - --seed 4 <<'END'
+{"id":"a","players":["AhKd",["Qc","Js"]],"to":"turn"}
+ {"players":["AhKd","QcJs"],"board":["2c","3d","4h"],"dead":[],"folded":["7c7d",["8c","8d"]],"method":"exact"}
+AhKd QcJs --to turn
+{"id":7,"game":"omaha","players":["AhAdKhKd","random"],"method":"sampled","trials":300,"seed":1,"time_ms":5000}
+{"id":8,"players":["AhKd","random"],"standard_error":0.002,"method":"sampled"}
+{"id":[9],"players":["AhKd","Ah7c"]}
+{"id":10,"players":"AhKd"}
+{"players":["AhKd","QcJs"],"boards":"2c3d4h"}
+{"players":["AhKd","QcJs"],"trials":0.5}
+{"players":["AhKd",
+[]
+END
+expect_code 1
+same "objects" "$(sed -E 's/"players":\[.*"elapsed.*/.../; s/(trials":1[0-9])[0-9]*/\1.../' <<<"$out")" "\
+{\"schema\":2,\"id\":\"a\",\"game\":\"holdem\",\"board\":[],\"dead\":[],\"to\":\"turn\",\"method\":\"exact\",\"reason\":\"counting takes less than a second\",\"cases\":194580,...
+{\"schema\":2,\"game\":\"holdem\",\"board\":[\"2c\",\"3d\",\"4h\"],\"dead\":[],\"to\":\"river\",\"method\":\"exact\",\"reason\":\"as asked for\",\"folded\":[\"7c7d\",\"8c8d\"],\"cases\":820,...
+AhKd QcJs --to turn equity 0.688442 0.311558 wins 133957 60623 ties 0 0 of 194580 cases exact
+{\"schema\":2,\"id\":7,\"game\":\"omaha\",\"board\":[],\"dead\":[],\"to\":\"river\",\"method\":\"sampled\",\"reason\":\"as asked for\",\"trials\":300,...
+{\"schema\":2,\"id\":8,\"game\":\"holdem\",\"board\":[],\"dead\":[],\"to\":\"river\",\"method\":\"sampled\",\"reason\":\"as asked for\",\"trials\":65536,...
+{\"schema\":2,\"id\":[9],\"line\":6,\"error\":\"player 2, 'Ah7c': Ah is in the hand of player 1 already\"}
+{\"schema\":2,\"id\":10,\"line\":7,\"error\":\"the value of 'players' is '\\\"AhKd\\\"': expected a list with a text or a list of cards for each\"}
+{\"schema\":2,\"line\":8,\"error\":\"'boards' is not a key of a question: id, game, players, folded, board, dead, to, method, standard_error, trials, time_ms, seed\"}
+{\"schema\":2,\"line\":9,\"error\":\"trials '0.5' is not accepted: a whole number from 1 to 1000000000000\"}
+{\"schema\":2,\"line\":10,\"error\":\"'{\\\"players\\\":[\\\"AhKd\\\",' is no JSON object at byte 20\"}
+error: '[]' at position 1: expected a class (AA, AKs, AKo, AK), a class with + (TT+, A9s+), a run (JJ-88, A9s-A5s), a holding (AhKd), a percentage (15%) or random"
+# Any number of threads answer in the order of the lines.
+for ((i = 0; i < 700; ++i)); do
+  echo "{\"id\":$i,\"players\":[\"AhKd\",\"$((i % 8 + 2))s$((i % 7 + 2))c\"],\"method\":\"exact\"}"
+done >"$work/many"
+run equity - --threads 5 <"$work/many"
+expect_code 0
+many=$(sed -E 's/,"elapsed.*//' <<<"$out")
+same "order" "$(grep -oE '"id":[0-9]+' <<<"$out" | cut -d: -f2)" "$(seq 0 699)"
+run equity - --threads 1 <"$work/many"
+same "one thread" "$(sed -E 's/,"elapsed.*//' <<<"$out")" "$many"
+
 # Cards of a hand may be apart, whatever stands between them.
 for words in 'Ah Kd 7s 7c --board 2c3d4h' '--board 2c3d4h AhKd 7s 7c' 'Ah --board 2c3d4h --exact Kd 7s 7c'; do
   # shellcheck disable=SC2086
