@@ -42,6 +42,8 @@ class Choice {
     if (i < places_.size()) ++places_[i];
   }
 
+  /// Of at least one.
+  int Lowest() const { return places_[0]; }
   /// The cards at the places.
   CardSet Of(std::span<const int> cards) const {
     CardSet chosen;

@@ -1,37 +1,38 @@
 // Random numbers of one step of sampling.
 //
-// xoshiro256** (David Blackman and Sebastiano Vigna, 2018, "Scrambled linear pseudorandom number
-// generators"), its state filled by splitmix64 from the seed and the number of the step, so that
-// steps in any order draw the same.
+// Eight generators side by side (xoshiro256++: David Blackman and Sebastiano Vigna, 2021,
+// "Scrambled linear pseudorandom number generators"), which the compiler makes vectors of. Their
+// states come from the seed and the number of the step by splitmix64, so steps in any order draw
+// the same.
 
 #ifndef POKERMATH_CALCULATOR_RANDOM_H_
 #define POKERMATH_CALCULATOR_RANDOM_H_
 
 #include <array>
-#include <bit>
+#include <cstddef>
 #include <cstdint>
 
 namespace pokermath {
 
 class StepRandom {
  public:
+  struct Two {
+    std::uint32_t first;
+    std::uint64_t second;
+  };
+
   StepRandom(std::uint64_t seed, std::int64_t step) {
-    // Two rounds keep seeds and steps that are neighbours apart.
+    // A second round keeps seeds and steps that are neighbours apart.
     std::uint64_t mix = seed;
     mix = Mix(mix) ^ static_cast<std::uint64_t>(step);
-    for (std::uint64_t& word : state_) word = Mix(mix);
+    for (auto& words : state_) {
+      for (std::uint64_t& word : words) word = Mix(mix);
+    }
   }
 
   std::uint64_t operator()() {
-    const std::uint64_t result = std::rotl(state_[1] * 5, 7) * 9;
-    const std::uint64_t shifted = state_[1] << 17;
-    state_[2] ^= state_[0];
-    state_[3] ^= state_[1];
-    state_[1] ^= state_[2];
-    state_[0] ^= state_[3];
-    state_[2] ^= shifted;
-    state_[3] = std::rotl(state_[3], 45);
-    return result;
+    if (next_ == kBuffer) Refill();
+    return buffer_[next_++];
   }
 
   /// 0 .. limit - 1, all as likely; 1 <= limit < 2^63.
@@ -44,7 +45,33 @@ class StepRandom {
     }
   }
 
+  /// Two such numbers, the second limit as large as above.
+  Two BelowLarge(std::uint32_t limit1, std::uint64_t limit2) {
+    const auto first = static_cast<std::uint32_t>(Below(limit1));
+    return {first, Below(limit2)};
+  }
+
+  /// The same out of one draw; both limits are below 2^32.
+  Two Below(std::uint32_t limit1, std::uint32_t limit2) {
+    for (;;) {
+      const std::uint64_t drawn = (*this)();
+      const std::uint64_t product1 = (drawn >> 32) * limit1;
+      const std::uint64_t product2 = (drawn & 0xFFFFFFFF) * limit2;
+      if (IsFair(product1, limit1) && IsFair(product2, limit2)) [[likely]] {
+        return {static_cast<std::uint32_t>(product1 >> 32), product2 >> 32};
+      }
+    }
+  }
+
  private:
+  static constexpr std::size_t kLanes = 8;
+  static constexpr std::size_t kBuffer = 32 * kLanes;
+
+  static bool IsFair(std::uint64_t product, std::uint32_t limit) {
+    const auto low = static_cast<std::uint32_t>(product);
+    return low >= limit || low >= -limit % limit;
+  }
+
   static std::uint64_t Mix(std::uint64_t& state) {
     std::uint64_t z = state += 0x9E3779B97F4A7C15;
     z = (z ^ z >> 30) * 0xBF58476D1CE4E5B9;
@@ -52,7 +79,27 @@ class StepRandom {
     return z ^ z >> 31;
   }
 
-  std::array<std::uint64_t, 4> state_;
+  void Refill() {
+    auto& [s0, s1, s2, s3] = state_;
+    for (std::size_t first = 0; first < kBuffer; first += kLanes) {
+      for (std::size_t i = 0; i < kLanes; ++i) {
+        const std::uint64_t sum = s0[i] + s3[i];
+        buffer_[first + i] = (sum << 23 | sum >> 41) + s0[i];
+        const std::uint64_t shifted = s1[i] << 17;
+        s2[i] ^= s0[i];
+        s3[i] ^= s1[i];
+        s1[i] ^= s2[i];
+        s0[i] ^= s3[i];
+        s2[i] ^= shifted;
+        s3[i] = s3[i] << 45 | s3[i] >> 19;
+      }
+    }
+    next_ = 0;
+  }
+
+  std::array<std::array<std::uint64_t, kLanes>, 4> state_;
+  std::array<std::uint64_t, kBuffer> buffer_;
+  std::size_t next_ = kBuffer;
 };
 
 }  // namespace pokermath

@@ -46,6 +46,10 @@ std::unique_ptr<const Work> StartClasses(const QuestionPointer& question);
 std::optional<double> BoardsCost(const CheckedQuestion& question);
 std::unique_ptr<const Work> StartBoards(const QuestionPointer& question);
 
+// One hand each, board by board, in games without lows.
+std::optional<double> HandsCost(const CheckedQuestion& question);
+std::unique_ptr<const Work> StartHands(const QuestionPointer& question);
+
 // Omaha hands against each other; one against every hand; one against the hands of a range.
 std::optional<double> OmahaHandsCost(const CheckedQuestion& question);
 std::unique_ptr<const Work> StartOmahaHands(const QuestionPointer& question);

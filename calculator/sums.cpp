@@ -1,6 +1,7 @@
 #include "calculator/sums.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <map>
 
@@ -139,6 +140,26 @@ void Settler::AddTrial(const SettledDeal& deal, std::span<Int128> sums) const {
   AddShares(deal, shares, 1, sums);
   for (std::size_t i = 0; i < players_; ++i) {
     sums[layout_.Squares(i)] += shares.points[i] * shares.points[i];
+  }
+}
+
+void Settler::AddSharers(unsigned sharers, std::int64_t times, std::span<Int128> sums) const {
+  const int count = std::popcount(sharers);
+  sums[SumsLayout::kCases] += times;
+  for (std::size_t i = 0; i < players_; ++i) {
+    if ((sharers >> i & 1) == 0) continue;
+    const OutcomePlace total = layout_.Total(i);
+    sums[count == 1 ? total.wins() : total.ties()] += times;
+    sums[total.points()] += kPot / count * times;
+    sums[layout_.Shared(i, static_cast<std::size_t>(count) - 1)] += times;
+  }
+}
+
+void Settler::AddTrials(unsigned sharers, std::int64_t times, std::span<Int128> sums) const {
+  AddSharers(sharers, times, sums);
+  const int points = kPot / std::popcount(sharers);
+  for (std::size_t i = 0; i < players_; ++i) {
+    if ((sharers >> i & 1) != 0) sums[layout_.Squares(i)] += Int128{points} * points * times;
   }
 }
 

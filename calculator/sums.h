@@ -119,6 +119,11 @@ class Settler {
   void Add(const SettledDeal& deal, Int128 weight, std::span<Int128> sums) const;
   /// The same for a trial, whose squares are needed too.
   void AddTrial(const SettledDeal& deal, std::span<Int128> sums) const;
+  /// So many deals in which these players, a bit for each, share the pot; of games without lows and
+  /// where no details are asked for.
+  void AddSharers(unsigned sharers, std::int64_t times, std::span<Int128> sums) const;
+  /// The same for trials.
+  void AddTrials(unsigned sharers, std::int64_t times, std::span<Int128> sums) const;
 
  private:
   struct Shares;

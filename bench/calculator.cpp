@@ -1,0 +1,128 @@
+// Questions to the calculator, planned and answered on one core. "Plain" is its plain enumeration
+// of the same question.
+
+#include "pokermath/calculator.h"
+
+#include <benchmark/benchmark.h>
+
+#include <memory>
+#include <string>
+
+#include "calculator/solvers.h"
+#include "pokermath/cards.h"
+
+namespace pokermath {
+namespace {
+
+HandRange RangeOf(Game game, std::string_view text) {
+  if (text == "random") return HandRange::Every(game);
+  if (RulesOf(game).hand_size == 2) {
+    const CardsResult cards = ParseCards(text);
+    if (cards.error.empty()) return HandRange::Of(game, CardSet(cards.cards));
+    return HandRange(game, ParseRange(text).range);
+  }
+  const CardsResult cards = ParseCards(text);
+  if (cards.error.empty()) return HandRange::Of(game, CardSet(cards.cards));
+  return HandRange(game, ParseOmahaRange<4>(text).range);
+}
+
+// Weights of many kinds.
+HandRange Weighted(const HandRange& range) {
+  std::vector<WeightedHand> hands(range.hands().begin(), range.hands().end());
+  for (std::size_t i = 0; i < hands.size(); ++i) {
+    hands[i].weight = 1 + static_cast<int>(i * 7919 % kWholeWeight);
+  }
+  return HandRange(range.game(), std::move(hands));
+}
+
+EquityQuestion QuestionOf(std::initializer_list<const char*> players, const char* board,
+                          Game game = Game::kHoldem) {
+  EquityQuestion question{.game = game, .board = CardSet(ParseCards(board).cards)};
+  for (const char* player : players) question.players.push_back(RangeOf(game, player));
+  question.method = Method::kExact;
+  question.detail.hands = RulesOf(game).hand_size == 2 && players.size() == 2;
+  return question;
+}
+
+void Answer(benchmark::State& state, const EquityQuestion& question) {
+  for (auto _ : state) benchmark::DoNotOptimize(Calculate(question));
+}
+
+void Plain(benchmark::State& state, const EquityQuestion& question) {
+  const auto checked = std::make_shared<const CheckedQuestion>(*Check(question));
+  const std::unique_ptr<const Work> work = StartPlain(checked);
+  std::vector<Int128> sums(SumsLayout(*checked).size());
+  for (auto _ : state) {
+    for (std::int64_t step = 0; step < work->steps(); ++step) work->Do(step, sums);
+  }
+}
+
+void BM_Calculator(benchmark::State& state, const EquityQuestion& question) {
+  Answer(state, question);
+}
+void BM_CalculatorPlain(benchmark::State& state, const EquityQuestion& question) {
+  Plain(state, question);
+}
+
+EquityQuestion WeightedQuestion(const char* board) {
+  EquityQuestion question = QuestionOf({"15%", "15%"}, board);
+  for (HandRange& range : question.players) range = Weighted(range);
+  return question;
+}
+
+const EquityQuestion kPreflop = QuestionOf({"15%", "15%"}, "");
+const EquityQuestion kRandomPreflop = QuestionOf({"random", "random"}, "");
+const EquityQuestion kFlop = WeightedQuestion("2c7dTh");
+const EquityQuestion kSuitedFlop = WeightedQuestion("2c7cTc");
+const EquityQuestion kTurn = WeightedQuestion("2c7dThJs");
+const EquityQuestion kRiver = WeightedQuestion("2c7dThJs3d");
+const EquityQuestion kRandomFlop = QuestionOf({"random", "random"}, "2c7dTh");
+const EquityQuestion kThreeHands = QuestionOf({"AhKd", "7s7c", "QhJh"}, "");
+const EquityQuestion kSixHands = QuestionOf({"AhKd", "7s7c", "QhJh", "2c2d", "9h8h", "AsTs"}, "");
+const EquityQuestion kThreeRangesTurn = QuestionOf({"15%", "15%", "15%"}, "2c7dThJs");
+const EquityQuestion kThreeRangesRiver = QuestionOf({"15%", "15%", "15%"}, "2c7dThJs3d");
+
+#define POKERMATH_ANSWERED(name) \
+  BENCHMARK_CAPTURE(BM_Calculator, name, k##name)->Unit(benchmark::kMicrosecond)
+#define POKERMATH_PLAIN(name) \
+  BENCHMARK_CAPTURE(BM_CalculatorPlain, name, k##name)->Unit(benchmark::kMicrosecond)
+
+POKERMATH_ANSWERED(Preflop);
+POKERMATH_ANSWERED(RandomPreflop);
+POKERMATH_ANSWERED(Flop);
+POKERMATH_PLAIN(Flop);
+POKERMATH_ANSWERED(SuitedFlop);
+POKERMATH_ANSWERED(Turn);
+POKERMATH_PLAIN(Turn);
+POKERMATH_ANSWERED(River);
+POKERMATH_PLAIN(River);
+POKERMATH_ANSWERED(RandomFlop);
+POKERMATH_ANSWERED(ThreeHands);
+POKERMATH_PLAIN(ThreeHands);
+POKERMATH_ANSWERED(SixHands);
+POKERMATH_ANSWERED(ThreeRangesTurn);
+POKERMATH_ANSWERED(ThreeRangesRiver);
+
+// Trials a second.
+void BM_Sampled(benchmark::State& state, EquityQuestion question) {
+  constexpr std::int64_t kTrials = 1 << 20;
+  question.method = Method::kSampled;
+  question.detail = {};
+  question.sampling = {.standard_error = 0, .trials = kTrials};
+  for (auto _ : state) benchmark::DoNotOptimize(Calculate(question));
+  state.SetItemsProcessed(state.iterations() * kTrials);
+}
+
+BENCHMARK_CAPTURE(BM_Sampled, TwoHands, QuestionOf({"AhKd", "7s7c"}, ""));
+BENCHMARK_CAPTURE(BM_Sampled, AgainstRandom, QuestionOf({"AhKd", "random"}, ""));
+BENCHMARK_CAPTURE(BM_Sampled, SixHands, kSixHands);
+BENCHMARK_CAPTURE(BM_Sampled, AgainstFiveRandom,
+                  QuestionOf({"AhKd", "random", "random", "random", "random", "random"}, ""));
+BENCHMARK_CAPTURE(BM_Sampled, SixRanges,
+                  QuestionOf({"15%", "15%", "15%", "15%", "15%", "15%"}, ""));
+BENCHMARK_CAPTURE(BM_Sampled, TwoOmahaRanges, QuestionOf({"10%", "10%"}, "", Game::kOmaha));
+BENCHMARK_CAPTURE(BM_Sampled, ThreeOmahaRanges,
+                  QuestionOf({"10%", "10%", "10%"}, "", Game::kOmaha));
+
+}  // namespace
+}  // namespace pokermath

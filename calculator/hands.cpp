@@ -1,0 +1,89 @@
+// One hand each: every board that can come.
+//
+// A board is one or two high cards and three below them, from the list of all threes, where those
+// below a card are a run at its start. A step is the boards of the same high cards.
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+#include "calculator/choices.h"
+#include "calculator/sharers.h"
+#include "calculator/solvers.h"
+
+namespace pokermath {
+namespace {
+
+template <typename Board>
+class HandsWork final : public Work {
+ public:
+  explicit HandsWork(const QuestionPointer& question)
+      : question_(question), settler_(*question), board_(DealtOf(question->board())) {
+    CardSet live = question->live();
+    for (const Side& side : question->players()) {
+      hands_.push_back(DealtOf(side.range.hands()[0].cards));
+      live -= hands_.back().cards;
+    }
+    live_.assign(live.begin(), live.end());
+    low_cards_ = std::min(question->to_come(), 3);
+    low_sets_ = DealtSetsOf(live, low_cards_);
+    high_cards_ = question->to_come() - low_cards_;
+  }
+
+  const char* name() const override { return "hands on every board"; }
+  Method method() const override { return Method::kExact; }
+  std::int64_t steps() const override {
+    return ChoicesOf(static_cast<int>(live_.size()), high_cards_);
+  }
+
+  void Do(std::int64_t step, std::span<Int128> sums) const override {
+    const Choice high(step, static_cast<int>(live_.size()), high_cards_);
+    const DealtCards start = board_ + DealtOf(high.Of(live_));
+    // Of the places below the high cards.
+    const int below = high_cards_ > 0 ? high.Lowest() : static_cast<int>(live_.size());
+    const auto boards = static_cast<std::size_t>(ChoicesOf(below, low_cards_));
+    SharerTimes<Board> times(question_->rules(), hands_.size());
+    std::array<DealtCards, DealtBlock::kMost> block;
+    for (std::size_t first = 0; first < boards; first += block.size()) {
+      const std::size_t count = std::min(boards - first, block.size());
+      for (std::size_t i = 0; i < count; ++i) block[i] = start + low_sets_[first + i];
+      times.Add(std::span(block).first(count),
+                [&](std::size_t player, std::size_t) { return hands_[player]; });
+    }
+    times.ForEach(
+        [&](unsigned sharers, std::int64_t deals) { settler_.AddSharers(sharers, deals, sums); });
+  }
+
+ private:
+  QuestionPointer question_;
+  Settler settler_;
+  DealtCards board_;
+  std::vector<DealtCards> hands_;
+  std::vector<int> live_;
+  int low_cards_ = 0;
+  int high_cards_ = 0;
+  std::vector<DealtCards> low_sets_;
+};
+
+}  // namespace
+
+std::optional<double> HandsCost(const CheckedQuestion& question) {
+  const Detail& detail = question.asked().detail;
+  const auto is_hand = [](const Side& side) { return side.range.size() == 1; };
+  if (question.rules().high_low || detail.hands || detail.next || detail.made ||
+      !question.folded().empty() || !std::ranges::all_of(question.players(), is_hand)) {
+    return std::nullopt;
+  }
+  const int players = static_cast<int>(question.players().size());
+  const int live = question.live().size() - players * question.rules().hand_size;
+  const double of_hand = question.rules().IsOmaha() ? 40 : question.rules().IsShortDeck() ? 15 : 2;
+  return 2000 + static_cast<double>(ChoicesOf(live, question.to_come())) * of_hand * players;
+}
+
+std::unique_ptr<const Work> StartHands(const QuestionPointer& question) {
+  return WithBoardType(question->rules(), question->street(), [&]<typename Board>() {
+    return std::unique_ptr<const Work>(std::make_unique<HandsWork<Board>>(question));
+  });
+}
+
+}  // namespace pokermath
