@@ -3,7 +3,10 @@
 #include "ranges/hand_classes.h"
 
 #include <algorithm>
-#include <array>
+
+#include "platform/text.h"
+#include "pokermath/hand_range.h"
+#include "ranges/weight_text.h"
 
 // clang-format off
 const int HandClassRank[169] = {
@@ -55,21 +58,24 @@ CString CellText(int row, int column, const CString& offsuit) {
 }
 
 // One of the three lists of a range text while the matrix is walked along it: runs of neighbouring
-// cells are gathered and written when they end.
+// cells of one weight are gathered and written when they end.
 class RunList {
  public:
-  void Add(int index, int top, const CString& text) {
-    if (start_ >= 0 && end_ != index - 1) Flush();
+  void Add(int index, int top, int weight, const CString& text) {
+    if (start_ >= 0 && (end_ != index - 1 || weight_ != weight)) Flush();
     if (start_ < 0) {
       start_ = index;
       top_ = top;
+      weight_ = weight;
       first_ = text;
     }
     end_ = index;
     last_ = text;
   }
   void Flush() {
-    if (start_ >= 0) MakeStr(start_, end_, top_, first_, last_, list_);
+    if (start_ < 0) return;
+    MakeStr(start_, end_, top_, first_, last_, list_);
+    if (weight_ != kWholeWeight) list_ += L":" + FromUtf8(WeightText(weight_, WeightUnit::kOne));
     start_ = -1;
   }
   const CString& list() const { return list_; }
@@ -78,6 +84,7 @@ class RunList {
   int start_ = -1;
   int end_ = -1;
   int top_ = 0;
+  int weight_ = 0;
   CString first_;
   CString last_;
   CString list_;
@@ -126,24 +133,26 @@ CString RangeText(const Spec& range, bool short_deck, const CString& offsuit) {
   } else {
     range.MakeMatrix(cells.data());
   }
-  const auto present = [&cells](int row, int column) {
-    return cells[static_cast<std::size_t>(row * 13 + column)] != 0;
-  };
+  for (int& cell : cells) cell *= kWholeWeight;
+  return RangeText(cells, offsuit);
+}
+
+CString RangeText(const std::array<int, kHandClasses>& weights, const CString& offsuit) {
   RunList pairs;
   RunList suited;
   RunList unsuited;
+  const auto add = [&](RunList& runs, int row, int column, int index, int top) {
+    const int weight = weights[static_cast<std::size_t>(row * 13 + column)];
+    if (weight != 0) runs.Add(index, top, weight, CellText(row, column, offsuit));
+  };
   for (int row = 0; row < 13; ++row) {
     suited.Flush();
-    if (present(row, row)) pairs.Add(row, 0, CellText(row, row, offsuit));
-    for (int column = row + 1; column < 13; ++column) {
-      if (present(row, column)) suited.Add(column, row + 1, CellText(row, column, offsuit));
-    }
+    add(pairs, row, row, row, 0);
+    for (int column = row + 1; column < 13; ++column) add(suited, row, column, column, row + 1);
   }
   for (int column = 0; column < 13; ++column) {
     unsuited.Flush();
-    for (int row = column + 1; row < 13; ++row) {
-      if (present(row, column)) unsuited.Add(row, column + 1, CellText(row, column, offsuit));
-    }
+    for (int row = column + 1; row < 13; ++row) add(unsuited, row, column, row, column + 1);
   }
   CString text;
   for (RunList* runs : {&pairs, &suited, &unsuited}) {

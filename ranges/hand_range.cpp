@@ -6,6 +6,7 @@
 #include "pokermath/hand_range.h"
 
 #include <algorithm>
+#include <functional>
 #include <mutex>
 #include <utility>
 
@@ -16,7 +17,9 @@ namespace {
 
 std::size_t Choose(int n, int k) {
   std::size_t ways = 1;
-  for (int i = 0; i < k; ++i) ways = ways * static_cast<std::size_t>(n - i) / (i + 1u);
+  for (int i = 0; i < k; ++i) {
+    ways = ways * static_cast<std::size_t>(n - i) / static_cast<std::size_t>(i + 1);
+  }
   return n < k ? 0 : ways;
 }
 
@@ -51,12 +54,15 @@ struct HandRange::Hands {
 HandRange::HandRange(Game game) : hands_(std::make_shared<Hands>(game)) {}
 
 HandRange::HandRange(Game game, std::vector<WeightedHand> hands) {
-  std::stable_sort(hands.begin(), hands.end(), ByCards);
-  // Of equal ones the last stays.
-  const auto first =
-      std::unique(hands.rbegin(), hands.rend(),
-                  [](const WeightedHand& a, const WeightedHand& b) { return a.cards == b.cards; });
-  hands.erase(hands.begin(), first.base());
+  // Millions of hands come in order.
+  if (std::ranges::adjacent_find(hands, std::not_fn(ByCards)) != hands.end()) {
+    std::stable_sort(hands.begin(), hands.end(), ByCards);
+    // Of equal ones the last stays.
+    const auto same = [](const WeightedHand& a, const WeightedHand& b) {
+      return a.cards == b.cards;
+    };
+    hands.erase(hands.begin(), std::unique(hands.rbegin(), hands.rend(), same).base());
+  }
   const GameRules& rules = RulesOf(game);
   const bool every = hands.size() == Choose(rules.Deck().size(), rules.hand_size) &&
                      std::ranges::all_of(hands, [&](const WeightedHand& hand) {

@@ -3,6 +3,7 @@
 #ifndef POKERMATH_RANGES_OMAHA_BITS_H_
 #define POKERMATH_RANGES_OMAHA_BITS_H_
 
+#include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -61,9 +62,9 @@ class OmahaBits {
 /// Calls `visit` with the number and the cards, in rising order, of every hand.
 template <int cards, typename Visit>
 void ForEachOmahaHand(const Visit& visit) {
-  typename OmahaSpec<cards>::Hand hand;
+  std::array<int, static_cast<std::size_t>(cards)> hand;
   for (std::size_t i = 0; i < hand.size(); ++i) hand[i] = static_cast<int>(i);
-  for (int number = 0; number < OmahaSpec<cards>::kAllHands; ++number) {
+  for (int number = 0; number < Choose(52, cards); ++number) {
     visit(number, hand);
     std::size_t moved = 0;
     while (moved + 1 < hand.size() && hand[moved] + 1 == hand[moved + 1]) {

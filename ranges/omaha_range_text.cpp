@@ -3,21 +3,22 @@
 // A piece is a term, and behind exclamation marks terms whose hands are taken off it; a piece that
 // begins with the mark is taken off everything to its left. A term is the word random, one or two
 // percentages or a pattern, each with suit shapes behind colons. Patterns go straight into the
-// range as rows of bits; only what has exclusions needs a set of its own.
+// range, or on the sheet of weights, as rows of bits; only what has exclusions needs a set of its
+// own.
+
+#include "ranges/omaha_range_text.h"
 
 #include <vector>
 
 #include "ranges/omaha_bits.h"
 #include "ranges/omaha_pattern.h"
-#include "ranges/omaha_piece.h"
 #include "ranges/omaha_shapes.h"
-#include "ranges/text_pieces.h"
+#include "ranges/weight_sheet.h"
 
 namespace pokermath {
 namespace {
 
-// In rows of hands; bounds what a hostile text costs at some seconds.
-constexpr std::int64_t kMostWork = 250'000'000;
+// In rows of hands, as Work counts.
 template <int cards>
 constexpr std::int64_t kWorkOfPercentage = cards == 4 ? 1'000'000 : 10'000'000;
 constexpr std::int64_t kWorkOfSet = 20'000;
@@ -27,8 +28,7 @@ constexpr std::string_view kBrackets = "ranks like [T-A] or [AKQ]";
 template <int cards>
 struct Term {
   enum class Kind { kRandom, kPercent, kPattern } kind = Kind::kRandom;
-  double from = 0;
-  double to = 0;
+  PercentBand band;
   OmahaPattern<cards> pattern{};
   Splits splits = kAllSplits<cards>;
   Splits without = 0;  // of these splits
@@ -40,10 +40,22 @@ struct Term {
   }
 };
 
+// The rows of a set; a sheet of weights has the same as members.
 template <int cards>
+void AddRow(OmahaSpec<cards>& range, int number, std::uint64_t row) {
+  OmahaBits::AddRow(OmahaBits::Of(range), number, row);
+}
+template <int cards>
+void RemoveRow(OmahaSpec<cards>& range, int number, std::uint64_t row) {
+  OmahaBits::RemoveRow(OmahaBits::Of(range), number, row);
+}
+void AddRow(WeightSheet& sheet, int number, std::uint64_t row) { sheet.AddRow(number, row); }
+void RemoveRow(WeightSheet& sheet, int number, std::uint64_t row) { sheet.RemoveRow(number, row); }
+
+template <int cards, typename Hands>
 class OmahaPieceReader : PieceCursor {
  public:
-  OmahaPieceReader(std::string_view piece, Work& work, OmahaSpec<cards>& range)
+  OmahaPieceReader(std::string_view piece, Work& work, Hands& range)
       : PieceCursor(piece), work_(work), range_(range) {}
 
   // Adds what the piece says to the range, or takes it off, or says what is wrong.
@@ -105,25 +117,11 @@ class OmahaPieceReader : PieceCursor {
       Advance(base.size());
       return std::nullopt;
     }
-    if (base.find('%') != base.npos) return ReadPercentages(term);
+    if (base.find('%') != base.npos) {
+      term.kind = Term<cards>::Kind::kPercent;
+      return ReadBand(term.band);
+    }
     return ReadPattern(term);
-  }
-
-  std::optional<Fault> ReadPercentages(Term<cards>& term) {
-    constexpr const char* kExpected =
-        "a percentage above 0 and up to 100, like 10%, or a run of two, like 5%-20%";
-    term.kind = Term<cards>::Kind::kPercent;
-    const std::optional<double> first = ReadPercent();
-    if (!first) return Here(kExpected);
-    term.to = *first;
-    if (!Skip('-')) return std::nullopt;
-    const std::size_t second_place = Place();
-    const std::optional<double> second = ReadPercent();
-    if (!second) return Here(kExpected);
-    if (*second <= *first) return Fault{second_place, "a larger percentage behind the dash"};
-    term.from = *first;
-    term.to = *second;
-    return std::nullopt;
   }
 
   std::optional<Fault> ReadPattern(Term<cards>& term) {
@@ -205,7 +203,7 @@ class OmahaPieceReader : PieceCursor {
     OmahaSpec<cards> hands;
     if (term.kind == Term<cards>::Kind::kPercent) {
       work_.Spend(kWorkOfPercentage<cards>);
-      hands.AddPercent(term.from, term.to);
+      hands.AddPercent(term.band.from, term.band.to);
     } else {
       hands.MakeRandom();
     }
@@ -215,9 +213,9 @@ class OmahaPieceReader : PieceCursor {
     return std::nullopt;
   }
 
-  std::optional<Fault> ReadPatternInto(OmahaSpec<cards>& range, const Term<cards>& term, bool off) {
+  template <typename Into>
+  std::optional<Fault> ReadPatternInto(Into& range, const Term<cards>& term, bool off) {
     if (!work_.Left()) return TooMuchWork(term);
-    auto& bits = OmahaBits::Of(range);
     const int lookups = (term.splits == kAllSplits<cards> ? 0 : std::popcount(term.splits)) +
                         std::popcount(term.without);
     bool any = false;
@@ -228,7 +226,7 @@ class OmahaPieceReader : PieceCursor {
       const std::uint64_t of_shape = RowOfSplits<cards>(term.splits, number, row);
       any_of_shape |= of_shape != 0;
       const std::uint64_t meant = of_shape & ~RowOfSplits<cards>(term.without, number, row);
-      off ? OmahaBits::RemoveRow(bits, number, meant) : OmahaBits::AddRow(bits, number, meant);
+      off ? RemoveRow(range, number, meant) : AddRow(range, number, meant);
       return true;
     });
     if (any_of_shape) return std::nullopt;
@@ -237,22 +235,31 @@ class OmahaPieceReader : PieceCursor {
   }
 
   Work& work_;
-  OmahaSpec<cards>& range_;
+  Hands& range_;
 };
 
 }  // namespace
 
+template <int cards, typename Hands>
+std::optional<Fault> ReadOmahaPiece(std::string_view piece, Work& work, Hands& hands) {
+  return OmahaPieceReader<cards, Hands>(piece, work, hands).Read();
+}
+
 template <int cards>
 OmahaRangeResult<cards> ParseOmahaRange(std::string_view text) {
   OmahaRangeResult<cards> result;
-  Work work(kMostWork);
+  Work work(kMostTextWork);
   const std::optional<TextError> error = ReadPieces(text, [&](std::string_view piece) {
-    return OmahaPieceReader<cards>(piece, work, result.range).Read();
+    return ReadOmahaPiece<cards>(piece, work, result.range);
   });
   if (error) result = {OmahaSpec<cards>(), error->message, error->position};
   return result;
 }
 
+template std::optional<Fault> ReadOmahaPiece<4>(std::string_view, Work&, OmahaSpec<4>&);
+template std::optional<Fault> ReadOmahaPiece<5>(std::string_view, Work&, OmahaSpec<5>&);
+template std::optional<Fault> ReadOmahaPiece<4>(std::string_view, Work&, WeightSheet&);
+template std::optional<Fault> ReadOmahaPiece<5>(std::string_view, Work&, WeightSheet&);
 template OmahaRangeResult<4> ParseOmahaRange<4>(std::string_view);
 template OmahaRangeResult<5> ParseOmahaRange<5>(std::string_view);
 

@@ -13,6 +13,9 @@ namespace pokermath {
 /// one range far below its width; here it stands at its own.
 const std::map<double, Spec>& RangesByPercent(PercentTable table, bool short_deck);
 
+/// The widest of them that is no wider than `percent`; the first one for less than that.
+const Spec& RangeWithin(double percent, PercentTable table, bool short_deck);
+
 }  // namespace pokermath
 
 #endif  // POKERMATH_RANGES_PERCENT_RANGES_H_

@@ -218,6 +218,12 @@ const std::map<double, Spec>& pokermath::RangesByPercent(PercentTable table, boo
   return table == PercentTable::kCorvelle ? holdem.corvelle() : holdem.equilibrium();
 }
 
+const Spec& pokermath::RangeWithin(double percent, PercentTable table, bool short_deck) {
+  const auto& ranges = RangesByPercent(table, short_deck);
+  const auto wider = ranges.upper_bound(percent);
+  return wider == ranges.begin() ? wider->second : std::prev(wider)->second;
+}
+
 void CStatSpectr::Init() {
   base_.clear();
   pokermath::FillSteps(pokermath::kBase, base_, nullptr);

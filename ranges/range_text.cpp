@@ -4,13 +4,12 @@
 // percentage, the word random, one holding (two cards), or a class of hands with nothing, a plus or
 // a dash and a second class behind it. Whatever is left over is an error, never ignored.
 
+#include "ranges/range_text.h"
+
 #include <algorithm>
-#include <iterator>
-#include <optional>
 
 #include "ranges/hand_classes.h"
 #include "ranges/percent_ranges.h"
-#include "ranges/text_pieces.h"
 
 namespace pokermath {
 namespace {
@@ -49,11 +48,8 @@ class PieceReader : PieceCursor {
     return AddPercent(*percent);
   }
 
-  // The last range whose key is no greater, or the first.
   std::optional<Fault> AddPercent(double percent) {
-    const auto& ranges = RangesByPercent(options_.percent_table, options_.short_deck);
-    const auto wider = ranges.upper_bound(percent);
-    range_.Unite(wider == ranges.begin() ? wider->second : std::prev(wider)->second);
+    range_.Unite(RangeWithin(percent, options_.percent_table, options_.short_deck));
     return std::nullopt;
   }
 
@@ -156,11 +152,15 @@ class PieceReader : PieceCursor {
 
 }  // namespace
 
+std::optional<Fault> ReadSpecPiece(std::string_view piece, const RangeOptions& options,
+                                   Spec& range) {
+  return PieceReader(piece, options, range).Read();
+}
+
 RangeResult ParseRange(std::string_view text, const RangeOptions& options) {
   RangeResult result;
-  const std::optional<TextError> error = ReadPieces(text, [&](std::string_view piece) {
-    return PieceReader(piece, options, result.range).Read();
-  });
+  const std::optional<TextError> error = ReadPieces(
+      text, [&](std::string_view piece) { return ReadSpecPiece(piece, options, result.range); });
   if (error) result = {Spec(), error->message, error->position};
   return result;
 }

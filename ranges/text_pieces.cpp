@@ -9,18 +9,6 @@ namespace {
 
 char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
-// A piece as an error quotes it: on one line, valid and short.
-std::string Quoted(std::string_view piece) {
-  constexpr std::size_t kLongest = 40;
-  std::wstring text = OnOneLine(FromUtf8(piece.substr(0, 4 * kLongest + 4)));
-  const bool cut = text.size() > kLongest;
-  if (cut) text.resize(kLongest);
-  std::string quoted = "'";
-  quoted += ToUtf8(text);
-  quoted += cut ? "...'" : "'";
-  return quoted;
-}
-
 }  // namespace
 
 bool EqualsIgnoringCase(std::string_view text, std::string_view lower) {
@@ -67,6 +55,32 @@ std::optional<double> PieceCursor::ReadPercent() {
   }
   Advance(static_cast<std::size_t>(stop - rest.data()) + 1);
   return percent;
+}
+
+std::optional<Fault> PieceCursor::ReadBand(PercentBand& band) {
+  constexpr const char* kExpected =
+      "a percentage above 0 and up to 100, like 10%, or a run of two, like 5%-20%";
+  const std::optional<double> first = ReadPercent();
+  if (!first) return Here(kExpected);
+  band = {0, *first};
+  if (!Skip('-')) return std::nullopt;
+  const std::size_t second_place = Place();
+  const std::optional<double> second = ReadPercent();
+  if (!second) return Here(kExpected);
+  if (*second <= *first) return Fault{second_place, "a larger percentage behind the dash"};
+  band = {*first, *second};
+  return std::nullopt;
+}
+
+std::string Quoted(std::string_view piece) {
+  constexpr std::size_t kLongest = 40;
+  std::wstring text = OnOneLine(FromUtf8(piece.substr(0, 4 * kLongest + 4)));
+  const bool cut = text.size() > kLongest;
+  if (cut) text.resize(kLongest);
+  std::string quoted = "'";
+  quoted += ToUtf8(text);
+  quoted += cut ? "...'" : "'";
+  return quoted;
 }
 
 TextError ErrorOf(const Fault& fault, std::string_view piece, std::size_t place) {

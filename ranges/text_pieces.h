@@ -15,6 +15,9 @@ namespace pokermath {
 inline constexpr std::string_view kRankLetters = "23456789TJQKA";
 inline constexpr std::string_view kSuitLetters = "cdhs";
 
+/// What stands between the pieces of a list.
+inline constexpr std::string_view kSeparators = " ,;\t\r\n";
+
 /// What is wrong with a piece: where in it, and what was expected there.
 struct Fault {
   std::size_t position;
@@ -28,6 +31,12 @@ struct TextError {
 };
 
 bool EqualsIgnoringCase(std::string_view text, std::string_view lower);
+
+/// What is within `to` percent of all hands and not within `from` percent.
+struct PercentBand {
+  double from = 0;
+  double to = 0;
+};
 
 /// Reads one piece from the left.
 class PieceCursor {
@@ -50,11 +59,16 @@ class PieceCursor {
   std::optional<int> ReadSuit();
   /// A number above 0 and up to 100 with a percent sign. Nothing is read otherwise.
   std::optional<double> ReadPercent();
+  /// "10%" or "5%-20%", or what is wrong with it.
+  std::optional<Fault> ReadBand(PercentBand& band);
 
  private:
   std::string_view piece_;
   std::size_t place_ = 0;
 };
+
+/// A piece as a message quotes it: on one line, valid and short.
+std::string Quoted(std::string_view piece);
 
 /// The error that a piece's fault makes.
 ///
@@ -64,7 +78,6 @@ TextError ErrorOf(const Fault& fault, std::string_view piece, std::size_t place)
 /// Calls `read` with every piece between commas, semicolons and blanks, until one has a fault.
 template <typename Read>
 std::optional<TextError> ReadPieces(std::string_view text, const Read& read) {
-  constexpr std::string_view kSeparators = " ,;\t\r\n";
   std::size_t place = text.find_first_not_of(kSeparators);
   while (place != text.npos) {
     const std::size_t end = std::min(text.find_first_of(kSeparators, place), text.size());

@@ -100,6 +100,8 @@ struct RangeReading {
 POKERMATH_EXPORT Result<RangeReading> ReadRange(Game game, std::string_view text);
 
 /// Text that ReadRange reads back to the same range, weights as the shortest decimals: "TT+:0.5".
+/// What is no hand of the game, or has no weight, is left out. Omaha hands without any order take
+/// some seconds.
 POKERMATH_EXPORT std::string RangeText(const HandRange& range);
 
 }  // namespace pokermath
