@@ -1,5 +1,7 @@
 // Cards as people type them.
 
+#include "cards/card_text.h"
+
 #include <cctype>
 #include <cstdint>
 
@@ -37,18 +39,34 @@ struct CardAt {
 
 CardAt ReadCard(std::string_view text) {
   const bool ten = text.starts_with("10");
-  const std::size_t length = ten ? 3 : 2;
+  const std::size_t length = ten ? 2 : 1;
   if (text.size() < length) return {};
-  const auto letter = [](char c) { return static_cast<unsigned char>(c); };
-  const char rank_letter = ten ? 'T' : static_cast<char>(std::toupper(letter(text[0])));
-  const char suit_letter = static_cast<char>(std::tolower(letter(text[length - 1])));
+  const char rank_letter =
+      ten ? 'T' : static_cast<char>(std::toupper(static_cast<unsigned char>(text[0])));
   const std::size_t rank = kRankLetters.find(rank_letter);
-  const std::size_t suit = kSuitLetters.find(suit_letter);
-  if (rank == std::string_view::npos || suit == std::string_view::npos) return {};
-  return {static_cast<int>(suit * 13 + rank), length};
+  const SuitAt read = ReadSuitAt(text.substr(length));
+  if (rank == std::string_view::npos || read.suit < 0) return {};
+  return {read.suit * 13 + static_cast<int>(rank), length + read.length};
 }
 
 }  // namespace
+
+SuitAt ReadSuitAt(std::string_view text) {
+  if (text.empty()) return {};
+  // U+2660..2667: spades, hearts, diamonds and clubs, first the black sign or the white one and
+  // then the other. U+FE0E and U+FE0F ask for the sign as text or as a picture.
+  constexpr std::string_view kSigns = "\xE2\x99", kSelectors = "\xEF\xB8";
+  constexpr int kSuitOfSign[4] = {3, 2, 1, 0};
+  if (text.starts_with(kSigns) && text.size() > 2 && text[2] >= '\xA0' && text[2] <= '\xA7') {
+    const std::string_view behind = text.substr(3);
+    const bool selected = behind.starts_with(kSelectors) && behind.size() > 2 &&
+                          (behind[2] == '\x8E' || behind[2] == '\x8F');
+    return {kSuitOfSign[text[2] & 3], std::size_t{selected ? 6u : 3u}};
+  }
+  const std::size_t suit =
+      kSuitLetters.find(static_cast<char>(std::tolower(static_cast<unsigned char>(text[0]))));
+  return suit == std::string_view::npos ? SuitAt{} : SuitAt{static_cast<int>(suit), 1};
+}
 
 std::string CardName(int card) {
   return {kRankLetters[static_cast<std::size_t>(card % 13)],

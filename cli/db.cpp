@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
+#include <cstdio>
 #include <fstream>
 #include <functional>
 #include <iostream>
@@ -330,7 +331,9 @@ std::string ReadScript(const DbWords& words) {
     }
   }
   std::istream& in = path == "-" ? std::cin : file;
-  return {std::istreambuf_iterator<char>(in), {}};
+  std::string script{std::istreambuf_iterator<char>(in), {}};
+  if (std::ferror(stdin) != 0) throw SystemFailure("cannot read standard input", errno);
+  return script;
 }
 
 int RunExec(const DbWords& words) {

@@ -63,7 +63,7 @@ struct EquityOptions {
 int ThreadsOf(const EquityOptions& options) {
   constexpr int kMostThreads = 1024;
   if (options.threads) {
-    return static_cast<int>(ReadWhole("--threads", *options.threads, 1, kMostThreads));
+    return ReadNumber("--threads", *options.threads, 1, kMostThreads);
   }
   return std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMostThreads);
 }
@@ -88,8 +88,13 @@ void CheckOrder(const CLI::App& command, const EquityWords& words) {
   }
 }
 
+void PrintWarnings(const AskedEquity& asked) {
+  for (const std::string& warning : asked.warnings) PrintError("warning: " + warning);
+}
+
 // A question that cannot be answered has an error in its place, and the next one is read.
 EquityRun RunLine(const AskedEquity& asked, int threads) {
+  PrintWarnings(asked);
   try {
     return Run(asked, {.threads = threads});
   } catch (const Failure& failure) {
@@ -130,6 +135,7 @@ int RunEquity(const EquityOptions& options) {
   RefuseOldOptions(options);
   if (options.words.players == std::vector<std::string>{"-"}) return AnswerQuestionLines(options);
   const AskedEquity asked = ReadEquity(options.words);
+  PrintWarnings(asked);
   const EquityRun run = Run(asked, {.threads = ThreadsOf(options), .attended = true});
   Print(options.json ? JsonLine(EquityJson(asked, run, {}))
                      : EquityPage(asked, run, Colours::ForStandardOutput()));

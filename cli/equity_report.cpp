@@ -190,8 +190,8 @@ std::string MethodText(const AskedEquity& asked, const EquityRun& run) {
   const std::string count = CountText(cases);
   const std::string time = DurationText(run.elapsed);
   if (IsSampled(run)) {
-    return fmt::format("{} random deals with seed {}, sampled ({}), {}.\n", count,
-                       asked.question.seed, run.answer.reason, time);
+    return fmt::format("{} random deal{} with seed {}, sampled ({}), {}.\n", count,
+                       count == "1" ? "" : "s", asked.question.seed, run.answer.reason, time);
   }
   return fmt::format("{} {} of board and hands, counted exactly ({}), {}.\n", count,
                      count == "1" ? "case" : "cases", run.answer.reason, time);
@@ -308,8 +308,9 @@ std::string EquityLine(const AskedEquity& asked, const EquityRun& run) {
                  [](const PlayerAnswer& p) { return fmt::format("{:.6f}", p.total.equity); });
   line += Values("wins", run, [](const PlayerAnswer& p) { return PlainCount(p.total.wins); });
   line += Values("ties", run, [](const PlayerAnswer& p) { return PlainCount(p.total.ties); });
-  line += fmt::format(" of {} {}", PlainCount(run.answer.cases),
-                      IsSampled(run) ? "trials sampled" : "cases exact");
+  const std::string cases = PlainCount(run.answer.cases);
+  line += fmt::format(" of {} {}{} {}", cases, IsSampled(run) ? "trial" : "case",
+                      cases == "1" ? "" : "s", IsSampled(run) ? "sampled" : "exact");
   if (IsSampled(run)) {
     line += Values("standard_error", run, [](const PlayerAnswer& p) {
       return p.standard_error ? fmt::format("{:.6f}", *p.standard_error) : "none";

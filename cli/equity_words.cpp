@@ -8,7 +8,7 @@
 
 #include "cli/card_words.h"
 #include "cli/errors.h"
-#include "cli/game.h"
+#include "cli/number_text.h"
 #include "cli/player_words.h"
 #include "pokermath/cards.h"
 
@@ -80,22 +80,16 @@ void SetOption(std::string_view name, std::string_view value, EquityWords& words
   option = value;
 }
 
+Game ReadGame(const std::string& name, const std::string& text) {
+  if (const std::optional<Game> game = FindGame(text)) return *game;
+  throw UsageError(fmt::format("{} {} is not known: {}", name, Quoted(text), GameNames()));
+}
+
 Street ReadStreet(const std::string& name, std::string_view text) {
   if (text == "flop") return Street::kFlop;
   if (text == "turn") return Street::kTurn;
   if (text == "river") return Street::kRiver;
   throw UsageError(name + " " + Quoted(text) + " is not known: flop, turn or river");
-}
-
-template <typename Number>
-Number ReadNumber(std::string_view option, std::string_view text, Number low, Number high) {
-  Number number{};
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc{} || end != text.data() + text.size() || number < low || number > high) {
-    throw UsageError(fmt::format("{} {} is not accepted: a whole number from {} to {}", option,
-                                 Quoted(text), low, high));
-  }
-  return number;
 }
 
 // A share of the pot, or with its sign a percentage.
@@ -123,17 +117,18 @@ void ReadLimits(const EquityWords& words, AskedEquity& asked) {
   SamplingLimits& limits = asked.question.sampling;
   if (words.trials || words.time_ms) limits = {.standard_error = 0, .trials = kMostTrials};
   if (words.trials)
-    limits.trials = ReadWhole(words.Named("--trials"), *words.trials, 1, kMostTrials);
+    limits.trials =
+        ReadNumber(words.Named("--trials").c_str(), *words.trials, std::int64_t{1}, kMostTrials);
   if (words.standard_error)
     limits.standard_error =
         ReadStandardError(words.Named("--standard-error"), *words.standard_error);
   if (words.time_ms) {
     constexpr std::int64_t kDay = 86'400'000;
-    asked.time =
-        std::chrono::milliseconds(ReadWhole(words.Named("--time-ms"), *words.time_ms, 1, kDay));
+    asked.time = std::chrono::milliseconds(
+        ReadNumber(words.Named("--time-ms").c_str(), *words.time_ms, std::int64_t{1}, kDay));
   }
   if (words.seed) {
-    asked.question.seed = ReadNumber(words.Named("--seed"), *words.seed, std::uint64_t{0},
+    asked.question.seed = ReadNumber(words.Named("--seed").c_str(), *words.seed, std::uint64_t{0},
                                      std::numeric_limits<std::uint64_t>::max());
   }
 }
@@ -141,7 +136,7 @@ void ReadLimits(const EquityWords& words, AskedEquity& asked) {
 AskedEquity ReadOptions(const EquityWords& words) {
   AskedEquity asked;
   EquityQuestion& question = asked.question;
-  if (words.game) question.game = ReadGame(*words.game);
+  if (words.game) question.game = ReadGame(words.Named("--game"), *words.game);
   if (words.to) question.street = ReadStreet(words.Named("--to"), *words.to);
   if (words.board) asked.board = ReadCards(*words.board);
   if (words.dead) asked.dead = ReadCards(*words.dead);
@@ -172,11 +167,6 @@ void EquityWords::TakeMissing(const EquityWords& defaults) {
   for (const NamedOption& known : kOptions) {
     if (!(this->*known.option)) this->*known.option = defaults.*known.option;
   }
-}
-
-std::int64_t ReadWhole(std::string_view option, std::string_view text, std::int64_t low,
-                       std::int64_t high) {
-  return ReadNumber(option, text, low, high);
 }
 
 void CheckWordBehind(std::string_view option, std::string_view cards, std::string_view word) {
@@ -219,16 +209,15 @@ AskedEquity ReadEquity(const EquityWords& words) {
   if (words.players.empty()) throw UsageError("players are needed, like AhKd 7s7c");
   const std::vector<std::string> texts =
       words.of_object ? words.players : PlayerTexts(words.players, question.game);
-  for (const std::string& text : texts) {
-    PlayerReading read = ReadPlayer(text, question.game);
-    question.players.push_back(std::move(read.range));
-    asked.players.push_back(std::move(read.name));
-  }
-  for (const std::string& text : words.folded) {
-    PlayerReading read = ReadPlayer(text, question.game);
-    question.folded.push_back(std::move(read.range));
-    asked.folded.push_back(std::move(read.name));
-  }
+  const auto read = [&](const std::string& text, std::vector<HandRange>& ranges,
+                        std::vector<std::string>& names) {
+    PlayerReading player = ReadPlayer(text, question.game);
+    ranges.push_back(std::move(player.range));
+    names.push_back(std::move(player.name));
+    for (const std::string& warning : player.warnings) asked.warnings.push_back(warning);
+  };
+  for (const std::string& text : texts) read(text, question.players, asked.players);
+  for (const std::string& text : words.folded) read(text, question.folded, asked.folded);
   return asked;
 }
 

@@ -38,6 +38,7 @@ struct AskedEquity {
   std::vector<int> board;  ///< in the order in which it was given
   std::vector<int> dead;
   std::optional<std::chrono::milliseconds> time;  ///< for sampling
+  std::vector<std::string> warnings;              ///< a line each
 };
 
 /// Throws UsageError if a word that follows the cards of --board or --dead at once is a card: it
@@ -54,10 +55,6 @@ void CheckOptions(const EquityWords& words);
 /// Reads what the words say; throws UsageError for words that cannot be read. Whether the question
 /// has an answer is the calculator's to say.
 AskedEquity ReadEquity(const EquityWords& words);
-
-/// A whole number within bounds; throws UsageError that names the option.
-std::int64_t ReadWhole(std::string_view option, std::string_view text, std::int64_t low,
-                       std::int64_t high);
 
 }  // namespace pokermath::cli
 

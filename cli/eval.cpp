@@ -51,6 +51,8 @@ constexpr const char* kShortDeckCategories[11] = {
     "",           "high card", "one pair",       "two pair",       "straight",   "three of a kind",
     "full house", "flush",     "four of a kind", "straight flush", "royal flush"};
 constexpr int kBest = 7462;
+constexpr Game kGames[] = {Game::kHoldem, Game::kShortDeck, Game::kOmaha, Game::kOmaha5};
+
 struct EvalAnswer {
   bool short_deck = false;
   std::vector<int> hand;
@@ -196,27 +198,14 @@ struct Showdown {
   std::vector<int> board;
 };
 
-Showdown ReadShowdown(const EvalWords& words) {
+Showdown ReadShowdown(const EvalWords& words, bool short_deck) {
   const std::string hand = fmt::format("{}", fmt::join(words.cards, " "));
-  Showdown showdown = {{ReadCards(hand), ReadCards(*words.versus)}, {}};
-  for (const std::string& text : {hand, *words.versus}) {
-    const std::size_t cards = ReadCards(text).size();
-    if (cards != 2) {
-      throw UsageError(fmt::format("{} has {} {}: with --versus a hand has 2", Quoted(text), cards,
-                                   cards == 1 ? "card" : "cards"));
-    }
-  }
-  if (words.board) {
-    showdown.board = ReadCards(*words.board);
-    if (showdown.board.size() < 3 || showdown.board.size() > 5) {
-      throw UsageError(fmt::format("{} has {} {}: a board has 3 to 5 here", Quoted(*words.board),
-                                   showdown.board.size(),
-                                   showdown.board.size() == 1 ? "card" : "cards"));
-    }
-  }
+  Showdown showdown;
+  showdown.hands[0] = ReadCards(hand, 2, 2, "with --versus a hand has 2");
+  showdown.hands[1] = ReadCards(*words.versus, 2, 2, "with --versus a hand has 2");
+  if (words.board) showdown.board = ReadCards(*words.board, 3, 5, "a board has 3 to 5 here");
   // Reads all of them as one list, which refuses a card that is there twice.
-  CheckDeck(IsShortDeck(words.game),
-            ReadCards(hand + " " + *words.versus + " " + words.board.value_or("")));
+  CheckDeck(short_deck, ReadCards(hand + " " + *words.versus + " " + words.board.value_or("")));
   return showdown;
 }
 
@@ -237,9 +226,8 @@ int Judge(bool short_deck, Showdown showdown) {
                      static_cast<int>(showdown.board.size()), logic);
 }
 
-int RunVersus(const EvalWords& words) {
-  const Showdown showdown = ReadShowdown(words);
-  const bool short_deck = IsShortDeck(words.game);
+int RunVersus(const EvalWords& words, bool short_deck) {
+  const Showdown showdown = ReadShowdown(words, short_deck);
   const int verdict = Judge(short_deck, showdown);
   const Colours colours = Colours::ForStandardOutput();
   Json json = {{"schema", kJsonSchema}, {"board", CardsJson(showdown.board)}};
@@ -270,14 +258,7 @@ int RunVersus(const EvalWords& words) {
 }
 
 int RunEval(const EvalWords& words) {
-  const Game game = ReadGame(words.game);
-  if (IsHighLow(game)) {
-    throw UsageError("--game '" + words.game +
-                     "' is not for eval: omaha and omaha5 show the high hand");
-  }
-  if (game == Game::kShortDeckStraights) {
-    throw UsageError("--game '" + words.game + "' is not for eval: shortdeck is");
-  }
+  const Game game = ReadGame(words.game, kGames);
   if (IsOmaha(game)) {
     if (words.versus) throw UsageError("--versus is for holdem and shortdeck");
     if (!words.board) throw UsageError("--board is needed: an Omaha hand plays three cards of it");
@@ -290,7 +271,7 @@ int RunEval(const EvalWords& words) {
   if (lines && (words.versus || words.board)) {
     throw UsageError("--versus and --board go with one question, not with lines");
   }
-  if (words.versus) return RunVersus(words);
+  if (words.versus) return RunVersus(words, short_deck);
   if (lines) {
     return AnswerLines({.json = json},
                        [json, short_deck](std::string_view line, int, std::string& out) {

@@ -1,20 +1,22 @@
 #include "cli/game.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "cli/errors.h"
 #include "pokermath/cards.h"
 #include "ranges/hand_classes.h"
 
 namespace pokermath::cli {
 
-Game ReadGame(const std::string& name) {
-  if (const std::optional<Game> game = FindGame(name)) return *game;
-  throw UsageError("--game " + Quoted(name) + " is not known: " + std::string(GameNames()));
-}
-
-bool IsShortDeck(const std::string& game) {
-  if (game == "shortdeck") return true;
-  if (game == "holdem") return false;
-  throw UsageError("--game " + Quoted(game) + " is not known: holdem or shortdeck");
+Game ReadGame(const std::string& name, std::span<const Game> accepted) {
+  std::string names;
+  for (const Game game : accepted) {
+    if (name == NameOf(game)) return game;
+    names += (names.empty() ? "" : ", ") + std::string(NameOf(game));
+  }
+  throw UsageError("--game " + Quoted(name) + " is not " +
+                   (FindGame(name) ? "for this question" : "known") + ": " + names);
 }
 
 void CheckDeck(bool short_deck, std::span<const int> cards) {

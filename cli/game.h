@@ -11,8 +11,8 @@
 
 namespace pokermath::cli {
 
-/// Throws UsageError for the name of no game.
-Game ReadGame(const std::string& name);
+/// The game of a name; throws UsageError unless it is one of those that a question has answers for.
+Game ReadGame(const std::string& name, std::span<const Game> accepted);
 /// The name that ReadGame reads.
 inline const char* NameOf(Game game) { return RulesOf(game).name; }
 /// "Texas Hold'em", "five-card Omaha".
@@ -22,9 +22,6 @@ inline bool IsHighLow(Game game) { return RulesOf(game).high_low; }
 inline bool IsOmaha(Game game) { return RulesOf(game).IsOmaha(); }
 /// Hole cards.
 inline std::size_t HandSize(Game game) { return static_cast<std::size_t>(RulesOf(game).hand_size); }
-
-/// Whether a game is the short deck; throws UsageError unless it is "holdem" or "shortdeck".
-bool IsShortDeck(const std::string& game);
 
 /// Throws UsageError if one of the cards is not in the deck.
 void CheckDeck(bool short_deck, std::span<const int> cards);

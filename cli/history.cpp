@@ -5,12 +5,14 @@
 #include <CLI/CLI.hpp>
 #include <cerrno>
 #include <chrono>
+#include <limits>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <thread>
 
 #include "cli/command.h"
 #include "cli/errors.h"
+#include "cli/number_text.h"
 #include "cli/output.h"
 #include "cli/stop_signals.h"
 #include "platform/text.h"
@@ -34,7 +36,7 @@ Examples:
 
 struct Options {
   std::string path;
-  std::int64_t from = 0;
+  std::string from = "0";
   bool follow = false;
   bool json = false;
 };
@@ -69,7 +71,8 @@ void PrintLines(const CStringArray& lines, bool json, bool unfinished) {
 
 int RunHistory(const Options& options) {
   const StopSignals signals;
-  HistoryReader reader(options.path, options.from);
+  HistoryReader reader(options.path, ReadNumber("--from", options.from, std::int64_t{0},
+                                                std::numeric_limits<std::int64_t>::max()));
   bool seen = false;
   const auto check = [&](bool good) {
     // A file that is being replaced can be missing for a moment, or not be ready.
@@ -107,7 +110,6 @@ void AddHistory(CLI::App& program, int& exit_code) {
       program.add_subcommand("history", "The lines of a hand-history file, also while it grows");
   command->add_option("FILE", options->path, "The file")->required()->type_name("");
   command->add_option("--from", options->from, "Position in bytes at which to begin [0]")
-      ->check(CLI::NonNegativeNumber)
       ->type_name("POSITION");
   command->add_flag("--follow", options->follow, "Go on while the file grows, until Ctrl-C");
   command->add_flag("--json", options->json, "Print JSON objects, one a line");

@@ -136,6 +136,7 @@ int RunLow(const OmahaWords& words) {
 
 void AddLow(CLI::App& program, int& exit_code) {
   auto words = std::make_shared<OmahaWords>();
+  words->low = true;
   CLI::App* command = program.add_subcommand("low", "The low of an Omaha Hi/Lo hand");
   AddOmahaWords(*command, *words);
   command->footer(kExamples);

@@ -26,7 +26,7 @@ namespace pokermath::cli {
 namespace {
 
 constexpr const char* kExamples =
-    R"(Cards are a rank (23456789TJQKA or 10) and a suit (cdhs), in either case: AhKd, 10c.
+    R"(Cards are a rank (23456789TJQKA or 10) and a suit (cdhs or ♣♦♥♠), in either case: AhKd, 10c.
 
 Examples:
   pokermath eval AhKhQhJhTh2c3d
@@ -46,10 +46,11 @@ Examples:
 Exit codes: 0 done, 1 failed, 2 wrong usage.)";
 
 // A file that we open must never become standard output because the caller had closed that: what
-// is closed becomes something that cannot be written.
+// is closed becomes something that can be neither read, for standard input, nor written.
 void OccupyStandardStreams() {
   for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd) {
-    if (fcntl(fd, F_GETFD) == -1 && open("/dev/null", O_RDONLY) != fd) std::abort();
+    const int mode = fd == STDIN_FILENO ? O_WRONLY : O_RDONLY;
+    if (fcntl(fd, F_GETFD) == -1 && open("/dev/null", mode) != fd) std::abort();
   }
 }
 

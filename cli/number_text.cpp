@@ -13,6 +13,10 @@ std::string Grouped(std::int64_t number) {
   return text;
 }
 
+std::string Counted(std::int64_t number, std::string_view what) {
+  return fmt::format("{} {}{}", Grouped(number), what, number == 1 ? "" : "s");
+}
+
 std::string DurationText(Seconds duration) {
   const double seconds = duration.count();
   if (seconds < 0.001) return fmt::format("{:.3f} ms", seconds * 1e3);

@@ -4,9 +4,11 @@
 
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
+#include <span>
 
 #include "cli/card_words.h"
 #include "cli/errors.h"
+#include "cli/game.h"
 #include "cli/words.h"
 #include "eval/omaha_best.h"
 #include "pokermath/cards.h"
@@ -14,12 +16,13 @@
 namespace pokermath::cli {
 namespace {
 
+// Those of the high hand come first.
+constexpr Game kGames[] = {Game::kOmaha, Game::kOmaha5, Game::kOmahaHighLow, Game::kOmaha5HighLow};
+
 std::vector<int> ReadHoleCards(const OmahaWords& words) {
   if (!words.game) return ReadCards(words.hand, 4, 5, "an Omaha hand has 4 or 5");
-  if (*words.game != "omaha" && *words.game != "omaha5") {
-    throw UsageError("--game " + Quoted(*words.game) + " is not known: omaha or omaha5");
-  }
-  const std::size_t size = *words.game == "omaha5" ? 5 : 4;
+  const std::span<const Game> games(kGames);
+  const std::size_t size = HandSize(ReadGame(*words.game, words.low ? games : games.first(2)));
   return ReadCards(words.hand, size, size, fmt::format("a hand of this game has {}", size));
 }
 
@@ -63,7 +66,8 @@ void AddOmahaWords(CLI::App& command, OmahaWords& words) {
   command.add_option("BOARD", words.board, "The cards on the table")->required()->type_name("");
   command
       .add_option("--game", words.game,
-                  "omaha or omaha5: refuse another number of hole cards [as many as there are]")
+                  std::string(words.low ? "omaha-hilo or omaha5-hilo" : "omaha or omaha5") +
+                      ": refuse another number of hole cards [as many as there are]")
       ->type_name("GAME");
   command.add_flag("--json", words.json, "Print a JSON object");
 }

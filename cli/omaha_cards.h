@@ -42,8 +42,9 @@ Json OmahaJson(const OmahaHand& hand);
 
 struct OmahaWords {
   std::string hand, board;
-  std::optional<std::string> game;  // omaha or omaha5; otherwise the hand has four or five cards
+  std::optional<std::string> game;  // otherwise the hand has four or five cards
   bool json = false;
+  bool low = false;  // the question is about the low hand, and games may be Hi/Lo
 };
 
 /// Adds HAND, BOARD, --game and --json to a subcommand.

@@ -12,6 +12,11 @@
 #include "pokermath/cards.h"
 
 namespace pokermath::cli {
+namespace {
+
+constexpr std::string_view kStandardOutput = "-";  // as a path
+
+}  // namespace
 
 void Print(std::string_view text) {
   while (!text.empty()) {
@@ -22,10 +27,17 @@ void Print(std::string_view text) {
   }
 }
 
-void WriteFile(const std::string& path, std::string_view content) {
+void WritePicture(const std::string& path, std::string_view svg) {
+  if (path == kStandardOutput) return Print(svg);
   AtomicFile file(path);
-  file.Write(content.data(), content.size());
+  file.Write(svg.data(), svg.size());
   if (!file.Commit()) throw SystemFailure("cannot write " + Quoted(path), errno);
+}
+
+bool IsPictureAlone(const std::optional<std::string>& path, bool json) {
+  if (path != kStandardOutput) return false;
+  if (json) throw UsageError("--svg - and --json do not go together: both are standard output");
+  return true;
 }
 
 std::string JsonLine(const Json& object) {

@@ -3,6 +3,7 @@
 #ifndef POKERMATH_CLI_OUTPUT_H_
 #define POKERMATH_CLI_OUTPUT_H_
 
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -20,8 +21,13 @@ inline constexpr int kJsonSchema = 1;
 /// Writes the whole text to standard output; throws Failure if it cannot.
 void Print(std::string_view text);
 
-/// Writes a file in one piece; throws Failure if it cannot.
-void WriteFile(const std::string& path, std::string_view content);
+/// Writes a picture to a file in one piece, or to standard output if the path is "-"; throws
+/// Failure if it cannot.
+void WritePicture(const std::string& path, std::string_view svg);
+
+/// Whether a picture goes to standard output, which is then all that goes there; throws UsageError
+/// if JSON is to go there, too.
+bool IsPictureAlone(const std::optional<std::string>& path, bool json);
 
 /// One object on one line. Bytes that are no UTF-8 become U+FFFD.
 std::string JsonLine(const Json& object);

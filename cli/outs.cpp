@@ -213,14 +213,16 @@ Json ToJson(const OutsAnswer& answer) {
 }
 
 int RunOuts(const OutsWords& words) {
+  const bool picture_only = IsPictureAlone(words.svg, words.json);
   const OutsAnswer answer = FindOuts(ReadOmahaHand(words, 4));
   if (words.svg) {
-    WriteFile(*words.svg,
-              DeckSvg(Marked(answer),
-                      fmt::format("{}: {}, {} outs, {} nut outs", answer.hand.Cards(Colours(false)),
-                                  CategoryName(answer.hand.value), answer.all.cards.size(),
-                                  answer.all.nut_cards.size())));
+    WritePicture(*words.svg, DeckSvg(Marked(answer), fmt::format("{}: {}, {} outs, {} nut outs",
+                                                                 answer.hand.Cards(Colours(false)),
+                                                                 CategoryName(answer.hand.value),
+                                                                 answer.all.cards.size(),
+                                                                 answer.all.nut_cards.size())));
   }
+  if (picture_only) return kExitDone;
   Print(words.json ? JsonLine(ToJson(answer)) : ToText(answer, Colours::ForStandardOutput()));
   return kExitDone;
 }
@@ -232,7 +234,9 @@ void AddOuts(CLI::App& program, int& exit_code) {
   CLI::App* command =
       program.add_subcommand("outs", "Cards that improve an Omaha hand, and a picture of them");
   AddOmahaWords(*command, *words);
-  command->add_option("--svg", words->svg, "Also write the deck as a picture")->type_name("FILE");
+  command
+      ->add_option("--svg", words->svg, "Also write the deck as a picture; - for a picture alone")
+      ->type_name("FILE");
   command->footer(kExamples);
   command->callback([words, &exit_code] { exit_code = RunOuts(*words); });
 }

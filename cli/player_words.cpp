@@ -17,20 +17,6 @@ namespace {
 
 constexpr std::string_view kBetweenPieces = " \t\r\n,;";
 
-// The pieces of a list with a comma between them.
-std::string Pieces(std::string_view text) {
-  std::string pieces;
-  for (const char c : text) {
-    if (kBetweenPieces.find(c) == kBetweenPieces.npos) {
-      pieces += c;
-    } else if (!pieces.empty() && pieces.back() != ',') {
-      pieces += ',';
-    }
-  }
-  if (!pieces.empty() && pieces.back() == ',') pieces.pop_back();
-  return pieces;
-}
-
 bool IsRandom(std::string_view piece) {
   return std::ranges::equal(piece, std::string_view("random"),
                             [](char a, char b) { return (a | 0x20) == b; });
@@ -54,23 +40,20 @@ std::size_t WordsOfPlayer(std::span<const std::string> words, std::size_t hand_s
   return 1;
 }
 
-struct RangeOrError {
-  HandRange range;
-  std::string error;
-};
-
-RangeOrError ReadRangeText(std::string_view text, Game game) {
-  const auto read = [game](auto result) -> RangeOrError {
-    if (!result.error.empty()) return {HandRange(game), std::move(result.error)};
-    return {HandRange(game, result.range), ""};
-  };
-  const GameRules& rules = RulesOf(game);
-  if (rules.hand_size == 4) return read(ParseOmahaRange<4>(text));
-  if (rules.hand_size == 5) return read(ParseOmahaRange<5>(text));
-  return read(ParseRange(text, {.short_deck = rules.IsShortDeck()}));
-}
-
 }  // namespace
+
+std::string Pieces(std::string_view text) {
+  std::string pieces;
+  for (const char c : text) {
+    if (kBetweenPieces.find(c) == kBetweenPieces.npos) {
+      pieces += c;
+    } else if (!pieces.empty() && pieces.back() != ',') {
+      pieces += ',';
+    }
+  }
+  if (!pieces.empty() && pieces.back() == ',') pieces.pop_back();
+  return pieces;
+}
 
 std::vector<std::string> PlayerTexts(const std::vector<std::string>& words, Game game) {
   std::vector<std::string> texts;
@@ -88,13 +71,13 @@ PlayerReading ReadPlayer(std::string_view text, Game game) {
   const std::size_t size = HandSize(game);
   const CardsResult cards = ParseCards(text);
   if (cards.cards.size() == size) {
-    return {HandRange::Of(game, CardSet(cards.cards)), CardsText(cards.cards)};
+    return {HandRange::Of(game, CardSet(cards.cards)), CardsText(cards.cards), {}};
   }
   std::string pieces = Pieces(text);
   if (pieces.empty()) throw UsageError(fmt::format("{}: {}", Quoted(text), kPlayer));
-  if (IsRandom(pieces)) return {HandRange::Every(game), "random"};
-  RangeOrError read = ReadRangeText(text, game);
-  if (read.error.empty()) return {std::move(read.range), std::move(pieces)};
+  if (IsRandom(pieces)) return {HandRange::Every(game), "random", {}};
+  Result<RangeReading> read = ReadRange(game, text);
+  if (read) return {read->range, std::move(pieces), read->warnings};
   // What is cards only, but no list of holdings, was meant as a hand.
   const bool is_list = pieces.find(',') != pieces.npos && cards.cards.size() > size;
   if (cards.error.empty() && !is_list) {
@@ -102,7 +85,7 @@ PlayerReading ReadPlayer(std::string_view text, Game game) {
                                  NameOf(game), size));
   }
   if (IsLikeRandom(pieces)) throw UsageError(fmt::format("{}: {}", Quoted(text), kPlayer));
-  throw UsageError(read.error);
+  throw UsageError(read.error().text);
 }
 
 }  // namespace pokermath::cli

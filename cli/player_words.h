@@ -11,6 +11,9 @@
 
 namespace pokermath::cli {
 
+/// The pieces of a list with a comma between them.
+std::string Pieces(std::string_view text);
+
 /// The texts of players from words: each word is a player, but for words that are cards only and
 /// together exactly one hand: Ah Kd 7s 7c.
 std::vector<std::string> PlayerTexts(const std::vector<std::string>& words, Game game);
@@ -18,6 +21,7 @@ std::vector<std::string> PlayerTexts(const std::vector<std::string>& words, Game
 struct PlayerReading {
   HandRange range;
   std::string name;  ///< the cards of a hand, or the pieces of a range with commas between them
+  std::vector<std::string> warnings;  ///< about what reads well but may be meant otherwise
 };
 
 /// Reads one player; throws UsageError for a text that is none.

@@ -89,8 +89,8 @@ std::string ToText(const std::vector<int>& stakes, const std::vector<int>& score
   const Colours colours = Colours::ForStandardOutput();
   std::string text;
   for (std::size_t i = 0; i < pots.size(); ++i) {
-    text += fmt::format("pot {}: {} {}, {}\n", i + 1, Grouped(pots[i].chips),
-                        pots[i].chips == 1 ? "chip" : "chips", PotText(pots[i]));
+    text +=
+        fmt::format("pot {}: {}, {}\n", i + 1, Counted(pots[i].chips, "chip"), PotText(pots[i]));
   }
   text += "\n" +
           colours.Faint(fmt::format("{:<6}{:>15}{:>13}{:>15}", "seat", "stake", "score", "gets")) +

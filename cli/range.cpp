@@ -14,6 +14,7 @@
 #include "cli/errors.h"
 #include "cli/game.h"
 #include "cli/output.h"
+#include "cli/player_words.h"
 #include "cli/range_omaha.h"
 #include "cli/range_picture.h"
 #include "platform/text.h"
@@ -42,6 +43,8 @@ Examples:
   pokermath range --game omaha 10%:ds
   pokermath range --game omaha 'AAxx!AAAx,KKxx:ds' --dead Ah7c
   pokermath range --game omaha5 --rank AsKsQhJh9c)";
+
+constexpr Game kGames[] = {Game::kHoldem, Game::kShortDeck, Game::kOmaha, Game::kOmaha5};
 
 struct RangeWords {
   std::vector<std::string> text;
@@ -141,7 +144,7 @@ void WriteSvg(const std::string& path, const RangeAnswer& answer, bool short_dec
   if (title.size() > kLongestTitle) {
     title = fmt::format("{} holdings, {:.1f} %", answer.combos, answer.percent);
   }
-  WriteFile(path, MatrixSvg(RangeMatrix(answer.range, short_deck), title));
+  WritePicture(path, MatrixSvg(RangeMatrix(answer.range, short_deck), title));
 }
 
 // The matrix cell of the only class that a text names.
@@ -192,14 +195,6 @@ int RunRank(const RangeWords& words, const RangeOptions& options) {
   return kExitDone;
 }
 
-Game GameOf(const RangeWords& words) {
-  for (const Game game : {Game::kHoldem, Game::kShortDeck, Game::kOmaha, Game::kOmaha5}) {
-    if (words.game == NameOf(game)) return game;
-  }
-  throw UsageError("--game " + Quoted(words.game) +
-                   " is not known: holdem, shortdeck, omaha or omaha5");
-}
-
 int AskOmaha(const RangeWords& words, Game game) {
   if (words.svg || words.table || words.bare_offsuit) {
     throw UsageError(fmt::format("{} is for two cards, not for {}",
@@ -212,7 +207,11 @@ int AskOmaha(const RangeWords& words, Game game) {
 }
 
 int RunRange(const RangeWords& words) {
-  const Game game = GameOf(words);
+  const Game game = ReadGame(words.game, kGames);
+  if (!words.rank && Pieces(TextOf(words)).empty()) {
+    throw UsageError(IsOmaha(game) ? "a range is needed, like AAxx:ds or 10%"
+                                   : "a range is needed, like 'TT+,A9s+' or 15%");
+  }
   if (IsOmaha(game)) return AskOmaha(words, game);
   const RangeOptions options = ReadOptions(words);
   if (words.rank) {
@@ -221,9 +220,10 @@ int RunRange(const RangeWords& words) {
     }
     return RunRank(words, options);
   }
-  if (words.text.empty()) throw UsageError("a range is needed, like 'TT+,A9s+' or 15%");
+  const bool picture_only = IsPictureAlone(words.svg, words.json);
   const RangeAnswer answer = Describe(words, options);
   if (words.svg) WriteSvg(*words.svg, answer, options.short_deck);
+  if (picture_only) return kExitDone;
   Print(words.json ? JsonLine(ToJson(answer, words)) : ToText(answer, options));
   return kExitDone;
 }
@@ -243,7 +243,9 @@ void AddRange(CLI::App& program, int& exit_code) {
   command->add_flag("--bare-offsuit", words->bare_offsuit,
                     "A bare AK is offsuit only, in what is read and in what is written");
   command->add_option("--rank", words->rank, "Where one hand stands among all")->type_name("HAND");
-  command->add_option("--svg", words->svg, "Also write the matrix as a picture")->type_name("FILE");
+  command
+      ->add_option("--svg", words->svg, "Also write the matrix as a picture; - for a picture alone")
+      ->type_name("FILE");
   command->add_option("--dead", words->dead, "Omaha: cards that no hand may hold")
       ->type_name("CARDS");
   command->add_flag("--list", words->list, "Omaha: print every hand, one a line");

@@ -108,8 +108,8 @@ std::string KindsText(const Kinds& kinds, std::size_t most, int all) {
     text += fmt::format("  {:<40} {:>9}  {:>6.2f} %\n", name, Grouped(count), 100.0 * count / all);
   }
   if (kinds.size() <= most) return text;
-  const std::size_t more = kinds.size() - most;
-  return text + fmt::format("  and {} more type{}\n", more, more == 1 ? "" : "s");
+  const auto more = static_cast<std::int64_t>(kinds.size() - most);
+  return text + fmt::format("  and {}\n", Counted(more, "more type"));
 }
 
 // Text that fits on a screen; JSON has all of it.
@@ -190,7 +190,6 @@ int RunRangeOmaha(const OmahaRangeQuestion& question) {
     }
     return RunRank(question);
   }
-  if (question.text.empty()) throw UsageError("a range is needed, like AAxx:ds or 10%");
   if (question.list && question.json) throw UsageError("--list prints hands as text, not as JSON");
   return HandSize(question.game) == 4 ? RunRange<4>(question) : RunRange<5>(question);
 }

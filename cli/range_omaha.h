@@ -13,7 +13,7 @@ namespace pokermath::cli {
 
 struct OmahaRangeQuestion {
   Game game;         // omaha or omaha5
-  std::string text;  // of the range
+  std::string text;  // of the range, if it is not about a hand's rank
   std::optional<std::string> rank, dead;
   bool list = false;
   bool json = false;

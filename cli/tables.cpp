@@ -71,6 +71,16 @@ void CreateFolder(const std::string& dir) {
   if (error) throw SystemFailure("cannot create the folder " + Quoted(dir), error.value());
 }
 
+// A folder that --dir names has to be there; the usual one may come with the first build.
+std::string FolderHeadline(const Options& options, const std::string& dir) {
+  std::error_code error;
+  std::filesystem::directory_iterator(dir, error);
+  if (!error) return dir + "\n";
+  const bool may_come = options.dir.empty() && error == std::errc::no_such_file_or_directory;
+  if (!may_come) throw SystemFailure("cannot read the folder " + Quoted(dir), error.value());
+  return dir + "\nThe folder is not there yet: 'pokermath tables build' makes it.\n";
+}
+
 std::string PathOf(const std::string& dir, const TableFile& table) {
   return dir + "/" + table.file;
 }
@@ -90,8 +100,9 @@ template <typename Check>
 std::vector<Line> ReportTables(const Options& options, Check check) {
   const std::vector<const TableFile*> tables = ChosenTables(options.names);
   const std::string dir = TableFolder(options.dir);
+  const std::string headline = FolderHeadline(options, dir);
   std::vector<Line> lines;
-  if (!options.json) Print(dir + "\n");
+  if (!options.json) Print(headline);
   for (const TableFile* table : tables) {
     lines.push_back({table, check(*table, PathOf(dir, *table))});
     if (!options.json) Print(TableLine(*table, lines.back().state, lines.back().state.state));

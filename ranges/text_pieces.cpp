@@ -2,6 +2,7 @@
 
 #include <charconv>
 
+#include "cards/card_text.h"
 #include "platform/text.h"
 
 namespace pokermath {
@@ -39,10 +40,10 @@ std::optional<int> PieceCursor::ReadRank() {
 }
 
 std::optional<int> PieceCursor::ReadSuit() {
-  const std::size_t suit = AtEnd() ? kSuitLetters.npos : kSuitLetters.find(Peek());
-  if (suit == kSuitLetters.npos) return std::nullopt;
-  ++place_;
-  return static_cast<int>(suit);
+  const SuitAt read = ReadSuitAt(Rest());
+  if (read.suit < 0) return std::nullopt;
+  place_ += read.length;
+  return read.suit;
 }
 
 std::optional<double> PieceCursor::ReadPercent() {

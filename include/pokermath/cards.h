@@ -166,8 +166,9 @@ struct CardsResult {
   std::string error;
 };
 
-/// Reads cards as people write them: "AhKd", "Ah Kd", "ah,kd", "10h". Ranks and suits in either
-/// case; blanks, commas and semicolons may stand between cards. A card given twice is an error.
+/// Reads cards as people write them: "AhKd", "Ah Kd", "ah,kd", "10h", "A♥K♢" in UTF-8. Ranks and
+/// suits in either case; blanks, commas and semicolons may stand between cards. A card given twice
+/// is an error.
 POKERMATH_EXPORT CardsResult ParseCards(std::string_view text);
 
 /// Two characters for a card code 0..51: "Ah", "Tc".

@@ -88,6 +88,8 @@ TEST(CardText, EveryWrittenDeckReadsBack) {
   Dealer dealer(2);
   SCOPED_TRACE(dealer.Trace());
   const std::string separators[] = {"", " ", ",", " , ", ";", "\t\n"};
+  const std::string_view signs[2][4] = {{"♣", "♦", "♥", "♠"}, {"♧", "♢", "♡", "♤"}};
+  const std::string_view selectors[] = {"", "", "\uFE0E", "\uFE0F"};
   for (int trial = 0; trial < 200; ++trial) {
     const std::vector<int> cards = dealer.Deal(dealer.Below(53));
     std::string text;
@@ -97,6 +99,11 @@ TEST(CardText, EveryWrittenDeckReadsBack) {
       for (char& letter : name) {
         letter =
             static_cast<char>(dealer.Below(2) == 0 ? std::tolower(letter) : std::toupper(letter));
+      }
+      if (dealer.Below(3) == 0) {
+        name.pop_back();
+        name += signs[dealer.Below(2)][card / 13];
+        name += selectors[dealer.Below(4)];
       }
       text += name + separators[dealer.Below(6)];
     }
@@ -108,10 +115,10 @@ TEST(CardText, EveryWrittenDeckReadsBack) {
 
 TEST(CardText, AnErrorNamesTheBadPieceOnOneLine) {
   const std::string_view cases[][2] = {
-      {"AhXd", "'Xd'"},        {"Ah 10x Kd", "'10x'"}, {"1h", "'1h'"},
-      {"Ah K d", "'K'"},       {"10", "'10'"},         {"Ah,hA", "'hA'"},
-      {"AhKd ah", "Ah"},       {"10sTS", "Ts"},        {"Ah-Kd", "'-K'"},
-      {"Ah\x01\x7F", "'?\?'"}, {"A\nh", "'A'"},        {"A\xE2\x99\xA5", "'A\xE2\x99\xA5'"}};
+      {"AhXd", "'Xd'"},  {"Ah 10x Kd", "'10x'"},  {"1h", "'1h'"},     {"Ah K d", "'K'"},
+      {"10", "'10'"},    {"Ah,hA", "'hA'"},       {"AhKd ah", "Ah"},  {"10sTS", "Ts"},
+      {"Ah-Kd", "'-K'"}, {"Ah\x01\x7F", "'?\?'"}, {"A\nh", "'A'"},    {"A♪", "'A♪'"},
+      {"A♥♥", "'♥'"},    {"A\xE2\x99", "'A"},     {"A♥\xEF\xB8", "'"}};
   for (const auto& [text, piece] : cases) {
     const CardsResult read = ParseCards(text);
     EXPECT_TRUE(read.cards.empty()) << text;

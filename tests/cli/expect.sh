@@ -2,6 +2,7 @@
 # shellcheck shell=bash
 set -u
 : "${POKERMATH:?is to be the program under test}"
+: "${POKERMATH_TEST_DATA:=$(dirname "${BASH_SOURCE[0]}")/../data}"
 export LC_ALL=C TERM=dumb
 unset NO_COLOR
 unset POKERMATH_DATA XDG_DATA_HOME

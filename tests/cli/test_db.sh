@@ -89,6 +89,9 @@ refuses 1 "there is no table 'x***x'" db columns xsesamex --connect "$connect"
 printf "INSERT INTO log VALUES (9); SELECT E'it\\\\'s;''\\\\';' || ';'; x" >"$work/escape.sql"
 refuses 1 "statement 2 of 3 failed: " db exec "$work/escape.sql" --connect "$connect"
 
+run db exec - --connect "$connect" <&-
+expect_code 1
+same "$asked" "$out$err" "pokermath: cannot read standard input: Bad file descriptor"
 refuses 1 "no such table: none" db query 'SELECT * FROM none' --connect "$connect"
 refuses 1 "there is no table 'hands__'" db columns hands__ --connect "$connect"
 refuses 1 "cannot open the database: " db tables --connect "Driver=none;Pwd=sesame"

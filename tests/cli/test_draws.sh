@@ -75,6 +75,8 @@ H hand, B board, + out, * nut out"
 same "boxes" "$(grep -c '<rect .*</text>$' "$work/deck.svg")" 52
 same "nut outs drawn" "$(grep -c '>nut out</text>$' "$work/deck.svg")" 12
 same "closed" "$(tail -n 1 "$work/deck.svg")" "</svg>"
+run outs AhAdJcTc QhKd2s --svg -
+same "--svg -" "$out" "$(<"$work/deck.svg")"
 run outs 8h7h6c5c9c 9hTh2hJd --json
 has "$asked" "$out" '"unseen":43,"chance":0.046511627906976744,"straights":{"ranks":["KQ","Q8","87"],"held":["Q8","87"],'
 has "$asked" "$out" '"flush_draws":[{"suit":"h","hand_cards":2,"board_cards":3}]'
@@ -108,11 +110,18 @@ for question in nuts outs low; do
   refuses 2 "'Jx' is not a card" "$question" AhKhQsJx Th9h2h
   refuses 2 "'AhKhQs' has 3 cards: an Omaha hand has 4 or 5" "$question" AhKhQs Th9h2h
   refuses 2 "'AhKhQsJs' has 4 cards: a hand of this game has 5" "$question" AhKhQsJs Th9h2h --game omaha5
-  refuses 2 "--game 'holdem' is not known: omaha or omaha5" "$question" AhKhQsJs Th9h2h --game holdem
+  refuses 2 "--game 'holdem' is not for this question: omaha, omaha5" "$question" AhKhQsJs Th9h2h --game holdem
   refuses 2 "Ah is given twice" "$question" AhKhQsJs Th9hAh
   refuses 2 "'Th9h' has 2 cards: a board " "$question" AhKhQsJs Th9h
   refuses 2 "BOARD is required" "$question" AhKhQsJs
 done
+for question in nuts outs; do
+  refuses 2 "'omaha-hilo' is not for this question: omaha, omaha5" "$question" AhKhQsJs Th9h2h --game omaha-hilo
+done
+run low Ah2dKsQc3s 3c7d8h --game omaha5-hilo
+has "$asked" "$out" "The nut low."
+refuses 2 "'stud' is not known: omaha, omaha5, omaha-hilo, omaha5-hilo" low Ah2dKsQc 3c7d8h --game stud
+refuses 2 "'9h' is one word too many" nuts AhKhQsJs Th 9h 2h
 refuses 2 "'Th9h2h3c4c' has 5 cards: a board with a card to come has 3 or 4" outs AhKhQsJs Th9h2h3c4c
 refuses 1 "cannot write '$work/none/x.svg'" outs AhKhQsJs Th9h2h --svg "$work/none/x.svg"
 refuses 2 "'AhKhQsJs2c' has 5 cards: a starting hand has 4" points AhKhQsJs AhKhQsJs2c

@@ -2,7 +2,6 @@
 # pokermath equity: golden figures, the forms of an answer, sampling, bad questions.
 # shellcheck source-path=SCRIPTDIR
 . "$(dirname "$0")/expect.sh"
-data=${POKERMATH_TEST_DATA:-$(dirname "$0")/../data}
 
 # The time an answer took is the one thing that may differ.
 without_time() { sed -E 's/("elapsed_ms":)[0-9.e-]+/\1T/; s/, [0-9.]+ m?s\.$/, T./' <<<"$1"; }
@@ -16,7 +15,7 @@ near() {
 
 # golden FILE WORDS: every line of the file as a question with these words, against its counts.
 golden() {
-  tail -n +2 "$data/$1" >"$work/golden"
+  tail -n +2 "$POKERMATH_TEST_DATA/$1" >"$work/golden"
   run equity - < <(awk -F, -v words="$2" '{ print $1, $2, words }' "$work/golden")
   expect_code 0
   same "$1" "$(sed -E 's/ equity [0-9.]+ [0-9.]+//' <<<"$out")" \
@@ -25,6 +24,11 @@ golden() {
 }
 golden holdem_hand_vs_hand.csv ""
 golden holdem_hand_vs_hand_turn.csv " --to turn"
+golden shortdeck_hand_vs_hand.csv " --game shortdeck"
+tail -n +2 "$POKERMATH_TEST_DATA/shortdeck_vs_random.csv" >"$work/golden"
+run equity - --game shortdeck --exact < <(awk -F, '{ print $1, "random" }' "$work/golden")
+same "shortdeck_vs_random.csv" "$(sed -E 's/ (--game|equity) [^w]*/ /; s/(wins|ties) ([0-9]+) [0-9]+/\1 \2/g' <<<"$out")" \
+  "$(awk -F, '{ print $1, "random wins", $3, "ties", $4, "of", $2, "cases exact" }' "$work/golden")"
 
 run equity AhKd QcJs
 expect_code 0
@@ -72,6 +76,14 @@ has "$asked" "$out" "AA against QQ+,AK and 2c2d, Texas Hold'em, on the flop Ah3d
 for row in "AA           3 " "QQ+,AK      27 " "2c2d         1 "; do has "$asked" "$out" "$row"; done
 has "$asked" "$out" "cases of board and hands, counted exactly"
 has "$asked" "$out" "a pot shared by k players counts 1/k."
+run equity AhAs QQ@1,22 --json
+same "weights" "$(value equity | cut -c1-8) $(value hands 2)" "0.822101 12"
+run equity AA:0.5,KK QQ --board 2c7dTh
+has "$asked" "$out" "A case counts as often as its hands weigh."
+has "$asked" "$out" "53,460.00 cases"
+run equity AA:0.5,AhAd QQ
+expect_code 0
+has "a warning" "$err" "pokermath: warning: "
 run equity random random --exact --json
 same "random against random" "$(value equity) $(value hands 2)" "0.5 1326"
 run equity AhKd QcJs --folded 7c7d --folded KcKh,KcKs --exact --json
@@ -164,7 +176,7 @@ same "lines as JSON" "$(sed -E 's/"game".*/.../' <<<"$out")" \
 # A line may be an object, whose id comes back; cards are texts or lists.
 run equity - --seed 4 <<'END'
 {"id":"a","players":["AhKd",["Qc","Js"]],"to":"turn"}
- {"players":["AhKd","QcJs"],"board":["2c","3d","4h"],"dead":[],"folded":["7c7d",["8c","8d"]],"method":"exact"}
+ {"players":["AhKd","Q♣Js"],"board":["2c","3d","4h"],"dead":[],"folded":["7c7d",["8c","8d"]],"method":"exact"}
 AhKd QcJs --to turn
 {"id":7,"game":"omaha","players":["AhAdKhKd","random"],"method":"sampled","trials":300,"seed":1,"time_ms":5000}
 {"id":8,"players":["AhKd","random"],"standard_error":0.002,"method":"sampled"}
@@ -187,7 +199,7 @@ AhKd QcJs --to turn equity 0.688442 0.311558 wins 133957 60623 ties 0 0 of 19458
 {\"schema\":2,\"line\":8,\"error\":\"'boards' is not a key of a question: id, game, players, folded, board, dead, to, method, standard_error, trials, time_ms, seed\"}
 {\"schema\":2,\"line\":9,\"error\":\"trials '0.5' is not accepted: a whole number from 1 to 1000000000000\"}
 {\"schema\":2,\"line\":10,\"error\":\"'{\\\"players\\\":[\\\"AhKd\\\",' is no JSON object at byte 20\"}
-error: '[]' at position 1: expected a class (AA, AKs, AKo, AK), a class with + (TT+, A9s+), a run (JJ-88, A9s-A5s), a holding (AhKd), a percentage (15%) or random"
+error: '[]' at position 2: expected a weight in percent, like 50 or 12.5"
 # Any number of threads answer in the order of the lines.
 for ((i = 0; i < 700; ++i)); do
   echo "{\"id\":$i,\"players\":[\"AhKd\",\"$((i % 8 + 2))s$((i % 7 + 2))c\"],\"method\":\"exact\"}"
@@ -234,7 +246,7 @@ has "colours" "$out" $'\e[31mAh'
 out=$(TERM=xterm NO_COLOR=1 show)
 [[ $out == *AhKd* && $out != *$'\e[31m'* ]] || fail "NO_COLOR: $out"
 
-refuses 2 "'Xh' at position 1: expected" equity Xh 7s7c
+refuses 2 "'Xh' at position 3: expected" equity Xh 7s7c
 refuses 2 "player 2, '7sAh': Ah is in the hand of player 1 already" equity AhKd 7sAh --json
 refuses 2 "player 2, '7s7c': 7c is on the board already" equity AhKd 7s7c --board 2c3d7c
 refuses 2 "player 2, 'AKs': no combination of the range is left beside" equity AhKd AKs --dead AsAcAdKh
@@ -244,7 +256,7 @@ refuses 2 "'rand': a player is a hand, a range or the word random" equity AhKd r
 refuses 2 "'': a player is a hand" equity AhKd ""
 refuses 2 "1 player: expected 2 to 10" equity AhKd
 refuses 2 "11 players: expected 2 to 10" equity {,,,,,,,,,,}random
-refuses 2 "'KX' at position 5: expected" equity AhKd AA,KX
+refuses 2 "'KY' at position 5: expected" equity AhKd AA,KY
 refuses 2 "a board of 6 cards: expected 5" equity AhKd 7s7c --board 2c3c4c5c6c8c
 refuses 2 "a board of 5 cards: expected 4" equity AhKd 7s7c --board 2c3c4c5c6c --to turn
 refuses 2 "--to 'showdown' is not known: flop, turn or river" equity AhKd 7s7c --to showdown

@@ -2,7 +2,6 @@
 # pokermath equity --game omaha: golden figures, the forms of an answer, sampling, bad questions.
 # shellcheck source-path=SCRIPTDIR
 . "$(dirname "$0")/expect.sh"
-data=${POKERMATH_TEST_DATA:-$(dirname "$0")/../data}
 
 without_time() { sed -E 's/("elapsed_ms":)[0-9.e-]+/\1T/; s/, [0-9.]+ m?s\.$/, T./' <<<"$1"; }
 # value KEY [PLACE]: the value of a key in $out, where it stands for that time.
@@ -16,7 +15,7 @@ near() {
 # golden FILE PROGRAM: the awk program makes of every line a question, a tab, and the first player's
 # part of its answer.
 golden() {
-  tail -n +2 "$data/$1" | awk -F, "
+  tail -n +2 "$POKERMATH_TEST_DATA/$1" | awk -F, "
     function words(board, dead) {
       return \" --game omaha\" (\$1 == 5 ? 5 : \"\") (board ? \" --board \" board : \"\") \\
         (dead ? \" --dead \" dead : \"\") }
@@ -38,7 +37,7 @@ golden omaha_vs_random.csv '
     "\t" counts(($6 + $7 / 2) / $5, $6, $7, $5) }'
 
 # Hi/Lo: golden shares of the first hand.
-tail -n +2 "$data/omaha_hilo_multiway.csv" | awk -F, '
+tail -n +2 "$POKERMATH_TEST_DATA/omaha_hilo_multiway.csv" | awk -F, '
   { print $2, "--game omaha" ($1 == 5 ? 5 : "") "-hilo" ($4 ? " --board " $4 : "") ($3 ? " --dead " $3 : "") >"'"$work/asked"'"
     printf "%.6f\n", $6 / $5 }' >"$work/golden"
 run equity - <"$work/asked"

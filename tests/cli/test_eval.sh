@@ -4,7 +4,7 @@
 # shellcheck source-path=SCRIPTDIR
 . "$(dirname "$0")/expect.sh"
 
-run eval Ah KhQh,Jh 10H 2c 3D
+run eval A♥ KhQh,Jh 10H 2c 3D
 expect_code 0
 same "$asked" "$out" "AhKhQhJhTh2c3d: royal flush, Ah Kh Qh Jh Th
 
@@ -81,6 +81,14 @@ has "an answer at once" "${answer:-}" "royal flush"
 eval "exec ${asked_by_hand[1]}>&-"
 wait
 
+refuses_closed() {
+  run "$@" <&-
+  expect_code 1
+  same "$asked" "$out$err" "pokermath: cannot read standard input: Bad file descriptor"
+}
+refuses_closed eval -
+refuses_closed equity - --json
+
 # Two hands.
 run eval AhKd --versus QcJs --board 2c7dTh
 expect_code 0
@@ -133,10 +141,12 @@ refuses 2 "'Th' has 1 card: a board has 3 to 5" eval AhKhQsJs --board Th --game 
 refuses 2 "Ah is given twice" eval AhKhQsJs --board Th9hAh --game omaha
 refuses 2 "--board is needed" eval AhKhQsJs --game omaha
 refuses 2 "--versus is for holdem" eval AhKhQsJs --board Th9h2h --game omaha --versus AcKc
-refuses 2 "--game 'stud' is not known: holdem, shortdeck, shortdeck-straights, omaha, omaha5, omaha-hilo, omaha5-hilo" eval AhKhQhJhTh --game stud
+refuses 2 "--game 'stud' is not known: holdem, shortdeck, omaha, omaha5" eval AhKhQhJhTh --game stud
+refuses 2 "--game 'omaha-hilo' is not for this question: holdem, " eval AhKhQhJhTh --game omaha-hilo
 refuses 2 "'2c7d' has 2 cards: a board has 3 to 5" eval AhKd --versus QcJs --board 2c7d
 refuses 2 "'Ah' has 1 card: with --versus a hand has 2" eval AhKd --versus Ah
 refuses 2 "Ah is given twice" eval AhKd --versus Ah2c
+refuses 2 "'AhKd 7d Th' has 4 cards" eval AhKd --versus QcJs --board 2c 7d Th
 refuses 2 "go with one question" eval - --versus AhKd
 
 refuses 2 "'Xh' is not a card: rank 23456789TJQKA (or 10), suit cdhs" eval --json Xh

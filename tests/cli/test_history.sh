@@ -53,6 +53,9 @@ refuses 1 "cannot read '$work/none': No such file or directory" history "$work/n
 refuses 1 "cannot read '$work/none': No such file or directory" history "$work/none" --follow
 refuses 1 "cannot read '$work': Is a directory" history "$work"
 refuses 2 "FILE is required" history
-refuses 2 "--from" history "$file" --from -1
+for from in -3 x 1e3 9223372036854775808; do
+  refuses 2 "--from '$from' is not accepted: a whole number from 0 to " history "$file" --from "$from"
+done
+refuses 2 "--from needs a value" history "$file" --from ""
 
 finish

@@ -48,6 +48,10 @@ expect_code 0
 same "boxes" "$(grep -c '<rect .*</text>' "$work/range.svg")" 169
 has "title" "$(<"$work/range.svg")" "<title>77+,A7s+"
 
+run range 15% --svg -
+same "--svg -" "$out" "$(<"$work/range.svg")"
+refuses 2 "--svg - and --json do not go together" range 15% --svg - --json
+
 run range --rank 87s --json
 same "$asked" "$out" '{"schema":1,"game":"holdem","hand":"87s","class_order":50,"table":"equilibrium",'\
 '"enters_at_percent":34.9,"sklansky_group":5}'
@@ -127,9 +131,13 @@ refuses 2 "--list prints hands as text" range --game omaha 10% --list --json
 
 refuses 2 "'KX' at position 5: expected" range AA,KX
 refuses 2 "'55' at position 1: expected ranks of the short deck" range 55 --game shortdeck
-refuses 2 "'omaha-hilo' is not known: holdem, shortdeck, omaha or omaha5" range AA --game omaha-hilo
+refuses 2 "'omaha-hilo' is not for this question: holdem, shortdeck, omaha, omaha5" range AA --game omaha-hilo
 refuses 2 "--dead goes with --game omaha" range AA --dead Ah
 refuses 2 "'AK' names 2 classes" range --rank AK
+for text in '' ' ,; '; do
+  refuses 2 "a range is needed, like 'TT+,A9s+'" range "$text"
+  refuses 2 "a range is needed, like AAxx:ds" range --game omaha "$text"
+done
 refuses 2 "a range is needed" range
 refuses 2 "--svg needs a value" range AA --svg ""
 refuses 2 "--rank needs a value" range --rank ""

@@ -131,6 +131,13 @@ same "folders" "$found" "$work/data
 $work/xdg/pokermath
 $work/home/.local/share/pokermath
 "
+# A folder that is not there: the usual one may be, one that is named may not.
+has "no folder yet" "$(POKERMATH_DATA=$work/data "$POKERMATH" tables list river-equity)" \
+  "The folder is not there yet: 'pokermath tables build' makes it."
+for verb in list verify; do
+  refuses 1 "cannot read the folder '$work/data': No such file or directory" tables $verb --dir "$work/data"
+  refuses 1 "cannot read the folder '$0': Not a directory" tables $verb --dir "$0" --json
+done
 refuses 1 "cannot create the folder '/dev/null/x': Not a directory" tables build --dir /dev/null/x
 refuses 2 "--dir needs a value" tables list --dir ""
 refuses 2 "'ranks' is not a table: hand-ranks, river-equity, turn-equity, six-plus-5" tables verify ranks --json

@@ -156,6 +156,7 @@ TEST(OmahaText, CountsAreThoseOfArithmetic) {
 
 TEST(OmahaText, PiecesAreAddedAndTakenOffFromTheLeft) {
   EXPECT_EQ(Read<4>("AAxx; KKxx\tAAxx,,QQxx "), Read<4>("[A]AXX [K]Kxx QQ*x"));
+  EXPECT_EQ(Read<4>("A♠[KQ]♥xx♢\uFE0F!x♣xxx"), Read<4>("As[KQ]hxxd!xcxxx"));
   EXPECT_EQ(Count4("AAKK,!AsAhxx,AsAhKsKh"), 36 - 6 + 1);
   EXPECT_EQ(Count4("!AAxx"), 0);
   EXPECT_EQ(Count4("AAxx!AAAx!AAKx:r,!KsAhxx"), Count4("AAxx,!AAAx!AAKx:r!KsAhxx"))

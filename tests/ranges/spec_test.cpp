@@ -206,6 +206,7 @@ TEST(ParseRange, ReadsWhatPlayersWrite) {
   EXPECT_EQ(size("a5s-a9s"), 20u);
   EXPECT_EQ(size("10h9h,T9s, 1010, TT"), 4u + 6);
   EXPECT_EQ(size("AsAh AhAs AA AcKd KdAc"), 6u + 1);
+  EXPECT_EQ(Range("A♥K♦,10♤9\u2664\uFE0F").combinations(), Range("AhKd,Ts9s").combinations());
   EXPECT_EQ(size("KA"), 16u);
   EXPECT_EQ(size("random AA 22"), 1326u);
   EXPECT_EQ(size("random", {.short_deck = true}), 630u);
