@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "cli/command.h"
+#include "cli/equity_detail.h"
 #include "cli/equity_object.h"
 #include "cli/equity_report.h"
 #include "cli/equity_run.h"
@@ -33,7 +34,8 @@ Examples:
   pokermath equity AhKd 7s7c --board 2c3d4h
   pokermath equity AhKd 7s7c --to turn --json
   pokermath equity AhKd 'TT+,AQs+,AKo' random
-  pokermath equity 15% 15% --board 2c7dTh
+  pokermath equity 15% 15% --board 2c7dTh --by class
+  pokermath equity AhKd QQ+ --board 2c7dTh --by next --csv next.csv
   pokermath equity AhKd 7s7c --folded AsQs --dead 2c
   pokermath equity AhKd 7s7c --game shortdeck
   pokermath equity AhKd random random random random random --trials 10000000
@@ -49,11 +51,11 @@ Examples:
                                        may be an object:
     {"id":1,"game":"holdem","players":["AhKd","15%",["7s","7c"]],"folded":["AA"],
      "board":"2c3d4h","dead":[],"to":"river","method":"auto","standard_error":0.001,
-     "trials":1000000,"time_ms":500,"seed":1})";
+     "trials":1000000,"time_ms":500,"seed":1,"detail":["hand","class","next","made"]})";
 
 struct EquityOptions {
   EquityWords words;
-  std::optional<std::string> threads;
+  std::optional<std::string> threads, by, csv;
   // Gone; they say what took their place.
   std::optional<std::string> players;
   bool by_class = false;
@@ -131,14 +133,36 @@ int AnswerQuestionLines(const EquityOptions& options) {
   });
 }
 
+// The words of one question, not of lines.
+AskedEquity ReadOne(const EquityOptions& options) {
+  EquityWords words = options.words;
+  if (options.by) words.by = {*options.by};
+  if (options.csv && !options.by) throw UsageError("--csv needs --by, whose rows it writes");
+  return ReadEquity(words);
+}
+
 int RunEquity(const EquityOptions& options) {
   RefuseOldOptions(options);
-  if (options.words.players == std::vector<std::string>{"-"}) return AnswerQuestionLines(options);
-  const AskedEquity asked = ReadEquity(options.words);
+  if (options.words.players == std::vector<std::string>{"-"}) {
+    if (options.by || options.csv) {
+      throw UsageError("--by is for one question: in lines, an object has the key \"detail\"");
+    }
+    return AnswerQuestionLines(options);
+  }
+  const bool alone = IsAlone("--csv", options.csv, options.json);
+  const AskedEquity asked = ReadOne(options);
   PrintWarnings(asked);
   const EquityRun run = Run(asked, {.threads = ThreadsOf(options), .attended = true});
-  Print(options.json ? JsonLine(EquityJson(asked, run, {}))
-                     : EquityPage(asked, run, Colours::ForStandardOutput()));
+  if (options.csv) WriteDocument(*options.csv, DetailCsv(asked, run, asked.by[0]));
+  if (alone) return kExitDone;
+  if (options.json) {
+    Print(JsonLine(EquityJson(asked, run, {})));
+    return kExitDone;
+  }
+  const Colours colours = Colours::ForStandardOutput();
+  std::string page = EquityPage(asked, run, colours);
+  for (const By by : asked.by) page += DetailText(asked, run, by, colours);
+  Print(page);
   return kExitDone;
 }
 
@@ -193,6 +217,13 @@ void AddEquity(CLI::App& program, int& exit_code) {
       ->add_option("--to", words.to, "Compare the hands on the flop, the turn or the river [river]")
       ->type_name("STREET");
   AddSamplingOptions(*command, *options);
+  command
+      ->add_option("--by", options->by,
+                   "Also show every hand, every class, what comes next, or what is made: hand, "
+                   "class, next or made")
+      ->type_name("WHAT");
+  command->add_option("--csv", options->csv, "Also write the rows of --by as CSV; - for them alone")
+      ->type_name("FILE");
   command->add_option("--players", options->players)->group("");
   command->add_flag("--by-class", options->by_class)->group("");
   command->add_flag("--json", options->json, "Print a JSON object (one a line with -)");

@@ -68,6 +68,14 @@ void ReadMethod(const Json& value, EquityWords& words) {
   }
 }
 
+// A text or a list of texts.
+void ReadDetail(const Json& value, EquityWords& words) {
+  const bool is_list = value.is_array() && std::ranges::all_of(value, &Json::is_string);
+  if (!is_list && !value.is_string()) throw Unfit("detail", value, "a text or a list of texts");
+  words.by = is_list ? value.get<std::vector<std::string>>()
+                     : std::vector<std::string>{value.get<std::string>()};
+}
+
 constexpr Key kKeys[] = {
     {"id", [](const Json&, EquityWords&) {}},
     {"game", [](const Json& v, EquityWords& w) { w.game = TextOf("game", v); }},
@@ -82,6 +90,7 @@ constexpr Key kKeys[] = {
     {"trials", [](const Json& v, EquityWords& w) { w.trials = NumberOf("trials", v); }},
     {"time_ms", [](const Json& v, EquityWords& w) { w.time_ms = NumberOf("time_ms", v); }},
     {"seed", [](const Json& v, EquityWords& w) { w.seed = NumberOf("seed", v); }},
+    {"detail", ReadDetail},
 };
 
 }  // namespace

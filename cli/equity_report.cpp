@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
+#include "cli/equity_detail.h"
 #include "cli/game.h"
 #include "pokermath/cards.h"
 
@@ -339,6 +340,7 @@ Json EquityJson(const AskedEquity& asked, const EquityRun& run, const Json& id) 
   for (std::size_t i = 0; i < asked.players.size(); ++i) {
     players.push_back(PlayerJson(asked, run, i));
   }
+  for (const By by : asked.by) AddDetailJson(asked, run, by, json);
   // Microseconds are enough.
   json["elapsed_ms"] = std::round(run.elapsed.count() * 1e6) / 1e3;
   return json;

@@ -133,6 +133,29 @@ void ReadLimits(const EquityWords& words, AskedEquity& asked) {
   }
 }
 
+By ReadBy(const std::string& name, std::string_view text) {
+  if (text == "hand") return By::kHand;
+  if (text == "class") return By::kClass;
+  if (text == "next") return By::kNext;
+  if (text == "made") return By::kMade;
+  throw UsageError(name + " " + Quoted(text) + " is not known: hand, class, next or made");
+}
+
+void ReadDetail(const EquityWords& words, AskedEquity& asked) {
+  const std::string name = words.of_object ? "detail" : "--by";
+  Detail& detail = asked.question.detail;
+  for (const std::string& text : words.by) {
+    const By by = ReadBy(name, text);
+    if (by == By::kClass && RulesOf(asked.question.game).hand_size != 2) {
+      throw UsageError(name + " class is for hands of two cards: " + name + " hand lists all");
+    }
+    asked.by.push_back(by);
+    detail.hands = detail.hands || by == By::kHand || by == By::kClass;
+    detail.next = detail.next || by == By::kNext;
+    detail.made = detail.made || by == By::kMade;
+  }
+}
+
 AskedEquity ReadOptions(const EquityWords& words) {
   AskedEquity asked;
   EquityQuestion& question = asked.question;
@@ -143,6 +166,7 @@ AskedEquity ReadOptions(const EquityWords& words) {
   question.board = CardSet(asked.board);
   question.dead = CardSet(asked.dead);
   ReadMethod(words, question);
+  ReadDetail(words, asked);
   ReadLimits(words, asked);
   return asked;
 }

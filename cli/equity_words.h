@@ -14,11 +14,15 @@
 
 namespace pokermath::cli {
 
+/// What an answer is broken down by.
+enum class By { kHand, kClass, kNext, kMade };
+
 /// The words of a question, from the command line or from a line of input.
 struct EquityWords {
   std::vector<std::string> players;  ///< the words that stand without an option
   std::vector<std::string> folded;
   std::optional<std::string> game, board, dead, to, standard_error, trials, time_ms, seed;
+  std::vector<std::string> by;  ///< "hand", "class", "next", "made"
   bool exact = false;
   bool sampled = false;
   bool any_method = false;  ///< whatever the defaults say
@@ -38,7 +42,8 @@ struct AskedEquity {
   std::vector<int> board;  ///< in the order in which it was given
   std::vector<int> dead;
   std::optional<std::chrono::milliseconds> time;  ///< for sampling
-  std::vector<std::string> warnings;              ///< a line each
+  std::vector<By> by;
+  std::vector<std::string> warnings;  ///< a line each
 };
 
 /// Throws UsageError if a word that follows the cards of --board or --dead at once is a card: it

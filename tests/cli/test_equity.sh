@@ -196,7 +196,7 @@ AhKd QcJs --to turn equity 0.688442 0.311558 wins 133957 60623 ties 0 0 of 19458
 {\"schema\":2,\"id\":8,\"game\":\"holdem\",\"board\":[],\"dead\":[],\"to\":\"river\",\"method\":\"sampled\",\"reason\":\"as asked for\",\"trials\":65536,...
 {\"schema\":2,\"id\":[9],\"line\":6,\"error\":\"player 2, 'Ah7c': Ah is in the hand of player 1 already\"}
 {\"schema\":2,\"id\":10,\"line\":7,\"error\":\"the value of 'players' is '\\\"AhKd\\\"': expected a list with a text or a list of cards for each\"}
-{\"schema\":2,\"line\":8,\"error\":\"'boards' is not a key of a question: id, game, players, folded, board, dead, to, method, standard_error, trials, time_ms, seed\"}
+{\"schema\":2,\"line\":8,\"error\":\"'boards' is not a key of a question: id, game, players, folded, board, dead, to, method, standard_error, trials, time_ms, seed, detail\"}
 {\"schema\":2,\"line\":9,\"error\":\"trials '0.5' is not accepted: a whole number from 1 to 1000000000000\"}
 {\"schema\":2,\"line\":10,\"error\":\"'{\\\"players\\\":[\\\"AhKd\\\",' is no JSON object at byte 20\"}
 error: '[]' at position 2: expected a weight in percent, like 50 or 12.5"
@@ -210,6 +210,57 @@ many=$(sed -E 's/,"elapsed.*//' <<<"$out")
 same "order" "$(grep -oE '"id":[0-9]+' <<<"$out" | cut -d: -f2)" "$(seq 0 699)"
 run equity - --threads 1 <"$work/many"
 same "one thread" "$(sed -E 's/,"elapsed.*//' <<<"$out")" "$many"
+
+# By hand, by class, by what comes next and what is made: parts that add up to the whole.
+run equity AhKd,7s7c TT+:0.5,AK --board 2c7dTh --exact --json
+whole="$(value cases) $(value wins 1) $(value wins 2)"
+for by in hand class next made; do
+  run equity AhKd,7s7c TT+:0.5,AK --board 2c7dTh --by $by --csv "$work/rows" --exact --json
+  expect_code 0
+  # The range between its quotes has commas.
+  sed -E 's/"[^"]*"/range/' "$work/rows" | awk -F, -v by=$by -v whole="$whole" '
+    NR == 1 { if ($0 !~ /^player,range,.*,cases,equity,wins,ties$/) exit bad = 1; next }
+    { cases[$1] += $(NF - 3); wins[$1] += $(NF - 1) }
+    END { split(whole, w, " ")
+      times = by == "next" ? 2 : 1   # either card to come may be the next one
+      exit bad || (cases[1] - times * w[1])^2 > 1 || (cases[2] - times * w[1])^2 > 1 ||
+        (wins[1] - times * w[2])^2 > 1 || (wins[2] - times * w[3])^2 > 1 }' ||
+    fail "$asked: $out, $(<"$work/rows")"
+done
+run equity AhKd QcQd,QQ@50 --board 2c7dTh --by hand
+has "$asked" "$out" $'\nplayer 2, QcQd,QQ@50\nhand              weight      equity    wins alone      ties    losses\n'
+has "$asked" "$out" $'\nQhQc                 0.5 '
+run equity AhKd 15% --board 2c7dTh --by class
+has "$asked" "$out" $'\n\nplayer 2, 15%: equity in % of every class, suited above the diagonal\n      A     K '
+has "$asked" "$out" $'\nA  98.1  51.1'
+[[ $out != *"player 1, AhKd"* ]] || fail "$asked: a matrix of one hand"
+run equity AhKd QQ --board 2c7dTh --by next
+has "$asked" "$out" $'\nplayer 1, AhKd: equity in % with each card that comes next\n      A     K '
+has "$asked" "$out" $'\nh     .  95.5'
+run equity AhKd QcQd --by next --exact --to flop
+same "flops" "$(awk 'length($1) == 6 && $2 ~ /^[0-9]+$/ { n += $2; ++k } END { print n, k }' <<<"$out")" "17296 1754"
+# Names of what is made follow the order of strength, which short decks have their own of.
+run equity AhKd 7s7c --board QsJdTc6h7d --game shortdeck --by made --csv -
+same "$asked" "$out" "\
+player,range,made,cases,equity,wins,ties
+1,AhKd,straight,1,0.0,0,0
+2,7s7c,three of a kind,1,1.0,1,0"
+run equity AsKs 7h7c --board QsJs7s6h6d --game shortdeck-straights --by made --csv -
+has "$asked" "$out" "1,AsKs,flush,1,1.0,1,0
+2,7h7c,full house,1,0.0,0,0"
+run equity AhKd QQ --by hand --csv - --board 2c7dTh
+has "$asked" "$out" "player,range,hand,weight,cases,equity,wins,ties
+1,AhKd,AhKd,1,5940,"
+run equity - <<<'{"players":["AhKd","AA"],"board":"2c7dTh9s","detail":["class","made"]}'
+has "$asked" "$out" '"classes":[{"class":"AA","hands":3,"cases":132,"equity":'
+has "$asked" "$out" '"made":[{"category":"high card","cases":'
+refuses 2 "--by 'suit' is not known: hand, class, next or made" equity AhKd QQ --by suit
+refuses 2 "--by class is for hands of two cards" equity AhAdKhKd AAxx --game omaha --by class
+refuses 2 "nothing comes next on a board of 5 cards" equity AhKd QQ --board 2c7dTh9s8s --by next
+refuses 2 "--csv needs --by" equity AhKd QQ --csv x
+refuses 2 "--by is for one question" equity - --by hand
+refuses 2 "--csv - and --json do not go together" equity AhKd QQ --by hand --csv - --json
+refuses 1 "cannot write '$work/none/x.csv'" equity AhKd QQ --by hand --csv "$work/none/x.csv" --board 2c3d4h
 
 # Cards of a hand may be apart, whatever stands between them.
 for words in 'Ah Kd 7s 7c --board 2c3d4h' '--board 2c3d4h AhKd 7s 7c' 'Ah --board 2c3d4h --exact Kd 7s 7c'; do
