@@ -51,10 +51,12 @@ class AnswerReader {
     }
   }
 
+  CaseCount Cases() const { return Count(SumsLayout::kCases); }
+
   EquityAnswer Read() const {
     EquityAnswer answer;
     answer.method = sampled_ ? Method::kSampled : Method::kExact;
-    answer.cases = Count(SumsLayout::kCases);
+    answer.cases = Cases();
     for (std::size_t i = 0; i < question_.players().size(); ++i) {
       answer.players.push_back(PlayerOf(i));
     }
@@ -87,7 +89,8 @@ class AnswerReader {
     if (sampled_) {
       const std::optional<double> error = StandardErrorOf(
           cases, sums_[layout_.Total(player).points()], sums_[layout_.Squares(player)]);
-      if (error) answer.standard_error = *error / kPot;
+      // Samples that are all alike say nothing about their spread.
+      if (error && *error > 0) answer.standard_error = *error / kPot;
     }
     if (question_.asked().detail.hands) ReadHands(player, answer);
     if (question_.asked().detail.made) ReadMade(player, answer);
@@ -131,6 +134,20 @@ class AnswerReader {
   bool sampled_;
   double unit_ = 1;
 };
+
+// The largest standard error of a player's points; nothing where there is none yet.
+std::optional<double> LargestError(const CheckedQuestion& question, const Sums& sums) {
+  const SumsLayout layout(question);
+  double largest = 0;
+  for (std::size_t i = 0; i < question.players().size(); ++i) {
+    const std::optional<double> error =
+        StandardErrorOf(sums.numbers[SumsLayout::kCases], sums.numbers[layout.Total(i).points()],
+                        sums.numbers[layout.Squares(i)]);
+    if (!error) return std::nullopt;
+    largest = std::max(largest, *error);
+  }
+  return largest;
+}
 
 Error Stopped(std::string text) { return {ErrorCode::kStopped, std::move(text)}; }
 
@@ -194,14 +211,21 @@ bool Calculation::Enough(std::int64_t done, const Sums& sums) const {
   if (done >= steps()) return true;
   const double limit = question_->asked().sampling.standard_error;
   if (method() != Method::kSampled || limit <= 0) return false;
-  const SumsLayout layout(*question_);
-  for (std::size_t i = 0; i < question_->players().size(); ++i) {
-    const std::optional<double> error =
-        StandardErrorOf(sums.numbers[SumsLayout::kCases], sums.numbers[layout.Total(i).points()],
-                        sums.numbers[layout.Squares(i)]);
-    if (!error || *error > limit * kPot) return false;
-  }
-  return true;
+  const std::optional<double> error = LargestError(*question_, sums);
+  return error && *error <= limit * kPot;
+}
+
+CaseCount Calculation::Cases(const Sums& sums) const {
+  return AnswerReader(*question_, sums.numbers, method() == Method::kSampled).Cases();
+}
+
+double Calculation::Part(std::int64_t done, const Sums& sums) const {
+  const double part = static_cast<double>(done) / static_cast<double>(steps());
+  const double limit = question_->asked().sampling.standard_error * kPot;
+  if (method() != Method::kSampled || limit <= 0) return part;
+  const std::optional<double> error = LargestError(*question_, sums);
+  if (!error || *error <= 0) return part;
+  return std::min(1.0, std::max(part, limit * limit / (*error * *error)));
 }
 
 Result<EquityAnswer> Calculation::Answer(const Sums& sums) const {

@@ -1,97 +1,86 @@
-// `pokermath equity`: a hand against hands or a range, exact, or against random hands, sampled
-// where there is no exact count or it takes long.
+// `pokermath equity`: players with hands and ranges against each other, counted or sampled.
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <thread>
 
 #include "cli/command.h"
-#include "cli/equity_answer.h"
-#include "cli/equity_question.h"
+#include "cli/equity_detail.h"
+#include "cli/equity_object.h"
 #include "cli/equity_report.h"
+#include "cli/equity_run.h"
+#include "cli/equity_words.h"
 #include "cli/errors.h"
 #include "cli/line_mode.h"
 #include "cli/output.h"
-#include "cli/progress.h"
-#include "cli/stop_signals.h"
 
 namespace pokermath::cli {
 namespace {
 
-constexpr auto kPatience = std::chrono::milliseconds(500);  // before progress is shown
-
 constexpr const char* kExamples =
-    R"(Against hands or a range it is exact, and so is --by-class. Otherwise 'random' is sampled;
-Ctrl-C stops and shows what was sampled so far. How ranges are written: pokermath range --help.
-A comma joins the pieces of a range, and a board is one word; the cards of a hand may be apart.
-Equity is the share of the pot: a pot shared by k players counts 1/k. The time of the first answer
-is nearly all for tables, which further lines of - find ready.
-In Omaha the opponents are hands, or a range, or random. A range and one random hand are exact on
-a board, and before the flop with --exact, which takes seconds, with a wide range minutes; a range
-to the flop or the turn is exact always. In Hi/Lo, which knows no ranges, "wins" are whole pots,
-"ties" parts of one, and "low" is what of the equity comes from low hands.
+    R"(A player is one word: a hand, a range or 'random'; a comma joins the pieces of a range, and a
+board is one word. The cards of a hand may be apart. How ranges are written: pokermath range --help.
+What takes less than about a second is counted exactly, everything else sampled to a standard error
+of 0.05 %; the answer says which, and why. Ctrl-C stops and shows what was sampled so far.
+Equity is the share of the pot: a pot shared by k players counts 1/k. In Hi/Lo "wins" are whole
+pots, "ties" parts of one, and "low" is what of the equity comes from low hands.
 
 Examples:
   pokermath equity AhKd 7s7c
   pokermath equity Ah Kd 7s 7c
   pokermath equity AhKd 7s7c --board 2c3d4h
   pokermath equity AhKd 7s7c --to turn --json
-  pokermath equity AhKd 'TT+,AQs+,AKo' --board 2c3d4h
-  pokermath equity AhKd 15% --board 2c7dTh --by-class --svg heat.svg
+  pokermath equity AhKd 'TT+,AQs+,AKo' random
+  pokermath equity 15% 15% --board 2c7dTh --by class
+  pokermath equity AhKd QQ+ --board 2c7dTh --by next --csv next.csv
+  pokermath equity AhKd 7s7c --folded AsQs --dead 2c
   pokermath equity AhKd 7s7c --game shortdeck
-  pokermath equity AhKd random --players 6 --trials 10000000
-  pokermath equity AhKd random --players 6 --time-ms 500
+  pokermath equity AhKd random random random random random --trials 10000000
+  pokermath equity AhKd random random --time-ms 500
   pokermath equity AhAdKhKd JsTs9c8c 7h7d6h6d --game omaha
-  pokermath equity AhAdKhKd random --game omaha --board AsKs7c
   pokermath equity AhAdKhKd 'JTxx:ds,10%' --game omaha --board AsKs7c
-  pokermath equity AhAdKhKd 10% --game omaha --to flop
+  pokermath equity AhAdKhKd random --game omaha --exact
   pokermath equity Ah2h3c4d AsAdKsQd --game omaha-hilo
   pokermath equity - <questions.txt    one question a line in the same words, like
                                        'AhKd 7s7c --board 2c3d4h'; options beside
                                        the - hold for every line; empty lines and
-                                       lines that start with # have no answer)";
+                                       lines that start with # have no answer. A line
+                                       may be an object:
+    {"id":1,"game":"holdem","players":["AhKd","15%",["7s","7c"]],"folded":["AA"],
+     "board":"2c3d4h","dead":[],"to":"river","method":"auto","standard_error":0.001,
+     "trials":1000000,"time_ms":500,"seed":1,"detail":["hand","class","next","made"]})";
 
-EquityAnswer SampleWithProgress(const EquityQuestion& question) {
-  const StopSignals signals;
-  Progress progress("sampling", question.trials, "trials", kPatience);
-  const auto start = std::chrono::steady_clock::now();
-  return Sample(question, [&](std::int64_t done) {
-    auto part = static_cast<double>(done) / static_cast<double>(question.trials);
-    if (question.time) {
-      const Seconds elapsed = std::chrono::steady_clock::now() - start;
-      part = std::max(part, elapsed / Seconds(*question.time));
-    }
-    progress.Update(done, part);
-    return !StopRequested();
-  });
+struct EquityOptions {
+  EquityWords words;
+  std::optional<std::string> threads, by, csv;
+  // Gone; they say what took their place.
+  std::optional<std::string> players;
+  bool by_class = false;
+  bool json = false;
+};
+
+int ThreadsOf(const EquityOptions& options) {
+  constexpr int kMostThreads = 1024;
+  if (options.threads) {
+    return ReadNumber("--threads", *options.threads, 1, kMostThreads);
+  }
+  return std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMostThreads);
 }
 
-EquityAnswer CountWithProgress(const EquityQuestion& question) {
-  const StopSignals signals;
-  std::optional<Progress> progress;
-  return Count(question, [&](std::int64_t done, std::int64_t all) {
-    const char* unit = question.omaha_range ? "boards" : "kinds of board";
-    if (!progress) progress.emplace("counting", all, unit, kPatience);
-    progress->Update(done);
-    return !StopRequested();
-  });
-}
-
-int AnswerQuestionLines(const EquityWords& options, bool json) {
-  return AnswerLines(json, [&](std::string_view line, std::string& out) {
-    const EquityQuestion question = ReadQuestion(SplitLine(line, options));
-    const EquityAnswer answer =
-        question.exact ? Count(question) : Sample(question, [](std::int64_t) { return true; });
-    out += json ? JsonLine(EquityJson(question, answer)) : EquityLine(question, answer);
-  });
+void RefuseOldOptions(const EquityOptions& options) {
+  if (options.players) {
+    throw UsageError("--players is no option: write 'random' once for each opponent");
+  }
+  if (options.by_class) throw UsageError("--by-class is written --by class");
 }
 
 // The parser has taken options and other words apart; which one stood behind which is in its order.
 void CheckOrder(const CLI::App& command, const EquityWords& words) {
   const CLI::Option* before = nullptr;
-  auto word = words.hands.begin();
+  auto word = words.players.begin();
   for (const CLI::Option* option : command.parse_order()) {
     if (option->get_positional()) {
       if (before != nullptr) CheckWordBehind(before->get_name(), before->results()[0], *word);
@@ -101,34 +90,102 @@ void CheckOrder(const CLI::App& command, const EquityWords& words) {
   }
 }
 
-struct EquityOptions {
-  EquityWords words;
-  bool json = false;
-};
+void PrintWarnings(const AskedEquity& asked) {
+  for (const std::string& warning : asked.warnings) PrintError("warning: " + warning);
+}
+
+// A question that cannot be answered has an error in its place, and the next one is read.
+EquityRun RunLine(const AskedEquity& asked, int threads) {
+  PrintWarnings(asked);
+  try {
+    return Run(asked, {.threads = threads});
+  } catch (const Failure& failure) {
+    throw UsageError(failure.what());
+  }
+}
+
+// An object is answered with one, and its id comes back.
+std::string AnswerObject(std::string_view line, const EquityWords& defaults, int threads) {
+  Json id;
+  try {
+    const Json object = ParseObject(line);
+    if (object.contains("id")) id = object["id"];
+    const AskedEquity asked = ReadEquity(ReadObject(object, defaults));
+    return JsonLine(EquityJson(asked, RunLine(asked, threads), id));
+  } catch (const UsageError& error) {
+    throw LineError(error.what(), id.is_null() ? "" : JsonLine(id));
+  }
+}
+
+std::string AnswerWords(std::string_view line, const EquityOptions& options, int threads) {
+  const AskedEquity asked = ReadEquity(SplitLine(line, options.words));
+  const EquityRun run = RunLine(asked, threads);
+  return options.json ? JsonLine(EquityJson(asked, run, {})) : EquityLine(asked, run);
+}
+
+int AnswerQuestionLines(const EquityOptions& options) {
+  CheckOptions(options.words);
+  const LineForm form{.json = options.json, .schema = kEquitySchema, .threads = ThreadsOf(options)};
+  return AnswerLines(form, [&](std::string_view line, int threads, std::string& out) {
+    const bool is_object = line.find_first_not_of(" \t") == line.find('{');
+    out += is_object ? AnswerObject(line, options.words, threads)
+                     : AnswerWords(line, options, threads);
+  });
+}
+
+// The words of one question, not of lines.
+AskedEquity ReadOne(const EquityOptions& options) {
+  EquityWords words = options.words;
+  if (options.by) words.by = {*options.by};
+  if (options.csv && !options.by) throw UsageError("--csv needs --by, whose rows it writes");
+  return ReadEquity(words);
+}
 
 int RunEquity(const EquityOptions& options) {
-  const EquityWords& words = options.words;
-  if (words.hands == std::vector<std::string>{"-"}) {
-    if (words.by_class) throw UsageError("--by-class answers one question, not lines of them");
-    CheckOptions(words);
-    return AnswerQuestionLines(words, options.json);
+  RefuseOldOptions(options);
+  if (options.words.players == std::vector<std::string>{"-"}) {
+    if (options.by || options.csv) {
+      throw UsageError("--by is for one question: in lines, an object has the key \"detail\"");
+    }
+    return AnswerQuestionLines(options);
   }
-  const EquityQuestion question = ReadQuestion(words);
-  const bool picture_only = IsPictureAlone(words.svg, options.json);
-  const EquityAnswer answer =
-      question.exact ? CountWithProgress(question) : SampleWithProgress(question);
+  const bool alone = IsAlone("--csv", options.csv, options.json);
+  const AskedEquity asked = ReadOne(options);
+  PrintWarnings(asked);
+  const EquityRun run = Run(asked, {.threads = ThreadsOf(options), .attended = true});
+  if (options.csv) WriteDocument(*options.csv, DetailCsv(asked, run, asked.by[0]));
+  if (alone) return kExitDone;
+  if (options.json) {
+    Print(JsonLine(EquityJson(asked, run, {})));
+    return kExitDone;
+  }
   const Colours colours = Colours::ForStandardOutput();
-  std::string page = EquityPage(question, answer, colours);
-  Json json = EquityJson(question, answer);
-  if (question.by_class) {
-    const std::vector<ClassAnswer> classes = CountByClass(question);
-    if (words.svg) WritePicture(*words.svg, ClassSvg(question, answer, classes));
-    if (picture_only) return kExitDone;
-    if (!classes.empty()) page += "\n" + ClassTable(classes, colours);
-    json["by_class"] = ClassJson(classes);
-  }
-  Print(options.json ? JsonLine(json) : page);
+  std::string page = EquityPage(asked, run, colours);
+  for (const By by : asked.by) page += DetailText(asked, run, by, colours);
+  Print(page);
   return kExitDone;
+}
+
+void AddSamplingOptions(CLI::App& command, EquityOptions& options) {
+  EquityWords& words = options.words;
+  command.add_flag("--exact", words.exact, "Count, however long it takes");
+  command.add_flag("--sampled", words.sampled, "Deal at random, even what could be counted");
+  command
+      .add_option("--standard-error", words.standard_error,
+                  "Sample until every equity is as good as this, a share of the pot [0.05%]")
+      ->type_name("E");
+  command.add_option("--trials", words.trials, "Sample no more random deals than these [none]")
+      ->type_name("N");
+  command
+      .add_option("--time-ms", words.time_ms,
+                  "Milliseconds for sampling, which then has no end of its own but --trials "
+                  "and --standard-error [none]")
+      ->type_name("N");
+  command.add_option("--seed", words.seed, "Start of the random numbers [1]")->type_name("N");
+  command
+      .add_option("--threads", options.threads,
+                  "Threads; the answer is the same for any number [all cores]")
+      ->type_name("N");
 }
 
 }  // namespace
@@ -137,48 +194,38 @@ void AddEquity(CLI::App& program, int& exit_code) {
   auto options = std::make_shared<EquityOptions>();
   EquityWords& words = options->words;
   CLI::App* command =
-      program.add_subcommand("equity", "Equity of a Texas Hold'em, short-deck or Omaha hand");
+      program.add_subcommand("equity", "Equity of hands and ranges in Hold'em, short deck, Omaha");
   command
-      ->add_option(
-          "HAND OPPONENT", words.hands,
-          "Two cards, then two cards, a range or the word random; in Omaha a hand, then "
-          "hands, a range or the word random; or - for one question a line from standard input")
+      ->add_option("PLAYER PLAYER ...", words.players,
+                   "2 to 10 players, each a hand, a range or the word random; or - for one "
+                   "question a line from standard input")
       ->required()
       ->type_name("")
       ->expected(-1);
-  command
-      ->add_option("--game", words.game,
-                   "holdem, shortdeck, omaha, omaha5, omaha-hilo or omaha5-hilo [holdem]")
+  command->add_option("--game", words.game, std::string(GameNames()) + " [holdem]")
       ->type_name("GAME");
-  command
-      ->add_option("--board", words.board, "Known board cards, no more than the street has [none]")
+  command->add_option("--board", words.board, "Known board cards [none]")->type_name("CARDS");
+  command->add_option("--dead", words.dead, "Cards that nobody holds and that cannot come [none]")
       ->type_name("CARDS");
   command
-      ->add_option("--dead", words.dead,
-                   "Omaha: cards that nobody holds and that cannot come [none]")
-      ->type_name("CARDS");
+      ->add_option("--folded", words.folded,
+                   "The range of a player who is out: it takes cards away; once for each [none]")
+      ->type_name("RANGE")
+      ->expected(1)
+      ->take_all();
   command
       ->add_option("--to", words.to, "Compare the hands on the flop, the turn or the river [river]")
       ->type_name("STREET");
+  AddSamplingOptions(*command, *options);
   command
-      ->add_option("--players", words.players,
-                   "Players at the table against random hands, 2 to 10 [2]")
-      ->type_name("N");
-  command->add_option("--trials", words.trials, "Random deals [1000000]")->type_name("N");
-  command->add_option("--seed", words.seed, "Start of the random numbers [1]")->type_name("N");
-  command
-      ->add_option(
-          "--time-ms", words.time_ms,
-          "Milliseconds for sampling, which then has no end of its own but --trials [none]")
-      ->type_name("N");
-  command->add_flag("--exact", words.exact,
-                    "Count, never sample; Omaha: a random hand or a range too");
-  command->add_flag("--by-class", words.by_class,
-                    "Also list the equity against each class of the range");
-  command
-      ->add_option("--svg", words.svg,
-                   "Also write it as a heat map; - for the map alone; with --by-class")
+      ->add_option("--by", options->by,
+                   "Also show every hand, every class, what comes next, or what is made: hand, "
+                   "class, next or made")
+      ->type_name("WHAT");
+  command->add_option("--csv", options->csv, "Also write the rows of --by as CSV; - for them alone")
       ->type_name("FILE");
+  command->add_option("--players", options->players)->group("");
+  command->add_flag("--by-class", options->by_class)->group("");
   command->add_flag("--json", options->json, "Print a JSON object (one a line with -)");
   command->footer(kExamples);
   command->callback([options, command, &exit_code] {

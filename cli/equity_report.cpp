@@ -1,46 +1,23 @@
 #include "cli/equity_report.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <nlohmann/json.hpp>
+#include <vector>
 
-#include "cli/range_picture.h"
+#include "cli/equity_detail.h"
+#include "cli/game.h"
+#include "pokermath/cards.h"
 
 namespace pokermath::cli {
 namespace {
 
-// A row of the table: a name, and what its owner wins.
-struct Row {
-  std::string name;  // as it is shown, escape sequences included
-  std::size_t name_width;
-  double equity;
-  double low;
-  std::int64_t counts[3];  // wins, ties, losses
-};
-
-double Percent(std::int64_t count, std::int64_t cases) {
-  return 100 * static_cast<double>(count) / static_cast<double>(cases);
-}
-
-std::string NameOf(int cell) { return RangeMatrix::Name(cell / 13, cell % 13); }
-
-// Orange where the hand has no chance, blue where it cannot lose, pale in between.
-std::string HeatColour(double equity) {
-  constexpr double kColours[3][3] = {{222, 110, 52}, {246, 242, 230}, {74, 144, 203}};
-  const int half = equity < 0.5 ? 0 : 1;
-  const double part = 2 * equity - half;
-  std::string colour = "#";
-  for (int i = 0; i < 3; ++i) {
-    const double level = kColours[half][i] * (1 - part) + kColours[half + 1][i] * part;
-    colour += fmt::format("{:02x}", static_cast<int>(std::lround(level)));
-  }
-  return colour;
-}
-
-const char* StreetName(const EquityQuestion& question) {
-  switch (question.street) {
+const char* StreetName(Street street) {
+  switch (street) {
     case Street::kFlop:
       return "flop";
     case Street::kTurn:
@@ -50,310 +27,322 @@ const char* StreetName(const EquityQuestion& question) {
   }
 }
 
-// Where the hands stand: "before the flop to the river", "on the flop 2c3d4h to the turn".
-std::string Situation(const EquityQuestion& question, const Colours& colours) {
-  static constexpr const char* kNames[6] = {"before the flop", "with",        "with",
-                                            "on the flop",     "on the turn", "on the river"};
-  const std::size_t known = question.board.size();
-  if (known == 0 && question.street == Street::kFlop) return "over all flops";
-  std::string text = kNames[known];
-  if (known > 0) text += fmt::format(" {}", colours.Cards(question.board));
-  if (known == 1 || known == 2) text += " on the board";
-  if (known < static_cast<std::size_t>(question.street)) {
-    text += fmt::format(" to the {}", StreetName(question));
-  }
-  return text;
+bool IsSampled(const EquityRun& run) { return run.answer.method == Method::kSampled; }
+
+bool IsOneHand(const AskedEquity& asked, std::size_t player) {
+  return asked.question.players[player].size() == 1;
 }
 
-std::string OpponentText(const EquityQuestion& question, const Colours& colours) {
-  if (question.HasRange()) return question.range_text;
-  std::string hands;
-  for (const std::vector<int>& hand : question.opponents) {
-    hands += (hands.empty() ? "" : " and ") + colours.Cards(hand);
-  }
-  if (!hands.empty()) return hands;
-  if (question.players == 2) return "a random hand";
-  return fmt::format("{} random hands", question.players - 1);
+// A player as he was worded, his cards in colours.
+std::string NameOf(const AskedEquity& asked, std::size_t player, const Colours& colours) {
+  if (!IsOneHand(asked, player)) return asked.players[player];
+  const CardsResult cards = ParseCards(asked.players[player]);
+  return cards.error.empty() ? colours.Cards(cards.cards) : asked.players[player];
 }
 
-// The row of a hand, or of what stands in the place of one.
-Row RowOf(std::string name, std::size_t name_width, const HandAnswer& hand, std::int64_t cases) {
-  return {std::move(name),
-          name_width,
-          hand.equity,
-          hand.low,
-          {hand.wins, hand.ties, cases - hand.wins - hand.ties}};
-}
-
-std::vector<Row> Rows(const EquityQuestion& question, const EquityAnswer& answer,
-                      const Colours& colours) {
-  const auto hand_row = [&](const std::vector<int>& cards, const HandAnswer& hand) {
-    return RowOf(colours.Cards(cards), 2 * cards.size(), hand, answer.cases);
-  };
-  std::vector<Row> rows = {hand_row(question.hand, answer)};
-  if (question.exact && question.opponents.empty()) {
-    const std::string name = question.HasRange() ? "range" : "random";
-    rows.push_back(RowOf(name, name.size(), answer.opponents[0], answer.cases));
-  }
-  for (std::size_t i = 0; i < question.opponents.size(); ++i) {
-    rows.push_back(hand_row(question.opponents[i], answer.opponents[i]));
-  }
-  return rows;
-}
-
-std::string Table(Game game, const std::vector<Row>& rows, std::int64_t cases,
-                  const Colours& colours) {
-  // A count column is as wide as its longest count, a percentage and the blanks between.
-  std::size_t widths[3];
-  for (std::size_t column = 0; column < 3; ++column) {
-    widths[column] = 6;
-    for (const Row& row : rows) {
-      widths[column] = std::max(widths[column], Grouped(row.counts[column]).size());
+// "AhKd against 15% and 3 random hands".
+std::string PlayersText(const AskedEquity& asked, const Colours& colours) {
+  std::vector<std::string> others;
+  int randoms = 0;
+  for (std::size_t i = 1; i < asked.players.size(); ++i) {
+    if (asked.players[i] == "random") {
+      ++randoms;
+    } else {
+      others.push_back(NameOf(asked, i, colours));
     }
   }
-  std::size_t name_width = 6;
-  for (const Row& row : rows) name_width = std::max(name_width, row.name_width + 1);
-  constexpr std::size_t kPercentWidth = 10;  // "  100.00 %"
-  std::string head = fmt::format("{:{}}{:>12}", "", name_width, "equity");
-  static constexpr const char* kTitles[2][3] = {{"wins alone", "ties", "losses"},
-                                                {"whole pot", "part of it", "nothing"}};
-  if (IsHighLow(game)) head += fmt::format("{:>12}", "from lows");
-  for (std::size_t column = 0; column < 3; ++column) {
-    head += fmt::format("   {:>{}}", kTitles[IsHighLow(game) ? 1 : 0][column],
-                        widths[column] + kPercentWidth);
-  }
-  std::string table = colours.Faint(head) + "\n";
-  for (const Row& row : rows) {
-    table += fmt::format("{}{:{}}{}", row.name, "", name_width - row.name_width,
-                         colours.Strong(fmt::format("{:>10.3f} %", 100 * row.equity)));
-    if (IsHighLow(game)) table += fmt::format("{:>10.3f} %", 100 * row.low);
-    for (std::size_t column = 0; column < 3; ++column) {
-      table += fmt::format("   {:>{}}  {:>6.2f} %", Grouped(row.counts[column]), widths[column],
-                           Percent(row.counts[column], cases));
-    }
-    table += "\n";
-  }
-  return table;
+  if (randoms == 1) others.push_back("a random hand");
+  if (randoms > 1) others.push_back(fmt::format("{} random hands", randoms));
+  return NameOf(asked, 0, colours) + " against " + fmt::format("{}", fmt::join(others, " and "));
 }
 
-std::string CasesText(const EquityQuestion& question, const EquityAnswer& answer) {
-  const char* s = answer.cases == 1 ? "" : "s";
-  if (question.range) return fmt::format("case{} of board and holding", s);
-  if (question.opponents.empty()) return fmt::format("case{} of board and opponent's hand", s);
-  return fmt::format("board{}", s);
+std::string Title(const AskedEquity& asked, const Colours& colours) {
+  std::string title = fmt::format("{}, {}, {}", PlayersText(asked, colours),
+                                  TitleOf(asked.question.game), SituationText(asked, colours));
+  if (!asked.dead.empty()) title += fmt::format(", {} dead", colours.Cards(asked.dead));
+  if (!asked.folded.empty()) title += fmt::format(", {} folded", fmt::join(asked.folded, " and "));
+  return title;
 }
 
-// How much of a range of Omaha takes part.
-std::string RangeText(const EquityAnswer& answer) {
-  if (answer.range_hands == 0) return "";
-  std::string text = fmt::format("{} of {} hands of the range are left beside the known cards.\n",
-                                 Grouped(answer.range_left), Grouped(answer.range_hands));
-  if (answer.blocked_boards > 0) {
-    text += fmt::format("Boards to come that leave none of them, and are not counted: {}.\n",
-                        Grouped(answer.blocked_boards));
-  }
-  return text;
-}
+// --- the table ---
 
-// What was counted, how and how fast, and what the figures mean.
-std::string Footer(const EquityQuestion& question, const EquityAnswer& answer) {
-  const std::string time = DurationText(answer.elapsed);
+// Text of a cell, and how wide it is without escape sequences.
+struct Cell {
   std::string text;
-  if (question.exact) {
-    text = fmt::format("{} {}, exact, {}.\n", Grouped(answer.cases), CasesText(question, answer),
-                       time);
-  } else {
-    text = fmt::format("{} sampled with seed {}, ", Counted(answer.cases, "trial"), question.seed);
-    if (answer.standard_error) {
-      text += fmt::format("standard error {:.3f} %, ", 100 * *answer.standard_error);
+  std::size_t width;
+};
+
+struct Column {
+  std::string title;
+  std::vector<Cell> cells = {};
+
+  void Add(const std::string& text) { cells.push_back({text, text.size()}); }
+};
+
+// The first column stands to the left, the others to the right.
+std::string TableText(const std::vector<Column>& columns, const Colours& colours) {
+  std::vector<std::size_t> widths;
+  for (const Column& column : columns) {
+    std::size_t width = column.title.size();
+    for (const Cell& cell : column.cells) width = std::max(width, cell.width);
+    widths.push_back(width);
+  }
+  std::string head = fmt::format("{:{}}", "", widths[0]);
+  for (std::size_t i = 1; i < columns.size(); ++i) {
+    head += fmt::format("   {:>{}}", columns[i].title, widths[i]);
+  }
+  std::string text = colours.Faint(head) + "\n";
+  for (std::size_t row = 0; row < columns[0].cells.size(); ++row) {
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      const Cell& cell = columns[i].cells[row];
+      const std::string blanks(widths[i] - cell.width, ' ');
+      text += i == 0 ? cell.text + blanks : "   " + blanks + cell.text;
     }
-    text += time + ".\n";
+    text += "\n";
   }
-  if (answer.out_of_time) {
-    text +=
-        fmt::format("So many trials were possible in {} ms.\n", Grouped(question.time->count()));
+  return text;
+}
+
+// Long ranges are in the title.
+std::string Shortened(std::string name) {
+  constexpr std::size_t kLongest = 24;
+  if (name.size() > kLongest) name = name.substr(0, kLongest - 3) + "...";
+  return name;
+}
+
+Column NameColumn(const AskedEquity& asked, const Colours& colours) {
+  Column column{""};
+  for (std::size_t i = 0; i < asked.players.size(); ++i) {
+    // Those who are worded alike have numbers.
+    const bool alike = std::ranges::count(asked.players, asked.players[i]) > 1;
+    const std::string number = alike ? fmt::format("{} ", i + 1) : "";
+    const bool hand = IsOneHand(asked, i);
+    const std::string name = hand ? asked.players[i] : Shortened(asked.players[i]);
+    column.cells.push_back(
+        {number + (hand ? NameOf(asked, i, colours) : name), number.size() + name.size()});
   }
-  if (answer.interrupted) {
-    text += fmt::format("Stopped early: {} trials were asked for.\n", Grouped(question.trials));
+  return column;
+}
+
+double Percent(const CaseCount& count, const CaseCount& cases) {
+  return 100 * count.Value() / cases.Value();
+}
+
+// Counts with their percentage, both of them in line.
+Column CountColumn(std::string title, const std::vector<CaseCount>& counts,
+                   const CaseCount& cases) {
+  Column column{std::move(title)};
+  for (const CaseCount& count : counts) {
+    column.Add(fmt::format("{}  {:>6.2f} %", CountText(count), Percent(count, cases)));
   }
-  text += RangeText(answer);
-  const bool two = question.players == 2 && question.opponents.size() < 2;
-  if (IsHighLow(question.game)) {
+  return column;
+}
+
+template <typename Get>
+std::vector<CaseCount> OfPlayers(const EquityRun& run, const Get& get) {
+  std::vector<CaseCount> counts;
+  for (const PlayerAnswer& player : run.answer.players) counts.push_back(get(player.total));
+  return counts;
+}
+
+CaseCount Losses(const Outcome& outcome) {
+  return {outcome.cases.units - outcome.wins.units - outcome.ties.units, outcome.cases.unit};
+}
+
+std::string Table(const AskedEquity& asked, const EquityRun& run, const Colours& colours) {
+  const bool high_low = IsHighLow(asked.question.game);
+  std::vector<Column> columns = {NameColumn(asked, colours)};
+  const bool ranges = std::ranges::any_of(asked.question.players,
+                                          [](const HandRange& range) { return range.size() != 1; });
+  if (ranges) {
+    Column& hands = columns.emplace_back(Column{"hands"});
+    for (std::size_t i = 0; i < asked.players.size(); ++i) {
+      hands.Add(Grouped(static_cast<std::int64_t>(HandsLeft(asked, i))));
+    }
+  }
+  Column equity{"equity"}, error{"standard error"}, low{"from lows"};
+  for (const PlayerAnswer& player : run.answer.players) {
+    const std::string text = fmt::format("{:.3f} %", 100 * player.total.equity);
+    equity.cells.push_back({colours.Strong(text), text.size()});
+    const std::string spread =
+        player.standard_error ? fmt::format("{:.3f} %", 100 * *player.standard_error) : "none";
+    error.cells.push_back({"\u00B1 " + spread, 2 + spread.size()});
+    low.Add(fmt::format("{:.3f} %", 100 * player.low));
+  }
+  columns.push_back(std::move(equity));
+  if (IsSampled(run)) columns.push_back(std::move(error));
+  if (high_low) columns.push_back(std::move(low));
+  const CaseCount& cases = run.answer.cases;
+  const bool two = asked.players.size() == 2;
+  const auto get = [&](const auto& of) { return OfPlayers(run, of); };
+  columns.push_back(CountColumn(high_low ? "whole pot" : "wins alone",
+                                get([](const Outcome& o) { return o.wins; }), cases));
+  columns.push_back(CountColumn(high_low ? "part of it"
+                                : two    ? "ties"
+                                         : "shares the pot",
+                                get([](const Outcome& o) { return o.ties; }), cases));
+  columns.push_back(CountColumn(high_low ? "nothing" : "losses", get(Losses), cases));
+  return TableText(columns, colours);
+}
+
+// What was counted, how and how fast.
+std::string MethodText(const AskedEquity& asked, const EquityRun& run) {
+  const CaseCount& cases = run.answer.cases;
+  const std::string count = CountText(cases);
+  const std::string time = DurationText(run.elapsed);
+  if (IsSampled(run)) {
+    return fmt::format("{} random deal{} with seed {}, sampled ({}), {}.\n", count,
+                       count == "1" ? "" : "s", asked.question.seed, run.answer.reason, time);
+  }
+  return fmt::format("{} {} of board and hands, counted exactly ({}), {}.\n", count,
+                     count == "1" ? "case" : "cases", run.answer.reason, time);
+}
+
+// What was counted, how, and what the figures mean.
+std::string Footer(const AskedEquity& asked, const EquityRun& run) {
+  std::string text = MethodText(asked, run);
+  if (run.out_of_time) {
+    text += fmt::format("So many deals were possible in {} ms.\n", Grouped(asked.time->count()));
+  }
+  if (run.interrupted) text += "Stopped early: fewer deals than were asked for.\n";
+  if (!run.answer.cases.IsWhole()) text += "A case counts as often as its hands weigh.\n";
+  if (IsHighLow(asked.question.game)) {
     return text +
            "Equity is the share of the pot; where somebody has a low, half of it is the low's.\n";
   }
-  return fmt::format("{}Equity is the share of the pot: {}.\n", text,
-                     two ? "a tie counts one half" : "a pot shared by k players counts 1/k");
+  return text + (asked.players.size() == 2
+                     ? "Equity is the share of the pot: a tie counts one half.\n"
+                     : "Equity is the share of the pot: a pot shared by k players counts 1/k.\n");
 }
 
-// How many play, the hand itself included.
-std::size_t Players(const EquityQuestion& question) {
-  return question.opponents.empty() ? static_cast<std::size_t>(question.players)
-                                    : question.opponents.size() + 1;
+// A name and the value of each player.
+template <typename Get>
+std::string Values(std::string_view name, const EquityRun& run, const Get& get) {
+  std::string text = fmt::format(" {}", name);
+  for (const PlayerAnswer& player : run.answer.players) text += " " + get(player);
+  return text;
 }
 
-// The opponents' part of a JSON object.
-void AddOpponents(const EquityQuestion& question, Json& json) {
-  if (question.opponents.size() == 1) {
-    json["opponent"] = CardsJson(question.opponents[0]);
-  } else if (question.opponents.empty()) {
-    json["opponent"] = question.HasRange() ? question.range_text : "random";
-  } else {
-    for (const std::vector<int>& hand : question.opponents) {
-      json["opponents"].push_back(CardsJson(hand));
-    }
+std::string PlainCount(const CaseCount& count) {
+  std::string text = CountText(count);
+  std::erase(text, ',');
+  return text;
+}
+
+Json PlayerJson(const AskedEquity& asked, const EquityRun& run, std::size_t i) {
+  const PlayerAnswer& player = run.answer.players[i];
+  Json json = {{"range", asked.players[i]},
+               {"hands", HandsLeft(asked, i)},
+               {"equity", player.total.equity},
+               {"wins", CountJson(player.total.wins)},
+               {"ties", CountJson(player.total.ties)}};
+  Json& shared = json["shared"] = Json::array();
+  for (std::size_t k = 0; k < asked.players.size(); ++k) {
+    shared.push_back(CountJson(player.shared[k]));
   }
-}
-
-// Every hand with its figures.
-Json HandsJson(const EquityQuestion& question, const EquityAnswer& answer) {
-  Json list = Json::array();
-  const auto add = [&](const std::vector<int>& cards, const HandAnswer& hand) {
-    list.push_back({{"hand", CardsJson(cards)},
-                    {"equity", hand.equity},
-                    {"wins", hand.wins},
-                    {"ties", hand.ties}});
-    if (IsHighLow(question.game)) list.back()["low"] = hand.low;
-  };
-  add(question.hand, answer);
-  for (std::size_t i = 0; i < question.opponents.size(); ++i) {
-    add(question.opponents[i], answer.opponents[i]);
+  if (IsHighLow(asked.question.game)) json["low"] = player.low;
+  if (IsSampled(run)) {
+    json["standard_error"] = player.standard_error ? Json(*player.standard_error) : Json(nullptr);
   }
-  return list;
+  return json;
 }
 
 }  // namespace
 
-std::string EquityPage(const EquityQuestion& question, const EquityAnswer& answer,
-                       const Colours& colours) {
-  std::string title = fmt::format("{} against {}, {}, {}", colours.Cards(question.hand),
-                                  OpponentText(question, colours), TitleOf(question.game),
-                                  Situation(question, colours));
-  if (!question.dead.empty()) title += fmt::format(", {} dead", colours.Cards(question.dead));
-  title += "\n\n";
-  if (answer.cases == 0) {
-    return fmt::format("{}No {} of the range is left beside the known cards.\n", title,
-                       question.omaha_range ? "hand" : "holding");
+std::string SituationText(const AskedEquity& asked, const Colours& colours) {
+  static constexpr const char* kNames[6] = {"before the flop", "with",        "with",
+                                            "on the flop",     "on the turn", "on the river"};
+  const Street street = asked.question.street;
+  const std::size_t known = asked.board.size();
+  if (known == 0 && street == Street::kFlop) return "over all flops";
+  std::string text = kNames[known];
+  if (known > 0) text += fmt::format(" {}", colours.Cards(asked.board));
+  if (known == 1 || known == 2) text += " on the board";
+  if (known < static_cast<std::size_t>(street)) {
+    text += fmt::format(" to the {}", StreetName(street));
   }
-  return fmt::format("{}{}\n{}", title,
-                     Table(question.game, Rows(question, answer, colours), answer.cases, colours),
-                     Footer(question, answer));
+  return text;
 }
 
-std::string ClassTable(const std::vector<ClassAnswer>& answers, const Colours& colours) {
-  std::string table =
-      colours.Faint(fmt::format("{:<6}{:>12}{:>12}{:>16}{:>10}{:>10}", "class", "equity",
-                                "holdings", "wins alone", "ties", "losses")) +
-      "\n";
-  for (const auto& [cell, holdings, tally] : answers) {
-    table += fmt::format("{:<6}{}{:>12}{:>14.2f} %{:>8.2f} %{:>8.2f} %\n", NameOf(cell),
-                         colours.Strong(fmt::format("{:>10.3f} %", 100 * tally.Equity())), holdings,
-                         Percent(tally.wins, tally.cases), Percent(tally.ties, tally.cases),
-                         Percent(tally.cases - tally.wins - tally.ties, tally.cases));
-  }
-  return table;
-}
-
-std::string ClassSvg(const EquityQuestion& question, const EquityAnswer& answer,
-                     const std::vector<ClassAnswer>& answers) {
-  const Colours plain(false);
-  std::vector<GridCell> cells(169, {.fill = "#eef0f3", .text = "#a3abb5", .note = ""});
-  for (const auto& [cell, holdings, tally] : answers) {
-    cells[static_cast<std::size_t>(cell)] = {.fill = HeatColour(tally.Equity()),
-                                             .text = "#14202b",
-                                             .note = fmt::format("{:.1f}", 100 * tally.Equity())};
-  }
-  const auto title = [&](const std::string& opponent) {
-    const std::string equity =
-        answer.cases == 0 ? "no holding left" : fmt::format("{:.2f} %", 100 * answer.equity);
-    return fmt::format("{} against {}, {}: {}", CardsText(question.hand), opponent,
-                       Situation(question, plain), equity);
+std::size_t HandsLeft(const AskedEquity& asked, std::size_t player) {
+  const EquityQuestion& question = asked.question;
+  if (IsOneHand(asked, player)) return 1;
+  CardSet known = question.board | question.dead;
+  const auto add = [&](const HandRange& range) {
+    if (range.size() == 1) known |= range.hands()[0].cards;
   };
-  constexpr std::size_t kLongestTitle = 68;
-  const std::string whole = title(OpponentText(question, plain));
-  return GridSvg(question.game == Game::kShortDeck ? 9 : 13,
-                 whole.size() > kLongestTitle ? title("a range") : whole, cells);
+  for (const HandRange& range : question.players) add(range);
+  for (const HandRange& range : question.folded) add(range);
+  return question.players[player].Without(known).size();
 }
 
-Json ClassJson(const std::vector<ClassAnswer>& answers) {
-  Json list = Json::array();
-  for (const auto& [cell, holdings, tally] : answers) {
-    list.push_back({{"class", NameOf(cell)},
-                    {"holdings", holdings},
-                    {"equity", tally.Equity()},
-                    {"wins", tally.wins},
-                    {"ties", tally.ties},
-                    {"cases", tally.cases}});
+Json CountJson(const CaseCount& count) {
+  if (count.IsWhole() && count.units <= std::numeric_limits<std::int64_t>::max()) {
+    return static_cast<std::int64_t>(count.units);
   }
-  return list;
+  return count.Value();
 }
 
-std::string EquityLine(const EquityQuestion& question, const EquityAnswer& answer) {
-  std::string line = CardsText(question.hand);
-  for (const std::vector<int>& hand : question.opponents) line += " " + CardsText(hand);
-  if (question.opponents.empty())
-    line += " " + (question.HasRange() ? question.range_text : "random");
+std::string CountText(const CaseCount& count) {
+  const double value = count.Value();
+  if (value > 9e18) return fmt::format("{:.6g}", value);
+  if (count.IsWhole()) return Grouped(static_cast<std::int64_t>(count.units));
+  const double whole = std::floor(value);
+  return Grouped(static_cast<std::int64_t>(whole)) + fmt::format("{:.2f}", value - whole).substr(1);
+}
+
+std::string EquityPage(const AskedEquity& asked, const EquityRun& run, const Colours& colours) {
+  return fmt::format("{}\n\n{}\n{}", Title(asked, colours), Table(asked, run, colours),
+                     Footer(asked, run));
+}
+
+std::string EquityLine(const AskedEquity& asked, const EquityRun& run) {
+  const EquityQuestion& question = asked.question;
+  std::string line = fmt::format("{}", fmt::join(asked.players, " "));
+  for (const std::string& folded : asked.folded) line += " --folded " + folded;
   if (question.game != Game::kHoldem) line += fmt::format(" --game {}", NameOf(question.game));
-  if (!question.board.empty()) line += " --board " + CardsText(question.board);
-  if (!question.dead.empty()) line += " --dead " + CardsText(question.dead);
-  if (question.street != Street::kRiver) line += fmt::format(" --to {}", StreetName(question));
-  if (question.players != 2) line += fmt::format(" --players {}", question.players);
-  if (answer.cases == 0) {
-    return line + (question.omaha_range ? " no hand left\n" : " no holding left\n");
+  if (!asked.board.empty()) line += " --board " + CardsText(asked.board);
+  if (!asked.dead.empty()) line += " --dead " + CardsText(asked.dead);
+  if (question.street != Street::kRiver)
+    line += fmt::format(" --to {}", StreetName(question.street));
+  line += Values("equity", run,
+                 [](const PlayerAnswer& p) { return fmt::format("{:.6f}", p.total.equity); });
+  line += Values("wins", run, [](const PlayerAnswer& p) { return PlainCount(p.total.wins); });
+  line += Values("ties", run, [](const PlayerAnswer& p) { return PlainCount(p.total.ties); });
+  const std::string cases = PlainCount(run.answer.cases);
+  line += fmt::format(" of {} {}{} {}", cases, IsSampled(run) ? "trial" : "case",
+                      cases == "1" ? "" : "s", IsSampled(run) ? "sampled" : "exact");
+  if (IsSampled(run)) {
+    line += Values("standard_error", run, [](const PlayerAnswer& p) {
+      return p.standard_error ? fmt::format("{:.6f}", *p.standard_error) : "none";
+    });
   }
-  fmt::format_to(std::back_inserter(line), " equity {:.6f} wins {} ties {} losses {} of {}",
-                 answer.equity, answer.wins, answer.ties, answer.Losses(), answer.cases);
-  if (question.exact) {
-    line += " " + CasesText(question, answer) + " exact";
-  } else {
-    line += fmt::format(" trial{} sampled standard_error ", answer.cases == 1 ? "" : "s");
-    line += answer.standard_error ? fmt::format("{:.6f}", *answer.standard_error) : "none";
-  }
-  if (IsHighLow(question.game)) line += fmt::format(" low {:.6f}", answer.low);
-  if (question.omaha_range) {
-    line += fmt::format(" range_left {} of {}", answer.range_left, answer.range_hands);
-    if (question.exact) line += fmt::format(" blocked_boards {}", answer.blocked_boards);
-  }
-  if (question.opponents.size() > 1) {
-    line += " opponents";
-    for (const HandAnswer& hand : answer.opponents) line += fmt::format(" {:.6f}", hand.equity);
+  if (IsHighLow(question.game)) {
+    line += Values("low", run, [](const PlayerAnswer& p) { return fmt::format("{:.6f}", p.low); });
   }
   return line + "\n";
 }
 
-Json EquityJson(const EquityQuestion& question, const EquityAnswer& answer) {
-  Json json = {
-      {"schema", kJsonSchema}, {"game", NameOf(question.game)}, {"hand", CardsJson(question.hand)}};
-  AddOpponents(question, json);
-  json["board"] = CardsJson(question.board);
-  if (IsOmaha(question.game)) json["dead"] = CardsJson(question.dead);
-  json["to"] = StreetName(question);
-  json["players"] = Players(question);
-  json["equity"] = answer.cases == 0 ? Json(nullptr) : Json(answer.equity);
-  if (IsHighLow(question.game)) json["low"] = answer.low;
-  json["wins"] = answer.wins;
-  json["ties"] = answer.ties;
-  json["cases"] = answer.cases;
-  if (question.omaha_range) {
-    json["range_hands"] = answer.range_hands;
-    json["range_left"] = answer.range_left;
+Json EquityJson(const AskedEquity& asked, const EquityRun& run, const Json& id) {
+  const EquityQuestion& question = asked.question;
+  Json json = {{"schema", kEquitySchema}};
+  if (!id.is_null()) json["id"] = id;
+  json["game"] = NameOf(question.game);
+  json["board"] = CardsJson(asked.board);
+  json["dead"] = CardsJson(asked.dead);
+  json["to"] = StreetName(question.street);
+  json["method"] = IsSampled(run) ? "sampled" : "exact";
+  json["reason"] = run.answer.reason;
+  if (!asked.folded.empty()) json["folded"] = asked.folded;
+  json[IsSampled(run) ? "trials" : "cases"] = CountJson(run.answer.cases);
+  if (run.interrupted) json["interrupted"] = true;
+  Json& players = json["players"] = Json::array();
+  for (std::size_t i = 0; i < asked.players.size(); ++i) {
+    players.push_back(PlayerJson(asked, run, i));
   }
-  if (question.exact) {
-    json["method"] = "exact";
-    if (question.omaha_range) json["blocked_boards"] = answer.blocked_boards;
-  } else {
-    json["method"] = "sampled";
-    json["standard_error"] = answer.standard_error ? Json(*answer.standard_error) : Json(nullptr);
-    json["trials"] = question.trials;
-    json["seed"] = question.seed;
-    if (question.time) json["time_ms"] = question.time->count();
-    if (answer.interrupted) json["interrupted"] = true;
-  }
-  if (IsOmaha(question.game) && !question.opponents.empty()) {
-    json["hands"] = HandsJson(question, answer);
-  }
+  for (const By by : asked.by) AddDetailJson(asked, run, by, json);
   // Microseconds are enough.
-  json["elapsed_ms"] = std::round(answer.elapsed.count() * 1e6) / 1e3;
+  json["elapsed_ms"] = std::round(run.elapsed.count() * 1e6) / 1e3;
   return json;
 }
 

@@ -4,32 +4,34 @@
 #define POKERMATH_CLI_EQUITY_REPORT_H_
 
 #include <string>
-#include <vector>
 
-#include "cli/equity_answer.h"
-#include "cli/equity_question.h"
+#include "cli/equity_run.h"
+#include "cli/equity_words.h"
 #include "cli/output.h"
 
 namespace pokermath::cli {
 
+/// Version of the JSON layout of answers about equity.
+inline constexpr int kEquitySchema = 2;
+
+/// "before the flop to the river", "on the flop 2c3d4h to the turn".
+std::string SituationText(const AskedEquity& asked, const Colours& colours);
+
 /// A few lines with a table, for a person.
-std::string EquityPage(const EquityQuestion& question, const EquityAnswer& answer,
-                       const Colours& colours);
+std::string EquityPage(const AskedEquity& asked, const EquityRun& run, const Colours& colours);
 
-/// A table of classes, to go below the page.
-std::string ClassTable(const std::vector<ClassAnswer>& answers, const Colours& colours);
+/// One compact line: the question, then names and values, one for each player.
+std::string EquityLine(const AskedEquity& asked, const EquityRun& run);
 
-/// The matrix of classes as a heat map: a stand-alone SVG document.
-std::string ClassSvg(const EquityQuestion& question, const EquityAnswer& answer,
-                     const std::vector<ClassAnswer>& answers);
+/// @param id  what the question came with; null for none
+Json EquityJson(const AskedEquity& asked, const EquityRun& run, const Json& id);
 
-/// A list of objects.
-Json ClassJson(const std::vector<ClassAnswer>& answers);
+/// A number of cases: whole where weights are whole and it fits into 63 bits.
+Json CountJson(const CaseCount& count);
+std::string CountText(const CaseCount& count);
 
-/// One compact line: the question, then names and values.
-std::string EquityLine(const EquityQuestion& question, const EquityAnswer& answer);
-
-Json EquityJson(const EquityQuestion& question, const EquityAnswer& answer);
+/// Hands of a player that the known cards leave.
+std::size_t HandsLeft(const AskedEquity& asked, std::size_t player);
 
 }  // namespace pokermath::cli
 

@@ -267,14 +267,15 @@ int RunEval(const EvalWords& words) {
   }
   if (words.versus) return RunVersus(words, short_deck);
   if (lines) {
-    return AnswerLines(json, [json, short_deck](std::string_view line, std::string& out) {
-      const EvalAnswer answer = Evaluate(short_deck, ReadHand(line));
-      if (json) {
-        out += JsonLine(ToJson(answer));
-      } else {
-        AppendLine(answer, out);
-      }
-    });
+    return AnswerLines({.json = json},
+                       [json, short_deck](std::string_view line, int, std::string& out) {
+                         const EvalAnswer answer = Evaluate(short_deck, ReadHand(line));
+                         if (json) {
+                           out += JsonLine(ToJson(answer));
+                         } else {
+                           AppendLine(answer, out);
+                         }
+                       });
   }
   const std::string cards = fmt::format("{}", fmt::join(words.cards, " "));
   const EvalAnswer answer =

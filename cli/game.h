@@ -7,30 +7,21 @@
 #include <span>
 #include <string>
 
+#include "pokermath/game.h"
+
 namespace pokermath::cli {
-
-enum class Game { kHoldem, kShortDeck, kOmaha, kOmaha5, kOmahaHighLow, kOmaha5HighLow };
-
-inline constexpr Game kAllGames[] = {Game::kHoldem, Game::kShortDeck,    Game::kOmaha,
-                                     Game::kOmaha5, Game::kOmahaHighLow, Game::kOmaha5HighLow};
 
 /// The game of a name; throws UsageError unless it is one of those that a question has answers for.
 Game ReadGame(const std::string& name, std::span<const Game> accepted);
 /// The name that ReadGame reads.
-const char* NameOf(Game game);
+inline const char* NameOf(Game game) { return RulesOf(game).name; }
 /// "Texas Hold'em", "five-card Omaha".
-const char* TitleOf(Game game);
+inline const char* TitleOf(Game game) { return RulesOf(game).title; }
 
-constexpr bool IsHighLow(Game game) {
-  return game == Game::kOmahaHighLow || game == Game::kOmaha5HighLow;
-}
-constexpr bool IsOmaha(Game game) {
-  return game == Game::kOmaha || game == Game::kOmaha5 || IsHighLow(game);
-}
+inline bool IsHighLow(Game game) { return RulesOf(game).high_low; }
+inline bool IsOmaha(Game game) { return RulesOf(game).IsOmaha(); }
 /// Hole cards.
-constexpr std::size_t HandSize(Game game) {
-  return !IsOmaha(game) ? 2 : game == Game::kOmaha || game == Game::kOmahaHighLow ? 4 : 5;
-}
+inline std::size_t HandSize(Game game) { return static_cast<std::size_t>(RulesOf(game).hand_size); }
 
 /// Throws UsageError if one of the cards is not in the deck.
 void CheckDeck(bool short_deck, std::span<const int> cards);

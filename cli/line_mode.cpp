@@ -1,5 +1,6 @@
 // Lines are cut from a buffer of fixed size, so a line may not be longer than that: an input
-// without line ends must not fill the memory.
+// without line ends must not fill the memory. The lines that are in the buffer at once are answered
+// by several threads.
 
 #include "cli/line_mode.h"
 
@@ -7,8 +8,12 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <cstdint>
+#include <exception>
+#include <future>
 #include <nlohmann/json.hpp>
 #include <vector>
 
@@ -25,7 +30,14 @@ class LineReader {
  public:
   explicit LineReader(std::function<void()> before_read) : before_read_(std::move(before_read)) {}
 
-  /// The next line without its end, valid until the next call. False at the end of the input.
+  /// Whether the next line is there already, its end included.
+  bool HasLine() const {
+    return std::string_view(buffer_.data() + start_, end_ - start_).find('\n') !=
+           std::string_view::npos;
+  }
+
+  /// The next line without its end, valid until something is read from the input: not before a call
+  /// without HasLine(). False at the end of the input.
   /// @param too_long  out: the line did not fit; it is left out and `line` is its start
   bool Next(std::string_view& line, bool& too_long) {
     too_long = false;
@@ -90,48 +102,141 @@ class LineReader {
   std::size_t end_ = 0;
 };
 
-void AppendError(bool json, std::int64_t line_number, const std::string& error, std::string& out) {
-  PrintError(fmt::format("line {}: {}", line_number, error));
-  if (json) {
-    out += JsonLine({{"schema", kJsonSchema}, {"line", line_number}, {"error", error}});
-  } else {
-    out += "error: " + error + "\n";
-  }
-}
-
 bool HasQuestion(std::string_view line) {
   const std::size_t start = line.find_first_not_of(" \t\r");
   return start != line.npos && line[start] != '#';
 }
 
+struct Line {
+  std::int64_t number = 0;
+  std::string_view text;
+  bool too_long = false;
+};
+
+// What became of a line: an answer, or what was thrown.
+struct Answered {
+  std::string text;
+  std::exception_ptr thrown;
+};
+
+// Answers what the reader has, in the order of the lines.
+class LineAnswerer {
+ public:
+  LineAnswerer(const LineForm& form, const AnswerLine& answer)
+      : form_(form), answer_(answer), reader_([this] { Flush(); }) {}
+
+  int Run() {
+    while (ReadLines()) {
+      AnswerAll();
+      for (std::size_t i = 0; i < lines_.size(); ++i) Append(lines_[i], answered_[i]);
+      if (out_.size() >= kBufferBytes) Flush();
+    }
+    Flush();
+    return exit_code_;
+  }
+
+ private:
+  static constexpr std::size_t kMostLines = 256;
+  static constexpr auto kWorthThreads = std::chrono::microseconds(200);
+
+  void Flush() {
+    Print(out_);
+    out_.clear();
+  }
+
+  // Waits for a line, and takes those that came with it; false at the end of the input.
+  bool ReadLines() {
+    lines_.clear();
+    Line line;
+    do {
+      if (!reader_.Next(line.text, line.too_long)) return !lines_.empty();
+      line.number = ++last_number_;
+      if (line.too_long || HasQuestion(line.text)) lines_.push_back(line);
+    } while (lines_.size() < kMostLines && reader_.HasLine());
+    return true;
+  }
+
+  void AnswerAll() {
+    answered_.assign(lines_.size(), {});
+    next_ = 0;
+    if (lines_.size() == 1) AnswerNext(form_.threads);
+    // Quick answers are no work for several threads.
+    const auto start = std::chrono::steady_clock::now();
+    AnswerNext(1);
+    const auto first = std::chrono::steady_clock::now() - start;
+    std::vector<std::future<void>> others;
+    const std::size_t left = lines_.size() - std::min(lines_.size(), next_.load());
+    const bool share = first * static_cast<std::int64_t>(left) > kWorthThreads;
+    for (std::size_t i = 1; share && i < static_cast<std::size_t>(form_.threads) && i < left; ++i) {
+      others.push_back(std::async(std::launch::async, [this] {
+        while (AnswerNext(1)) continue;
+      }));
+    }
+    while (AnswerNext(1)) continue;
+    for (std::future<void>& other : others) other.get();
+  }
+
+  // False if no line is left.
+  bool AnswerNext(int threads) {
+    const std::size_t place = next_++;
+    if (place >= lines_.size()) return false;
+    const Line& line = lines_[place];
+    Answered& answered = answered_[place];
+    try {
+      if (line.too_long) {
+        throw UsageError(fmt::format("the line that starts with {} is too long: up to {} bytes",
+                                     Quoted(line.text), kBufferBytes));
+      }
+      answer_(line.text, threads, answered.text);
+    } catch (...) {
+      answered.thrown = std::current_exception();
+    }
+    return true;
+  }
+
+  void Append(const Line& line, const Answered& answered) {
+    if (!answered.thrown) {
+      out_ += answered.text;
+      return;
+    }
+    try {
+      std::rethrow_exception(answered.thrown);
+    } catch (const LineError& error) {
+      AppendError(line.number, error, true, error.id());
+    } catch (const UsageError& error) {
+      AppendError(line.number, error, form_.json, "");
+    }
+  }
+
+  void AppendError(std::int64_t number, const UsageError& error, bool json, const std::string& id) {
+    exit_code_ = kExitFailed;
+    PrintError(fmt::format("line {}: {}", number, error.what()));
+    if (!json) {
+      out_ += fmt::format("error: {}\n", error.what());
+      return;
+    }
+    Json object = {{"schema", form_.schema}};
+    if (!id.empty()) object["id"] = Json::parse(id);
+    object["line"] = number;
+    object["error"] = error.what();
+    out_ += JsonLine(object);
+  }
+
+  const LineForm& form_;
+  const AnswerLine& answer_;
+  std::string out_;
+  LineReader reader_;
+  int exit_code_ = kExitDone;
+  std::int64_t last_number_ = 0;
+  std::vector<Line> lines_;
+  std::vector<Answered> answered_;
+  std::atomic<std::size_t> next_ = 0;
+};
+
 }  // namespace
 
-int AnswerLines(bool json, const AnswerLine& answer) {
-  std::string out;
-  const auto flush = [&out] {
-    Print(out);
-    out.clear();
-  };
-  LineReader reader(flush);
-  int exit_code = kExitDone;
-  std::string_view line;
-  bool too_long = false;
-  for (std::int64_t number = 1; reader.Next(line, too_long); ++number) {
-    if (!too_long && !HasQuestion(line)) continue;
-    try {
-      if (too_long) {
-        throw UsageError(fmt::format("the line that starts with {} is too long: up to {} bytes",
-                                     Quoted(line), kBufferBytes));
-      }
-      answer(line, out);
-    } catch (const UsageError& error) {
-      exit_code = kExitFailed;
-      AppendError(json, number, error.what(), out);
-    }
-    if (out.size() >= kBufferBytes) flush();
-  }
-  flush();
-  return exit_code;
+int AnswerLines(const LineForm& form, const AnswerLine& answer) {
+  return LineAnswerer(form, answer).Run();
 }
 
 }  // namespace pokermath::cli

@@ -6,18 +6,41 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
+
+#include "cli/errors.h"
+#include "cli/output.h"
 
 namespace pokermath::cli {
 
+/// A line that is no question but came with an id, which its error has too.
+class LineError : public UsageError {
+ public:
+  /// @param id  JSON text; empty for none
+  LineError(const std::string& error, std::string id) : UsageError(error), id_(std::move(id)) {}
+  const std::string& id() const { return id_; }
+
+ private:
+  std::string id_;
+};
+
 /// Appends the answer to `line`, a line end included, to `out`; throws UsageError for a line that
-/// is no question.
-using AnswerLine = std::function<void(std::string_view line, std::string& out)>;
+/// is no question, or LineError, whose error is in JSON. May be called on several threads at once;
+/// `threads` are how many of them are for this line.
+using AnswerLine = std::function<void(std::string_view line, int threads, std::string& out)>;
+
+/// What answers have in common.
+struct LineForm {
+  bool json = false;
+  int schema = kJsonSchema;  ///< of errors in JSON
+  int threads = 1;           ///< answer lines that are there at once; the order stays
+};
 
 /// Answers line by line until the input ends. Empty lines and lines that start with '#' have no
 /// answer; a bad line has an error in the place of its answer and on standard error. Answers leave
 /// the program whenever it waits for more questions.
 /// @return the exit code: 1 if any line was bad
-int AnswerLines(bool json, const AnswerLine& answer);
+int AnswerLines(const LineForm& form, const AnswerLine& answer);
 
 }  // namespace pokermath::cli
 

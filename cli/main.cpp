@@ -32,7 +32,7 @@ constexpr const char* kExamples =
 Examples:
   pokermath eval AhKhQhJhTh2c3d
   pokermath equity AhKd 7s7c
-  pokermath equity AhKd random --players 6
+  pokermath equity AhKd 15% random --board 2c7dTh
   pokermath nuts AhKhQsJs Th9h2h
   pokermath outs AsKsQsJs Ts9s2d3c
   pokermath low Ah2dKsQc 3c7d8h

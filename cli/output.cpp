@@ -27,16 +27,19 @@ void Print(std::string_view text) {
   }
 }
 
-void WritePicture(const std::string& path, std::string_view svg) {
-  if (path == kStandardOutput) return Print(svg);
+void WriteDocument(const std::string& path, std::string_view content) {
+  if (path == kStandardOutput) return Print(content);
   AtomicFile file(path);
-  file.Write(svg.data(), svg.size());
+  file.Write(content.data(), content.size());
   if (!file.Commit()) throw SystemFailure("cannot write " + Quoted(path), errno);
 }
 
-bool IsPictureAlone(const std::optional<std::string>& path, bool json) {
+bool IsAlone(std::string_view option, const std::optional<std::string>& path, bool json) {
   if (path != kStandardOutput) return false;
-  if (json) throw UsageError("--svg - and --json do not go together: both are standard output");
+  if (json) {
+    throw UsageError(
+        fmt::format("{} - and --json do not go together: both are standard output", option));
+  }
   return true;
 }
 

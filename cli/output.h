@@ -21,13 +21,13 @@ inline constexpr int kJsonSchema = 1;
 /// Writes the whole text to standard output; throws Failure if it cannot.
 void Print(std::string_view text);
 
-/// Writes a picture to a file in one piece, or to standard output if the path is "-"; throws
-/// Failure if it cannot.
-void WritePicture(const std::string& path, std::string_view svg);
+/// Writes a picture or a list to a file in one piece, or to standard output if the path is "-";
+/// throws Failure if it cannot.
+void WriteDocument(const std::string& path, std::string_view content);
 
-/// Whether a picture goes to standard output, which is then all that goes there; throws UsageError
-/// if JSON is to go there, too.
-bool IsPictureAlone(const std::optional<std::string>& path, bool json);
+/// Whether the document of an option goes to standard output, which is then all that goes there;
+/// throws UsageError if JSON is to go there, too.
+bool IsAlone(std::string_view option, const std::optional<std::string>& path, bool json);
 
 /// One object on one line. Bytes that are no UTF-8 become U+FFFD.
 std::string JsonLine(const Json& object);

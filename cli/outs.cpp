@@ -212,14 +212,14 @@ Json ToJson(const OutsAnswer& answer) {
 }
 
 int RunOuts(const OutsWords& words) {
-  const bool picture_only = IsPictureAlone(words.svg, words.json);
+  const bool picture_only = IsAlone("--svg", words.svg, words.json);
   const OutsAnswer answer = FindOuts(ReadOmahaHand(words, 4));
   if (words.svg) {
-    WritePicture(*words.svg, DeckSvg(Marked(answer), fmt::format("{}: {}, {} outs, {} nut outs",
-                                                                 answer.hand.Cards(Colours(false)),
-                                                                 CategoryName(answer.hand.value),
-                                                                 answer.all.cards.size(),
-                                                                 answer.all.nut_cards.size())));
+    WriteDocument(*words.svg, DeckSvg(Marked(answer), fmt::format("{}: {}, {} outs, {} nut outs",
+                                                                  answer.hand.Cards(Colours(false)),
+                                                                  CategoryName(answer.hand.value),
+                                                                  answer.all.cards.size(),
+                                                                  answer.all.nut_cards.size())));
   }
   if (picture_only) return kExitDone;
   Print(words.json ? JsonLine(ToJson(answer)) : ToText(answer, Colours::ForStandardOutput()));

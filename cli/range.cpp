@@ -11,10 +11,10 @@
 #include <optional>
 
 #include "cli/command.h"
-#include "cli/equity_reading.h"
 #include "cli/errors.h"
 #include "cli/game.h"
 #include "cli/output.h"
+#include "cli/player_words.h"
 #include "cli/range_omaha.h"
 #include "cli/range_picture.h"
 #include "pokermath/ranges.h"
@@ -123,7 +123,7 @@ void WriteSvg(const std::string& path, const RangeAnswer& answer, bool short_dec
   if (title.size() > kLongestTitle) {
     title = fmt::format("{} holdings, {:.1f} %", answer.combos, answer.percent);
   }
-  WritePicture(path, MatrixSvg(RangeMatrix(answer.range, short_deck), title));
+  WriteDocument(path, MatrixSvg(RangeMatrix(answer.range, short_deck), title));
 }
 
 // The matrix cell of the only class that a text names.
@@ -199,7 +199,7 @@ int RunRange(const RangeWords& words) {
     }
     return RunRank(words, options);
   }
-  const bool picture_only = IsPictureAlone(words.svg, words.json);
+  const bool picture_only = IsAlone("--svg", words.svg, words.json);
   const RangeAnswer answer = Describe(words, options);
   if (words.svg) WriteSvg(*words.svg, answer, options.short_deck);
   if (picture_only) return kExitDone;

@@ -9,12 +9,9 @@
 #define POKERMATH_EQUITY_KERNELS_TRIALS_H_
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
-#include <utility>
-#include <vector>
 
 #include "cards/card_list.h"
 #include "eval/omaha_best.h"
@@ -161,50 +158,6 @@ int EvaluateOmaha(const int* cards) {
 }
 template <std::size_t kHandSize>
 using OmahaTrials = Trials<kHandSize, EvaluateOmaha<kHandSize>>;
-
-/// A hand against a random one of given hands, all of which are as likely.
-template <std::size_t kHandSize>
-class OmahaRangeTrials {
- public:
-  using Hand = std::array<int, kHandSize>;
-
-  /// @param hands  at least one; they share no card with the hand, the board and the dead cards
-  OmahaRangeTrials(std::span<const int, kHandSize> hand, std::vector<Hand> hands,
-                   std::span<const int> board, std::span<const int> dead)
-      : hands_(std::move(hands)), known_(board.size()) {
-    std::ranges::copy(hand, hero_.begin());
-    std::ranges::copy(board, board_.begin());
-    for (const std::span<const int> cards : {std::span<const int>(hand), board, dead}) {
-      for (const int card : cards) used_ |= Bit(card);
-    }
-  }
-
-  /// Deals one trial.
-  ///
-  /// @param draw  callable, returns a uniform card code; draw.Below(n) returns a uniform number
-  /// @return how many players share the pot, as Trials
-  template <typename Draw>
-  int Deal(Draw& draw) {
-    const Hand& other = hands_[draw.Below(static_cast<std::uint32_t>(hands_.size()))];
-    std::uint64_t used = used_ | Bits(other);
-    for (std::size_t i = known_; i < board_.size(); ++i) {
-      int card = draw();
-      while ((used >> card & 1) != 0) card = draw();
-      used |= Bit(card);
-      board_[i] = card;
-    }
-    Standing hero = {.value = BestOmahaValue(hero_, board_)};
-    hero.Meet(BestOmahaValue(other, board_));
-    return hero.sharers;
-  }
-
- private:
-  Hand hero_{};
-  std::vector<Hand> hands_;
-  std::size_t known_;
-  std::array<int, 5> board_{};
-  std::uint64_t used_ = 0;
-};
 
 }  // namespace pokermath
 

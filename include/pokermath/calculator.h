@@ -106,10 +106,11 @@ struct PlayerAnswer {
   /// hand.
   std::array<CaseCount, kMostPlayers> shared{};
   std::array<CaseCount, kMostPlayers> low_shared{};  ///< the same for the best low
-  double low = 0;                        ///< in Hi/Lo, what of the equity comes from low hands
-  std::optional<double> standard_error;  ///< of the equity, 0..1; where it was sampled
-  std::vector<HandOutcome> hands;        ///< with Detail::hands, rising by their cards
-  std::vector<MadeOutcome> made;         ///< with Detail::made, the categories that occur
+  double low = 0;  ///< in Hi/Lo, what of the equity comes from low hands
+  /// Of the equity, 0..1; where it was sampled, and samples differ.
+  std::optional<double> standard_error;
+  std::vector<HandOutcome> hands;  ///< with Detail::hands, rising by their cards
+  std::vector<MadeOutcome> made;   ///< with Detail::made, the categories that occur
 };
 
 /// What comes next, and every player's outcome then.
@@ -167,6 +168,12 @@ class POKERMATH_EXPORT Calculation {
   std::int64_t NextStop(std::int64_t done) const;
   /// Whether the answer is as good as was asked for, after the first `done` steps.
   bool Enough(std::int64_t done, const Sums& sums) const;
+
+  /// Cases or trials in the sums of some steps.
+  CaseCount Cases(const Sums& sums) const;
+  /// How much of the work the first `done` steps are, 0..1; where a standard error ends it, guessed
+  /// from the one that they have reached.
+  double Part(std::int64_t done, const Sums& sums) const;
 
   /// The answer; an error if the count is not finished, or not one trial was dealt. A sample may
   /// be answered at any time.

@@ -105,8 +105,7 @@ for text in '[T-A][T-A][T-A][T-A]' '[KQ]AA[23]' '[AK]Qxx,JT9[76]'; do
   run range --game omaha " $text" --json
   same "$asked" "$(value_of hands)" "$first"
   run equity 2h3h4d5d "$text" --game omaha --board 2c9d9h --json
-  has "$asked" "$out" "\"opponent\":\"$text\","
-  has "$asked" "$out" "\"range_hands\":$first,"
+  has "$asked" "$out" "\"range\":\"$text\",\"hands\":"
 done
 refuses 2 "'[KQ]AA[2y]' at position 9: expected" range --game omaha '[KQ]AA[2y]'
 refuses 1 "cannot write '$work/none/[x]'" range AA --svg="$work/none/[x]"

@@ -1,0 +1,369 @@
+#include "cli/equity_detail.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "cli/equity_report.h"
+#include "cli/game.h"
+#include "cli/range_picture.h"
+#include "pokermath/cards.h"
+#include "ranges/hand_classes.h"
+
+namespace pokermath::cli {
+namespace {
+
+// As people write hands: the highest rank first.
+std::vector<int> CardsOf(CardSet cards) {
+  std::vector<int> codes(cards.begin(), cards.end());
+  std::ranges::sort(codes, comparefun);
+  return codes;
+}
+
+// Names go by the order of strength, in which the short decks differ.
+const char* CategoryName(Game game, int category) {
+  static constexpr const char* kNames[11] = {
+      "",      "high card",  "one pair",       "two pair",       "three of a kind", "straight",
+      "flush", "full house", "four of a kind", "straight flush", "royal flush"};
+  const GameRules& rules = RulesOf(game);
+  const bool swap_low = !rules.straight_over_trips && (category == 4 || category == 5);
+  const bool swap_high = rules.IsShortDeck() && (category == 6 || category == 7);
+  const int number = swap_low ? 9 - category : swap_high ? 13 - category : category;
+  return kNames[number];
+}
+
+std::string WeightText(std::int32_t weight) {
+  return fmt::format("{}", static_cast<double>(weight) / kWholeWeight);
+}
+
+int CellOf(CardSet hand) {
+  auto card = hand.begin();
+  const int low = *card;
+  return pokermath::CellOf(low, *++card);
+}
+
+std::string NameOfCell(std::size_t cell) {
+  return RangeMatrix::Name(static_cast<int>(cell) / 13, static_cast<int>(cell) % 13);
+}
+
+bool HasCases(const Outcome& outcome) { return outcome.cases.units != 0; }
+
+void AddHands(std::size_t player, const PlayerAnswer& answer, std::vector<DetailRow>& rows) {
+  for (const HandOutcome& hand : answer.hands) {
+    rows.push_back(
+        {player, CardsText(CardsOf(hand.hand.cards)), WeightText(hand.hand.weight), hand.outcome});
+  }
+}
+
+void AddClasses(std::size_t player, const PlayerAnswer& answer, std::vector<DetailRow>& rows) {
+  std::array<int, 169> hands{};
+  for (const HandOutcome& hand : answer.hands) {
+    ++hands[static_cast<std::size_t>(CellOf(hand.hand.cards))];
+  }
+  const std::array<Outcome, 169> classes = ClassesOf(answer);
+  for (std::size_t cell = 0; cell < classes.size(); ++cell) {
+    if (hands[cell] == 0) continue;
+    rows.push_back({player, NameOfCell(cell), std::to_string(hands[cell]), classes[cell]});
+  }
+}
+
+// The rows of one player.
+void AddRows(const AskedEquity& asked, std::size_t player, const PlayerAnswer& answer, By by,
+             std::vector<DetailRow>& rows) {
+  const auto first = static_cast<std::ptrdiff_t>(rows.size());
+  if (by == By::kHand) AddHands(player, answer, rows);
+  if (by == By::kClass) AddClasses(player, answer, rows);
+  for (const MadeOutcome& made : answer.made) {
+    if (by != By::kMade) break;
+    rows.push_back({player, CategoryName(asked.question.game, made.category), "", made.outcome});
+  }
+  if (by == By::kMade) return;
+  std::stable_sort(rows.begin() + first, rows.end(), [](const DetailRow& a, const DetailRow& b) {
+    return a.outcome.equity > b.outcome.equity;
+  });
+}
+
+struct Titles {
+  const char* name;
+  const char* size;
+};
+
+Titles TitlesOf(By by) {
+  switch (by) {
+    case By::kHand:
+      return {"hand", "weight"};
+    case By::kClass:
+      return {"class", "hands"};
+    case By::kNext:
+      return {"next", "alike"};
+    case By::kMade:
+      break;
+  }
+  return {"made", ""};
+}
+
+std::string PlayerTitle(const AskedEquity& asked, std::size_t player) {
+  return fmt::format("player {}, {}", player + 1, asked.players[player]);
+}
+
+// --- matrices ---
+
+std::string ClassMatrix(const PlayerAnswer& player, Game game, const Colours& colours) {
+  constexpr std::string_view kRanks = "AKQJT98765432";
+  const std::size_t size = RulesOf(game).IsShortDeck() ? 9 : 13;
+  const std::array<Outcome, 169> classes = ClassesOf(player);
+  std::string text = " ";
+  for (std::size_t i = 0; i < size; ++i) text += fmt::format("{:>6}", kRanks[i]);
+  text = colours.Faint(text) + "\n";
+  for (std::size_t row = 0; row < size; ++row) {
+    text += colours.Faint(std::string(1, kRanks[row]));
+    for (std::size_t column = 0; column < size; ++column) {
+      const Outcome& outcome = classes[row * 13 + column];
+      text += HasCases(outcome) ? fmt::format("{:>6.1f}", 100 * outcome.equity)
+                                : colours.Faint(fmt::format("{:>6}", "."));
+    }
+    text += "\n";
+  }
+  return text;
+}
+
+std::string MatricesText(const AskedEquity& asked, const EquityRun& run, const Colours& colours) {
+  std::string text;
+  for (std::size_t i = 0; i < asked.players.size(); ++i) {
+    if (asked.question.players[i].size() == 1) continue;
+    text += fmt::format("\n{}: equity in % of every class, suited above the diagonal\n{}",
+                        PlayerTitle(asked, i),
+                        ClassMatrix(run.answer.players[i], asked.question.game, colours));
+  }
+  return text;
+}
+
+// The equity of a player with each card that comes next, a suit a row.
+std::string DeckText(const AskedEquity& asked, const EquityRun& run, std::size_t player,
+                     const Colours& colours) {
+  std::array<const Outcome*, 52> by_card{};
+  for (const NextOutcome& next : run.answer.next) {
+    by_card[static_cast<std::size_t>(*next.cards.begin())] = &next.players[player];
+  }
+  const GameRules& rules = RulesOf(asked.question.game);
+  std::string head = " ", rows;
+  for (int rank = 12; rank >= rules.lowest_rank; --rank) {
+    head += fmt::format("{:>6}", CardName(rank)[0]);
+  }
+  for (int suit = 3; suit >= 0; --suit) {
+    rows += CardName(suit * 13)[1];
+    for (int rank = 12; rank >= rules.lowest_rank; --rank) {
+      const Outcome* outcome = by_card[static_cast<std::size_t>(suit * 13 + rank)];
+      rows += outcome != nullptr ? fmt::format("{:>6.1f}", 100 * outcome->equity)
+                                 : colours.Faint(fmt::format("{:>6}", "."));
+    }
+    rows += "\n";
+  }
+  return fmt::format("\n{}: equity in % with each card that comes next\n{}\n{}",
+                     PlayerTitle(asked, player), colours.Faint(head), rows);
+}
+
+// --- lists ---
+
+std::string ListTitle(const Titles& titles, const Colours& colours) {
+  return colours.Faint(fmt::format("{:<16}{:>8}{:>12}{:>14}{:>10}{:>10}", titles.name, titles.size,
+                                   "equity", "wins alone", "ties", "losses")) +
+         "\n";
+}
+
+std::string ListLine(const DetailRow& row, const Colours& colours) {
+  const Outcome& outcome = row.outcome;
+  std::string line = fmt::format("{:<16}{:>8}", row.name, row.size);
+  if (!HasCases(outcome)) return line + "  no case\n";
+  const auto percent = [&](Int128 units) {
+    return 100 * static_cast<double>(units) / static_cast<double>(outcome.cases.units);
+  };
+  line += colours.Strong(fmt::format("{:>10.3f} %", 100 * outcome.equity));
+  return line + fmt::format("{:>12.2f} %{:>8.2f} %{:>8.2f} %\n", percent(outcome.wins.units),
+                            percent(outcome.ties.units),
+                            percent(outcome.cases.units - outcome.wins.units - outcome.ties.units));
+}
+
+std::string ListsText(const AskedEquity& asked, const EquityRun& run, By by,
+                      const Colours& colours) {
+  std::string text;
+  std::size_t player = asked.players.size();
+  for (const DetailRow& row : DetailRows(asked, run, by)) {
+    if (row.player != player) {
+      player = row.player;
+      text += fmt::format("\n{}\n{}", PlayerTitle(asked, player), ListTitle(TitlesOf(by), colours));
+    }
+    text += ListLine(row, colours);
+  }
+  return text;
+}
+
+// What a player makes, and how often.
+std::string MadeText(const AskedEquity& asked, const EquityRun& run, const Colours& colours) {
+  std::string text;
+  for (std::size_t i = 0; i < asked.players.size(); ++i) {
+    text += fmt::format("\n{}\n{}", PlayerTitle(asked, i), ListTitle({"made", "of all"}, colours));
+    std::vector<DetailRow> rows;
+    AddRows(asked, i, run.answer.players[i], By::kMade, rows);
+    for (DetailRow& row : rows) {
+      row.size =
+          fmt::format("{:.2f} %", 100 * row.outcome.cases.Value() / run.answer.cases.Value());
+      text += ListLine(row, colours);
+    }
+  }
+  return text;
+}
+
+// Boards that come next with the equity of each player, the first one's best first.
+std::string NextList(const AskedEquity& asked, const EquityRun& run, const Colours& colours) {
+  std::vector<const NextOutcome*> all;
+  for (const NextOutcome& next : run.answer.next) all.push_back(&next);
+  std::ranges::stable_sort(all, std::ranges::greater{},
+                           [](const NextOutcome* next) { return next->players[0].equity; });
+  std::string head = fmt::format("{:<8}{:>8}", "next", "alike");
+  for (std::size_t i = 0; i < asked.players.size(); ++i) {
+    head += fmt::format("{:>12}", fmt::format("player {}", i + 1));
+  }
+  std::string text = "\n" + colours.Faint(head) + "\n";
+  for (const NextOutcome* next : all) {
+    text += fmt::format("{:<8}{:>8}", CardsText(CardsOf(next->cards)), next->alike);
+    for (const Outcome& outcome : next->players) {
+      text += fmt::format("{:>10.3f} %", 100 * outcome.equity);
+    }
+    text += "\n";
+  }
+  return text;
+}
+
+std::string NextText(const AskedEquity& asked, const EquityRun& run, const Colours& colours) {
+  if (!ComesOneCard(asked)) return NextList(asked, run, colours);
+  std::string text;
+  for (std::size_t i = 0; i < asked.players.size(); ++i) {
+    text += DeckText(asked, run, i, colours);
+  }
+  return text;
+}
+
+// --- CSV and JSON ---
+
+std::string CsvText(const std::string& text) {
+  if (text.find_first_of(",\"") == text.npos) return text;
+  std::string quoted = "\"";
+  for (const char c : text) quoted += c == '"' ? "\"\"" : std::string(1, c);
+  return quoted + "\"";
+}
+
+void AddOutcome(const Outcome& outcome, Json& json) {
+  json["cases"] = CountJson(outcome.cases);
+  json["equity"] = HasCases(outcome) ? Json(outcome.equity) : Json(nullptr);
+  json["wins"] = CountJson(outcome.wins);
+  json["ties"] = CountJson(outcome.ties);
+}
+
+Json RowJson(const DetailRow& row, By by) {
+  const Titles titles = TitlesOf(by);
+  Json json;
+  if (by == By::kHand) {
+    json[titles.name] = CardsJson(ParseCards(row.name).cards);
+  } else {
+    json[by == By::kMade ? "category" : titles.name] = row.name;
+  }
+  if (!row.size.empty()) json[titles.size] = Json::parse(row.size);
+  AddOutcome(row.outcome, json);
+  return json;
+}
+
+void AddNextJson(const EquityRun& run, Json& json) {
+  Json& list = json["next"] = Json::array();
+  for (const NextOutcome& next : run.answer.next) {
+    Json one = {{"cards", CardsJson(CardsOf(next.cards))}, {"alike", next.alike}};
+    Json& players = one["players"] = Json::array();
+    for (const Outcome& outcome : next.players) {
+      Json player = Json::object();
+      AddOutcome(outcome, player);
+      players.push_back(std::move(player));
+    }
+    list.push_back(std::move(one));
+  }
+}
+
+}  // namespace
+
+bool ComesOneCard(const AskedEquity& asked) { return asked.board.size() >= 3; }
+
+std::array<Outcome, 169> ClassesOf(const PlayerAnswer& player) {
+  std::array<Outcome, 169> classes{};
+  for (const auto& [hand, outcome] : player.hands) {
+    Outcome& sum = classes[static_cast<std::size_t>(CellOf(hand.cards))];
+    const double before = sum.equity * sum.cases.Value();
+    const double added = outcome.equity * outcome.cases.Value();
+    sum.cases = {sum.cases.units + outcome.cases.units, outcome.cases.unit};
+    sum.wins = {sum.wins.units + outcome.wins.units, outcome.wins.unit};
+    sum.ties = {sum.ties.units + outcome.ties.units, outcome.ties.unit};
+    if (HasCases(sum)) sum.equity = (before + added) / sum.cases.Value();
+  }
+  return classes;
+}
+
+std::vector<DetailRow> DetailRows(const AskedEquity& asked, const EquityRun& run, By by) {
+  std::vector<DetailRow> rows;
+  if (by == By::kNext) {
+    for (const NextOutcome& next : run.answer.next) {
+      for (std::size_t i = 0; i < next.players.size(); ++i) {
+        rows.push_back(
+            {i, CardsText(CardsOf(next.cards)), std::to_string(next.alike), next.players[i]});
+      }
+    }
+    return rows;
+  }
+  for (std::size_t i = 0; i < run.answer.players.size(); ++i) {
+    AddRows(asked, i, run.answer.players[i], by, rows);
+  }
+  return rows;
+}
+
+std::string DetailText(const AskedEquity& asked, const EquityRun& run, By by,
+                       const Colours& colours) {
+  switch (by) {
+    case By::kClass:
+      return MatricesText(asked, run, colours);
+    case By::kNext:
+      return NextText(asked, run, colours);
+    case By::kMade:
+      return MadeText(asked, run, colours);
+    case By::kHand:
+      break;
+  }
+  return ListsText(asked, run, by, colours);
+}
+
+std::string DetailCsv(const AskedEquity& asked, const EquityRun& run, By by) {
+  const Titles titles = TitlesOf(by);
+  const bool sized = *titles.size != 0;
+  std::string csv = fmt::format("player,range,{}{}{},cases,equity,wins,ties\n", titles.name,
+                                sized ? "," : "", titles.size);
+  for (const DetailRow& row : DetailRows(asked, run, by)) {
+    const Outcome& outcome = row.outcome;
+    csv += fmt::format("{},{},{}{}{},{},{},{},{}\n", row.player + 1,
+                       CsvText(asked.players[row.player]), row.name, sized ? "," : "", row.size,
+                       CountJson(outcome.cases).dump(),
+                       HasCases(outcome) ? Json(outcome.equity).dump() : "",
+                       CountJson(outcome.wins).dump(), CountJson(outcome.ties).dump());
+  }
+  return csv;
+}
+
+void AddDetailJson(const AskedEquity& asked, const EquityRun& run, By by, Json& json) {
+  if (by == By::kNext) {
+    AddNextJson(run, json);
+    return;
+  }
+  const char* key = by == By::kHand ? "hands_detail" : by == By::kClass ? "classes" : "made";
+  for (std::size_t i = 0; i < asked.players.size(); ++i) json["players"][i][key] = Json::array();
+  for (const DetailRow& row : DetailRows(asked, run, by)) {
+    json["players"][row.player][key].push_back(RowJson(row, by));
+  }
+}
+
+}  // namespace pokermath::cli

@@ -1,0 +1,66 @@
+// A question of equity as a user words it, and what it means.
+
+#ifndef POKERMATH_CLI_EQUITY_WORDS_H_
+#define POKERMATH_CLI_EQUITY_WORDS_H_
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "pokermath/calculator.h"
+
+namespace pokermath::cli {
+
+/// What an answer is broken down by.
+enum class By { kHand, kClass, kNext, kMade };
+
+/// The words of a question, from the command line or from a line of input.
+struct EquityWords {
+  std::vector<std::string> players;  ///< the words that stand without an option
+  std::vector<std::string> folded;
+  std::optional<std::string> game, board, dead, to, standard_error, trials, time_ms, seed;
+  std::vector<std::string> by;  ///< "hand", "class", "next", "made"
+  bool exact = false;
+  bool sampled = false;
+  bool any_method = false;  ///< whatever the defaults say
+  bool of_object = false;   ///< keys have the options' names, and every player is one text
+
+  /// An option's name as the user wrote it: "--time-ms", or the key "time_ms".
+  std::string Named(std::string_view option) const;
+  /// Takes the options that are not there from others.
+  void TakeMissing(const EquityWords& defaults);
+};
+
+/// A question, and how its parts were worded.
+struct AskedEquity {
+  EquityQuestion question;
+  std::vector<std::string> players;  ///< as answers name them: "AhKd", "TT+,AQs+", "random"
+  std::vector<std::string> folded;
+  std::vector<int> board;  ///< in the order in which it was given
+  std::vector<int> dead;
+  std::optional<std::chrono::milliseconds> time;  ///< for sampling
+  std::vector<By> by;
+  std::vector<std::string> warnings;  ///< a line each
+};
+
+/// Throws UsageError if a word that follows the cards of --board or --dead at once is a card: it
+/// was meant as one of them and would be read as a part of a hand.
+void CheckWordBehind(std::string_view option, std::string_view cards, std::string_view word);
+
+/// The words of a line, and the options of `defaults` that it does not have itself; throws
+/// UsageError for an option that is none.
+EquityWords SplitLine(std::string_view line, const EquityWords& defaults);
+
+/// Throws UsageError for options that are wrong whatever the players are.
+void CheckOptions(const EquityWords& words);
+
+/// Reads what the words say; throws UsageError for words that cannot be read. Whether the question
+/// has an answer is the calculator's to say.
+AskedEquity ReadEquity(const EquityWords& words);
+
+}  // namespace pokermath::cli
+
+#endif  // POKERMATH_CLI_EQUITY_WORDS_H_

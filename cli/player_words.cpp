@@ -1,0 +1,91 @@
+#include "cli/player_words.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <span>
+#include <utility>
+
+#include "cli/card_words.h"
+#include "cli/errors.h"
+#include "cli/game.h"
+#include "cli/output.h"
+#include "pokermath/cards.h"
+
+namespace pokermath::cli {
+namespace {
+
+constexpr std::string_view kBetweenPieces = " \t\r\n,;";
+
+bool IsRandom(std::string_view piece) {
+  return std::ranges::equal(piece, std::string_view("random"),
+                            [](char a, char b) { return (a | 0x20) == b; });
+}
+
+// A slip in the word random.
+bool IsLikeRandom(std::string_view text) {
+  return (text[0] | 0x20) == 'r' &&
+         std::ranges::all_of(text, [](char c) { return (c | 0x20) >= 'a' && (c | 0x20) <= 'z'; });
+}
+
+// How many words at the front are one player's.
+std::size_t WordsOfPlayer(std::span<const std::string> words, std::size_t hand_size) {
+  std::string text;
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    text += (i == 0 ? "" : " ") + words[i];
+    const CardsResult read = ParseCards(text);
+    if (!read.error.empty() || read.cards.empty() || read.cards.size() > hand_size) return 1;
+    if (read.cards.size() == hand_size) return i + 1;
+  }
+  return 1;
+}
+
+}  // namespace
+
+std::string Pieces(std::string_view text) {
+  std::string pieces;
+  for (const char c : text) {
+    if (kBetweenPieces.find(c) == kBetweenPieces.npos) {
+      pieces += c;
+    } else if (!pieces.empty() && pieces.back() != ',') {
+      pieces += ',';
+    }
+  }
+  if (!pieces.empty() && pieces.back() == ',') pieces.pop_back();
+  return pieces;
+}
+
+std::vector<std::string> PlayerTexts(const std::vector<std::string>& words, Game game) {
+  std::vector<std::string> texts;
+  for (std::span<const std::string> rest(words); !rest.empty();) {
+    const std::size_t count = WordsOfPlayer(rest, HandSize(game));
+    texts.push_back(rest[0]);
+    for (std::size_t i = 1; i < count; ++i) texts.back() += " " + rest[i];
+    rest = rest.subspan(count);
+  }
+  return texts;
+}
+
+PlayerReading ReadPlayer(std::string_view text, Game game) {
+  constexpr const char* kPlayer = "a player is a hand, a range or the word random";
+  const std::size_t size = HandSize(game);
+  const CardsResult cards = ParseCards(text);
+  if (cards.cards.size() == size) {
+    return {HandRange::Of(game, CardSet(cards.cards)), CardsText(cards.cards), {}};
+  }
+  std::string pieces = Pieces(text);
+  if (pieces.empty()) throw UsageError(fmt::format("{}: {}", Quoted(text), kPlayer));
+  if (IsRandom(pieces)) return {HandRange::Every(game), "random", {}};
+  Result<RangeReading> read = ReadRange(game, text);
+  if (read) return {read->range, std::move(pieces), read->warnings};
+  // What is cards only, but no list of holdings, was meant as a hand.
+  const bool is_list = pieces.find(',') != pieces.npos && cards.cards.size() > size;
+  if (cards.error.empty() && !is_list) {
+    throw UsageError(fmt::format("{}: a hand of {} has {}", CountOfCards(text, cards.cards.size()),
+                                 NameOf(game), size));
+  }
+  if (IsLikeRandom(pieces)) throw UsageError(fmt::format("{}: {}", Quoted(text), kPlayer));
+  throw UsageError(read.error().text);
+}
+
+}  // namespace pokermath::cli
