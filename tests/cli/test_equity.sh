@@ -185,6 +185,7 @@ AhKd QcJs --to turn
 {"players":["AhKd","QcJs"],"boards":"2c3d4h"}
 {"players":["AhKd","QcJs"],"trials":0.5}
 {"players":["AhKd",
+{"id":1e400}
 []
 END
 expect_code 1
@@ -199,6 +200,7 @@ AhKd QcJs --to turn equity 0.688442 0.311558 wins 133957 60623 ties 0 0 of 19458
 {\"schema\":2,\"line\":8,\"error\":\"'boards' is not a key of a question: id, game, players, folded, board, dead, to, method, standard_error, trials, time_ms, seed, detail\"}
 {\"schema\":2,\"line\":9,\"error\":\"trials '0.5' is not accepted: a whole number from 1 to 1000000000000\"}
 {\"schema\":2,\"line\":10,\"error\":\"'{\\\"players\\\":[\\\"AhKd\\\",' is no JSON object at byte 20\"}
+{\"schema\":2,\"line\":11,\"error\":\"'{\\\"id\\\":1e400}' has a number that is too large\"}
 error: '[]' at position 2: expected a weight in percent, like 50 or 12.5"
 # Any number of threads answer in the order of the lines.
 for ((i = 0; i < 700; ++i)); do
