@@ -80,6 +80,7 @@ class AnswerReader {
   PlayerAnswer PlayerOf(std::size_t player) const {
     PlayerAnswer answer;
     answer.total = OutcomeAt(SumsLayout::kCases, layout_.Total(player));
+    answer.hands_left = question_.players()[player].range.size();
     for (std::size_t k = 0; k < kMostPlayers; ++k) {
       answer.shared[k] = Count(layout_.Shared(player, k));
       answer.low_shared[k] = Count(layout_.LowShared(player, k));

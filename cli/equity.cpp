@@ -12,6 +12,7 @@
 #include "cli/equity_object.h"
 #include "cli/equity_report.h"
 #include "cli/equity_run.h"
+#include "cli/equity_svg.h"
 #include "cli/equity_words.h"
 #include "cli/errors.h"
 #include "cli/line_mode.h"
@@ -34,7 +35,7 @@ Examples:
   pokermath equity AhKd 7s7c --board 2c3d4h
   pokermath equity AhKd 7s7c --to turn --json
   pokermath equity AhKd 'TT+,AQs+,AKo' random
-  pokermath equity 15% 15% --board 2c7dTh --by class
+  pokermath equity 15% 15% --board 2c7dTh --by class --svg heat.svg
   pokermath equity AhKd QQ+ --board 2c7dTh --by next --csv next.csv
   pokermath equity AhKd 7s7c --folded AsQs --dead 2c
   pokermath equity AhKd 7s7c --game shortdeck
@@ -55,7 +56,7 @@ Examples:
 
 struct EquityOptions {
   EquityWords words;
-  std::optional<std::string> threads, by, csv;
+  std::optional<std::string> threads, by, csv, svg;
   // Gone; they say what took their place.
   std::optional<std::string> players;
   bool by_class = false;
@@ -138,23 +139,31 @@ AskedEquity ReadOne(const EquityOptions& options) {
   EquityWords words = options.words;
   if (options.by) words.by = {*options.by};
   if (options.csv && !options.by) throw UsageError("--csv needs --by, whose rows it writes");
-  return ReadEquity(words);
+  if (options.svg && !options.by) throw UsageError("--svg needs --by, which it draws");
+  AskedEquity asked = ReadEquity(words);
+  if (options.svg) CheckPicture(asked, asked.by[0]);
+  return asked;
 }
 
 int RunEquity(const EquityOptions& options) {
   RefuseOldOptions(options);
   if (options.words.players == std::vector<std::string>{"-"}) {
-    if (options.by || options.csv) {
+    if (options.by || options.csv || options.svg) {
       throw UsageError("--by is for one question: in lines, an object has the key \"detail\"");
     }
     return AnswerQuestionLines(options);
   }
-  const bool alone = IsAlone("--csv", options.csv, options.json);
+  const bool csv_alone = IsAlone("--csv", options.csv, options.json);
+  const bool svg_alone = IsAlone("--svg", options.svg, options.json);
+  if (csv_alone && svg_alone) {
+    throw UsageError("--csv - and --svg - do not go together: both are standard output");
+  }
   const AskedEquity asked = ReadOne(options);
   PrintWarnings(asked);
   const EquityRun run = Run(asked, {.threads = ThreadsOf(options), .attended = true});
   if (options.csv) WriteDocument(*options.csv, DetailCsv(asked, run, asked.by[0]));
-  if (alone) return kExitDone;
+  if (options.svg) WriteDocument(*options.svg, DetailSvg(asked, run, asked.by[0]));
+  if (csv_alone || svg_alone) return kExitDone;
   if (options.json) {
     Print(JsonLine(EquityJson(asked, run, {})));
     return kExitDone;
@@ -223,6 +232,11 @@ void AddEquity(CLI::App& program, int& exit_code) {
                    "class, next or made")
       ->type_name("WHAT");
   command->add_option("--csv", options->csv, "Also write the rows of --by as CSV; - for them alone")
+      ->type_name("FILE");
+  command
+      ->add_option("--svg", options->svg,
+                   "Also draw --by: curves of all hands, heat maps of classes, decks of next "
+                   "cards; - for the picture alone")
       ->type_name("FILE");
   command->add_option("--players", options->players)->group("");
   command->add_flag("--by-class", options->by_class)->group("");

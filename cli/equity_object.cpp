@@ -101,6 +101,8 @@ Json ParseObject(std::string_view text) {
     if (object.is_object()) return object;
   } catch (const Json::parse_error& error) {
     throw UsageError(fmt::format("{} is no JSON object at byte {}", Quoted(text), error.byte));
+  } catch (const Json::exception&) {
+    throw UsageError(Quoted(text) + " has a number that is too large");
   }
   throw UsageError(Quoted(text) + " is no JSON object");
 }

@@ -156,8 +156,8 @@ std::string Table(const AskedEquity& asked, const EquityRun& run, const Colours&
                                           [](const HandRange& range) { return range.size() != 1; });
   if (ranges) {
     Column& hands = columns.emplace_back(Column{"hands"});
-    for (std::size_t i = 0; i < asked.players.size(); ++i) {
-      hands.Add(Grouped(static_cast<std::int64_t>(HandsLeft(asked, i))));
+    for (const PlayerAnswer& player : run.answer.players) {
+      hands.Add(Grouped(static_cast<std::int64_t>(player.hands_left)));
     }
   }
   Column equity{"equity"}, error{"standard error"}, low{"from lows"};
@@ -231,11 +231,12 @@ std::string PlainCount(const CaseCount& count) {
 
 Json PlayerJson(const AskedEquity& asked, const EquityRun& run, std::size_t i) {
   const PlayerAnswer& player = run.answer.players[i];
-  Json json = {{"range", asked.players[i]},
-               {"hands", HandsLeft(asked, i)},
-               {"equity", player.total.equity},
-               {"wins", CountJson(player.total.wins)},
-               {"ties", CountJson(player.total.ties)}};
+  Json json;
+  json["range"] = asked.players[i];
+  json["hands"] = player.hands_left;
+  json["equity"] = player.total.equity;
+  json["wins"] = CountJson(player.total.wins);
+  json["ties"] = CountJson(player.total.ties);
   Json& shared = json["shared"] = Json::array();
   for (std::size_t k = 0; k < asked.players.size(); ++k) {
     shared.push_back(CountJson(player.shared[k]));
@@ -262,18 +263,6 @@ std::string SituationText(const AskedEquity& asked, const Colours& colours) {
     text += fmt::format(" to the {}", StreetName(street));
   }
   return text;
-}
-
-std::size_t HandsLeft(const AskedEquity& asked, std::size_t player) {
-  const EquityQuestion& question = asked.question;
-  if (IsOneHand(asked, player)) return 1;
-  CardSet known = question.board | question.dead;
-  const auto add = [&](const HandRange& range) {
-    if (range.size() == 1) known |= range.hands()[0].cards;
-  };
-  for (const HandRange& range : question.players) add(range);
-  for (const HandRange& range : question.folded) add(range);
-  return question.players[player].Without(known).size();
 }
 
 Json CountJson(const CaseCount& count) {
@@ -325,7 +314,8 @@ std::string EquityLine(const AskedEquity& asked, const EquityRun& run) {
 
 Json EquityJson(const AskedEquity& asked, const EquityRun& run, const Json& id) {
   const EquityQuestion& question = asked.question;
-  Json json = {{"schema", kEquitySchema}};
+  Json json;
+  json["schema"] = kEquitySchema;
   if (!id.is_null()) json["id"] = id;
   json["game"] = NameOf(question.game);
   json["board"] = CardsJson(asked.board);

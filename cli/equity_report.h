@@ -30,9 +30,6 @@ Json EquityJson(const AskedEquity& asked, const EquityRun& run, const Json& id);
 Json CountJson(const CaseCount& count);
 std::string CountText(const CaseCount& count);
 
-/// Hands of a player that the known cards leave.
-std::size_t HandsLeft(const AskedEquity& asked, std::size_t player);
-
 }  // namespace pokermath::cli
 
 #endif  // POKERMATH_CLI_EQUITY_REPORT_H_

@@ -11,14 +11,6 @@ namespace {
 
 constexpr std::string_view kRanks = "AKQJT98765432";
 
-std::string Escape(std::string_view text) {
-  std::string escaped;
-  for (const char c : text) {
-    escaped += c == '<' ? "&lt;" : c == '>' ? "&gt;" : c == '&' ? "&amp;" : std::string(1, c);
-  }
-  return escaped;
-}
-
 // Pairs, suited and offsuit hands have a colour each; classes that are there in part a pale one.
 const char* FillOf(const RangeMatrix& matrix, int row, int column) {
   const int present = matrix.Present(row, column);
@@ -30,6 +22,14 @@ const char* FillOf(const RangeMatrix& matrix, int row, int column) {
 }
 
 }  // namespace
+
+std::string Escape(std::string_view text) {
+  std::string escaped;
+  for (const char c : text) {
+    escaped += c == '<' ? "&lt;" : c == '>' ? "&gt;" : c == '&' ? "&amp;" : std::string(1, c);
+  }
+  return escaped;
+}
 
 RangeMatrix::RangeMatrix(const Spec& range, bool short_deck) : size_(short_deck ? 9 : 13) {
   for (const auto& [first, second] : range.combinations()) {

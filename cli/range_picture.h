@@ -5,6 +5,7 @@
 
 #include <array>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "cli/output.h"
@@ -36,6 +37,9 @@ std::string MatrixText(const RangeMatrix& matrix, const Colours& colours);
 
 /// A stand-alone SVG document.
 std::string MatrixSvg(const RangeMatrix& matrix, const std::string& title);
+
+/// A text as SVG has it, without signs that mean something there.
+std::string Escape(std::string_view text);
 
 /// How a class or a card is drawn: colours, a second line below its name, and its name.
 struct GridCell {

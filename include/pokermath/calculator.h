@@ -102,6 +102,7 @@ struct MadeOutcome {
 
 struct PlayerAnswer {
   Outcome total;
+  std::size_t hands_left = 0;  ///< of the range, that the certain cards leave
   /// [k]: cases in which k + 1 players share the best hand, he among them; in Hi/Lo the best high
   /// hand.
   std::array<CaseCount, kMostPlayers> shared{};

@@ -185,6 +185,7 @@ AhKd QcJs --to turn
 {"players":["AhKd","QcJs"],"boards":"2c3d4h"}
 {"players":["AhKd","QcJs"],"trials":0.5}
 {"players":["AhKd",
+{"id":1e400}
 []
 END
 expect_code 1
@@ -199,6 +200,7 @@ AhKd QcJs --to turn equity 0.688442 0.311558 wins 133957 60623 ties 0 0 of 19458
 {\"schema\":2,\"line\":8,\"error\":\"'boards' is not a key of a question: id, game, players, folded, board, dead, to, method, standard_error, trials, time_ms, seed, detail\"}
 {\"schema\":2,\"line\":9,\"error\":\"trials '0.5' is not accepted: a whole number from 1 to 1000000000000\"}
 {\"schema\":2,\"line\":10,\"error\":\"'{\\\"players\\\":[\\\"AhKd\\\",' is no JSON object at byte 20\"}
+{\"schema\":2,\"line\":11,\"error\":\"'{\\\"id\\\":1e400}' has a number that is too large\"}
 error: '[]' at position 2: expected a weight in percent, like 50 or 12.5"
 # Any number of threads answer in the order of the lines.
 for ((i = 0; i < 700; ++i)); do
@@ -254,6 +256,25 @@ has "$asked" "$out" "player,range,hand,weight,cases,equity,wins,ties
 run equity - <<<'{"players":["AhKd","AA"],"board":"2c7dTh9s","detail":["class","made"]}'
 has "$asked" "$out" '"classes":[{"class":"AA","hands":3,"cases":132,"equity":'
 has "$asked" "$out" '"made":[{"category":"high card","cases":'
+# Pictures: a heat map for each player, a deck for each, or a curve for each.
+run equity AhKd 15% --board 2c7dTh --by class --svg "$work/heat.svg" --json
+expect_code 0
+same "boxes" "$(grep -c '<rect .*</text>' "$work/heat.svg")" 338
+same "equities" "$(grep -o '</text><text [^>]*>[0-9.]*</text>' "$work/heat.svg" | wc -l)" \
+  $((1 + $(grep -o '"class":' <<<"$out" | wc -l) - 1))
+has "title" "$(<"$work/heat.svg")" "<title>15% on the flop 2c7dTh to the river: 45.75 %</title>"
+run equity AhKd 15% 20% --board 2c7dTh9s --by next --svg -
+expect_code 0
+[[ $out == '<svg '*'</svg>' ]] || fail "$asked: $out"
+same "cards" "$(grep -o '>[2-9TJQKA][cdhs]</text><text' <<<"$out" | wc -l)" $((3 * 46))
+run equity 15% 'random!AA' QQ --board 2c7dTh --by hand --svg "$work/curves.svg" --trials 20000
+same "curves" "$(grep -c '<polyline .*stroke' "$work/curves.svg")" 3
+same "pictures that end" "$(grep -oh '</svg>' "$work"/{heat,curves}.svg | wc -l)" \
+  "$(grep -oh '<svg ' "$work"/{heat,curves}.svg | wc -l)"
+refuses 2 "--svg draws --by hand, --by class, and --by next where one card" equity AhKd QQ --by made --svg x
+refuses 2 "--svg draws" equity AhKd QQ --by next --svg x
+refuses 2 "--svg needs --by" equity AhKd QQ --svg x
+refuses 2 "--csv - and --svg - do not go together" equity AhKd QQ --by hand --csv - --svg -
 refuses 2 "--by 'suit' is not known: hand, class, next or made" equity AhKd QQ --by suit
 refuses 2 "--by class is for hands of two cards" equity AhAdKhKd AAxx --game omaha --by class
 refuses 2 "nothing comes next on a board of 5 cards" equity AhKd QQ --board 2c7dTh9s8s --by next
