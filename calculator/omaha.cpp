@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <map>
 #include <memory>
+#include <set>
 #include <vector>
 
 #include "calculator/solvers.h"
@@ -234,8 +235,15 @@ std::unique_ptr<const Work> StartOmahaAgainstEvery(const QuestionPointer& questi
 
 std::optional<double> OmahaAgainstRangeCost(const CheckedQuestion& question) {
   if (!IsOmahaOfTwo(question) || question.rules().high_low) return std::nullopt;
-  const auto hands = static_cast<double>(question.players()[1 - HeroOf(question)].range.size());
-  return BoardsOf(question) * (500 + hands / 10);
+  // The boards are gone through once for each weight.
+  const HandRange& range = question.players()[1 - HeroOf(question)].range;
+  double weights = 1;
+  if (!range.IsEvery()) {
+    std::set<int> different;
+    for (const WeightedHand& hand : range.hands()) different.insert(hand.weight);
+    weights = static_cast<double>(different.size());
+  }
+  return BoardsOf(question) * (500 * weights + static_cast<double>(range.size()) / 10);
 }
 
 std::unique_ptr<const Work> StartOmahaAgainstRange(const QuestionPointer& question) {
