@@ -216,6 +216,9 @@ bool Calculation::Enough(std::int64_t done, const Sums& sums) const {
   if (done >= steps()) return true;
   const double limit = question_->asked().sampling.standard_error;
   if (method() != Method::kSampled || limit <= 0) return false;
+  const Int128 attempts = sums.numbers[SumsLayout::kAttempts];
+  const bool futile = sums.numbers[SumsLayout::kCases] == 0;
+  if (attempts >= (futile ? kMostFutileAttempts : kMostAttempts)) return true;
   const std::optional<double> error = LargestError(*question_, sums);
   return error && *error <= limit * kPot;
 }
