@@ -16,6 +16,10 @@ namespace pokermath {
 namespace {
 
 constexpr std::int64_t kFirstStop = 16;  // steps of sampling before their error means something
+// Sampling to an error ends where ranges that hardly fit together take too long: so many deals, or
+// so many without a single one that fits. Some minutes, and some seconds.
+constexpr std::int64_t kMostAttempts = std::int64_t{1} << 32;
+constexpr std::int64_t kMostFutileAttempts = std::int64_t{1} << 26;
 
 struct Choice {
   const Solver* solver = nullptr;
@@ -212,6 +216,9 @@ bool Calculation::Enough(std::int64_t done, const Sums& sums) const {
   if (done >= steps()) return true;
   const double limit = question_->asked().sampling.standard_error;
   if (method() != Method::kSampled || limit <= 0) return false;
+  const Int128 attempts = sums.numbers[SumsLayout::kAttempts];
+  const bool futile = sums.numbers[SumsLayout::kCases] == 0;
+  if (attempts >= (futile ? kMostFutileAttempts : kMostAttempts)) return true;
   const std::optional<double> error = LargestError(*question_, sums);
   return error && *error <= limit * kPot;
 }
@@ -231,18 +238,24 @@ double Calculation::Part(std::int64_t done, const Sums& sums) const {
 
 Result<EquityAnswer> Calculation::Answer(const Sums& sums) const {
   const bool sampled = method() == Method::kSampled;
+  if (sums.numbers.size() != SumsLayout(*question_).size()) {
+    return Error{ErrorCode::kText, "these are sums of another calculation"};
+  }
   const auto done = static_cast<std::int64_t>(sums.numbers[SumsLayout::kSteps]);
   if (!sampled && done != steps()) {
     return Stopped("stopped after " + std::to_string(done) + " of " + std::to_string(steps()) +
                    " steps: no exact answer");
   }
+  if (sampled && done == 0) return Stopped("stopped before the first trial");
   if (sums.numbers[SumsLayout::kCases] == 0) {
-    return Stopped(sampled ? "no deal was found in which the ranges share no card"
-                           : "the cards leave no case");
+    return Error{ErrorCode::kBlocked, "no deal was found in which the ranges share no card"};
   }
   EquityAnswer answer = AnswerReader(*question_, sums.numbers, sampled).Read();
   answer.solver = work_->name();
   answer.reason = reason_;
+  if (sampled && done == steps() && answer.cases.units < question_->asked().sampling.trials) {
+    answer.reason += "; the ranges hardly fit together, so there are fewer trials than asked for";
+  }
   return answer;
 }
 
@@ -257,6 +270,11 @@ Result<Sums> Calculation::ReadSums(std::string_view bytes) const {
     const UnsignedInt128 byte = static_cast<unsigned char>(bytes[i]);
     sums.numbers[i / kBytes] |= static_cast<Int128>(byte << 8 * (i % kBytes));
   }
+  constexpr Int128 kMost = Int128{1} << 126;
+  for (const Int128 number : sums.numbers) {
+    if (number < 0 || number >= kMost) return Error{ErrorCode::kText, "damaged sums"};
+  }
+  if (sums.numbers[SumsLayout::kSteps] > steps()) return Error{ErrorCode::kText, "damaged sums"};
   return sums;
 }
 
@@ -272,13 +290,23 @@ Result<Calculation> Plan(const EquityQuestion& question) {
     if (choice.solver != nullptr) {
       return Calculation(shared, choice.solver->start(shared), "as asked for");
     }
-    return Error{ErrorCode::kLimit,
-                 "so many players with such fine weights cannot be counted exactly"};
+    return Error{
+        ErrorCode::kLimit,
+        "so many players with such fine weights cannot be counted exactly: expected rounder "
+        "weights, or sampling"};
   }
+  if (choice.solver == nullptr) {
+    return Calculation(shared, StartSampling(shared), "the weights are too fine to be counted");
+  }
+  const bool usual = question.exact_budget == EquityQuestion().exact_budget;
   if (choice.cost <= question.exact_budget) {
-    return Calculation(shared, choice.solver->start(shared), "counting takes less than a second");
+    return Calculation(
+        shared, choice.solver->start(shared),
+        usual ? "counting takes less than a second" : "counting is within the budget");
   }
-  return Calculation(shared, StartSampling(shared), "counting would take longer than a second");
+  return Calculation(
+      shared, StartSampling(shared),
+      usual ? "counting would take longer than a second" : "counting would exceed the budget");
 }
 
 Result<EquityAnswer> Calculate(

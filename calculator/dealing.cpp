@@ -78,8 +78,25 @@ std::vector<DealtCards> DealtSetsOf(CardSet from, int count) {
 }
 
 CardDraw::CardDraw(CardSet from, int count)
-    : first_(DealtSetsOf(from, std::min(count, 3))),
+    : from_(from),
+      count_(count),
+      cards_(DealtSetsOf(from, 1)),
+      first_(DealtSetsOf(from, std::min(count, 3))),
       second_(DealtSetsOf(from, std::max(count - 3, 0))) {}
+
+bool CardDraw::IsCrowded(CardSet taken) const {
+  constexpr std::int64_t kMostTries = 8;
+  return ChoicesOf(from_.size(), count_) > kMostTries * ChoicesOf((from_ - taken).size(), count_);
+}
+
+DealtCards CardDraw::DrawOneByOne(StepRandom& random, CardSet taken) const {
+  DealtCards drawn;
+  while (drawn.cards.size() < count_) {
+    const DealtCards& card = cards_[random.Below(cards_.size())];
+    if (!card.cards.Meets(taken | drawn.cards)) drawn = drawn + card;
+  }
+  return drawn;
+}
 
 namespace {
 
@@ -99,8 +116,13 @@ int NextOf(const CheckedQuestion& question) {
 // Draws for the first places of a block, for each until it fits what is taken there.
 void DrawAll(const CardDraw& from, StepRandom& random, std::span<DealtCards> drawn,
              std::array<CardSet, DealtBlock::kMost>& taken) {
+  // As many cards are taken everywhere.
+  const bool crowded = !drawn.empty() && from.IsCrowded(taken[0]);
+  for (std::size_t i = 0; crowded && i < drawn.size(); ++i) {
+    drawn[i] = from.DrawOneByOne(random, taken[i]);
+  }
   // Whether a draw fits is anybody's guess, so there is no branch to guess it.
-  for (std::size_t i = 0; i < drawn.size();) {
+  for (std::size_t i = 0; !crowded && i < drawn.size();) {
     const bool fits = from.Draw(random, taken[i], drawn[i]);
     i += fits ? 1 : 0;
   }
@@ -168,7 +190,8 @@ std::size_t Dealing::DealListed(StepRandom& random, std::size_t wanted, std::int
     for (const Listed& one : listed_) {
       const std::uint32_t place = one.bag.Draw(random);
       const DealtCards& hand = one.bag[place];
-      clash = clash || hand.cards.Meets(held);
+      clash = hand.cards.Meets(held);
+      if (clash) break;
       held |= hand.cards;
       if (!one.plays) continue;
       block.hands[one.player][count] = hand;

@@ -57,7 +57,11 @@ class CardDraw {
  public:
   CardDraw(CardSet from, int count);
 
-  bool empty() const { return first_.size() == 1 && second_.size() == 1; }
+  bool empty() const { return count_ == 0; }
+  /// Whether so many of the sets hold a taken card that cards are better drawn one by one.
+  bool IsCrowded(CardSet taken) const;
+  /// A set that holds none of the taken cards, drawn card by card.
+  DealtCards DrawOneByOne(StepRandom& random, CardSet taken) const;
   /// A set, and whether it holds none of the taken cards: if not, it has to be drawn again.
   bool Draw(StepRandom& random, CardSet taken, DealtCards& drawn) const {
     const auto [place1, place2] = random.Below(static_cast<std::uint32_t>(first_.size()),
@@ -69,6 +73,9 @@ class CardDraw {
   }
 
  private:
+  CardSet from_;
+  int count_;
+  std::vector<DealtCards> cards_;  // one by one
   std::vector<DealtCards> first_, second_;
 };
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <map>
 #include <memory>
+#include <set>
 #include <vector>
 
 #include "calculator/solvers.h"
@@ -140,23 +141,42 @@ std::size_t HeroOf(const CheckedQuestion& question) {
   return IsOneHand(question.players()[0]) ? 0 : 1;
 }
 
+// A step is some classes of boards.
 class OmahaAgainstEveryWork final : public OmahaWork {
  public:
-  explicit OmahaAgainstEveryWork(const QuestionPointer& question) : OmahaWork(question) {}
+  explicit OmahaAgainstEveryWork(const QuestionPointer& question)
+      : OmahaWork(question),
+        hero_(HeroOf(*question)),
+        hand_(ListOf(question->players()[hero_].range.hands()[0].cards)),
+        contests_(BestIsa(), hand_, board(), question->asked().street, dead()) {}
 
   const char* name() const override { return "an Omaha hand against every hand"; }
-  std::int64_t steps() const override { return 1; }
-
-  void Do(std::int64_t, std::span<Int128> sums) const override {
-    const std::size_t hero = HeroOf(question());
-    const std::vector<int> hand = ListOf(question().players()[hero].range.hands()[0].cards);
-    const Street street = question().asked().street;
-    const HighLowTally tally =
-        question().rules().high_low
-            ? CountHighLowAgainstAll(BestIsa(), hand, board(), street, dead())
-            : HighOf(CountOmahaAgainstAll(BestIsa(), hand, board(), street, dead()));
-    AddBoth(hero, tally, 1, sums);
+  std::int64_t steps() const override {
+    return (contests_.classes() + kClassesAStep - 1) / kClassesAStep;
   }
+
+  void Do(std::int64_t step, std::span<Int128> sums) const override {
+    if (question().rules().high_low) {
+      AddBoth(hero_, Count<HighLowTally>(step), 1, sums);
+    } else {
+      AddBoth(hero_, HighOf(Count<Tally>(step)), 1, sums);
+    }
+  }
+
+ private:
+  static constexpr std::int64_t kClassesAStep = 1024;
+
+  template <typename Result>
+  Result Count(std::int64_t step) const {
+    const std::int64_t first = step * kClassesAStep;
+    Result result;
+    contests_.Count(first, std::min(first + kClassesAStep, contests_.classes()), result);
+    return result;
+  }
+
+  std::size_t hero_;
+  std::vector<int> hand_;
+  OmahaAgainstAll contests_;
 };
 
 // A step is the hands of one weight.
@@ -234,8 +254,15 @@ std::unique_ptr<const Work> StartOmahaAgainstEvery(const QuestionPointer& questi
 
 std::optional<double> OmahaAgainstRangeCost(const CheckedQuestion& question) {
   if (!IsOmahaOfTwo(question) || question.rules().high_low) return std::nullopt;
-  const auto hands = static_cast<double>(question.players()[1 - HeroOf(question)].range.size());
-  return BoardsOf(question) * (500 + hands / 10);
+  // The boards are gone through once for each weight.
+  const HandRange& range = question.players()[1 - HeroOf(question)].range;
+  double weights = 1;
+  if (!range.IsEvery()) {
+    std::set<int> different;
+    for (const WeightedHand& hand : range.hands()) different.insert(hand.weight);
+    weights = static_cast<double>(different.size());
+  }
+  return BoardsOf(question) * (500 * weights + static_cast<double>(range.size()) / 10);
 }
 
 std::unique_ptr<const Work> StartOmahaAgainstRange(const QuestionPointer& question) {

@@ -2,8 +2,8 @@
 //
 // It knows every question and is slow. Whatever is faster has to give the same sums.
 //
-// A step is a run of boards, or where a single board is much work, a slice of the first player's
-// hands on one board.
+// A step is a run of boards, or where a single board is much work, a slice of the widest range on
+// one board.
 
 #include <algorithm>
 #include <cmath>
@@ -43,7 +43,16 @@ Cost CostOf(const CheckedQuestion& question) {
   };
   for (const Side& side : question.players()) add(side, CostOfWorth(question.rules()));
   for (const Side& side : question.folded()) add(side, 2);
-  cost.per_board += deals * (12 + 4 * static_cast<double>(question.players().size()));
+  const Detail& detail = question.asked().detail;
+  const auto players = static_cast<double>(question.players().size());
+  double of_deal = 12 + 4 * players;
+  if (detail.made) of_deal += 4 * players;
+  if (detail.next) {
+    const auto next = static_cast<double>(ChoicesOf(question.to_come(), question.next_cards()));
+    cost.per_board += 30 * next;
+    of_deal += next * (1 + 4 * players);
+  }
+  cost.per_board += deals * of_deal;
   return cost;
 }
 
@@ -58,7 +67,14 @@ class PlainWork final : public Work {
     const double per_board = CostOf(*question).per_board;
     boards_a_step_ =
         std::max<std::int64_t>(1, static_cast<std::int64_t>(std::min(kStepCost / per_board, 1e6)));
-    const auto most = static_cast<double>(question->players()[0].range.size());
+    sliced_ = 0;
+    for (std::size_t i = 1; i < question->players().size(); ++i) {
+      const auto size = [&](std::size_t player) {
+        return question->players()[player].range.size();
+      };
+      if (size(i) > size(sliced_)) sliced_ = i;
+    }
+    const auto most = static_cast<double>(question->players()[sliced_].range.size());
     slices_ = static_cast<std::size_t>(std::clamp(per_board / kStepCost / 10, 1.0, most));
   }
 
@@ -100,7 +116,7 @@ class PlainWork final : public Work {
       const CardSet all = question_.board() | come;
       const std::vector<int> board(all.begin(), all.end());
       for (std::size_t i = 0; i < question_.players().size(); ++i) {
-        Gather(question_.players()[i], all, i == 0, holdings_[i]);
+        Gather(question_.players()[i], all, i == work_.sliced_, holdings_[i]);
         for (Holding& holding : holdings_[i]) {
           const std::vector<int> hand(holding.cards.begin(), holding.cards.end());
           holding.worth = WorthOf(question_.rules(), hand, board);
@@ -164,6 +180,7 @@ class PlainWork final : public Work {
   std::vector<int> live_;
   std::int64_t boards_;
   std::int64_t boards_a_step_ = 1;
+  std::size_t sliced_ = 0;  // the player whose hands are cut into slices
   std::size_t slices_ = 1;
 };
 

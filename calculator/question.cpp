@@ -60,7 +60,9 @@ class Gate {
 
   // Hands of some cards only are not dealt from all that are left: they are listed.
   void Add(const HandRange& range, Seat seat) {
-    const bool is_list = range.IsEvery() && range.EveryOf() != rules_.Deck();
+    const CardSet known = question_.board | question_.dead;
+    const bool is_list = RulesOf(range.game()).hand_size == rules_.hand_size && range.IsEvery() &&
+                         !(rules_.Deck() - range.EveryOf() - known).empty();
     ranges_.push_back(
         is_list ? HandRange(question_.game, {range.hands().begin(), range.hands().end()}) : range);
     seats_.push_back(std::move(seat));
@@ -78,11 +80,20 @@ class Gate {
                                             (players == 1 ? "" : "s") + ": expected 2 to " +
                                             std::to_string(kMostPlayers));
     }
+    if (!(question_.exact_budget >= 0)) {
+      return Wrong(ErrorCode::kLimit, "the budget of operations is 0 or more");
+    }
+    if (question_.method == Method::kExact) return std::nullopt;
     const SamplingLimits& limits = question_.sampling;
     if (!(limits.standard_error >= 0 && limits.standard_error <= 1)) {
-      return Wrong(ErrorCode::kLimit, "the standard error is a share of the pot, 0 to 1");
+      return Wrong(ErrorCode::kLimit, "a standard error of " +
+                                          std::to_string(limits.standard_error) +
+                                          ": expected a share of the pot, 0 to 1");
     }
-    if (limits.trials < 0) return Wrong(ErrorCode::kLimit, "the trials are 1 or more");
+    if (limits.trials < 0) {
+      return Wrong(ErrorCode::kLimit,
+                   std::to_string(limits.trials) + " trials: expected 1 or more, 0 for no limit");
+    }
     if (limits.trials == 0 && limits.standard_error == 0) {
       return Wrong(ErrorCode::kLimit, "sampling has no end: expected a standard error or trials");
     }
@@ -122,7 +133,7 @@ class Gate {
     for (std::size_t seat = 0; seat < ranges_.size(); ++seat) {
       const HandRange& range = ranges_[seat];
       const GameRules& of_range = RulesOf(range.game());
-      if (of_range.hand_size != rules_.hand_size || of_range.lowest_rank < rules_.lowest_rank) {
+      if (of_range.hand_size != rules_.hand_size || of_range.lowest_rank != rules_.lowest_rank) {
         return Wrong(ErrorCode::kGame, seat,
                      std::string("a range of ") + of_range.title + ": expected " + rules_.title);
       }
@@ -213,12 +224,26 @@ class Gate {
     for (const HandRange& range : ranges_) {
       if (!range.IsEvery()) listed.push_back(range.hands());
     }
+    if (!HaveRoom(listed)) return NoDeal();
     std::ranges::sort(listed, {}, [](const auto& hands) { return hands.size(); });
     std::int64_t tries = 10'000'000;
     if (Fits(listed, {}, tries) || tries <= 0) return std::nullopt;
+    return NoDeal();
+  }
+
+  static Error NoDeal() {
     return Wrong(ErrorCode::kBlocked,
-                 "the ranges leave no deal: every choice of hands has a card "
-                 "twice");
+                 "the ranges leave no deal: every choice of hands has a card twice");
+  }
+
+  // Whether all cards of some ranges together are as many as their players hold.
+  bool HaveRoom(std::span<const std::span<const WeightedHand>> ranges) const {
+    CardSet all;
+    for (const auto& range : ranges) {
+      for (const WeightedHand& hand : range) all |= hand.cards;
+    }
+    return static_cast<std::size_t>(all.size()) >=
+           ranges.size() * static_cast<std::size_t>(rules_.hand_size);
   }
 
   // Ranges so entangled that a deal is not found soon are believed to have one.
@@ -257,6 +282,10 @@ int CheckedQuestion::next_cards() const {
 }
 
 Result<CheckedQuestion> Check(const EquityQuestion& question) {
+  if (static_cast<std::size_t>(question.game) >= kGames.size()) {
+    return Error{ErrorCode::kGame,
+                 "a game of an unknown number: expected " + std::string(GameNames())};
+  }
   Gate gate(question);
   if (std::optional<Error> error = gate.Check()) return *std::move(error);
   CheckedQuestion checked(question);

@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::int64_t kTrialsAStep = 4096;
 // Ranges that hardly ever fit together give fewer trials a step.
-constexpr std::int64_t kMostAttemptsAStep = 256 * kTrialsAStep;
+constexpr std::int64_t kMostAttemptsAStep = 32 * kTrialsAStep;
 // Without a limit of trials; a standard error is reached long before.
 constexpr std::int64_t kMostTrials = std::int64_t{1} << 40;
 

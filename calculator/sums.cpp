@@ -27,28 +27,41 @@ std::uint64_t SuitlessKey(CardSet cards) {
   return suits[0] | suits[1] << 13 | suits[2] << 26 | suits[3] << 39;
 }
 
-// Numbers of all three-card sets by their key.
-const std::map<std::uint64_t, std::size_t>& FlopNumbers() {
-  static const std::map<std::uint64_t, std::size_t> numbers = [] {
-    std::map<std::uint64_t, std::size_t> by_key;
+constexpr std::size_t kCards = 52, kPairs = 1326, kTriples = 22100, kFlops = 1755;
+
+// Where a set of three cards stands among all.
+std::size_t TripleOf(CardSet cards) {
+  auto card = cards.begin();
+  const auto low = static_cast<std::size_t>(*card);
+  const auto middle = static_cast<std::size_t>(*++card);
+  const auto high = static_cast<std::size_t>(*++card);
+  return high * (high - 1) * (high - 2) / 6 + middle * (middle - 1) / 2 + low;
+}
+
+// Numbers of all sets of three cards, those that differ in the names of suits alone having the
+// same.
+const std::vector<std::uint16_t>& FlopNumbers() {
+  static const std::vector<std::uint16_t> numbers = [] {
+    std::map<std::uint64_t, std::uint16_t> by_key;
+    std::vector<std::uint16_t> of_triples(kTriples);
     for (int a = 0; a < 52; ++a) {
       for (int b = 0; b < a; ++b) {
-        for (int c = 0; c < b; ++c) by_key.emplace(SuitlessKey(CardSet{a, b, c}), 0);
+        for (int c = 0; c < b; ++c) {
+          const CardSet cards{a, b, c};
+          const auto next = static_cast<std::uint16_t>(by_key.size());
+          of_triples[TripleOf(cards)] = by_key.emplace(SuitlessKey(cards), next).first->second;
+        }
       }
     }
-    std::size_t number = 0;
-    for (auto& entry : by_key) entry.second = number++;
-    return by_key;
+    return of_triples;
   }();
   return numbers;
 }
 
-constexpr std::size_t kPairs = 1326;
-
 }  // namespace
 
 NextBoards::NextBoards(const CheckedQuestion& question) : cards_(question.next_cards()) {
-  boards_.resize(cards_ == 3 ? FlopNumbers().size() : cards_ == 2 ? kPairs : 52);
+  boards_.resize(CountOf(question));
   alike_.resize(boards_.size());
   CardSet may_come = question.live();
   for (const Side& side : question.players()) {
@@ -69,11 +82,14 @@ NextBoards::NextBoards(const CheckedQuestion& question) : cards_(question.next_c
   }
 }
 
-std::size_t NextBoards::size() const { return boards_.size(); }
+std::size_t NextBoards::CountOf(const CheckedQuestion& question) {
+  const int cards = question.next_cards();
+  return cards == 3 ? kFlops : cards == 2 ? kPairs : kCards;
+}
 
 std::size_t NextBoards::NumberOf(CardSet next) const {
   POKERMATH_REQUIRE(next.size() == cards_);
-  if (cards_ == 3) return FlopNumbers().at(SuitlessKey(next));
+  if (cards_ == 3) return FlopNumbers()[TripleOf(next)];
   const auto low = static_cast<std::size_t>(*next.begin());
   if (cards_ == 1) return low;
   const auto high = static_cast<std::size_t>(*++next.begin());
@@ -90,7 +106,7 @@ SumsLayout::SumsLayout(const CheckedQuestion& question) : players_(question.play
   made_ = size_;
   if (detail.made) size_ += players_ * kCategories * kCell;
   next_ = size_;
-  if (detail.next) size_ = NextCases(NextBoards(question).size());
+  if (detail.next) size_ = NextCases(NextBoards::CountOf(question));
 }
 
 struct Settler::Shares {

@@ -84,7 +84,9 @@ class NextBoards {
  public:
   explicit NextBoards(const CheckedQuestion& question);
 
-  std::size_t size() const;
+  /// Numbers that there are for a question.
+  static std::size_t CountOf(const CheckedQuestion& question);
+  std::size_t size() const { return boards_.size(); }
   std::size_t NumberOf(CardSet next) const;
   /// One board of a number; empty if it has none.
   CardSet BoardOf(std::size_t number) const { return boards_[number]; }

@@ -7,6 +7,7 @@
 
 #include "equity/kernels/omaha_cliques.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -89,34 +90,48 @@ class Contest {
 
 // Adds up the contests on all boards; nothing if it was stopped.
 template <typename Result>
-Result CountAll(Isa isa, std::span<const int> hand, std::span<const int> board, Street street,
-                std::span<const int> dead, const GoOn& go_on) {
-  constexpr std::size_t kBetweenCalls = 1024;
-  const OmahaBoards boards(hand, board, street, dead);
-  const std::vector<OmahaBoardClass> classes = boards.Classes();
+Result CountAll(const OmahaAgainstAll& contests, const GoOn& go_on) {
+  constexpr std::int64_t kBetweenCalls = 1024;
   Result result;
-  for (std::size_t i = 0; i < classes.size(); ++i) {
-    const LiveCards live = boards.LiveOn(classes[i]);
-    Contest(isa, hand, boards.RanksOf(classes[i]), classes[i], live)
-        .AddTo(result, classes[i].boards);
-    if (go_on && i % kBetweenCalls == 0 &&
-        !go_on(static_cast<std::int64_t>(i), static_cast<std::int64_t>(classes.size()))) {
-      return {};
-    }
+  for (std::int64_t first = 0; first < contests.classes(); first += kBetweenCalls) {
+    if (go_on && !go_on(first, contests.classes())) return {};
+    contests.Count(first, std::min(first + kBetweenCalls, contests.classes()), result);
   }
   return result;
 }
 
 }  // namespace
 
+OmahaAgainstAll::OmahaAgainstAll(Isa isa, std::span<const int> hand, std::span<const int> board,
+                                 Street street, std::span<const int> dead)
+    : isa_(isa), hand_(hand), boards_(hand, board, street, dead), classes_(boards_.Classes()) {}
+
+std::int64_t OmahaAgainstAll::classes() const { return static_cast<std::int64_t>(classes_.size()); }
+
+template <typename Result>
+void OmahaAgainstAll::Add(std::int64_t first, std::int64_t last, Result& result) const {
+  for (std::int64_t i = first; i < last; ++i) {
+    const OmahaBoardClass& board = classes_[static_cast<std::size_t>(i)];
+    const LiveCards live = boards_.LiveOn(board);
+    Contest(isa_, hand_, boards_.RanksOf(board), board, live).AddTo(result, board.boards);
+  }
+}
+
+void OmahaAgainstAll::Count(std::int64_t first, std::int64_t last, Tally& tally) const {
+  Add(first, last, tally);
+}
+void OmahaAgainstAll::Count(std::int64_t first, std::int64_t last, HighLowTally& tally) const {
+  Add(first, last, tally);
+}
+
 Tally CountOmahaAgainstAll(Isa isa, std::span<const int> hand, std::span<const int> board,
                            Street street, std::span<const int> dead, const GoOn& go_on) {
-  return CountAll<Tally>(isa, hand, board, street, dead, go_on);
+  return CountAll<Tally>(OmahaAgainstAll(isa, hand, board, street, dead), go_on);
 }
 
 HighLowTally CountHighLowAgainstAll(Isa isa, std::span<const int> hand, std::span<const int> board,
                                     Street street, std::span<const int> dead, const GoOn& go_on) {
-  return CountAll<HighLowTally>(isa, hand, board, street, dead, go_on);
+  return CountAll<HighLowTally>(OmahaAgainstAll(isa, hand, board, street, dead), go_on);
 }
 
 std::int64_t CountOmahaBetter(Isa isa, std::span<const int> hand, std::span<const int> board) {

@@ -36,11 +36,14 @@ enum class Method {
   kSampled,  ///< dealt at random
 };
 
-/// When sampling ends: as soon as one of them is reached. At least one of them must be set.
+/// When sampling ends: as soon as one of them is reached. At least one of them must be set. A limit
+/// of time is the host's affair: it stops between steps. To an error, sampling gives up where it
+/// takes 2^32 deals of ranges that hardly fit together.
 struct SamplingLimits {
   /// Of every player's equity, 0..1; 0 for none.
   double standard_error = 0.0005;
-  /// Trials; 0 for none. Without a standard error there are exactly so many.
+  /// Trials, up to 2^40; 0 for none. Without a standard error there are so many, unless the ranges
+  /// hardly ever fit together, which the reason says.
   std::int64_t trials = 0;
 };
 
@@ -161,7 +164,8 @@ class POKERMATH_EXPORT Calculation {
   std::int64_t steps() const;
   /// Sums of no steps.
   Sums NewSums() const;
-  /// Adds the steps first .. last - 1 to sums.
+  /// Adds the steps first .. last - 1 to sums, which are from NewSums or ReadSums. Every step has
+  /// to be added once.
   void Do(std::int64_t first, std::int64_t last, Sums& sums) const;
 
   /// Where to stop and see whether it is Enough, after so many steps were done: a number of steps
@@ -180,7 +184,8 @@ class POKERMATH_EXPORT Calculation {
   /// be answered at any time.
   Result<EquityAnswer> Answer(const Sums& sums) const;
 
-  /// Sums::Bytes read back; an error for those of another calculation.
+  /// Sums::Bytes read back; an error where their length or their numbers cannot be those of this
+  /// calculation.
   Result<Sums> ReadSums(std::string_view bytes) const;
 
  private:
@@ -195,8 +200,10 @@ POKERMATH_EXPORT Result<Calculation> Plan(const EquityQuestion& question);
 
 /// Plan, all steps on this thread, and the answer.
 ///
-/// @param go_on  called between steps with those done and all; returning false stops, and a count
-///               is then an error, a sample the answer so far
+/// @param go_on  called between steps with those done and all, of which sampling to an error needs
+///               few; returning false stops, and a count is then an error, a sample the answer so
+///               far. A hand of Omaha against a range is one step for each weight, of some seconds
+///               before the flop.
 POKERMATH_EXPORT Result<EquityAnswer> Calculate(
     const EquityQuestion& question,
     const std::function<bool(std::int64_t done, std::int64_t all)>& go_on = {});

@@ -50,6 +50,10 @@ class POKERMATH_EXPORT HandRange {
   HandRange(Game game, const OmahaSpec<4>& range);
   HandRange(Game game, const OmahaSpec<5>& range);
 
+  // A moved-from range would have no hands at all to ask for, so that a move is a copy.
+  HandRange(const HandRange&) = default;
+  HandRange& operator=(const HandRange&) = default;
+
   /// Every hand of the game's deck, all of whole weight ("random"). Not listed until hands() is
   /// called.
   static HandRange Every(Game game);

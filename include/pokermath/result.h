@@ -41,11 +41,13 @@ class [[nodiscard]] Result {
   explicit operator bool() const { return held_.index() == 0; }
   /// Throws std::bad_variant_access where there is an error, as the others where there is none.
   const T& value() const& { return std::get<0>(held_); }
-  T&& value() && { return std::get<0>(std::move(held_)); }
+  T value() && { return std::get<0>(std::move(held_)); }
   const T& operator*() const& { return value(); }
-  T&& operator*() && { return std::move(*this).value(); }
-  const T* operator->() const { return &value(); }
-  const Error& error() const { return std::get<1>(held_); }
+  T operator*() && { return std::move(*this).value(); }
+  const T* operator->() const& { return &value(); }
+  const T* operator->() const&& = delete;  // it would be gone
+  const Error& error() const& { return std::get<1>(held_); }
+  Error error() && { return std::get<1>(std::move(held_)); }
 
  private:
   std::variant<T, Error> held_;
