@@ -196,10 +196,15 @@ void EquityWords::TakeMissing(const EquityWords& defaults) {
 void CheckWordBehind(std::string_view option, std::string_view cards, std::string_view word) {
   const bool is_board = option == "--board";
   if (!is_board && option != "--dead") return;
-  if (ParseCards(word).cards.size() != 1) return;
+  const std::size_t known = ParseCards(cards).cards.size();
+  const std::size_t more = ParseCards(word).cards.size();
+  // Cards that would make a whole board of a part of one.
+  const bool completes =
+      is_board && known < 3 && more > 0 && known + more >= 3 && known + more <= 5;
+  if (more != 1 && !completes) return;
   throw UsageError(fmt::format(
-      "{} stands behind {} {}: {} one word, like 2c3d4h, and a hand behind it is one too",
-      Quoted(word), option, cards, is_board ? "a board is" : "dead cards are"));
+      "{} stands behind {} {}: {} one word, like 2c3d4h, and hands stand before {} or are one word",
+      Quoted(word), option, cards, is_board ? "a board is" : "dead cards are", option));
 }
 
 EquityWords SplitLine(std::string_view line, const EquityWords& defaults) {

@@ -46,8 +46,9 @@ struct AskedEquity {
   std::vector<std::string> warnings;  ///< a line each
 };
 
-/// Throws UsageError if a word that follows the cards of --board or --dead at once is a card: it
-/// was meant as one of them and would be read as a part of a hand.
+/// Throws UsageError if a word that follows the cards of --board or --dead at once is a card, or
+/// cards that make a whole board of a part of one: it was meant as one of them and would be read as
+/// a player's.
 void CheckWordBehind(std::string_view option, std::string_view cards, std::string_view word);
 
 /// The words of a line, and the options of `defaults` that it does not have itself; throws

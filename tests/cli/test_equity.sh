@@ -159,7 +159,7 @@ AhKd 7s7c --folded 22 of 500 trials
 error: --board needs a value
 error: --to is given twice
 error: '8d' has 1 card: a hand of holdem has 2
-error: '3d' stands behind --board 2c: a board is one word, like 2c3d4h, and a hand behind it is one too
+error: '3d' stands behind --board 2c: a board is one word, like 2c3d4h, and hands stand before --board or are one word
 error: players are needed, like AhKd 7s7c
 error: '--json' is not an option of a question: --game, --board, --dead, --to, --standard-error, --trials, --time-ms, --seed, --folded, --exact, --sampled
 error: --players is no option: write 'random' once for each opponent
@@ -293,7 +293,8 @@ run equity Ah Kd 10s 7c --board "2c,3d 4h"
 expect_code 0
 has "cards in separate words" "$out" "AhKd against Ts7c"
 for words in '--board 2c 3d 4h AhKd 7s7c' '--board 2c 3d 4h 7s7c' 'AhKd --board 2c 3d 4h' \
-  '--board=2c3d 4h AhKd 7s7c' 'AhKd --to turn --board 2c 3d 7s7c'; do
+  '--board=2c3d 4h AhKd 7s7c' 'AhKd --to turn --board 2c 3d 7s7c' '--board 2c 3d4h AhKd 7s7c' \
+  'AhKd 7s7c --board 2c3d 4h5s'; do
   # shellcheck disable=SC2086
   refuses 2 ": a board is one word, like 2c3d4h, and a hand" equity $words
 done
