@@ -12,7 +12,9 @@ before=
 for word in $order; do
   room=${word%%:*}
   [[ $word == *:* ]] && allowed=${word#*:} || allowed=$before
-  for folder in */ ../; do
+  # A path with dots in it may lead anywhere.
+  ! grep -rnE '^\s*#\s*include\s*[<"]([^>"]*/)?\.\.?/' "$room" || code=1
+  for folder in */; do
     [[ " $room $allowed " == *" ${folder%/} "* ]] && continue
     ! grep -rnE "^\s*#\s*include\s*[<\"]$folder" "$room" || code=1
   done

@@ -7,7 +7,6 @@
 // every other card.
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
 #include <memory>
 #include <utility>
@@ -53,19 +52,15 @@ struct Reached {
 constexpr std::uint64_t kMostStates = std::uint64_t{1} << 32;
 constexpr std::uint64_t kEveryCard = ~std::uint64_t{0};
 
-// Whether the entries of the last card are values, above 0 for cards that can come.
+// Whether the entries of the last card are values for cards that can come. Those of others are as
+// the maker of the file likes: a value is compared with others, and nothing is looked up with it.
 bool ValuesAreSound(const std::uint32_t* row, std::size_t width, std::uint32_t best,
                     std::uint64_t cards) {
-  std::uint32_t largest = 0;
-  std::size_t zeros = 0;
   for (std::size_t i = 0; i < width; ++i) {
-    largest = std::max(largest, row[i]);
-    zeros += row[i] == 0 ? 1 : 0;
+    const bool can_come = (cards >> i & 1) == 0;
+    if (can_come && (row[i] == 0 || row[i] > best)) return false;
   }
-  if (largest > best) return false;
-  if (cards == kEveryCard) return true;
-  for (; cards != 0; cards &= cards - 1) zeros -= row[std::countr_zero(cards)] == 0 ? 1 : 0;
-  return zeros == 0;
+  return true;
 }
 
 // The states that are reached with one card more, each once or, where a hand is found to lead to it
@@ -140,9 +135,12 @@ std::uint32_t* LoadStates(const StateFile& file, const std::string& path, bool& 
   if (count > there || count > kMostStates || count < row_0) return nullptr;
   std::unique_ptr<std::uint32_t[]> entries(NewStates(count));
   if (!in.ReadAll(kStateHeaderBytes, entries.get(), count * sizeof(std::uint32_t))) return nullptr;
+  // Cards that come twice lead to row 0 where there is nothing for them; only where hands lead to
+  // it as well, it has to stay as it is.
+  const std::vector<std::uint32_t> in_file(entries.get(), entries.get() + row_0);
+  std::fill_n(entries.get(), row_0, 0u);
   if (!StatesAreSound(file, entries.get(), count)) {
-    // Cards that come twice lead to row 0 where there is nothing for them.
-    std::fill_n(entries.get(), row_0, 0u);
+    std::ranges::copy(in_file, entries.get());
     if (!StatesAreSound(file, entries.get(), count)) return nullptr;
   }
   return entries.release();

@@ -29,10 +29,10 @@ inline constexpr std::size_t kStateHeaderBytes = 32;
 /// The header of a file with so many entries.
 std::array<std::byte, kStateHeaderBytes> StateHeader(const StateFile& file, std::uint64_t entries);
 
-/// Whether every way through the table stays inside, cards that come twice included, and ends in a
-/// value of the scale or in 0, and the hands that were looked at have values: one hand for each
-/// state that hands lead to, with every last card. States may be any places of the table, and what
-/// no cards lead to may be anything.
+/// Whether every way through the table stays inside, cards that come twice included, and the hands
+/// that were looked at have values of the scale: one hand for each state that hands lead to, with
+/// every last card. States may be any places of the table; what no cards lead to, and the value of
+/// cards that come twice, may be anything.
 bool StatesAreSound(const StateFile& file, const std::uint32_t* entries, std::size_t count);
 
 /// An array for so many entries, for delete[], where the system has them on large pages.

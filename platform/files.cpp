@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <string_view>
 #include <system_error>
+#include <vector>
 
 namespace pokermath {
 namespace {
@@ -27,6 +28,18 @@ bool WriteAll(int fd, const char* data, std::size_t bytes) {
     bytes -= static_cast<std::size_t>(written);
   }
   return true;
+}
+
+// What is in another file, from its beginning.
+bool CopyAll(int from, int to) {
+  std::vector<char> piece(kGather);
+  for (off_t at = 0;;) {
+    const ssize_t got = pread(from, piece.data(), piece.size(), at);
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) return got == 0;
+    if (!WriteAll(to, piece.data(), static_cast<std::size_t>(got))) return false;
+    at += got;
+  }
 }
 
 std::string FolderOf(const std::string& path) {
@@ -112,6 +125,11 @@ void RemoveLeftovers(const std::string& folder) {
     }
     close(fd);
   }
+}
+
+// Tells RemoveLeftovers that somebody is at work.
+void Lock(int fd) {
+  while (flock(fd, LOCK_EX) != 0 && errno == EINTR) continue;
 }
 
 // Where the system shows an open file as a link, by which a file without a name can be given one.
@@ -254,11 +272,13 @@ AtomicFile::AtomicFile(const std::string& path) : path_(FollowLinks(path)) {
   }
 }
 
-// The lock tells RemoveLeftovers that somebody is at work.
 void AtomicFile::OpenTemporary(unsigned mode) {
-  fd_ = open(FolderOf(path_).c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, mode);
+  const std::string folder = FolderOf(path_);
+  RemoveLeftovers(folder);
+  // It is read where it has to be copied.
+  fd_ = open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, mode);
   if (fd_ >= 0 && access(LinkOf(fd_).c_str(), F_OK) == 0) {
-    flock(fd_, LOCK_EX);
+    Lock(fd_);
     return;
   }
   if (fd_ >= 0) close(fd_);
@@ -268,16 +288,14 @@ void AtomicFile::OpenTemporary(unsigned mode) {
 // mkstemp would leave the permissions of a new file to us, and the process's mask cannot be read
 // without changing it; so the name is made here and the system applies the mask.
 void AtomicFile::OpenUnderTemporaryName(unsigned mode) {
-  const std::string folder = FolderOf(path_);
-  RemoveLeftovers(folder);
   for (;;) {
-    temporary_ = NewTemporaryName(folder);
+    temporary_ = NewTemporaryName(FolderOf(path_));
     fd_ = open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
     if (fd_ < 0 && errno == EEXIST) continue;
     if (fd_ < 0) break;
     struct stat status {};
     // Before it was locked it may have been taken for a leftover.
-    flock(fd_, LOCK_EX);
+    Lock(fd_);
     if (fstat(fd_, &status) != 0 || status.st_nlink > 0) return;
     close(fd_);
   }
@@ -290,14 +308,26 @@ AtomicFile::~AtomicFile() {
 
 // A link cannot take the place of a file as a rename can.
 bool AtomicFile::TakeTemporaryName() {
-  const std::string folder = FolderOf(path_);
-  RemoveLeftovers(folder);
-  do {
-    temporary_ = NewTemporaryName(folder);
+  while (errno == EEXIST) {
+    temporary_ = NewTemporaryName(FolderOf(path_));
     if (GiveName(fd_, temporary_)) return true;
-  } while (errno == EEXIST);
+  }
   temporary_.clear();
-  return false;
+  return CopyUnderTemporaryName();
+}
+
+// Some systems have files without a name but let nobody name one.
+bool AtomicFile::CopyUnderTemporaryName() {
+  struct stat status {};
+  if (fstat(fd_, &status) != 0) return false;
+  const int unnamed = fd_;
+  OpenUnderTemporaryName(0600);
+  if (fd_ >= 0) fd_ = WithOwnerAndMode(fd_, status);
+  const bool copied = fd_ >= 0 && CopyAll(unnamed, fd_) && fsync(fd_) == 0;
+  const int error = errno;
+  close(unnamed);
+  errno = error;
+  return copied;
 }
 
 bool AtomicFile::Commit() {
@@ -306,7 +336,7 @@ bool AtomicFile::Commit() {
   if (direct_) return true;
   if (fsync(fd_) != 0) return false;
   if (!temporary_.empty() || !GiveName(fd_, path_)) {
-    if (temporary_.empty() && (errno != EEXIST || !TakeTemporaryName())) return false;
+    if (temporary_.empty() && !TakeTemporaryName()) return false;
     if (rename(temporary_.c_str(), path_.c_str()) != 0) return false;
     temporary_.clear();
   }

@@ -89,10 +89,10 @@ class NewFile : public FileWriter {
 /// A file being written: in the folder of `path` but without a name, until Commit flushes it to the
 /// disk and gives it that of `path`. Without a successful Commit nothing is left of it and `path`
 /// is as it was, whatever becomes of the process. Where files without a name are not to be had, it
-/// is written under a temporary one; what a killed process leaves of these is removed when somebody
-/// writes to the folder again. A path that is a link is written where the link points, but a link
-/// of /proc to an open file is refused; a device is written directly. What replaces a file keeps
-/// its owner and permissions.
+/// is written under a temporary one, and what replaces a file bears one for a moment; what a killed
+/// process leaves of these is removed when somebody writes to the folder again. A path that is a
+/// link is written where the link points, but a link of /proc to an open file is refused; a device
+/// is written directly. What replaces a file keeps its owner and permissions.
 class AtomicFile : public FileWriter {
  public:
   explicit AtomicFile(const std::string& path);
@@ -105,6 +105,7 @@ class AtomicFile : public FileWriter {
   void OpenTemporary(unsigned mode);
   void OpenUnderTemporaryName(unsigned mode);
   bool TakeTemporaryName();
+  bool CopyUnderTemporaryName();
 
   std::string path_;
   std::string temporary_;  // empty while the file has no name

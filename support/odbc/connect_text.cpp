@@ -60,6 +60,15 @@ bool IsUserName(View name) {
 
 bool IsKnown(View name) {
   constexpr View kKnown[] = {L"address",
+                             L"app",
+                             L"applicationname",
+                             L"clientcharset",
+                             L"maxlongvarcharsize",
+                             L"maxvarcharsize",
+                             L"option",
+                             L"readonly",
+                             L"tdsversion",
+                             L"usedeclarefetch",
                              L"charset",
                              L"connecttimeout",
                              L"database",
@@ -98,6 +107,14 @@ bool MentionsSecret(View text) {
                              [&lower](View word) { return lower.find(word) != CString::npos; });
 }
 
+// Of names with these words in them many are no secrets ("Mapping", "Keyset").
+bool EndsInPinOrKey(View name) {
+  name = name.substr(0, name.find_last_not_of(L"0123456789") + 1);
+  return name.ends_with(L"pin") || name.ends_with(L"key");
+}
+
+bool IsSecretName(View name) { return MentionsSecret(name) || EndsInPinOrKey(name); }
+
 // @param astray  whether it may be a piece of the value before it
 bool IsKeyword(View text, bool astray) {
   const View word = Trimmed(text);
@@ -121,16 +138,44 @@ CString Plain(View value) {
   return plain;
 }
 
+bool IsPort(View text) { return text.size() <= 5 && std::ranges::all_of(text, IsDigit); }
+
+// "tcp:" and the like, and an address in brackets, that a server's name begins with.
+std::size_t LengthOfServerStart(View value) {
+  std::size_t length = 0;
+  for (const View protocol : {L"tcp:", L"np:", L"lpc:", L"admin:"}) {
+    if (Lower(value).starts_with(protocol)) length = protocol.size();
+  }
+  if (value.substr(length, 1) != L"[") return length;
+  const std::size_t end = value.find_first_not_of(L"0123456789ABCDEFabcdef:.", length + 1);
+  return end != value.npos && value[end] == L']' ? end + 1 : length;
+}
+
 // A colon goes before a port or after a drive, or begins a name such as SQLite's ":memory:"; else
 // it may separate a user from his password.
 bool HasHarmlessColons(View value) {
-  for (std::size_t colon = value.find(L':', 1); colon != value.npos;
+  const std::size_t start = LengthOfServerStart(value);
+  for (std::size_t colon = value.find(L':', start == 0 ? 1 : start); colon != value.npos;
        colon = value.find(L':', colon + 1)) {
     const View behind = value.substr(colon + 1);
     const bool in_name = behind.empty() || behind[0] == L'/' || behind[0] == L'\\';
-    if (!in_name && !std::ranges::all_of(behind, IsDigit)) return false;
+    if (!in_name && !IsPort(behind)) return false;
   }
   return true;
+}
+
+// In names of users and servers, and in numbers, a blank may go before what is none of it.
+bool MayHaveBlanks(View name) {
+  constexpr View kNames[] = {
+      L"app", L"applicationname", L"database",       L"datasource", L"dbname", L"dbq", L"driver",
+      L"dsn", L"filedsn",         L"initialcatalog", L"language",   L"schema"};
+  return std::ranges::find(kNames, name) != std::end(kNames);
+}
+
+// What is no path may be a user with his password.
+bool IsPath(View value) {
+  return value.find(L'/') == value.npos || value[0] == L'/' || value[0] == L'.' ||
+         value.substr(1, 1) == L":";
 }
 
 bool MayBeShown(View keyword, View value) {
@@ -138,10 +183,13 @@ bool MayBeShown(View keyword, View value) {
   const CString plain = Plain(value);
   if (MentionsSecret(name)) return false;
   if (Trimmed(plain).empty()) return true;
+  if (EndsInPinOrKey(name)) return false;
   const CString lower = Lower(plain);
   for (const View harmless : {L"0", L"1", L"no", L"yes", L"false", L"true"}) {
     if (lower == harmless) return true;
   }
+  if (!MayHaveBlanks(name) && plain.find(L' ') != plain.npos) return false;
+  if (name == L"dbq" && !IsPath(plain)) return false;
   const View signs = IsUserName(name) ? L" ._-@\\$" : L" ._-/\\:,+~()[]#$";
   return IsKnown(name) && HasHarmlessColons(plain) && !MentionsSecret(plain) &&
          std::ranges::all_of(
@@ -198,7 +246,7 @@ std::vector<Hidden> HiddenParts(View connect) {
     at = end + 1;
     if (!has_value && value.empty()) continue;
     const bool shown = has_value && MayBeShown(keyword, value);
-    if (!shown) found.push_back({begin, end, has_value && MentionsSecret(keyword)});
+    if (!shown) found.push_back({begin, end, has_value && IsSecretName(Name(keyword))});
     // A semicolon that is in no braces may have been meant to belong to the value.
     astray = !shown && !value.starts_with(L'{') && value != kStars;
   }
@@ -246,6 +294,10 @@ class Secrets {
     for (const Hidden& part : HiddenParts(connect)) {
       const View value = Trimmed(connect.substr(part.begin, part.end - part.begin));
       const CString plain = Plain(value);
+      // A small number, such as that of an option, is in many texts.
+      if (!part.password && plain.size() < kShortest && std::ranges::all_of(plain, IsDigit)) {
+        continue;
+      }
       AddValue(value, part.password);
       if (plain != value) AddValue(plain, part.password);
     }
@@ -348,6 +400,18 @@ class Secrets {
   std::map<CString, bool> anywhere_;  // else only as a word
 };
 
+// Whether a piece before an equals sign is one, or anything is a secret by its name.
+bool HasConnectKeyword(View word) {
+  std::size_t begin = 0;
+  for (std::size_t sign = word.find_first_of(L"=;"); sign != word.npos;
+       sign = word.find_first_of(L"=;", begin)) {
+    const CString name = Name(word.substr(begin, sign - begin));
+    if (word[sign] == L'=' && (IsKnown(name) || EndsInPinOrKey(name))) return true;
+    begin = sign + 1;
+  }
+  return word.find(L'=') != word.npos && MentionsSecret(word);
+}
+
 }  // namespace
 
 CString WithoutPasswords(const CString& connect) {
@@ -362,7 +426,7 @@ CString WithoutPasswords(const CString& connect) {
 
 CString WithoutPasswordsInWord(const CString& word) {
   const bool url = word.find(L':') < word.find(L'@') && word.find(L'@') != word.npos;
-  return url || word.find(L'=') != word.npos ? WithoutPasswords(word) : word;
+  return url || HasConnectKeyword(word) ? WithoutPasswords(word) : word;
 }
 
 CString WithoutPasswordsOf(const CString& connect, const CString& text) {

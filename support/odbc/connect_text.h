@@ -11,13 +11,15 @@ namespace pokermath {
 /// (Driver, DSN, Server, Database, Uid ...) that look as such values do, and switches, are shown.
 CString WithoutPasswords(const CString& connect);
 
-/// A word of the user that may be a connect string in the wrong place, as WithoutPasswords shows
-/// it; any other word as it is.
+/// A word of the user that may be a connect string in the wrong place (it has a well-known keyword
+/// or one that names a secret, or user:password@), as WithoutPasswords shows it; any other word as
+/// it is.
 CString WithoutPasswordsInWord(const CString& word);
 
 /// The text with *** wherever it repeats what WithoutPasswords hides of the connect string: a whole
 /// value, one in quotes inside it, or a word of it. One of less than four characters, or any word,
-/// is hidden only where it stands alone.
+/// is hidden only where it stands alone, and a number of less than four digits only if its keyword
+/// names a secret.
 CString WithoutPasswordsOf(const CString& connect, const CString& text);
 
 }  // namespace pokermath

@@ -1,5 +1,5 @@
-// Any entries as a finite-state table: what is taken keeps every way through it inside and ends in
-// a value of the scale; what does so and has a value for every hand is taken. As a file it is taken
+// Any entries as a finite-state table: what is taken keeps every way through it inside; what
+// does so and has a value of the scale for every hand is taken. As a file it is taken
 // exactly if, besides, its header is right and its entries are there, whatever is in row 0 if that
 // is in the way.
 
@@ -21,8 +21,8 @@ namespace pokermath {
 namespace {
 
 struct Ways {
-  bool inside = true;    // every way stays inside and ends in a value or 0
-  bool complete = true;  // hands of different cards have values
+  bool inside = true;    // every way stays inside
+  bool complete = true;  // hands of different cards have values of the scale
 };
 
 // Walks every way, as an evaluator would.
@@ -39,8 +39,8 @@ void Walk(const StateFile& file, const std::vector<std::uint32_t>& entries, std:
       Walk(file, entries, entry, cards, still_hand, ways);
       cards.pop_back();
     } else {
-      ways.inside = entry <= file.best;
-      ways.complete = ways.complete && (entry > 0 || !still_hand);
+      const bool is_value = entry > 0 && entry <= file.best;
+      ways.complete = ways.complete && (is_value || !still_hand);
     }
   }
 }

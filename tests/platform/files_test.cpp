@@ -20,8 +20,9 @@
 
 namespace {
 
-// As on a file system that has no files without a name.
-bool only_named_files = false;
+// What there is of files without a name.
+enum class Unnamed { kAll, kStayUnnamed, kNone };
+Unnamed unnamed_files = Unnamed::kAll;
 
 }  // namespace
 
@@ -30,11 +31,19 @@ extern "C" int open(const char* path, int flags, ...) {
   va_start(rest, flags);
   const unsigned mode = va_arg(rest, unsigned);
   va_end(rest);
-  if (only_named_files && (flags & O_TMPFILE) == O_TMPFILE) {
+  if (unnamed_files == Unnamed::kNone && (flags & O_TMPFILE) == O_TMPFILE) {
     errno = EOPNOTSUPP;
     return -1;
   }
   return static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, mode));
+}
+
+extern "C" int linkat(int from, const char* path, int to, const char* name, int flags) noexcept {
+  if (unnamed_files == Unnamed::kStayUnnamed) {
+    errno = EPERM;
+    return -1;
+  }
+  return static_cast<int>(syscall(SYS_linkat, from, path, to, name, flags));
 }
 
 namespace pokermath {
@@ -49,13 +58,13 @@ bool Replace(const std::string& path, const std::string& content) {
   return file.Commit();
 }
 
-// With and without files without a name.
-class AtomicFileOf : public testing::TestWithParam<bool> {
+class AtomicFileOf : public testing::TestWithParam<Unnamed> {
  protected:
-  AtomicFileOf() { only_named_files = GetParam(); }
-  ~AtomicFileOf() override { only_named_files = false; }
+  AtomicFileOf() { unnamed_files = GetParam(); }
+  ~AtomicFileOf() override { unnamed_files = Unnamed::kAll; }
 };
-INSTANTIATE_TEST_SUITE_P(FileSystems, AtomicFileOf, testing::Bool());
+INSTANTIATE_TEST_SUITE_P(FileSystems, AtomicFileOf,
+                         testing::Values(Unnamed::kAll, Unnamed::kStayUnnamed, Unnamed::kNone));
 
 TEST_P(AtomicFileOf, AppearsWholeOrNotAtAll) {
   const ScratchFolder folder;
@@ -156,7 +165,7 @@ TEST_P(AtomicFileOf, AKilledWriterLeavesNothingForGood) {
   const ScratchFolder folder;
   // One that is at work in the same folder is left alone.
   AtomicFile other(folder / "other");
-  const std::size_t named = GetParam() ? 1 : 0;
+  const std::size_t named = GetParam() == Unnamed::kNone ? 1 : 0;
   EXPECT_EQ(LeftByAKilledWriter(folder, "table", false).size(), 2 * named);
   ASSERT_TRUE(Replace(folder / "table", "old"));
   EXPECT_EQ(folder.Names().size(), 1 + named);
@@ -172,11 +181,11 @@ TEST_P(AtomicFileOf, AKilledWriterLeavesNothingForGood) {
   ASSERT_EQ(flock(at_work, LOCK_EX), 0);
   SetContent(folder / ".pokermath-notes", "mine");
   ASSERT_EQ(mkfifo((folder / ".pokermath-4194304-9").c_str(), 0600), 0);
-  ASSERT_TRUE(Replace(folder / "table", "new"));
+  ASSERT_TRUE(Replace(folder / "another", "new"));
   Names names = folder.Names();
   std::ranges::sort(names);
   EXPECT_EQ(names, (Names{".pokermath-4194304-8", ".pokermath-4194304-9", ".pokermath-notes",
-                          "other", "table"}));
+                          "another", "other", "table"}));
   close(at_work);
 }
 

@@ -29,6 +29,13 @@ TEST(OdbcConnectText, PasswordsAreStars) {
       {L"Description=my pwd;x=1", L"Description=***;***"},
   };
   for (const auto& [connect, shown] : cases) EXPECT_EQ(WithoutPasswords(connect), shown);
+  // What a known keyword does not have, and what is a secret however it looks.
+  for (const CString part :
+       {L"Uid=me sesame77", L"Server=h sesame77", L"Host=h sesame77", L"Server=me:7777777",
+        L"Server=[me:sesame77]", L"DBQ=scott/sesame77", L"PIN=1", L"Key=0", L"ApiKey2=yes"}) {
+    EXPECT_EQ(WithoutPasswords(part), part.substr(0, part.find(L'=') + 1) + L"***");
+  }
+  EXPECT_EQ(WithoutPasswordsOf(L"PIN=12", L"no pin: 12"), L"no pin: ***");
   EXPECT_EQ(WithoutPasswordsOf(L"PWD={se}}cret}", L"near se}cret: {se}}cret}"), L"near ***: ***");
   EXPECT_EQ(WithoutPasswordsOf(L"PWD=a", L"a table 'a'"), L"*** table '***'");
   EXPECT_EQ(WithoutPasswordsOf(L"PWD={  }", L"a  b"), L"a  b");
@@ -60,16 +67,22 @@ TEST(OdbcConnectText, WhatIsNoSecretStaysReadable) {
       L"Initial Catalog=poker;Encrypt=yes",
       L"DSN=poker;UID=me@example.com;",
       L"Dbq=C:\\data\\hands (1).mdb",
-      L"Database=:memory:"};
+      L"Database=:memory:",
+      L"Server=tcp:myhost.example.com,1433;Option=3;App=my hands;ReadOnly=1;Client_Charset=UTF-8",
+      L"Server=TCP:[fe80::1]:5432;Host=[::1];MaxVarcharSize=255;UseDeclareFetch=1;TDS_Version=7.4"};
   for (const wchar_t* connect : all) {
     EXPECT_EQ(WithoutPasswords(connect), connect);
     const CString said = CString(L"no database 'poker', 5432, me, hands at ") + connect;
     EXPECT_EQ(WithoutPasswordsOf(connect + CString(L";PWD=sesame"), said), said);
   }
+  EXPECT_EQ(WithoutPasswordsOf(L"Unknown=3;Other={12}", L"line 3, 12"), L"line 3, 12");
   const CString asked = L"FATAL: password authentication failed for user \"me\" on server";
   EXPECT_EQ(WithoutPasswordsOf(L"UID=me;ConnSettings=ALTER USER me PASSWORD 'x'", asked), asked);
   EXPECT_EQ(WithoutPasswordsInWord(L"AhKd;7s7c"), L"AhKd;7s7c");
+  EXPECT_EQ(WithoutPasswordsInWord(L"--bord=2c3d4h"), L"--bord=2c3d4h");
   EXPECT_EQ(WithoutPasswordsInWord(L"me:sesame@host"), L"***");
+  EXPECT_EQ(WithoutPasswordsInWord(L"--db=Driver=x;Rest=sesame"), L"--db=***;***");
+  EXPECT_EQ(WithoutPasswordsInWord(L"ApiKey=sesame"), L"ApiKey=***");
 }
 
 // Every way in which people were seen to write a secret, with every keyword and at every place.
@@ -133,7 +146,8 @@ TEST_F(OdbcSecrets, AreInNoText) {
       const CString shown = WithoutPasswords(connect);
       ExpectNone(shown, connect);
       EXPECT_EQ(WithoutPasswords(shown), shown);
-      ExpectNone(WithoutPasswordsInWord(connect), connect);
+      // Alone it may be a word like any other.
+      if (connect != part) ExpectNone(WithoutPasswordsInWord(connect), connect);
       // A driver repeats it, or what it takes for a keyword, a value or a word.
       for (const wchar_t* ends :
            {L"", L";", L";=", L" =", L"'\"", L":;@", L";={}\"'", L" ;=:@'\"{}/"}) {
