@@ -296,7 +296,7 @@ for words in '--board 2c 3d 4h AhKd 7s7c' '--board 2c 3d 4h 7s7c' 'AhKd --board 
   '--board=2c3d 4h AhKd 7s7c' 'AhKd --to turn --board 2c 3d 7s7c' '--board 2c 3d4h AhKd 7s7c' \
   'AhKd 7s7c --board 2c3d 4h5s'; do
   # shellcheck disable=SC2086
-  refuses 2 ": a board is one word, like 2c3d4h, and a hand" equity $words
+  refuses 2 ": a board is one word, like 2c3d4h, and hands" equity $words
 done
 
 # Ctrl-C: what was sampled so far is the answer; of an exact count nothing is left.
