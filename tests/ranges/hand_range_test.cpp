@@ -304,7 +304,7 @@ HandRange RandomTwoCards(Game game, std::mt19937& random) {
   const HandRange every = HandRange::Every(game);
   for (const WeightedHand& hand : every.hands()) {
     const int low = *hand.cards.begin(), high = *++hand.cards.begin();
-    const auto ranks = std::minmax(low % 13, high % 13);
+    const auto ranks = std::minmax({low % 13, high % 13});
     const auto [place, is_new] =
         classes.try_emplace({ranks.second, ranks.first, low / 13 == high / 13}, 0);
     if (is_new && random() % 100 < density) place->second = weight();
