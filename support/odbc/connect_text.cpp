@@ -400,16 +400,12 @@ class Secrets {
   std::map<CString, bool> anywhere_;  // else only as a word
 };
 
-// Whether a piece before an equals sign is one, or anything is a secret by its name.
-bool HasConnectKeyword(View word) {
-  std::size_t begin = 0;
-  for (std::size_t sign = word.find_first_of(L"=;"); sign != word.npos;
-       sign = word.find_first_of(L"=;", begin)) {
-    const CString name = Name(word.substr(begin, sign - begin));
-    if (word[sign] == L'=' && (IsKnown(name) || EndsInPinOrKey(name))) return true;
-    begin = sign + 1;
-  }
-  return word.find(L'=') != word.npos && MentionsSecret(word);
+// Any word with an equals sign may be one, but for an option such as "--bord=2c3d4h".
+bool MayBeConnectString(View word) {
+  const std::size_t sign = word.find(L'=');
+  if (sign == word.npos) return false;
+  return !word.starts_with(L"--") || word.find(L'=', sign + 1) != word.npos ||
+         MentionsSecret(word) || EndsInPinOrKey(Name(word.substr(0, sign)));
 }
 
 }  // namespace
@@ -426,7 +422,7 @@ CString WithoutPasswords(const CString& connect) {
 
 CString WithoutPasswordsInWord(const CString& word) {
   const bool url = word.find(L':') < word.find(L'@') && word.find(L'@') != word.npos;
-  return url || HasConnectKeyword(word) ? WithoutPasswords(word) : word;
+  return url || MayBeConnectString(word) ? WithoutPasswords(word) : word;
 }
 
 CString WithoutPasswordsOf(const CString& connect, const CString& text) {

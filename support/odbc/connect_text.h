@@ -11,9 +11,9 @@ namespace pokermath {
 /// (Driver, DSN, Server, Database, Uid ...) that look as such values do, and switches, are shown.
 CString WithoutPasswords(const CString& connect);
 
-/// A word of the user that may be a connect string in the wrong place (it has a well-known keyword
-/// or one that names a secret, or user:password@), as WithoutPasswords shows it; any other word as
-/// it is.
+/// A word of the user that may be a connect string in the wrong place (it has an equals sign and is
+/// no option with a harmless name, or user:password@), as WithoutPasswords shows it; any other word
+/// as it is.
 CString WithoutPasswordsInWord(const CString& word);
 
 /// The text with *** wherever it repeats what WithoutPasswords hides of the connect string: a whole

@@ -150,8 +150,7 @@ TEST_F(OdbcSecrets, AreInNoText) {
       const CString shown = WithoutPasswords(connect);
       ExpectNone(shown, connect);
       EXPECT_EQ(WithoutPasswords(shown), shown);
-      // Alone it may be a word like any other.
-      if (connect != part) ExpectNone(WithoutPasswordsInWord(connect), connect);
+      ExpectNone(WithoutPasswordsInWord(connect), connect);
       // A driver repeats it, or what it takes for a keyword, a value or a word.
       for (const wchar_t* ends :
            {L"", L";", L";=", L" =", L"'\"", L":;@", L";={}\"'", L" ;=:@'\"{}/"}) {
