@@ -19,6 +19,8 @@ constexpr std::int64_t ChoicesOf(int places, int size) {
   return places < size ? 0 : ways;
 }
 
+inline std::vector<int> ListOf(CardSet cards) { return {cards.begin(), cards.end()}; }
+
 /// Walks choices in the order of their numbers.
 class Choice {
  public:

@@ -100,14 +100,6 @@ DealtCards CardDraw::DrawOneByOne(StepRandom& random, CardSet taken) const {
 
 namespace {
 
-CardSet CertainCards(const CheckedQuestion& question) {
-  CardSet cards;
-  for (const Side& side : question.players()) {
-    if (side.range.size() == 1) cards |= side.range.hands()[0].cards;
-  }
-  return cards;
-}
-
 // How many of the cards that come are to be told from the others.
 int NextOf(const CheckedQuestion& question) {
   return question.asked().detail.next ? question.next_cards() : 0;
@@ -133,8 +125,8 @@ void DrawAll(const CardDraw& from, StepRandom& random, std::span<DealtCards> dra
 
 Dealing::Dealing(const CheckedQuestion& question)
     : board_(DealtOf(question.board())),
-      next_(question.live() - CertainCards(question), NextOf(question)),
-      later_(question.live() - CertainCards(question), question.to_come() - NextOf(question)),
+      next_(question.live() - question.certain(), NextOf(question)),
+      later_(question.live() - question.certain(), question.to_come() - NextOf(question)),
       hand_({}, 0) {
   for (std::size_t i = 0; i < question.players().size(); ++i) {
     const Side& side = question.players()[i];
@@ -147,7 +139,7 @@ Dealing::Dealing(const CheckedQuestion& question)
     }
   }
   if (!any_.empty()) {
-    hand_ = CardDraw(question.live() - CertainCards(question), question.rules().hand_size);
+    hand_ = CardDraw(question.live() - question.certain(), question.rules().hand_size);
   }
   for (const Side& side : question.folded()) listed_.push_back({Bag(side), 0, false});
   // The narrowest ranges clash first.

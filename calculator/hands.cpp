@@ -19,10 +19,9 @@ class HandsWork final : public Work {
  public:
   explicit HandsWork(const QuestionPointer& question)
       : question_(question), settler_(*question), board_(DealtOf(question->board())) {
-    CardSet live = question->live();
+    const CardSet live = question->live() - question->certain();
     for (const Side& side : question->players()) {
       hands_.push_back(DealtOf(side.range.hands()[0].cards));
-      live -= hands_.back().cards;
     }
     live_.assign(live.begin(), live.end());
     low_cards_ = std::min(question->to_come(), 3);
@@ -69,9 +68,8 @@ class HandsWork final : public Work {
 
 std::optional<double> HandsCost(const CheckedQuestion& question) {
   const Detail& detail = question.asked().detail;
-  const auto is_hand = [](const Side& side) { return side.range.size() == 1; };
   if (question.rules().high_low || detail.hands || detail.next || detail.made ||
-      !question.folded().empty() || !std::ranges::all_of(question.players(), is_hand)) {
+      !question.folded().empty() || !std::ranges::all_of(question.players(), &Side::IsOneHand)) {
     return std::nullopt;
   }
   const int players = static_cast<int>(question.players().size());

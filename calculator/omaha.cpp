@@ -7,6 +7,7 @@
 #include <set>
 #include <vector>
 
+#include "calculator/choices.h"
 #include "calculator/solvers.h"
 #include "equity/kernels/omaha_cliques.h"
 #include "equity/kernels/omaha_matchup.h"
@@ -15,16 +16,10 @@
 namespace pokermath {
 namespace {
 
-constexpr int kHalfPot = kPot / 2;
-
-std::vector<int> ListOf(CardSet cards) { return {cards.begin(), cards.end()}; }
-
 bool AsksForTotals(const CheckedQuestion& question) {
   const Detail& detail = question.asked().detail;
   return !detail.hands && !detail.next && !detail.made;
 }
-
-bool IsOneHand(const Side& side) { return side.range.size() == 1; }
 
 // Adds what one player's tally says, the cases not among it.
 void AddPlayer(const SumsLayout& layout, std::size_t player, const HighLowTally& tally,
@@ -138,7 +133,7 @@ class OmahaHandsWork final : public OmahaWork {
 // --- a hand against every hand, or against a range ---
 
 std::size_t HeroOf(const CheckedQuestion& question) {
-  return IsOneHand(question.players()[0]) ? 0 : 1;
+  return question.players()[0].IsOneHand() ? 0 : 1;
 }
 
 // A step is some classes of boards.
@@ -212,15 +207,11 @@ class OmahaAgainstRangeWork final : public OmahaWork {
 bool IsOmahaOfTwo(const CheckedQuestion& question) {
   return question.rules().IsOmaha() && question.players().size() == 2 &&
          question.folded().empty() && AsksForTotals(question) &&
-         IsOneHand(question.players()[HeroOf(question)]);
+         question.players()[HeroOf(question)].IsOneHand();
 }
 
 double BoardsOf(const CheckedQuestion& question) {
-  double boards = 1;
-  for (int i = 0; i < question.to_come(); ++i) {
-    boards *= static_cast<double>(question.live().size() - i) / (i + 1);
-  }
-  return boards;
+  return static_cast<double>(ChoicesOf(question.live().size(), question.to_come()));
 }
 
 }  // namespace
@@ -228,8 +219,8 @@ double BoardsOf(const CheckedQuestion& question) {
 std::optional<double> OmahaHandsCost(const CheckedQuestion& question) {
   const std::size_t known = static_cast<std::size_t>(question.board().size());
   if (!question.rules().IsOmaha() || !question.folded().empty() || !AsksForTotals(question) ||
-      !std::ranges::all_of(question.players(), IsOneHand) || question.street() != 5 || known == 1 ||
-      known == 2) {
+      !std::ranges::all_of(question.players(), &Side::IsOneHand) || question.street() != 5 ||
+      known == 1 || known == 2) {
     return std::nullopt;
   }
   return 1e5 + BoardsOf(question) * static_cast<double>(question.players().size());

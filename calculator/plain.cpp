@@ -16,8 +16,6 @@
 namespace pokermath {
 namespace {
 
-constexpr double kStepCost = 4e6;
-
 struct Cost {
   double boards = 0;
   double per_board = 0;  // in operations

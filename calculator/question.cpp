@@ -277,6 +277,14 @@ Side SideOf(const HandRange& range) {
 CheckedQuestion::CheckedQuestion(EquityQuestion question)
     : question_(std::move(question)), dead_(question_.dead) {}
 
+CardSet CheckedQuestion::certain() const {
+  CardSet cards;
+  for (const Side& side : players_) {
+    if (side.IsOneHand()) cards |= side.range.hands()[0].cards;
+  }
+  return cards;
+}
+
 int CheckedQuestion::next_cards() const {
   return board().size() < 3 ? 3 - board().size() : to_come() > 0 ? 1 : 0;
 }

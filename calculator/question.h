@@ -19,6 +19,7 @@ struct Side {
 
   /// Hands that are listed, not dealt from all cards that are left.
   bool IsListed() const { return !range.IsEvery(); }
+  bool IsOneHand() const { return range.size() == 1; }
 };
 
 /// Every card is in the deck and certain at one place only, every range has hands, and some deal
@@ -34,6 +35,8 @@ class CheckedQuestion {
   const std::vector<Side>& folded() const { return folded_; }
   CardSet board() const { return question_.board; }
   CardSet dead() const { return dead_; }
+  /// Cards of the players who have one hand.
+  CardSet certain() const;
   /// Cards that players hold or that can come.
   CardSet live() const { return rules().Deck() - board() - dead_; }
   int street() const { return static_cast<int>(question_.street); }

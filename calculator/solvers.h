@@ -26,6 +26,9 @@ class Work {
 
 using QuestionPointer = std::shared_ptr<const CheckedQuestion>;
 
+/// About the operations of a step, where work can be cut anywhere.
+inline constexpr double kStepCost = 4e6;
+
 /// A way to count.
 struct Solver {
   /// Operations that it takes; nothing if it does not know such questions. About 4e8 take a second.

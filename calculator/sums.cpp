@@ -10,7 +10,6 @@
 namespace pokermath {
 namespace {
 
-constexpr int kHalfPot = kPot / 2;
 static_assert([] {
   for (int k = 1; k <= static_cast<int>(kMostPlayers); ++k) {
     if (kHalfPot % k != 0) return false;
@@ -63,10 +62,7 @@ const std::vector<std::uint16_t>& FlopNumbers() {
 NextBoards::NextBoards(const CheckedQuestion& question) : cards_(question.next_cards()) {
   boards_.resize(CountOf(question));
   alike_.resize(boards_.size());
-  CardSet may_come = question.live();
-  for (const Side& side : question.players()) {
-    if (side.range.size() == 1) may_come -= side.range.hands()[0].cards;
-  }
+  const CardSet may_come = question.live() - question.certain();
   const std::vector<int> live(may_come.begin(), may_come.end());
   const auto add = [&](CardSet next) {
     const std::size_t number = NumberOf(next);

@@ -19,6 +19,7 @@
 namespace pokermath {
 
 inline constexpr int kPot = 5040;
+inline constexpr int kHalfPot = kPot / 2;
 
 /// Numbers that stand for an outcome; `cases` first where there is one.
 struct OutcomePlace {

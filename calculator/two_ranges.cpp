@@ -35,8 +35,6 @@ std::vector<WeightedPair> PairsOf(const Side& side) {
   return pairs;
 }
 
-std::vector<int> ListOf(CardSet cards) { return {cards.begin(), cards.end()}; }
-
 // What both kinds of work share: the hands, and how their tallies become sums.
 class TwoRangesWork : public Work {
  public:
@@ -126,8 +124,6 @@ class ClassesWork final : public TwoRangesWork {
 };
 
 // --- by boards ---
-
-constexpr double kStepCost = 4e6;
 
 double CostOfBoard(const CheckedQuestion& question) {
   const auto hands =
