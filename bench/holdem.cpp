@@ -7,9 +7,9 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "equity/holdem_tables.h"
-#include "equity/kernels/matchup.h"
+#include "contracts/holdem_tables.h"
 #include "eval/hand_ranks_builder.h"
+#include "kernels/matchup.h"
 #include "pokermath/cards.h"
 #include "pokermath/poker_logic.h"
 

@@ -9,10 +9,10 @@
 #include <string>
 
 #include "bench/cards.h"
-#include "equity/kernels/omaha_cliques.h"
-#include "equity/kernels/omaha_matchup.h"
-#include "equity/kernels/omaha_range.h"
 #include "eval/omaha_best.h"
+#include "kernels/omaha_cliques.h"
+#include "kernels/omaha_matchup.h"
+#include "kernels/omaha_range.h"
 #include "pokermath/cards.h"
 #include "pokermath/omaha_ranges.h"
 #include "pokermath/poker_logic.h"

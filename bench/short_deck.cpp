@@ -6,7 +6,7 @@
 #include <random>
 
 #include "bench/cards.h"
-#include "equity/holdem_tables.h"
+#include "contracts/holdem_tables.h"
 #include "eval/state_tables.h"
 #include "pokermath/cards.h"
 #include "pokermath/equity.h"

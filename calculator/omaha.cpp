@@ -9,9 +9,9 @@
 
 #include "calculator/choices.h"
 #include "calculator/solvers.h"
-#include "equity/kernels/omaha_cliques.h"
-#include "equity/kernels/omaha_matchup.h"
-#include "equity/kernels/omaha_range.h"
+#include "kernels/omaha_cliques.h"
+#include "kernels/omaha_matchup.h"
+#include "kernels/omaha_range.h"
 
 namespace pokermath {
 namespace {

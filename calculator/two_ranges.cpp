@@ -9,10 +9,10 @@
 
 #include "calculator/choices.h"
 #include "calculator/solvers.h"
-#include "equity/kernels/board_sweep.h"
-#include "equity/kernels/matchup.h"
-#include "equity/kernels/range_matchups.h"
-#include "equity/kernels/runouts.h"
+#include "kernels/board_sweep.h"
+#include "kernels/matchup.h"
+#include "kernels/range_matchups.h"
+#include "kernels/runouts.h"
 
 namespace pokermath {
 namespace {

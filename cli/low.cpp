@@ -8,7 +8,7 @@
 
 #include "cli/command.h"
 #include "cli/omaha_cards.h"
-#include "equity/kernels/hole_cards.h"
+#include "kernels/hole_cards.h"
 #include "pokermath/poker_logic.h"
 
 namespace pokermath::cli {

@@ -14,7 +14,7 @@
 #include "cli/number_text.h"
 #include "cli/omaha_cards.h"
 #include "cli/range_picture.h"
-#include "equity/kernels/hole_cards.h"
+#include "kernels/hole_cards.h"
 #include "pokermath/cards.h"
 #include "pokermath/evaluators.h"
 #include "pokermath/omaha.h"

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "equity/kernels/omaha_every_hand.h"
+#include "kernels/omaha_every_hand.h"
 
 namespace pokermath::cli {
 

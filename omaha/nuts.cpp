@@ -6,7 +6,7 @@
 #include <algorithm>
 
 #include "cards/card_list.h"
-#include "equity/kernels/omaha_cliques.h"
+#include "kernels/omaha_cliques.h"
 #include "omaha/next_card.h"
 #include "platform/isa.h"
 #include "pokermath/omaha.h"

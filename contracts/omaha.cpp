@@ -1,0 +1,192 @@
+// Omaha equity of given hands: PokerLogic's members.
+
+#include <omp.h>
+
+#include <array>
+#include <span>
+#include <vector>
+
+#include "contracts/shares.h"
+#include "contracts/stopwatch.h"
+#include "kernels/hole_cards.h"
+#include "kernels/omaha_cliques.h"
+#include "kernels/omaha_matchup.h"
+#include "kernels/omaha_range.h"
+#include "pokermath/omaha_ranges.h"
+#include "pokermath/poker_logic.h"
+
+namespace pokermath {
+namespace {
+
+double HandVsHand(const int* hand1, int hand_size, const int* hand2, std::span<const int> board,
+                  int& count, int& time) {
+  const Stopwatch stopwatch;
+  std::vector<int> cards(hand1, hand1 + hand_size);
+  cards.insert(cards.end(), hand2, hand2 + hand_size);
+  const SharedTally tally = CountOmahaMatchup(BestIsa(), cards, hand_size, {}, board);
+  count = static_cast<int>(tally.boards);
+  time = stopwatch.Milliseconds();
+  const double wins =
+      static_cast<double>(tally.shared[0]) + 0.5 * static_cast<double>(tally.shared[1]);
+  return wins / static_cast<double>(tally.boards) * 100;
+}
+
+double Hands(const int* hands, int hand_size, int players, int dead, std::span<const int> board,
+             int& count, int& time) {
+  const Stopwatch stopwatch;
+  const std::span<const int> cards = CardsOf(hands, players * hand_size);
+  const SharedTally tally = CountOmahaMatchup(BestIsa(), cards, hand_size,
+                                              CardsOf(hands + players * hand_size, dead), board);
+  count = static_cast<int>(tally.boards);
+  time = stopwatch.Milliseconds();
+  // A tie with one other hand counts in full, as hosts know it.
+  auto score = static_cast<double>(tally.shared[0]);
+  for (std::size_t k = 1; k < tally.shared.size(); ++k) {
+    score += static_cast<double>(tally.shared[k]) / static_cast<double>(k);
+  }
+  return score / static_cast<double>(tally.boards) * 100;
+}
+
+// Percent for a count, and its cases.
+double Percent(const Tally& tally, int& count) {
+  count = static_cast<int>(tally.cases);
+  return ShareOf(tally) * 100;
+}
+
+double AgainstAll(const int* hand, std::span<const int> board, Street street, int& count) {
+  return Percent(CountOmahaAgainstAll(BestIsa(), CardsOf(hand, 4), board, street), count);
+}
+
+// One river after a board of four; nothing for a card that is known.
+Tally CountRiver(const int* hand, const int* board, int river) {
+  std::array<int, 5> complete = {board[0], board[1], board[2], board[3], river};
+  const std::uint64_t known = Bits(CardsOf(hand, 4)) | Bits(CardsOf(board, 4));
+  if ((known & Bit(river)) != 0) return {};
+  return CountOmahaAgainstAll(BestIsa(), CardsOf(hand, 4), complete, Street::kRiver);
+}
+
+bool IsHandSize(std::size_t size) { return size == 4 || size == 5; }
+
+// Hands and boards that can be compared, and those against which all can be.
+bool CanCompare(std::span<const int> cards, int hand_size, std::span<const int> board) {
+  const auto size = static_cast<std::size_t>(hand_size);
+  return IsHandSize(size) && !cards.empty() && cards.size() % size == 0 && board.size() <= 5 &&
+         board.size() != 1 && board.size() != 2;
+}
+bool CanFaceAll(std::span<const int> hand, std::span<const int> board, Street street) {
+  return IsHandSize(hand.size()) && board.size() <= static_cast<std::size_t>(street);
+}
+
+}  // namespace
+
+SharedTally OmahaHands(std::span<const int> cards, int hand_size, std::span<const int> board,
+                       std::span<const int> dead) {
+  if (!CanCompare(cards, hand_size, board)) return {};
+  return CountOmahaMatchup(BestIsa(), cards, hand_size, dead, board);
+}
+
+Tally OmahaHandVsRandom(std::span<const int> hand, std::span<const int> board, Street street,
+                        std::span<const int> dead,
+                        const std::function<bool(std::int64_t, std::int64_t)>& go_on) {
+  if (!CanFaceAll(hand, board, street)) return {};
+  return CountOmahaAgainstAll(BestIsa(), hand, board, street, dead, go_on);
+}
+
+template <int cards>
+Tally OmahaHandVsRange(std::span<const int> hand, const OmahaSpec<cards>& range,
+                       std::span<const int> board, Street street, std::span<const int> dead,
+                       const std::function<bool(std::int64_t, std::int64_t)>& go_on) {
+  if (hand.size() != static_cast<std::size_t>(cards) || !CanFaceAll(hand, board, street)) return {};
+  return OmahaRangeContest<cards>(hand, range.Hands(), board, street, dead).Count(BestIsa(), go_on);
+}
+
+template Tally OmahaHandVsRange<4>(std::span<const int>, const OmahaSpec<4>&, std::span<const int>,
+                                   Street, std::span<const int>,
+                                   const std::function<bool(std::int64_t, std::int64_t)>&);
+template Tally OmahaHandVsRange<5>(std::span<const int>, const OmahaSpec<5>&, std::span<const int>,
+                                   Street, std::span<const int>,
+                                   const std::function<bool(std::int64_t, std::int64_t)>&);
+
+HighLowTally OmahaHighLowHands(std::span<const int> cards, int hand_size,
+                               std::span<const int> board, std::span<const int> dead) {
+  if (!CanCompare(cards, hand_size, board)) return {};
+  return CountHighLowMatchup(BestIsa(), cards, hand_size, dead, board);
+}
+
+HighLowTally OmahaHighLowVsRandom(std::span<const int> hand, std::span<const int> board,
+                                  Street street, std::span<const int> dead,
+                                  const std::function<bool(std::int64_t, std::int64_t)>& go_on) {
+  if (!CanFaceAll(hand, board, street)) return {};
+  return CountHighLowAgainstAll(BestIsa(), hand, board, street, dead, go_on);
+}
+
+}  // namespace pokermath
+
+double PokerLogic::RiverEquityHandVsHandOnPreFlopCommon(int* hand1, int handSize, int* hand2,
+                                                        int& count, int& time) const {
+  return pokermath::HandVsHand(hand1, handSize, hand2, {}, count, time);
+}
+
+double PokerLogic::RiverEquityHandVsHandOnFlopCommon(int* hand1, int handSize, int* hand2,
+                                                     int* board, int boardCount, int& count,
+                                                     int& time) const {
+  count = 0;
+  time = 0;
+  if (boardCount != 3) return 0.0;
+  return pokermath::HandVsHand(hand1, handSize, hand2, {board, 3}, count, time);
+}
+
+double PokerLogic::RiverEquityHandVsHandOnTurnCommon(int* hand1, int handSize, int* hand2,
+                                                     int* board, int, int& count, int& time) const {
+  return pokermath::HandVsHand(hand1, handSize, hand2, {board, 4}, count, time);
+}
+
+double PokerLogic::RiverEquityHandsOnPreFlopCommon(int* hands, int handSize, int players,
+                                                   int deadCount, int& count, int& time) const {
+  return pokermath::Hands(hands, handSize, players, deadCount, {}, count, time);
+}
+
+double PokerLogic::RiverEquityHandsOnFlopCommon(int* hands, int handSize, int players,
+                                                int deadCount, int* board, int& count,
+                                                int& time) const {
+  return pokermath::Hands(hands, handSize, players, deadCount, {board, 3}, count, time);
+}
+
+double PokerLogic::RiverEquityHandsOnTurnCommon(int* hands, int handSize, int players,
+                                                int deadCount, int* board, int& count,
+                                                int& time) const {
+  return pokermath::Hands(hands, handSize, players, deadCount, {board, 4}, count, time);
+}
+
+double PokerLogic::RiverEquityHandVsRandomOnRiver(int* hand, int* board, int& count) const {
+  return pokermath::AgainstAll(hand, {board, 5}, pokermath::Street::kRiver, count);
+}
+
+double PokerLogic::RiverEquityHandVsRandomOnTurn(int* hand, int* board, int& count) const {
+  return pokermath::AgainstAll(hand, {board, 4}, pokermath::Street::kRiver, count);
+}
+
+double FlopEquityHandVsRandomOnFlopFsm5(int* hand, int* flop, int& count) {
+  return pokermath::AgainstAll(hand, {flop, 3}, pokermath::Street::kFlop, count);
+}
+
+double TurnEquityHandVsRandomOnTurnFsm5(int* hand, int* board, int& count) {
+  return pokermath::AgainstAll(hand, {board, 4}, pokermath::Street::kTurn, count);
+}
+
+double RiverEquityHandVsRandomOnTurnFsm5(int* hand, int* board, int& count) {
+  std::array<pokermath::Tally, 52> rivers;
+  omp_set_dynamic(1);
+  // Every index writes its own slot only.
+#pragma omp parallel for schedule(static)
+  for (int river = 0; river < 52; ++river) {
+    rivers[static_cast<std::size_t>(river)] = pokermath::CountRiver(hand, board, river);
+  }
+  pokermath::Tally tally;
+  for (const pokermath::Tally& part : rivers) tally += part;
+  return pokermath::Percent(tally, count);
+}
+
+double RiverEquityHandVsRandomOnRiver_ofsm7(int* hand, int* board, int& count) {
+  return pokermath::AgainstAll(hand, {board, 5}, pokermath::Street::kRiver, count);
+}

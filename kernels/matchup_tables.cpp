@@ -1,0 +1,135 @@
+#include "kernels/matchup_tables.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace pokermath {
+namespace {
+
+std::vector<std::vector<int>> RankMultisets(Deck deck, int size) {
+  std::vector<std::vector<int>> multisets = {{}};
+  for (int i = 0; i < size; ++i) {
+    std::vector<std::vector<int>> longer;
+    for (const std::vector<int>& shorter : multisets) {
+      for (int rank = shorter.empty() ? LowestRank(deck) : shorter.back(); rank < 13; ++rank) {
+        longer.push_back(shorter);
+        longer.back().push_back(rank);
+      }
+    }
+    multisets = std::move(longer);
+  }
+  return multisets;
+}
+
+template <Deck deck>
+std::uint32_t KeyOf(const std::vector<int>& ranks) {
+  std::uint32_t key = 0;
+  for (const int rank : ranks) key += DeckValues<deck>::KeyOf(rank);
+  return key;
+}
+
+template <Deck deck>
+std::uint32_t KeyOf(RankSet ranks) {
+  std::uint32_t key = 0;
+  for (int rank = LowestRank(deck); rank < 13; ++rank) {
+    if ((ranks >> rank & 1) != 0) key += DeckValues<deck>::KeyOf(rank);
+  }
+  return key;
+}
+
+// Sets of `size` ranks, with kNoSet up to full groups.
+std::vector<RankSet> RankSets(Deck deck, int size) {
+  std::vector<RankSet> sets;
+  for (unsigned set = 0; set <= kAllRanks; ++set) {
+    if ((set & AbsentRanks(deck)) != 0) continue;
+    if (__builtin_popcount(set) == size) sets.push_back(static_cast<RankSet>(set));
+  }
+  while (sets.size() % kGroup != 0) sets.push_back(kNoSet);
+  return sets;
+}
+
+template <Deck deck>
+SuitBoards BuildSuitBoards(int suited, int others) {
+  const std::vector<RankSet> sets = RankSets(deck, suited);
+  SuitBoards boards;
+  boards.suited = suited;
+  boards.sets = static_cast<int>(sets.size());
+  boards.rests = RankMultisets(deck, others);
+  for (const std::vector<int>& rest : boards.rests) boards.rest_keys.push_back(KeyOf<deck>(rest));
+  for (const RankSet set : sets) {
+    boards.set_ranks.push_back(static_cast<std::int16_t>(set));
+    boards.set_keys.push_back(KeyOf<deck>(set));
+  }
+  boards.flushes.resize(kHoldings * sets.size());
+  for (RankSet hole = 0; hole <= kAllRanks; ++hole) {
+    if (__builtin_popcount(hole) > 2) continue;
+    std::int16_t* place = &boards.flushes[static_cast<std::size_t>(HoldingOf(hole)) * sets.size()];
+    for (const RankSet set : sets) {
+      *place++ = DeckValues<deck>::OfFlush((set | hole) & kAllRanks);
+    }
+  }
+  return boards;
+}
+
+}  // namespace
+
+template <Deck deck, int kBoard>
+MatchupTables<deck, kBoard>::MatchupTables() : keys_(kSize) {
+  const std::vector<std::vector<int>> multisets = RankMultisets(deck, kBoard);
+  weights_.resize(kSize, 0);
+  counts_.resize(std::size_t{13} * kSize, 0);
+  for (std::size_t i = 0; i < multisets.size(); ++i) {
+    keys_[i] = KeyOf<deck>(multisets[i]);
+    int weight = 1;
+    for (std::size_t rank = 0; rank < 13; ++rank) {
+      const auto held = std::ranges::count(multisets[i], static_cast<int>(rank));
+      weight *= Choose(4, static_cast<int>(held));
+      counts_[rank * kSize + i] = static_cast<std::int16_t>(held);
+    }
+    weights_[i] = static_cast<std::int16_t>(weight);
+  }
+  int suited = 3;
+  for (SuitBoards& boards : suit_boards_) {
+    boards = BuildSuitBoards<deck>(suited, kBoard - suited);
+    ++suited;
+  }
+}
+
+template <Deck deck, int kBoard>
+const MatchupTables<deck, kBoard>& MatchupTables<deck, kBoard>::Get() {
+  static const MatchupTables tables;
+  return tables;
+}
+
+template <Deck deck, int kBoard>
+void MatchupTables<deck, kBoard>::Build(int rank_class, ClassValues& values) const {
+  const auto [low, high] = RanksOf(rank_class);
+  const std::uint32_t hole_key = DeckValues<deck>::KeyOf(high) + DeckValues<deck>::KeyOf(low);
+  const auto value = [hole_key](std::uint32_t key) {
+    return DeckValues<deck>::template OfRanks<kBoard + 2>(hole_key + key);
+  };
+  values.by_multiset.resize(kSize);
+  std::ranges::transform(keys_, values.by_multiset.begin(), value);
+  for (std::size_t i = 0; i < suit_boards_.size(); ++i) {
+    const SuitBoards& boards = suit_boards_[i];
+    Values& table = values.by_suit_boards[i];
+    table.resize(boards.set_keys.size() * boards.rests.size());
+    std::int16_t* place = table.data();
+    for (std::size_t group = 0; group < boards.set_keys.size(); group += kGroup) {
+      for (const std::uint32_t rest_key : boards.rest_keys) {
+        for (std::size_t set = group; set < group + kGroup; ++set) {
+          *place++ = value(rest_key + boards.set_keys[set]);
+        }
+      }
+    }
+  }
+}
+
+template class MatchupTables<Deck::kFull, 3>;
+template class MatchupTables<Deck::kFull, 4>;
+template class MatchupTables<Deck::kFull, 5>;
+template class MatchupTables<Deck::kShort, 3>;
+template class MatchupTables<Deck::kShort, 4>;
+template class MatchupTables<Deck::kShort, 5>;
+
+}  // namespace pokermath

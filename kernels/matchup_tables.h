@@ -1,0 +1,89 @@
+// What the matchup kernel compares: values of hands by ranks alone, and flushes by rank sets.
+//
+// Values are ascending, 16 bits, and laid out in groups of 32: one register of 64 bytes or several
+// narrower ones. Places behind the last value weigh nothing.
+
+#ifndef POKERMATH_KERNELS_MATCHUP_TABLES_H_
+#define POKERMATH_KERNELS_MATCHUP_TABLES_H_
+
+#include <array>
+#include <cstdint>
+#include <mutex>
+#include <vector>
+
+#include "kernels/decks.h"
+#include "kernels/hole_cards.h"
+#include "pokermath/large_table.h"
+
+namespace pokermath {
+
+/// Suited hole cards as a place among 92: none, one rank or two.
+inline constexpr int kHoldings = 92;
+inline int HoldingOf(RankSet ranks) {
+  if (ranks == 0) return 0;
+  const int low = __builtin_ctz(ranks);
+  const int high = 31 - __builtin_clz(ranks);
+  return low == high ? 1 + low : 14 + high * (high - 1) / 2 + low;
+}
+
+inline constexpr int kGroup = 32;
+using Values = LargeTable<std::int16_t>;  // for its alignment
+
+/// Boards with `suited` cards of one suit: a set of ranks in that suit and the rest, a multiset of
+/// ranks in the other suits.
+struct SuitBoards {
+  int suited = 0;
+  int sets = 0;                         ///< a multiple of kGroup
+  std::vector<std::vector<int>> rests;  ///< each as its ranks in rising order
+  Values set_ranks;                     ///< [set]: the rank set itself, or kNoSet
+  Values flushes;                       ///< [holding][set]: the flush of set and hole cards, or 0
+  // Sums of rank keys, to build the values of a class with.
+  std::vector<std::uint32_t> set_keys;
+  std::vector<std::uint32_t> rest_keys;
+};
+
+/// What a rank class makes with every board, suits left aside.
+struct ClassValues {
+  Values by_multiset;
+  std::array<Values, 3> by_suit_boards;  ///< [suited - 3]: [group][rest][set in group]
+};
+
+/// The tables for boards of kBoard cards, 3 to 5. 10 MB when all is built for the river; the values
+/// of a class are built when they are first asked for, by any thread.
+template <Deck deck, int kBoard>
+class MatchupTables {
+ public:
+  static constexpr int kMultisets = Choose(12 - LowestRank(deck) + kBoard, kBoard);
+  static constexpr int kSize = (kMultisets + kGroup - 1) / kGroup * kGroup;
+
+  static const MatchupTables& Get();
+
+  const ClassValues& Of(int rank_class) const {
+    const auto index = static_cast<std::size_t>(rank_class);
+    std::call_once(built_[index], [&] { Build(rank_class, classes_[index]); });
+    return classes_[index];
+  }
+  /// [multiset]: ways to draw it from a full deck.
+  const Values& weights() const { return weights_; }
+  /// [multiset]: cards of that rank in it.
+  const std::int16_t* CountsOf(int rank) const {
+    return &counts_[static_cast<std::size_t>(rank * kSize)];
+  }
+  /// For three suited board cards and more.
+  const std::array<SuitBoards, kBoard - 2>& suit_boards() const { return suit_boards_; }
+
+ private:
+  MatchupTables();
+  void Build(int rank_class, ClassValues& values) const;
+
+  Values weights_;
+  Values counts_;
+  std::vector<std::uint32_t> keys_;  // [multiset]
+  std::array<SuitBoards, kBoard - 2> suit_boards_;
+  mutable std::array<std::once_flag, kRankClasses> built_;
+  mutable std::array<ClassValues, kRankClasses> classes_;
+};
+
+}  // namespace pokermath
+
+#endif  // POKERMATH_KERNELS_MATCHUP_TABLES_H_

@@ -1,0 +1,59 @@
+// An Omaha hand against a given set of hands.
+
+#ifndef POKERMATH_KERNELS_OMAHA_RANGE_H_
+#define POKERMATH_KERNELS_OMAHA_RANGE_H_
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "kernels/omaha_cliques.h"
+#include "platform/isa.h"
+#include "pokermath/equity.h"
+
+namespace pokermath {
+
+/// An Omaha hand, known cards, and the hands of a range that share no card with them.
+///
+/// A case is a way to complete the board and a hand that share no card with each other.
+template <int cards>
+class OmahaRangeContest {
+ public:
+  using Hand = std::array<int, static_cast<std::size_t>(cards)>;
+
+  /// @param hand   as many card codes as the others have
+  /// @param range  card codes in rising order
+  /// @param board  known cards, no more than the street has
+  /// @param dead   cards that nobody holds and that cannot come; all known cards different
+  OmahaRangeContest(std::span<const int> hand, std::vector<Hand> range, std::span<const int> board,
+                    Street street, std::span<const int> dead = {});
+
+  /// The hands that are left.
+  const std::vector<Hand>& hands() const { return hands_; }
+
+  /// @param isa    instructions to use; the machine must have them
+  /// @param go_on  may be empty
+  /// @return no cases if it was stopped
+  Tally Count(Isa isa, const GoOn& go_on = {}) const;
+
+  /// How many of the ways to complete the board share a card with every hand that is left.
+  std::int64_t CountBlockingBoards() const;
+
+ private:
+  template <std::size_t words>
+  Tally CountBlocks(Isa isa, const GoOn& go_on) const;
+
+  std::vector<int> hand_, board_;
+  Street street_;
+  std::uint64_t taken_;
+  std::vector<Hand> hands_;
+};
+
+extern template class OmahaRangeContest<4>;
+extern template class OmahaRangeContest<5>;
+
+}  // namespace pokermath
+
+#endif  // POKERMATH_KERNELS_OMAHA_RANGE_H_

@@ -1,0 +1,40 @@
+// Vector registers of 16-bit numbers, by the compiler's vector extension.
+//
+// A kernel is a template that is inlined into one function for each instruction set.
+
+#ifndef POKERMATH_KERNELS_REGISTERS_H_
+#define POKERMATH_KERNELS_REGISTERS_H_
+
+#include <cstdint>
+#include <cstring>
+
+namespace pokermath {
+
+#define POKERMATH_KERNEL [[gnu::always_inline]] inline
+
+// Registers, and the same for arithmetic modulo 2^16. Comparing two gives -1 in every lane where it
+// is true.
+struct Registers16 {
+  using Register = std::int16_t __attribute__((vector_size(16)));
+  using Modular = std::uint16_t __attribute__((vector_size(16)));
+};
+struct Registers32 {
+  using Register = std::int16_t __attribute__((vector_size(32)));
+  using Modular = std::uint16_t __attribute__((vector_size(32)));
+};
+struct Registers64 {
+  using Register = std::int16_t __attribute__((vector_size(64)));
+  using Modular = std::uint16_t __attribute__((vector_size(64)));
+};
+
+template <typename Register>
+constexpr int kLanes = sizeof(Register) / sizeof(std::int16_t);
+
+template <typename Register>
+POKERMATH_KERNEL void Load(Register& to, const std::int16_t* from) {
+  std::memcpy(&to, from, sizeof to);
+}
+
+}  // namespace pokermath
+
+#endif  // POKERMATH_KERNELS_REGISTERS_H_

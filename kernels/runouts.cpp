@@ -1,0 +1,471 @@
+// One or two cards to come, without dealing them.
+//
+// Leave the suits aside and a run-out is a rank, or two ranks. What a hand makes with each depends
+// on the ranks of its hole cards and the board, so a table of these blocks, one for every multiset
+// of known ranks, answers that. A matchup compares two blocks, each run-out weighted by the number
+// of ways to draw it from the unseen cards.
+//
+// Two ranks are laid out in a circle, so that a block is a few rows of 16 lanes and every run-out
+// is there once: lane x of row d holds the ranks x and x + d, modulo 13, for d from 0 to 6.
+//
+// Flushes are put right afterwards, suit by suit, by the number of cards of the suit that come. A
+// hand that flushes is decided by its ranks of that suit alone, as five cards of a suit leave no
+// room for a full house.
+
+#include "kernels/runouts.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <vector>
+
+#include "kernels/registers.h"
+#include "pokermath/large_table.h"
+
+namespace pokermath {
+namespace {
+
+using Register = Registers32::Register;
+constexpr int kRow = kLanes<Register>;
+constexpr int kDistances = 7;  // of two ranks in the circle of 13, 0 among them
+using Values = LargeTable<std::int16_t>;
+
+// Place of a multiset of ranks among all of its size, by its ranks in rising order.
+constexpr auto kPlaces = [] {
+  std::array<std::array<int, 13>, 6> places{};
+  for (int i = 0; i < 6; ++i) {
+    for (int rank = 0; rank < 13; ++rank) {
+      places[static_cast<std::size_t>(i)][static_cast<std::size_t>(rank)] = Choose(rank + i, i + 1);
+    }
+  }
+  return places;
+}();
+
+// The values of `known` ranks with one or two more.
+template <Deck deck, int known, int to_come>
+class RankBlocks {
+ public:
+  static constexpr int kRows = to_come == 2 ? kDistances : 1;
+
+  static const RankBlocks& Get() {
+    static const RankBlocks blocks;
+    return blocks;
+  }
+  const std::int16_t* Of(int place) const {
+    return &values_[static_cast<std::size_t>(place) * kRows * kRow];
+  }
+
+ private:
+  // The multisets in the order of their places: the highest rank changes last.
+  RankBlocks() {
+    values_.reserve(static_cast<std::size_t>(Choose(12 - kLowest + known, known)) * kRows * kRow);
+    AddMultisets(known, 12, 0);
+  }
+  void AddMultisets(int ranks, int highest, std::uint32_t key) {
+    if (ranks == 0) return AddBlock(key);
+    for (int rank = kLowest; rank <= highest; ++rank) {
+      AddMultisets(ranks - 1, rank, key + DeckValues<deck>::KeyOf(rank));
+    }
+  }
+  void AddBlock(std::uint32_t key) {
+    for (int row = 0; row < kRows; ++row) {
+      for (int lane = 0; lane < kRow; ++lane) {
+        const int other = (lane + row) % 13;
+        const bool present = lane < 13 && std::min(lane, other) >= kLowest;
+        values_.push_back(present ? ValueWith(key, lane, other) : std::int16_t{0});
+      }
+    }
+  }
+  static std::int16_t ValueWith(std::uint32_t key, int rank, int other) {
+    key += DeckValues<deck>::KeyOf(rank);
+    if (to_come == 2) key += DeckValues<deck>::KeyOf(other);
+    return DeckValues<deck>::template OfRanks<known + to_come>(key);
+  }
+
+  static constexpr int kLowest = LowestRank(deck);
+  Values values_;
+};
+
+}  // namespace
+
+// The flushes that a rank set of three to six ranks makes with one more rank or two.
+class FlushBlocks {
+ public:
+  static constexpr int kOneMore = 32;  // lanes: the circle of ranks twice over
+  static constexpr int kSize = kOneMore + (kDistances - 1) * kRow;
+
+  template <Deck deck>
+  static const FlushBlocks& Get() {
+    static const FlushBlocks blocks(DeckValues<deck>::OfFlush);
+    return blocks;
+  }
+  const std::int16_t* OneMore(RankSet set) const {
+    return &values_[static_cast<std::size_t>(places_[set] * kSize)];
+  }
+  std::int16_t Made(RankSet set) const { return OneMore(set)[__builtin_ctz(set)]; }
+  // Row 1 is the first: two ranks of a suit are not equal.
+  const std::int16_t* TwoMore(RankSet set) const { return OneMore(set) + kOneMore - kRow; }
+
+ private:
+  explicit FlushBlocks(std::int16_t (*value)(unsigned ranks)) {
+    for (unsigned set = 0; set <= kAllRanks; ++set) {
+      const int ranks = __builtin_popcount(set);
+      if (ranks < 3 || ranks > 6) continue;
+      places_[set] = static_cast<int>(values_.size()) / kSize;
+      for (int lane = 0; lane < kOneMore; ++lane) values_.push_back(value(set | 1u << lane % 13));
+      for (int row = 1; row < kDistances; ++row) {
+        for (int lane = 0; lane < kRow; ++lane) {
+          values_.push_back(value(set | 1u << lane % 13 | 1u << (lane + row) % 13));
+        }
+      }
+    }
+  }
+
+  std::array<int, kAllRanks + 1> places_{};
+  Values values_;
+};
+
+namespace {
+
+// Ranks by lanes: [row][lane] is the rank of the lane as a set, after `row` steps along the circle.
+// Lanes without a rank hold kNoSet.
+constexpr auto kSets = [] {
+  std::array<std::array<std::int16_t, kRow>, kDistances> sets{};
+  for (int row = 0; row < kDistances; ++row) {
+    for (int lane = 0; lane < kRow; ++lane) {
+      sets[static_cast<std::size_t>(row)][static_cast<std::size_t>(lane)] =
+          static_cast<std::int16_t>(lane < 13 ? 1 << (lane + row) % 13 : kNoSet);
+    }
+  }
+  return sets;
+}();
+
+constexpr void AddRank(RankLanes& lanes, int rank, int number) {
+  for (std::size_t lane = static_cast<std::size_t>(rank); lane < lanes.size(); lane += 13) {
+    lanes[lane] = static_cast<std::int16_t>(lanes[lane] + number);
+  }
+}
+
+// Hole cards of each rank: all of a class, and those that a view leaves to the other suits.
+constexpr auto kClassRanks = [] {
+  std::array<RankLanes, kRankClasses> ranks{};
+  for (const SuitView& view : kViews) {
+    if (view.held != 0) continue;
+    for (const int rank : view.others) {
+      AddRank(ranks[static_cast<std::size_t>(view.rank_class)], rank, 1);
+    }
+  }
+  return ranks;
+}();
+constexpr auto kOtherRanks = [] {
+  std::array<RankLanes, kSuitViews> ranks{};
+  for (std::size_t i = 0; i < kViews.size(); ++i) {
+    for (std::size_t j = 0; j < static_cast<std::size_t>(kViews[i].OtherCount()); ++j) {
+      AddRank(ranks[i], kViews[i].others[j], 1);
+    }
+  }
+  return ranks;
+}();
+
+// Wins and ties lane by lane.
+struct Sums {
+  Register wins{};
+  Register ties{};
+
+  POKERMATH_KERNEL Counts Total() const { return {.wins = Total(wins), .ties = Total(ties)}; }
+
+ private:
+  // All run-outs together are 1,176 at most: 16 bits hold the sum.
+  POKERMATH_KERNEL static int Total(const Register& lanes) {
+    Registers16::Register low;
+    Registers16::Register high;
+    std::memcpy(&low, &lanes, sizeof low);
+    std::memcpy(&high, reinterpret_cast<const char*>(&lanes) + sizeof low, sizeof high);
+    low += high;
+    low += __builtin_shufflevector(low, low, 4, 5, 6, 7, 0, 1, 2, 3);
+    low += __builtin_shufflevector(low, low, 2, 3, 0, 1, 6, 7, 4, 5);
+    return static_cast<std::int16_t>(low[0] + low[1]);
+  }
+};
+
+// Cards of each rank that two hands leave of some, seen from the ranks `row` steps along the
+// circle.
+struct Left {
+  const RankLanes& before;
+  const RankLanes& hand1;
+  const RankLanes& hand2;
+
+  POKERMATH_KERNEL void At(int row, Register& left) const {
+    Register held1;
+    Register held2;
+    Load(left, before.data() + row);
+    Load(held1, hand1.data() + row);
+    Load(held2, hand2.data() + row);
+    left -= held1 + held2;
+  }
+  // Ways to draw the run-outs of a row, all cards being among those counted.
+  POKERMATH_KERNEL void Draw(int to_come, int row, Register& ways) const {
+    Register ranks;
+    Load(ranks, kSets[0].data());
+    At(0, ways);
+    if (to_come == 2 && row == 0) {
+      ways = ways * (ways - 1) >> 1;
+    } else if (to_come == 2) {
+      Register other;
+      At(row, other);
+      ways *= other;
+    }
+    ways &= ranks != kNoSet;
+  }
+};
+
+// Lanes whose rank, `row` steps along, is not in a set.
+POKERMATH_KERNEL void NotIn(std::int16_t set, int row, Register& lanes) {
+  Load(lanes, kSets[static_cast<std::size_t>(row)].data());
+  lanes = (lanes & set) == 0;
+}
+
+POKERMATH_KERNEL Counts Ranks(const KnownBoard& board, int class1, int class2) {
+  const auto index1 = static_cast<std::size_t>(class1);
+  const auto index2 = static_cast<std::size_t>(class2);
+  const Left left{board.unseen, kClassRanks[index1], kClassRanks[index2]};
+  const int rows = board.to_come == 2 ? kDistances : 1;
+  Sums sums;
+  for (int row = 0; row < rows; ++row) {
+    Register v1;
+    Register v2;
+    Register ways;
+    Load(v1, board.values[index1] + row * kRow);
+    Load(v2, board.values[index2] + row * kRow);
+    left.Draw(board.to_come, row, ways);
+    sums.wins += (v1 > v2) & ways;
+    sums.ties += (v1 == v2) & ways;
+  }
+  return sums.Total();
+}
+
+// Two hands as a suit sees them.
+struct Suited {
+  const std::int16_t* values1;
+  const std::int16_t* values2;
+  RankSet set1;  // the board's ranks of the suit and the hand's
+  RankSet set2;
+  std::int16_t dead;  // ranks of the suit that cannot come, and kNoSet
+  Left others;        // unseen cards of the other suits
+  const FlushBlocks& flushes;
+};
+
+// Takes off what the ranks said of the run-outs of a row and adds what is true: f1 and f2 are the
+// flushes of those who have one.
+template <bool flush1, bool flush2>
+POKERMATH_KERNEL void Correct(const Suited& suited, int row, const Register& f1, const Register& f2,
+                              const Register& ways, Sums& sums) {
+  Register v1;
+  Register v2;
+  Load(v1, suited.values1 + row * kRow);
+  Load(v2, suited.values2 + row * kRow);
+  const Register true1 = flush1 ? f1 : v1;
+  const Register true2 = flush2 ? f2 : v2;
+  // A flush never ties with a hand that has none.
+  const Register no_tie{};
+  const Register true_tie = flush1 && flush2 ? Register(f1 == f2) : no_tie;
+  sums.wins += ((v1 > v2) - (true1 > true2)) * ways;
+  sums.ties += ((v1 == v2) - true_tie) * ways;
+}
+
+// Run-outs of two cards of the suit.
+template <bool flush1, bool flush2>
+POKERMATH_KERNEL void CorrectTwo(const Suited& suited, Sums& sums) {
+  for (int row = 1; row < kDistances; ++row) {
+    Register ways;
+    Register alive;
+    Register f1{};
+    Register f2{};
+    NotIn(suited.dead, 0, ways);
+    NotIn(suited.dead, row, alive);
+    if (flush1) Load(f1, suited.flushes.TwoMore(suited.set1) + row * kRow);
+    if (flush2) Load(f2, suited.flushes.TwoMore(suited.set2) + row * kRow);
+    ways &= alive;
+    Correct<flush1, flush2>(suited, row, f1, f2, -ways, sums);
+  }
+}
+
+// Run-outs with one card of the suit; when two cards come, either may be the one.
+template <bool flush1, bool flush2>
+POKERMATH_KERNEL void CorrectOne(const Suited& suited, int to_come, Sums& sums) {
+  const int rows = to_come == 2 ? kDistances : 1;
+  for (int row = 0; row < rows; ++row) {
+    for (const int step : {0, row}) {
+      Register ways;
+      Register f1{};
+      Register f2{};
+      if (to_come == 2) suited.others.At(row - step, ways);
+      Register alive;
+      NotIn(suited.dead, step, alive);
+      ways = to_come == 2 ? ways & alive : -alive;
+      if (flush1) Load(f1, suited.flushes.OneMore(suited.set1) + step);
+      if (flush2) Load(f2, suited.flushes.OneMore(suited.set2) + step);
+      Correct<flush1, flush2>(suited, row, f1, f2, ways, sums);
+      if (row == 0) break;
+    }
+  }
+}
+
+// Run-outs without a card of the suit.
+template <bool flush1, bool flush2>
+POKERMATH_KERNEL void CorrectNone(const Suited& suited, int to_come, Sums& sums) {
+  const Register zero{};
+  const Register f1 = zero + (flush1 ? suited.flushes.Made(suited.set1) : std::int16_t{0});
+  const Register f2 = zero + (flush2 ? suited.flushes.Made(suited.set2) : std::int16_t{0});
+  const int rows = to_come == 2 ? kDistances : 1;
+  for (int row = 0; row < rows; ++row) {
+    Register ways;
+    suited.others.Draw(to_come, row, ways);
+    Correct<flush1, flush2>(suited, row, f1, f2, ways, sums);
+  }
+}
+
+// The corrections where `come` cards of the suit come.
+template <bool flush1, bool flush2>
+POKERMATH_KERNEL void CorrectSuitCards(const Suited& suited, int to_come, int come, Sums& sums) {
+  if (come == 2) {
+    CorrectTwo<flush1, flush2>(suited, sums);
+  } else if (come == 1) {
+    CorrectOne<flush1, flush2>(suited, to_come, sums);
+  } else {
+    CorrectNone<flush1, flush2>(suited, to_come, sums);
+  }
+}
+
+POKERMATH_KERNEL Counts Flushes(const KnownBoard& board, int suit, const SuitView& view1,
+                                const SuitView& view2) {
+  const KnownBoard::Suit& known = board.suits[static_cast<std::size_t>(suit)];
+  const auto view_index = [](const SuitView& view) {
+    return static_cast<std::size_t>(&view - kViews.data());
+  };
+  const Suited suited{
+      .values1 = board.values[static_cast<std::size_t>(view1.rank_class)],
+      .values2 = board.values[static_cast<std::size_t>(view2.rank_class)],
+      .set1 = static_cast<RankSet>(known.held | view1.held),
+      .set2 = static_cast<RankSet>(known.held | view2.held),
+      .dead =
+          static_cast<std::int16_t>(known.held | view1.held | view2.held | board.absent | kNoSet),
+      .others = {known.others, kOtherRanks[view_index(view1)], kOtherRanks[view_index(view2)]},
+      .flushes = *board.flushes};
+  Sums sums;
+  for (int come = 0; come <= board.to_come; ++come) {
+    const bool flush1 = known.held_count + come + view1.held_count >= 5;
+    const bool flush2 = known.held_count + come + view2.held_count >= 5;
+    if (flush1 && flush2) {
+      CorrectSuitCards<true, true>(suited, board.to_come, come, sums);
+    } else if (flush1) {
+      CorrectSuitCards<true, false>(suited, board.to_come, come, sums);
+    } else if (flush2) {
+      CorrectSuitCards<false, true>(suited, board.to_come, come, sums);
+    }
+  }
+  return sums.Total();
+}
+
+Counts RanksBaseline(const KnownBoard& board, int class1, int class2) {
+  return Ranks(board, class1, class2);
+}
+POKERMATH_TARGET_AVX2 Counts RanksAvx2(const KnownBoard& board, int class1, int class2) {
+  return Ranks(board, class1, class2);
+}
+Counts FlushesBaseline(const KnownBoard& board, int suit, const SuitView& view1,
+                       const SuitView& view2) {
+  return Flushes(board, suit, view1, view2);
+}
+POKERMATH_TARGET_AVX2 Counts FlushesAvx2(const KnownBoard& board, int suit, const SuitView& view1,
+                                         const SuitView& view2) {
+  return Flushes(board, suit, view1, view2);
+}
+
+// Fills in the blocks of all rank classes on a board.
+template <Deck deck, int kBoard, int to_come>
+void SetValues(std::span<const int> cards, std::array<const std::int16_t*, kRankClasses>& values) {
+  constexpr int kLowest = LowestRank(deck);
+  const auto& blocks = RankBlocks<deck, kBoard + 2, to_come>::Get();
+  std::array<int, kBoard> ranks;
+  for (std::size_t i = 0; i < ranks.size(); ++i) ranks[i] = cards[i] % 13;
+  std::ranges::sort(ranks);
+  const auto place_of = [](std::size_t before, int rank) {
+    return kPlaces[before][static_cast<std::size_t>(rank - kLowest)];
+  };
+  for (int high = kLowest; high < 13; ++high) {
+    for (int low = kLowest; low <= high; ++low) {
+      // Each rank goes behind those below it.
+      std::size_t below_low = 0;
+      std::size_t below_high = 1;
+      int place = 0;
+      for (std::size_t i = 0; i < ranks.size(); ++i) {
+        below_low += ranks[i] < low ? 1 : 0;
+        below_high += ranks[i] < high ? 1 : 0;
+        const std::size_t before = i + (low <= ranks[i] ? 1 : 0) + (high <= ranks[i] ? 1 : 0);
+        place += place_of(before, ranks[i]);
+      }
+      place += place_of(below_low, low) + place_of(below_high, high);
+      values[static_cast<std::size_t>(RankClassOf(high, low))] = blocks.Of(place);
+    }
+  }
+}
+
+template <Deck deck>
+void SetTables(std::span<const int> cards, KnownBoard& board) {
+  board.flushes = &FlushBlocks::Get<deck>();
+  board.absent = AbsentRanks(deck);
+  if (cards.size() == 4) {
+    SetValues<deck, 4, 1>(cards, board.values);
+  } else if (board.to_come == 2) {
+    SetValues<deck, 3, 2>(cards, board.values);
+  } else {
+    SetValues<deck, 3, 1>(cards, board.values);
+  }
+}
+
+}  // namespace
+
+Runouts::Runouts(Isa isa, Deck deck, std::span<const int> board, int street) : isa_(isa) {
+  board_.to_come = street - static_cast<int>(board.size());
+  board_.live = CardsOf(deck) - 4 - static_cast<int>(board.size());
+  if (deck == Deck::kShort) {
+    SetTables<Deck::kShort>(board, board_);
+  } else {
+    SetTables<Deck::kFull>(board, board_);
+  }
+  for (int rank = LowestRank(deck); rank < 13; ++rank) {
+    AddRank(board_.unseen, rank, 4);
+    for (KnownBoard::Suit& suit : board_.suits) AddRank(suit.others, rank, 3);
+  }
+  for (const int card : board) {
+    const int rank = card % 13;
+    AddRank(board_.unseen, rank, -1);
+    for (int i = 0; i < 4; ++i) {
+      KnownBoard::Suit& suit = board_.suits[static_cast<std::size_t>(i)];
+      if (i != card / 13) {
+        AddRank(suit.others, rank, -1);
+      } else {
+        suit.held = static_cast<RankSet>(suit.held | 1 << rank);
+        ++suit.held_count;
+      }
+    }
+  }
+}
+
+Counts Runouts::CountRanks(int class1, int class2) const {
+  return isa_ == Isa::kBaseline ? RanksBaseline(board_, class1, class2)
+                                : RanksAvx2(board_, class1, class2);
+}
+
+Counts Runouts::CorrectSuit(int suit, const SuitView& view1, const SuitView& view2) const {
+  return isa_ == Isa::kBaseline ? FlushesBaseline(board_, suit, view1, view2)
+                                : FlushesAvx2(board_, suit, view1, view2);
+}
+
+int Runouts::CardsToFlush(int suit) const {
+  return 5 - board_.to_come - board_.suits[static_cast<std::size_t>(suit)].held_count;
+}
+
+int Runouts::Boards() const { return Choose(board_.live, board_.to_come); }
+
+}  // namespace pokermath
