@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <filesystem>
 
-#include "eval/hand_ranks_builder.h"
+#include "contracts/hand_ranks_builder.h"
 #include "pokermath/poker_logic.h"
 
 namespace pokermath {

@@ -7,8 +7,8 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "contracts/hand_ranks_builder.h"
 #include "contracts/holdem_tables.h"
-#include "eval/hand_ranks_builder.h"
 #include "kernels/matchup.h"
 #include "pokermath/cards.h"
 #include "pokermath/poker_logic.h"

@@ -7,7 +7,7 @@
 
 #include "bench/cards.h"
 #include "contracts/holdem_tables.h"
-#include "eval/state_tables.h"
+#include "contracts/state_tables.h"
 #include "pokermath/cards.h"
 #include "pokermath/equity.h"
 #include "pokermath/evaluators.h"

@@ -6,8 +6,8 @@
 
 #include "contracts/cached_matchup.h"
 #include "contracts/cached_opponents.h"
+#include "contracts/state_machines.h"
 #include "contracts/stopwatch.h"
-#include "eval/state_machines.h"
 #include "kernels/matchup.h"
 #include "kernels/range_count.h"
 #include "kernels/trials.h"

@@ -1,4 +1,7 @@
-// Values and hands in words.
+// The categories of values, and values and hands in words.
+
+#include <algorithm>
+#include <array>
 
 #include "platform/text.h"
 #include "pokermath/cards.h"
@@ -6,6 +9,15 @@
 #include "pokermath/poker_logic.h"
 
 namespace pokermath {
+namespace {
+
+// Place of the first limit that a value is below.
+template <std::size_t size>
+int CategoryBelow(int value, const std::array<int, size>& limits) {
+  return static_cast<int>(std::ranges::upper_bound(limits, value) - limits.begin());
+}
+
+}  // namespace
 
 const char* CategoryName(int ascending) {
   static constexpr const char* kNames[11] = {
@@ -41,3 +53,26 @@ std::string HandInWords(std::span<const int> cards) {
 }
 
 }  // namespace pokermath
+
+int Get_rankFsm5(int value) {
+  constexpr std::array<int, 10> kStarts = {1, 1278, 4138, 4996, 5854, 5864, 7141, 7297, 7453, 7462};
+  return pokermath::CategoryBelow(value, kStarts);
+}
+
+int verify_rankFsm5(int value, CString& name) {
+  static constexpr const wchar_t* kNames[11] = {
+      L"Error", L"high card",   L"one pair",     L"two pairs",      L"three of kind", L"straight",
+      L"flush", L"full houses", L"four of kind", L"straight flush", L"Royal Flush"};
+  name = kNames[value > 7462 ? 9 : Get_rankFsm5(value)];
+  return 1;
+}
+
+int Get_rank36(int value) {
+  constexpr std::array<int, 10> kStarts = {1, 121, 625, 877, 883, 1135, 1207, 1327, 1399, 1404};
+  return pokermath::CategoryBelow(value, kStarts);
+}
+
+int Get_rankHoldem6PlusFsm5(int value) {
+  constexpr std::array<int, 10> kStarts = {1, 1278, 4138, 4996, 5006, 5864, 6020, 7297, 7453, 7462};
+  return pokermath::CategoryBelow(value, kStarts);
+}

@@ -13,7 +13,7 @@
 #include <utility>
 #include <vector>
 
-#include "eval/hand_ranks_builder.h"
+#include "contracts/hand_ranks_builder.h"
 #include "kernels/matchup.h"
 #include "kernels/runouts.h"
 #include "platform/isa.h"

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "eval/state_tables.h"
+#include "contracts/state_tables.h"
 #include "kernels/matchup.h"
 #include "kernels/runouts.h"
 #include "platform/isa.h"

@@ -11,7 +11,7 @@
 #include <string>
 #include <utility>
 
-#include "eval/state_machines.h"
+#include "contracts/state_machines.h"
 #include "pokermath/equity.h"
 #include "pokermath/messages.h"
 #include "pokermath/poker_logic.h"

@@ -19,7 +19,7 @@
 #include <string>
 #include <vector>
 
-#include "eval/hand_ranks_builder.h"
+#include "contracts/hand_ranks_builder.h"
 #include "pokermath/messages.h"
 #include "pokermath/poker_logic.h"
 

@@ -15,7 +15,7 @@
 #include <string>
 #include <vector>
 
-#include "eval/state_machines.h"
+#include "contracts/state_machines.h"
 
 namespace pokermath {
 namespace {

@@ -1,6 +1,6 @@
 // Evaluators that walk through a finite-state table.
 
-#include "eval/state_machines.h"
+#include "contracts/state_machines.h"
 
 #include <algorithm>
 
@@ -55,12 +55,6 @@ int WalkShortDeck(const std::uint32_t* table, const int* cards) {
   return missing > 63 ? 0 : static_cast<int>(state);
 }
 
-// Place of the first limit that a value is below.
-template <std::size_t size>
-int CategoryBelow(int value, const std::array<int, size>& limits) {
-  return static_cast<int>(std::ranges::upper_bound(limits, value) - limits.begin());
-}
-
 }  // namespace
 }  // namespace pokermath
 
@@ -69,19 +63,6 @@ int LookupFsm5(int* cards) {
   std::uint32_t state = 52;
   for (int i = 0; i < 5; ++i) state = Step(kFiveCardStates, state, kFiveCardIndexes, cards[i]);
   return static_cast<int>(state);
-}
-
-int Get_rankFsm5(int value) {
-  constexpr std::array<int, 10> kStarts = {1, 1278, 4138, 4996, 5854, 5864, 7141, 7297, 7453, 7462};
-  return pokermath::CategoryBelow(value, kStarts);
-}
-
-int verify_rankFsm5(int value, CString& name) {
-  static constexpr const wchar_t* kNames[11] = {
-      L"Error", L"high card",   L"one pair",     L"two pairs",      L"three of kind", L"straight",
-      L"flush", L"full houses", L"four of kind", L"straight flush", L"Royal Flush"};
-  name = kNames[value > 7462 ? 9 : Get_rankFsm5(value)];
-  return 1;
 }
 
 int get_rank7(int* hole, int* board) {
@@ -112,11 +93,6 @@ int LookupHoldem6PlusFsm5(int* cards) {
   return pokermath::ToShortDeckOrder(LookupFsm5(cards));
 }
 
-int Get_rankHoldem6PlusFsm5(int value) {
-  constexpr std::array<int, 10> kStarts = {1, 1278, 4138, 4996, 5006, 5864, 6020, 7297, 7453, 7462};
-  return pokermath::CategoryBelow(value, kStarts);
-}
-
 int eval_7hand6PlusFsm5(int* cards) {
   int best = 0;
   for (int out1 = 0; out1 < 6; ++out1) {
@@ -130,11 +106,6 @@ int eval_7hand6PlusFsm5(int* cards) {
     }
   }
   return best;
-}
-
-int Get_rank36(int value) {
-  constexpr std::array<int, 10> kStarts = {1, 121, 625, 877, 883, 1135, 1207, 1327, 1399, 1404};
-  return pokermath::CategoryBelow(value, kStarts);
 }
 
 int eval_rank5_via_fsm5(const int* cards) {

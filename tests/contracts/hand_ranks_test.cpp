@@ -17,7 +17,7 @@
 #include <utility>
 #include <vector>
 
-#include "eval/hand_ranks_builder.h"
+#include "contracts/hand_ranks_builder.h"
 #include "platform/text.h"
 #include "pokermath/cards.h"
 #include "pokermath/poker_logic.h"

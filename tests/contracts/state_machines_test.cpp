@@ -14,7 +14,7 @@
 #include <type_traits>
 #include <vector>
 
-#include "eval/state_tables.h"
+#include "contracts/state_tables.h"
 #include "platform/text.h"
 #include "pokermath/evaluators.h"
 #include "pokermath/messages.h"

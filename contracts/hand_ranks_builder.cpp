@@ -9,7 +9,7 @@
 // The rows of six cards hold hand values. Without suits a value follows from the sum of rank keys;
 // with four or more cards of a suit known, a flush replaces it wherever the card makes one.
 
-#include "eval/hand_ranks_builder.h"
+#include "contracts/hand_ranks_builder.h"
 
 #include <algorithm>
 #include <array>

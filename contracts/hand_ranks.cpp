@@ -7,7 +7,7 @@
 #include <functional>
 #include <utility>
 
-#include "eval/hand_ranks_builder.h"
+#include "contracts/hand_ranks_builder.h"
 #include "eval/scales.h"
 #include "platform/text.h"
 #include "pokermath/poker_logic.h"

@@ -1,7 +1,7 @@
 // Generating and checking the HandRanks state table.
 
-#ifndef POKERMATH_EVAL_HAND_RANKS_BUILDER_H_
-#define POKERMATH_EVAL_HAND_RANKS_BUILDER_H_
+#ifndef POKERMATH_CONTRACTS_HAND_RANKS_BUILDER_H_
+#define POKERMATH_CONTRACTS_HAND_RANKS_BUILDER_H_
 
 #include <cstddef>
 #include <cstdint>
@@ -41,4 +41,4 @@ bool SaveHandRanks(const std::string& path, const LargeTable<std::uint32_t>& ent
 
 }  // namespace pokermath
 
-#endif  // POKERMATH_EVAL_HAND_RANKS_BUILDER_H_
+#endif  // POKERMATH_CONTRACTS_HAND_RANKS_BUILDER_H_

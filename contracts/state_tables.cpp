@@ -4,7 +4,7 @@
 // board comes first, and its suits matter as long as three cards of one can come; a hole card
 // matters by its suit only if the board has three of it.
 
-#include "eval/state_tables.h"
+#include "contracts/state_tables.h"
 
 #include <algorithm>
 #include <unordered_map>

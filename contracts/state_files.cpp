@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "eval/state_machines.h"
+#include "contracts/state_machines.h"
 #include "platform/files.h"
 #include "platform/large_pages.h"
 #include "platform/messages.h"

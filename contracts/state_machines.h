@@ -1,7 +1,7 @@
 // The files of the finite-state tables that are loaded into `fsm5` and `ofsm_omaha7`.
 
-#ifndef POKERMATH_EVAL_STATE_MACHINES_H_
-#define POKERMATH_EVAL_STATE_MACHINES_H_
+#ifndef POKERMATH_CONTRACTS_STATE_MACHINES_H_
+#define POKERMATH_CONTRACTS_STATE_MACHINES_H_
 
 #include <array>
 #include <cstddef>
@@ -48,4 +48,4 @@ std::uint32_t* LoadStates(const StateFile& file, const std::string& path, bool& 
 
 }  // namespace pokermath
 
-#endif  // POKERMATH_EVAL_STATE_MACHINES_H_
+#endif  // POKERMATH_CONTRACTS_STATE_MACHINES_H_

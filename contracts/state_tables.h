@@ -1,12 +1,12 @@
 // Working out the finite-state tables that are kept in files.
 
-#ifndef POKERMATH_EVAL_STATE_TABLES_H_
-#define POKERMATH_EVAL_STATE_TABLES_H_
+#ifndef POKERMATH_CONTRACTS_STATE_TABLES_H_
+#define POKERMATH_CONTRACTS_STATE_TABLES_H_
 
 #include <cstdint>
 #include <functional>
 
-#include "eval/state_machines.h"
+#include "contracts/state_machines.h"
 
 namespace pokermath {
 
@@ -20,4 +20,4 @@ StateEntries BuildStates(const StateFile& file,
 
 }  // namespace pokermath
 
-#endif  // POKERMATH_EVAL_STATE_TABLES_H_
+#endif  // POKERMATH_CONTRACTS_STATE_TABLES_H_
