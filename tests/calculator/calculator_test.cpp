@@ -8,6 +8,7 @@
 #include <numeric>
 
 #include "calculator/solvers.h"
+#include "calculator/suit_symmetry.h"
 #include "eval/worth.h"
 #include "tests/calculator/random_question.h"
 #include "tests/eval/oracle.h"
@@ -435,6 +436,28 @@ TEST(PlainSlow, WeighsHoldingsAfterBlockedOnesAreGone) {
       Calculate({.players = {Holdings("AA,22"), Holdings("AA,KK")}, .method = Method::kExact});
   ASSERT_TRUE(blocked);
   EXPECT_NEAR(blocked->players[0].total.equity, 0.398684, 5e-7);
+}
+
+TEST(SuitSymmetry, IsWhatBoardCardsAndWeightsLeave) {
+  const auto renamings = [](const EquityQuestion& question) {
+    return SuitSymmetry(*Check(question)).renamings().size();
+  };
+  const HandRange some = Holdings("AKs,QQ+,T9o"), every = HandRange::Every(Game::kHoldem);
+  EXPECT_EQ(renamings({.players = {some, every}}), 24u);
+  EXPECT_EQ(renamings({.players = {some, every}, .board = Cards("2c7dTh")}), 1u);
+  EXPECT_EQ(renamings({.players = {some, every}, .board = Cards("2c7cTc")}), 6u);
+  EXPECT_EQ(renamings({.players = {some, every}, .dead = Cards("2c2h")}), 4u);
+  EXPECT_EQ(renamings({.players = {some, Hand("AhKd")}}), 2u);
+  EXPECT_EQ(renamings({.players = {some, every}, .folded = {Holdings("AsKs,AdKd")}}), 4u);
+  std::vector<WeightedHand> weighted = ListOf(some);
+  weighted[0].weight = 1;
+  EXPECT_LT(renamings({.players = {HandRange(Game::kHoldem, weighted), every}}), 24u);
+  // Clubs with diamonds and hearts with spades, but neither alone.
+  const SuitSymmetry two(*Check({.players = {Holdings("AcKh,AdKs"), every}}));
+  ASSERT_EQ(two.renamings().size(), 2u);
+  EXPECT_EQ(two.AlikeTo(Cards("2c7h")), (std::vector<CardSet>{Cards("2c7h"), Cards("2d7s")}));
+  EXPECT_EQ(two.FirstOf(Cards("2d7s")), Cards("2c7h"));
+  EXPECT_EQ(two.AlikeTo(Cards("2c2d")).size(), 1u);
 }
 
 // Compares every solver with plain enumeration on random questions that it knows; how often each
