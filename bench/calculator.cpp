@@ -70,6 +70,12 @@ EquityQuestion WeightedQuestion(const char* board) {
   return question;
 }
 
+EquityQuestion NextQuestion(const char* board) {
+  EquityQuestion question = QuestionOf({"15%", "15%"}, board);
+  question.detail = {.next = true};
+  return question;
+}
+
 const EquityQuestion kPreflop = QuestionOf({"15%", "15%"}, "");
 const EquityQuestion kRandomPreflop = QuestionOf({"random", "random"}, "");
 const EquityQuestion kFlop = WeightedQuestion("2c7dTh");
@@ -77,6 +83,8 @@ const EquityQuestion kSuitedFlop = WeightedQuestion("2c7cTc");
 const EquityQuestion kTurn = WeightedQuestion("2c7dThJs");
 const EquityQuestion kRiver = WeightedQuestion("2c7dThJs3d");
 const EquityQuestion kRandomFlop = QuestionOf({"random", "random"}, "2c7dTh");
+const EquityQuestion kByFlops = NextQuestion("");
+const EquityQuestion kByTurns = NextQuestion("2c7dTh");
 const EquityQuestion kThreeHands = QuestionOf({"AhKd", "7s7c", "QhJh"}, "");
 const EquityQuestion kSixHands = QuestionOf({"AhKd", "7s7c", "QhJh", "2c2d", "9h8h", "AsTs"}, "");
 const EquityQuestion kThreeRangesTurn = QuestionOf({"15%", "15%", "15%"}, "2c7dThJs");
@@ -97,6 +105,9 @@ POKERMATH_PLAIN(Turn);
 POKERMATH_ANSWERED(River);
 POKERMATH_PLAIN(River);
 POKERMATH_ANSWERED(RandomFlop);
+POKERMATH_ANSWERED(ByFlops);
+POKERMATH_ANSWERED(ByTurns);
+POKERMATH_PLAIN(ByTurns);
 POKERMATH_ANSWERED(ThreeHands);
 POKERMATH_PLAIN(ThreeHands);
 POKERMATH_ANSWERED(SixHands);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <string>
 #include <utility>
 
@@ -20,20 +19,6 @@ constexpr std::int64_t kFirstStop = 16;  // steps of sampling before their error
 // so many without a single one that fits. Some minutes, and some seconds.
 constexpr std::int64_t kMostAttempts = std::int64_t{1} << 32;
 constexpr std::int64_t kMostFutileAttempts = std::int64_t{1} << 26;
-
-struct Choice {
-  const Solver* solver = nullptr;
-  double cost = std::numeric_limits<double>::infinity();
-};
-
-Choice CheapestFor(const CheckedQuestion& question) {
-  Choice best;
-  for (const Solver& solver : Solvers()) {
-    const std::optional<double> cost = solver.cost(question);
-    if (cost && *cost < best.cost) best = {&solver, *cost};
-  }
-  return best;
-}
 
 // Standard error of a mean, from how many there were, their sum and that of their squares.
 std::optional<double> StandardErrorOf(Int128 count, Int128 sum, Int128 squares) {
@@ -285,7 +270,7 @@ Result<Calculation> Plan(const EquityQuestion& question) {
   if (question.method == Method::kSampled) {
     return Calculation(shared, StartSampling(shared), "as asked for");
   }
-  const Choice choice = CheapestFor(*shared);
+  const SolverChoice choice = CheapestFor(*shared);
   if (question.method == Method::kExact) {
     if (choice.solver != nullptr) {
       return Calculation(shared, choice.solver->start(shared), "as asked for");

@@ -10,9 +10,19 @@ std::span<const Solver> Solvers() {
       {OmahaHandsCost, StartOmahaHands},
       {OmahaAgainstEveryCost, StartOmahaAgainstEvery},
       {OmahaAgainstRangeCost, StartOmahaAgainstRange},
+      {NextBoardsCost, StartNextBoards},
       {PlainCost, StartPlain},
   };
   return kSolvers;
+}
+
+SolverChoice CheapestFor(const CheckedQuestion& question) {
+  SolverChoice cheapest;
+  for (const Solver& solver : Solvers()) {
+    const std::optional<double> cost = solver.cost(question);
+    if (cost && *cost < cheapest.cost) cheapest = {&solver, *cost};
+  }
+  return cheapest;
 }
 
 }  // namespace pokermath

@@ -4,6 +4,7 @@
 #define POKERMATH_CALCULATOR_SOLVERS_H_
 
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <span>
@@ -36,8 +37,14 @@ struct Solver {
   std::unique_ptr<const Work> (*start)(const QuestionPointer& question);
 };
 
-/// All of them. The cheapest one is taken.
+/// All of them.
 std::span<const Solver> Solvers();
+
+struct SolverChoice {
+  const Solver* solver = nullptr;  ///< nothing where no solver knows the question
+  double cost = std::numeric_limits<double>::infinity();
+};
+SolverChoice CheapestFor(const CheckedQuestion& question);
 
 // Plain enumeration: every question, the slow way.
 std::optional<double> PlainCost(const CheckedQuestion& question);
@@ -52,6 +59,10 @@ std::unique_ptr<const Work> StartBoards(const QuestionPointer& question);
 // One hand each, board by board, in games without lows.
 std::optional<double> HandsCost(const CheckedQuestion& question);
 std::unique_ptr<const Work> StartHands(const QuestionPointer& question);
+
+// By what comes next, each next board as a question of its own.
+std::optional<double> NextBoardsCost(const CheckedQuestion& question);
+std::unique_ptr<const Work> StartNextBoards(const QuestionPointer& question);
 
 // Omaha hands against each other; one against every hand; one against the hands of a range.
 std::optional<double> OmahaHandsCost(const CheckedQuestion& question);
