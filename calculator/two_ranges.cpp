@@ -4,6 +4,7 @@
 // every board that can come, whatever is dead.
 
 #include <algorithm>
+#include <bitset>
 #include <memory>
 #include <vector>
 
@@ -94,6 +95,17 @@ class TwoRangesWork : public Work {
 
 // --- by classes ---
 
+// Rank classes of which a range has hands.
+int ClassesOf(const Side& side) {
+  if (!side.IsListed()) return kRankClasses;
+  std::bitset<kRankClasses> classes;
+  for (const WeightedHand& hand : side.range.hands()) {
+    classes.set(static_cast<std::size_t>(
+        RankClassOf(*hand.cards.begin() % 13, *++hand.cards.begin() % 13)));
+  }
+  return static_cast<int>(classes.count());
+}
+
 Deck DeckOf(const GameRules& rules) { return rules.IsShortDeck() ? Deck::kShort : Deck::kFull; }
 
 class ClassesWork final : public TwoRangesWork {
@@ -168,11 +180,10 @@ std::optional<double> ClassesCost(const CheckedQuestion& question) {
       question.to_come() == 0) {
     return std::nullopt;
   }
-  const auto size1 = static_cast<double>(question.players()[0].range.size());
-  const auto size2 = static_cast<double>(question.players()[1].range.size());
-  const auto classes = [](double hands) { return std::min<double>(hands, kRankClasses); };
-  const double of_classes = question.board().empty() ? 1500 : 300;
-  return 1000 + of_classes * classes(size1) * classes(size2) + 4 * size1 * size2;
+  const Side &side1 = question.players()[0], &side2 = question.players()[1];
+  const bool is_empty = question.board().empty();
+  return 1000 + (is_empty ? 1500 : 100) * ClassesOf(side1) * ClassesOf(side2) +
+         (is_empty ? 4.0 : 3.0) * static_cast<double>(side1.range.size() * side2.range.size());
 }
 
 std::unique_ptr<const Work> StartClasses(const QuestionPointer& question) {
