@@ -87,6 +87,9 @@ const EquityQuestion kByFlops = NextQuestion("");
 const EquityQuestion kByTurns = NextQuestion("2c7dTh");
 const EquityQuestion kThreeHands = QuestionOf({"AhKd", "7s7c", "QhJh"}, "");
 const EquityQuestion kSixHands = QuestionOf({"AhKd", "7s7c", "QhJh", "2c2d", "9h8h", "AsTs"}, "");
+const EquityQuestion kTenHands = QuestionOf(
+    {"AhKd", "7s7c", "QhJh", "2c2d", "9h8h", "AsTs", "QdJd", "AcKc", "5s5h", "KsQs"}, "");
+const EquityQuestion kThreeHandsFlop = QuestionOf({"AhKd", "7s7c", "QhJh"}, "2c7dTh");
 const EquityQuestion kThreeRangesTurn = QuestionOf({"15%", "15%", "15%"}, "2c7dThJs");
 const EquityQuestion kThreeRangesRiver = QuestionOf({"15%", "15%", "15%"}, "2c7dThJs3d");
 
@@ -111,6 +114,9 @@ POKERMATH_PLAIN(ByTurns);
 POKERMATH_ANSWERED(ThreeHands);
 POKERMATH_PLAIN(ThreeHands);
 POKERMATH_ANSWERED(SixHands);
+POKERMATH_PLAIN(SixHands);
+POKERMATH_ANSWERED(TenHands);
+POKERMATH_ANSWERED(ThreeHandsFlop);
 POKERMATH_ANSWERED(ThreeRangesTurn);
 POKERMATH_ANSWERED(ThreeRangesRiver);
 

@@ -10,6 +10,7 @@
 #include "contracts/hand_ranks_builder.h"
 #include "contracts/holdem_tables.h"
 #include "kernels/matchup.h"
+#include "kernels/several_hands.h"
 #include "pokermath/cards.h"
 #include "pokermath/poker_logic.h"
 
@@ -123,6 +124,25 @@ void BM_Matchup(benchmark::State& state) {
 BENCHMARK(BM_Matchup)
     ->ArgNames({"hands", "board", "isa"})
     ->ArgsProduct({{0, 1, 2}, {4, 5}, {0, 1, 2}})
+    ->Unit(benchmark::kMicrosecond);
+
+// The first so many hands of some; dealt out by BM_CalculatorPlain.
+void BM_SeveralHands(benchmark::State& state) {
+  const std::vector<int> cards =
+      ParseCards("AhKd 7s7c QhJh 2c2d 9h8h AsTs QdJd AcKc 5s5h KsQs").cards;
+  const auto isa = static_cast<Isa>(state.range(1));
+  std::vector<CardSet> hands;
+  for (std::size_t i = 0; i < static_cast<std::size_t>(state.range(0)); ++i)
+    hands.push_back({cards[2 * i], cards[2 * i + 1]});
+  std::vector<std::int64_t> times(std::size_t{1} << hands.size());
+  for (auto _ : state) {
+    CountSeveralHands(isa, Deck::kFull, hands, {}, Street::kRiver, times);
+    benchmark::DoNotOptimize(times.data());
+  }
+}
+BENCHMARK(BM_SeveralHands)
+    ->ArgNames({"hands", "isa"})
+    ->ArgsProduct({{2, 3, 4, 6, 10}, {0, 1, 2}})
     ->Unit(benchmark::kMicrosecond);
 
 void BM_MatchupOnFlop(benchmark::State& state) {

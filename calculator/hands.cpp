@@ -1,7 +1,8 @@
-// One hand each: every board that can come.
+// One hand each: before the flop by the ranks of boards, and else every board that can come.
 //
-// A board is one or two high cards and three below them, from the list of all threes, where those
-// below a card are a run at its start. A step is the boards of the same high cards.
+// For the latter a board is one or two high cards and three below them, from the list of all
+// threes, where those below a card are a run at its start. A step is the boards of the same high
+// cards.
 
 #include <algorithm>
 #include <memory>
@@ -10,6 +11,7 @@
 #include "calculator/choices.h"
 #include "calculator/sharers.h"
 #include "calculator/solvers.h"
+#include "kernels/several_hands.h"
 
 namespace pokermath {
 namespace {
@@ -64,14 +66,56 @@ class HandsWork final : public Work {
   std::vector<DealtCards> low_sets_;
 };
 
+class RankBoardsWork final : public Work {
+ public:
+  explicit RankBoardsWork(const QuestionPointer& question)
+      : question_(question), settler_(*question) {
+    static_assert(kMostHands == kMostPlayers);
+    for (const Side& side : question->players()) hands_.push_back(side.range.hands()[0].cards);
+  }
+
+  const char* name() const override { return "hands by the ranks of boards"; }
+  Method method() const override { return Method::kExact; }
+  std::int64_t steps() const override { return 1; }
+
+  void Do(std::int64_t, std::span<Int128> sums) const override {
+    std::vector<std::int64_t> times(std::size_t{1} << hands_.size());
+    const Deck deck = question_->rules().IsShortDeck() ? Deck::kShort : Deck::kFull;
+    CountSeveralHands(BestIsa(), deck, hands_, question_->dead(), question_->asked().street, times);
+    for (unsigned sharers = 1; sharers < times.size(); ++sharers) {
+      if (times[sharers] > 0) settler_.AddSharers(sharers, times[sharers], sums);
+    }
+  }
+
+ private:
+  QuestionPointer question_;
+  Settler settler_;
+  std::vector<CardSet> hands_;
+};
+
+// Whether it is one hand each, in a game without lows, and only the totals are asked for.
+bool IsOfHands(const CheckedQuestion& question) {
+  const Detail& detail = question.asked().detail;
+  return !question.rules().high_low && !detail.hands && !detail.next && !detail.made &&
+         question.folded().empty() && std::ranges::all_of(question.players(), &Side::IsOneHand);
+}
+
 }  // namespace
 
+std::optional<double> RankBoardsCost(const CheckedQuestion& question) {
+  const GameRules& rules = question.rules();
+  const bool knows_rules =
+      rules.hand_size == 2 && !(rules.IsShortDeck() && rules.straight_over_trips);
+  if (!IsOfHands(question) || !knows_rules || !question.board().empty()) return std::nullopt;
+  return 2000 + 2000 * static_cast<double>(question.players().size());
+}
+
+std::unique_ptr<const Work> StartRankBoards(const QuestionPointer& question) {
+  return std::make_unique<RankBoardsWork>(question);
+}
+
 std::optional<double> HandsCost(const CheckedQuestion& question) {
-  const Detail& detail = question.asked().detail;
-  if (question.rules().high_low || detail.hands || detail.next || detail.made ||
-      !question.folded().empty() || !std::ranges::all_of(question.players(), &Side::IsOneHand)) {
-    return std::nullopt;
-  }
+  if (!IsOfHands(question)) return std::nullopt;
   const int players = static_cast<int>(question.players().size());
   const int live = question.live().size() - players * question.rules().hand_size;
   const double of_hand = question.rules().IsOmaha() ? 40 : question.rules().IsShortDeck() ? 15 : 2;

@@ -6,6 +6,7 @@ std::span<const Solver> Solvers() {
   static constexpr Solver kSolvers[] = {
       {ClassesCost, StartClasses},
       {BoardsCost, StartBoards},
+      {RankBoardsCost, StartRankBoards},
       {HandsCost, StartHands},
       {OmahaHandsCost, StartOmahaHands},
       {OmahaAgainstEveryCost, StartOmahaAgainstEvery},

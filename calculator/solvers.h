@@ -56,7 +56,10 @@ std::unique_ptr<const Work> StartClasses(const QuestionPointer& question);
 std::optional<double> BoardsCost(const CheckedQuestion& question);
 std::unique_ptr<const Work> StartBoards(const QuestionPointer& question);
 
-// One hand each, board by board, in games without lows.
+// One hand each, in games without lows: by the ranks of boards, before the flop of a two-card game;
+// and board by board.
+std::optional<double> RankBoardsCost(const CheckedQuestion& question);
+std::unique_ptr<const Work> StartRankBoards(const QuestionPointer& question);
 std::optional<double> HandsCost(const CheckedQuestion& question);
 std::unique_ptr<const Work> StartHands(const QuestionPointer& question);
 

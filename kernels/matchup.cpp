@@ -116,28 +116,13 @@ POKERMATH_KERNEL Suited Join(const SuitView& view1, const SuitView& view2) {
   return suited;
 }
 
-// Ways to draw each rest from the other suits.
-POKERMATH_KERNEL void WeighRests(const SuitBoards& boards, const Suited& suited,
-                                 std::int16_t* weights) {
-  for (const std::vector<int>& rest : boards.rests) {
-    int weight = 1;
-    int repeated = -1;
-    for (const int rank : rest) {
-      const int left = suited.others[static_cast<std::size_t>(rank)];
-      weight = rank == repeated ? left * (left - 1) / 2 : weight * left;
-      repeated = rank;
-    }
-    *weights++ = static_cast<std::int16_t>(weight);
-  }
-}
-
 // Adds what flushes change on boards with boards.suited cards of a suit. values1 and values2 are
 // what the hands' classes make with these boards.
 template <typename Register, bool flush1, bool flush2>
 POKERMATH_KERNEL void CorrectFlushes(const SuitBoards& boards, const Suited& suited,
                                      const Values& values1, const Values& values2, Counts& counts) {
   std::int16_t weights[kRankClasses];
-  WeighRests(boards, suited, weights);
+  WeighRests(boards, suited.others, weights);
   const auto rests = static_cast<int>(boards.rests.size());
   const auto dead = static_cast<std::int16_t>(suited.held1 | suited.held2 | kNoSet);
   const std::int16_t* flushes1 =

@@ -13,6 +13,7 @@
 
 #include "kernels/decks.h"
 #include "kernels/hole_cards.h"
+#include "kernels/registers.h"
 #include "pokermath/large_table.h"
 
 namespace pokermath {
@@ -41,6 +42,23 @@ struct SuitBoards {
   std::vector<std::uint32_t> set_keys;
   std::vector<std::uint32_t> rest_keys;
 };
+
+/// Ways to draw each rest from other suits.
+///
+/// @param others  cards of each rank that are left in them
+POKERMATH_KERNEL void WeighRests(const SuitBoards& boards, const std::array<int, 13>& others,
+                                 std::int16_t* weights) {
+  for (const std::vector<int>& rest : boards.rests) {
+    int weight = 1;
+    int repeated = -1;
+    for (const int rank : rest) {
+      const int left = others[static_cast<std::size_t>(rank)];
+      weight = rank == repeated ? left * (left - 1) / 2 : weight * left;
+      repeated = rank;
+    }
+    *weights++ = static_cast<std::int16_t>(weight);
+  }
+}
 
 /// What a rank class makes with every board, suits left aside.
 struct ClassValues {

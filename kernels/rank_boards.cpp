@@ -1,0 +1,133 @@
+#include "kernels/rank_boards.h"
+
+#include <algorithm>
+#include <span>
+
+namespace pokermath {
+namespace {
+
+struct Pattern {
+  int head_ranks;
+  int times;
+  Tail tail;
+  bool below;  // all ranks of the tail are below those of the head
+};
+
+std::span<const Pattern> PatternsOf(int board) {
+  static constexpr Pattern kThree[] = {
+      {0, 0, Tail::kThree, false}, {1, 2, Tail::kOne, false}, {1, 3, Tail::kNone, false}};
+  static constexpr Pattern kFour[] = {{1, 1, Tail::kThree, true},
+                                      {1, 2, Tail::kTwo, false},
+                                      {1, 2, Tail::kPair, true},
+                                      {1, 3, Tail::kOne, false},
+                                      {1, 4, Tail::kNone, false}};
+  static constexpr Pattern kFive[] = {{2, 1, Tail::kThree, true}, {1, 2, Tail::kThree, false},
+                                      {2, 2, Tail::kOne, false},  {1, 3, Tail::kTwo, false},
+                                      {1, 3, Tail::kPair, false}, {1, 4, Tail::kOne, false}};
+  if (board == 3) return kThree;
+  if (board == 4) return kFour;
+  return kFive;
+}
+
+template <Deck deck>
+class Builder {
+ public:
+  explicit Builder(int board) {
+    for (int tail = 0; tail < kTails; ++tail) {
+      AddTails(static_cast<Tail>(tail), boards_.tails[static_cast<std::size_t>(tail)]);
+    }
+    for (const Pattern& pattern : PatternsOf(board)) AddHeads(pattern);
+    boards_.size = (boards_.size + kGroup - 1) / kGroup * kGroup;
+  }
+
+  const RankBoards& boards() const { return boards_; }
+
+ private:
+  static void AddTails(Tail tail, std::vector<std::int16_t>& sets) {
+    for (int set = 0; set <= kAllRanks; ++set) {
+      if ((set & AbsentRanks(deck)) != 0 ||
+          __builtin_popcount(static_cast<unsigned>(set)) != RanksIn(tail))
+        continue;
+      sets.push_back(static_cast<std::int16_t>(set));
+    }
+    sets.resize(sets.size() + kGroup, static_cast<std::int16_t>(kAllRanks));
+  }
+
+  void AddHeads(const Pattern& pattern) {
+    if (pattern.head_ranks == 0) return AddBlock(pattern, {});
+    for (int high = 12; high >= LowestRank(deck); --high) {
+      if (pattern.head_ranks == 1) AddBlock(pattern, {high, high});
+      for (int low = high - 1; pattern.head_ranks == 2 && low >= LowestRank(deck); --low) {
+        AddBlock(pattern, {high, low});
+      }
+    }
+  }
+
+  void AddBlock(const Pattern& pattern, const std::array<int, 2>& head) {
+    int tails = 13 - LowestRank(deck);
+    if (pattern.below) tails = head[1] - LowestRank(deck);
+    const int size = Choose(tails, RanksIn(pattern.tail));
+    if (size <= 0) return;
+    boards_.blocks.push_back({.head = head,
+                              .head_ranks = pattern.head_ranks,
+                              .times = pattern.times,
+                              .tail = pattern.tail,
+                              .size = size,
+                              .first = boards_.size});
+    boards_.size += size;
+  }
+
+  RankBoards boards_;
+};
+
+template <Deck deck>
+std::uint32_t KeyOf(const RankBoards& boards, const BoardBlock& block, int place) {
+  std::uint32_t key = 0;
+  const auto add = [&key](int rank, int times) {
+    key += static_cast<std::uint32_t>(times) * DeckValues<deck>::KeyOf(rank);
+  };
+  for (int i = 0; i < block.head_ranks; ++i)
+    add(block.head[static_cast<std::size_t>(i)], block.times);
+  const int tail =
+      boards.tails[static_cast<std::size_t>(block.tail)][static_cast<std::size_t>(place)];
+  for (int rank = 0; rank < 13; ++rank) {
+    if ((tail >> rank & 1) != 0) add(rank, block.tail == Tail::kPair ? 2 : 1);
+  }
+  return key;
+}
+
+}  // namespace
+
+template <Deck deck, int kBoard>
+RankBoardTables<deck, kBoard>::RankBoardTables() : boards_(Builder<deck>(kBoard).boards()) {
+  for (const BoardBlock& block : boards_.blocks) {
+    for (int place = 0; place < block.size; ++place)
+      keys_.push_back(KeyOf<deck>(boards_, block, place));
+  }
+  keys_.resize(static_cast<std::size_t>(boards_.size), keys_[0]);
+}
+
+template <Deck deck, int kBoard>
+const RankBoardTables<deck, kBoard>& RankBoardTables<deck, kBoard>::Get() {
+  static const RankBoardTables tables;
+  return tables;
+}
+
+template <Deck deck, int kBoard>
+void RankBoardTables<deck, kBoard>::Build(int rank_class, Values& values) const {
+  const auto [low, high] = RanksOf(rank_class);
+  const std::uint32_t hole_key = DeckValues<deck>::KeyOf(high) + DeckValues<deck>::KeyOf(low);
+  values.resize(keys_.size());
+  std::ranges::transform(keys_, values.begin(), [hole_key](std::uint32_t key) {
+    return DeckValues<deck>::template OfRanks<kBoard + 2>(hole_key + key);
+  });
+}
+
+template class RankBoardTables<Deck::kFull, 3>;
+template class RankBoardTables<Deck::kFull, 4>;
+template class RankBoardTables<Deck::kFull, 5>;
+template class RankBoardTables<Deck::kShort, 3>;
+template class RankBoardTables<Deck::kShort, 4>;
+template class RankBoardTables<Deck::kShort, 5>;
+
+}  // namespace pokermath

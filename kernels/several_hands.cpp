@@ -1,0 +1,644 @@
+// Hands against each other before the flop without dealing a board.
+//
+// Leave the suits aside and a board is a multiset of ranks, for which the values of all hands stand
+// in a row each (rank_boards.h): the largest value at a place, and who has it, say who shares the
+// pot. The weight of a place is the number of ways to draw its board, less those with so many cards
+// of a suit that somebody flushes.
+//
+// These boards are counted suit by suit; a board has at most one suit with three cards or more.
+// Take it apart into its cards of that suit (a set of ranks) and the rest (a multiset). The hands
+// that flush are decided by the set alone, as five cards of a suit leave no room for a full house;
+// among them they share all rests but those on which somebody else has a full house or quads that
+// beat them. Sets lie side by side in a vector register.
+//
+// Who shares is counted by inclusion and exclusion: the weight of the places where certain hands,
+// at least, have the largest value. Of more than a few hands places are looked at singly.
+
+#include "kernels/several_hands.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <vector>
+
+#include "kernels/matchup_tables.h"
+#include "kernels/rank_boards.h"
+#include "kernels/registers.h"
+
+namespace pokermath {
+namespace {
+
+constexpr int kSpill = 32;  // lanes that the last register of a row may write behind it
+
+struct Hand {
+  std::array<RankSet, 4> held{};  // by suit
+  const std::int16_t* values = nullptr;
+  const std::array<Values, 3>* suit_values = nullptr;
+
+  int Held(std::size_t suit) const { return __builtin_popcount(held[suit]); }
+};
+
+// All that a count needs, whichever deck and street.
+struct Showdown {
+  int board = 0;
+  const RankBoards* rank_boards = nullptr;
+  std::span<const SuitBoards> suit_boards;
+  std::array<RankSet, 4> live{};  // by suit, the cards that can come
+  std::vector<Hand> hands{};
+
+  int Live(std::size_t suit, int rank) const { return live[suit] >> rank & 1; }
+  int Left(int rank) const { return Live(0, rank) + Live(1, rank) + Live(2, rank) + Live(3, rank); }
+  // Cards of a suit on the board with which somebody can flush.
+  int FewestSuited(std::size_t suit) const {
+    int most = 0;
+    for (const Hand& hand : hands) most = std::max(most, hand.Held(suit));
+    return 5 - most;
+  }
+};
+
+// --- who has the largest value ---
+
+// Rows of values, and the hands that each is for.
+struct Rivals {
+  std::array<const std::int16_t*, kMostHands> rows{};
+  std::array<unsigned, kMostHands> hands{};
+  int count = 0;
+
+  void Add(const std::int16_t* row, unsigned hand) {
+    const auto used = std::span(rows).first(static_cast<std::size_t>(count));
+    const auto place = static_cast<std::size_t>(std::ranges::find(used, row) - used.begin());
+    if (place == used.size()) rows[static_cast<std::size_t>(count++)] = row;
+    hands[place] |= hand;
+  }
+  // The hands of some rows, a bit for each.
+  unsigned HandsOf(unsigned set) const {
+    unsigned all = 0;
+    for (; set != 0; set &= set - 1) all |= hands[static_cast<std::size_t>(__builtin_ctz(set))];
+    return all;
+  }
+};
+
+constexpr int kFew = 4;
+
+template <typename Register>
+POKERMATH_KERNEL int SumLanes(const Register& lanes) {
+  int sum = 0;
+  for (int i = 0; i < kLanes<Register>; ++i) sum += lanes[i];
+  return sum;
+}
+
+// The weights of places by who has the largest value, of few rows.
+template <typename Register, int rows>
+class FewSums {
+ public:
+  // Weights where the rows have the values, of which `best` is the largest.
+  POKERMATH_KERNEL void Add(const Register (&values)[rows], const Register& best,
+                            const Register& weights) {
+    Register least[1 << rows];  // where at least these rows have the best value
+    least[0] = weights;
+    for (int set = 1; set < 1 << rows; ++set) {
+      const int row = 31 - __builtin_clz(static_cast<unsigned>(set));
+      least[set] = least[set ^ 1 << row] & (values[row] == best);
+      sums_[set] += least[set];
+    }
+  }
+
+  // Moves the sums to times; they have to fit 16 bits.
+  POKERMATH_KERNEL void Flush(std::int64_t* times) {
+    for (int set = 1; set < 1 << rows; ++set) {
+      times[set] += SumLanes(sums_[set]);
+      sums_[set] = Register{};
+    }
+  }
+
+ private:
+  Register sums_[1 << rows]{};
+};
+
+// From "at least these rows" to "these rows alone", and to hands.
+inline void AddLeast(const Rivals& rivals, std::int64_t* least, std::span<std::int64_t> times) {
+  const unsigned sets = 1u << rivals.count;
+  for (unsigned row = 1; row < sets; row *= 2) {
+    for (unsigned set = 1; set < sets; ++set) {
+      if ((set & row) == 0) least[set] -= least[set | row];
+    }
+  }
+  for (unsigned set = 1; set < sets; ++set) times[rivals.HandsOf(set)] += least[set];
+}
+
+// The weights of places by who has the largest value, of any number of rows, place by place.
+class ManySums {
+ public:
+  void Add(unsigned set, std::int16_t weight) { sums_[set] += weight; }
+
+  void AddTo(const Rivals& rivals, std::span<std::int64_t> times) const {
+    for (unsigned set = 1; set < 1u << rivals.count; ++set) {
+      if (sums_[set] != 0) times[rivals.HandsOf(set)] += sums_[set];
+    }
+  }
+
+ private:
+  std::array<int, 1u << kMostHands> sums_{};
+};
+
+template <typename Register>
+POKERMATH_KERNEL void LoadBest(const Rivals& rivals, std::ptrdiff_t place, Register& best) {
+  Load(best, rivals.rows[0] + place);
+  for (int row = 1; row < rivals.count; ++row) {
+    Register value;
+    Load(value, rivals.rows[static_cast<std::size_t>(row)] + place);
+    best = value > best ? value : best;
+  }
+}
+
+// And of which rows it is, as bits.
+template <typename Register>
+POKERMATH_KERNEL void LoadBest(const Rivals& rivals, std::ptrdiff_t place, Register& best,
+                               Register& sets) {
+  LoadBest(rivals, place, best);
+  sets = Register{};
+  for (int row = 0; row < rivals.count; ++row) {
+    Register value;
+    Load(value, rivals.rows[static_cast<std::size_t>(row)] + place);
+    sets |= (value == best) & static_cast<std::int16_t>(1 << row);
+  }
+}
+
+template <typename Register, int rows>
+POKERMATH_KERNEL void LoadRows(const Rivals& rivals, std::ptrdiff_t place, Register (&values)[rows],
+                               Register& best) {
+  for (int row = 0; row < rows; ++row) {
+    Load(values[row], rivals.rows[static_cast<std::size_t>(row)] + place);
+    best = row == 0 ? values[0] : values[row] > best ? values[row] : best;
+  }
+}
+
+template <typename Register, int rows>
+POKERMATH_KERNEL void JudgeFew(const Rivals& rivals, const std::int16_t* weights, int size,
+                               std::span<std::int64_t> times) {
+  // Weights are 4^5 at the most.
+  constexpr int kBlock = 31 * kLanes<Register>;
+  std::int64_t least[1 << rows]{};
+  FewSums<Register, rows> sums;
+  for (int start = 0; start < size; start += kBlock) {
+    const int end = std::min(start + kBlock, size);
+    for (int place = start; place < end; place += kLanes<Register>) {
+      Register values[rows], best, weight;
+      LoadRows(rivals, place, values, best);
+      Load(weight, weights + place);
+      sums.Add(values, best, weight);
+    }
+    sums.Flush(least);
+  }
+  AddLeast(rivals, least, times);
+}
+
+template <typename Register>
+POKERMATH_KERNEL void JudgeMany(const Rivals& rivals, const std::int16_t* weights, int size,
+                                std::span<std::int64_t> times) {
+  ManySums sums;
+  for (int place = 0; place < size; place += kLanes<Register>) {
+    Register best, sets;
+    LoadBest(rivals, place, best, sets);
+    for (int i = 0; i < kLanes<Register>; ++i) {
+      sums.Add(static_cast<unsigned>(sets[i]), weights[place + i]);
+    }
+  }
+  sums.AddTo(rivals, times);
+}
+
+// Adds the weights of places to those who share the largest value there.
+template <typename Register>
+POKERMATH_KERNEL void Judge(const Rivals& rivals, const std::int16_t* weights, int size,
+                            std::span<std::int64_t> times) {
+  switch (rivals.count) {
+    case 1:
+      return JudgeFew<Register, 1>(rivals, weights, size, times);
+    case 2:
+      return JudgeFew<Register, 2>(rivals, weights, size, times);
+    case 3:
+      return JudgeFew<Register, 3>(rivals, weights, size, times);
+    case kFew:
+      return JudgeFew<Register, kFew>(rivals, weights, size, times);
+    default:
+      return JudgeMany<Register>(rivals, weights, size, times);
+  }
+}
+
+// --- ways to draw rank boards ---
+
+// Ways to draw every tail by how many cards of a suit it has; or from all cards that are left, as
+// if none were of the suit.
+struct TailWays {
+  template <int size>
+  using Row = std::array<std::int16_t, size + kSpill>;
+  alignas(64) std::array<Row<286>, 4> three;
+  alignas(64) std::array<Row<78>, 3> two;
+  alignas(64) std::array<Row<13>, 2> one, pair;
+  alignas(64) std::array<Row<1>, 1> none;
+
+  const std::int16_t* Of(Tail tail, int suited) const {
+    const auto row = static_cast<std::size_t>(suited);
+    switch (tail) {
+      case Tail::kNone:
+        return none[row].data();
+      case Tail::kOne:
+        return one[row].data();
+      case Tail::kTwo:
+        return two[row].data();
+      case Tail::kThree:
+        return three[row].data();
+      default:
+        return pair[row].data();
+    }
+  }
+};
+
+// Cards of each rank: of a suit, 0 or 1, and of the others.
+struct RankWays {
+  std::array<int, 13> suited{}, others{};
+};
+
+// Adds a rank to tails of fewer ranks, all below it.
+template <typename Register, std::size_t rows, typename From, typename To>
+POKERMATH_KERNEL void Extend(const std::array<From, rows>& from, int count, std::int16_t suited,
+                             std::int16_t others, std::array<To, rows + 1>& to, int first) {
+  for (int place = 0; place < count; place += kLanes<Register>) {
+    Register last{};
+    for (std::size_t row = 0; row <= rows; ++row) {
+      Register ways{};
+      if (row < rows) Load(ways, from[row].data() + place);
+      const Register sum = ways * others + last * suited;
+      std::memcpy(to[row].data() + first + place, &sum, sizeof sum);
+      last = ways;
+    }
+  }
+}
+
+template <typename Register>
+POKERMATH_KERNEL void WeighTails(const RankWays& ways, int lowest_rank, TailWays& tails) {
+  for (auto& row : tails.one) row.fill(0);
+  for (auto& row : tails.pair) row.fill(0);
+  tails.none[0].fill(1);
+  for (int rank = lowest_rank; rank < 13; ++rank) {
+    const auto index = static_cast<std::size_t>(rank);
+    const auto place = static_cast<std::size_t>(rank - lowest_rank);
+    const auto suited = static_cast<std::int16_t>(ways.suited[index]);
+    const auto others = static_cast<std::int16_t>(ways.others[index]);
+    tails.one[0][place] = others;
+    tails.one[1][place] = suited;
+    tails.pair[0][place] = static_cast<std::int16_t>(Choose(others, 2));
+    tails.pair[1][place] = static_cast<std::int16_t>(suited * others);
+  }
+  for (int place = 1; place < 13 - lowest_rank; ++place) {
+    const std::int16_t suited = tails.one[1][static_cast<std::size_t>(place)];
+    const std::int16_t others = tails.one[0][static_cast<std::size_t>(place)];
+    Extend<Register>(tails.one, place, suited, others, tails.two, Choose(place, 2));
+  }
+  for (int place = 2; place < 13 - lowest_rank; ++place) {
+    const std::int16_t suited = tails.one[1][static_cast<std::size_t>(place)];
+    const std::int16_t others = tails.one[0][static_cast<std::size_t>(place)];
+    Extend<Register>(tails.two, Choose(place, 2), suited, others, tails.three, Choose(place, 3));
+  }
+}
+
+// The weights of rank boards, as a sum of rows of ways.
+template <typename Width>
+class Weigher {
+  using Register = typename Width::Register;
+
+ public:
+  POKERMATH_KERNEL explicit Weigher(const Showdown& showdown, int lowest_rank)
+      : boards_(*showdown.rank_boards), board_(showdown.board) {
+    RankWays all;
+    for (int rank = lowest_rank; rank < 13; ++rank) {
+      all.others[static_cast<std::size_t>(rank)] = showdown.Left(rank);
+    }
+    Prepare(all, 0, lowest_rank);
+    for (std::size_t suit = 0; suit < 4; ++suit) {
+      const int fewest = showdown.FewestSuited(suit);
+      if (fewest > board_) continue;
+      RankWays ways;
+      for (int rank = lowest_rank; rank < 13; ++rank) {
+        const auto index = static_cast<std::size_t>(rank);
+        ways.suited[index] = showdown.Live(suit, rank);
+        ways.others[index] = all.others[index] - ways.suited[index];
+      }
+      Prepare(ways, fewest, lowest_rank);
+    }
+  }
+
+  POKERMATH_KERNEL void Weigh(std::int16_t* weights) {
+    for (const BoardBlock& block : boards_.blocks) WeighBlock(block, weights + block.first);
+    const BoardBlock& last = boards_.blocks.back();
+    std::fill(weights + last.first + last.size, weights + boards_.size, std::int16_t{0});
+  }
+
+ private:
+  // Boards that have at least so many cards of a suit; all boards are the first of them.
+  struct Suited {
+    int fewest = 0;
+    RankWays ways;
+    TailWays tails;
+  };
+  struct Term {
+    const std::int16_t* row;
+    std::int16_t factor;
+  };
+
+  POKERMATH_KERNEL void Prepare(const RankWays& ways, int fewest, int lowest_rank) {
+    Suited& suited = suited_[count_++];
+    suited.fewest = fewest;
+    suited.ways = ways;
+    WeighTails<Register>(ways, lowest_rank, suited.tails);
+  }
+
+  // Ways to draw a head with so many cards of the suit or more.
+  POKERMATH_KERNEL static std::array<int, 3> HeadWays(const BoardBlock& block,
+                                                      const RankWays& ways) {
+    std::array<int, 3> head = {1, 0, 0};
+    for (int i = 0; i < block.head_ranks; ++i) {
+      const auto rank = static_cast<std::size_t>(block.head[static_cast<std::size_t>(i)]);
+      const int none = Choose(ways.others[rank], block.times);
+      const int one = ways.suited[rank] * Choose(ways.others[rank], block.times - 1);
+      head = {head[0] * none, head[1] * none + head[0] * one, head[2] * none + head[1] * one};
+    }
+    return {head[0] + head[1] + head[2], head[1] + head[2], head[2]};
+  }
+
+  POKERMATH_KERNEL void WeighBlock(const BoardBlock& block, std::int16_t* weights) {
+    Term terms[1 + 4 * 3];
+    int count = 0;
+    for (int i = 0; i < count_; ++i) {
+      const Suited& suited = suited_[i];
+      if (block.head_ranks + RanksIn(block.tail) < suited.fewest) continue;
+      const std::array<int, 3> head = HeadWays(block, suited.ways);
+      const int most = i == 0 ? 0 : RanksIn(block.tail);
+      for (int of_tail = 0; of_tail <= most; ++of_tail) {
+        const int of_head = std::max(suited.fewest - of_tail, 0);
+        const int ways = of_head > block.head_ranks ? 0 : head[static_cast<std::size_t>(of_head)];
+        if (ways == 0) continue;
+        terms[count++] = {suited.tails.Of(block.tail, of_tail),
+                          static_cast<std::int16_t>(i == 0 ? ways : -ways)};
+      }
+    }
+    int head_ranks = 0;
+    for (int i = 0; i < block.head_ranks; ++i) {
+      head_ranks |= 1 << block.head[static_cast<std::size_t>(i)];
+    }
+    const std::int16_t* tails = boards_.tails[static_cast<std::size_t>(block.tail)].data();
+    for (int place = 0; place < block.size; place += kLanes<Register>) {
+      Register sum{};
+      for (int i = 0; i < count; ++i) {
+        Register row;
+        Load(row, terms[i].row + place);
+        sum += row * terms[i].factor;
+      }
+      Register ranks;
+      Load(ranks, tails + place);
+      sum &= (ranks & static_cast<std::int16_t>(head_ranks)) == 0;
+      // What stands behind the block is written later.
+      std::memcpy(weights + place, &sum, sizeof sum);
+    }
+  }
+
+  const RankBoards& boards_;
+  int board_;
+  Suited suited_[5];
+  int count_ = 0;
+};
+
+// --- boards on which somebody flushes ---
+
+// Boards with so many cards of a suit.
+struct FlushBoards {
+  const SuitBoards& boards;
+  RankSet gone;      // ranks of the suit that cannot come
+  Rivals flushes{};  // [set]: of the hands that flush
+  Rivals others{};   // [group][rest][set in group]: of the hands that do not
+  std::array<std::int16_t, kRankClasses> rest_weights{};
+};
+
+FlushBoards FlushBoardsOf(const Showdown& showdown, std::size_t suit, const SuitBoards& boards) {
+  FlushBoards flush{.boards = boards, .gone = static_cast<RankSet>(~showdown.live[suit])};
+  for (std::size_t i = 0; i < showdown.hands.size(); ++i) {
+    const Hand& hand = showdown.hands[i];
+    if (boards.suited + hand.Held(suit) >= 5) {
+      flush.flushes.Add(
+          &boards.flushes[static_cast<std::size_t>(HoldingOf(hand.held[suit]) * boards.sets)],
+          1u << i);
+    } else {
+      flush.others.Add((*hand.suit_values)[static_cast<std::size_t>(boards.suited - 3)].data(),
+                       1u << i);
+    }
+  }
+  std::array<int, 13> others{};
+  for (int rank = 0; rank < 13; ++rank) {
+    others[static_cast<std::size_t>(rank)] = showdown.Left(rank) - showdown.Live(suit, rank);
+  }
+  WeighRests(boards, others, flush.rest_weights.data());
+  return flush;
+}
+
+// A number for each set of suited cards.
+using SetRow = std::array<std::int16_t, 1312>;
+static_assert(Choose(13, 5) <= 1312 && 1312 % kGroup == 0);
+
+inline int FirstRest(const SuitBoards& boards, int set) {
+  return set / kGroup * kGroup * static_cast<int>(boards.rests.size()) + set % kGroup;
+}
+
+// Adds the rests with which hands that do not flush beat the best flush of each set; writes how
+// many these are.
+template <typename Register, int rows>
+POKERMATH_KERNEL void BeatFew(const FlushBoards& flush, const SetRow& best_flushes, SetRow& beaten,
+                              std::span<std::int64_t> times) {
+  // A set of three ranks has rests of weight 741 or less together, and 36 of these sets share a
+  // lane of the narrowest register; larger sets weigh much less.
+  static_assert(Choose(39, 2) * 36 < 1 << 15 && Choose(13, 3) <= 36 * kLanes<Register>);
+  FewSums<Register, rows> sums;
+  for (int set = 0; set < flush.boards.sets; set += kLanes<Register>) {
+    Register best_flush, all{};
+    Load(best_flush, best_flushes.data() + set);
+    int place = FirstRest(flush.boards, set);
+    for (std::size_t rest = 0; rest < flush.boards.rests.size(); ++rest, place += kGroup) {
+      Register values[rows], best;
+      LoadRows(flush.others, place, values, best);
+      const Register weight = (best > best_flush) & flush.rest_weights[rest];
+      sums.Add(values, best, weight);
+      all += weight;
+    }
+    std::memcpy(beaten.data() + set, &all, sizeof all);
+  }
+  std::int64_t least[1 << rows]{};
+  sums.Flush(least);
+  AddLeast(flush.others, least, times);
+}
+
+template <typename Register>
+POKERMATH_KERNEL void BeatMany(const FlushBoards& flush, const SetRow& best_flushes, SetRow& beaten,
+                               std::span<std::int64_t> times) {
+  ManySums sums;
+  beaten.fill(0);
+  for (int set = 0; set < flush.boards.sets; set += kLanes<Register>) {
+    Register best_flush;
+    Load(best_flush, best_flushes.data() + set);
+    int place = FirstRest(flush.boards, set);
+    for (std::size_t rest = 0; rest < flush.boards.rests.size(); ++rest, place += kGroup) {
+      Register best, winners;
+      LoadBest(flush.others, place, best, winners);
+      winners &= (best_flush - best) >> 15;  // g++ 12 fails on best > best_flush for AVX-512
+      // Few sets are beaten: look at four at once.
+      constexpr int kFours = kLanes<Register> / 4;
+      std::uint64_t fours[kFours];
+      std::memcpy(fours, &winners, sizeof winners);
+      for (int i = 0; i < kFours; ++i) {
+        std::int16_t* of_set = beaten.data() + set + 4 * i;
+        for (std::uint64_t four = fours[i]; four != 0; four >>= 16, ++of_set) {
+          const unsigned rows = four & 0xFFFF;
+          if (rows == 0) continue;
+          sums.Add(rows, flush.rest_weights[rest]);
+          *of_set = static_cast<std::int16_t>(*of_set + flush.rest_weights[rest]);
+        }
+      }
+    }
+  }
+  sums.AddTo(flush.others, times);
+}
+
+template <typename Register>
+POKERMATH_KERNEL void Beat(const FlushBoards& flush, const SetRow& best_flushes, SetRow& beaten,
+                           std::span<std::int64_t> times) {
+  switch (flush.others.count) {
+    case 0:
+      return beaten.fill(0);
+    case 1:
+      return BeatFew<Register, 1>(flush, best_flushes, beaten, times);
+    case 2:
+      return BeatFew<Register, 2>(flush, best_flushes, beaten, times);
+    case 3:
+      return BeatFew<Register, 3>(flush, best_flushes, beaten, times);
+    default:
+      return BeatMany<Register>(flush, best_flushes, beaten, times);
+  }
+}
+
+// All bits where the cards of a set can come.
+template <typename Register>
+POKERMATH_KERNEL void LoadLive(const FlushBoards& flush, int set, Register& live) {
+  Load(live, flush.boards.set_ranks.data() + set);
+  live = (live & static_cast<std::int16_t>(flush.gone | kNoSet)) == 0;
+}
+
+template <typename Register>
+POKERMATH_KERNEL void CountFlushes(const FlushBoards& flush, std::span<std::int64_t> times) {
+  const SuitBoards& boards = flush.boards;
+  alignas(64) SetRow best_flushes, weights;
+  for (int set = 0; set < boards.sets; set += kLanes<Register>) {
+    Register best, live;
+    LoadBest(flush.flushes, set, best);
+    LoadLive(flush, set, live);
+    // Nobody beats the largest number, on sets that cannot come.
+    best |= ~live & std::int16_t{0x7FFF};
+    std::memcpy(best_flushes.data() + set, &best, sizeof best);
+  }
+  Beat<Register>(flush, best_flushes, weights, times);
+  std::int16_t all = 0;
+  for (const std::int16_t weight : flush.rest_weights)
+    all = static_cast<std::int16_t>(all + weight);
+  for (int set = 0; set < boards.sets; set += kLanes<Register>) {
+    Register weight, live;
+    Load(weight, weights.data() + set);
+    LoadLive(flush, set, live);
+    weight = live & (all - weight);
+    std::memcpy(weights.data() + set, &weight, sizeof weight);
+  }
+  Judge<Register>(flush.flushes, weights.data(), boards.sets, times);
+}
+
+// --- all of it ---
+
+template <typename Width>
+POKERMATH_KERNEL void Count(const Showdown& showdown, int lowest_rank,
+                            std::span<std::int64_t> times) {
+  using Register = typename Width::Register;
+  alignas(64) std::array<std::int16_t, RankBoards::kMost + kGroup + kSpill> weights;
+  Weigher<Width>(showdown, lowest_rank).Weigh(weights.data());
+  Rivals rivals;
+  for (std::size_t i = 0; i < showdown.hands.size(); ++i)
+    rivals.Add(showdown.hands[i].values, 1u << i);
+  Judge<Register>(rivals, weights.data(), showdown.rank_boards->size, times);
+  for (std::size_t suit = 0; suit < 4; ++suit) {
+    for (const SuitBoards& boards : showdown.suit_boards) {
+      if (boards.suited < showdown.FewestSuited(suit)) continue;
+      CountFlushes<Register>(FlushBoardsOf(showdown, suit, boards), times);
+    }
+  }
+}
+
+void CountBaseline(const Showdown& showdown, int lowest_rank, std::span<std::int64_t> times) {
+  Count<Registers16>(showdown, lowest_rank, times);
+}
+POKERMATH_TARGET_AVX2 void CountAvx2(const Showdown& showdown, int lowest_rank,
+                                     std::span<std::int64_t> times) {
+  Count<Registers32>(showdown, lowest_rank, times);
+}
+POKERMATH_TARGET_AVX512 void CountAvx512(const Showdown& showdown, int lowest_rank,
+                                         std::span<std::int64_t> times) {
+  Count<Registers64>(showdown, lowest_rank, times);
+}
+
+RankSet RanksOfSuit(CardSet cards, std::size_t suit) {
+  return static_cast<RankSet>(cards.bits() >> 13 * suit & kAllRanks);
+}
+
+template <Deck deck, int kBoard>
+void Count(Isa isa, std::span<const CardSet> hands, CardSet dead, std::span<std::int64_t> times) {
+  const auto& by_suit = MatchupTables<deck, kBoard>::Get();
+  const auto& by_rank = RankBoardTables<deck, kBoard>::Get();
+  Showdown showdown{
+      .board = kBoard, .rank_boards = &by_rank.boards(), .suit_boards = by_suit.suit_boards()};
+  for (const CardSet cards : hands) {
+    const int rank_class = RankClassOf(*cards.begin() % 13, *++cards.begin() % 13);
+    Hand hand{.values = by_rank.Of(rank_class).data(),
+              .suit_values = &by_suit.Of(rank_class).by_suit_boards};
+    for (std::size_t suit = 0; suit < 4; ++suit) hand.held[suit] = RanksOfSuit(cards, suit);
+    showdown.hands.push_back(hand);
+    dead |= cards;
+  }
+  for (std::size_t suit = 0; suit < 4; ++suit) {
+    showdown.live[suit] =
+        static_cast<RankSet>(kAllRanks & ~AbsentRanks(deck) & ~RanksOfSuit(dead, suit));
+  }
+  switch (isa) {
+    case Isa::kAvx512:
+      return CountAvx512(showdown, LowestRank(deck), times);
+    case Isa::kAvx2:
+      return CountAvx2(showdown, LowestRank(deck), times);
+    default:
+      return CountBaseline(showdown, LowestRank(deck), times);
+  }
+}
+
+template <Deck deck>
+void Count(Isa isa, std::span<const CardSet> hands, CardSet dead, Street street,
+           std::span<std::int64_t> times) {
+  switch (street) {
+    case Street::kFlop:
+      return Count<deck, 3>(isa, hands, dead, times);
+    case Street::kTurn:
+      return Count<deck, 4>(isa, hands, dead, times);
+    default:
+      return Count<deck, 5>(isa, hands, dead, times);
+  }
+}
+
+}  // namespace
+
+void CountSeveralHands(Isa isa, Deck deck, std::span<const CardSet> hands, CardSet dead,
+                       Street street, std::span<std::int64_t> times) {
+  if (deck == Deck::kShort) return Count<Deck::kShort>(isa, hands, dead, street, times);
+  Count<Deck::kFull>(isa, hands, dead, street, times);
+}
+
+}  // namespace pokermath
