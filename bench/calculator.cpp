@@ -9,6 +9,7 @@
 #include <string>
 
 #include "calculator/solvers.h"
+#include "kernels/board_sweep.h"
 #include "pokermath/cards.h"
 
 namespace pokermath {
@@ -119,6 +120,35 @@ POKERMATH_ANSWERED(TenHands);
 POKERMATH_ANSWERED(ThreeHandsFlop);
 POKERMATH_ANSWERED(ThreeRangesTurn);
 POKERMATH_ANSWERED(ThreeRangesRiver);
+
+// The kernel alone, for every hand of both ranges.
+void BM_BoardSweep(benchmark::State& state, const EquityQuestion& question) {
+  std::vector<WeightedPair> hands[2];
+  std::vector<Tally> tallies[2];
+  for (std::size_t side : {0, 1}) {
+    const HandRange left = question.players[side].Without(question.board);
+    for (const WeightedHand& hand : left.hands()) {
+      hands[side].push_back({*hand.cards.begin(), *++hand.cards.begin(), hand.weight});
+    }
+    tallies[side].resize(hands[side].size());
+  }
+  const CardSet live = RulesOf(question.game).Deck() - question.board;
+  for (auto _ : state) {
+    BoardSweep sweep(BestIsa(), RulesOf(question.game), {hands[0], hands[1]}, question.board);
+    sweep.Count({}, live, 5 - question.board.size());
+    sweep.AddTo(1, {tallies[0], tallies[1]});
+    benchmark::DoNotOptimize(tallies[0].data());
+  }
+}
+
+#define POKERMATH_SWEPT(name) \
+  BENCHMARK_CAPTURE(BM_BoardSweep, name, k##name)->Unit(benchmark::kMicrosecond)
+
+POKERMATH_SWEPT(Flop);
+POKERMATH_SWEPT(SuitedFlop);
+POKERMATH_SWEPT(Turn);
+POKERMATH_SWEPT(River);
+POKERMATH_SWEPT(RandomFlop);
 
 // Trials a second.
 void BM_Sampled(benchmark::State& state, EquityQuestion question) {

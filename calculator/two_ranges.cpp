@@ -65,7 +65,6 @@ class TwoRangesWork : public Work {
                 std::span<const Tally> tallies, std::span<Int128> sums) const {
     Int128 wins = 0, ties = 0, cases = 0;
     for (std::size_t i = 0; i < hands.size(); ++i) {
-      if (tallies[i].cases == 0) continue;
       const Int128 weight = hands[i].weight;
       wins += weight * tallies[i].wins;
       ties += weight * tallies[i].ties;
@@ -137,10 +136,14 @@ class ClassesWork final : public TwoRangesWork {
 
 // --- by boards ---
 
-double CostOfBoard(const CheckedQuestion& question) {
+// Cards to come that are chosen one by one; the last two are the sweep's.
+int LeadOf(const CheckedQuestion& question) { return std::max(question.to_come() - 2, 0); }
+
+double CostOfLead(const CheckedQuestion& question) {
   const auto hands =
       static_cast<double>(question.players()[0].range.size() + question.players()[1].range.size());
-  return 60 + 25 * hands;
+  const double groups = question.to_come() == 0 ? 1 : question.to_come() == 1 ? 25 : 450;
+  return 400 + 4 * hands + groups * (40 + 5 * std::min<double>(hands, kRankClasses));
 }
 
 class BoardsWork final : public TwoRangesWork {
@@ -148,27 +151,36 @@ class BoardsWork final : public TwoRangesWork {
   explicit BoardsWork(const QuestionPointer& question)
       : TwoRangesWork(question),
         live_(ListOf(question->live())),
-        boards_(ChoicesOf(static_cast<int>(live_.size()), question->to_come())),
-        boards_a_step_(
-            static_cast<std::int64_t>(std::max(kStepCost / CostOfBoard(*question), 1.0))) {}
+        leads_(ChoicesOf(static_cast<int>(live_.size()), LeadOf(*question))),
+        leads_a_step_(static_cast<std::int64_t>(std::max(kStepCost / CostOfLead(*question), 1.0))) {
+  }
 
   const char* name() const override { return "board by board"; }
-  std::int64_t steps() const override { return (boards_ + boards_a_step_ - 1) / boards_a_step_; }
+  std::int64_t steps() const override { return (leads_ + leads_a_step_ - 1) / leads_a_step_; }
 
  private:
   void Count(std::int64_t step, const TwoTallies& tallies) const override {
-    const std::int64_t first = step * boards_a_step_;
-    const std::int64_t last = std::min(first + boards_a_step_, boards_);
-    Choice choice(first, static_cast<int>(live_.size()), question().to_come());
-    BoardSweep sweep(question().rules(), ranges());
-    for (std::int64_t i = first; i < last; ++i, choice.MoveToNext()) {
-      sweep.Count(question().board() | choice.Of(live_), tallies);
+    const int to_come = question().to_come();
+    const auto live = static_cast<int>(live_.size());
+    BoardSweep sweep(BestIsa(), question().rules(), ranges(), question().board());
+    if (to_come <= 2) {
+      sweep.Count({}, question().live(), to_come);
+    } else {
+      const std::int64_t first = step * leads_a_step_;
+      const std::int64_t last = std::min(first + leads_a_step_, leads_);
+      Choice choice(first, live, LeadOf(question()));
+      for (std::int64_t i = first; i < last; ++i, choice.MoveToNext()) {
+        const auto below = std::span(live_).first(static_cast<std::size_t>(choice.Lowest()));
+        sweep.Count(choice.Of(live_), CardSet(below), 2);
+      }
     }
+    // Cases need no board: they are all added with the first step.
+    sweep.AddTo(step == 0 ? ChoicesOf(live - 4, to_come) : 0, tallies);
   }
 
   std::vector<int> live_;
-  std::int64_t boards_;
-  std::int64_t boards_a_step_;
+  std::int64_t leads_;
+  std::int64_t leads_a_step_;
 };
 
 }  // namespace
@@ -192,8 +204,8 @@ std::unique_ptr<const Work> StartClasses(const QuestionPointer& question) {
 
 std::optional<double> BoardsCost(const CheckedQuestion& question) {
   if (!IsOfTwoRanges(question)) return std::nullopt;
-  return static_cast<double>(ChoicesOf(question.live().size(), question.to_come())) *
-         CostOfBoard(question);
+  return static_cast<double>(ChoicesOf(question.live().size(), LeadOf(question))) *
+         CostOfLead(question);
 }
 
 std::unique_ptr<const Work> StartBoards(const QuestionPointer& question) {

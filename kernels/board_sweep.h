@@ -1,45 +1,78 @@
-// Two ranges against each other on complete boards.
+// Two ranges against each other on all boards that some known cards can become.
 
 #ifndef POKERMATH_KERNELS_BOARD_SWEEP_H_
 #define POKERMATH_KERNELS_BOARD_SWEEP_H_
 
 #include <array>
 #include <cstdint>
+#include <span>
 #include <vector>
 
+#include "kernels/board_order.h"
+#include "kernels/sweep_levels.h"
 #include "kernels/weighted_hands.h"
+#include "platform/isa.h"
 #include "pokermath/game.h"
 
 namespace pokermath {
 
-/// Counts one board after the other. What it is made with has to outlive it; not for several
-/// threads at once.
+/// Counts boards and gives tallies for all of them in the end. Not for several threads at once.
 class BoardSweep {
  public:
-  BoardSweep(const GameRules& rules, const TwoRanges& ranges);
+  /// @param isa     instructions to use; the machine must have them
+  /// @param ranges  have to outlive this; each hand once, weights up to kWholeWeight
+  /// @param board   known cards; hands that share a card with them have no cases
+  BoardSweep(Isa isa, const GameRules& rules, const TwoRanges& ranges, CardSet board);
 
-  /// Adds one board of three to five cards. Hands that share a card with it are left out.
-  void Count(CardSet board, const TwoTallies& tallies);
+  /// Counts the boards of the known cards, of others that come in any case, and of `to_come` cards
+  /// out of a set, 0 to 2: three to five cards together.
+  void Count(CardSet coming, CardSet from, int to_come);
+
+  /// Adds wins and ties of all that was counted, once and in the end; and cases, `boards` for each
+  /// two hands that share no card.
+  void AddTo(std::int64_t boards, const TwoTallies& tallies);
 
  private:
-  // A range while the board is swept: what is below the place that was reached.
+  struct Known;
+  struct Kind;
+  struct Choice;
+
+  void Gather(std::size_t side, CardSet board, std::array<bool, kRankClasses>& held);
+  SuitsView& Use(std::size_t view);
+  void CountOneMore(const Known& known, CardSet from);
+  void CountTwoMore(const Known& known, CardSet from);
+  void CountChoice(const Known& known, const Choice& choice);
+  void CountGroup(const BoardGroup& group, std::uint32_t boards, int suit, RankSet suited);
+  void SetRanks(const Known& known, std::span<const int> more);
+  void SetFlushes(int suit, RankSet suited);
+  void AddIfHeld(std::size_t view, int rank_class, std::int16_t value);
+  void Settle();
+  void Spill();
+
+  const SweepKernels& kernels_;
+  const GameRules& rules_;
+  CardSet board_;
   struct Side {
     std::span<const WeightedPair> hands;
-    std::vector<std::int64_t> same;  // for each hand, what the same one weighs in the other range
-
-    std::int64_t all = 0;                  // weight that fits the board
-    std::array<std::int64_t, 52> holds{};  // the part of it that holds a card
-    std::int64_t below = 0;
-    std::array<std::int64_t, 52> below_holds{};
+    std::vector<std::uint16_t> lanes;  // of each hand: rank class * 16 + lane, or kNoLane
+    std::array<std::uint32_t, 52> holds{};
+    std::uint32_t total = 0;
   };
-
-  void Gather(std::uint32_t side, CardSet board, std::span<const int> board_cards);
-  void Insert(std::span<const std::uint32_t> level);
-  static std::int64_t Below(const Side& other, const WeightedPair& hand, std::int64_t same);
-
-  const GameRules& rules_;
   std::array<Side, 2> sides_;
-  std::vector<std::uint32_t> order_;  // value, side, hand
+  std::vector<SweptClass> classes_;
+  std::vector<SweptHands> counted_;                // of the classes
+  std::array<std::uint8_t, kRankClasses> places_;  // in classes_, or kNoPlace
+  std::vector<SuitsView> views_;
+  SweepTables tables_;
+
+  std::uint64_t spent_ = 0;             // more than this no count has come to since the last spill
+  std::vector<std::uint64_t> spilled_;  // wins and ties as they stand in counted_
+
+  std::vector<SweptItem> plain_;    // all classes in the order of the board's ranks
+  std::vector<SweptItem> flushes_;  // of these cards of a suit on the board:
+  int flushes_suit_ = -1;
+  RankSet flushes_suited_ = 0;
+  std::vector<SweptItem> items_;
 };
 
 }  // namespace pokermath

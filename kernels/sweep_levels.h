@@ -1,0 +1,90 @@
+// The inner loops of a sweep over the hands of two ranges, weakest first.
+//
+// Hands are kept as rank classes with a lane for each pair of suits. Boards come in groups that
+// share one order of values: their cards are known but for one or two, which may be any of some
+// suits.
+
+#ifndef POKERMATH_KERNELS_SWEEP_LEVELS_H_
+#define POKERMATH_KERNELS_SWEEP_LEVELS_H_
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "kernels/suit_lanes.h"
+#include "platform/isa.h"
+
+namespace pokermath {
+
+/// A rank class that one of the ranges has.
+struct SweptClass {
+  std::uint8_t high, low;  ///< ranks
+  std::uint16_t ranks;     ///< as a set
+};
+
+/// The weights of a class in both ranges, and what was counted for its hands, modulo 2^32.
+struct SweptHands {
+  SuitLanes weights[2];
+  SuitLanes wins[2];
+  SuitLanes ties[2];
+};
+
+/// Some pairs of suits of all classes.
+struct SuitsView {
+  struct Sums {
+    // Of the weights in each range, as a kernel has its sums by suit.
+    SuitLanes high[2], low[2], total[2];
+    std::uint32_t alone;  ///< boards on which these hands tied with no others, not yet in ties
+
+    bool IsEmpty() const { return (total[0].at[0] | total[1].at[0]) == 0; }
+  };
+  const SuitLanes* mask = nullptr;  ///< all bits of a lane, or none
+  std::vector<Sums> classes;        ///< empty until it is used
+};
+
+/// The hands of a class that a view has, which are worth the same.
+struct SweptItem {
+  std::int16_t value;
+  std::uint8_t place;  ///< of the class
+  std::uint8_t view;
+};
+
+/// Boards of one order. Cards that come to the known board are dead, alike on all of these boards,
+/// or free: any card of a rank and some suits.
+struct BoardGroup {
+  std::array<std::uint8_t, 13> dead{};   ///< suits of dead cards, a bit each, by rank
+  std::array<std::uint8_t, 13> free1{};  ///< suits that the first free card may have
+  std::array<std::uint8_t, 13> free2{};
+  unsigned touched = 0;      ///< ranks that are in one of these
+  std::uint32_t count1 = 0;  ///< how many cards the first may be, or both if they are of one rank
+  std::uint32_t count2 = 0;
+  /// Numbers that are kept of the hands below: 1 without free cards, 2 with one, 4 with two of
+  /// different ranks, 3 with two of the same.
+  int terms = 1;
+};
+
+struct SweepTables {
+  std::span<const SweptClass> classes;
+  std::span<SweptHands> hands;  ///< of the classes
+  std::span<SuitsView> views;
+};
+
+/// For one instruction set.
+struct SweepKernels {
+  /// Fills in the sums of a view.
+  void (*use)(const SweepTables& tables, SuitsView& view);
+  /// Counts a group of boards.
+  /// @param items  of all hands, rising by value; their views are in use
+  void (*count)(const SweepTables& tables, const BoardGroup& group,
+                std::span<const SweptItem> items);
+  /// Brings what a view knows of ties into those of the classes.
+  void (*settle)(const SweepTables& tables, SuitsView& view);
+};
+
+/// @param isa  the machine must have it
+const SweepKernels& SweepKernelsOf(Isa isa);
+
+}  // namespace pokermath
+
+#endif  // POKERMATH_KERNELS_SWEEP_LEVELS_H_
