@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string_view>
 
@@ -38,11 +39,10 @@ struct GameRules {
 
   /// The cards of the deck, 52 or 36.
   constexpr CardSet Deck() const {
-    CardSet deck;
-    for (int card = 0; card < 52; ++card) {
-      if (card % 13 >= lowest_rank) deck.Add(card);
-    }
-    return deck;
+    constexpr std::uint64_t kOfEverySuit =
+        1 | std::uint64_t{1} << 13 | std::uint64_t{1} << 26 | std::uint64_t{1} << 39;
+    const std::uint64_t ranks = std::uint64_t{0x1FFF} >> lowest_rank << lowest_rank;
+    return CardSet::OfBits(ranks * kOfEverySuit);
   }
   constexpr bool IsShortDeck() const { return lowest_rank > 0; }
   constexpr bool IsOmaha() const { return hole_cards_played > 0; }
