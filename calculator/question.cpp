@@ -268,7 +268,10 @@ class Gate {
 Side SideOf(const HandRange& range) {
   if (range.IsEvery()) return {range, kWholeWeight};
   std::int32_t unit = 0;
-  for (const WeightedHand& hand : range.hands()) unit = std::gcd(unit, hand.weight);
+  for (const WeightedHand& hand : range.hands()) {
+    if (unit == 1) break;
+    unit = std::gcd(unit, hand.weight);
+  }
   return {range, unit};
 }
 
