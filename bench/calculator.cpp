@@ -49,9 +49,9 @@ void Answer(benchmark::State& state, const EquityQuestion& question) {
   for (auto _ : state) benchmark::DoNotOptimize(Calculate(question));
 }
 
-void Plain(benchmark::State& state, const EquityQuestion& question) {
+void Count(benchmark::State& state, const EquityQuestion& question, decltype(Solver::start) start) {
   const auto checked = std::make_shared<const CheckedQuestion>(*Check(question));
-  const std::unique_ptr<const Work> work = StartPlain(checked);
+  const std::unique_ptr<const Work> work = start(checked);
   std::vector<Int128> sums(SumsLayout(*checked).size());
   for (auto _ : state) {
     for (std::int64_t step = 0; step < work->steps(); ++step) work->Do(step, sums);
@@ -62,7 +62,11 @@ void BM_Calculator(benchmark::State& state, const EquityQuestion& question) {
   Answer(state, question);
 }
 void BM_CalculatorPlain(benchmark::State& state, const EquityQuestion& question) {
-  Plain(state, question);
+  Count(state, question, StartPlain);
+}
+// Without the table of all matchups.
+void BM_CalculatorByClasses(benchmark::State& state, const EquityQuestion& question) {
+  Count(state, question, StartClasses);
 }
 
 EquityQuestion WeightedQuestion(const char* board) {
@@ -77,8 +81,10 @@ EquityQuestion NextQuestion(const char* board) {
   return question;
 }
 
+const EquityQuestion kTwoHands = QuestionOf({"AhKd", "7s7c"}, "");
 const EquityQuestion kPreflop = QuestionOf({"15%", "15%"}, "");
 const EquityQuestion kRandomPreflop = QuestionOf({"random", "random"}, "");
+const EquityQuestion kWeightedPreflop = WeightedQuestion("");
 const EquityQuestion kFlop = WeightedQuestion("2c7dTh");
 const EquityQuestion kSuitedFlop = WeightedQuestion("2c7cTc");
 const EquityQuestion kTurn = WeightedQuestion("2c7dThJs");
@@ -99,8 +105,16 @@ const EquityQuestion kThreeRangesRiver = QuestionOf({"15%", "15%", "15%"}, "2c7d
 #define POKERMATH_PLAIN(name) \
   BENCHMARK_CAPTURE(BM_CalculatorPlain, name, k##name)->Unit(benchmark::kMicrosecond)
 
+#define POKERMATH_BY_CLASSES(name) \
+  BENCHMARK_CAPTURE(BM_CalculatorByClasses, name, k##name)->Unit(benchmark::kMicrosecond)
+
+POKERMATH_ANSWERED(TwoHands);
+POKERMATH_PLAIN(TwoHands);
 POKERMATH_ANSWERED(Preflop);
+POKERMATH_BY_CLASSES(Preflop);
+POKERMATH_ANSWERED(WeightedPreflop);
 POKERMATH_ANSWERED(RandomPreflop);
+POKERMATH_BY_CLASSES(RandomPreflop);
 POKERMATH_ANSWERED(Flop);
 POKERMATH_PLAIN(Flop);
 POKERMATH_ANSWERED(SuitedFlop);

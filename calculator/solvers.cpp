@@ -4,6 +4,7 @@ namespace pokermath {
 
 std::span<const Solver> Solvers() {
   static constexpr Solver kSolvers[] = {
+      {MatchupsCost, StartMatchups},
       {ClassesCost, StartClasses},
       {BoardsCost, StartBoards},
       {RankBoardsCost, StartRankBoards},

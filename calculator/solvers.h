@@ -50,7 +50,10 @@ SolverChoice CheapestFor(const CheckedQuestion& question);
 std::optional<double> PlainCost(const CheckedQuestion& question);
 std::unique_ptr<const Work> StartPlain(const QuestionPointer& question);
 
-// Two players of a two-card game, by classes of hands; and board by board.
+// Two players of a two-card game: from the table of all matchups; by classes of hands; and board by
+// board.
+std::optional<double> MatchupsCost(const CheckedQuestion& question);
+std::unique_ptr<const Work> StartMatchups(const QuestionPointer& question);
 std::optional<double> ClassesCost(const CheckedQuestion& question);
 std::unique_ptr<const Work> StartClasses(const QuestionPointer& question);
 std::optional<double> BoardsCost(const CheckedQuestion& question);

@@ -1,6 +1,7 @@
-// Two players with two cards each: two kernels that give a tally for every hand of both.
+// Two players with two cards each: three kernels that give a tally for every hand of both.
 //
-// By classes: before the flop and with one or two cards to come, where nothing is dead. By boards:
+// From the table of all matchups: Hold'em before the flop to the river, where nothing is dead. By
+// classes: before the flop and with one or two cards to come, where nothing is dead. By boards:
 // every board that can come, whatever is dead.
 
 #include <algorithm>
@@ -11,7 +12,10 @@
 #include "calculator/choices.h"
 #include "calculator/solvers.h"
 #include "kernels/board_sweep.h"
+#include "kernels/known_matchups.h"
 #include "kernels/matchup.h"
+#include "kernels/matchups.h"
+#include "kernels/preflop_ranges.h"
 #include "kernels/range_matchups.h"
 #include "kernels/runouts.h"
 
@@ -24,6 +28,8 @@ bool IsOfTwoRanges(const CheckedQuestion& question) {
   return question.rules().hand_size == 2 && question.players().size() == 2 &&
          question.folded().empty() && !detail.next && !detail.made;
 }
+
+double SizeOf(const Side& side) { return static_cast<double>(side.range.size()); }
 
 std::vector<WeightedPair> PairsOf(const Side& side) {
   std::vector<WeightedPair> pairs;
@@ -90,6 +96,21 @@ class TwoRangesWork : public Work {
   QuestionPointer question_;
   SumsLayout layout_;
   std::vector<WeightedPair> hands1_, hands2_;
+};
+
+// --- from the table of all matchups ---
+
+class MatchupsWork final : public TwoRangesWork {
+ public:
+  explicit MatchupsWork(const QuestionPointer& question) : TwoRangesWork(question) {}
+
+  const char* name() const override { return "table of all matchups"; }
+  std::int64_t steps() const override { return 1; }
+
+ private:
+  void Count(std::int64_t, const TwoTallies& tallies) const override {
+    CountPreflopRanges(BestIsa(), ranges(), tallies);
+  }
 };
 
 // --- by classes ---
@@ -184,6 +205,20 @@ class BoardsWork final : public TwoRangesWork {
 };
 
 }  // namespace
+
+std::optional<double> MatchupsCost(const CheckedQuestion& question) {
+  if (!IsOfTwoRanges(question) || question.rules().IsShortDeck() || question.street() != 5 ||
+      !question.board().empty() || !question.dead().empty()) {
+    return std::nullopt;
+  }
+  const double size1 = SizeOf(question.players()[0]);
+  const double size2 = SizeOf(question.players()[1]);
+  return 500 + 10 * (size1 + size2) + 0.06 * size1 * size2;
+}
+
+std::unique_ptr<const Work> StartMatchups(const QuestionPointer& question) {
+  return std::make_unique<MatchupsWork>(question);
+}
 
 std::optional<double> ClassesCost(const CheckedQuestion& question) {
   const bool knows_rules = !question.rules().IsShortDeck() || !question.rules().straight_over_trips;

@@ -22,6 +22,7 @@
 #include "contracts/hand_ranks_builder.h"
 #include "contracts/holdem_tables.h"
 #include "contracts/state_tables.h"
+#include "kernels/known_matchups.h"
 #include "kernels/matchups.h"
 #include "platform/files.h"
 #include "pokermath/evaluators.h"
@@ -107,6 +108,20 @@ std::string TurnEquityFault(const std::string& path) {
 
 std::string ShortDeckEquityFault(const std::string& path) {
   return EquityFault(path, Deck::kShort, kShortDeckMatchups, kShortDeckBoards);
+}
+
+std::string MatchupsFault(const std::string& path) {
+  std::vector<std::uint8_t> bytes(FileLength(path).value_or(0));
+  if (!ReadFile(path, bytes.data(), bytes.size())) return "it cannot be read to its end";
+  const auto number_at = [&](std::size_t i) {
+    return bytes[i] | bytes[i + 1] << 8 | bytes[i + 2] << 16;
+  };
+  for (std::size_t i = 0; i + 6 <= bytes.size(); i += 6) {
+    if (number_at(i) + number_at(i + 3) > BoardsOf(Street::kRiver)) {
+      return fmt::format("record {} has more wins and ties than boards", i / 6 + 1);
+    }
+  }
+  return "";
 }
 
 struct CombinationRecord {
@@ -213,6 +228,11 @@ bool BuildStatesFile(const TableFile& table, const std::string& path) {
   if (StopRequested()) return false;
   const auto header = StateHeader(file, entries.size());
   return WriteTable(table, path, {header, std::as_bytes(std::span(entries))});
+}
+
+bool BuildMatchups(const TableFile& table, const std::string& path) {
+  const std::vector<std::uint8_t> matchups = CountKnownMatchups();
+  return WriteTable(table, path, {std::as_bytes(std::span(matchups))});
 }
 
 bool BuildCombinations(const TableFile& table, const std::string& path) {
@@ -334,6 +354,7 @@ constexpr TableFile kTables[] = {
      StatesFault<kSixPlus7File>},
     {"six-plus-equity", "six-plus-equity.bin", kShortDeckMatchups * sizeof(EquityRecord),
      0xfcc57c8b, BuildEquity<Deck::kShort, Street::kRiver>, ShortDeckEquityFault},
+    {"matchups", "holdem.matchups", 282516, 0xd3638a74, BuildMatchups, MatchupsFault},
     {"combinations", "VarnholtPC.dat", FiveCardMap::kHands * sizeof(CombinationRecord), 0x7a86dfc6,
      BuildCombinations, CombinationsFault},
     {"omaha-strength", "omaha-strength.csv", 769549, 0xbf7be6f9, BuildOmahaStrength<4>,

@@ -55,12 +55,17 @@ class RandomQuestions {
     return question;
   }
 
-  // Two players with a few hands on an empty board, which is much to count.
+  // Two players with a few hands on an empty board, which is much to count; mostly of Hold'em.
   EquityQuestion NextBeforeTheFlop() {
     EquityQuestion question = Next();
     question.board = {};
+    if (Below(3) > 0) {
+      question.game = Game::kHoldem;
+      question.street = Street::kRiver;
+      if (Below(3) > 0) question.dead = {};
+    }
     question.players.resize(2, question.players[0]);
-    for (HandRange& range : question.players) range = Range(question.game);
+    for (HandRange& range : question.players) range = Range(question.game, 2);
     question.folded.clear();
     return question;
   }
@@ -75,9 +80,9 @@ class RandomQuestions {
   }
 
   // Of cards that the last ranges are of, too, but seldom of the board.
-  HandRange Range(Game game) {
+  HandRange Range(Game game, std::size_t most = 4) {
     std::vector<WeightedHand> hands;
-    const std::size_t count = Below(3) == 0 ? 1 : 1 + Below(4);
+    const std::size_t count = Below(3) == 0 ? 1 : 1 + Below(most);
     const bool weighted = Below(2) == 0;
     for (std::size_t i = 0; i < count; ++i) {
       const int weight = weighted ? 1 + static_cast<int>(Below(kWholeWeight)) : kWholeWeight;

@@ -34,23 +34,27 @@ hand-ranks       VarnholtHR.dat           129,951,336 bytes  crc32 0x7808da57  o
 river-equity     holdem-river-equity.bin   19,492,200 bytes  crc32 0x85b22b4d  ok
 turn-equity      holdem-turn-equity.bin    19,492,200 bytes  crc32 0xebb462ff  ok"
 
-# The short deck's; an entry that leads out of a table, and a record for a card below six.
+# The short deck's, and what the library has in it; an entry that leads out of a table, and a record
+# for a card below six.
 short=$work/short
-run tables build --dir "$short" six-plus-5 six-plus-7 six-plus-equity combinations
+run tables build --dir "$short" six-plus-5 six-plus-7 six-plus-equity matchups combinations
 expect_code 0
 same "the files" "$(cd "$short" && sha256sum -- *)" "\
 c470f0a2bd501e74c7542d07fee9f8ee498400efeacdba981a9b385f9295dc00  VarnholtPC.dat
+$(sha256sum <"$(dirname "$0")/../../kernels/data/holdem.matchups" | cut -c1-64)  holdem.matchups
 aa42c8658aa726ba05254138517c9715cef4e10e2ab34da178153f9098618b4f  six-plus-5.bin
 0d974edb6ea49b631a03aa48639be3214d75d52d5b3bba625ad8d839b352cb50  six-plus-7.bin
 6b498a0d250177b814f8dfa65b2073a0ea31a9f90a4f05ed6f6d8099679bf038  six-plus-equity.bin"
 printf '\xff\xff\xff' | dd of="$short/six-plus-7.bin" bs=1 seek=200 conv=notrunc status=none
 printf '\0' | dd of="$short/six-plus-equity.bin" bs=1 seek=0 conv=notrunc status=none
 printf '\0' | dd of="$short/VarnholtPC.dat" bs=1 seek=8 conv=notrunc status=none
-run tables verify --dir "$short" six-plus-5 six-plus-7 six-plus-equity combinations omaha7
+printf '\xff\xff\xff' | dd of="$short/holdem.matchups" bs=1 seek=6 conv=notrunc status=none
+run tables verify --dir "$short" six-plus-5 six-plus-7 six-plus-equity matchups combinations omaha7
 expect_code 1
 has "$asked" "$out" "crc32 0xc4c694ba  ok"
 has "$asked" "$out" "damaged: its header is not right or an entry leads out of the table"
 has "$asked" "$out" "damaged: record 1 is for hands 256 and "
+has "$asked" "$out" "damaged: record 2 has more wins and ties than boards"
 has "$asked" "$out" "damaged: record 2 is for the key "
 has "$asked" "$out" "missing"
 

@@ -1,0 +1,80 @@
+// The table of all matchups and what is summed up from it, against the kernel that counts them.
+
+#include "kernels/preflop_ranges.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <vector>
+
+#include "kernels/known_matchups.h"
+#include "kernels/matchup.h"
+#include "kernels/range_matchups.h"
+
+namespace pokermath {
+namespace {
+
+TEST(KnownMatchups, AreThoseThatAreCounted) {
+  std::mt19937 random(1);
+  for (int trial = 0; trial < 20000; ++trial) {
+    // Of few ranks, so that hands of one class and shared ranks are among them.
+    const int ranks = trial % 2 == 0 ? 3 : 13;
+    std::vector<int> cards;
+    for (int suit = 0; suit < 4; ++suit) {
+      for (int rank = 0; rank < ranks; ++rank) cards.push_back(suit * 13 + 12 - rank);
+    }
+    std::shuffle(cards.begin(), cards.end(), random);
+    const Counts known =
+        KnownMatchups::Get().Of(Classed(cards[0], cards[1]), Classed(cards[2], cards[3]));
+    const Tally counted =
+        CountMatchup(BestIsa(), Deck::kFull, &cards[0], &cards[2], Street::kRiver);
+    ASSERT_EQ(known.wins, counted.wins) << cards[0] << cards[1] << cards[2] << cards[3];
+    ASSERT_EQ(known.ties, counted.ties);
+  }
+}
+
+// Hands of every kind of class: all with one weight, some of them, all with weights of their own.
+std::vector<WeightedPair> RandomRange(std::mt19937& random) {
+  std::array<std::size_t, kPreflopClasses> kinds;
+  const std::size_t most = 3 + random() % 30;
+  for (std::size_t& kind : kinds) kind = random() % most;
+  const auto weight = [&] { return 1 + static_cast<int>(random() % 10000); };
+  std::array<int, kPreflopClasses> weights;
+  for (int& one : weights) one = weight();
+  std::vector<WeightedPair> range;
+  for (int card1 = 0; card1 < 52; ++card1) {
+    for (int card2 = card1 + 1; card2 < 52; ++card2) {
+      const std::size_t number = Classed(card1, card2).number;
+      if (kinds[number] == 0) range.push_back({card1, card2, weights[number]});
+      if (kinds[number] == 1) range.push_back({card1, card2, weight()});
+      if (kinds[number] == 2 && random() % 3 == 0) range.push_back({card1, card2, weight()});
+    }
+  }
+  return range;
+}
+
+TEST(PreflopRanges, EqualHandAgainstHandAtAllInstructionLevels) {
+  std::mt19937 random(2);
+  for (int trial = 0; trial < 12; ++trial) {
+    SCOPED_TRACE(trial);
+    const std::vector<WeightedPair> hands1 = RandomRange(random);
+    std::vector<WeightedPair> hands2 = RandomRange(random);
+    std::shuffle(hands2.begin(), hands2.end(), random);
+    const TwoRanges ranges{hands1, hands2};
+    std::vector<Tally> plain1(hands1.size()), plain2(hands2.size());
+    const RangeMatchups matchups(EmptyBoardCounts(BestIsa(), Deck::kFull, Street::kRiver), ranges);
+    for (std::size_t step = 0; step < matchups.steps(); ++step) {
+      matchups.Count(step, {plain1, plain2});
+    }
+    for (const Isa isa : {Isa::kBaseline, Isa::kAvx2, Isa::kAvx512}) {
+      if (isa > BestIsa()) continue;
+      std::vector<Tally> tallies1(hands1.size()), tallies2(hands2.size());
+      CountPreflopRanges(isa, ranges, {tallies1, tallies2});
+      EXPECT_EQ(tallies1, plain1) << IsaName(isa);
+      EXPECT_EQ(tallies2, plain2) << IsaName(isa);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace pokermath
