@@ -1,0 +1,173 @@
+#include "kernels/board_sweep.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <vector>
+
+#include "eval/worth.h"
+
+namespace pokermath {
+namespace {
+
+class Deals {
+ public:
+  Deals(Game game, std::uint32_t seed) : rules_(RulesOf(game)), random_(seed) {}
+
+  std::size_t Below(std::size_t limit) { return random_() % limit; }
+
+  // A board that is of any cards, mostly of one suit, or mostly of two ranks.
+  CardSet Board(int size) {
+    const CardSet deck = rules_.Deck();
+    std::vector<int> cards(deck.begin(), deck.end());
+    std::shuffle(cards.begin(), cards.end(), random_);
+    const std::size_t kind = Below(3);
+    const auto is_near = [&](int card) {
+      return kind == 1 ? card / 13 == cards[0] / 13
+                       : kind == 2 && (card % 13 == cards[0] % 13 || card % 13 == cards[1] % 13);
+    };
+    std::vector<int> near = cards;
+    std::ranges::stable_partition(near, is_near);
+    if (Below(2) == 0) near[static_cast<std::size_t>(size) - 1] = cards.back();
+    CardSet board;
+    for (int i = 0; i < size; ++i) board.Add(near[static_cast<std::size_t>(i)]);
+    return board;
+  }
+
+  // About one hand in `one_in`.
+  std::vector<WeightedPair> Range(std::size_t one_in) {
+    std::vector<WeightedPair> hands;
+    const CardSet deck = rules_.Deck();
+    for (const int low : deck) {
+      for (const int high : deck) {
+        if (low >= high || Below(one_in) != 0) continue;
+        hands.push_back({low, high, 1 + static_cast<int>(Below(10000))});
+      }
+    }
+    return hands;
+  }
+
+ private:
+  const GameRules& rules_;
+  std::mt19937 random_;
+};
+
+// Adds one complete board, hand by hand.
+void CountPlainly(const GameRules& rules, const TwoRanges& ranges, CardSet board,
+                  const TwoTallies& tallies) {
+  const std::vector<int> board_cards(board.begin(), board.end());
+  const auto values_of = [&](std::span<const WeightedPair> hands) {
+    std::vector<int> values;
+    for (const auto& [card1, card2, weight] : hands) {
+      const int cards[] = {card1, card2};
+      values.push_back(CardSet(cards).Meets(board) ? -1 : WorthOf(rules, cards, board_cards).high);
+    }
+    return values;
+  };
+  const std::vector<int> values1 = values_of(ranges.hands1);
+  const std::vector<int> values2 = values_of(ranges.hands2);
+  for (std::size_t i = 0; i < values1.size(); ++i) {
+    for (std::size_t j = 0; j < values2.size(); ++j) {
+      const WeightedPair& hand1 = ranges.hands1[i];
+      const WeightedPair& hand2 = ranges.hands2[j];
+      if (values1[i] < 0 || values2[j] < 0 || hand1.cards().Meets(hand2.cards())) continue;
+      const std::int64_t tie = values1[i] == values2[j] ? 1 : 0;
+      tallies.of1[i] +=
+          {values1[i] > values2[j] ? hand2.weight : 0, tie * hand2.weight, hand2.weight};
+      tallies.of2[j] +=
+          {values1[i] < values2[j] ? hand1.weight : 0, tie * hand1.weight, hand1.weight};
+    }
+  }
+}
+
+struct Tallies {
+  explicit Tallies(const TwoRanges& ranges)
+      : of1(ranges.hands1.size()), of2(ranges.hands2.size()) {}
+  TwoTallies all() { return {of1, of2}; }
+  bool operator==(const Tallies&) const = default;
+
+  std::vector<Tally> of1, of2;
+};
+
+// All boards of some known cards, others that come, and of `to_come` more below `highest`.
+void CountPlainly(const GameRules& rules, const TwoRanges& ranges, CardSet board, CardSet from,
+                  int to_come, Tallies& tallies, int highest = 52) {
+  if (to_come == 0) return CountPlainly(rules, ranges, board, tallies.all());
+  for (const int card : from) {
+    if (card >= highest) break;
+    CountPlainly(rules, ranges, board | CardSet{card}, from, to_come - 1, tallies, card);
+  }
+}
+
+class BoardSweeps : public testing::TestWithParam<Isa> {};
+
+TEST_P(BoardSweeps, GiveEveryHandWhatPlainLoopsGive) {
+  if (GetParam() > BestIsa()) GTEST_SKIP();
+  for (const Game game : {Game::kHoldem, Game::kShortDeck, Game::kShortDeckStraights}) {
+    const GameRules& rules = RulesOf(game);
+    Deals deals(game, 7);
+    for (std::size_t i = 0; i < 150; ++i) {
+      SCOPED_TRACE(std::string(rules.name) + " " + std::to_string(i));
+      const int street = 3 + static_cast<int>(i % 3);
+      const int to_come = static_cast<int>(deals.Below(3));
+      // A board of which some cards only come, and dead cards.
+      const CardSet complete = deals.Board(street);
+      CardSet board = complete;
+      for (int n = 0; n < to_come; ++n) board -= CardSet{*board.begin()};
+      CardSet coming;
+      if (deals.Below(2) == 0 && !board.empty()) coming.Add(*board.begin());
+      CardSet from = rules.Deck() - board;
+      if (deals.Below(2) == 0) from -= deals.Board(3);
+      const std::size_t one_in = to_come == 2 ? 60 : 1 + deals.Below(8);
+      const std::vector<WeightedPair> hands1 = deals.Range(one_in);
+      const std::vector<WeightedPair> hands2 = deals.Range(one_in);
+      const TwoRanges ranges{hands1, hands2};
+
+      BoardSweep sweep(GetParam(), rules, ranges, board - coming);
+      sweep.Count(coming, from, to_come);
+      Tallies swept(ranges), plain(ranges);
+      sweep.AddTo(0, swept.all());
+      CountPlainly(rules, ranges, board, from, to_come, plain);
+      for (auto* tallies : {&plain.of1, &plain.of2}) {
+        for (Tally& tally : *tallies) tally.cases = 0;
+      }
+      ASSERT_EQ(swept, plain);
+    }
+  }
+}
+
+// Sums of 32 bits go to larger ones before they are full.
+TEST_P(BoardSweeps, AddUpManyBoardsOfHeavyHands) {
+  if (GetParam() > BestIsa()) GTEST_SKIP();
+  const GameRules& rules = RulesOf(Game::kHoldem);
+  Deals deals(Game::kHoldem, 8);
+  std::vector<WeightedPair> hands = deals.Range(1);
+  for (WeightedPair& hand : hands) hand.weight = 10000;
+  const TwoRanges ranges{hands, hands};
+  for (const char* name : {"no flush", "flush"}) {
+    const CardSet board = *name == 'f' ? CardSet{0, 2, 4, 20, 35} : CardSet{0, 2, 17, 20, 35};
+    BoardSweep sweep(GetParam(), rules, ranges, board);
+    constexpr int kTimes = 1000;
+    for (int i = 0; i < kTimes; ++i) sweep.Count({}, {}, 0);
+    Tallies swept(ranges), plain(ranges);
+    sweep.AddTo(kTimes, swept.all());
+    CountPlainly(rules, ranges, board, plain.all());
+    for (auto* tallies : {&plain.of1, &plain.of2}) {
+      for (Tally& tally : *tallies) {
+        tally = {kTimes * tally.wins, kTimes * tally.ties, kTimes * tally.cases};
+      }
+    }
+    ASSERT_EQ(swept, plain) << name;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(, BoardSweeps, testing::Values(Isa::kBaseline, Isa::kAvx2, Isa::kAvx512),
+                         [](const auto& isa) {
+                           return isa.param == Isa::kBaseline ? "Baseline"
+                                  : isa.param == Isa::kAvx2   ? "Avx2"
+                                                              : "Avx512";
+                         });
+
+}  // namespace
+}  // namespace pokermath
