@@ -270,7 +270,8 @@ Side SideOf(const HandRange& range) {
   std::int32_t unit = 0;
   for (const WeightedHand& hand : range.hands()) {
     if (unit == 1) break;
-    unit = std::gcd(unit, hand.weight);
+    // Most weigh the same as the one before.
+    if (hand.weight != unit) unit = std::gcd(unit, hand.weight);
   }
   return {range, unit};
 }

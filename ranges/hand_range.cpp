@@ -159,14 +159,17 @@ int HandRange::WeightOf(CardSet hand) const {
 }
 
 HandRange HandRange::Without(CardSet dead) const {
+  const auto blocked = [&](const WeightedHand& hand) { return hand.cards.Meets(dead); };
+  // Nothing to take away: a range that is shared keeps its list.
+  const bool whole = hands_->every ? !hands_->every_of.Meets(dead)
+                                   : dead.empty() || std::ranges::none_of(hands_->list, blocked);
+  if (whole) return *this;
   auto left = std::make_shared<Hands>(game());
   if (hands_->every) {
     left->every = true;
     left->every_of = hands_->every_of - dead;
     return HandRange(std::move(left));
   }
-  const auto blocked = [&](const WeightedHand& hand) { return hand.cards.Meets(dead); };
-  if (std::ranges::none_of(hands_->list, blocked)) return *this;
   std::ranges::remove_copy_if(hands_->list, std::back_inserter(left->list), blocked);
   return HandRange(std::move(left));
 }
