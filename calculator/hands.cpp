@@ -93,11 +93,11 @@ class RankBoardsWork final : public Work {
   std::vector<CardSet> hands_;
 };
 
-// Whether it is one hand each, in a game without lows, and only the totals are asked for.
+// Whether it is one hand each, in a game without lows, and only totals or hands are asked for.
 bool IsOfHands(const CheckedQuestion& question) {
   const Detail& detail = question.asked().detail;
-  return !question.rules().high_low && !detail.hands && !detail.next && !detail.made &&
-         question.folded().empty() && std::ranges::all_of(question.players(), &Side::IsOneHand);
+  return !question.rules().high_low && !detail.next && !detail.made && question.folded().empty() &&
+         std::ranges::all_of(question.players(), &Side::IsOneHand);
 }
 
 }  // namespace
@@ -107,7 +107,7 @@ std::optional<double> RankBoardsCost(const CheckedQuestion& question) {
   const bool knows_rules =
       rules.hand_size == 2 && !(rules.IsShortDeck() && rules.straight_over_trips);
   if (!IsOfHands(question) || !knows_rules || !question.board().empty()) return std::nullopt;
-  return 2000 + 2000 * static_cast<double>(question.players().size());
+  return 2000 + 3000 * static_cast<double>(question.players().size());
 }
 
 std::unique_ptr<const Work> StartRankBoards(const QuestionPointer& question) {

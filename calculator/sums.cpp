@@ -157,12 +157,17 @@ void Settler::AddTrial(const SettledDeal& deal, std::span<Int128> sums) const {
 
 void Settler::AddSharers(unsigned sharers, std::int64_t times, std::span<Int128> sums) const {
   const int count = std::popcount(sharers);
+  const auto add_outcome = [&](OutcomePlace place) {
+    sums[count == 1 ? place.wins() : place.ties()] += times;
+    sums[place.points()] += kPot / count * times;
+  };
   sums[SumsLayout::kCases] += times;
   for (std::size_t i = 0; i < players_; ++i) {
+    const std::size_t cell = layout_.HandCases(i, 0);
+    if (detail_.hands) sums[cell] += times;
     if ((sharers >> i & 1) == 0) continue;
-    const OutcomePlace total = layout_.Total(i);
-    sums[count == 1 ? total.wins() : total.ties()] += times;
-    sums[total.points()] += kPot / count * times;
+    add_outcome(layout_.Total(i));
+    if (detail_.hands) add_outcome(SumsLayout::OutcomeOf(cell));
     sums[layout_.Shared(i, static_cast<std::size_t>(count) - 1)] += times;
   }
 }

@@ -68,12 +68,16 @@ class Builder {
     if (pattern.below) tails = head[1] - LowestRank(deck);
     const int size = Choose(tails, RanksIn(pattern.tail));
     if (size <= 0) return;
-    boards_.blocks.push_back({.head = head,
-                              .head_ranks = pattern.head_ranks,
-                              .times = pattern.times,
-                              .tail = pattern.tail,
-                              .size = size,
-                              .first = boards_.size});
+    BoardBlock block{.head = head,
+                     .head_ranks = pattern.head_ranks,
+                     .tail = pattern.tail,
+                     .size = size,
+                     .first = boards_.size};
+    for (std::size_t i = 0; i < static_cast<std::size_t>(pattern.head_ranks); ++i) {
+      block.times[i] = pattern.times;
+      block.head_set = static_cast<std::int16_t>(block.head_set | 1 << head[i]);
+    }
+    boards_.blocks.push_back(block);
     boards_.size += size;
   }
 
@@ -86,8 +90,7 @@ std::uint32_t KeyOf(const RankBoards& boards, const BoardBlock& block, int place
   const auto add = [&key](int rank, int times) {
     key += static_cast<std::uint32_t>(times) * DeckValues<deck>::KeyOf(rank);
   };
-  for (int i = 0; i < block.head_ranks; ++i)
-    add(block.head[static_cast<std::size_t>(i)], block.times);
+  for (std::size_t i = 0; i < 2; ++i) add(block.head[i], block.times[i]);
   const int tail =
       boards.tails[static_cast<std::size_t>(block.tail)][static_cast<std::size_t>(place)];
   for (int rank = 0; rank < 13; ++rank) {

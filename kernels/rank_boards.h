@@ -25,9 +25,10 @@ inline constexpr int kTails = 5;
 constexpr int RanksIn(Tail tail) { return tail == Tail::kPair ? 1 : static_cast<int>(tail); }
 
 struct BoardBlock {
-  std::array<int, 2> head{};  ///< ranks, the lower one last; a single one twice
-  int head_ranks = 0;         ///< how many these are
-  int times = 0;              ///< cards of each of them
+  std::array<int, 2> head{};   ///< ranks, the lower one last; a single one twice
+  std::array<int, 2> times{};  ///< cards of each of them; of a second one that is none, 0
+  int head_ranks = 0;          ///< how many there are
+  std::int16_t head_set = 0;   ///< the same as a set
   Tail tail = Tail::kNone;
   int size = 0;   ///< boards: so many tails from the first one on
   int first = 0;  ///< where they stand among all boards

@@ -19,6 +19,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 #include "kernels/matchup_tables.h"
@@ -87,90 +88,105 @@ POKERMATH_KERNEL int SumLanes(const Register& lanes) {
   return sum;
 }
 
-// The weights of places by who has the largest value, of few rows.
-template <typename Register, int rows>
-class FewSums {
- public:
-  // Weights where the rows have the values, of which `best` is the largest.
-  POKERMATH_KERNEL void Add(const Register (&values)[rows], const Register& best,
-                            const Register& weights) {
-    Register least[1 << rows];  // where at least these rows have the best value
-    least[0] = weights;
-    for (int set = 1; set < 1 << rows; ++set) {
-      const int row = 31 - __builtin_clz(static_cast<unsigned>(set));
-      least[set] = least[set ^ 1 << row] & (values[row] == best);
-      sums_[set] += least[set];
-    }
-  }
+#define POKERMATH_INLINE __attribute__((always_inline))
 
-  // Moves the sums to times; they have to fit 16 bits.
-  POKERMATH_KERNEL void Flush(std::int64_t* times) {
-    for (int set = 1; set < 1 << rows; ++set) {
-      times[set] += SumLanes(sums_[set]);
-      sums_[set] = Register{};
-    }
-  }
-
- private:
-  Register sums_[1 << rows]{};
-};
-
-// From "at least these rows" to "these rows alone", and to hands.
-inline void AddLeast(const Rivals& rivals, std::int64_t* least, std::span<std::int64_t> times) {
-  const unsigned sets = 1u << rivals.count;
-  for (unsigned row = 1; row < sets; row *= 2) {
-    for (unsigned set = 1; set < sets; ++set) {
-      if ((set & row) == 0) least[set] -= least[set | row];
-    }
-  }
-  for (unsigned set = 1; set < sets; ++set) times[rivals.HandsOf(set)] += least[set];
+// Calls use with 0 .. count - 1. A loop would not be unrolled in functions as large as these, and
+// arrays of registers have to be.
+template <int count, typename Use>
+POKERMATH_KERNEL void Unroll(const Use& use) {
+  [&]<int... i>(std::integer_sequence<int, i...>) POKERMATH_INLINE { (use(i), ...); }
+  (std::make_integer_sequence<int, count>());
 }
 
-// The weights of places by who has the largest value, of any number of rows, place by place.
+// What stands at one place in all rows, and the largest of it.
+template <typename Register, int rows>
+struct Place {
+  Register values[rows];
+  Register best;
+
+  POKERMATH_KERNEL Place(const Rivals& rivals, std::ptrdiff_t place) {
+    Unroll<rows>([&](int row) POKERMATH_INLINE {
+      Load(values[row], rivals.rows[static_cast<std::size_t>(row)] + place);
+      best = row == 0 ? values[0] : values[row] > best ? values[row] : best;
+    });
+  }
+};
+
+// The weights of places by who has the largest value, of few rows: [set of rows], places where
+// they have it, and others may, too.
+template <typename Register, int rows>
+struct FewSums {
+  static constexpr int kSets = 1 << rows;
+  Register least[kSets]{};
+
+  POKERMATH_KERNEL void Add(const Place<Register, rows>& place, const Register& weights) {
+    Register of_set[kSets];
+    of_set[0] = weights;
+    Unroll<kSets - 1>([&](int i) POKERMATH_INLINE {
+      const int set = i + 1;
+      const int row = 31 - __builtin_clz(static_cast<unsigned>(set));
+      of_set[set] = of_set[set ^ 1 << row] & (place.values[row] == place.best);
+      least[set] += of_set[set];
+    });
+  }
+
+  POKERMATH_KERNEL void Add(const FewSums& other) {
+    Unroll<kSets>([&](int set) POKERMATH_INLINE { least[set] += other.least[set]; });
+  }
+
+  // All weights.
+  POKERMATH_KERNEL void Total(Register& total) const {
+    total = Register{};
+    Unroll<kSets>([&](int set) POKERMATH_INLINE {
+      total += __builtin_popcount(static_cast<unsigned>(set)) % 2 == 1 ? least[set] : -least[set];
+    });
+  }
+
+  // They have to fit 16 bits.
+  POKERMATH_KERNEL void AddTo(const Rivals& rivals, std::span<std::int64_t> times) const {
+    int alone[kSets];
+    Unroll<kSets>([&](int set) POKERMATH_INLINE { alone[set] = SumLanes(least[set]); });
+    for (int row = 1; row < kSets; row *= 2) {
+      for (int set = 1; set < kSets; ++set) {
+        if ((set & row) == 0) alone[set] -= alone[set | row];
+      }
+    }
+    for (int set = 1; set < kSets; ++set) {
+      times[rivals.HandsOf(static_cast<unsigned>(set))] += alone[set];
+    }
+  }
+};
+
+// The same of many rows, place by place: the rows that have the largest value.
 class ManySums {
  public:
-  void Add(unsigned set, std::int16_t weight) { sums_[set] += weight; }
+  POKERMATH_KERNEL explicit ManySums(int rows) : sets_(1u << rows) {
+    for (auto& bank : banks_) std::fill_n(bank, sets_, 0);
+  }
 
-  void AddTo(const Rivals& rivals, std::span<std::int64_t> times) const {
-    for (unsigned set = 1; set < 1u << rivals.count; ++set) {
-      if (sums_[set] != 0) times[rivals.HandsOf(set)] += sums_[set];
+  // Numbers that change by turns need not wait for each other.
+  POKERMATH_KERNEL void Add(int turn, unsigned set, std::int16_t weight) {
+    banks_[turn % 2][set] += weight;
+  }
+
+  POKERMATH_KERNEL void AddTo(const Rivals& rivals, std::span<std::int64_t> times) const {
+    for (unsigned set = 1; set < sets_; ++set) {
+      const int sum = banks_[0][set] + banks_[1][set];
+      if (sum != 0) times[rivals.HandsOf(set)] += sum;
     }
   }
 
  private:
-  std::array<int, 1u << kMostHands> sums_{};
+  unsigned sets_;
+  int banks_[2][1 << kMostHands];
 };
 
-template <typename Register>
-POKERMATH_KERNEL void LoadBest(const Rivals& rivals, std::ptrdiff_t place, Register& best) {
-  Load(best, rivals.rows[0] + place);
-  for (int row = 1; row < rivals.count; ++row) {
-    Register value;
-    Load(value, rivals.rows[static_cast<std::size_t>(row)] + place);
-    best = value > best ? value : best;
-  }
-}
-
-// And of which rows it is, as bits.
-template <typename Register>
-POKERMATH_KERNEL void LoadBest(const Rivals& rivals, std::ptrdiff_t place, Register& best,
-                               Register& sets) {
-  LoadBest(rivals, place, best);
-  sets = Register{};
-  for (int row = 0; row < rivals.count; ++row) {
-    Register value;
-    Load(value, rivals.rows[static_cast<std::size_t>(row)] + place);
-    sets |= (value == best) & static_cast<std::int16_t>(1 << row);
-  }
-}
-
 template <typename Register, int rows>
-POKERMATH_KERNEL void LoadRows(const Rivals& rivals, std::ptrdiff_t place, Register (&values)[rows],
-                               Register& best) {
-  for (int row = 0; row < rows; ++row) {
-    Load(values[row], rivals.rows[static_cast<std::size_t>(row)] + place);
-    best = row == 0 ? values[0] : values[row] > best ? values[row] : best;
-  }
+POKERMATH_KERNEL void LoadWinners(const Place<Register, rows>& place, Register& winners) {
+  winners = Register{};
+  Unroll<rows>([&](int row) POKERMATH_INLINE {
+    winners |= (place.values[row] == place.best) & static_cast<std::int16_t>(1 << row);
+  });
 }
 
 template <typename Register, int rows>
@@ -178,50 +194,42 @@ POKERMATH_KERNEL void JudgeFew(const Rivals& rivals, const std::int16_t* weights
                                std::span<std::int64_t> times) {
   // Weights are 4^5 at the most.
   constexpr int kBlock = 31 * kLanes<Register>;
-  std::int64_t least[1 << rows]{};
-  FewSums<Register, rows> sums;
   for (int start = 0; start < size; start += kBlock) {
     const int end = std::min(start + kBlock, size);
-    for (int place = start; place < end; place += kLanes<Register>) {
-      Register values[rows], best, weight;
-      LoadRows(rivals, place, values, best);
-      Load(weight, weights + place);
-      sums.Add(values, best, weight);
+    FewSums<Register, rows> sums;
+    for (int i = start; i < end; i += kLanes<Register>) {
+      Register weight;
+      Load(weight, weights + i);
+      sums.Add(Place<Register, rows>(rivals, i), weight);
     }
-    sums.Flush(least);
+    sums.AddTo(rivals, times);
   }
-  AddLeast(rivals, least, times);
 }
 
-template <typename Register>
+template <typename Register, int rows>
 POKERMATH_KERNEL void JudgeMany(const Rivals& rivals, const std::int16_t* weights, int size,
                                 std::span<std::int64_t> times) {
-  ManySums sums;
-  for (int place = 0; place < size; place += kLanes<Register>) {
-    Register best, sets;
-    LoadBest(rivals, place, best, sets);
-    for (int i = 0; i < kLanes<Register>; ++i) {
-      sums.Add(static_cast<unsigned>(sets[i]), weights[place + i]);
-    }
+  ManySums sums(rows);
+  for (int start = 0; start < size; start += kLanes<Register>) {
+    Register lanes;
+    LoadWinners(Place<Register, rows>(rivals, start), lanes);
+    std::uint16_t winners[kLanes<Register>];
+    std::memcpy(winners, &lanes, sizeof lanes);
+    for (int i = 0; i < kLanes<Register>; ++i) sums.Add(i, winners[i], weights[start + i]);
   }
   sums.AddTo(rivals, times);
 }
 
 // Adds the weights of places to those who share the largest value there.
-template <typename Register>
+template <typename Register, int rows = 1>
 POKERMATH_KERNEL void Judge(const Rivals& rivals, const std::int16_t* weights, int size,
                             std::span<std::int64_t> times) {
-  switch (rivals.count) {
-    case 1:
-      return JudgeFew<Register, 1>(rivals, weights, size, times);
-    case 2:
-      return JudgeFew<Register, 2>(rivals, weights, size, times);
-    case 3:
-      return JudgeFew<Register, 3>(rivals, weights, size, times);
-    case kFew:
-      return JudgeFew<Register, kFew>(rivals, weights, size, times);
-    default:
-      return JudgeMany<Register>(rivals, weights, size, times);
+  if (rivals.count > rows) {
+    if constexpr (rows < kMostHands) Judge<Register, rows + 1>(rivals, weights, size, times);
+  } else if constexpr (rows <= kFew) {
+    JudgeFew<Register, rows>(rivals, weights, size, times);
+  } else {
+    JudgeMany<Register, rows>(rivals, weights, size, times);
   }
 }
 
@@ -238,25 +246,29 @@ struct TailWays {
   alignas(64) std::array<Row<1>, 1> none;
 
   const std::int16_t* Of(Tail tail, int suited) const {
-    const auto row = static_cast<std::size_t>(suited);
-    switch (tail) {
-      case Tail::kNone:
-        return none[row].data();
-      case Tail::kOne:
-        return one[row].data();
-      case Tail::kTwo:
-        return two[row].data();
-      case Tail::kThree:
-        return three[row].data();
-      default:
-        return pair[row].data();
-    }
+    return of_[static_cast<std::size_t>(tail)][static_cast<std::size_t>(suited)];
   }
+
+ private:
+  using Pointers = std::array<const std::int16_t*, 4>;
+  template <typename Rows>
+  static Pointers To(const Rows& rows) {
+    Pointers pointers{};
+    std::ranges::transform(rows, pointers.begin(), [](const auto& row) { return row.data(); });
+    return pointers;
+  }
+
+  std::array<Pointers, kTails> of_ = {To(none), To(one), To(two), To(three), To(pair)};  // [tail]
 };
 
 // Cards of each rank: of a suit, 0 or 1, and of the others.
 struct RankWays {
-  std::array<int, 13> suited{}, others{};
+  std::array<std::int16_t, 13> suited{}, others{};
+};
+
+// Ways to draw so many cards of a rank, none of them of a suit or one.
+struct HeadWays {
+  int none = 1, one = 0;
 };
 
 // Adds a rank to tails of fewer ranks, all below it.
@@ -283,8 +295,7 @@ POKERMATH_KERNEL void WeighTails(const RankWays& ways, int lowest_rank, TailWays
   for (int rank = lowest_rank; rank < 13; ++rank) {
     const auto index = static_cast<std::size_t>(rank);
     const auto place = static_cast<std::size_t>(rank - lowest_rank);
-    const auto suited = static_cast<std::int16_t>(ways.suited[index]);
-    const auto others = static_cast<std::int16_t>(ways.others[index]);
+    const std::int16_t suited = ways.suited[index], others = ways.others[index];
     tails.one[0][place] = others;
     tails.one[1][place] = suited;
     tails.pair[0][place] = static_cast<std::int16_t>(Choose(others, 2));
@@ -309,20 +320,19 @@ class Weigher {
 
  public:
   POKERMATH_KERNEL explicit Weigher(const Showdown& showdown, int lowest_rank)
-      : boards_(*showdown.rank_boards), board_(showdown.board) {
+      : boards_(*showdown.rank_boards) {
     RankWays all;
     for (int rank = lowest_rank; rank < 13; ++rank) {
-      all.others[static_cast<std::size_t>(rank)] = showdown.Left(rank);
+      all.others[static_cast<std::size_t>(rank)] = static_cast<std::int16_t>(showdown.Left(rank));
     }
     Prepare(all, 0, lowest_rank);
     for (std::size_t suit = 0; suit < 4; ++suit) {
       const int fewest = showdown.FewestSuited(suit);
-      if (fewest > board_) continue;
-      RankWays ways;
-      for (int rank = lowest_rank; rank < 13; ++rank) {
-        const auto index = static_cast<std::size_t>(rank);
-        ways.suited[index] = showdown.Live(suit, rank);
-        ways.others[index] = all.others[index] - ways.suited[index];
+      if (fewest > showdown.board) continue;
+      RankWays ways = all;
+      for (std::size_t rank = 0; rank < 13; ++rank) {
+        ways.suited[rank] = showdown.live[suit] >> rank & 1;
+        ways.others[rank] -= ways.suited[rank];
       }
       Prepare(ways, fewest, lowest_rank);
     }
@@ -337,8 +347,8 @@ class Weigher {
  private:
   // Boards that have at least so many cards of a suit; all boards are the first of them.
   struct Suited {
-    int fewest = 0;
-    RankWays ways;
+    int fewest;
+    std::array<std::array<HeadWays, 13>, 5> heads;  // [cards][rank]
     TailWays tails;
   };
   struct Term {
@@ -349,21 +359,24 @@ class Weigher {
   POKERMATH_KERNEL void Prepare(const RankWays& ways, int fewest, int lowest_rank) {
     Suited& suited = suited_[count_++];
     suited.fewest = fewest;
-    suited.ways = ways;
+    for (std::size_t rank = 0; rank < 13; ++rank) {
+      // Pascal's rule the other way round: ways to choose 0 to 4 of the other cards.
+      std::array<int, 5> chosen = {1, 0, 0, 0, 0};
+      for (int card = 0; card < ways.others[rank]; ++card) {
+        for (std::size_t i = 4; i > 0; --i) chosen[i] += chosen[i - 1];
+      }
+      suited.heads[0][rank] = {};
+      for (std::size_t i = 1; i < 5; ++i) {
+        suited.heads[i][rank] = {chosen[i], ways.suited[rank] * chosen[i - 1]};
+      }
+    }
     WeighTails<Register>(ways, lowest_rank, suited.tails);
   }
 
-  // Ways to draw a head with so many cards of the suit or more.
-  POKERMATH_KERNEL static std::array<int, 3> HeadWays(const BoardBlock& block,
-                                                      const RankWays& ways) {
-    std::array<int, 3> head = {1, 0, 0};
-    for (int i = 0; i < block.head_ranks; ++i) {
-      const auto rank = static_cast<std::size_t>(block.head[static_cast<std::size_t>(i)]);
-      const int none = Choose(ways.others[rank], block.times);
-      const int one = ways.suited[rank] * Choose(ways.others[rank], block.times - 1);
-      head = {head[0] * none, head[1] * none + head[0] * one, head[2] * none + head[1] * one};
-    }
-    return {head[0] + head[1] + head[2], head[1] + head[2], head[2]};
+  POKERMATH_KERNEL static HeadWays HeadOf(const Suited& suited, const BoardBlock& block,
+                                          std::size_t place) {
+    return suited.heads[static_cast<std::size_t>(block.times[place])]
+                       [static_cast<std::size_t>(block.head[place])];
   }
 
   POKERMATH_KERNEL void WeighBlock(const BoardBlock& block, std::int16_t* weights) {
@@ -371,20 +384,18 @@ class Weigher {
     int count = 0;
     for (int i = 0; i < count_; ++i) {
       const Suited& suited = suited_[i];
-      if (block.head_ranks + RanksIn(block.tail) < suited.fewest) continue;
-      const std::array<int, 3> head = HeadWays(block, suited.ways);
       const int most = i == 0 ? 0 : RanksIn(block.tail);
-      for (int of_tail = 0; of_tail <= most; ++of_tail) {
-        const int of_head = std::max(suited.fewest - of_tail, 0);
-        const int ways = of_head > block.head_ranks ? 0 : head[static_cast<std::size_t>(of_head)];
-        if (ways == 0) continue;
+      int of_tail = std::max(suited.fewest - block.head_ranks, 0);
+      if (of_tail > most) continue;
+      const HeadWays first = HeadOf(suited, block, 0), second = HeadOf(suited, block, 1);
+      const int two = first.one * second.one;
+      const int one = two + first.one * second.none + first.none * second.one;
+      const int ways[3] = {one + first.none * second.none, one, two};
+      for (; of_tail <= most; ++of_tail) {
+        const int of_head = ways[std::max(suited.fewest - of_tail, 0)];
         terms[count++] = {suited.tails.Of(block.tail, of_tail),
-                          static_cast<std::int16_t>(i == 0 ? ways : -ways)};
+                          static_cast<std::int16_t>(i == 0 ? of_head : -of_head)};
       }
-    }
-    int head_ranks = 0;
-    for (int i = 0; i < block.head_ranks; ++i) {
-      head_ranks |= 1 << block.head[static_cast<std::size_t>(i)];
     }
     const std::int16_t* tails = boards_.tails[static_cast<std::size_t>(block.tail)].data();
     for (int place = 0; place < block.size; place += kLanes<Register>) {
@@ -396,14 +407,13 @@ class Weigher {
       }
       Register ranks;
       Load(ranks, tails + place);
-      sum &= (ranks & static_cast<std::int16_t>(head_ranks)) == 0;
+      sum &= (ranks & block.head_set) == 0;
       // What stands behind the block is written later.
       std::memcpy(weights + place, &sum, sizeof sum);
     }
   }
 
   const RankBoards& boards_;
-  int board_;
   Suited suited_[5];
   int count_ = 0;
 };
@@ -458,46 +468,47 @@ POKERMATH_KERNEL void BeatFew(const FlushBoards& flush, const SetRow& best_flush
   static_assert(Choose(39, 2) * 36 < 1 << 15 && Choose(13, 3) <= 36 * kLanes<Register>);
   FewSums<Register, rows> sums;
   for (int set = 0; set < flush.boards.sets; set += kLanes<Register>) {
-    Register best_flush, all{};
+    Register best_flush;
     Load(best_flush, best_flushes.data() + set);
-    int place = FirstRest(flush.boards, set);
-    for (std::size_t rest = 0; rest < flush.boards.rests.size(); ++rest, place += kGroup) {
-      Register values[rows], best;
-      LoadRows(flush.others, place, values, best);
-      const Register weight = (best > best_flush) & flush.rest_weights[rest];
-      sums.Add(values, best, weight);
-      all += weight;
+    FewSums<Register, rows> of_sets;
+    int first = FirstRest(flush.boards, set);
+    for (std::size_t rest = 0; rest < flush.boards.rests.size(); ++rest, first += kGroup) {
+      const Place<Register, rows> place(flush.others, first);
+      of_sets.Add(place, (place.best > best_flush) & flush.rest_weights[rest]);
     }
+    sums.Add(of_sets);
+    Register all;
+    of_sets.Total(all);
     std::memcpy(beaten.data() + set, &all, sizeof all);
   }
-  std::int64_t least[1 << rows]{};
-  sums.Flush(least);
-  AddLeast(flush.others, least, times);
+  sums.AddTo(flush.others, times);
 }
 
-template <typename Register>
+template <typename Register, int rows>
 POKERMATH_KERNEL void BeatMany(const FlushBoards& flush, const SetRow& best_flushes, SetRow& beaten,
                                std::span<std::int64_t> times) {
-  ManySums sums;
+  ManySums sums(rows);
   beaten.fill(0);
   for (int set = 0; set < flush.boards.sets; set += kLanes<Register>) {
     Register best_flush;
     Load(best_flush, best_flushes.data() + set);
-    int place = FirstRest(flush.boards, set);
-    for (std::size_t rest = 0; rest < flush.boards.rests.size(); ++rest, place += kGroup) {
-      Register best, winners;
-      LoadBest(flush.others, place, best, winners);
-      winners &= (best_flush - best) >> 15;  // g++ 12 fails on best > best_flush for AVX-512
-      // Few sets are beaten: look at four at once.
+    int first = FirstRest(flush.boards, set);
+    for (std::size_t rest = 0; rest < flush.boards.rests.size(); ++rest, first += kGroup) {
+      const Place<Register, rows> place(flush.others, first);
+      Register lanes;
+      LoadWinners(place, lanes);
+      lanes &= (best_flush - place.best) >> 15;  // g++ 12 fails on best > best_flush for AVX-512
+      // Few sets are beaten: look at all at once, and then at four.
       constexpr int kFours = kLanes<Register> / 4;
-      std::uint64_t fours[kFours];
-      std::memcpy(fours, &winners, sizeof winners);
-      for (int i = 0; i < kFours; ++i) {
+      std::uint64_t fours[kFours], any = 0;
+      std::memcpy(fours, &lanes, sizeof lanes);
+      Unroll<kFours>([&](int i) POKERMATH_INLINE { any |= fours[i]; });
+      for (int i = 0; any != 0 && i < kFours; ++i) {
         std::int16_t* of_set = beaten.data() + set + 4 * i;
         for (std::uint64_t four = fours[i]; four != 0; four >>= 16, ++of_set) {
-          const unsigned rows = four & 0xFFFF;
-          if (rows == 0) continue;
-          sums.Add(rows, flush.rest_weights[rest]);
+          const unsigned winners = four & 0xFFFF;
+          if (winners == 0) continue;
+          sums.Add(i, winners, flush.rest_weights[rest]);
           *of_set = static_cast<std::int16_t>(*of_set + flush.rest_weights[rest]);
         }
       }
@@ -506,20 +517,19 @@ POKERMATH_KERNEL void BeatMany(const FlushBoards& flush, const SetRow& best_flus
   sums.AddTo(flush.others, times);
 }
 
-template <typename Register>
+template <typename Register, int rows = 1>
 POKERMATH_KERNEL void Beat(const FlushBoards& flush, const SetRow& best_flushes, SetRow& beaten,
                            std::span<std::int64_t> times) {
-  switch (flush.others.count) {
-    case 0:
-      return beaten.fill(0);
-    case 1:
-      return BeatFew<Register, 1>(flush, best_flushes, beaten, times);
-    case 2:
-      return BeatFew<Register, 2>(flush, best_flushes, beaten, times);
-    case 3:
-      return BeatFew<Register, 3>(flush, best_flushes, beaten, times);
-    default:
-      return BeatMany<Register>(flush, best_flushes, beaten, times);
+  if (flush.others.count > rows) {
+    if constexpr (rows + 1 < kMostHands) {
+      Beat<Register, rows + 1>(flush, best_flushes, beaten, times);
+    }
+  } else if (flush.others.count == 0) {
+    beaten.fill(0);
+  } else if constexpr (rows < kFew) {
+    BeatFew<Register, rows>(flush, best_flushes, beaten, times);
+  } else {
+    BeatMany<Register, rows>(flush, best_flushes, beaten, times);
   }
 }
 
@@ -536,7 +546,12 @@ POKERMATH_KERNEL void CountFlushes(const FlushBoards& flush, std::span<std::int6
   alignas(64) SetRow best_flushes, weights;
   for (int set = 0; set < boards.sets; set += kLanes<Register>) {
     Register best, live;
-    LoadBest(flush.flushes, set, best);
+    Load(best, flush.flushes.rows[0] + set);
+    for (int row = 1; row < flush.flushes.count; ++row) {
+      Register value;
+      Load(value, flush.flushes.rows[static_cast<std::size_t>(row)] + set);
+      best = value > best ? value : best;
+    }
     LoadLive(flush, set, live);
     // Nobody beats the largest number, on sets that cannot come.
     best |= ~live & std::int16_t{0x7FFF};

@@ -42,6 +42,7 @@ class RandomQuestions {
       for (HandRange& range : question.players) {
         range = HandRange::Of(question.game, HandOf(rules));
       }
+      if (rules.hand_size == 2 && question.street != Street::kRiver) question.board = {};
     }
     if (players == 2 && rules.IsOmaha() && rules.hand_size == 4 && street == known &&
         Below(3) == 0) {
@@ -55,7 +56,8 @@ class RandomQuestions {
     return question;
   }
 
-  // Two players with a few hands on an empty board, which is much to count; mostly of Hold'em.
+  // Two players with a few hands on an empty board, or several with one each: much to count. Mostly
+  // of Hold'em.
   EquityQuestion NextBeforeTheFlop() {
     EquityQuestion question = Next();
     question.board = {};
@@ -64,8 +66,12 @@ class RandomQuestions {
       question.street = Street::kRiver;
       if (Below(3) > 0) question.dead = {};
     }
-    question.players.resize(2, question.players[0]);
-    for (HandRange& range : question.players) range = Range(question.game, 2);
+    const bool one_each = Below(2) == 0;
+    if (!one_each) question.players.resize(2, question.players[0]);
+    for (HandRange& range : question.players) {
+      range = one_each ? HandRange::Of(question.game, HandOf(RulesOf(question.game)))
+                       : Range(question.game, 2);
+    }
     question.folded.clear();
     return question;
   }
