@@ -43,7 +43,7 @@ std::vector<CardSet> SuitSymmetry::AlikeTo(CardSet cards) const {
   std::vector<CardSet> alike;
   for (const SuitRenaming& renaming : renamings_) alike.push_back(renaming.Of(cards));
   std::ranges::sort(alike);
-  alike.erase(std::ranges::unique(alike).begin(), alike.end());
+  alike.erase(std::unique(alike.begin(), alike.end()), alike.end());
   return alike;
 }
 
