@@ -90,7 +90,7 @@ Deal RandomDeal(std::mt19937& random) {
   }
   std::shuffle(cards.begin(), cards.end(), random);
   const std::size_t kind = below(3);
-  std::ranges::stable_partition(cards, [&](int card) {
+  std::stable_partition(cards.begin(), cards.end(), [&](int card) {
     return kind == 0 || (kind == 1 ? card < 26 : card % 13 >= 9 || card % 13 == 5);
   });
   const std::size_t hands = 2 + below(kMostHands - 1);
