@@ -25,6 +25,11 @@ class RandomQuestions {
     const CardSet deck = rules.Deck();
     deck_.assign(deck.begin(), deck.end());
     std::shuffle(deck_.begin(), deck_.end(), random_);
+    // Boards of mostly one suit are rare otherwise.
+    if (Below(3) == 0) {
+      std::stable_partition(deck_.begin(), deck_.begin() + 18,
+                            [&](int card) { return card / 13 == deck_[0] / 13; });
+    }
     question.street = static_cast<Street>(3 + Below(3));
     const auto street = static_cast<std::size_t>(question.street);
     // A board to which two cards come, or the flop itself.
