@@ -137,9 +137,11 @@ POKERMATH_ANSWERED(ThreeRangesRiver);
 
 // The kernel alone, for every hand of both ranges.
 void BM_BoardSweep(benchmark::State& state, const EquityQuestion& question) {
+  const auto isa = static_cast<Isa>(state.range(0));
+  if (isa > BestIsa()) return state.SkipWithError("this machine has no such instructions");
   std::vector<WeightedPair> hands[2];
   std::vector<Tally> tallies[2];
-  for (std::size_t side : {0, 1}) {
+  for (std::size_t side = 0; side < 2; ++side) {
     const HandRange left = question.players[side].Without(question.board);
     for (const WeightedHand& hand : left.hands()) {
       hands[side].push_back({*hand.cards.begin(), *++hand.cards.begin(), hand.weight});
@@ -148,15 +150,18 @@ void BM_BoardSweep(benchmark::State& state, const EquityQuestion& question) {
   }
   const CardSet live = RulesOf(question.game).Deck() - question.board;
   for (auto _ : state) {
-    BoardSweep sweep(BestIsa(), RulesOf(question.game), {hands[0], hands[1]}, question.board);
+    BoardSweep sweep(isa, RulesOf(question.game), {hands[0], hands[1]}, question.board);
     sweep.Count({}, live, 5 - question.board.size());
     sweep.AddTo(1, {tallies[0], tallies[1]});
     benchmark::DoNotOptimize(tallies[0].data());
   }
 }
 
-#define POKERMATH_SWEPT(name) \
-  BENCHMARK_CAPTURE(BM_BoardSweep, name, k##name)->Unit(benchmark::kMicrosecond)
+#define POKERMATH_SWEPT(name)                     \
+  BENCHMARK_CAPTURE(BM_BoardSweep, name, k##name) \
+      ->ArgName("isa")                            \
+      ->DenseRange(0, 2)                          \
+      ->Unit(benchmark::kMicrosecond)
 
 POKERMATH_SWEPT(Flop);
 POKERMATH_SWEPT(SuitedFlop);

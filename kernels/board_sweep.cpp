@@ -8,12 +8,15 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstring>
 
 namespace pokermath {
 namespace {
 
 constexpr std::uint8_t kNoPlace = 0xFF;
 constexpr std::uint16_t kNoLane = 0xFFFF;
+constexpr std::size_t kMostFlushes =
+    256;  // less than: 91 + 8 * 14 + 28 beside a flush on the board
 
 // A hand's rank class * 16 + lane, by card1 * 52 + card2. Of a pair the higher card is the second.
 constexpr auto kHandLanes = [] {
@@ -120,7 +123,7 @@ BoardSweep::BoardSweep(Isa isa, const GameRules& rules, const TwoRanges& ranges,
   sides_[0].hands = ranges.hands1;
   sides_[1].hands = ranges.hands2;
   std::array<bool, kRankClasses> held{};
-  for (std::size_t side : {0, 1}) Gather(side, board, held);
+  for (std::size_t side = 0; side < 2; ++side) Gather(side, board, held);
   places_.fill(kNoPlace);
   for (std::size_t number = 0; number < kRankClasses; ++number) {
     if (!held[number]) continue;
@@ -129,8 +132,9 @@ BoardSweep::BoardSweep(Isa isa, const GameRules& rules, const TwoRanges& ranges,
     classes_.push_back({static_cast<std::uint8_t>(high), static_cast<std::uint8_t>(low),
                         static_cast<std::uint16_t>(1u << high | 1u << low)});
   }
-  counted_.resize(classes_.size());
-  for (std::size_t side : {0, 1}) {
+  counted_.resize(classes_.size());  // which leaves it as it is
+  std::memset(counted_.data(), 0, counted_.size() * sizeof(SweptHands));
+  for (std::size_t side = 0; side < 2; ++side) {
     for (std::size_t i = 0; i < sides_[side].hands.size(); ++i) {
       const std::uint16_t lane = sides_[side].lanes[i];
       if (lane == kNoLane) continue;
@@ -139,20 +143,19 @@ BoardSweep::BoardSweep(Isa isa, const GameRules& rules, const TwoRanges& ranges,
     }
   }
   views_.resize(kMasks.size());
+  held_.resize(kMasks.size());
   for (std::size_t i = 0; i < views_.size(); ++i) views_[i].mask = &kMasks[i];
   tables_ = {classes_, counted_, views_};
 }
 
 void BoardSweep::Gather(std::size_t number, CardSet board, std::array<bool, kRankClasses>& held) {
   Side& side = sides_[number];
-  side.lanes.reserve(side.hands.size());
-  for (const WeightedPair& hand : side.hands) {
-    if (hand.cards().Meets(board)) {
-      side.lanes.push_back(kNoLane);
-      continue;
-    }
-    side.lanes.push_back(kHandLanes[static_cast<std::size_t>(hand.card1 * 52 + hand.card2)]);
-    held[side.lanes.back() / 16] = true;
+  side.lanes.resize(side.hands.size(), kNoLane);
+  for (std::size_t i = 0; i < side.hands.size(); ++i) {
+    const WeightedPair& hand = side.hands[i];
+    if (hand.cards().Meets(board)) continue;
+    side.lanes[i] = kHandLanes[static_cast<std::size_t>(hand.card1 * 52 + hand.card2)];
+    held[side.lanes[i] / 16] = true;
     const auto weight = static_cast<std::uint32_t>(hand.weight);
     side.holds[static_cast<std::size_t>(hand.card1)] += weight;
     side.holds[static_cast<std::size_t>(hand.card2)] += weight;
@@ -160,13 +163,17 @@ void BoardSweep::Gather(std::size_t number, CardSet board, std::array<bool, kRan
   }
 }
 
-SuitsView& BoardSweep::Use(std::size_t view) {
+void BoardSweep::Use(std::size_t view) {
   SuitsView& used = views_[view];
   if (used.classes.empty()) {
     used.classes.resize(classes_.size());
     kernels_.use(tables_, used);
+    held_[view].fill(kNoPlace);
+    for (std::size_t number = 0; number < kRankClasses; ++number) {
+      const std::uint8_t place = places_[number];
+      if (place != kNoPlace && !used.classes[place].IsEmpty()) held_[view][number] = place;
+    }
   }
-  return used;
 }
 
 void BoardSweep::Count(CardSet coming, CardSet from, int to_come) {
@@ -312,49 +319,50 @@ void BoardSweep::SetRanks(const Known& known, std::span<const int> more) {
   const auto end = std::ranges::merge(known.ranks, more, ranks.begin()).out;
   const RankOrder& order = RankOrderOf(rules_, {ranks.begin(), end});
   plain_.resize(kRankClasses);
-  std::size_t size = 0;
+  SweptItem* next = plain_.data();
   for (std::size_t i = 0; i < order.size; ++i) {
     const std::uint8_t place = places_[order.classes[i]];
-    plain_[size] = {order.values[i], place, kAll};
-    if (place != kNoPlace) ++size;
+    *next = {order.values[i], place, kAll};
+    next += place == kNoPlace ? 0 : 1;
   }
-  plain_.resize(size);
-}
-
-void BoardSweep::AddIfHeld(std::size_t view, int rank_class, std::int16_t value) {
-  const std::uint8_t place = places_[static_cast<std::size_t>(rank_class)];
-  if (place == kNoPlace) return;
-  if (Use(view).classes[place].IsEmpty()) return;
-  flushes_.push_back({value, place, static_cast<std::uint8_t>(view)});
+  plain_.resize(static_cast<std::size_t>(next - plain_.data()));
 }
 
 void BoardSweep::SetFlushes(int suit, RankSet suited) {
   if (suit == flushes_suit_ && suited == flushes_suited_) return;
   flushes_suit_ = suit;
   flushes_suited_ = suited;
-  flushes_.clear();
+  for (const View view : {kNone, kBoth, kHighOnly, kLowOnly}) Use(ViewOf(suit, view));
+  flushes_.resize(kMostFlushes);
+  std::size_t size = 0;
+  const auto add_if_held = [&](View view, int rank_class, std::int16_t value) {
+    const std::size_t number = ViewOf(suit, view);
+    const std::uint8_t place = held_[number][static_cast<std::size_t>(rank_class)];
+    flushes_[size] = {value, place, static_cast<std::uint8_t>(number)};
+    if (place != kNoPlace) ++size;
+  };
   const FlushOrder& order = FlushOrderOf(rules_, suited);
   for (std::size_t i = 0; i < order.size; ++i) {
     const unsigned held = order.held[i];
     const std::int16_t value = order.values[i];
     if (held == 0) {
-      for (int number = 0; number < kRankClasses; ++number) {
-        AddIfHeld(ViewOf(suit, kNone), number, value);
-      }
+      for (int number = 0; number < kRankClasses; ++number) add_if_held(kNone, number, value);
       continue;
     }
     const int low = std::countr_zero(held);
-    const int high = std::bit_width(held) - 1;
+    const int high = 31 - std::countl_zero(held);
     if (low != high) {
-      AddIfHeld(ViewOf(suit, kBoth), RankClassOf(high, low), value);
+      add_if_held(kBoth, RankClassOf(high, low), value);
       continue;
     }
-    for (int other = 0; other < 13; ++other) {
-      const int number = RankClassOf(high, other);
-      if (other <= high) AddIfHeld(ViewOf(suit, kHighOnly), number, value);
-      if (other >= high) AddIfHeld(ViewOf(suit, kLowOnly), number, value);
+    for (int other = 0; other <= high; ++other) {
+      add_if_held(kHighOnly, RankClassOf(high, other), value);
+    }
+    for (int other = high; other < 13; ++other) {
+      add_if_held(kLowOnly, RankClassOf(other, high), value);
     }
   }
+  flushes_.resize(size);
 }
 
 void BoardSweep::CountGroup(const BoardGroup& group, std::uint32_t boards, int suit,
@@ -369,18 +377,21 @@ void BoardSweep::CountGroup(const BoardGroup& group, std::uint32_t boards, int s
   }
   SetFlushes(suit, suited);
   const int count = std::popcount(suited);
-  items_.clear();
   if (count == 5) {
     // Nobody has less than the flush of the board, and without a pair on it nobody more than one.
-    items_ = flushes_;
-  } else {
-    const std::size_t view = ViewOf(suit, count == 3 ? kNotBoth : kNone);
-    Use(view);
-    for (SweptItem& item : plain_) item.view = static_cast<std::uint8_t>(view);
-    std::ranges::merge(plain_, flushes_, std::back_inserter(items_), {}, &SweptItem::value,
-                       &SweptItem::value);
-    for (SweptItem& item : plain_) item.view = kAll;
+    kernels_.count(tables_, group, flushes_);
+    return;
   }
+  const std::size_t view = ViewOf(suit, count == 3 ? kNotBoth : kNone);
+  Use(view);
+  items_.resize(plain_.size() + flushes_.size());
+  std::size_t next = 0;
+  auto flush = flushes_.begin();
+  for (const SweptItem& item : plain_) {
+    while (flush != flushes_.end() && flush->value < item.value) items_[next++] = *flush++;
+    items_[next++] = {item.value, item.place, static_cast<std::uint8_t>(view)};
+  }
+  std::copy(flush, flushes_.end(), items_.begin() + static_cast<std::ptrdiff_t>(next));
   kernels_.count(tables_, group, items_);
 }
 
@@ -405,27 +416,29 @@ void BoardSweep::Spill() {
 
 void BoardSweep::AddTo(std::int64_t boards, const TwoTallies& tallies) {
   Settle();
-  for (std::size_t number : {0, 1}) {
+  if (!spilled_.empty()) Spill();
+  for (std::size_t number = 0; number < 2; ++number) {
     const Side& side = sides_[number];
     const Side& other = sides_[1 - number];
-    const std::span<Tally> of = number == 0 ? tallies.of1 : tallies.of2;
-    for (std::size_t i = 0; i < of.size(); ++i) {
-      if (side.lanes[i] == kNoLane) continue;
-      const std::size_t place = places_[side.lanes[i] / 16];
-      const std::size_t lane = side.lanes[i] % 16;
+    Tally* tally = (number == 0 ? tallies.of1 : tallies.of2).data();
+    const std::uint16_t* of = side.lanes.data();
+    for (const WeightedPair& hand : side.hands) {
+      const std::size_t place = *of == kNoLane ? kNoPlace : places_[*of / 16];
+      const std::size_t lane = *of++ % 16;
+      Tally& to = *tally++;
+      if (place == kNoPlace) continue;
       const SweptHands& hands = counted_[place];
-      std::uint64_t wins = hands.wins[number].at[lane];
-      std::uint64_t ties = hands.ties[number].at[lane];
-      if (!spilled_.empty()) {
-        wins += spilled_[place * 64 + number * 16 + lane];
-        ties += spilled_[place * 64 + 32 + number * 16 + lane];
+      if (spilled_.empty()) {
+        to.wins += hands.wins[number].at[lane];
+        to.ties += hands.ties[number].at[lane];
+      } else {
+        to.wins += static_cast<std::int64_t>(spilled_[place * 64 + number * 16 + lane]);
+        to.ties += static_cast<std::int64_t>(spilled_[place * 64 + 32 + number * 16 + lane]);
       }
-      const WeightedPair& hand = side.hands[i];
       const std::uint32_t against =
           other.total - other.holds[static_cast<std::size_t>(hand.card1)] -
           other.holds[static_cast<std::size_t>(hand.card2)] + hands.weights[1 - number].at[lane];
-      of[i] += {static_cast<std::int64_t>(wins), static_cast<std::int64_t>(ties),
-                boards * std::int64_t{against}};
+      to.cases += boards * std::int64_t{against};
     }
   }
 }

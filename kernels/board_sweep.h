@@ -38,14 +38,13 @@ class BoardSweep {
   struct Choice;
 
   void Gather(std::size_t side, CardSet board, std::array<bool, kRankClasses>& held);
-  SuitsView& Use(std::size_t view);
+  void Use(std::size_t view);
   void CountOneMore(const Known& known, CardSet from);
   void CountTwoMore(const Known& known, CardSet from);
   void CountChoice(const Known& known, const Choice& choice);
   void CountGroup(const BoardGroup& group, std::uint32_t boards, int suit, RankSet suited);
   void SetRanks(const Known& known, std::span<const int> more);
   void SetFlushes(int suit, RankSet suited);
-  void AddIfHeld(std::size_t view, int rank_class, std::int16_t value);
   void Settle();
   void Spill();
 
@@ -60,9 +59,11 @@ class BoardSweep {
   };
   std::array<Side, 2> sides_;
   std::vector<SweptClass> classes_;
-  std::vector<SweptHands> counted_;                // of the classes
+  LargeTable<SweptHands> counted_;                 // of the classes
   std::array<std::uint8_t, kRankClasses> places_;  // in classes_, or kNoPlace
   std::vector<SuitsView> views_;
+  // By view and rank class: places of classes with hands in it, once it is in use.
+  std::vector<std::array<std::uint8_t, kRankClasses>> held_;
   SweepTables tables_;
 
   std::uint64_t spent_ = 0;             // more than this no count has come to since the last spill

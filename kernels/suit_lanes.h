@@ -47,7 +47,9 @@ struct Lanes {
 
   POKERMATH_KERNEL static Lanes Of(const SuitLanes& from) {
     Lanes lanes;
-    std::memcpy(&lanes, &from, sizeof lanes);
+    for (int i = 0; i < kParts; ++i) {
+      std::memcpy(&lanes.parts[i], from.at + i * 4 * kHighs, sizeof(Register));
+    }
     return lanes;
   }
   POKERMATH_KERNEL static Lanes All(std::uint32_t number) {
@@ -55,7 +57,11 @@ struct Lanes {
     for (Register& part : lanes.parts) part = Register{} + number;
     return lanes;
   }
-  POKERMATH_KERNEL void Store(SuitLanes& to) const { std::memcpy(&to, this, sizeof *this); }
+  POKERMATH_KERNEL void Store(SuitLanes& to) const {
+    for (int i = 0; i < kParts; ++i) {
+      std::memcpy(to.at + i * 4 * kHighs, &parts[i], sizeof(Register));
+    }
+  }
 
 #define POKERMATH_LANES_OPERATOR(op)                             \
   POKERMATH_KERNEL Lanes operator op(const Lanes& other) const { \

@@ -10,10 +10,10 @@
 #include <array>
 #include <cstdint>
 #include <span>
-#include <vector>
 
 #include "kernels/suit_lanes.h"
 #include "platform/isa.h"
+#include "pokermath/large_table.h"
 
 namespace pokermath {
 
@@ -40,7 +40,7 @@ struct SuitsView {
     bool IsEmpty() const { return (total[0].at[0] | total[1].at[0]) == 0; }
   };
   const SuitLanes* mask = nullptr;  ///< all bits of a lane, or none
-  std::vector<Sums> classes;        ///< empty until it is used
+  LargeTable<Sums> classes;         ///< empty until it is used
 };
 
 /// The hands of a class that a view has, which are worth the same.
