@@ -29,6 +29,12 @@ std::optional<double> StandardErrorOf(Int128 count, Int128 sum, Int128 squares) 
   return std::sqrt(variance / n);
 }
 
+// The compiler's own conversion is a slow call.
+double DoubleOf(Int128 number) {
+  const auto low = static_cast<std::int64_t>(number);
+  return low == number ? static_cast<double>(low) : static_cast<double>(number);
+}
+
 // Reads sums as an answer shows them.
 class AnswerReader {
  public:
@@ -58,7 +64,7 @@ class AnswerReader {
 
   double ShareOf(std::size_t points, Int128 cases) const {
     if (cases == 0) return 0;
-    return static_cast<double>(sums_[points]) / (kPot * static_cast<double>(cases));
+    return DoubleOf(sums_[points]) / (kPot * DoubleOf(cases));
   }
 
   Outcome OutcomeAt(std::size_t cases, OutcomePlace place) const {
