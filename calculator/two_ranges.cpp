@@ -70,16 +70,20 @@ class TwoRangesWork : public Work {
   void AddHands(std::size_t player, std::span<const WeightedPair> hands,
                 std::span<const Tally> tallies, std::span<Int128> sums) const {
     Int128 wins = 0, ties = 0, cases = 0;
+    const bool by_hand = question_->asked().detail.hands;
     for (std::size_t i = 0; i < hands.size(); ++i) {
+      const Tally& tally = tallies[i];
       const Int128 weight = hands[i].weight;
-      wins += weight * tallies[i].wins;
-      ties += weight * tallies[i].ties;
-      cases += weight * tallies[i].cases;
-      if (!question_->asked().detail.hands) continue;
+      const Int128 of_wins = weight * tally.wins;
+      const Int128 of_ties = weight * tally.ties;
+      const Int128 of_cases = weight * tally.cases;
+      wins += of_wins;
+      ties += of_ties;
+      cases += of_cases;
+      if (!by_hand) continue;
       const std::size_t cell = layout_.HandCases(player, i);
-      sums[cell] += weight * tallies[i].cases;
-      AddOutcome(SumsLayout::OutcomeOf(cell), weight * tallies[i].wins, weight * tallies[i].ties,
-                 sums);
+      sums[cell] += of_cases;
+      AddOutcome(SumsLayout::OutcomeOf(cell), of_wins, of_ties, sums);
     }
     AddOutcome(layout_.Total(player), wins, ties, sums);
     sums[layout_.Shared(player, 0)] += wins;
@@ -90,7 +94,7 @@ class TwoRangesWork : public Work {
   static void AddOutcome(OutcomePlace place, Int128 wins, Int128 ties, std::span<Int128> sums) {
     sums[place.wins()] += wins;
     sums[place.ties()] += ties;
-    sums[place.points()] += kPot * wins + kPot / 2 * ties;
+    sums[place.points()] += kHalfPot * (2 * wins + ties);
   }
 
   QuestionPointer question_;
