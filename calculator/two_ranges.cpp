@@ -1,11 +1,11 @@
 // Two players with two cards each: three kernels that give a tally for every hand of both.
 //
 // From the table of all matchups: Hold'em before the flop to the river, where nothing is dead. By
-// classes: before the flop and with one or two cards to come, where nothing is dead. By boards:
-// every board that can come, whatever is dead.
+// classes, every pair of hands: before the flop and with one or two cards to come, where nothing is
+// dead. By boards, all hands at once on every board that can come, whatever is dead.
 
 #include <algorithm>
-#include <bitset>
+#include <array>
 #include <memory>
 #include <vector>
 
@@ -119,18 +119,20 @@ class MatchupsWork final : public TwoRangesWork {
 
 // --- by classes ---
 
-// Rank classes of which a range has hands.
-int ClassesOf(const Side& side) {
-  if (!side.IsListed()) return kRankClasses;
-  std::bitset<kRankClasses> classes;
-  for (const WeightedHand& hand : side.range.hands()) {
-    classes.set(static_cast<std::size_t>(
-        RankClassOf(*hand.cards.begin() % 13, *++hand.cards.begin() % 13)));
-  }
-  return static_cast<int>(classes.count());
-}
-
 Deck DeckOf(const GameRules& rules) { return rules.IsShortDeck() ? Deck::kShort : Deck::kFull; }
+
+// Rank classes that some ranges have together.
+int ClassesIn(std::span<const Side> sides) {
+  std::array<bool, kRankClasses> held{};
+  for (const Side& side : sides) {
+    for (const WeightedHand& hand : side.range.hands()) {
+      auto card = hand.cards.begin();
+      const int rank = *card % 13;
+      held[static_cast<std::size_t>(RankClassOf(rank, *++card % 13))] = true;
+    }
+  }
+  return static_cast<int>(std::ranges::count(held, true));
+}
 
 class ClassesWork final : public TwoRangesWork {
  public:
@@ -165,10 +167,12 @@ class ClassesWork final : public TwoRangesWork {
 int LeadOf(const CheckedQuestion& question) { return std::max(question.to_come() - 2, 0); }
 
 double CostOfLead(const CheckedQuestion& question) {
-  const auto hands =
-      static_cast<double>(question.players()[0].range.size() + question.players()[1].range.size());
-  const double groups = question.to_come() == 0 ? 1 : question.to_come() == 1 ? 25 : 450;
-  return 400 + 4 * hands + groups * (40 + 5 * std::min<double>(hands, kRankClasses));
+  const std::vector<Side>& players = question.players();
+  const int to_come = question.to_come();
+  const auto hands = static_cast<double>(players[0].range.size() + players[1].range.size());
+  const double classes = to_come > 2 ? kRankClasses : ClassesIn(players);
+  const double groups = to_come == 0 ? 1 : to_come == 1 ? 25 : 450;
+  return 400 + 4 * hands + groups * (70 + 5 * classes);
 }
 
 class BoardsWork final : public TwoRangesWork {
@@ -231,10 +235,11 @@ std::optional<double> ClassesCost(const CheckedQuestion& question) {
       question.to_come() == 0) {
     return std::nullopt;
   }
-  const Side &side1 = question.players()[0], &side2 = question.players()[1];
-  const bool is_empty = question.board().empty();
-  return 1000 + (is_empty ? 1500 : 100) * ClassesOf(side1) * ClassesOf(side2) +
-         (is_empty ? 4.0 : 3.0) * static_cast<double>(side1.range.size() * side2.range.size());
+  const std::span<const Side> players = question.players();
+  const int classes = ClassesIn(players.first(1)) * ClassesIn(players.last(1));
+  const double pairs = SizeOf(players[0]) * SizeOf(players[1]);
+  return question.board().empty() ? 1000 + 1500.0 * classes + 4 * pairs
+                                  : 1000 + 60.0 * classes + 3 * pairs;
 }
 
 std::unique_ptr<const Work> StartClasses(const QuestionPointer& question) {
