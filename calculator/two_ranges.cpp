@@ -73,10 +73,10 @@ class TwoRangesWork : public Work {
     const bool by_hand = question_->asked().detail.hands;
     for (std::size_t i = 0; i < hands.size(); ++i) {
       const Tally& tally = tallies[i];
-      const Int128 weight = hands[i].weight;
-      const Int128 of_wins = weight * tally.wins;
-      const Int128 of_ties = weight * tally.ties;
-      const Int128 of_cases = weight * tally.cases;
+      const std::int64_t weight = hands[i].weight;
+      const std::int64_t of_wins = weight * tally.wins;
+      const std::int64_t of_ties = weight * tally.ties;
+      const std::int64_t of_cases = weight * tally.cases;
       wins += of_wins;
       ties += of_ties;
       cases += of_cases;
@@ -91,11 +91,14 @@ class TwoRangesWork : public Work {
     if (player == 0) sums[SumsLayout::kCases] += cases;
   }
 
-  static void AddOutcome(OutcomePlace place, Int128 wins, Int128 ties, std::span<Int128> sums) {
+  template <typename Number>
+  static void AddOutcome(OutcomePlace place, Number wins, Number ties, std::span<Int128> sums) {
     sums[place.wins()] += wins;
     sums[place.ties()] += ties;
-    sums[place.points()] += kHalfPot * (2 * wins + ties);
+    sums[place.points()] += Int128{kHalfPot} * (2 * wins + ties);
   }
+  // A hand against all others on all boards, weights and all; twice that is added up.
+  static_assert(ChoicesOf(50, 5) < (std::int64_t{1} << 62) / 1326 / kWholeWeight / kWholeWeight);
 
   QuestionPointer question_;
   SumsLayout layout_;
@@ -170,7 +173,7 @@ double CostOfLead(const CheckedQuestion& question) {
   const std::vector<Side>& players = question.players();
   const int to_come = question.to_come();
   const auto hands = static_cast<double>(players[0].range.size() + players[1].range.size());
-  const double classes = to_come > 2 ? kRankClasses : ClassesIn(players);
+  const double classes = to_come == 1 || to_come == 2 ? ClassesIn(players) : kRankClasses;
   const double groups = to_come == 0 ? 1 : to_come == 1 ? 25 : 450;
   return 400 + 4 * hands + groups * (70 + 5 * classes);
 }
@@ -181,8 +184,9 @@ class BoardsWork final : public TwoRangesWork {
       : TwoRangesWork(question),
         live_(ListOf(question->live())),
         leads_(ChoicesOf(static_cast<int>(live_.size()), LeadOf(*question))),
-        leads_a_step_(static_cast<std::int64_t>(std::max(kStepCost / CostOfLead(*question), 1.0))) {
-  }
+        leads_a_step_(leads_ == 1 ? 1
+                                  : static_cast<std::int64_t>(
+                                        std::max(kStepCost / CostOfLead(*question), 1.0))) {}
 
   const char* name() const override { return "board by board"; }
   std::int64_t steps() const override { return (leads_ + leads_a_step_ - 1) / leads_a_step_; }
