@@ -1,7 +1,7 @@
 // Two players with two cards each: three kernels that give a tally for every hand of both.
 //
 // From the table of all matchups: Hold'em before the flop to the river, where nothing is dead. By
-// classes, every pair of hands: before the flop and with one or two cards to come, where nothing is
+// classes, every pair of hands: before the flop, and with one or two cards to come where nothing is
 // dead. By boards, all hands at once on every board that can come, whatever is dead.
 
 #include <algorithm>
@@ -28,8 +28,6 @@ bool IsOfTwoRanges(const CheckedQuestion& question) {
   return question.rules().hand_size == 2 && question.players().size() == 2 &&
          question.folded().empty() && !detail.next && !detail.made;
 }
-
-double SizeOf(const Side& side) { return static_cast<double>(side.range.size()); }
 
 std::vector<WeightedPair> PairsOf(const Side& side) {
   std::vector<WeightedPair> pairs;
@@ -152,15 +150,19 @@ class ClassesWork final : public TwoRangesWork {
 
   const ShowdownCounts& CountsOf(const CheckedQuestion& question) {
     const Deck deck = DeckOf(question.rules());
-    if (question.board().empty()) {
-      return EmptyBoardCounts(BestIsa(), deck, question.asked().street);
+    const Street street = question.asked().street;
+    if (!question.board().empty()) {
+      counts_ =
+          std::make_unique<Runouts>(BestIsa(), deck, ListOf(question.board()), question.street());
+    } else if (!question.dead().empty()) {
+      counts_ = EmptyBoardCountsWithout(question.dead(), BestIsa(), deck, street);
+    } else {
+      return EmptyBoardCounts(BestIsa(), deck, street);
     }
-    runouts_ =
-        std::make_unique<Runouts>(BestIsa(), deck, ListOf(question.board()), question.street());
-    return *runouts_;
+    return *counts_;
   }
 
-  std::unique_ptr<const Runouts> runouts_;
+  std::unique_ptr<const ShowdownCounts> counts_;
   RangeMatchups matchups_;
 };
 
@@ -223,8 +225,8 @@ std::optional<double> MatchupsCost(const CheckedQuestion& question) {
       !question.board().empty() || !question.dead().empty()) {
     return std::nullopt;
   }
-  const double size1 = SizeOf(question.players()[0]);
-  const double size2 = SizeOf(question.players()[1]);
+  const auto size1 = static_cast<double>(question.players()[0].range.size());
+  const auto size2 = static_cast<double>(question.players()[1].range.size());
   return 500 + 10 * (size1 + size2) + 0.06 * size1 * size2;
 }
 
@@ -235,8 +237,9 @@ std::unique_ptr<const Work> StartMatchups(const QuestionPointer& question) {
 std::optional<double> ClassesCost(const CheckedQuestion& question) {
   const bool knows_rules = !question.rules().IsShortDeck() || !question.rules().straight_over_trips;
   const bool knows_board = question.board().empty() || question.board().size() >= 3;
-  if (!IsOfTwoRanges(question) || !knows_rules || !knows_board || !question.dead().empty() ||
-      question.to_come() == 0) {
+  const bool dead = !question.dead().empty();
+  if (!IsOfTwoRanges(question) || !knows_rules || !knows_board ||
+      (dead && !question.board().empty()) || question.to_come() == 0) {
     return std::nullopt;
   }
   const std::span<const Side> players = question.players();

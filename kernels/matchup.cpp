@@ -11,12 +11,16 @@
 // room for a full house. For every set and rest we take off what the first count said and add what
 // is true. The weight of a rest does not depend on the set, so sets lie side by side in a vector
 // register.
+//
+// Other cards that are dead take their part of the weights once, and are seen by their suits.
 
 #include "kernels/matchup.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <memory>
 
 #include "kernels/matchup_tables.h"
 #include "kernels/registers.h"
@@ -41,9 +45,17 @@ struct DeadCard {
   int shift;
 };
 
+// What cards that are dead whoever holds what leave of the deck.
+struct Unseen {
+  const std::int16_t* weights = nullptr;  // [multiset], ways to draw it; null: from the full deck
+  std::array<int, 13> left = {4, 4, 4, 4, 4, 4, 4, 4, 4, 4, 4, 4, 4};  // by rank
+  std::array<RankSet, 4> dead{};                                       // by suit
+};
+
 template <Deck deck, int kBoard>
 POKERMATH_KERNEL std::array<DeadCard, 4> DeadCards(const MatchupTables<deck, kBoard>& tables,
-                                                   int class1, int class2) {
+                                                   const Unseen& unseen, int class1, int class2) {
+  // Of 0 as well: hands that no cards are left for.
   constexpr std::uint16_t kInverses[5] = {0, 1, 1, 43691, 1};
   constexpr int kShifts[5] = {0, 0, 1, 0, 2};
   const std::array<int, 2>& hand1 = RanksOf(class1);
@@ -51,8 +63,9 @@ POKERMATH_KERNEL std::array<DeadCard, 4> DeadCards(const MatchupTables<deck, kBo
   const int ranks[4] = {hand1[0], hand1[1], hand2[0], hand2[1]};
   std::array<DeadCard, 4> dead{};
   for (int i = 0; i < 4; ++i) {
-    int left = 4;
+    int left = unseen.left[static_cast<std::size_t>(ranks[i])];
     for (int j = 0; j < i; ++j) left -= ranks[j] == ranks[i] ? 1 : 0;
+    left = left < 0 ? 0 : left;
     dead[static_cast<std::size_t>(i)] = {.counts = tables.CountsOf(ranks[i]),
                                          .left = static_cast<std::uint16_t>(left),
                                          .inverse = kInverses[left],
@@ -62,14 +75,15 @@ POKERMATH_KERNEL std::array<DeadCard, 4> DeadCards(const MatchupTables<deck, kBo
 }
 
 template <typename Width, Deck deck, int kBoard>
-POKERMATH_KERNEL Counts Ranks(int class1, int class2) {
+POKERMATH_KERNEL Counts Ranks(const Unseen& unseen, int class1, int class2) {
   const auto& tables = MatchupTables<deck, kBoard>::Get();
-  const std::array<DeadCard, 4> dead = DeadCards(tables, class1, class2);
+  const std::array<DeadCard, 4> dead = DeadCards(tables, unseen, class1, class2);
   using Register = typename Width::Register;
   using Modular = typename Width::Modular;
   constexpr int kSize = MatchupTables<deck, kBoard>::kSize;
   constexpr int kBlock = 31 * kLanes<Register>;  // weights up to 4^5 are summed up in 16 bits
-  const std::int16_t* weights = tables.weights().data();
+  const std::int16_t* weights =
+      unseen.weights != nullptr ? unseen.weights : tables.weights().data();
   const std::int16_t* values1 = tables.Of(class1).by_multiset.data();
   const std::int16_t* values2 = tables.Of(class2).by_multiset.data();
   Counts counts;
@@ -102,12 +116,18 @@ POKERMATH_KERNEL Counts Ranks(int class1, int class2) {
 struct Suited {
   RankSet held1 = 0;
   RankSet held2 = 0;
+  RankSet dead = 0;              // beside these
   std::array<int, 13> others{};  // cards of each rank left in the three other suits
 };
 
-POKERMATH_KERNEL Suited Join(const SuitView& view1, const SuitView& view2) {
-  Suited suited{.held1 = view1.held, .held2 = view2.held};
-  suited.others.fill(3);
+POKERMATH_KERNEL Suited Join(const Unseen& unseen, int suit, const SuitView& view1,
+                             const SuitView& view2) {
+  Suited suited{.held1 = view1.held,
+                .held2 = view2.held,
+                .dead = unseen.dead[static_cast<std::size_t>(suit)]};
+  for (std::size_t rank = 0; rank < 13; ++rank) {
+    suited.others[rank] = unseen.left[rank] - 1 + (suited.dead >> rank & 1);
+  }
   for (const SuitView* view : {&view1, &view2}) {
     for (std::size_t i = 0; i < static_cast<std::size_t>(view->OtherCount()); ++i) {
       --suited.others[static_cast<std::size_t>(view->others[i])];
@@ -124,7 +144,7 @@ POKERMATH_KERNEL void CorrectFlushes(const SuitBoards& boards, const Suited& sui
   std::int16_t weights[kRankClasses];
   WeighRests(boards, suited.others, weights);
   const auto rests = static_cast<int>(boards.rests.size());
-  const auto dead = static_cast<std::int16_t>(suited.held1 | suited.held2 | kNoSet);
+  const auto dead = static_cast<std::int16_t>(suited.held1 | suited.held2 | suited.dead | kNoSet);
   const std::int16_t* flushes1 =
       &boards.flushes[static_cast<std::size_t>(HoldingOf(suited.held1) * boards.sets)];
   const std::int16_t* flushes2 =
@@ -165,12 +185,13 @@ POKERMATH_KERNEL void CorrectFlushes(const SuitBoards& boards, const Suited& sui
 }
 
 template <typename Width, Deck deck, int kBoard>
-POKERMATH_KERNEL Counts Flushes(const SuitView& view1, const SuitView& view2) {
+POKERMATH_KERNEL Counts Flushes(const Unseen& unseen, int suit, const SuitView& view1,
+                                const SuitView& view2) {
   using Register = typename Width::Register;
   const auto& tables = MatchupTables<deck, kBoard>::Get();
   const ClassValues& class1 = tables.Of(view1.rank_class);
   const ClassValues& class2 = tables.Of(view2.rank_class);
-  const Suited suited = Join(view1, view2);
+  const Suited suited = Join(unseen, suit, view1, view2);
   Counts counts;
   for (const SuitBoards& boards : tables.suit_boards()) {
     const auto index = static_cast<std::size_t>(boards.suited - 3);
@@ -190,61 +211,86 @@ POKERMATH_KERNEL Counts Flushes(const SuitView& view1, const SuitView& view2) {
 }
 
 template <Deck deck, int kBoard>
-Counts RanksBaseline(int class1, int class2) {
-  return Ranks<Registers16, deck, kBoard>(class1, class2);
+Counts RanksBaseline(const Unseen& unseen, int class1, int class2) {
+  return Ranks<Registers16, deck, kBoard>(unseen, class1, class2);
 }
 template <Deck deck, int kBoard>
-POKERMATH_TARGET_AVX2 Counts RanksAvx2(int class1, int class2) {
-  return Ranks<Registers32, deck, kBoard>(class1, class2);
+POKERMATH_TARGET_AVX2 Counts RanksAvx2(const Unseen& unseen, int class1, int class2) {
+  return Ranks<Registers32, deck, kBoard>(unseen, class1, class2);
 }
 template <Deck deck, int kBoard>
-POKERMATH_TARGET_AVX512 Counts RanksAvx512(int class1, int class2) {
-  return Ranks<Registers64, deck, kBoard>(class1, class2);
+POKERMATH_TARGET_AVX512 Counts RanksAvx512(const Unseen& unseen, int class1, int class2) {
+  return Ranks<Registers64, deck, kBoard>(unseen, class1, class2);
 }
 template <Deck deck, int kBoard>
-Counts FlushesBaseline(const SuitView& view1, const SuitView& view2) {
-  return Flushes<Registers16, deck, kBoard>(view1, view2);
+Counts FlushesBaseline(const Unseen& unseen, int suit, const SuitView& view1,
+                       const SuitView& view2) {
+  return Flushes<Registers16, deck, kBoard>(unseen, suit, view1, view2);
 }
 template <Deck deck, int kBoard>
-POKERMATH_TARGET_AVX2 Counts FlushesAvx2(const SuitView& view1, const SuitView& view2) {
-  return Flushes<Registers32, deck, kBoard>(view1, view2);
+POKERMATH_TARGET_AVX2 Counts FlushesAvx2(const Unseen& unseen, int suit, const SuitView& view1,
+                                         const SuitView& view2) {
+  return Flushes<Registers32, deck, kBoard>(unseen, suit, view1, view2);
 }
 template <Deck deck, int kBoard>
-POKERMATH_TARGET_AVX512 Counts FlushesAvx512(const SuitView& view1, const SuitView& view2) {
-  return Flushes<Registers64, deck, kBoard>(view1, view2);
+POKERMATH_TARGET_AVX512 Counts FlushesAvx512(const Unseen& unseen, int suit, const SuitView& view1,
+                                             const SuitView& view2) {
+  return Flushes<Registers64, deck, kBoard>(unseen, suit, view1, view2);
 }
 
 template <Deck deck, int kBoard>
 class EmptyBoard final : public ShowdownCounts {
  public:
   explicit EmptyBoard(Isa isa) : isa_(isa) {}
+  EmptyBoard(Isa isa, CardSet dead) : isa_(isa), dead_cards_(dead.size()) {
+    const auto& tables = MatchupTables<deck, kBoard>::Get();
+    weights_ = tables.weights();
+    for (const int card : dead) {
+      int& left = unseen_.left[static_cast<std::size_t>(card % 13)];
+      const std::int16_t* counts = tables.CountsOf(card % 13);
+      for (std::size_t i = 0; i < weights_.size(); ++i) {
+        weights_[i] = static_cast<std::int16_t>(weights_[i] * (left - counts[i]) / left);
+      }
+      --left;
+      RankSet& of_suit = unseen_.dead[static_cast<std::size_t>(card / 13)];
+      of_suit = static_cast<RankSet>(of_suit | 1 << card % 13);
+    }
+    unseen_.weights = weights_.data();
+  }
 
   Counts CountRanks(int class1, int class2) const override {
     switch (isa_) {
       case Isa::kAvx512:
-        return RanksAvx512<deck, kBoard>(class1, class2);
+        return RanksAvx512<deck, kBoard>(unseen_, class1, class2);
       case Isa::kAvx2:
-        return RanksAvx2<deck, kBoard>(class1, class2);
+        return RanksAvx2<deck, kBoard>(unseen_, class1, class2);
       default:
-        return RanksBaseline<deck, kBoard>(class1, class2);
+        return RanksBaseline<deck, kBoard>(unseen_, class1, class2);
     }
   }
-  Counts CorrectSuit(int, const SuitView& view1, const SuitView& view2) const override {
+  Counts CorrectSuit(int suit, const SuitView& view1, const SuitView& view2) const override {
     switch (isa_) {
       case Isa::kAvx512:
-        return FlushesAvx512<deck, kBoard>(view1, view2);
+        return FlushesAvx512<deck, kBoard>(unseen_, suit, view1, view2);
       case Isa::kAvx2:
-        return FlushesAvx2<deck, kBoard>(view1, view2);
+        return FlushesAvx2<deck, kBoard>(unseen_, suit, view1, view2);
       default:
-        return FlushesBaseline<deck, kBoard>(view1, view2);
+        return FlushesBaseline<deck, kBoard>(unseen_, suit, view1, view2);
     }
   }
   int CardsToFlush(int) const override { return 5 - kBoard; }
-  bool SuitsAreAlike() const override { return true; }
-  int Boards() const override { return Choose(CardsOf(deck) - 4, kBoard); }
+  int LikeSuit(int suit) const override {
+    const auto& dead = unseen_.dead;
+    return static_cast<int>(std::ranges::find(dead, dead[static_cast<std::size_t>(suit)]) -
+                            dead.begin());
+  }
+  int Boards() const override { return Choose(CardsOf(deck) - dead_cards_ - 4, kBoard); }
 
  private:
   Isa isa_;
+  int dead_cards_ = 0;
+  Values weights_;  // with dead cards only
+  Unseen unseen_;
 };
 
 }  // namespace
@@ -257,6 +303,18 @@ const ShowdownCounts& CountsOf(Isa isa) {
       EmptyBoard<deck, kBoard>(Isa::kBaseline), EmptyBoard<deck, kBoard>(Isa::kAvx2),
       EmptyBoard<deck, kBoard>(Isa::kAvx512)};
   return counts[static_cast<std::size_t>(isa)];
+}
+
+template <Deck deck>
+std::unique_ptr<const ShowdownCounts> CountsWithout(Isa isa, Street street, CardSet dead) {
+  switch (street) {
+    case Street::kFlop:
+      return std::make_unique<EmptyBoard<deck, 3>>(isa, dead);
+    case Street::kTurn:
+      return std::make_unique<EmptyBoard<deck, 4>>(isa, dead);
+    default:
+      return std::make_unique<EmptyBoard<deck, 5>>(isa, dead);
+  }
 }
 
 template <Deck deck>
@@ -276,6 +334,12 @@ const ShowdownCounts& CountsOf(Isa isa, Street street) {
 const ShowdownCounts& EmptyBoardCounts(Isa isa, Deck deck, Street street) {
   return deck == Deck::kShort ? CountsOf<Deck::kShort>(isa, street)
                               : CountsOf<Deck::kFull>(isa, street);
+}
+
+std::unique_ptr<const ShowdownCounts> EmptyBoardCountsWithout(CardSet dead, Isa isa, Deck deck,
+                                                              Street street) {
+  return deck == Deck::kShort ? CountsWithout<Deck::kShort>(isa, street, dead)
+                              : CountsWithout<Deck::kFull>(isa, street, dead);
 }
 
 Tally CountMatchup(Isa isa, Deck deck, const int* hand1, const int* hand2, Street street) {

@@ -33,10 +33,11 @@ OpponentGroups::OpponentGroups(const ShowdownCounts& counts, std::span<const int
     : counts_(counts), rank_class_(RankClassOf(hand[0] % 13, hand[1] % 13)) {
   for (std::size_t suit = 0; suit < 4; ++suit) {
     views_[suit] = ViewNumber(hand[0], hand[1], static_cast<int>(suit));
-    group_of_[suit] = suit;
-    if (counts.SuitsAreAlike()) {
-      const auto same = std::ranges::find(views_, views_[suit]);
-      group_of_[suit] = static_cast<std::size_t>(same - views_.begin());
+    const int like = counts.LikeSuit(static_cast<int>(suit));
+    std::size_t& group = group_of_[suit];
+    group = 0;
+    while (views_[group] != views_[suit] || counts.LikeSuit(static_cast<int>(group)) != like) {
+      ++group;
     }
     if (counts.CardsToFlush(static_cast<int>(suit)) > 2) group_of_[suit] = kNone;
     ++groups_[group_of_[suit]].suits;

@@ -39,9 +39,10 @@ void RangeMatchups::Correct(const Class& class1, const Class& class2,
     return kViews[static_cast<std::size_t>(of_ranks.number) * 4 + bits];
   };
   // Where suits are alike, what one has been corrected by holds for all.
-  std::array<std::array<bool, 4>, 4> known{};
+  std::array<std::array<std::array<bool, 4>, 4>, 4> known{};
   for (std::size_t suit = 0; suit < 4; ++suit) {
     const int needed = counts_.CardsToFlush(static_cast<int>(suit));
+    const auto like = static_cast<std::size_t>(counts_.LikeSuit(static_cast<int>(suit)));
     const unsigned seen1 = seen_by(class1, suit);
     const unsigned seen2 = seen_by(class2, suit);
     for (std::size_t bits1 = 0; bits1 < 4; ++bits1) {
@@ -52,14 +53,12 @@ void RangeMatchups::Correct(const Class& class1, const Class& class2,
         Counts& correction = corrections[suit][bits1][bits2];
         if (std::max(view1.held_count, view2.held_count) < needed) {
           correction = {};
-        } else if (known[bits1][bits2]) {
-          correction = corrections[0][bits1][bits2];
+        } else if (known[like][bits1][bits2]) {
+          correction = corrections[like][bits1][bits2];
         } else {
           correction = counts_.CorrectSuit(static_cast<int>(suit), view1, view2);
-          if (counts_.SuitsAreAlike()) {
-            corrections[0][bits1][bits2] = correction;
-            known[bits1][bits2] = true;
-          }
+          corrections[like][bits1][bits2] = correction;
+          known[like][bits1][bits2] = true;
         }
       }
     }

@@ -46,7 +46,7 @@ class Runouts final : public ShowdownCounts {
   Counts CountRanks(int class1, int class2) const override;
   Counts CorrectSuit(int suit, const SuitView& view1, const SuitView& view2) const override;
   int CardsToFlush(int suit) const override;
-  bool SuitsAreAlike() const override { return false; }
+  int LikeSuit(int suit) const override { return suit; }
   int Boards() const override;
 
  private:

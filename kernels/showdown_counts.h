@@ -40,8 +40,8 @@ class ShowdownCounts {
   /// Hole cards of a suit without which a hand cannot make a flush in it; 3 and more means never.
   /// Where neither hand has them nothing is to be corrected.
   virtual int CardsToFlush(int suit) const = 0;
-  /// Whether CorrectSuit gives the same for every suit.
-  virtual bool SuitsAreAlike() const = 0;
+  /// The lowest suit for which CorrectSuit gives the same as for this one.
+  virtual int LikeSuit(int suit) const = 0;
   /// Boards that two hands leave.
   virtual int Boards() const = 0;
 };

@@ -4,9 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <vector>
 
+#include "calculator/choices.h"
+#include "eval/worth.h"
 #include "kernels/known_matchups.h"
 #include "kernels/matchup.h"
 #include "kernels/range_matchups.h"
@@ -70,6 +73,70 @@ TEST(PreflopRanges, EqualHandAgainstHandAtAllInstructionLevels) {
       if (isa > BestIsa()) continue;
       std::vector<Tally> tallies1(hands1.size()), tallies2(hands2.size());
       CountPreflopRanges(isa, ranges, {tallies1, tallies2});
+      EXPECT_EQ(tallies1, plain1) << IsaName(isa);
+      EXPECT_EQ(tallies2, plain2) << IsaName(isa);
+    }
+  }
+}
+
+void CountPlainly(const GameRules& rules, const TwoRanges& ranges, CardSet board,
+                  const TwoTallies& tallies) {
+  const auto worth = [&, cards = ListOf(board)](const WeightedPair& hand) {
+    const int hole[2] = {hand.card1, hand.card2};
+    return hand.cards().Meets(board) ? 0 : WorthOf(rules, hole, cards).high;
+  };
+  std::vector<int> worths2;
+  for (const WeightedPair& hand : ranges.hands2) worths2.push_back(worth(hand));
+  for (std::size_t i = 0; i < ranges.hands1.size(); ++i) {
+    const WeightedPair& hand1 = ranges.hands1[i];
+    const int worth1 = worth(hand1);
+    for (std::size_t j = 0; j < worths2.size() && worth1 > 0; ++j) {
+      const WeightedPair& hand2 = ranges.hands2[j];
+      if (worths2[j] == 0 || hand1.cards().Meets(hand2.cards())) continue;
+      const int wins = worth1 > worths2[j] ? 1 : 0;
+      const int ties = worth1 == worths2[j] ? 1 : 0;
+      tallies.of1[i] += {hand2.weight * wins, hand2.weight * ties, hand2.weight};
+      tallies.of2[j] += {hand1.weight * (1 - wins - ties), hand1.weight * ties, hand1.weight};
+    }
+  }
+}
+
+// Dead cards, many of one rank or suit at times, against every board that they leave.
+TEST(EmptyBoard, LeavesOutDeadCards) {
+  std::mt19937 random(3);
+  for (int trial = 0; trial < 30; ++trial) {
+    SCOPED_TRACE(trial);
+    const GameRules& rules = RulesOf(trial % 3 == 0 ? Game::kShortDeck : Game::kHoldem);
+    const Deck deck = rules.IsShortDeck() ? Deck::kShort : Deck::kFull;
+    const CardSet all = rules.Deck();
+    std::vector<int> cards(all.begin(), all.end());
+    std::shuffle(cards.begin(), cards.end(), random);
+    if (trial % 2 == 0) {
+      std::ranges::stable_sort(cards, {}, [](int card) { return card % 13 % 3 == 0; });
+    }
+    const auto street = static_cast<Street>(3 + trial / 3 % 3);
+    const int left = street == Street::kFlop ? 34 : street == Street::kTurn ? 30 : 26;
+    const std::span<const int> live = std::span(cards).first(static_cast<std::size_t>(left));
+    std::vector<WeightedPair> hands1, hands2;
+    for (std::size_t i = 0; i < 14; ++i) {
+      const auto [low, high] = std::minmax(live[i], live[i + 1 + i % 3]);
+      (i % 2 == 0 ? hands1 : hands2).push_back({low, high, 1 + static_cast<int>(i)});
+    }
+    const TwoRanges ranges{hands1, hands2};
+    std::vector<Tally> plain1(hands1.size()), plain2(hands2.size());
+    Choice choice(0, left, static_cast<int>(street));
+    for (std::int64_t i = ChoicesOf(left, static_cast<int>(street)); i > 0; --i) {
+      CountPlainly(rules, ranges, choice.Of(live), {plain1, plain2});
+      choice.MoveToNext();
+    }
+    for (const Isa isa : {Isa::kBaseline, Isa::kAvx2, Isa::kAvx512}) {
+      if (isa > BestIsa()) continue;
+      const auto counts = EmptyBoardCountsWithout(all - CardSet(live), isa, deck, street);
+      const RangeMatchups matchups(*counts, ranges);
+      std::vector<Tally> tallies1(hands1.size()), tallies2(hands2.size());
+      for (std::size_t step = 0; step < matchups.steps(); ++step) {
+        matchups.Count(step, {tallies1, tallies2});
+      }
       EXPECT_EQ(tallies1, plain1) << IsaName(isa);
       EXPECT_EQ(tallies2, plain2) << IsaName(isa);
     }
