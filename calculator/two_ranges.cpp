@@ -244,7 +244,7 @@ std::optional<double> ClassesCost(const CheckedQuestion& question) {
   }
   const std::span<const Side> players = question.players();
   const int classes = ClassesIn(players.first(1)) * ClassesIn(players.last(1));
-  const double pairs = SizeOf(players[0]) * SizeOf(players[1]);
+  const auto pairs = static_cast<double>(players[0].range.size() * players[1].range.size());
   return question.board().empty() ? 1000 + 1500.0 * classes + 4 * pairs
                                   : 1000 + 60.0 * classes + 3 * pairs;
 }
