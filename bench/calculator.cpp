@@ -28,10 +28,10 @@ HandRange RangeOf(Game game, std::string_view text) {
 }
 
 // Weights of many kinds.
-HandRange Weighted(const HandRange& range) {
+HandRange Weighted(const HandRange& range, std::size_t player) {
   std::vector<WeightedHand> hands(range.hands().begin(), range.hands().end());
   for (std::size_t i = 0; i < hands.size(); ++i) {
-    hands[i].weight = 1 + static_cast<int>(i * 7919 % kWholeWeight);
+    hands[i].weight = 1 + static_cast<int>((i * 7919 + player * 31) % kWholeWeight);
   }
   return HandRange(range.game(), std::move(hands));
 }
@@ -69,9 +69,11 @@ void BM_CalculatorByClasses(benchmark::State& state, const EquityQuestion& quest
   Count(state, question, StartClasses);
 }
 
-EquityQuestion WeightedQuestion(const char* board) {
-  EquityQuestion question = QuestionOf({"15%", "15%"}, board);
-  for (HandRange& range : question.players) range = Weighted(range);
+EquityQuestion WeightedQuestion(std::initializer_list<const char*> players, const char* board) {
+  EquityQuestion question = QuestionOf(players, board);
+  for (std::size_t i = 0; i < question.players.size(); ++i) {
+    question.players[i] = Weighted(question.players[i], i);
+  }
   return question;
 }
 
@@ -84,11 +86,11 @@ EquityQuestion NextQuestion(const char* board) {
 const EquityQuestion kTwoHands = QuestionOf({"AhKd", "7s7c"}, "");
 const EquityQuestion kPreflop = QuestionOf({"15%", "15%"}, "");
 const EquityQuestion kRandomPreflop = QuestionOf({"random", "random"}, "");
-const EquityQuestion kWeightedPreflop = WeightedQuestion("");
-const EquityQuestion kFlop = WeightedQuestion("2c7dTh");
-const EquityQuestion kSuitedFlop = WeightedQuestion("2c7cTc");
-const EquityQuestion kTurn = WeightedQuestion("2c7dThJs");
-const EquityQuestion kRiver = WeightedQuestion("2c7dThJs3d");
+const EquityQuestion kWeightedPreflop = WeightedQuestion({"15%", "15%"}, "");
+const EquityQuestion kFlop = WeightedQuestion({"15%", "15%"}, "2c7dTh");
+const EquityQuestion kSuitedFlop = WeightedQuestion({"15%", "15%"}, "2c7cTc");
+const EquityQuestion kTurn = WeightedQuestion({"15%", "15%"}, "2c7dThJs");
+const EquityQuestion kRiver = WeightedQuestion({"15%", "15%"}, "2c7dThJs3d");
 const EquityQuestion kRandomFlop = QuestionOf({"random", "random"}, "2c7dTh");
 const EquityQuestion kByFlops = NextQuestion("");
 const EquityQuestion kByTurns = NextQuestion("2c7dTh");
@@ -97,8 +99,13 @@ const EquityQuestion kSixHands = QuestionOf({"AhKd", "7s7c", "QhJh", "2c2d", "9h
 const EquityQuestion kTenHands = QuestionOf(
     {"AhKd", "7s7c", "QhJh", "2c2d", "9h8h", "AsTs", "QdJd", "AcKc", "5s5h", "KsQs"}, "");
 const EquityQuestion kThreeHandsFlop = QuestionOf({"AhKd", "7s7c", "QhJh"}, "2c7dTh");
+const EquityQuestion kThreeRangesPreflop = QuestionOf({"15%", "15%", "15%"}, "");
+const EquityQuestion kThreeRangesFlop = QuestionOf({"15%", "15%", "15%"}, "2c7dTh");
 const EquityQuestion kThreeRangesTurn = QuestionOf({"15%", "15%", "15%"}, "2c7dThJs");
 const EquityQuestion kThreeRangesRiver = QuestionOf({"15%", "15%", "15%"}, "2c7dThJs3d");
+const EquityQuestion kThreeWeightedFlop = WeightedQuestion({"15%", "15%", "15%"}, "2c7dTh");
+const EquityQuestion kThreeWeightedTurn = WeightedQuestion({"15%", "15%", "15%"}, "2c7dThJs");
+const EquityQuestion kThreeWeightedRiver = WeightedQuestion({"15%", "15%", "15%"}, "2c7dThJs3d");
 
 #define POKERMATH_ANSWERED(name) \
   BENCHMARK_CAPTURE(BM_Calculator, name, k##name)->Unit(benchmark::kMicrosecond)
@@ -132,8 +139,14 @@ POKERMATH_ANSWERED(SixHands);
 POKERMATH_PLAIN(SixHands);
 POKERMATH_ANSWERED(TenHands);
 POKERMATH_ANSWERED(ThreeHandsFlop);
+POKERMATH_ANSWERED(ThreeRangesPreflop);
+POKERMATH_ANSWERED(ThreeRangesFlop);
 POKERMATH_ANSWERED(ThreeRangesTurn);
 POKERMATH_ANSWERED(ThreeRangesRiver);
+POKERMATH_ANSWERED(ThreeWeightedFlop);
+POKERMATH_ANSWERED(ThreeWeightedTurn);
+POKERMATH_ANSWERED(ThreeWeightedRiver);
+POKERMATH_PLAIN(ThreeWeightedRiver);
 
 // The kernel alone, for every hand of both ranges.
 void BM_BoardSweep(benchmark::State& state, const EquityQuestion& question) {

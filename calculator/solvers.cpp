@@ -8,6 +8,7 @@ std::span<const Solver> Solvers() {
       {ClassesCost, StartClasses},
       {BoardsCost, StartBoards},
       {RankBoardsCost, StartRankBoards},
+      {ThreeRangesCost, StartThreeRanges},
       {HandsCost, StartHands},
       {OmahaHandsCost, StartOmahaHands},
       {OmahaAgainstEveryCost, StartOmahaAgainstEvery},

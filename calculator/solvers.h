@@ -59,6 +59,10 @@ std::unique_ptr<const Work> StartClasses(const QuestionPointer& question);
 std::optional<double> BoardsCost(const CheckedQuestion& question);
 std::unique_ptr<const Work> StartBoards(const QuestionPointer& question);
 
+// Three players of a two-card game, board by board.
+std::optional<double> ThreeRangesCost(const CheckedQuestion& question);
+std::unique_ptr<const Work> StartThreeRanges(const QuestionPointer& question);
+
 // One hand each, in games without lows: by the ranks of boards, before the flop of a two-card game;
 // and board by board.
 std::optional<double> RankBoardsCost(const CheckedQuestion& question);

@@ -34,12 +34,24 @@ class SuitRenaming {
 /// worth on all boards is so for the hands alike, too.
 class SuitSymmetry {
  public:
+  /// Nothing is alike.
+  SuitSymmetry() : renamings_{SuitRenaming({0, 1, 2, 3})} {}
   explicit SuitSymmetry(const CheckedQuestion& question);
 
   /// That of nothing among them.
   std::span<const SuitRenaming> renamings() const { return renamings_; }
   /// One of the sets that are alike, the same for all of them.
   CardSet FirstOf(CardSet cards) const;
+  /// How many sets are alike if this one is FirstOf them; 0 if it is not.
+  int TimesOf(CardSet cards) const {
+    std::size_t same = 0;
+    for (const SuitRenaming& renaming : renamings_) {
+      const CardSet other = renaming.Of(cards);
+      if (other < cards) return 0;
+      same += other == cards ? 1 : 0;
+    }
+    return static_cast<int>(renamings_.size() / same);
+  }
   /// All of them, each once, rising.
   std::vector<CardSet> AlikeTo(CardSet cards) const;
 

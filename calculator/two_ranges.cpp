@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "calculator/choices.h"
+#include "calculator/pairs.h"
 #include "calculator/solvers.h"
 #include "kernels/board_sweep.h"
 #include "kernels/known_matchups.h"
@@ -27,17 +28,6 @@ bool IsOfTwoRanges(const CheckedQuestion& question) {
   const Detail& detail = question.asked().detail;
   return question.rules().hand_size == 2 && question.players().size() == 2 &&
          question.folded().empty() && !detail.next && !detail.made;
-}
-
-std::vector<WeightedPair> PairsOf(const Side& side) {
-  std::vector<WeightedPair> pairs;
-  pairs.reserve(side.range.size());
-  for (const WeightedHand& hand : side.range.hands()) {
-    auto card = hand.cards.begin();
-    const int low = *card;
-    pairs.push_back({low, *++card, hand.weight / side.unit});
-  }
-  return pairs;
 }
 
 // What both kinds of work share: the hands, and how their tallies become sums.

@@ -18,6 +18,7 @@ struct WeightedPair {
   std::int32_t weight;
 
   CardSet cards() const { return {card1, card2}; }
+  bool operator==(const WeightedPair&) const = default;
 };
 
 /// Two ranges and, for every hand, a tally of its cases: each counts as often as the other hand

@@ -458,6 +458,9 @@ TEST(SuitSymmetry, IsWhatBoardCardsAndWeightsLeave) {
   EXPECT_EQ(two.AlikeTo(Cards("2c7h")), (std::vector<CardSet>{Cards("2c7h"), Cards("2d7s")}));
   EXPECT_EQ(two.FirstOf(Cards("2d7s")), Cards("2c7h"));
   EXPECT_EQ(two.AlikeTo(Cards("2c2d")).size(), 1u);
+  EXPECT_EQ(two.TimesOf(Cards("2c7h")), 2);
+  EXPECT_EQ(two.TimesOf(Cards("2d7s")), 0);
+  EXPECT_EQ(two.TimesOf(Cards("2c2d")), 1);
 }
 
 std::vector<Int128> SumsOf(const Work& work, const CheckedQuestion& question) {
@@ -466,8 +469,22 @@ std::vector<Int128> SumsOf(const Work& work, const CheckedQuestion& question) {
   return sums;
 }
 
-// Compares every solver with plain enumeration on random questions that it knows; how often each
-// one did, by its name.
+// Compares every solver that knows a question with plain enumeration, and counts them by name.
+void CompareSolvers(const EquityQuestion& question, std::map<std::string, int>& fitted) {
+  SCOPED_TRACE(Trace(question));
+  Result<CheckedQuestion> checked = Check(question);
+  if (!checked) return;
+  const auto shared = std::make_shared<const CheckedQuestion>(*std::move(checked));
+  const std::vector<Int128> plain = SumsOf(*StartPlain(shared), *shared);
+  for (const Solver& solver : Solvers()) {
+    if (!solver.cost(*shared)) continue;
+    const std::unique_ptr<const Work> work = solver.start(shared);
+    EXPECT_EQ(SumsOf(*work, *shared), plain) << work->name();
+    ++fitted[work->name()];
+  }
+}
+
+// On random questions.
 std::map<std::string, int> CompareSolvers(std::uint32_t seed, int count) {
   RandomQuestions questions(seed);
   std::map<std::string, int> fitted;
@@ -475,17 +492,7 @@ std::map<std::string, int> CompareSolvers(std::uint32_t seed, int count) {
     EquityQuestion question = i % 60 == 59 ? questions.NextBeforeTheFlop() : questions.Next();
     const bool comes = question.board.size() < static_cast<int>(question.street);
     question.detail = {.hands = questions.Below(2) == 0, .next = comes && questions.Below(4) == 0};
-    SCOPED_TRACE(Trace(question));
-    Result<CheckedQuestion> checked = Check(question);
-    if (!checked) continue;
-    const auto shared = std::make_shared<const CheckedQuestion>(*std::move(checked));
-    const std::vector<Int128> plain = SumsOf(*StartPlain(shared), *shared);
-    for (const Solver& solver : Solvers()) {
-      if (!solver.cost(*shared)) continue;
-      const std::unique_ptr<const Work> work = solver.start(shared);
-      EXPECT_EQ(SumsOf(*work, *shared), plain) << work->name();
-      ++fitted[work->name()];
-    }
+    CompareSolvers(question, fitted);
   }
   return fitted;
 }
@@ -516,6 +523,30 @@ TEST(Solvers, CountAlikeNextBoardsOnce) {
 }
 
 TEST(Solvers, EqualPlainEnumeration) { EXPECT_GT(CompareSolvers(3, 60).size(), 3u); }
+
+// Whose boards stand for others that differ in the names of suits.
+TEST(Solvers, EqualPlainEnumerationWhereSuitsAreAlike) {
+  std::map<std::string, int> fitted;
+  const HandRange pairs = Holdings("AA,KK"), aces = Holdings("AKs,ATs");
+  const HandRange weighted(
+      Game::kHoldem, {{Cards("QcJd"), 7}, {Cards("QdJc"), 7}, {Cards("QhJs"), 5}, {Cards("TcTd")}});
+  for (const bool hands : {false, true}) {
+    const Detail detail{.hands = hands};
+    CompareSolvers({.players = {pairs, aces, pairs}, .street = Street::kFlop, .detail = detail},
+                   fitted);
+    CompareSolvers({.players = {aces, weighted, pairs},
+                    .board = Cards("2h7h"),
+                    .street = Street::kTurn,
+                    .detail = detail},
+                   fitted);
+    CompareSolvers({.players = {pairs, aces, Holdings("QQ,98s")},
+                    .board = Cards("2c7cTc"),
+                    .dead = Cards("2d2h2s"),
+                    .detail = detail},
+                   fitted);
+  }
+  EXPECT_EQ(fitted["three ranges board by board"], 6);
+}
 
 TEST(SolversSlow, AllEqualPlainEnumeration) {
   const std::map<std::string, int> fitted = CompareSolvers(4, 800);

@@ -40,8 +40,8 @@ class RandomQuestions {
     const std::size_t players = Below(2) == 0 ? 2 : 2 + Below(4);
     for (std::size_t i = 0; i < players; ++i) question.players.push_back(Range(question.game));
     for (std::size_t i = Below(3); i > 1; --i) question.folded.push_back(Range(question.game));
-    if (players == 2 && rules.hand_size == 2 && street - known < 2 && Below(2) == 0) {
-      question.players[Below(2)] = HandRange::Every(question.game);
+    if (players <= 3 && rules.hand_size == 2 && street - known < 2 && Below(2) == 0) {
+      question.players[Below(players)] = HandRange::Every(question.game);
     }
     if (Below(4) == 0) {
       for (HandRange& range : question.players) {

@@ -100,16 +100,16 @@ sampled() {
   expect_code 0
   has "$asked" "$out" '"method":"sampled"'
 }
-sampled AhKd random random --board 2c3d4h --trials 20000 --seed 7
+sampled AhKd random random random --board 2c3d4h --trials 20000 --seed 7
 same "keys" "$(grep -oE '"[a-z_]+":' <<<"$out" | sort -u | tr -d '":' | tr '\n' ' ')" \
   "board dead elapsed_ms equity game hands method players range reason schema shared standard_error ties to trials wins "
 same "trials" "$(value trials)" 20000
 first=$(without_time "$out")
 for threads in 1 2 7; do
-  sampled AhKd random random --board 2c3d4h --trials 20000 --seed 7 --threads $threads
+  sampled AhKd random random random --board 2c3d4h --trials 20000 --seed 7 --threads $threads
   same "the same seed" "$(without_time "$out")" "$first"
 done
-sampled AhKd random random --board 2c3d4h --trials 20000 --seed 8
+sampled AhKd random random random --board 2c3d4h --trials 20000 --seed 8
 [[ $(value wins) != "$(out=$first value wins)" ]] || fail "another seed, the same wins"
 sampled AhKd QcJs --sampled
 near "$asked" "$(value equity)" 0.642962 "$(value standard_error)"
