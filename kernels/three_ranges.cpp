@@ -53,7 +53,7 @@ static_assert(INT64_MAX / kMostPairs > ThreeRangesSweep::kMostBoards);
 // A number for each player; the last one is nobody's. Aligned for every instruction set: by itself
 // the compiler does so only where it has such registers.
 using OfPlayers = double __attribute__((vector_size(32), aligned(32)));
-using WholeOfPlayers = std::int64_t __attribute__((vector_size(32), aligned(32)));
+using WholeOfPlayers = std::uint64_t __attribute__((vector_size(32), aligned(32)));
 
 // For each player the product of the numbers of the other two.
 POKERMATH_KERNEL void MultiplyOthers(const OfPlayers& numbers, OfPlayers& products) {
@@ -65,7 +65,7 @@ POKERMATH_KERNEL void MultiplyOthers(const OfPlayers& numbers, OfPlayers& produc
 POKERMATH_KERNEL void AddWhole(const OfPlayers& numbers, WholeOfPlayers& sums) {
   constexpr double kShift = 0x1p52;
   const OfPlayers shifted = numbers + kShift;
-  sums += reinterpret_cast<WholeOfPlayers>(shifted) - std::bit_cast<std::int64_t>(kShift);
+  sums += reinterpret_cast<WholeOfPlayers>(shifted) - std::bit_cast<std::uint64_t>(kShift);
 }
 
 template <typename Number, std::size_t bytes>
@@ -132,7 +132,7 @@ struct Tallies {
   WholeOfPlayers wins{}, shares2{}, shares3{}, cases{};
 };
 
-// Rows are whole registers.
+// Of a row, in registers of any width.
 template <typename Number>
 struct alignas(64) Block {
   Number lanes[kBlock];
@@ -160,19 +160,17 @@ class Below {
   std::size_t blocks() const { return blocks_; }
   std::size_t lanes() const { return blocks_ * kBlock; }
   // X[card][c] by c, the ranges one behind the other; and X[c].
-  const Number* OfCard(std::size_t card) const { return rows_[card * ranges_ * blocks_].lanes; }
+  const Number* OfCard(std::size_t card) const { return rows_[RowsOf(card)].lanes; }
   const Number* All() const { return OfCard(places_); }
 
   POKERMATH_KERNEL void Put(const Holding& holding, const Standing& standing) {
     const std::size_t card1 = standing.place1, card2 = standing.place2;
-    auto* row = const_cast<Number*>(All());
-    auto* row1 = const_cast<Number*>(OfCard(card1));
-    auto* row2 = const_cast<Number*>(OfCard(card2));
-    for (std::size_t i = 0; i < ranges_; ++i) {
-      const auto weight = static_cast<Number>(holding.weights[i]);
-      for (Number* const in : {row, row1, row2}) {
-        in[card1 + i * lanes()] += weight;
-        in[card2 + i * lanes()] += weight;
+    for (const std::size_t card : {card1, card2, places_}) {
+      Number* row = rows_[RowsOf(card)].lanes;
+      for (std::size_t i = 0; i < ranges_; ++i, row += lanes()) {
+        const auto weight = static_cast<Number>(holding.weights[i]);
+        row[card1] += weight;
+        row[card2] += weight;
       }
     }
     all += holding.weights;
@@ -187,6 +185,8 @@ class Below {
   OfPlayers all_of_card[kCards]{}, same_of_card[kCards]{};
 
  private:
+  std::size_t RowsOf(std::size_t card) const { return card * ranges_ * blocks_; }
+
   std::size_t ranges_;
   std::size_t places_ = 0;  // of cards
   std::size_t blocks_ = 0;  // of a row
@@ -216,7 +216,7 @@ template <typename Number, std::size_t bytes>
 class LevelSweep {
  public:
   // All levels from below.
-  POKERMATH_KERNEL static void Run(SweepData<Number>& data) {
+  POKERMATH_KERNEL static void RunLevels(SweepData<Number>& data) {
     const std::span<const Standing> order(data.order);
     for (std::size_t first = 0; first < order.size();) {
       std::size_t last = first + 1;
@@ -427,38 +427,29 @@ class LevelSweep {
   }
 };
 
-template <typename Number>
-using SweepFunction = void (*)(SweepData<Number>&);
-
-template <typename Number>
+template <typename Number, bool cases>
 struct Functions {
-  static void Baseline(SweepData<Number>& data) {
-    LevelSweep<Number, 4 * sizeof(Number)>::Run(data);
+  template <std::size_t bytes>
+  POKERMATH_KERNEL static void Run(SweepData<Number>& data) {
+    if constexpr (cases) {
+      LevelSweep<Number, bytes>::RunCases(data);
+    } else {
+      LevelSweep<Number, bytes>::RunLevels(data);
+    }
   }
-  POKERMATH_TARGET_AVX2 static void Avx2(SweepData<Number>& data) {
-    LevelSweep<Number, 32>::Run(data);
-  }
-  POKERMATH_TARGET_AVX512 static void Avx512(SweepData<Number>& data) {
-    LevelSweep<Number, 64>::Run(data);
-  }
-  static SweepFunction<Number> Of(Isa isa) {
-    return isa == Isa::kAvx512 ? Avx512 : isa == Isa::kAvx2 ? Avx2 : Baseline;
-  }
-};
+  static void Baseline(SweepData<Number>& data) { Run<4 * sizeof(Number)>(data); }
+  POKERMATH_TARGET_AVX2 static void Avx2(SweepData<Number>& data) { Run<32>(data); }
+  POKERMATH_TARGET_AVX512 static void Avx512(SweepData<Number>& data) { Run<64>(data); }
 
-template <typename Number>
-struct CasesFunctions {
-  static void Baseline(SweepData<Number>& data) {
-    LevelSweep<Number, 4 * sizeof(Number)>::RunCases(data);
-  }
-  POKERMATH_TARGET_AVX2 static void Avx2(SweepData<Number>& data) {
-    LevelSweep<Number, 32>::RunCases(data);
-  }
-  POKERMATH_TARGET_AVX512 static void Avx512(SweepData<Number>& data) {
-    LevelSweep<Number, 64>::RunCases(data);
-  }
-  static SweepFunction<Number> Of(Isa isa) {
-    return isa == Isa::kAvx512 ? Avx512 : isa == Isa::kAvx2 ? Avx2 : Baseline;
+  static void Run(Isa isa, SweepData<Number>& data) {
+    switch (isa) {
+      case Isa::kAvx512:
+        return Avx512(data);
+      case Isa::kAvx2:
+        return Avx2(data);
+      default:
+        return Baseline(data);
+    }
   }
 };
 
@@ -657,7 +648,7 @@ class ThreeRangesSweep::NumberSweep final : public Sweep {
     data_.below.Clear(SetPlaces(board));
     StandByValue(board, data_.order);
     Reserve(by_value_.most());
-    Functions<Number>::Of(isa_)(data_);
+    Functions<Number, false>::Run(isa_, data_);
   }
 
   void CountCases() override {
@@ -671,7 +662,7 @@ class ThreeRangesSweep::NumberSweep final : public Sweep {
       }
       Reserve(1);
     }
-    CasesFunctions<Number>::Of(isa_)(data_);
+    Functions<Number, true>::Run(isa_, data_);
   }
 
  private:
@@ -693,8 +684,7 @@ ThreeRangesSweep::ThreeRangesSweep(Isa isa, const GameRules& rules, const ThreeR
     const std::size_t seat = seats_[player];
     if (seat < different) places_[seat] = list.Add(ranges[player], seat, seat + 1 == different);
   }
-  for (std::size_t seat = different; seat < kPlayers; ++seat)
-    places_[seat] = places_[different - 1];
+  for (std::size_t i = different; i < kPlayers; ++i) places_[i] = places_[different - 1];
   std::vector<Holding> holdings = list.Take();
   is_narrow_ = AreSmall(holdings);
   if (is_narrow_) {
@@ -712,7 +702,11 @@ void ThreeRangesSweep::CountCases() { sweep_->CountCases(); }
 ThreeTally ThreeRangesSweep::Of(std::size_t player, std::size_t hand) const {
   const std::size_t seat = seats_[player];
   const Tallies& tallies = sweep_->tallies(places_[seat][hand]);
-  return {tallies.wins[seat], tallies.shares2[seat], tallies.shares3[seat], tallies.cases[seat]};
+  const auto whole = [&](const WholeOfPlayers& sums) {
+    return static_cast<std::int64_t>(sums[seat]);
+  };
+  return {whole(tallies.wins), whole(tallies.shares2), whole(tallies.shares3),
+          whole(tallies.cases)};
 }
 
 }  // namespace pokermath
