@@ -14,6 +14,7 @@ std::span<const Solver> Solvers() {
       {OmahaAgainstEveryCost, StartOmahaAgainstEvery},
       {OmahaAgainstRangeCost, StartOmahaAgainstRange},
       {NextBoardsCost, StartNextBoards},
+      {OmahaRangesCost, StartOmahaRanges},
       {PlainCost, StartPlain},
   };
   return kSolvers;

@@ -25,10 +25,14 @@ class RandomQuestions {
     const CardSet deck = rules.Deck();
     deck_.assign(deck.begin(), deck.end());
     std::shuffle(deck_.begin(), deck_.end(), random_);
-    // Boards of mostly one suit are rare otherwise.
-    if (Below(3) == 0) {
+    // Boards of mostly one suit, of few ranks and of one run of a suit are rare otherwise.
+    const std::size_t kind = Below(6);
+    if (kind < 2) {
       std::stable_partition(deck_.begin(), deck_.begin() + 18,
                             [&](int card) { return card / 13 == deck_[0] / 13; });
+    } else if (kind < 4) {
+      std::ranges::stable_sort(
+          deck_, {}, [kind](int card) { return kind == 2 ? card % 13 / 2 : card / 7; });
     }
     question.street = static_cast<Street>(3 + Below(3));
     const auto street = static_cast<std::size_t>(question.street);
@@ -85,7 +89,8 @@ class RandomQuestions {
 
  private:
   CardSet HandOf(const GameRules& rules) {
-    std::vector<int> cards(deck_.begin() + 3, deck_.end());
+    const auto near = static_cast<std::ptrdiff_t>(Below(2) == 0 ? 30 : deck_.size());
+    std::vector<int> cards(deck_.begin() + 3, deck_.begin() + near);
     std::shuffle(cards.begin(), cards.end(), random_);
     return CardSet(std::span(cards).first(static_cast<std::size_t>(rules.hand_size)));
   }
@@ -93,7 +98,8 @@ class RandomQuestions {
   // Of cards that the last ranges are of, too, but seldom of the board.
   HandRange Range(Game game, std::size_t most = 4) {
     std::vector<WeightedHand> hands;
-    const std::size_t count = Below(3) == 0 ? 1 : 1 + Below(most);
+    std::size_t count = Below(3) == 0 ? 1 : 1 + Below(most);
+    if (RulesOf(game).IsOmaha() && Below(6) == 0) count = 5 * most;
     const bool weighted = Below(2) == 0;
     for (std::size_t i = 0; i < count; ++i) {
       const int weight = weighted ? 1 + static_cast<int>(Below(kWholeWeight)) : kWholeWeight;
