@@ -15,7 +15,11 @@ using CardList = std::array<int, size>;
 
 template <std::size_t size>
 void Arrange(CardList<size>& cards) {
-  std::ranges::sort(cards, StandsBefore);
+  for (std::size_t i = 1; i < size; ++i) {
+    for (std::size_t j = i; j > 0 && StandsBefore(cards[j], cards[j - 1]); --j) {
+      std::swap(cards[j], cards[j - 1]);
+    }
+  }
 }
 
 // Multisets are numbered by rising ranks.
@@ -66,6 +70,21 @@ CardList<4> ArrangedHand(const WeightedHand& hand) {
   std::ranges::copy(hand.cards, cards.begin());
   Arrange(cards);
   return cards;
+}
+
+// Cards of a suit first, otherwise in the same order; how many these are.
+std::size_t PutFirst(CardList<4>& cards, int suit) {
+  CardList<4> others{};
+  std::size_t suited = 0, other = 0;
+  for (const int card : cards) {
+    if (card / 13 == suit) {
+      cards[suited++] = card;
+    } else {
+      others[other++] = card;
+    }
+  }
+  std::copy_n(others.begin(), other, cards.begin() + static_cast<std::ptrdiff_t>(suited));
+  return suited;
 }
 
 }  // namespace
@@ -164,11 +183,8 @@ void OmahaTensor::Relate(std::span<const WeightedHand> hands, const OmahaTensor&
     const auto same =
         static_cast<std::uint16_t>(other.weights_[twin * kBlockLanes + places_[i] % kBlockLanes]);
     for (int suit = 0; suit < 4; ++suit) {
-      // Cards of the suit first: they stand by falling ranks.
       CardList<4> by_suit = cards;
-      const auto others =
-          std::ranges::stable_partition(by_suit, [suit](int card) { return card / 13 == suit; });
-      const auto suited = static_cast<std::size_t>(others.begin() - by_suit.begin());
+      const std::size_t suited = PutFirst(by_suit, suit);
       if (suited < 2) continue;
       RankSet ranks = 0;
       for (std::size_t j = 0; j < suited; ++j) {

@@ -522,6 +522,32 @@ TEST(Solvers, CountAlikeNextBoardsOnce) {
   }
 }
 
+// Ranges that know no suits, on a board that tells one of them apart.
+TEST(SolversSlow, CountBoardsThatAreAlikeOnce) {
+  constexpr int kSuits[][4] = {{0, 1, 2, 3}, {0, 1, 3, 2}, {0, 2, 1, 3},
+                               {0, 2, 3, 1}, {0, 3, 1, 2}, {0, 3, 2, 1}};
+  std::map<std::string, int> fitted;
+  for (const Game game : {Game::kOmaha, Game::kOmahaHighLow}) {
+    EquityQuestion question{
+        .game = game, .board = Cards("2c7c8c"), .dead = Cards("Kc"), .detail = {.hands = true}};
+    for (const std::string_view text : {"Ac3c4d9h Tc9cTdJh AdAh5d5h", "AcQcAd4h 6c9d6d2h"}) {
+      std::vector<WeightedHand> hands;
+      for (std::size_t first = 0; first < text.size(); first += 9) {
+        for (const auto& suits : kSuits) {
+          CardSet cards;
+          for (const int card : Cards(text.substr(first, 8))) {
+            cards.Add(suits[card / 13] * 13 + card % 13);
+          }
+          hands.push_back({cards, 100 + static_cast<int>(first)});
+        }
+      }
+      question.players.push_back(HandRange(game, std::move(hands)));
+    }
+    CompareSolvers(question, fitted);
+  }
+  EXPECT_EQ(fitted["Omaha ranges"], 1);
+}
+
 TEST(Solvers, EqualPlainEnumeration) { EXPECT_GT(CompareSolvers(3, 60).size(), 3u); }
 
 // Whose boards stand for others that differ in the names of suits.
