@@ -10,6 +10,7 @@
 
 #include "calculator/solvers.h"
 #include "kernels/board_sweep.h"
+#include "kernels/omaha_sweep.h"
 #include "pokermath/cards.h"
 
 namespace pokermath {
@@ -107,6 +108,29 @@ const EquityQuestion kThreeWeightedFlop = WeightedQuestion({"15%", "15%", "15%"}
 const EquityQuestion kThreeWeightedTurn = WeightedQuestion({"15%", "15%", "15%"}, "2c7dThJs");
 const EquityQuestion kThreeWeightedRiver = WeightedQuestion({"15%", "15%", "15%"}, "2c7dThJs3d");
 
+// The strongest 10 % of Omaha hands with weights of many kinds, every hand of both. One in three
+// hundred of them plainly.
+EquityQuestion OmahaQuestion(const char* board, Game game = Game::kOmaha) {
+  EquityQuestion question = QuestionOf({"10%", "10%"}, board, game);
+  for (HandRange& range : question.players) range = Weighted(range, 0);
+  question.detail.hands = true;
+  return question;
+}
+EquityQuestion FewOf(EquityQuestion question) {
+  for (HandRange& range : question.players) {
+    std::vector<WeightedHand> few;
+    for (std::size_t i = 0; i < range.size(); i += 300) few.push_back(range.hands()[i]);
+    range = HandRange(range.game(), std::move(few));
+  }
+  return question;
+}
+
+const EquityQuestion kOmahaRiver = OmahaQuestion("2c7dThJs3d");
+const EquityQuestion kOmahaFlushRiver = OmahaQuestion("2c7cTcJs3d");
+const EquityQuestion kOmahaTurn = OmahaQuestion("2c7dThJs");
+const EquityQuestion kOmahaFlop = OmahaQuestion("2c7dTh");
+const EquityQuestion kFewOmahaRiver = FewOf(kOmahaRiver);
+
 #define POKERMATH_ANSWERED(name) \
   BENCHMARK_CAPTURE(BM_Calculator, name, k##name)->Unit(benchmark::kMicrosecond)
 #define POKERMATH_PLAIN(name) \
@@ -181,6 +205,22 @@ POKERMATH_SWEPT(SuitedFlop);
 POKERMATH_SWEPT(Turn);
 POKERMATH_SWEPT(River);
 POKERMATH_SWEPT(RandomFlop);
+POKERMATH_ANSWERED(OmahaRiver);
+POKERMATH_ANSWERED(OmahaFlushRiver);
+POKERMATH_ANSWERED(OmahaTurn);
+POKERMATH_ANSWERED(OmahaFlop);
+POKERMATH_ANSWERED(FewOmahaRiver);
+POKERMATH_PLAIN(FewOmahaRiver);
+
+// Boards alone, without reading the question and setting up.
+void BM_OmahaSweep(benchmark::State& state, const EquityQuestion& question) {
+  const CheckedQuestion checked = *Check(question);
+  const OmahaTensors ranges(checked.players()[0].range.hands(), checked.players()[1].range.hands());
+  OmahaSweep sweep(BestIsa(), ranges, checked.rules().high_low);
+  for (auto _ : state) sweep.Count(question.board);
+}
+BENCHMARK_CAPTURE(BM_OmahaSweep, River, kOmahaRiver)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(BM_OmahaSweep, FlushRiver, kOmahaFlushRiver)->Unit(benchmark::kMicrosecond);
 
 // Trials a second.
 void BM_Sampled(benchmark::State& state, EquityQuestion question) {

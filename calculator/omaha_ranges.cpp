@@ -87,16 +87,6 @@ struct Hands {
       }
     }
   }
-
-  // Every hand gets what its likes have on average.
-  void ShareOut(std::vector<Int128>& of_hands, std::int64_t times) const {
-    if (orbit_of.empty()) return;
-    std::vector<Int128> of_orbits(orbit_size.size());
-    for (std::size_t i = 0; i < of_hands.size(); ++i) of_orbits[orbit_of[i]] += of_hands[i];
-    for (std::size_t i = 0; i < of_hands.size(); ++i) {
-      of_hands[i] = of_orbits[orbit_of[i]] * times / orbit_size[orbit_of[i]];
-    }
-  }
 };
 
 class OmahaRangesWork final : public Work {
@@ -110,7 +100,7 @@ class OmahaRangesWork final : public Work {
 
   void Do(std::int64_t step, std::span<Int128> sums) const override {
     const Boards& boards = boards_.steps()[static_cast<std::size_t>(step)];
-    OmahaSweep sweep(BestIsa(), ranges_);
+    OmahaSweep sweep(BestIsa(), ranges_, question_->rules().high_low);
     for (const CardSet come : boards.come) sweep.Count(question_->board() | come);
     for (const std::size_t player : {0u, 1u}) AddPlayer(player, sweep, boards.alike, sums);
     if (step == 0) AddCases(sums);
@@ -134,47 +124,122 @@ class OmahaRangesWork final : public Work {
         ranges_(hands_[0].hands, hands_[1].hands),
         boards_(*question, symmetry.get()) {}
 
+  // What a hand gets, in numbers that its weight is in.
+  struct Gains {
+    Int128 wins = 0, ties = 0, points = 0;
+    Int128 low = 0;
+    std::array<Int128, 2> shared{}, low_shared{};  // alone, with the other player
+
+    void Add(const Gains& other, Int128 times) {
+      wins += other.wins * times;
+      ties += other.ties * times;
+      points += other.points * times;
+      low += other.low * times;
+      for (const std::size_t i : {0u, 1u}) {
+        shared[i] += other.shared[i] * times;
+        low_shared[i] += other.low_shared[i] * times;
+      }
+    }
+    void AddHigh(const OmahaCounts& counts, Int128 pot, Int128 weight) {
+      AddShares(counts, pot, weight, shared);
+    }
+    void AddLow(const OmahaCounts& counts, Int128 weight) {
+      low += AddShares(counts, kHalfPot, weight, low_shared);
+    }
+    // Half of a pot for the better hand.
+    Int128 AddShares(const OmahaCounts& counts, Int128 pot, Int128 weight,
+                     std::array<Int128, 2>& sharers) {
+      const Int128 won = weight * counts.below, tied = weight * (counts.not_above - counts.below);
+      sharers[0] += won;
+      sharers[1] += tied;
+      const Int128 added = pot * won + pot / 2 * tied;
+      points += added;
+      return added;
+    }
+  };
+
+  // Where no low comes in.
+  static Gains HighGains(const OmahaCounts& whole, Int128 weight) {
+    Gains gains;
+    gains.AddHigh(whole, kPot, weight);
+    gains.wins = gains.shared[0];
+    gains.ties = gains.shared[1];
+    return gains;
+  }
+
+  // Half of the pot is for the high hand on every board with lows; the other half is for the low,
+  // or without one for the high hand again. A hand takes all of it as the better one in both. It
+  // takes nothing where it is worse in both, or without a low in the high hand.
+  static Gains HighLowGains(const std::array<OmahaCounts, kOmahaContests>& counts, Int128 weight) {
+    const auto [whole, high, low, no_low, both] = counts;
+    Gains gains = HighGains(whole, weight);
+    gains.AddHigh(high, kHalfPot, weight);
+    gains.AddLow(low, weight);
+    std::array<Int128, 2> counted_before{};
+    gains.AddShares(no_low, kHalfPot, weight, counted_before);
+    const Int128 scoops = weight * (no_low.below + both.below);
+    gains.wins += scoops;
+    gains.ties += weight * (Int128{high.not_above} + low.not_above - both.not_above) - scoops;
+    return gains;
+  }
+
   void AddPlayer(std::size_t player, OmahaSweep& sweep, std::int64_t alike,
                  std::span<Int128> sums) const {
     const Hands& hands = hands_[player];
-    const std::vector<OmahaCounts> counts = sweep.CountsOf(player);
-    std::vector<Int128> wins(counts.size()), ties(counts.size());
-    Outcomes all;
-    for (std::size_t i = 0; i < counts.size(); ++i) {
-      const Int128 weight = hands.hands[i].weight;
-      wins[i] = weight * counts[i].below;
-      ties[i] = weight * (counts[i].not_above - counts[i].below);
-      all.wins += wins[i] * alike;
-      all.ties += ties[i] * alike;
+    const bool high_low = question_->rules().high_low;
+    std::array<std::vector<OmahaCounts>, kOmahaContests> counts;
+    for (std::size_t i = 0; i < (high_low ? kOmahaContests : 1); ++i) {
+      counts[i] = sweep.CountsOf(player, static_cast<OmahaContest>(i));
     }
-    Add(layout_.Total(player), all, sums);
-    sums[layout_.Shared(player, 0)] += all.wins;
-    sums[layout_.Shared(player, 1)] += all.ties;
-    if (!question_->asked().detail.hands) return;
-    hands.ShareOut(wins, alike);
-    hands.ShareOut(ties, alike);
-    for (std::size_t i = 0; i < counts.size(); ++i) {
-      Add(SumsLayout::OutcomeOf(layout_.HandCases(player, i)), {wins[i], ties[i]}, sums);
+    const auto gains_of = [&](std::size_t hand) {
+      const Int128 weight = hands.hands[hand].weight;
+      if (!high_low) return HighGains(counts[0][hand], weight);
+      std::array<OmahaCounts, kOmahaContests> of_hand;
+      for (std::size_t i = 0; i < kOmahaContests; ++i) of_hand[i] = counts[i][hand];
+      return HighLowGains(of_hand, weight);
+    };
+    Gains all;
+    std::vector<Gains> of_orbits(hands.orbit_size.size());
+    for (std::size_t i = 0; i < hands.hands.size(); ++i) {
+      const Gains gains = gains_of(i);
+      all.Add(gains, alike);
+      if (!question_->asked().detail.hands) continue;
+      if (of_orbits.empty()) {
+        Add(SumsLayout::OutcomeOf(layout_.HandCases(player, i)), gains, alike, 1, sums);
+      } else {
+        of_orbits[hands.orbit_of[i]].Add(gains, 1);
+      }
+    }
+    Add(layout_.Total(player), all, 1, 1, sums);
+    sums[layout_.Low(player)] += all.low;
+    for (const std::size_t i : {0u, 1u}) {
+      sums[layout_.Shared(player, i)] += all.shared[i];
+      sums[layout_.LowShared(player, i)] += all.low_shared[i];
+    }
+    // Every hand gets what its likes have on average.
+    for (std::size_t i = 0; i < hands.orbit_of.size() && question_->asked().detail.hands; ++i) {
+      const std::size_t orbit = hands.orbit_of[i];
+      Add(SumsLayout::OutcomeOf(layout_.HandCases(player, i)), of_orbits[orbit], alike,
+          hands.orbit_size[orbit], sums);
     }
   }
 
-  struct Outcomes {
-    Int128 wins = 0, ties = 0;
-  };
-  static void Add(OutcomePlace place, const Outcomes& outcomes, std::span<Int128> sums) {
-    sums[place.wins()] += outcomes.wins;
-    sums[place.ties()] += outcomes.ties;
-    sums[place.points()] += kPot * outcomes.wins + kHalfPot * outcomes.ties;
+  // Adds gains, times / parts of them.
+  static void Add(OutcomePlace place, const Gains& gains, Int128 times, Int128 parts,
+                  std::span<Int128> sums) {
+    sums[place.wins()] += gains.wins * times / parts;
+    sums[place.ties()] += gains.ties * times / parts;
+    sums[place.points()] += gains.points * times / parts;
   }
 
   // Every two hands that share no card leave as many boards.
   void AddCases(std::span<Int128> sums) const {
     const int live = question_->live().size() - 2 * question_->rules().hand_size;
     const Int128 boards = ChoicesOf(live, question_->to_come());
-    OmahaSweep sweep(BestIsa(), ranges_);
+    OmahaSweep sweep(BestIsa(), ranges_, false);
     sweep.CountAll();
     for (const std::size_t player : {0u, 1u}) {
-      const std::vector<OmahaCounts> counts = sweep.CountsOf(player);
+      const std::vector<OmahaCounts> counts = sweep.CountsOf(player, OmahaContest::kWholePot);
       for (std::size_t i = 0; i < counts.size(); ++i) {
         const Int128 cases = hands_[player].hands[i].weight * Int128{counts[i].not_above} * boards;
         if (player == 0) sums[SumsLayout::kCases] += cases;
@@ -194,14 +259,15 @@ class OmahaRangesWork final : public Work {
 
 std::optional<double> OmahaRangesCost(const CheckedQuestion& question) {
   const Detail& detail = question.asked().detail;
-  if (!question.rules().IsOmaha() || question.rules().hand_size != 4 || question.rules().high_low ||
+  if (!question.rules().IsOmaha() || question.rules().hand_size != 4 ||
       question.players().size() != 2 || !question.folded().empty() || detail.next || detail.made) {
     return std::nullopt;
   }
   const auto hands =
       static_cast<double>(question.players()[0].range.size() + question.players()[1].range.size());
   const auto boards = static_cast<double>(ChoicesOf(question.live().size(), question.to_come()));
-  return 1e5 + 20 * hands + boards * (6000 + 2 * hands);
+  const double sweeps = question.rules().high_low ? 5 : 1;
+  return 1e5 + 20 * hands + boards * sweeps * (6000 + 2 * hands);
 }
 
 std::unique_ptr<const Work> StartOmahaRanges(const QuestionPointer& question) {

@@ -1,12 +1,6 @@
-// The hands of both ranges are taken from weak to strong, level by level. What a hand beats is the
-// weight of the other range's hands so far that share no card with it, by inclusion and exclusion:
-//
-//   all - those with one of its cards + with two - with three + the same hand
-//
-// For every set of up to three cards the weight of the hands that hold it is kept, in tensors of
-// suits like those of the hands, so that these sums are made for a block of sixteen hands at once.
-// They are asked for before a level's hands are put in, and once more behind it. The same hand is
-// on the same level, so its term counts only then.
+// The hands of both ranges are taken from weak to strong, level by level. What a hand beats is what
+// the hands of the other range so far weigh that share no card with it. That is asked before a
+// level's hands are put in, and once more behind it. The same hand is on the same level.
 //
 // Without a flush a level is some whole classes. Where the board has three cards of a suit, hands
 // with two of it leave the blocks by masks, as those do that share a card with the board, but for
@@ -14,367 +8,56 @@
 // cards of the suit, which decide: rising groups are rising levels, and two hands of a group share
 // cards. So are the hands with the same straight flush, which come last.
 //
-// Sums are 32 bits wide, modulo 2^32: what they add up to is never more than a range weighs.
+// Who takes half of a pot follows from a sweep by high hands and one by lows. Who takes all of it
+// is better in both: classes are halved by their lows, those of the better half are swept by high
+// hands against those of the other one, and each half is halved again. What is left are classes
+// with the same low, which are swept for those that are not above.
 
 #include "kernels/omaha_sweep.h"
 
 #include <algorithm>
 #include <bit>
-#include <cstring>
 
-#include "eval/omaha_best.h"
-#include "kernels/registers.h"
+#include "kernels/omaha_blocks.h"
+#include "kernels/omaha_board.h"
 #include "platform/require.h"
 
 namespace pokermath {
 namespace {
 
-static_assert(std::uint64_t{270725} * kWholeWeight < std::uint64_t{1} << 32,
-              "every hand with the largest weight fits into 32 bits");
-
-using Weight = std::uint32_t;
-constexpr int kNoSuit = 4;
-constexpr int kBestFlush = 7140;  // full houses begin above it, straights end below all flushes
-constexpr std::size_t kValues = 7463;
-constexpr std::size_t kMeasures = 2;  // below, not above
-
-struct alignas(64) Lanes {
-  std::array<Weight, kBlockLanes> of;
-};
-
-// For every set of up to three cards, what the hands so far that hold it weigh.
-struct Inserted {
-  alignas(64) std::array<Weight, kTriplePlaces> triples;
-  alignas(64) std::array<Weight, kPairPlaces> pairs;
-  alignas(64) std::array<Weight, kSinglePlaces> singles;
-  Weight all;
-};
-
-// --- blocks of sixteen: rows are the suits of the third card, columns those of the last ---
-
-using Four = Weight __attribute__((vector_size(16)));
-using Eight = Weight __attribute__((vector_size(32)));
-
-template <typename Register>
-struct Block {
-  static constexpr std::size_t kParts = sizeof(Lanes) / sizeof(Register);
-  static constexpr std::size_t kSize = kBlockLanes / kParts;
-  Register part[kParts];
-};
-
-// Register by register: the compiler copies larger objects in smaller parts.
-template <typename Vector>
-POKERMATH_KERNEL void Read(Vector& to, const void* from) {
-  std::memcpy(&to, from, sizeof to);
-}
-template <typename Register>
-POKERMATH_KERNEL void Read(Block<Register>& to, const Weight* from) {
-  for (std::size_t i = 0; i < to.kParts; ++i) {
-    std::memcpy(&to.part[i], from + i * to.kSize, sizeof to.part[i]);
-  }
-}
-
-// Four numbers as a block of equal rows, or of equal columns.
-POKERMATH_KERNEL void SetRows(Block<Four>& block, const Four& four) {
-  block.part[0] = __builtin_shufflevector(four, four, 0, 0, 0, 0);
-  block.part[1] = __builtin_shufflevector(four, four, 1, 1, 1, 1);
-  block.part[2] = __builtin_shufflevector(four, four, 2, 2, 2, 2);
-  block.part[3] = __builtin_shufflevector(four, four, 3, 3, 3, 3);
-}
-POKERMATH_KERNEL void SetRows(Block<Eight>& block, const Four& four) {
-  block.part[0] = __builtin_shufflevector(four, four, 0, 0, 0, 0, 1, 1, 1, 1);
-  block.part[1] = __builtin_shufflevector(four, four, 2, 2, 2, 2, 3, 3, 3, 3);
-}
-POKERMATH_KERNEL void SetColumns(Block<Four>& block, const Four& four) {
-  for (Four& part : block.part) part = four;
-}
-POKERMATH_KERNEL void SetColumns(Block<Eight>& block, const Four& four) {
-  for (Eight& part : block.part) {
-    part = __builtin_shufflevector(four, four, 0, 1, 2, 3, 0, 1, 2, 3);
-  }
-}
-template <typename Register>
-POKERMATH_KERNEL void Add(Block<Register>& block, const Block<Register>& other) {
-  for (std::size_t i = 0; i < block.kParts; ++i) block.part[i] += other.part[i];
-}
-// Adds a block, or four numbers, to sums in memory.
-template <typename Vector>
-POKERMATH_KERNEL void AddTo(Weight* sums, const Vector& more) {
-  Vector sum;
-  std::memcpy(&sum, sums, sizeof sum);
-  sum += more;
-  std::memcpy(sums, &sum, sizeof sum);
-}
-template <typename Register>
-POKERMATH_KERNEL void AddTo(Weight* sums, const Block<Register>& more) {
-  for (std::size_t i = 0; i < more.kParts; ++i) AddTo(sums + i * more.kSize, more.part[i]);
-}
-
-template <typename Register>
-POKERMATH_KERNEL void AddAll(Block<Register>& block, Weight number) {
-  for (Register& part : block.part) part += number;
-}
-template <typename Register>
-POKERMATH_KERNEL void Subtract(Block<Register>& block, const Block<Register>& other) {
-  for (std::size_t i = 0; i < block.kParts; ++i) block.part[i] -= other.part[i];
-}
-template <typename Register>
-POKERMATH_KERNEL void AddRows(Block<Register>& block, const Weight* four) {
-  Four numbers;
-  Read(numbers, four);
-  Block<Register> rows;
-  SetRows(rows, numbers);
-  Add(block, rows);
-}
-template <typename Register>
-POKERMATH_KERNEL void AddColumns(Block<Register>& block, const Weight* four) {
-  Four numbers;
-  Read(numbers, four);
-  Block<Register> columns;
-  SetColumns(columns, numbers);
-  Add(block, columns);
-}
-template <typename Register>
-POKERMATH_KERNEL void TakeRowsAndColumns(Block<Register>& block, const Weight* rows,
-                                         const Weight* columns) {
-  Four numbers;
-  Block<Register> taken, more;
-  Read(numbers, rows);
-  SetRows(taken, numbers);
-  Read(numbers, columns);
-  SetColumns(more, numbers);
-  Add(taken, more);
-  Subtract(block, taken);
-}
-template <typename Register>
-POKERMATH_KERNEL void Take(Block<Register>& block, const Weight* sixteen) {
-  Block<Register> taken;
-  Read(taken, sixteen);
-  Subtract(block, taken);
-}
-
-alignas(64) constexpr std::array<Weight, kBlockLanes> kLaneBits = [] {
-  std::array<Weight, kBlockLanes> bits{};
-  for (std::size_t i = 0; i < kBlockLanes; ++i) bits[i] = Weight{1} << i;
-  return bits;
-}();
-
-// All ones in the lanes of a mask.
-template <typename Register>
-POKERMATH_KERNEL void SetMask(Block<Register>& block, Weight lanes) {
-  Read(block, kLaneBits.data());
-  for (Register& part : block.part) {
-    part = reinterpret_cast<Register>((part & lanes) != 0);
-  }
-}
-template <typename Register>
-POKERMATH_KERNEL void Mask(Block<Register>& block, const Block<Register>& mask) {
-  for (std::size_t i = 0; i < block.kParts; ++i) block.part[i] &= mask.part[i];
-}
-
-struct FourRows {
-  Four row[4];
-};
-POKERMATH_KERNEL void Split(FourRows& rows, const Block<Four>& block) {
-  for (std::size_t i = 0; i < 4; ++i) rows.row[i] = block.part[i];
-}
-POKERMATH_KERNEL void Split(FourRows& rows, const Block<Eight>& block) {
-  for (std::size_t i = 0; i < 2; ++i) {
-    const Eight& part = block.part[i];
-    rows.row[2 * i] = __builtin_shufflevector(part, part, 0, 1, 2, 3);
-    rows.row[2 * i + 1] = __builtin_shufflevector(part, part, 4, 5, 6, 7);
-  }
-}
-// What each of four rows adds up to.
-POKERMATH_KERNEL void SumRows(Four& sums, const FourRows& rows) {
-  const auto& [a, b, c, d] = rows.row;
-  const Four ab =
-      __builtin_shufflevector(a, b, 0, 4, 1, 5) + __builtin_shufflevector(a, b, 2, 6, 3, 7);
-  const Four cd =
-      __builtin_shufflevector(c, d, 0, 4, 1, 5) + __builtin_shufflevector(c, d, 2, 6, 3, 7);
-  sums = __builtin_shufflevector(ab, cd, 0, 1, 4, 5) + __builtin_shufflevector(ab, cd, 2, 3, 6, 7);
-}
-POKERMATH_KERNEL void SumColumns(Four& sums, const FourRows& rows) {
-  sums = (rows.row[0] + rows.row[1]) + (rows.row[2] + rows.row[3]);
-}
-
-// --- a class on a board ---
-
-// Bits for pairs of suits, first * 4 + second: of the first card, and of the second.
-constexpr unsigned RowsOf(unsigned suits) {
-  return ((suits & 1) | (suits & 2) << 3 | (suits & 4) << 6 | (suits & 8) << 9) * 15;
-}
-constexpr unsigned ColumnsOf(unsigned suits) { return suits * 0x1111; }
-
-struct ClassOnBoard {
-  const QuadClass* quad;
-  std::uint16_t number;
-  std::uint16_t value;
-  // Blocks and lanes that take part. Lanes depend on which of the first two cards are of the flush
-  // suit: the first one is worth 2, the second one 1.
-  std::uint16_t blocks;
-  std::array<std::uint16_t, 4> lanes;
-};
-
-// The lanes that take part, as masks: the first four for blocks whose first card is not of the
-// flush suit, by the suit of the second. Without a flush there is one for all.
-template <typename Register>
-struct LaneMasks {
-  Block<Register> of[8];
-  unsigned flush_suit;
-
-  POKERMATH_KERNEL const Block<Register>& For(unsigned first, unsigned second) const {
-    return of[flush_suit == kNoSuit ? 0 : (first == flush_suit ? 4 : 0) + second];
-  }
-};
-template <typename Register>
-POKERMATH_KERNEL void SetMasks(LaneMasks<Register>& masks, const ClassOnBoard& of,
-                               unsigned flush_suit) {
-  masks.flush_suit = flush_suit;
-  SetMask(masks.of[0], of.lanes[0]);
-  if (flush_suit == kNoSuit) return;
-  SetMask(masks.of[4], of.lanes[2]);
-  for (unsigned second = 1; second < 4; ++second) {
-    masks.of[second] = masks.of[0];
-    masks.of[4 + second] = masks.of[4];
-  }
-  SetMask(masks.of[flush_suit], of.lanes[1]);
-  SetMask(masks.of[4 + flush_suit], of.lanes[3]);
-}
-
-// Calls visit(first, second, sums) for the given blocks of a class: what the inserted hands weigh
-// that share no card with each hand, without the term of the same hand.
-template <typename Register, typename Visit>
-POKERMATH_KERNEL void ForEachBlock(const QuadClass& quad, const Inserted& in, unsigned blocks,
-                                   const Visit& visit) {
-  const Weight* const pairs = in.pairs.data();
-  const Weight* const triples = in.triples.data();
-  const Weight* const singles = in.singles.data();
-  Block<Register> of_both;
-  Read(of_both, pairs + quad.pair23);
-  AddAll(of_both, in.all);
-  TakeRowsAndColumns(of_both, singles + quad.single[2], singles + quad.single[3]);
-  Block<Register> of_second[4];
-  const unsigned columns = blocks | blocks >> 4 | blocks >> 8 | blocks >> 12;
-  for (std::size_t suit = 0; suit < 4; ++suit) {
-    if ((columns >> suit & 1) == 0) continue;
-    Block<Register> sums = of_both;
-    AddAll(sums, -singles[quad.single[1] + suit]);
-    AddRows(sums, pairs + quad.pair12 + suit * 4);
-    AddColumns(sums, pairs + quad.pair13 + suit * 4);
-    Take(sums, triples + quad.triple123 + suit * 16);
-    of_second[suit] = sums;
-  }
-  const Weight* pair01 = pairs + quad.pair01;
-  const Weight* triple012 = triples + quad.triple012;
-  const Weight* triple013 = triples + quad.triple013;
-  for (unsigned first = 0; first < 4; ++first) {
-    if (unsigned row = blocks >> first * 4 & 15; row != 0) {
-      Block<Register> of_first;
-      Read(of_first, triples + quad.triple023 + first * 16);
-      AddAll(of_first, singles[quad.single[0] + first]);
-      Block<Register> added{};
-      AddRows(added, pairs + quad.pair02 + first * 4);
-      AddColumns(added, pairs + quad.pair03 + first * 4);
-      Subtract(added, of_first);
-      do {
-        const auto second = static_cast<unsigned>(__builtin_ctz(row));
-        Block<Register> sums = added;
-        Add(sums, of_second[second]);
-        AddAll(sums, pair01[second]);
-        TakeRowsAndColumns(sums, triple012 + second * 4, triple013 + second * 4);
-        visit(first, second, sums);
-      } while ((row &= row - 1) != 0);
-    }
-    pair01 += 4;
-    triple012 += 16;
-    triple013 += 16;
-  }
-}
-
-// Puts in blocks of a class, which weights(first, second, block) reads.
-template <typename Register, typename Weights>
-POKERMATH_KERNEL void InsertBlocks(const QuadClass& quad, Inserted& in, unsigned blocks,
-                                   const Weights& weights) {
-  Weight* const pairs = in.pairs.data();
-  Weight* const triples = in.triples.data();
-  Weight* const singles = in.singles.data();
-  Weight* triple012 = triples + quad.triple012;
-  Weight* triple013 = triples + quad.triple013;
-  Weight* const triple123 = triples + quad.triple123;
-  Weight* const pair12 = pairs + quad.pair12;
-  Weight* const pair13 = pairs + quad.pair13;
-  Block<Register> of_all{};
-  FourRows of_pair01{};
-  Four all_rows{}, all_columns{};
-  for (unsigned first = 0; first < 4; ++first) {
-    if (unsigned row = blocks >> first * 4 & 15; row != 0) {
-      Block<Register> of_first{};
-      FourRows by_second{};
-      Four first_rows{};
-      do {
-        const auto second = static_cast<unsigned>(__builtin_ctz(row));
-        Block<Register> block;
-        weights(first, second, block);
-        Add(of_first, block);
-        AddTo(triple123 + second * 16, block);
-        FourRows of_rows;
-        Split(of_rows, block);
-        Four sums;
-        SumRows(sums, of_rows);
-        AddTo(triple012 + second * 4, sums);
-        AddTo(pair12 + second * 4, sums);
-        first_rows += sums;
-        SumColumns(sums, of_rows);
-        AddTo(triple013 + second * 4, sums);
-        AddTo(pair13 + second * 4, sums);
-        by_second.row[second] = sums;
-      } while ((row &= row - 1) != 0);
-      AddTo(triples + quad.triple023 + first * 16, of_first);
-      Add(of_all, of_first);
-      AddTo(pairs + quad.pair02 + first * 4, first_rows);
-      all_rows += first_rows;
-      Four first_columns;
-      SumColumns(first_columns, by_second);
-      AddTo(pairs + quad.pair03 + first * 4, first_columns);
-      all_columns += first_columns;
-      SumRows(of_pair01.row[first], by_second);
-      AddTo(pairs + quad.pair01 + first * 4, of_pair01.row[first]);
-    }
-    triple012 += 16;
-    triple013 += 16;
-  }
-  AddTo(pairs + quad.pair23, of_all);
-  Four sums;
-  SumRows(sums, of_pair01);
-  AddTo(singles + quad.single[0], sums);
-  in.all += sums[0] + sums[1] + sums[2] + sums[3];
-  SumColumns(sums, of_pair01);
-  AddTo(singles + quad.single[1], sums);
-  AddTo(singles + quad.single[2], all_rows);
-  AddTo(singles + quad.single[3], all_columns);
-}
-
-// --- a level ---
-
 // Sums of every hand, in blocks; as wide as a board makes them.
 using Counts = std::vector<Lanes>;
 
+constexpr int kAllLows = 256;
+
+// A sweep: who is put in, who asks, and where the answers go.
 struct Sweeping {
   const OmahaTensors& ranges;
   std::array<Inserted*, 2> inserted;
+  // By side; nothing where it is not asked for.
   std::array<Lanes*, 2> below, not_above;
+  std::array<Weight*, 2> of_flushes;
   unsigned flush_suit;
+  // Classes with a low below this are put in; those with one not below that ask.
+  int lows_inserted = kAllLows;
+  int first_low_asked = 0;
+
+  bool Inserts(int low) const { return low < lows_inserted; }
+  bool Asks(int low) const { return low >= first_low_asked; }
 };
 
 using Level = std::span<const ClassOnBoard>;
+
+inline unsigned LiveBlocks(const OmahaTensor& range, const ClassOnBoard& of) {
+  return range.BlocksOf(of.number).held & of.blocks;
+}
 
 // Calls visit(class, blocks, masks) for the classes of a level of which a range has blocks.
 template <typename Register, typename Visit>
 POKERMATH_KERNEL void ForEachClass(const OmahaTensor& range, Level level, unsigned flush_suit,
                                    const Visit& visit) {
   for (const ClassOnBoard& of : level) {
-    const unsigned live = range.BlocksOf(of.number).held & of.blocks;
+    const unsigned live = LiveBlocks(range, of);
     if (live == 0) continue;
     LaneMasks<Register> masks;
     SetMasks(masks, of, flush_suit);
@@ -382,42 +65,51 @@ POKERMATH_KERNEL void ForEachClass(const OmahaTensor& range, Level level, unsign
   }
 }
 
-// What the hands of a side beat, and with no ties to come do not lose to.
+// What the hands of a side beat; and without ties to come, what they do not lose to.
 template <typename Register>
 POKERMATH_KERNEL void AddBelow(const Sweeping& sweeping, std::size_t side, Level level, bool ties) {
   const OmahaTensor& range = sweeping.ranges[side];
   Lanes* const all_below = sweeping.below[side];
-  Lanes* const all_not_above = sweeping.not_above[side];
+  Lanes* const all_not_above = ties ? nullptr : sweeping.not_above[side];
+  if (all_below == nullptr && all_not_above == nullptr) return;
   ForEachClass<Register>(
       range, level, sweeping.flush_suit,
       [&](const ClassOnBoard& of, unsigned live, const LaneMasks<Register>& masks) {
+        if (!sweeping.Asks(of.low)) return;
         const OmahaTensor::Blocks blocks = range.BlocksOf(of.number);
         ForEachBlock<Register>(*of.quad, *sweeping.inserted[1 - side], live,
                                [&](unsigned first, unsigned second, Block<Register>& sums) {
                                  Mask(sums, masks.For(first, second));
                                  const std::size_t place = blocks.Of(first * 4 + second);
-                                 AddTo(all_below[place].of.data(), sums);
-                                 if (!ties) AddTo(all_not_above[place].of.data(), sums);
+                                 if (all_below != nullptr) AddTo(all_below[place].of.data(), sums);
+                                 if (all_not_above != nullptr)
+                                   AddTo(all_not_above[place].of.data(), sums);
                                });
       });
 }
 
+// What they do not lose to, behind the level.
 template <typename Register>
 POKERMATH_KERNEL void AddNotAbove(const Sweeping& sweeping, std::size_t side, Level level) {
   const OmahaTensor& range = sweeping.ranges[side];
-  const std::uint32_t* const weights = sweeping.ranges[1 - side].weights().data();
+  const std::span<const std::uint32_t> weights = sweeping.ranges[1 - side].weights();
   const std::uint32_t* const twins = range.twins().data();
   Lanes* const all_not_above = sweeping.not_above[side];
   ForEachClass<Register>(
       range, level, sweeping.flush_suit,
       [&](const ClassOnBoard& of, unsigned live, const LaneMasks<Register>& masks) {
+        if (!sweeping.Asks(of.low)) return;
         const OmahaTensor::Blocks blocks = range.BlocksOf(of.number);
+        // The same hand is put in with its class.
+        const bool with_same = sweeping.Inserts(of.low);
         ForEachBlock<Register>(*of.quad, *sweeping.inserted[1 - side], live,
                                [&](unsigned first, unsigned second, Block<Register>& sums) {
                                  const std::size_t place = blocks.Of(first * 4 + second);
-                                 Block<Register> same;
-                                 Read(same, weights + twins[place] * kBlockLanes);
-                                 Add(sums, same);
+                                 if (with_same) {
+                                   Block<Register> same;
+                                   Read(same, weights.data() + twins[place] * kBlockLanes);
+                                   Add(sums, same);
+                                 }
                                  Mask(sums, masks.For(first, second));
                                  AddTo(all_not_above[place].of.data(), sums);
                                });
@@ -431,6 +123,7 @@ POKERMATH_KERNEL void Insert(const Sweeping& sweeping, std::size_t side, Level l
   ForEachClass<Register>(
       range, level, sweeping.flush_suit,
       [&](const ClassOnBoard& of, unsigned live, const LaneMasks<Register>& masks) {
+        if (!sweeping.Inserts(of.low)) return;
         const OmahaTensor::Blocks blocks = range.BlocksOf(of.number);
         InsertBlocks<Register>(*of.quad, *sweeping.inserted[side], live,
                                [&](unsigned first, unsigned second, Block<Register>& weights) {
@@ -443,16 +136,23 @@ POKERMATH_KERNEL void Insert(const Sweeping& sweeping, std::size_t side, Level l
 
 template <typename Register>
 POKERMATH_KERNEL void SweepLevel(const Sweeping& sweeping, Level level) {
-  const auto meets = [&](std::size_t side) {
-    return std::ranges::any_of(level, [&](const ClassOnBoard& of) {
-      return (sweeping.ranges[side].BlocksOf(of.number).held & of.blocks) != 0;
-    });
-  };
-  const bool ties = meets(0) && meets(1);
-  for (const std::size_t side : {0u, 1u}) AddBelow<Register>(sweeping, side, level, ties);
-  for (const std::size_t side : {0u, 1u}) Insert<Register>(sweeping, side, level);
-  if (!ties) return;
-  for (const std::size_t side : {0u, 1u}) AddNotAbove<Register>(sweeping, side, level);
+  std::array<bool, 2> asks{}, inserts{};
+  for (const ClassOnBoard& of : level) {
+    for (const std::size_t side : {0u, 1u}) {
+      if (LiveBlocks(sweeping.ranges[side], of) == 0) continue;
+      asks[side] = asks[side] || sweeping.Asks(of.low);
+      inserts[side] = inserts[side] || sweeping.Inserts(of.low);
+    }
+  }
+  for (const std::size_t side : {0u, 1u}) {
+    if (asks[side]) AddBelow<Register>(sweeping, side, level, inserts[1 - side]);
+  }
+  for (const std::size_t side : {0u, 1u}) {
+    if (inserts[side]) Insert<Register>(sweeping, side, level);
+  }
+  for (const std::size_t side : {0u, 1u}) {
+    if (asks[side] && inserts[1 - side]) AddNotAbove<Register>(sweeping, side, level);
+  }
 }
 
 using SweepLevelFunction = void (*)(const Sweeping& sweeping, Level level);
@@ -464,111 +164,136 @@ POKERMATH_TARGET_AVX2 void SweepLevelAvx2(const Sweeping& sweeping, Level level)
   SweepLevel<Eight>(sweeping, level);
 }
 
-// --- straight flushes ---
+// --- flushes ---
 
-// The pairs of cards of a suit that make a straight flush with three of the board, rising.
-class StraightFlushes {
- public:
-  void Set(unsigned board) {
-    count_ = 0;
-    for (int low = -1; low <= 8; ++low) {
-      const unsigned five = low < 0 ? 0x100Fu : 0x1Fu << low;
-      const unsigned missing = five & ~board;
-      if (std::popcount(missing) == 2) missing_[count_++] = static_cast<RankSet>(missing);
-    }
-  }
-  std::span<const RankSet> missing() const { return std::span(missing_).first(count_); }
-  /// The number of the best one that some ranks of the suit make, or -1.
-  int BestOf(RankSet ranks) const {
-    for (std::size_t i = count_; i-- > 0;) {
-      if ((missing_[i] & ~ranks) == 0) return static_cast<int>(i);
-    }
-    return -1;
-  }
-
- private:
-  std::array<RankSet, 10> missing_{};
-  std::size_t count_ = 0;
+// A hand with a flush.
+struct FlushHand {
+  const SuitedHand* hand;
+  std::uint16_t pair;  // its group
+  std::uint8_t side;
+  std::int8_t straight_flush;  // number of the best one, or -1
 };
 
-// What is inserted without two cards of a suit, for every third one.
+// What is inserted without the two cards of a group, for every third one.
 struct WithoutPair {
   Weight all;
   std::array<Weight, 52> singles;
 };
 
+Weight AllWithout(const Inserted& in, const SuitedPairPlaces& places) {
+  return in.all - in.singles[places.singles[0]] - in.singles[places.singles[1]] +
+         in.pairs[places.both];
+}
+Weight SingleWithout(const Inserted& in, const SuitedPairPlaces& places, std::size_t card) {
+  return in.singles[SinglePlace(static_cast<int>(card))] - in.pairs[places.pair1[card]] -
+         in.pairs[places.pair2[card]] + in.triples[places.triple[card]];
+}
+
+// What takes part in a sweep by high hands, everything from weak to strong. Parts of it are split
+// off by lows.
+struct Field {
+  std::vector<ClassOnBoard> classes, full_classes;
+  std::vector<FlushHand> flushes, straight_flushes;  // by group or rank, then by side
+};
+
+// Those with a low below a limit; the others are left.
+template <typename List, typename LowOf>
+List SplitOff(List& list, int limit, const LowOf& low_of) {
+  List below;
+  std::size_t left = 0;
+  for (const auto& item : list) {
+    if (low_of(item) < limit) {
+      below.push_back(item);
+    } else {
+      list[left++] = item;
+    }
+  }
+  list.resize(left);
+  return below;
+}
+
 }  // namespace
 
 struct OmahaSweep::State {
-  State(Isa isa, const OmahaTensors& of_ranges);
+  State(Isa isa, const OmahaTensors& of_ranges, bool with_lows);
 
   void Count(CardSet board);
   void CountAll();
-  std::vector<OmahaCounts> CountsOf(std::size_t side);
+  std::vector<OmahaCounts> CountsOf(std::size_t side, OmahaContest contest);
 
  private:
-  struct SuitedOfSide {
-    const SuitedHand* hand;
-    std::size_t side;
-    int straight_flush;
+  // Sums of a contest for the hands of a side.
+  struct OfContest {
+    Counts below, not_above;
+    // Of the suited hands: what is to be added to both, and to the second.
+    std::vector<Weight> of_flushes, of_flushes_not_above;
+    std::vector<OmahaCounts> wide;  // moved here in time; none while there was no need
   };
+  OfContest& Sums(std::size_t side, OmahaContest contest) {
+    return sums_[side][static_cast<std::size_t>(contest)];
+  }
 
+  void Spread(std::size_t side, OfContest& sums) const;
   void MakeRoom();
-  void Spread(std::size_t side);
-  void SetBoard(CardSet board);
-  void SetClasses(CardSet board);
-  void Clear();
-  void SweepClasses(std::span<const ClassOnBoard> classes);
-  void SweepFlushes();
-  void SweepGroup(std::size_t side, std::size_t pair, const std::array<WithoutPair, 2>& without);
-  void InsertGroup(std::size_t side, std::size_t pair);
-  void SweepStraightFlushes();
-  bool IsOnBoard(int card) const { return board_.Contains(card); }
+  void Clear(const Field& field);
+  Sweeping SweepingInto(OmahaContest contest);
+  void SetField();
+  void Sweep(const Sweeping& sweeping, const Field& field);
+  void SweepClasses(const Sweeping& sweeping, Level classes);
+  void SweepFlushes(const Sweeping& sweeping, std::span<const FlushHand> flushes);
+  void SweepFlush(const Sweeping& sweeping, const FlushHand& flush, Weight below);
+  void InsertGroup(std::size_t side, const SuitedPairPlaces& places);
+  void SweepLows(Field field);
+  void SweepHighAndLow(Field field);
+  int LowOf(const FlushHand& flush) const { return board_.LowOf(flush.hand->quad_class); }
 
   const OmahaTensors& ranges_;
+  bool high_low_;
   SweepLevelFunction sweep_level_;
+  // Empty between sweeps.
   std::unique_ptr<std::array<Inserted, 2>> inserted_ = std::make_unique<std::array<Inserted, 2>>();
+  OmahaBoard board_;
+  Field field_;
+  std::array<WithoutPair, 2> added_{};  // by the group that is being swept
 
-  CardSet board_;
-  unsigned flush_suit_ = kNoSuit;
-  StraightFlushes straight_flushes_;
-  std::vector<ClassOnBoard> classes_;  // by rising values
-  std::vector<bool> full_;             // by class: a full house or better
-  std::array<WithoutPair, 2> added_{};
-  std::vector<SuitedOfSide> with_straight_flush_;
-
-  // By side, of those boards that are not in wide_.
-  std::array<std::array<Counts, kMeasures>, 2> narrow_;
-  std::array<std::vector<Weight>, 2> of_suited_;  // for both measures
-  std::array<std::array<std::vector<std::uint64_t>, kMeasures>, 2> wide_;
+  std::array<std::array<OfContest, kOmahaContests>, 2> sums_;
   std::uint64_t boards_of_room_ = 1;  // boards that 32 bits have room for
   std::uint64_t boards_ = 0;
 };
 
-OmahaSweep::State::State(Isa isa, const OmahaTensors& of_ranges)
+OmahaSweep::State::State(Isa isa, const OmahaTensors& of_ranges, bool with_lows)
     : ranges_(of_ranges),
-      sweep_level_(isa == Isa::kBaseline ? SweepLevelBaseline : SweepLevelAvx2),
-      full_(kQuadClasses) {
+      high_low_(with_lows),
+      sweep_level_(isa == Isa::kBaseline ? SweepLevelBaseline : SweepLevelAvx2) {
   std::uint64_t most = 1;
   for (const std::size_t side : {0u, 1u}) {
     most = std::max(most, ranges_[side].weight());
-    for (Counts& counts : narrow_[side]) counts.resize(ranges_[side].blocks());
-    of_suited_[side].resize(ranges_[side].suited().size());
+    for (std::size_t i = 0; i < (high_low_ ? kOmahaContests : 1); ++i) {
+      OfContest& sums = sums_[side][i];
+      sums.below.resize(ranges_[side].blocks());
+      sums.not_above.resize(ranges_[side].blocks());
+      sums.of_flushes.resize(ranges_[side].suited().size());
+      if (high_low_) sums.of_flushes_not_above.resize(ranges_[side].suited().size());
+    }
   }
   POKERMATH_REQUIRE(most <= ~Weight{0});
   boards_of_room_ = ~Weight{0} / most;
 }
 
 // Adds what flushes have won to the sums of their hands.
-void OmahaSweep::State::Spread(std::size_t side) {
+void OmahaSweep::State::Spread(std::size_t side, OfContest& sums) const {
   const std::span<const SuitedHand> suited = ranges_[side].suited();
-  for (std::size_t i = 0; i < suited.size(); ++i) {
-    for (Counts& counts : narrow_[side]) {
-      counts[suited[i].place / kBlockLanes].of[suited[i].place % kBlockLanes] +=
-          of_suited_[side][i];
+  const auto add = [&](std::vector<Weight>& of_flushes, std::initializer_list<Counts*> to) {
+    for (std::size_t i = 0; i < of_flushes.size(); ++i) {
+      const std::uint32_t place = suited[i].place;
+      for (Counts* counts : to) {
+        (*counts)[place / kBlockLanes].of[place % kBlockLanes] += of_flushes[i];
+      }
     }
-  }
-  std::ranges::fill(of_suited_[side], Weight{0});
+    std::ranges::fill(of_flushes, Weight{0});
+  };
+  add(sums.of_flushes, {&sums.below, &sums.not_above});
+  add(sums.of_flushes_not_above, {&sums.not_above});
 }
 
 // Moves sums to 64 bits before they do not fit into 32.
@@ -576,144 +301,108 @@ void OmahaSweep::State::MakeRoom() {
   if (boards_++ < boards_of_room_) return;
   boards_ = 1;
   for (const std::size_t side : {0u, 1u}) {
-    Spread(side);
-    for (std::size_t measure = 0; measure < kMeasures; ++measure) {
-      Counts& narrow = narrow_[side][measure];
-      std::vector<std::uint64_t>& wide = wide_[side][measure];
-      wide.resize(narrow.size() * kBlockLanes);
-      for (std::size_t i = 0; i < narrow.size(); ++i) {
-        for (std::size_t lane = 0; lane < kBlockLanes; ++lane) {
-          wide[i * kBlockLanes + lane] += narrow[i].of[lane];
-        }
+    for (OfContest& sums : sums_[side]) {
+      Spread(side, sums);
+      sums.wide.resize(sums.below.size() * kBlockLanes);
+      for (std::size_t i = 0; i < sums.wide.size(); ++i) {
+        sums.wide[i].below += sums.below[i / kBlockLanes].of[i % kBlockLanes];
+        sums.wide[i].not_above += sums.not_above[i / kBlockLanes].of[i % kBlockLanes];
       }
-      std::ranges::fill(narrow, Lanes{});
+      std::ranges::fill(sums.below, Lanes{});
+      std::ranges::fill(sums.not_above, Lanes{});
     }
   }
 }
 
-std::vector<OmahaCounts> OmahaSweep::State::CountsOf(std::size_t side) {
-  Spread(side);
-  const auto count = [&](std::size_t measure, std::uint32_t place) {
-    const std::vector<std::uint64_t>& wide = wide_[side][measure];
-    return (wide.empty() ? 0 : wide[place]) +
-           narrow_[side][measure][place / kBlockLanes].of[place % kBlockLanes];
-  };
+std::vector<OmahaCounts> OmahaSweep::State::CountsOf(std::size_t side, OmahaContest contest) {
+  OfContest& sums = Sums(side, contest);
+  Spread(side, sums);
   std::vector<OmahaCounts> counts;
   counts.reserve(ranges_[side].size());
   for (const std::uint32_t place : ranges_[side].places()) {
-    counts.push_back({count(0, place), count(1, place)});
+    OmahaCounts& of = counts.emplace_back();
+    if (!sums.wide.empty()) of = sums.wide[place];
+    of.below += sums.below[place / kBlockLanes].of[place % kBlockLanes];
+    of.not_above += sums.not_above[place / kBlockLanes].of[place % kBlockLanes];
   }
   return counts;
 }
 
-void OmahaSweep::State::Clear() {
-  // Without the constructor, which would do it on the stack.
-  std::memset(static_cast<void*>(inserted_.get()), 0, sizeof *inserted_);
-}
-
-void OmahaSweep::State::SetBoard(CardSet board) {
-  board_ = board;
-  flush_suit_ = kNoSuit;
-  for (unsigned suit = 0; suit < 4; ++suit) {
-    const auto ranks = static_cast<unsigned>(board.bits() >> 13 * suit & kAllRanks);
-    if (std::popcount(ranks) < 3) continue;
-    flush_suit_ = suit;
-    straight_flushes_.Set(ranks);
-  }
-}
-
-// The values of all classes, sorted by counting.
-void OmahaSweep::State::SetClasses(CardSet board) {
-  const std::vector<int> cards(board.begin(), board.end());
-  const OmahaPairValues values(cards);
-  std::array<std::uint16_t, MultisetsOf(2)> of_ranks;
-  for (std::size_t high = 0, i = 0; high < 13; ++high) {
-    for (std::size_t low = 0; low <= high; ++low, ++i) {
-      // Of two suits, so there is no flush.
-      of_ranks[i] =
-          static_cast<std::uint16_t>(values.Of(static_cast<int>(high), 13 + static_cast<int>(low)));
-    }
-  }
-  std::array<std::uint8_t, 13> free;  // suits, by rank
-  for (std::size_t rank = 0; rank < 13; ++rank) {
-    unsigned suits = 0;
-    for (unsigned suit = 0; suit < 4; ++suit) {
-      suits |= (board.Contains(static_cast<int>(13 * suit + rank)) ? 0u : 1u) << suit;
-    }
-    free[rank] = static_cast<std::uint8_t>(suits);
-  }
-  const std::span<const std::uint16_t> numbers = ranges_.classes();
-  std::array<std::uint16_t, kQuadClasses> of_class;
-  std::array<std::uint64_t, kValues / 64 + 1> occurs{};
-  for (std::size_t i = 0; i < numbers.size(); ++i) {
-    const std::array<std::uint8_t, 6>& pairs = QuadClasses()[numbers[i]].rank_pairs;
-    std::uint16_t value = of_ranks[pairs[0]];
-    for (std::size_t j = 1; j < 6; ++j) value = std::max(value, of_ranks[pairs[j]]);
-    of_class[i] = value;
-    occurs[value / 64] |= std::uint64_t{1} << value % 64;
-  }
-  std::array<std::uint16_t, kValues / 64 + 1> values_before;
-  std::size_t levels = 0;
-  for (std::size_t i = 0; i < occurs.size(); ++i) {
-    values_before[i] = static_cast<std::uint16_t>(levels);
-    levels += static_cast<std::size_t>(std::popcount(occurs[i]));
-  }
-  const auto level_of = [&](std::uint16_t value) {
-    const std::uint64_t below = (std::uint64_t{1} << value % 64) - 1;
-    return values_before[value / 64] +
-           static_cast<std::size_t>(std::popcount(occurs[value / 64] & below));
-  };
-  std::array<std::uint16_t, MultisetsOf(2) + 1> next{};
-  for (std::size_t i = 0; i < numbers.size(); ++i) ++next[level_of(of_class[i]) + 1];
-  for (std::size_t i = 0; i < levels; ++i)
-    next[i + 1] = static_cast<std::uint16_t>(next[i + 1] + next[i]);
-  classes_.resize(numbers.size());
-  for (std::size_t i = 0; i < numbers.size(); ++i) {
-    const QuadClass& quad = QuadClasses()[numbers[i]];
-    const bool full = of_class[i] > kBestFlush;
-    full_[numbers[i]] = full;
-    ClassOnBoard& of = classes_[next[level_of(of_class[i])]++];
-    of.quad = &quad;
-    of.number = numbers[i];
-    of.value = of_class[i];
-    of.blocks =
-        static_cast<std::uint16_t>(RowsOf(free[quad.ranks[0]]) & ColumnsOf(free[quad.ranks[1]]));
-    const unsigned lanes = RowsOf(free[quad.ranks[2]]) & ColumnsOf(free[quad.ranks[3]]);
-    of.lanes.fill(static_cast<std::uint16_t>(lanes));
-    if (flush_suit_ == kNoSuit) continue;
-    const unsigned suit = 1u << flush_suit_;
-    const unsigned row = RowsOf(suit), column = ColumnsOf(suit);
-    const auto take = [&](std::initializer_list<std::size_t> of_first, unsigned taken) {
-      for (const std::size_t i_of : of_first)
-        of.lanes[i_of] = static_cast<std::uint16_t>(of.lanes[i_of] & ~taken);
-    };
-    if (!full) {
-      take({0}, row & column);
-      take({1, 2}, row | column);
-      take({3}, 0xFFFF);
+// Takes out what a field has put in.
+void OmahaSweep::State::Clear(const Field& field) {
+  constexpr std::size_t kFewClasses = 60;
+  for (Inserted& in : *inserted_) {
+    in.singles.fill(0);
+    in.pairs.fill(0);
+    in.all = 0;
+    if (field.classes.size() + field.full_classes.size() > kFewClasses) {
+      in.triples.fill(0);
       continue;
     }
-    for (const RankSet missing : straight_flushes_.missing()) {
-      const auto is = [missing](std::uint8_t rank) { return (missing >> rank & 1) != 0; };
-      const auto pair = [&](std::size_t a, std::size_t b) {
-        return quad.ranks[a] != quad.ranks[b] && is(quad.ranks[a]) && is(quad.ranks[b]);
-      };
-      if (pair(0, 1)) take({3}, 0xFFFF);
-      if (pair(0, 2)) take({2, 3}, row);
-      if (pair(0, 3)) take({2, 3}, column);
-      if (pair(1, 2)) take({1, 3}, row);
-      if (pair(1, 3)) take({1, 3}, column);
-      if (pair(2, 3)) take({0, 1, 2, 3}, row & column);
+    for (const std::vector<ClassOnBoard>* classes : {&field.classes, &field.full_classes}) {
+      for (const ClassOnBoard& of : *classes) {
+        for (const std::uint16_t triple :
+             {of.quad->triple012, of.quad->triple013, of.quad->triple023, of.quad->triple123}) {
+          std::fill_n(&in.triples[triple], 64, Weight{0});
+        }
+      }
     }
   }
 }
 
-void OmahaSweep::State::SweepClasses(std::span<const ClassOnBoard> classes) {
-  Sweeping sweeping = {ranges_, {&(*inserted_)[0], &(*inserted_)[1]}, {}, {}, flush_suit_};
+Sweeping OmahaSweep::State::SweepingInto(OmahaContest contest) {
+  Sweeping sweeping = {
+      ranges_, {&(*inserted_)[0], &(*inserted_)[1]}, {}, {}, {}, board_.flush_suit()};
   for (const std::size_t side : {0u, 1u}) {
-    sweeping.below[side] = narrow_[side][0].data();
-    sweeping.not_above[side] = narrow_[side][1].data();
+    sweeping.below[side] = Sums(side, contest).below.data();
+    sweeping.not_above[side] = Sums(side, contest).not_above.data();
+    sweeping.of_flushes[side] = Sums(side, contest).of_flushes.data();
   }
+  return sweeping;
+}
+
+// All hands that the board leaves.
+void OmahaSweep::State::SetField() {
+  Field& field = field_;
+  const auto below_full =
+      board_.classes().begin() + static_cast<std::ptrdiff_t>(board_.below_full());
+  field.classes.assign(board_.classes().begin(), below_full);
+  field.full_classes.assign(below_full, board_.classes().end());
+  field.flushes.clear();
+  field.straight_flushes.clear();
+  const unsigned suit = board_.flush_suit();
+  if (suit == kNoSuit) return;
+  const bool straight = !board_.straight_flushes().missing().empty();
+  const auto is_on_board = [&](std::size_t rank) {
+    return board_.cards().Contains(static_cast<int>(suit * 13 + rank));
+  };
+  for (std::size_t high = 1, pair = 0; high < 13; ++high) {
+    for (std::size_t low = 0; low < high; ++low, ++pair) {
+      if (is_on_board(high) || is_on_board(low)) continue;
+      for (const std::size_t side : {0u, 1u}) {
+        for (const SuitedHand& hand : ranges_[side].Suited(suit, pair)) {
+          if (board_.cards().Contains(hand.card1) || board_.cards().Contains(hand.card2)) continue;
+          FlushHand flush = {&hand, static_cast<std::uint16_t>(pair),
+                             static_cast<std::uint8_t>(side), -1};
+          if (straight) {
+            flush.straight_flush =
+                static_cast<std::int8_t>(board_.straight_flushes().BestOf(hand.suited));
+          }
+          if (flush.straight_flush >= 0) {
+            field.straight_flushes.push_back(flush);
+          } else if (!board_.IsFull(hand.quad_class)) {
+            field.flushes.push_back(flush);
+          }
+        }
+      }
+    }
+  }
+  std::ranges::stable_sort(field.straight_flushes, {}, [](const FlushHand& of) {
+    return std::pair(of.straight_flush, of.side);
+  });
+}
+
+void OmahaSweep::State::SweepClasses(const Sweeping& sweeping, Level classes) {
   while (!classes.empty()) {
     const auto end = std::ranges::find_if(
         classes, [&](const ClassOnBoard& of) { return of.value != classes[0].value; });
@@ -723,49 +412,37 @@ void OmahaSweep::State::SweepClasses(std::span<const ClassOnBoard> classes) {
   }
 }
 
-void OmahaSweep::State::SweepGroup(std::size_t side, std::size_t pair,
-                                   const std::array<WithoutPair, 2>& without) {
-  const OmahaTensor& range = ranges_[side];
-  const WithoutPair& other = without[1 - side];
-  const Inserted& of_other = (*inserted_)[1 - side];
-  Inserted& own = (*inserted_)[side];
-  WithoutPair& added = added_[side];
-  const std::span<const SuitedHand> group = range.Suited(flush_suit_, pair);
-  Weight* const sums = of_suited_[side].data();
-  const bool may_be_straight = !straight_flushes_.missing().empty();
-  for (const SuitedHand& hand : group) {
-    if (IsOnBoard(hand.card1) || IsOnBoard(hand.card2)) continue;
-    if (may_be_straight) {
-      const int straight_flush = straight_flushes_.BestOf(hand.suited);
-      if (straight_flush >= 0) {
-        with_straight_flush_.push_back({&hand, side, straight_flush});
-        continue;
-      }
-    }
-    if (full_[hand.quad_class]) continue;
-    Weight below = other.all - other.singles[hand.card1] - other.singles[hand.card2] +
-                   of_other.pairs[hand.pair] - of_other.triples[hand.triple1] -
-                   of_other.triples[hand.triple2];
-    // The first range has this group's hands put in already: of those without a card of this
-    // one there are none, but the term of the same hand is missing.
-    if (side == 1) below += hand.same;
-    sums[&hand - range.suited().data()] += below;
-    own.pairs[hand.pair] += hand.weight;
-    own.triples[hand.triple1] += hand.weight;
-    own.triples[hand.triple2] += hand.weight;
-    added.all += hand.weight;
-    added.singles[hand.card1] += hand.weight;
-    added.singles[hand.card2] += hand.weight;
+// Asks for a hand whose group's other hands share cards with it, and puts it in, but for the sets
+// that hold only one of the cards that are not its group's.
+void OmahaSweep::State::SweepFlush(const Sweeping& sweeping, const FlushHand& flush, Weight below) {
+  const SuitedHand& hand = *flush.hand;
+  const std::size_t side = flush.side;
+  const int low = LowOf(flush);
+  const bool inserts = sweeping.Inserts(low);
+  if (sweeping.Asks(low)) {
+    const Inserted& other = *sweeping.inserted[1 - side];
+    below += other.pairs[hand.pair] - other.triples[hand.triple1] - other.triples[hand.triple2];
+    // The first range has the group put in already. Of its hands only the same one is not counted
+    // right: its last term is missing.
+    if (side == 1 && inserts) below += hand.same;
+    sweeping.of_flushes[side][&hand - ranges_[side].suited().data()] += below;
   }
+  if (!inserts) return;
+  Inserted& own = *sweeping.inserted[side];
+  WithoutPair& added = added_[side];
+  own.pairs[hand.pair] += hand.weight;
+  own.triples[hand.triple1] += hand.weight;
+  own.triples[hand.triple2] += hand.weight;
+  added.all += hand.weight;
+  added.singles[hand.card1] += hand.weight;
+  added.singles[hand.card2] += hand.weight;
 }
 
-// The sets of the hands of a group that hold one or both of its two cards, but for those with both
-// of the others.
-void OmahaSweep::State::InsertGroup(std::size_t side, std::size_t pair) {
+// Puts in the sets that SweepFlush has left out for the hands of a group.
+void OmahaSweep::State::InsertGroup(std::size_t side, const SuitedPairPlaces& places) {
   WithoutPair& added = added_[side];
   if (added.all == 0) return;
   Inserted& in = (*inserted_)[side];
-  const SuitedPairPlaces& places = PlacesOf(flush_suit_, pair);
   for (std::size_t card = 0; card < 52; ++card) {
     const Weight weight = added.singles[card];
     if (weight == 0) continue;
@@ -781,105 +458,124 @@ void OmahaSweep::State::InsertGroup(std::size_t side, std::size_t pair) {
   added.all = 0;
 }
 
-namespace {
-
-Weight AllWithout(const Inserted& in, const SuitedPairPlaces& places) {
-  return in.all - in.singles[places.singles[0]] - in.singles[places.singles[1]] +
-         in.pairs[places.both];
-}
-Weight SingleWithout(const Inserted& in, const SuitedPairPlaces& places, std::size_t card) {
-  return in.singles[SinglePlace(static_cast<int>(card))] - in.pairs[places.pair1[card]] -
-         in.pairs[places.pair2[card]] + in.triples[places.triple[card]];
-}
-
-}  // namespace
-
-void OmahaSweep::State::SweepFlushes() {
-  with_straight_flush_.clear();
+void OmahaSweep::State::SweepFlushes(const Sweeping& sweeping, std::span<const FlushHand> flushes) {
   std::array<WithoutPair, 2> without;
-  for (std::size_t high = 1, pair = 0; high < 13; ++high) {
-    for (std::size_t low = 0; low < high; ++low, ++pair) {
-      const bool blocked = IsOnBoard(static_cast<int>(flush_suit_ * 13 + high)) ||
-                           IsOnBoard(static_cast<int>(flush_suit_ * 13 + low));
-      if (blocked || (ranges_[0].Suited(flush_suit_, pair).empty() &&
-                      ranges_[1].Suited(flush_suit_, pair).empty())) {
-        continue;
+  while (!flushes.empty()) {
+    const std::uint16_t pair = flushes[0].pair;
+    const SuitedPairPlaces& places = PlacesOf(sweeping.flush_suit, pair);
+    for (const std::size_t side : {0u, 1u}) {
+      const Inserted& in = *sweeping.inserted[side];
+      without[side].all = AllWithout(in, places);
+      for (std::size_t card = 0; card < 52; ++card) {
+        without[side].singles[card] = SingleWithout(in, places, card);
       }
-      const SuitedPairPlaces& places = PlacesOf(flush_suit_, pair);
-      for (const std::size_t side : {0u, 1u}) {
-        const Inserted& in = (*inserted_)[side];
-        without[side].all = AllWithout(in, places);
-        for (std::size_t card = 0; card < 52; ++card) {
-          without[side].singles[card] = SingleWithout(in, places, card);
-        }
-      }
-      for (const std::size_t side : {0u, 1u}) SweepGroup(side, pair, without);
-      for (const std::size_t side : {0u, 1u}) InsertGroup(side, pair);
     }
+    std::size_t size = 0;
+    for (; size < flushes.size() && flushes[size].pair == pair; ++size) {
+      const FlushHand& flush = flushes[size];
+      const WithoutPair& other = without[1 - flush.side];
+      SweepFlush(sweeping, flush,
+                 other.all - other.singles[flush.hand->card1] - other.singles[flush.hand->card2]);
+    }
+    for (const std::size_t side : {0u, 1u}) InsertGroup(side, places);
+    flushes = flushes.subspan(size);
   }
 }
 
-// Every hand as a group of its own. Those with the same straight flush share cards.
-void OmahaSweep::State::SweepStraightFlushes() {
-  std::ranges::stable_sort(with_straight_flush_, {}, [](const SuitedOfSide& of) {
-    return std::pair(of.straight_flush, of.side);
-  });
-  for (const SuitedOfSide& of : with_straight_flush_) {
-    const SuitedHand& hand = *of.hand;
-    const int high = std::bit_width(hand.suited) - 1;
-    const int low = std::bit_width(hand.suited ^ 1u << high) - 1;
-    const auto pair = static_cast<std::size_t>(high * (high - 1) / 2 + low);
-    const SuitedPairPlaces& places = PlacesOf(flush_suit_, pair);
-    const Inserted& of_other = (*inserted_)[1 - of.side];
-    Weight below = AllWithout(of_other, places) - SingleWithout(of_other, places, hand.card1) -
-                   SingleWithout(of_other, places, hand.card2) + of_other.pairs[hand.pair] -
-                   of_other.triples[hand.triple1] - of_other.triples[hand.triple2];
-    if (of.side == 1) below += hand.same;
-    of_suited_[of.side][static_cast<std::size_t>(&hand - ranges_[of.side].suited().data())] +=
-        below;
-    Inserted& own = (*inserted_)[of.side];
-    own.pairs[hand.pair] += hand.weight;
-    own.triples[hand.triple1] += hand.weight;
-    own.triples[hand.triple2] += hand.weight;
-    added_[of.side].all = hand.weight;
-    added_[of.side].singles[hand.card1] = added_[of.side].singles[hand.card2] = hand.weight;
-    InsertGroup(of.side, pair);
+void OmahaSweep::State::Sweep(const Sweeping& sweeping, const Field& field) {
+  SweepClasses(sweeping, field.classes);
+  SweepFlushes(sweeping, field.flushes);
+  SweepClasses(sweeping, field.full_classes);
+  // Each as a group of its own: those with the same one share cards.
+  for (const FlushHand& flush : field.straight_flushes) {
+    const SuitedPairPlaces& places = PlacesOf(sweeping.flush_suit, flush.pair);
+    const Inserted& other = *sweeping.inserted[1 - flush.side];
+    SweepFlush(sweeping, flush,
+               AllWithout(other, places) - SingleWithout(other, places, flush.hand->card1) -
+                   SingleWithout(other, places, flush.hand->card2));
+    InsertGroup(flush.side, places);
   }
+  Clear(field);
+}
+
+// All hands by their lows, which know no suits.
+void OmahaSweep::State::SweepLows(Field field) {
+  std::vector<ClassOnBoard>& classes = field.classes;
+  classes.insert(classes.end(), field.full_classes.begin(), field.full_classes.end());
+  for (ClassOnBoard& of : classes) {
+    of.value = of.low;
+    of.lanes.fill(of.live);
+  }
+  std::ranges::stable_sort(classes, {}, &ClassOnBoard::low);
+  Sweeping sweeping = SweepingInto(OmahaContest::kLow);
+  sweeping.flush_suit = kNoSuit;
+  sweeping.first_low_asked = 1;
+  SweepClasses(sweeping, classes);
+  Clear(field);
+}
+
+void OmahaSweep::State::SweepHighAndLow(Field field) {
+  std::vector<int> lows;
+  for (const std::vector<ClassOnBoard>* classes : {&field.classes, &field.full_classes}) {
+    for (const ClassOnBoard& of : *classes) lows.push_back(of.low);
+  }
+  if (lows.empty()) return;
+  std::ranges::sort(lows);
+  if (lows.back() == 0) return Sweep(SweepingInto(OmahaContest::kNoLow), field);
+  Sweeping sweeping = SweepingInto(OmahaContest::kHighAndLow);
+  if (lows.front() == lows.back()) {
+    for (const std::size_t side : {0u, 1u}) {
+      sweeping.below[side] = nullptr;
+      sweeping.of_flushes[side] = Sums(side, OmahaContest::kHighAndLow).of_flushes_not_above.data();
+    }
+    return Sweep(sweeping, field);
+  }
+  // The low in the middle, or the next one where it is the lowest.
+  int limit = lows[lows.size() / 2];
+  if (limit == lows.front()) limit = *std::ranges::upper_bound(lows, limit);
+  sweeping.lows_inserted = sweeping.first_low_asked = limit;
+  Sweep(sweeping, field);
+  const auto low_of_class = [](const ClassOnBoard& of) { return of.low; };
+  const auto low_of_flush = [this](const FlushHand& of) { return LowOf(of); };
+  Field below;
+  below.classes = SplitOff(field.classes, limit, low_of_class);
+  below.full_classes = SplitOff(field.full_classes, limit, low_of_class);
+  below.flushes = SplitOff(field.flushes, limit, low_of_flush);
+  below.straight_flushes = SplitOff(field.straight_flushes, limit, low_of_flush);
+  SweepHighAndLow(std::move(below));
+  SweepHighAndLow(std::move(field));
 }
 
 void OmahaSweep::State::Count(CardSet board) {
   MakeRoom();
-  SetBoard(board);
-  SetClasses(board);
-  Clear();
-  std::span<const ClassOnBoard> classes = classes_;
-  if (flush_suit_ == kNoSuit) return SweepClasses(classes);
-  const auto full =
-      std::ranges::find_if(classes, [](const ClassOnBoard& of) { return of.value > kBestFlush; });
-  const auto below = static_cast<std::size_t>(full - classes.begin());
-  SweepClasses(classes.first(below));
-  SweepFlushes();
-  SweepClasses(classes.subspan(below));
-  SweepStraightFlushes();
+  board_.Set(board, ranges_.classes(), high_low_);
+  SetField();
+  if (!board_.has_lows()) return Sweep(SweepingInto(OmahaContest::kWholePot), field_);
+  Sweep(SweepingInto(OmahaContest::kHigh), field_);
+  SweepLows(field_);
+  SweepHighAndLow(field_);
 }
 
 void OmahaSweep::State::CountAll() {
   MakeRoom();
-  SetBoard({});
-  classes_.clear();
+  Field field;
   for (const std::uint16_t number : ranges_.classes()) {
     constexpr std::uint16_t kAll = 0xFFFF;
-    classes_.push_back({&QuadClasses()[number], number, 0, kAll, {kAll, kAll, kAll, kAll}});
+    field.classes.push_back(
+        {&QuadClasses()[number], number, 0, 0, kAll, kAll, {kAll, kAll, kAll, kAll}});
   }
-  Clear();
-  SweepClasses(classes_);
+  Sweeping sweeping = SweepingInto(OmahaContest::kWholePot);
+  sweeping.flush_suit = kNoSuit;
+  Sweep(sweeping, field);
 }
 
-OmahaSweep::OmahaSweep(Isa isa, const OmahaTensors& ranges)
-    : state_(std::make_unique<State>(isa, ranges)) {}
+OmahaSweep::OmahaSweep(Isa isa, const OmahaTensors& ranges, bool high_low)
+    : state_(std::make_unique<State>(isa, ranges, high_low)) {}
 OmahaSweep::~OmahaSweep() = default;
 void OmahaSweep::Count(CardSet board) { state_->Count(board); }
 void OmahaSweep::CountAll() { state_->CountAll(); }
-std::vector<OmahaCounts> OmahaSweep::CountsOf(std::size_t side) { return state_->CountsOf(side); }
+std::vector<OmahaCounts> OmahaSweep::CountsOf(std::size_t side, OmahaContest contest) {
+  return state_->CountsOf(side, contest);
+}
 
 }  // namespace pokermath

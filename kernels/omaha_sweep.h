@@ -4,7 +4,6 @@
 #ifndef POKERMATH_KERNELS_OMAHA_SWEEP_H_
 #define POKERMATH_KERNELS_OMAHA_SWEEP_H_
 
-#include <array>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -23,22 +22,34 @@ struct OmahaCounts {
   bool operator==(const OmahaCounts&) const = default;
 };
 
+/// On which boards a hand is compared, with whom, and by what.
+enum class OmahaContest {
+  kWholePot,  ///< by high hands, on boards that allow no low; in games without lows on all
+  // The others on boards that allow a low:
+  kHigh,        ///< by high hands
+  kLow,         ///< of a hand with a low: by lows, none being below all
+  kNoLow,       ///< of a hand without a low: by high hands, with those that have none either
+  kHighAndLow,  ///< of a hand with a low: below, or not above, in both
+};
+inline constexpr std::size_t kOmahaContests = 5;
+
 /// Counts one board after the other; sums are kept for every hand. Not for several threads at once.
 class OmahaSweep {
  public:
-  /// @param isa     instructions to use; the machine must have them
-  /// @param ranges  has to outlive this; the weights of a range add up to less than 2^32
-  OmahaSweep(Isa isa, const OmahaTensors& ranges);
+  /// @param isa       instructions to use; the machine must have them
+  /// @param ranges    has to outlive this; the weights of a range add up to less than 2^32
+  /// @param high_low  whether there are lows
+  OmahaSweep(Isa isa, const OmahaTensors& ranges, bool high_low);
   ~OmahaSweep();
 
   /// Adds a board of three to five cards. Hands that share a card with it get nothing.
   void Count(CardSet board);
 
-  /// Adds one without any cards on which all hands tie.
+  /// Adds one without any cards on which all hands tie, to kWholePot.
   void CountAll();
 
   /// What was added so far, for every hand of a range.
-  std::vector<OmahaCounts> CountsOf(std::size_t side);
+  std::vector<OmahaCounts> CountsOf(std::size_t side, OmahaContest contest);
 
  private:
   struct State;

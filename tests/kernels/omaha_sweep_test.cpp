@@ -6,9 +6,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <map>
 #include <random>
 
+#include "eval/omaha_low.h"
 #include "eval/worth.h"
 #include "kernels/omaha_range.h"
 #include "pokermath/cards.h"
@@ -32,73 +35,120 @@ std::vector<WeightedHand> RandomHands(std::mt19937& random, CardSet of, std::siz
   return list;
 }
 
-// What `hands` win and tie on a board, added to counts.
-void CountPlainly(std::span<const WeightedHand> hands, std::span<const WeightedHand> others,
-                  CardSet board, std::vector<OmahaCounts>& counts) {
-  const GameRules& rules = RulesOf(Game::kOmaha);
-  const std::vector<int> board_cards = ListOf(board);
-  const auto value = [&](CardSet hand) {
-    return hand.Meets(board) ? 0 : WorthOf(rules, ListOf(hand), board_cards).high;
+// By contest.
+using AllCounts = std::array<OmahaCounts, kOmahaContests>;
+
+void Compare(const Worth& own, const Worth& other, bool low_board, std::uint64_t weight,
+             AllCounts& counts) {
+  const auto add = [&](OmahaContest contest, bool below, bool not_above) {
+    OmahaCounts& of = counts[static_cast<std::size_t>(contest)];
+    of.below += below ? weight : 0;
+    of.not_above += not_above ? weight : 0;
   };
-  std::vector<int> values;
-  for (const WeightedHand& other : others) values.push_back(value(other.cards));
+  const bool above = own.high > other.high, not_below = own.high >= other.high;
+  if (!low_board) return add(OmahaContest::kWholePot, above, not_below);
+  add(OmahaContest::kHigh, above, not_below);
+  if (own.low > 0) {
+    add(OmahaContest::kLow, own.low > other.low, own.low >= other.low);
+    add(OmahaContest::kHighAndLow, above && own.low > other.low, not_below && own.low >= other.low);
+  } else if (other.low == 0) {
+    add(OmahaContest::kNoLow, above, not_below);
+  }
+}
+
+// What `hands` win and tie on a board, added to counts.
+void CountPlainly(Game game, std::span<const WeightedHand> hands,
+                  std::span<const WeightedHand> others, CardSet board,
+                  std::vector<AllCounts>& counts) {
+  const GameRules& rules = RulesOf(game);
+  const std::vector<int> board_cards = ListOf(board);
+  unsigned low_ranks = 0;
+  for (const int card : board) low_ranks |= LowBit(card % 13);
+  const bool low_board = rules.high_low && std::popcount(low_ranks) >= 3;
+  const auto worth = [&](CardSet hand) {
+    return hand.Meets(board) ? Worth{} : WorthOf(rules, ListOf(hand), board_cards);
+  };
+  std::vector<Worth> worths;
+  for (const WeightedHand& other : others) worths.push_back(worth(other.cards));
+  counts.resize(hands.size());
   for (std::size_t i = 0; i < hands.size(); ++i) {
-    const int own = value(hands[i].cards);
-    for (std::size_t j = 0; j < others.size() && own > 0; ++j) {
-      if (values[j] == 0 || others[j].cards.Meets(hands[i].cards)) continue;
-      const auto weight = static_cast<std::uint64_t>(others[j].weight);
-      counts[i].below += own > values[j] ? weight : 0;
-      counts[i].not_above += own >= values[j] ? weight : 0;
+    const Worth own = worth(hands[i].cards);
+    for (std::size_t j = 0; j < others.size() && own.high > 0; ++j) {
+      if (worths[j].high == 0 || others[j].cards.Meets(hands[i].cards)) continue;
+      Compare(own, worths[j], low_board, static_cast<std::uint64_t>(others[j].weight), counts[i]);
     }
   }
 }
+
+// Whether a sweep has counted what plain loops have.
+void ExpectCounts(OmahaSweep& sweep, Game game, std::size_t side,
+                  const std::vector<AllCounts>& expected) {
+  for (std::size_t i = 0; i < (RulesOf(game).high_low ? kOmahaContests : 1); ++i) {
+    SCOPED_TRACE(i);
+    const std::vector<OmahaCounts> counts = sweep.CountsOf(side, static_cast<OmahaContest>(i));
+    for (std::size_t hand = 0; hand < counts.size(); ++hand) {
+      ASSERT_EQ(counts[hand], expected[hand][i]) << hand;
+    }
+  }
+}
+
+constexpr OmahaContest kWhole = OmahaContest::kWholePot;
 
 constexpr const char* kBoards[] = {
     "2c7dThJs3d", "2c2d7h7sTd", "7c7d7h7s2d",                // no flush
     "2c7cTcJs3d", "2c7cTcJc3d", "2c7cTcJcAc", "AcKc2c9d9h",  // flushes
     "7c7d7hTcJc", "7c7dTdThJd",                              // and full houses
-    "4c6c8c9c2d", "5c6c7c8c9c", "Ac2c3cTcKc", "TcJcQcTdTh", "4c6c8c9c4d", "9c8c7c7d7h",
+    "4c6c8c9c2d", "5c6c7c8c9c", "Ac2c3cTcKc", "TcJcQcTdTh", "4c6c8c9c4d",
+    "9c8c7c7d7h", "2c3d7h8s8d", "Ac4c7cTs2d", "3c5c6c7d7s",  // with lows
     "2c7dTh",     "7c8c9c",     "7c7dTh",     "9c8c7cTc",   "9d9h8d7d"};
 
 TEST(OmahaSweep, EqualsHandByHandOnBoardsOfAllKinds) {
   std::mt19937 random(5);
-  const CardSet deck = RulesOf(Game::kOmaha).Deck();
   // Cards among which straight flushes are frequent, and all.
   const CardSet near = Cards("Ac2c3c4c5c6c7c8c9cTcJcQcKc7d7h9d9h8dTdTh");
-  for (const CardSet of : {near, deck}) {
-    const std::vector<WeightedHand> hands[2] = {RandomHands(random, of, 400),
-                                                RandomHands(random, of, 600)};
+  for (const CardSet of : {near, RulesOf(Game::kOmaha).Deck()}) {
+    const std::vector<WeightedHand> hands[2] = {RandomHands(random, of, 200),
+                                                RandomHands(random, of, 300)};
     const OmahaTensors ranges(hands[0], hands[1]);
-    for (const Isa isa : {Isa::kBaseline, Isa::kAvx2}) {
-      if (isa > BestIsa()) continue;
-      OmahaSweep all(isa, ranges);
-      std::vector<OmahaCounts> expected_of_all[2];
+    for (const Game game : {Game::kOmaha, Game::kOmahaHighLow}) {
+      const bool high_low = RulesOf(game).high_low;
+      OmahaSweep all[] = {{Isa::kBaseline, ranges, high_low}, {BestIsa(), ranges, high_low}};
+      std::vector<AllCounts> expected_of_all[2];
       for (const char* const text : kBoards) {
         SCOPED_TRACE(text);
-        OmahaSweep sweep(isa, ranges);
+        OmahaSweep sweep(BestIsa(), ranges, high_low);
         sweep.Count(Cards(text));
-        all.Count(Cards(text));
+        for (OmahaSweep& of_all : all) of_all.Count(Cards(text));
         for (const std::size_t side : {0u, 1u}) {
-          std::vector<OmahaCounts> expected(hands[side].size());
-          CountPlainly(hands[side], hands[1 - side], Cards(text), expected);
-          ASSERT_EQ(sweep.CountsOf(side), expected);
-          expected_of_all[side].resize(expected.size());
-          CountPlainly(hands[side], hands[1 - side], Cards(text), expected_of_all[side]);
+          std::vector<AllCounts> expected;
+          CountPlainly(game, hands[side], hands[1 - side], Cards(text), expected);
+          ExpectCounts(sweep, game, side, expected);
+          CountPlainly(game, hands[side], hands[1 - side], Cards(text), expected_of_all[side]);
         }
       }
-      for (const std::size_t side : {0u, 1u}) ASSERT_EQ(all.CountsOf(side), expected_of_all[side]);
-      OmahaSweep deals(isa, ranges);
-      deals.CountAll();
-      const std::vector<OmahaCounts> dealt = deals.CountsOf(0);
-      for (std::size_t i = 0; i < dealt.size(); ++i) {
-        std::uint64_t fit = 0;
-        for (const WeightedHand& other : hands[1]) {
-          if (!other.cards.Meets(hands[0][i].cards)) fit += static_cast<unsigned>(other.weight);
+      for (OmahaSweep& of_all : all) {
+        for (const std::size_t side : {0u, 1u}) {
+          ExpectCounts(of_all, game, side, expected_of_all[side]);
         }
-        ASSERT_EQ(dealt[i].not_above, fit);
-        ASSERT_EQ(dealt[i].below, 0u);
       }
     }
+  }
+}
+
+TEST(OmahaSweep, CountsAllThatShareNoCard) {
+  std::mt19937 random(6);
+  const CardSet deck = RulesOf(Game::kOmaha).Deck();
+  const auto hands = RandomHands(random, deck, 200), others = RandomHands(random, deck, 300);
+  const OmahaTensors ranges(hands, others);
+  OmahaSweep sweep(BestIsa(), ranges, false);
+  sweep.CountAll();
+  const std::vector<OmahaCounts> counts = sweep.CountsOf(0, kWhole);
+  for (std::size_t i = 0; i < counts.size(); ++i) {
+    std::uint64_t fit = 0;
+    for (const WeightedHand& other : others) {
+      if (!other.cards.Meets(hands[i].cards)) fit += static_cast<unsigned>(other.weight);
+    }
+    ASSERT_EQ(counts[i], (OmahaCounts{0, fit}));
   }
 }
 
@@ -113,10 +163,10 @@ TEST(OmahaSweep, EqualsHandsAgainstALargeRangeOnATurn) {
       hands.push_back({hand.cards, hands.size() % 3 == 0 ? 9999 : 10000});
   }
   const OmahaTensors ranges(hands, hands);
-  OmahaSweep sweep(BestIsa(), ranges);
+  OmahaSweep sweep(BestIsa(), ranges, false);
   for (const int river : RulesOf(Game::kOmaha).Deck() - turn) sweep.Count(turn | CardSet{river});
-  const std::vector<OmahaCounts> counts = sweep.CountsOf(0);
-  EXPECT_EQ(sweep.CountsOf(1), counts);
+  const std::vector<OmahaCounts> counts = sweep.CountsOf(0, kWhole);
+  EXPECT_EQ(sweep.CountsOf(1, kWhole), counts);
   for (std::size_t i = 7; i < hands.size(); i += hands.size() / 12) {
     std::map<int, std::vector<std::array<int, 4>>> by_weight;
     for (const WeightedHand& other : hands) {
