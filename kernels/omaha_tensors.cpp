@@ -6,43 +6,49 @@
 namespace pokermath {
 namespace {
 
-constexpr bool StandsBefore(int card1, int card2) {
-  return card1 % 13 != card2 % 13 ? card1 % 13 > card2 % 13 : card1 < card2;
-}
+// Cards are numbered in the order in which they stand: by falling ranks, then by rising suits.
+constexpr int NumberOf(int card) { return (12 - card % 13) * 4 + card / 13; }
+constexpr int CardOf(int number) { return number % 4 * 13 + 12 - number / 4; }
+constexpr int RankOf(int number) { return 12 - number / 4; }
+constexpr int SuitOf(int number) { return number % 4; }
 
+// Numbers of cards, rising.
 template <std::size_t size>
 using CardList = std::array<int, size>;
 
 template <std::size_t size>
-void Arrange(CardList<size>& cards) {
+CardList<size> Arranged(const std::array<int, size>& cards) {
+  CardList<size> numbers;
+  std::ranges::transform(cards, numbers.begin(), NumberOf);
   for (std::size_t i = 1; i < size; ++i) {
-    for (std::size_t j = i; j > 0 && StandsBefore(cards[j], cards[j - 1]); --j) {
-      std::swap(cards[j], cards[j - 1]);
+    for (std::size_t j = i; j > 0 && numbers[j] < numbers[j - 1]; --j) {
+      std::swap(numbers[j], numbers[j - 1]);
     }
   }
+  return numbers;
 }
 
 // Multisets are numbered by rising ranks.
 template <std::size_t size>
-std::size_t RanksNumber(const CardList<size>& arranged) {
+std::size_t RanksNumber(const CardList<size>& cards) {
   std::array<int, size> ranks;
-  for (std::size_t i = 0; i < size; ++i) ranks[i] = arranged[size - 1 - i] % 13;
+  for (std::size_t i = 0; i < size; ++i) ranks[i] = RankOf(cards[size - 1 - i]);
   return static_cast<std::size_t>(MultisetNumber(ranks));
 }
 
-// Where arranged cards stand in the tensors of all sets of their size.
+// Where cards stand in the tensors of all sets of their size.
 template <std::size_t size>
-std::size_t PlaceOf(const CardList<size>& arranged) {
-  std::size_t place = RanksNumber(arranged);
-  for (const int card : arranged) place = place * 4 + static_cast<std::size_t>(card / 13);
+std::size_t PlaceOf(const CardList<size>& cards) {
+  std::size_t place = RanksNumber(cards);
+  for (const int card : cards) place = place * 4 + static_cast<std::size_t>(SuitOf(card));
   return place;
 }
 static_assert(kTriplePlaces <= 1 << 16);
 
-// Where a tensor of some ranks begins.
+// Where a tensor of some falling ranks begins.
 template <typename... Ranks>
 std::uint16_t TensorOf(Ranks... ranks) {
-  return static_cast<std::uint16_t>(PlaceOf(CardList<sizeof...(Ranks)>{ranks...}));
+  return static_cast<std::uint16_t>(PlaceOf(CardList<sizeof...(Ranks)>{NumberOf(ranks)...}));
 }
 
 QuadClass ClassOf(const std::array<int, 4>& ranks) {
@@ -66,39 +72,41 @@ QuadClass ClassOf(const std::array<int, 4>& ranks) {
 }
 
 CardList<4> ArrangedHand(const WeightedHand& hand) {
-  CardList<4> cards{};
+  std::array<int, 4> cards{};
   std::ranges::copy(hand.cards, cards.begin());
-  Arrange(cards);
-  return cards;
+  return Arranged(cards);
 }
 
-// Cards of a suit first, otherwise in the same order; how many these are.
-std::size_t PutFirst(CardList<4>& cards, int suit) {
-  CardList<4> others{};
-  std::size_t suited = 0, other = 0;
-  for (const int card : cards) {
-    if (card / 13 == suit) {
-      cards[suited++] = card;
-    } else {
-      others[other++] = card;
+std::size_t PlaceWithout(const CardList<4>& hand, std::size_t left_out) {
+  CardList<3> cards;
+  for (std::size_t i = 0, next = 0; i < 4; ++i) {
+    if (i != left_out) cards[next++] = hand[i];
+  }
+  return PlaceOf(cards);
+}
+
+// The places in a hand of its cards of a suit, then of the others.
+struct SuitFirst {
+  std::array<std::size_t, 4> places;
+  std::size_t suited = 0;
+
+  SuitFirst(const CardList<4>& hand, int suit) {
+    std::size_t next = 0;
+    for (const bool of_suit : {true, false}) {
+      for (std::size_t i = 0; i < 4; ++i) {
+        if ((SuitOf(hand[i]) == suit) == of_suit) places[next++] = i;
+      }
+      if (of_suit) suited = next;
     }
   }
-  std::copy_n(others.begin(), other, cards.begin() + static_cast<std::ptrdiff_t>(suited));
-  return suited;
-}
+};
 
 }  // namespace
 
-std::size_t PairPlace(int card1, int card2) {
-  CardList<2> cards = {card1, card2};
-  Arrange(cards);
-  return PlaceOf(cards);
-}
+std::size_t PairPlace(int card1, int card2) { return PlaceOf(Arranged(std::array{card1, card2})); }
 
 std::size_t TriplePlace(int card1, int card2, int card3) {
-  CardList<3> cards = {card1, card2, card3};
-  Arrange(cards);
-  return PlaceOf(cards);
+  return PlaceOf(Arranged(std::array{card1, card2, card3}));
 }
 
 std::span<const QuadClass, kQuadClasses> QuadClasses() {
@@ -108,7 +116,7 @@ std::span<const QuadClass, kQuadClasses> QuadClasses() {
       for (int b = 0; b <= a; ++b)
         for (int c = 0; c <= b; ++c)
           for (int d = 0; d <= c; ++d) {
-            all[RanksNumber(CardList<4>{a, b, c, d})] = ClassOf({a, b, c, d});
+            all[RanksNumber(Arranged(std::array{a, b, c, d}))] = ClassOf({a, b, c, d});
           }
     return all;
   }();
@@ -176,34 +184,33 @@ void OmahaTensor::Relate(std::span<const WeightedHand> hands, const OmahaTensor&
     }
   }
   std::vector<std::pair<std::size_t, SuitedHand>> grouped;
+  grouped.reserve(2 * hands.size());  // of two suits at the most
   for (std::size_t i = 0; i < hands.size(); ++i) {
     const CardList<4> cards = ArrangedHand(hands[i]);
-    const std::size_t quad_class = RanksNumber(cards);
-    const std::size_t twin = twins_[places_[i] / kBlockLanes];
-    const auto same =
-        static_cast<std::uint16_t>(other.weights_[twin * kBlockLanes + places_[i] % kBlockLanes]);
+    const std::uint32_t twin = twins_[places_[i] / kBlockLanes];
+    SuitedHand hand{};
+    hand.place = places_[i];
+    hand.weight = static_cast<std::uint16_t>(hands[i].weight);
+    hand.same =
+        static_cast<std::uint16_t>(other.weights_[twin * kBlockLanes + hand.place % kBlockLanes]);
+    hand.quad_class = static_cast<std::uint16_t>(RanksNumber(cards));
     for (int suit = 0; suit < 4; ++suit) {
-      CardList<4> by_suit = cards;
-      const std::size_t suited = PutFirst(by_suit, suit);
-      if (suited < 2) continue;
-      RankSet ranks = 0;
-      for (std::size_t j = 0; j < suited; ++j) {
-        ranks = static_cast<RankSet>(ranks | 1u << by_suit[j] % 13);
+      const SuitFirst by_suit(cards, suit);
+      if (by_suit.suited < 2) continue;
+      const auto [high, low, other1, other2] = by_suit.places;
+      hand.triple1 = static_cast<std::uint16_t>(PlaceWithout(cards, low));
+      hand.triple2 = static_cast<std::uint16_t>(PlaceWithout(cards, high));
+      hand.pair = static_cast<std::uint16_t>(
+          PlaceOf(CardList<2>{cards[std::min(other1, other2)], cards[std::max(other1, other2)]}));
+      hand.card1 = static_cast<std::uint8_t>(CardOf(cards[other1]));
+      hand.card2 = static_cast<std::uint8_t>(CardOf(cards[other2]));
+      hand.suited = 0;
+      for (std::size_t j = 0; j < by_suit.suited; ++j) {
+        hand.suited = static_cast<RankSet>(hand.suited | 1u << RankOf(cards[by_suit.places[j]]));
       }
-      const auto [high, low, card1, card2] = by_suit;
-      const int pair = high % 13 * (high % 13 - 1) / 2 + low % 13;
-      grouped.push_back(
-          {static_cast<std::size_t>(suit) * kSuitedPairs + static_cast<std::size_t>(pair),
-           {.place = places_[i],
-            .triple1 = static_cast<std::uint16_t>(TriplePlace(high, card1, card2)),
-            .triple2 = static_cast<std::uint16_t>(TriplePlace(low, card1, card2)),
-            .pair = static_cast<std::uint16_t>(PairPlace(card1, card2)),
-            .weight = static_cast<std::uint16_t>(hands[i].weight),
-            .same = same,
-            .quad_class = static_cast<std::uint16_t>(quad_class),
-            .suited = ranks,
-            .card1 = static_cast<std::uint8_t>(card1),
-            .card2 = static_cast<std::uint8_t>(card2)}});
+      const int pair = RankOf(cards[high]) * (RankOf(cards[high]) - 1) / 2 + RankOf(cards[low]);
+      grouped.emplace_back(
+          static_cast<std::size_t>(suit) * kSuitedPairs + static_cast<std::size_t>(pair), hand);
     }
   }
   // A counting sort by groups.
