@@ -75,7 +75,7 @@ class Builder {
                      .first = boards_.size};
     for (std::size_t i = 0; i < static_cast<std::size_t>(pattern.head_ranks); ++i) {
       block.times[i] = pattern.times;
-      block.head_set = static_cast<std::int16_t>(block.head_set | 1 << head[i]);
+      block.head_set = static_cast<std::uint16_t>(block.head_set | 1 << head[i]);
     }
     boards_.blocks.push_back(block);
     boards_.size += size;

@@ -28,7 +28,7 @@ struct BoardBlock {
   std::array<int, 2> head{};   ///< ranks, the lower one last; a single one twice
   std::array<int, 2> times{};  ///< cards of each of them; of a second one that is none, 0
   int head_ranks = 0;          ///< how many there are
-  std::int16_t head_set = 0;   ///< the same as a set
+  std::uint16_t head_set = 0;  ///< the same as a set
   Tail tail = Tail::kNone;
   int size = 0;   ///< boards: so many tails from the first one on
   int first = 0;  ///< where they stand among all boards

@@ -11,6 +11,8 @@
 namespace pokermath {
 
 #define POKERMATH_KERNEL [[gnu::always_inline]] inline
+/// The same of a lambda, behind its parameters.
+#define POKERMATH_INLINE __attribute__((always_inline))
 
 // Registers, and the same for arithmetic modulo 2^16. Comparing two gives -1 in every lane where it
 // is true.

@@ -25,6 +25,7 @@
 #include "kernels/matchup_tables.h"
 #include "kernels/rank_boards.h"
 #include "kernels/registers.h"
+#include "platform/require.h"
 
 namespace pokermath {
 namespace {
@@ -79,7 +80,7 @@ struct Rivals {
   }
 };
 
-constexpr int kFew = 4;
+constexpr int kFew = 4;  // rows of which all sets are summed up side by side
 
 template <typename Register>
 POKERMATH_KERNEL int SumLanes(const Register& lanes) {
@@ -87,8 +88,6 @@ POKERMATH_KERNEL int SumLanes(const Register& lanes) {
   for (int i = 0; i < kLanes<Register>; ++i) sum += lanes[i];
   return sum;
 }
-
-#define POKERMATH_INLINE __attribute__((always_inline))
 
 // Calls use with 0 .. count - 1. A loop would not be unrolled in functions as large as these, and
 // arrays of registers have to be.
@@ -192,8 +191,8 @@ POKERMATH_KERNEL void LoadWinners(const Place<Register, rows>& place, Register& 
 template <typename Register, int rows>
 POKERMATH_KERNEL void JudgeFew(const Rivals& rivals, const std::int16_t* weights, int size,
                                std::span<std::int64_t> times) {
-  // Weights are 4^5 at the most.
   constexpr int kBlock = 31 * kLanes<Register>;
+  static_assert(31 * 4 * 4 * 4 * 4 * 4 < 1 << 15);  // the largest weight is that of five ranks
   for (int start = 0; start < size; start += kBlock) {
     const int end = std::min(start + kBlock, size);
     FewSums<Register, rows> sums;
@@ -271,23 +270,24 @@ struct HeadWays {
   int none = 1, one = 0;
 };
 
-// Adds a rank to tails of fewer ranks, all below it.
-template <typename Register, std::size_t rows, typename From, typename To>
+// Adds a rank to tails of fewer ranks, all below it. What lies behind a row may be anything.
+template <typename Modular, std::size_t rows, typename From, typename To>
 POKERMATH_KERNEL void Extend(const std::array<From, rows>& from, int count, std::int16_t suited,
                              std::int16_t others, std::array<To, rows + 1>& to, int first) {
-  for (int place = 0; place < count; place += kLanes<Register>) {
-    Register last{};
+  for (int place = 0; place < count; place += kLanes<Modular>) {
+    Modular last{};
     for (std::size_t row = 0; row <= rows; ++row) {
-      Register ways{};
+      Modular ways{};
       if (row < rows) Load(ways, from[row].data() + place);
-      const Register sum = ways * others + last * suited;
+      const Modular sum =
+          ways * static_cast<std::uint16_t>(others) + last * static_cast<std::uint16_t>(suited);
       std::memcpy(to[row].data() + first + place, &sum, sizeof sum);
       last = ways;
     }
   }
 }
 
-template <typename Register>
+template <typename Modular>
 POKERMATH_KERNEL void WeighTails(const RankWays& ways, int lowest_rank, TailWays& tails) {
   for (auto& row : tails.one) row.fill(0);
   for (auto& row : tails.pair) row.fill(0);
@@ -304,19 +304,19 @@ POKERMATH_KERNEL void WeighTails(const RankWays& ways, int lowest_rank, TailWays
   for (int place = 1; place < 13 - lowest_rank; ++place) {
     const std::int16_t suited = tails.one[1][static_cast<std::size_t>(place)];
     const std::int16_t others = tails.one[0][static_cast<std::size_t>(place)];
-    Extend<Register>(tails.one, place, suited, others, tails.two, Choose(place, 2));
+    Extend<Modular>(tails.one, place, suited, others, tails.two, Choose(place, 2));
   }
   for (int place = 2; place < 13 - lowest_rank; ++place) {
     const std::int16_t suited = tails.one[1][static_cast<std::size_t>(place)];
     const std::int16_t others = tails.one[0][static_cast<std::size_t>(place)];
-    Extend<Register>(tails.two, Choose(place, 2), suited, others, tails.three, Choose(place, 3));
+    Extend<Modular>(tails.two, Choose(place, 2), suited, others, tails.three, Choose(place, 3));
   }
 }
 
 // The weights of rank boards, as a sum of rows of ways.
 template <typename Width>
 class Weigher {
-  using Register = typename Width::Register;
+  using Modular = typename Width::Modular;
 
  public:
   POKERMATH_KERNEL explicit Weigher(const Showdown& showdown, int lowest_rank)
@@ -353,7 +353,7 @@ class Weigher {
   };
   struct Term {
     const std::int16_t* row;
-    std::int16_t factor;
+    std::uint16_t factor;
   };
 
   POKERMATH_KERNEL void Prepare(const RankWays& ways, int fewest, int lowest_rank) {
@@ -370,7 +370,7 @@ class Weigher {
         suited.heads[i][rank] = {chosen[i], ways.suited[rank] * chosen[i - 1]};
       }
     }
-    WeighTails<Register>(ways, lowest_rank, suited.tails);
+    WeighTails<Modular>(ways, lowest_rank, suited.tails);
   }
 
   POKERMATH_KERNEL static HeadWays HeadOf(const Suited& suited, const BoardBlock& block,
@@ -394,20 +394,20 @@ class Weigher {
       for (; of_tail <= most; ++of_tail) {
         const int of_head = ways[std::max(suited.fewest - of_tail, 0)];
         terms[count++] = {suited.tails.Of(block.tail, of_tail),
-                          static_cast<std::int16_t>(i == 0 ? of_head : -of_head)};
+                          static_cast<std::uint16_t>(i == 0 ? of_head : -of_head)};
       }
     }
     const std::int16_t* tails = boards_.tails[static_cast<std::size_t>(block.tail)].data();
-    for (int place = 0; place < block.size; place += kLanes<Register>) {
-      Register sum{};
+    for (int place = 0; place < block.size; place += kLanes<Modular>) {
+      Modular sum{};
       for (int i = 0; i < count; ++i) {
-        Register row;
+        Modular row;
         Load(row, terms[i].row + place);
         sum += row * terms[i].factor;
       }
-      Register ranks;
+      Modular ranks;
       Load(ranks, tails + place);
-      sum &= (ranks & block.head_set) == 0;
+      sum &= reinterpret_cast<Modular>((ranks & block.head_set) == 0);
       // What stands behind the block is written later.
       std::memcpy(weights + place, &sum, sizeof sum);
     }
@@ -559,8 +559,7 @@ POKERMATH_KERNEL void CountFlushes(const FlushBoards& flush, std::span<std::int6
   }
   Beat<Register>(flush, best_flushes, weights, times);
   std::int16_t all = 0;
-  for (const std::int16_t weight : flush.rest_weights)
-    all = static_cast<std::int16_t>(all + weight);
+  for (const std::int16_t rest : flush.rest_weights) all = static_cast<std::int16_t>(all + rest);
   for (int set = 0; set < boards.sets; set += kLanes<Register>) {
     Register weight, live;
     Load(weight, weights.data() + set);
@@ -580,8 +579,9 @@ POKERMATH_KERNEL void Count(const Showdown& showdown, int lowest_rank,
   alignas(64) std::array<std::int16_t, RankBoards::kMost + kGroup + kSpill> weights;
   Weigher<Width>(showdown, lowest_rank).Weigh(weights.data());
   Rivals rivals;
-  for (std::size_t i = 0; i < showdown.hands.size(); ++i)
+  for (std::size_t i = 0; i < showdown.hands.size(); ++i) {
     rivals.Add(showdown.hands[i].values, 1u << i);
+  }
   Judge<Register>(rivals, weights.data(), showdown.rank_boards->size, times);
   for (std::size_t suit = 0; suit < 4; ++suit) {
     for (const SuitBoards& boards : showdown.suit_boards) {
@@ -652,6 +652,8 @@ void Count(Isa isa, std::span<const CardSet> hands, CardSet dead, Street street,
 
 void CountSeveralHands(Isa isa, Deck deck, std::span<const CardSet> hands, CardSet dead,
                        Street street, std::span<std::int64_t> times) {
+  POKERMATH_REQUIRE(2 <= hands.size() && hands.size() <= kMostHands);
+  POKERMATH_REQUIRE(times.size() == std::size_t{1} << hands.size());
   if (deck == Deck::kShort) return Count<Deck::kShort>(isa, hands, dead, street, times);
   Count<Deck::kFull>(isa, hands, dead, street, times);
 }
