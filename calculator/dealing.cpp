@@ -2,11 +2,20 @@
 
 #include <algorithm>
 #include <bit>
+#include <numeric>
+#include <utility>
 
 #include "calculator/choices.h"
+#include "platform/require.h"
 #include "pokermath/evaluators.h"
 
 namespace pokermath {
+namespace {
+
+// Of a number that is drawn in two parts.
+constexpr int kHighBits = 16;
+
+}  // namespace
 
 DealtCards DealtOf(CardSet cards) {
   DealtCards dealt{cards, 0};
@@ -14,22 +23,23 @@ DealtCards DealtOf(CardSet cards) {
   return dealt;
 }
 
-Bag::Bag(const Side& side) {
-  const std::span<const WeightedHand> hands = side.range.hands();
-  hands_.reserve(hands.size());
-  bool alike = true;
-  for (const WeightedHand& hand : hands) {
-    hands_.push_back(DealtOf(hand.cards));
-    all_ += static_cast<std::uint64_t>(hand.weight / side.unit);
-    alike = alike && hand.weight == hands[0].weight;
-  }
-  if (alike) return;
-  // A column for each hand, as high as the sum of all weights; a hand fills as much of the columns
-  // as its weight times their number. What is too much for its own fills up one that is too low.
-  columns_.resize(hands.size());
+Bag::Bag(std::span<const std::uint64_t> weights)
+    : size_(weights.size()), limits_(static_cast<std::uint32_t>(size_)) {
+  for (const std::uint64_t weight : weights) all_ += weight;
+  const auto differs = [&](std::uint64_t weight) { return weight != weights[0]; };
+  if (std::ranges::none_of(weights, differs)) return;
+  low_bits_ = std::bit_width(all_) <= 32 ? 0 : static_cast<int>(std::bit_width(all_)) - kHighBits;
+  POKERMATH_REQUIRE(low_bits_ < 32);
+  limits_ = PairLimits(static_cast<std::uint32_t>(size_),
+                       static_cast<std::uint32_t>(((all_ - 1) >> low_bits_) + 1));
+  low_limits_ = PairLimits(1u << low_bits_);
+  // A column for each place, as high as the sum of all weights; a place fills as much of the
+  // columns as its weight times their number. What is too much for its own fills up one that is too
+  // low.
+  columns_.resize(size_);
   std::vector<std::uint32_t> low, high;
-  for (std::uint32_t i = 0; i < hands.size(); ++i) {
-    columns_[i] = {static_cast<std::uint64_t>(hands[i].weight / side.unit) * hands.size(), i};
+  for (std::uint32_t i = 0; i < size_; ++i) {
+    columns_[i] = {weights[i] * size_, i};
     (columns_[i].limit < all_ ? low : high).push_back(i);
   }
   while (!low.empty()) {
@@ -44,13 +54,23 @@ Bag::Bag(const Side& side) {
   }
 }
 
-std::uint32_t Bag::Draw(StepRandom& random) const {
-  const auto size = static_cast<std::uint32_t>(hands_.size());
-  if (columns_.empty()) return random.Below(size, 1).first;
-  const auto [column, number] = all_ <= 0xFFFFFFFF
-                                    ? random.Below(size, static_cast<std::uint32_t>(all_))
-                                    : random.BelowLarge(size, all_);
-  return number < columns_[column].limit ? column : columns_[column].other;
+void Bag::Draw(RandomNumbers& random, std::span<std::uint32_t> places) const {
+  DealtBlock::Each<DrawnPair> drawn, low;
+  random.Draw(limits_, std::span(drawn).first(places.size()));
+  if (columns_.empty()) {
+    for (std::size_t i = 0; i < places.size(); ++i) places[i] = drawn[i].first();
+    return;
+  }
+  if (low_bits_ > 0) random.Draw(low_limits_, std::span(low).first(places.size()));
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    std::uint64_t number = drawn[i].second();
+    if (low_bits_ > 0) number = number << low_bits_ | low[i].first();
+    const Column& column = columns_[drawn[i].first()];
+    places[i] = number < column.limit ? drawn[i].first() : column.other;
+    // The last high part has fewer low parts than the others.
+    if (number >= all_) [[unlikely]]
+      Draw(random, places.subspan(i, 1));
+  }
 }
 
 namespace {
@@ -77,22 +97,75 @@ std::vector<DealtCards> DealtSetsOf(CardSet from, int count) {
   return sets;
 }
 
-CardDraw::CardDraw(CardSet from, int count)
+CardDraw::CardDraw(CardSet from, int count, const DealtCards& start)
     : from_(from),
       count_(count),
+      start_(start),
       cards_(DealtSetsOf(from, 1)),
       first_(DealtSetsOf(from, std::min(count, 3))),
-      second_(DealtSetsOf(from, std::max(count - 3, 0))) {}
+      second_(DealtSetsOf(from, std::max(count - 3, 0))),
+      limits_(static_cast<std::uint32_t>(first_.size()),
+              static_cast<std::uint32_t>(second_.size())) {
+  for (DealtCards& part : first_) part = start_ + part;
+}
 
+void CardDraw::Draw(RandomNumbers& random, std::span<CardSet> taken,
+                    std::span<DealtCards> drawn) const {
+  if (taken.empty()) return;
+  if (IsCrowded(taken[0])) {
+    for (std::size_t i = 0; i < taken.size(); ++i)
+      drawn[i] = start_ + DrawOneByOne(random, taken[i]);
+  } else {
+    DrawSets(random, taken, drawn);
+  }
+  for (std::size_t i = 0; i < taken.size(); ++i) taken[i] |= drawn[i].cards;
+}
+
+void CardDraw::DrawSets(RandomNumbers& random, std::span<const CardSet> taken,
+                        std::span<DealtCards> drawn) const {
+  DealtBlock::Each<DrawnPair> pairs;
+  DealtBlock::Each<std::uint16_t> again;
+  const auto draw = [&](const DrawnPair& places, std::size_t i) {
+    const DealtCards& part1 = first_[places.first()];
+    const DealtCards& part2 = second_[places.second()];
+    drawn[i] = part1 + part2;
+    return !((part1.cards & part2.cards) | (drawn[i].cards & taken[i])).empty();
+  };
+  // Whether a set fits is anybody's guess, so there is no branch to guess it.
+  std::size_t misfits = 0;
+  random.Draw(limits_, std::span(pairs).first(taken.size()));
+  for (std::size_t i = 0; i < taken.size(); ++i) {
+    again[misfits] = static_cast<std::uint16_t>(i);
+    misfits += draw(pairs[i], i) ? 1 : 0;
+  }
+  while (misfits > 0) {
+    const std::size_t count = std::exchange(misfits, 0);
+    random.Draw(limits_, std::span(pairs).first(count));
+    for (std::size_t i = 0; i < count; ++i) {
+      const std::uint16_t place = again[i];
+      again[misfits] = place;
+      misfits += draw(pairs[i], place) ? 1 : 0;
+    }
+  }
+}
+
+// Whether so many of the sets hold a taken card that cards are better drawn one by one.
 bool CardDraw::IsCrowded(CardSet taken) const {
   constexpr std::int64_t kMostTries = 8;
   return ChoicesOf(from_.size(), count_) > kMostTries * ChoicesOf((from_ - taken).size(), count_);
 }
 
-DealtCards CardDraw::DrawOneByOne(StepRandom& random, CardSet taken) const {
+DealtCards CardDraw::DrawOneByOne(RandomNumbers& random, CardSet taken) const {
+  const PairLimits limits(static_cast<std::uint32_t>(cards_.size()));
+  std::array<DrawnPair, 64> places;
+  std::size_t next = places.size();
   DealtCards drawn;
   while (drawn.cards.size() < count_) {
-    const DealtCards& card = cards_[random.Below(cards_.size())];
+    if (next == places.size()) {
+      random.Draw(limits, places);
+      next = 0;
+    }
+    const DealtCards& card = cards_[places[next++].first()];
     if (!card.cards.Meets(taken | drawn.cards)) drawn = drawn + card;
   }
   return drawn;
@@ -105,35 +178,35 @@ int NextOf(const CheckedQuestion& question) {
   return question.asked().detail.next ? question.next_cards() : 0;
 }
 
-// Draws for the first places of a block, for each until it fits what is taken there.
-void DrawAll(const CardDraw& from, StepRandom& random, std::span<DealtCards> drawn,
-             std::array<CardSet, DealtBlock::kMost>& taken) {
-  // As many cards are taken everywhere.
-  const bool crowded = !drawn.empty() && from.IsCrowded(taken[0]);
-  for (std::size_t i = 0; crowded && i < drawn.size(); ++i) {
-    drawn[i] = from.DrawOneByOne(random, taken[i]);
+std::vector<DealtCards> HandsOf(const Side& side) {
+  std::vector<DealtCards> hands;
+  for (const WeightedHand& hand : side.range.hands()) hands.push_back(DealtOf(hand.cards));
+  return hands;
+}
+
+Bag BagOf(const Side& side) {
+  std::vector<std::uint64_t> weights;
+  for (const WeightedHand& hand : side.range.hands()) {
+    weights.push_back(static_cast<std::uint64_t>(hand.weight / side.unit));
   }
-  // Whether a draw fits is anybody's guess, so there is no branch to guess it.
-  for (std::size_t i = 0; !crowded && i < drawn.size();) {
-    const bool fits = from.Draw(random, taken[i], drawn[i]);
-    i += fits ? 1 : 0;
-  }
-  for (std::size_t i = 0; i < drawn.size(); ++i) taken[i] |= drawn[i].cards;
+  return Bag(weights);
 }
 
 }  // namespace
 
 Dealing::Dealing(const CheckedQuestion& question)
-    : board_(DealtOf(question.board())),
-      next_(question.live() - question.certain(), NextOf(question)),
-      later_(question.live() - question.certain(), question.to_come() - NextOf(question)),
+    : next_(question.live() - question.certain(), NextOf(question)),
+      later_(question.live() - question.certain(), question.to_come() - NextOf(question),
+             DealtOf(question.board())),
       hand_({}, 0) {
+  const auto list = [&](const Side& side, std::size_t player, bool plays) {
+    listed_.push_back({HandsOf(side), BagOf(side), player, plays});
+  };
   for (std::size_t i = 0; i < question.players().size(); ++i) {
     const Side& side = question.players()[i];
-    if (side.range.size() == 1) {
-      certain_.emplace_back(i, DealtOf(side.range.hands()[0].cards));
-    } else if (side.IsListed()) {
-      listed_.push_back({Bag(side), i, true});
+    if (side.IsOneHand()) continue;
+    if (side.IsListed()) {
+      list(side, i, true);
     } else {
       any_.push_back(i);
     }
@@ -141,58 +214,85 @@ Dealing::Dealing(const CheckedQuestion& question)
   if (!any_.empty()) {
     hand_ = CardDraw(question.live() - question.certain(), question.rules().hand_size);
   }
-  for (const Side& side : question.folded()) listed_.push_back({Bag(side), 0, false});
+  for (const Side& side : question.folded()) list(side, 0, false);
   // The narrowest ranges clash first.
   std::ranges::stable_sort(listed_, {}, [](const Listed& one) { return one.bag.size(); });
 }
 
-std::size_t Dealing::Deal(StepRandom& random, std::size_t wanted, std::int64_t& attempts,
+std::size_t Dealing::Deal(RandomNumbers& random, std::size_t wanted, std::int64_t& attempts,
                           DealtBlock& block) const {
-  TakenCards taken{};
-  const std::size_t count = DealListed(random, wanted, attempts, block, taken);
-  for (const auto& [player, hand] : certain_) {
-    for (std::size_t i = 0; i < count; ++i) {
-      block.hands[player][i] = hand;
-      block.places[player][i] = 0;
-    }
-  }
-  const auto first = [count](auto& all) { return std::span(all).first(count); };
-  DrawAll(later_, random, first(block.board), taken);
-  for (DealtCards& board : first(block.board)) board = board + board_;
+  DealtBlock::Each<CardSet> held{};
+  const std::size_t count = DealListed(random, wanted, attempts, block, held);
+  const std::span<CardSet> taken = std::span(held).first(count);
+  later_.Draw(random, taken, block.board);
   if (!next_.empty()) {
-    DrawAll(next_, random, first(block.next), taken);
+    next_.Draw(random, taken, block.next);
     for (std::size_t i = 0; i < count; ++i) block.board[i] = block.board[i] + block.next[i];
   }
-  for (const std::size_t player : any_) {
-    DrawAll(hand_, random, first(block.hands[player]), taken);
-  }
+  for (const std::size_t player : any_) hand_.Draw(random, taken, block.hands[player]);
   return count;
 }
 
-std::size_t Dealing::DealListed(StepRandom& random, std::size_t wanted, std::int64_t& attempts,
-                                DealtBlock& block, TakenCards& taken) const {
+// Deals of the listed ranges side by side, and which of them fit so far.
+struct Dealing::Attempts {
+  static constexpr std::size_t kMostRanges = 26;  // of two cards
+
+  DealtBlock::Each<CardSet> held;
+  std::array<DealtBlock::Each<std::uint32_t>, kMostRanges> places;
+  DealtBlock::Each<std::uint16_t> fitting;
+  std::size_t count;
+};
+
+std::size_t Dealing::DealListed(RandomNumbers& random, std::size_t wanted, std::int64_t& attempts,
+                                DealtBlock& block, std::span<CardSet> held) const {
   if (listed_.empty()) {
     attempts -= static_cast<std::int64_t>(wanted);
     return wanted;
   }
-  std::size_t count = 0;
-  for (; count < wanted && attempts > 0; --attempts) {
-    CardSet held;
-    bool clash = false;
-    for (const Listed& one : listed_) {
-      const std::uint32_t place = one.bag.Draw(random);
-      const DealtCards& hand = one.bag[place];
-      clash = hand.cards.Meets(held);
-      if (clash) break;
-      held |= hand.cards;
-      if (!one.plays) continue;
-      block.hands[one.player][count] = hand;
-      block.places[one.player][count] = place;
+  Attempts made;
+  std::size_t count = 0, tried = 0;
+  while (count < wanted && attempts > 0) {
+    // About as many as will do, by those before.
+    const std::size_t missing = wanted - count;
+    const std::size_t likely =
+        tried == 0 ? missing : missing * tried / std::max(count, std::size_t{1});
+    made.count = std::min({likely, DealtBlock::kMost, static_cast<std::size_t>(attempts)});
+    tried += made.count;
+    attempts -= static_cast<std::int64_t>(made.count);
+    Attempt(random, made);
+    const std::size_t kept = std::min(made.count, missing);
+    for (std::size_t i = 0; i < kept; ++i) held[count + i] = made.held[made.fitting[i]];
+    for (std::size_t k = 0; k < listed_.size(); ++k) {
+      const Listed& one = listed_[k];
+      for (std::size_t i = 0; one.plays && i < kept; ++i) {
+        const std::uint32_t place = made.places[k][made.fitting[i]];
+        block.hands[one.player][count + i] = one.hands[place];
+        block.places[one.player][count + i] = place;
+      }
     }
-    taken[count] = held;
-    count += clash ? 0 : 1;
+    count += kept;
   }
   return count;
+}
+
+void Dealing::Attempt(RandomNumbers& random, Attempts& made) const {
+  std::iota(made.fitting.begin(), made.fitting.end(), std::uint16_t{0});
+  std::fill_n(made.held.begin(), made.count, CardSet());
+  DealtBlock::Each<std::uint32_t> drawn;
+  for (std::size_t k = 0; k < listed_.size(); ++k) {
+    listed_[k].bag.Draw(random, std::span(drawn).first(made.count));
+    std::size_t fitting = 0;
+    for (std::size_t i = 0; i < made.count; ++i) {
+      const std::uint16_t deal = made.fitting[i];
+      const CardSet cards = listed_[k].hands[drawn[i]].cards;
+      const bool clash = cards.Meets(made.held[deal]);
+      made.held[deal] |= cards;
+      made.places[k][deal] = drawn[i];
+      made.fitting[fitting] = deal;
+      fitting += clash ? 0 : 1;
+    }
+    made.count = fitting;
+  }
 }
 
 }  // namespace pokermath

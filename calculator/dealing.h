@@ -6,11 +6,12 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <utility>
 #include <vector>
 
 #include "calculator/question.h"
-#include "calculator/random.h"
+#include "kernels/random_numbers.h"
 
 namespace pokermath {
 
@@ -28,66 +29,69 @@ DealtCards DealtOf(CardSet cards);
 /// come first.
 std::vector<DealtCards> DealtSetsOf(CardSet from, int count);
 
-/// Hands drawn by their weights, by the alias method (Alastair J. Walker, 1977, "An efficient
+/// Some deals side by side.
+struct DealtBlock {
+  static constexpr std::size_t kMost = 256;
+  template <typename T>
+  using Each = std::array<T, kMost>;
+
+  /// Of the players who have more than one.
+  std::array<Each<DealtCards>, kMostPlayers> hands;
+  /// In the ranges of those that are listed.
+  std::array<Each<std::uint32_t>, kMostPlayers> places;
+  Each<DealtCards> next;  ///< what comes next; with Detail::next
+  Each<DealtCards> board;
+};
+
+/// Places drawn by their weights, by the alias method (Alastair J. Walker, 1977, "An efficient
 /// method for generating discrete random variables with general distributions"), in whole numbers.
 class Bag {
  public:
-  explicit Bag(const Side& side);
+  explicit Bag(std::span<const std::uint64_t> weights);
 
-  std::size_t size() const { return hands_.size(); }
-  /// The place of a hand in the range.
-  std::uint32_t Draw(StepRandom& random) const;
-  const DealtCards& operator[](std::uint32_t place) const { return hands_[place]; }
+  std::size_t size() const { return size_; }
+  /// Draws up to DealtBlock::kMost places.
+  void Draw(RandomNumbers& random, std::span<std::uint32_t> places) const;
 
  private:
-  // Numbers below its limit are its own, the others that of another hand.
+  // Numbers below its limit are its own, the others that of another place.
   struct Column {
     std::uint64_t limit;
     std::uint32_t other;
   };
 
-  std::vector<DealtCards> hands_;
+  std::size_t size_;
   std::vector<Column> columns_;  // empty where all weights are alike
   std::uint64_t all_ = 0;        // sum of the weights
+  // A number below that sum may have more than 32 bits.
+  int low_bits_ = 0;
+  PairLimits limits_, low_limits_;
 };
 
 /// Sets of so many cards out of some, up to five, all as likely: drawn as two parts from lists,
 /// again where these share a card. Every set comes in as many ways.
 class CardDraw {
  public:
-  CardDraw(CardSet from, int count);
+  /// @param start  cards that every set is added to
+  CardDraw(CardSet from, int count, const DealtCards& start = {});
 
   bool empty() const { return count_ == 0; }
-  /// Whether so many of the sets hold a taken card that cards are better drawn one by one.
-  bool IsCrowded(CardSet taken) const;
-  /// A set that holds none of the taken cards, drawn card by card.
-  DealtCards DrawOneByOne(StepRandom& random, CardSet taken) const;
-  /// A set, and whether it holds none of the taken cards: if not, it has to be drawn again.
-  bool Draw(StepRandom& random, CardSet taken, DealtCards& drawn) const {
-    const auto [place1, place2] = random.Below(static_cast<std::uint32_t>(first_.size()),
-                                               static_cast<std::uint32_t>(second_.size()));
-    const DealtCards& part1 = first_[place1];
-    const DealtCards& part2 = second_[place2];
-    drawn = part1 + part2;
-    return ((part1.cards & part2.cards) | (drawn.cards & taken)).empty();
-  }
+  /// For each place, draws a set that holds none of the cards that are taken there, and takes it.
+  /// As many cards are taken everywhere.
+  void Draw(RandomNumbers& random, std::span<CardSet> taken, std::span<DealtCards> drawn) const;
 
  private:
+  bool IsCrowded(CardSet taken) const;
+  DealtCards DrawOneByOne(RandomNumbers& random, CardSet taken) const;
+  void DrawSets(RandomNumbers& random, std::span<const CardSet> taken,
+                std::span<DealtCards> drawn) const;
+
   CardSet from_;
   int count_;
+  DealtCards start_;
   std::vector<DealtCards> cards_;  // one by one
   std::vector<DealtCards> first_, second_;
-};
-
-/// Some deals side by side.
-struct DealtBlock {
-  static constexpr std::size_t kMost = 256;
-
-  std::array<std::array<DealtCards, kMost>, kMostPlayers> hands;
-  /// In the ranges of those that are listed.
-  std::array<std::array<std::uint32_t, kMost>, kMostPlayers> places;
-  std::array<DealtCards, kMost> next;  ///< what comes next; with Detail::next
-  std::array<DealtCards, kMost> board;
+  PairLimits limits_;
 };
 
 /// Deals whole tables.
@@ -105,22 +109,22 @@ class Dealing {
   ///
   /// @param attempts  in: how many there may be; out: how many are left
   /// @return how many places were filled
-  std::size_t Deal(StepRandom& random, std::size_t wanted, std::int64_t& attempts,
+  std::size_t Deal(RandomNumbers& random, std::size_t wanted, std::int64_t& attempts,
                    DealtBlock& block) const;
 
  private:
   struct Listed {
+    std::vector<DealtCards> hands;
     Bag bag;
     std::size_t player;
     bool plays;
   };
-  using TakenCards = std::array<CardSet, DealtBlock::kMost>;
+  struct Attempts;
 
-  std::size_t DealListed(StepRandom& random, std::size_t wanted, std::int64_t& attempts,
-                         DealtBlock& block, TakenCards& taken) const;
+  std::size_t DealListed(RandomNumbers& random, std::size_t wanted, std::int64_t& attempts,
+                         DealtBlock& block, std::span<CardSet> held) const;
+  void Attempt(RandomNumbers& random, Attempts& made) const;
 
-  DealtCards board_;
-  std::vector<std::pair<std::size_t, DealtCards>> certain_;  // players of one hand
   std::vector<Listed> listed_;
   std::vector<std::size_t> any_;  // players who may hold anything
   CardDraw next_, later_, hand_;

@@ -16,7 +16,7 @@
 namespace pokermath {
 namespace {
 
-template <typename Board>
+template <typename Values>
 class HandsWork final : public Work {
  public:
   explicit HandsWork(const QuestionPointer& question)
@@ -43,13 +43,16 @@ class HandsWork final : public Work {
     // Of the places below the high cards.
     const int below = high_cards_ > 0 ? high.Lowest() : static_cast<int>(live_.size());
     const auto boards = static_cast<std::size_t>(ChoicesOf(below, low_cards_));
-    SharerTimes<Board> times(question_->rules(), hands_.size());
+    SharerTimes<Values> times(question_->rules(), hands_.size());
     std::array<DealtCards, DealtBlock::kMost> block;
     for (std::size_t first = 0; first < boards; first += block.size()) {
       const std::size_t count = std::min(boards - first, block.size());
       for (std::size_t i = 0; i < count; ++i) block[i] = start + low_sets_[first + i];
-      times.Add(std::span(block).first(count),
-                [&](std::size_t player, std::size_t) { return hands_[player]; });
+      for (std::size_t player = 0; player < hands_.size(); ++player) {
+        times.Value(player, std::span(block).first(count),
+                    [hand = hands_[player]](std::size_t) { return hand; });
+      }
+      times.Add(count);
     }
     times.ForEach(
         [&](unsigned sharers, std::int64_t deals) { settler_.AddSharers(sharers, deals, sums); });
@@ -123,8 +126,8 @@ std::optional<double> HandsCost(const CheckedQuestion& question) {
 }
 
 std::unique_ptr<const Work> StartHands(const QuestionPointer& question) {
-  return WithBoardType(question->rules(), question->street(), [&]<typename Board>() {
-    return std::unique_ptr<const Work>(std::make_unique<HandsWork<Board>>(question));
+  return WithValues(question->rules(), question->street(), [&]<typename Values>() {
+    return std::unique_ptr<const Work>(std::make_unique<HandsWork<Values>>(question));
   });
 }
 

@@ -22,6 +22,8 @@ constexpr std::int64_t kMostAttemptsAStep = 32 * kTrialsAStep;
 // Without a limit of trials; a standard error is reached long before.
 constexpr std::int64_t kMostTrials = std::int64_t{1} << 40;
 
+DealtCards OneHandOf(const Side& player) { return DealtOf(player.range.hands()[0].cards); }
+
 class SamplingWork : public Work {
  public:
   explicit SamplingWork(const QuestionPointer& question)
@@ -41,7 +43,7 @@ class SamplingWork : public Work {
   // Calls visit with blocks of trials, and how many there are in each, until a step is done.
   template <typename Visit>
   void ForEachBlock(std::int64_t step, std::span<Int128> sums, const Visit& visit) const {
-    StepRandom random(question_->asked().seed, step);
+    RandomNumbers random(question_->asked().seed, step);
     std::int64_t left = std::min(kTrialsAStep, trials_ - step * kTrialsAStep);
     std::int64_t attempts = kMostAttemptsAStep;
     DealtBlock block;
@@ -75,13 +77,14 @@ class DetailedSampling final : public SamplingWork {
     SettledDeal deal;
     ForEachBlock(step, sums, [&](const DealtBlock& block, std::size_t count) {
       for (std::size_t trial = 0; trial < count; ++trial) {
-        const AnyBoard board(question().rules(), block.board[trial]);
+        const CardList board(block.board[trial].cards);
         for (std::size_t i = 0; i < players.size(); ++i) {
-          const DealtCards& hand = block.hands[i][trial];
-          deal.worths[i] = board.Of(hand);
+          const bool certain = players[i].IsOneHand();
+          const CardSet hand = certain ? OneHandOf(players[i]).cards : block.hands[i][trial].cards;
+          deal.worths[i] = WorthOf(question().rules(), CardList(hand).cards(), board.cards());
           if (!detail.hands) continue;
-          deal.hands[i] =
-              players[i].IsListed() ? block.places[i][trial] : players[i].range.Find(hand.cards);
+          const bool is_listed = players[i].IsListed() && !certain;
+          deal.hands[i] = is_listed ? block.places[i][trial] : players[i].range.Find(hand);
         }
         if (detail.next) {
           deal.next[0] = next_->NumberOf(block.next[trial].cards);
@@ -97,17 +100,25 @@ class DetailedSampling final : public SamplingWork {
 };
 
 // Totals of high hands.
-template <typename Board>
+template <typename Values>
 class SharersSampling final : public SamplingWork {
  public:
   using SamplingWork::SamplingWork;
 
   void Do(std::int64_t step, std::span<Int128> sums) const override {
-    const std::size_t players = question().players().size();
-    SharerTimes<Board> times(question().rules(), players);
+    const std::vector<Side>& players = question().players();
+    SharerTimes<Values> times(question().rules(), players.size());
     ForEachBlock(step, sums, [&](const DealtBlock& block, std::size_t count) {
-      times.Add(std::span(block.board).first(count),
-                [&](std::size_t player, std::size_t trial) { return block.hands[player][trial]; });
+      const std::span boards = std::span(block.board).first(count);
+      for (std::size_t i = 0; i < players.size(); ++i) {
+        if (players[i].IsOneHand()) {
+          times.Value(i, boards, [hand = OneHandOf(players[i])](std::size_t) { return hand; });
+        } else {
+          times.Value(i, boards,
+                      [&hands = block.hands[i]](std::size_t deal) { return hands[deal]; });
+        }
+      }
+      times.Add(count);
     });
     times.ForEach(
         [&](unsigned sharers, std::int64_t trials) { settler().AddTrials(sharers, trials, sums); });
@@ -122,8 +133,8 @@ std::unique_ptr<const Work> StartSampling(const QuestionPointer& question) {
   if (detail.hands || detail.next || detail.made || rules.high_low) {
     return std::make_unique<DetailedSampling>(question);
   }
-  return WithBoardType(rules, question->street(), [&]<typename Board>() {
-    return std::unique_ptr<const Work>(std::make_unique<SharersSampling<Board>>(question));
+  return WithValues(rules, question->street(), [&]<typename Values>() {
+    return std::unique_ptr<const Work>(std::make_unique<SharersSampling<Values>>(question));
   });
 }
 

@@ -8,10 +8,13 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <numeric>
 #include <span>
+#include <vector>
 
 #include "calculator/dealing.h"
 #include "eval/worth.h"
+#include "kernels/sharers.h"
 #include "pokermath/evaluators.h"
 
 namespace pokermath {
@@ -29,100 +32,115 @@ class CardList {
   std::size_t size_ = 0;
 };
 
-/// Hands on one board by the rules of any game.
-class AnyBoard {
+// A type of values has Values(rules).Of(boards, hand_of, values), which values the high hand that
+// hand_of(deal) makes on the board of each deal, larger being better.
+
+/// By the rules of any game.
+class AnyValues {
  public:
-  AnyBoard(const GameRules& rules, const DealtCards& board) : rules_(rules), board_(board.cards) {}
-  Worth Of(const DealtCards& hand) const {
-    return WorthOf(rules_, CardList(hand.cards).cards(), board_.cards());
+  explicit AnyValues(const GameRules& rules) : rules_(rules) {}
+
+  template <typename HandOf>
+  void Of(std::span<const DealtCards> boards, const HandOf& hand_of, std::int16_t* values) const {
+    for (std::size_t deal = 0; deal < boards.size(); ++deal) {
+      const CardList hand(hand_of(deal).cards), board(boards[deal].cards);
+      values[deal] = static_cast<std::int16_t>(WorthOf(rules_, hand.cards(), board.cards()).high);
+    }
   }
-  int HighOf(const DealtCards& hand) const { return Of(hand).high; }
 
  private:
   const GameRules& rules_;
-  CardList board_;
 };
 
-/// Hold'em hands on one board of so many cards, by the sums of their words.
+/// Hold'em on boards of so many cards, by the sums of their words.
 template <int board_size>
-class HoldemBoard {
+class HoldemValues {
  public:
-  HoldemBoard(const GameRules&, const DealtCards& board) : board_(board) {}
-  int HighOf(const DealtCards& hand) const {
-    return EvaluateSum<board_size + 2>(hand.word + board_.word, hand.cards | board_.cards);
-  }
+  explicit HoldemValues(const GameRules&) {}
 
- private:
-  template <int count>
-  static int EvaluateSum(std::uint64_t words, CardSet cards) {
+  template <typename HandOf>
+  [[gnu::noinline]] void Of(std::span<const DealtCards> boards, const HandOf& hand_of,
+                            std::int16_t* values) const {
     const CompactTables& tables = kCompactTables;
-    const std::uint64_t sum = CompactTables::kSuitStart + words;
-    if (const std::uint64_t flush = sum & CompactTables::kFlushBits; flush != 0) [[unlikely]] {
-      const int suit = std::countr_zero(flush) / 4;
-      return tables.flush_values[cards.bits() >> 13 * suit & 0x1FFF];
+    const std::uint16_t* const rows = tables.rows[board_size - 3];
+    const std::uint16_t* const of_ranks = tables.values[board_size - 3];
+    // Flushes are listed without a branch and done at the end: one that cannot be predicted would
+    // stop the look-ups that are under way.
+    DealtBlock::Each<std::uint16_t> flushes;
+    std::size_t flush_count = 0;
+    for (std::size_t deal = 0; deal < boards.size(); ++deal) {
+      const std::uint64_t sum = CompactTables::kSuitStart + hand_of(deal).word + boards[deal].word;
+      const std::uint64_t key = sum >> CompactTables::kKeyShift;
+      const std::uint16_t row = rows[key >> CompactTables::kColumnBits];
+      values[deal] =
+          static_cast<std::int16_t>(of_ranks[row + (key & (CompactTables::kColumns - 1))]);
+      flushes[flush_count] = static_cast<std::uint16_t>(deal);
+      flush_count += (sum & CompactTables::kFlushBits) != 0 ? 1 : 0;
     }
-    const std::uint64_t key = sum >> CompactTables::kKeyShift;
-    const std::uint16_t row = tables.rows[count - 5][key >> CompactTables::kColumnBits];
-    return tables.values[count - 5][row + (key & (CompactTables::kColumns - 1))];
+    for (const std::uint16_t deal : std::span(flushes).first(flush_count)) {
+      const DealtCards all = hand_of(deal) + boards[deal];
+      const std::uint64_t suits =
+          (CompactTables::kSuitStart + all.word) & CompactTables::kFlushBits;
+      const int suit = std::countr_zero(suits) / 4;
+      values[deal] =
+          static_cast<std::int16_t>(tables.flush_values[all.cards.bits() >> 13 * suit & 0x1FFF]);
+    }
   }
-
-  DealtCards board_;
 };
 
-/// Calls use.operator()<Board>() with the type of board that values high hands of a game fastest.
+/// Calls use.operator()<Values>() with the type that values high hands of a game fastest.
 template <typename Use>
-auto WithBoardType(const GameRules& rules, int street, const Use& use) {
-  if (rules.IsOmaha() || rules.IsShortDeck()) return use.template operator()<AnyBoard>();
-  if (street == 3) return use.template operator()<HoldemBoard<3>>();
-  if (street == 4) return use.template operator()<HoldemBoard<4>>();
-  return use.template operator()<HoldemBoard<5>>();
+auto WithValues(const GameRules& rules, int street, const Use& use) {
+  if (rules.IsOmaha() || rules.IsShortDeck()) return use.template operator()<AnyValues>();
+  if (street == 3) return use.template operator()<HoldemValues<3>>();
+  if (street == 4) return use.template operator()<HoldemValues<4>>();
+  return use.template operator()<HoldemValues<5>>();
 }
 
 /// How often each set of players shared the pot for the best high hand.
-template <typename Board>
+template <typename Values>
 class SharerTimes {
  public:
-  SharerTimes(const GameRules& rules, std::size_t players) : rules_(rules), players_(players) {}
+  SharerTimes(const GameRules& rules, std::size_t players)
+      : values_of_(rules), players_(players), times_(std::size_t{1} << players) {}
 
-  /// Adds up to DealtBlock::kMost deals: their boards, and hand_of(player, deal).
+  /// The next player's hands, up to DealtBlock::kMost deals: hand_of(deal).
   template <typename HandOf>
-  void Add(std::span<const DealtCards> boards, const HandOf& hand_of) {
-    // In passes over all deals, so that one need not wait for the other.
-    for (std::size_t deal = 0; deal < boards.size(); ++deal) {
-      const Board board(rules_, boards[deal]);
-      for (std::size_t i = 0; i < players_; ++i) {
-        highs_[i][deal] = static_cast<std::uint16_t>(board.HighOf(hand_of(i, deal)));
+  void Value(std::size_t player, std::span<const DealtCards> boards, const HandOf& hand_of) {
+    values_of_.Of(boards, hand_of, values_[player].data());
+  }
+
+  /// Adds so many deals, in which all players' hands were valued.
+  void Add(std::size_t deals) {
+    DealValues sharers;
+    FindSharers(BestIsa(), std::span(values_).first(players_), sharers);
+    for (std::size_t deal = deals; deal % kCounters != 0; ++deal) sharers[deal] = 0;
+    for (std::size_t deal = 0; deal < deals; deal += kCounters) {
+      for (std::size_t i = 0; i < kCounters; ++i) {
+        ++times_[static_cast<std::size_t>(sharers[deal + i])][i];
       }
     }
-    std::array<std::uint16_t, DealtBlock::kMost> best{}, sharers{};
-    for (std::size_t i = 0; i < players_; ++i) {
-      for (std::size_t deal = 0; deal < DealtBlock::kMost; ++deal) {
-        best[deal] = std::max(best[deal], highs_[i][deal]);
-      }
-    }
-    for (std::size_t i = 0; i < players_; ++i) {
-      const auto bit = static_cast<std::uint16_t>(1u << i);
-      for (std::size_t deal = 0; deal < DealtBlock::kMost; ++deal) {
-        const bool shares = highs_[i][deal] == best[deal];
-        sharers[deal] = static_cast<std::uint16_t>(sharers[deal] | (shares ? bit : 0));
-      }
-    }
-    for (std::size_t deal = 0; deal < boards.size(); ++deal) ++times_[sharers[deal]];
   }
 
   /// Calls use(sharers, times), the sharers as a bit for each player.
   template <typename Use>
   void ForEach(const Use& use) const {
     for (unsigned sharers = 1; sharers < 1u << players_; ++sharers) {
-      if (times_[sharers] > 0) use(sharers, times_[sharers]);
+      const auto& counters = times_[sharers];
+      const std::int64_t times = std::reduce(counters.begin(), counters.end());
+      if (times > 0) use(sharers, times);
     }
   }
 
  private:
-  const GameRules& rules_;
+  // Neighbours often are alike: they count apart, so as not to wait for each other.
+  static constexpr std::size_t kCounters = 4;
+
+  Values values_of_;
   std::size_t players_;
-  std::array<std::array<std::uint16_t, DealtBlock::kMost>, kMostPlayers> highs_{};
-  std::array<std::int64_t, std::size_t{1} << kMostPlayers> times_{};
+  std::array<DealValues, kMostPlayers> values_{};
+  static_assert(DealValues().size() == DealtBlock::kMost);
+  std::vector<std::array<std::int64_t, kCounters>> times_;  // nobody shares what is no deal
 };
 
 }  // namespace pokermath

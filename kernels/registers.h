@@ -1,4 +1,4 @@
-// Vector registers of 16-bit numbers, by the compiler's vector extension.
+// Vector registers of 16-bit and 64-bit numbers, by the compiler's vector extension.
 //
 // A kernel is a template that is inlined into one function for each instruction set.
 
@@ -14,19 +14,22 @@ namespace pokermath {
 /// The same of a lambda, behind its parameters.
 #define POKERMATH_INLINE __attribute__((always_inline))
 
-// Registers, and the same for arithmetic modulo 2^16. Comparing two gives -1 in every lane where it
-// is true.
+// Registers, and the same for arithmetic modulo 2^16 and 2^64. Comparing two gives -1 in every lane
+// where it is true.
 struct Registers16 {
   using Register = std::int16_t __attribute__((vector_size(16)));
   using Modular = std::uint16_t __attribute__((vector_size(16)));
+  using Modular64 = std::uint64_t __attribute__((vector_size(16)));
 };
 struct Registers32 {
   using Register = std::int16_t __attribute__((vector_size(32)));
   using Modular = std::uint16_t __attribute__((vector_size(32)));
+  using Modular64 = std::uint64_t __attribute__((vector_size(32)));
 };
 struct Registers64 {
   using Register = std::int16_t __attribute__((vector_size(64)));
   using Modular = std::uint16_t __attribute__((vector_size(64)));
+  using Modular64 = std::uint64_t __attribute__((vector_size(64)));
 };
 
 template <typename Register>
