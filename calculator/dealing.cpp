@@ -24,7 +24,8 @@ DealtCards DealtOf(CardSet cards) {
 }
 
 Bag::Bag(std::span<const std::uint64_t> weights)
-    : size_(weights.size()), limits_(static_cast<std::uint32_t>(size_)) {
+    : size_(weights.size()),
+      limits_(static_cast<std::uint32_t>(size_), static_cast<std::uint32_t>(size_)) {
   for (const std::uint64_t weight : weights) all_ += weight;
   const auto differs = [&](std::uint64_t weight) { return weight != weights[0]; };
   if (std::ranges::none_of(weights, differs)) return;
@@ -32,7 +33,7 @@ Bag::Bag(std::span<const std::uint64_t> weights)
   POKERMATH_REQUIRE(low_bits_ < 32);
   limits_ = PairLimits(static_cast<std::uint32_t>(size_),
                        static_cast<std::uint32_t>(((all_ - 1) >> low_bits_) + 1));
-  low_limits_ = PairLimits(1u << low_bits_);
+  low_limits_ = PairLimits(1u << low_bits_, 1u << low_bits_);
   // A column for each place, as high as the sum of all weights; a place fills as much of the
   // columns as its weight times their number. What is too much for its own fills up one that is too
   // low.
@@ -55,16 +56,14 @@ Bag::Bag(std::span<const std::uint64_t> weights)
 }
 
 void Bag::Draw(RandomNumbers& random, std::span<std::uint32_t> places) const {
-  DealtBlock::Each<DrawnPair> drawn, low;
+  if (columns_.empty()) return random.Draw(limits_, places);
+  DealtBlock::Each<DrawnPair> drawn;
+  DealtBlock::Each<std::uint32_t> low;
   random.Draw(limits_, std::span(drawn).first(places.size()));
-  if (columns_.empty()) {
-    for (std::size_t i = 0; i < places.size(); ++i) places[i] = drawn[i].first();
-    return;
-  }
   if (low_bits_ > 0) random.Draw(low_limits_, std::span(low).first(places.size()));
   for (std::size_t i = 0; i < places.size(); ++i) {
     std::uint64_t number = drawn[i].second();
-    if (low_bits_ > 0) number = number << low_bits_ | low[i].first();
+    if (low_bits_ > 0) number = number << low_bits_ | low[i];
     const Column& column = columns_[drawn[i].first()];
     places[i] = number < column.limit ? drawn[i].first() : column.other;
     // The last high part has fewer low parts than the others.
@@ -103,9 +102,9 @@ CardDraw::CardDraw(CardSet from, int count, const DealtCards& start)
       start_(start),
       cards_(DealtSetsOf(from, 1)),
       first_(DealtSetsOf(from, std::min(count, 3))),
-      second_(DealtSetsOf(from, std::max(count - 3, 0))),
+      second_(count > 3 ? DealtSetsOf(from, count - 3) : std::vector<DealtCards>()),
       limits_(static_cast<std::uint32_t>(first_.size()),
-              static_cast<std::uint32_t>(second_.size())) {
+              static_cast<std::uint32_t>((count > 3 ? second_ : first_).size())) {
   for (DealtCards& part : first_) part = start_ + part;
 }
 
@@ -121,32 +120,60 @@ void CardDraw::Draw(RandomNumbers& random, std::span<CardSet> taken,
   for (std::size_t i = 0; i < taken.size(); ++i) taken[i] |= drawn[i].cards;
 }
 
-void CardDraw::DrawSets(RandomNumbers& random, std::span<const CardSet> taken,
-                        std::span<DealtCards> drawn) const {
-  DealtBlock::Each<DrawnPair> pairs;
-  DealtBlock::Each<std::uint16_t> again;
-  const auto draw = [&](const DrawnPair& places, std::size_t i) {
-    const DealtCards& part1 = first_[places.first()];
-    const DealtCards& part2 = second_[places.second()];
-    drawn[i] = part1 + part2;
-    return !((part1.cards & part2.cards) | (drawn[i].cards & taken[i])).empty();
+namespace {
+
+// Draws a set for each place, and again for those where it does not fit what is taken there.
+//
+// draw(count) draws so many sets. set_of(i, overlap) is one of them; where its parts share a card,
+// this is in the overlap.
+template <typename Draw, typename SetOf>
+void DrawFitting(std::span<const CardSet> taken, std::span<DealtCards> drawn, const Draw& draw,
+                 const SetOf& set_of) {
+  const auto fits = [&](std::size_t i, std::size_t place) {
+    CardSet overlap;
+    drawn[place] = set_of(i, overlap);
+    return (overlap | (drawn[place].cards & taken[place])).empty();
   };
   // Whether a set fits is anybody's guess, so there is no branch to guess it.
+  DealtBlock::Each<std::uint16_t> again;
   std::size_t misfits = 0;
-  random.Draw(limits_, std::span(pairs).first(taken.size()));
+  draw(taken.size());
   for (std::size_t i = 0; i < taken.size(); ++i) {
     again[misfits] = static_cast<std::uint16_t>(i);
-    misfits += draw(pairs[i], i) ? 1 : 0;
+    misfits += fits(i, i) ? 0 : 1;
   }
   while (misfits > 0) {
     const std::size_t count = std::exchange(misfits, 0);
-    random.Draw(limits_, std::span(pairs).first(count));
+    draw(count);
     for (std::size_t i = 0; i < count; ++i) {
       const std::uint16_t place = again[i];
       again[misfits] = place;
-      misfits += draw(pairs[i], place) ? 1 : 0;
+      misfits += fits(i, place) ? 0 : 1;
     }
   }
+}
+
+}  // namespace
+
+void CardDraw::DrawSets(RandomNumbers& random, std::span<const CardSet> taken,
+                        std::span<DealtCards> drawn) const {
+  if (second_.empty()) {
+    DealtBlock::Each<std::uint32_t> places;
+    DrawFitting(
+        taken, drawn,
+        [&](std::size_t count) { random.Draw(limits_, std::span(places).first(count)); },
+        [&](std::size_t i, CardSet&) { return first_[places[i]]; });
+    return;
+  }
+  DealtBlock::Each<DrawnPair> pairs;
+  DrawFitting(
+      taken, drawn, [&](std::size_t count) { random.Draw(limits_, std::span(pairs).first(count)); },
+      [&](std::size_t i, CardSet& overlap) {
+        const DealtCards& part1 = first_[pairs[i].first()];
+        const DealtCards& part2 = second_[pairs[i].second()];
+        overlap = part1.cards & part2.cards;
+        return part1 + part2;
+      });
 }
 
 // Whether so many of the sets hold a taken card that cards are better drawn one by one.
@@ -156,16 +183,17 @@ bool CardDraw::IsCrowded(CardSet taken) const {
 }
 
 DealtCards CardDraw::DrawOneByOne(RandomNumbers& random, CardSet taken) const {
-  const PairLimits limits(static_cast<std::uint32_t>(cards_.size()));
-  std::array<DrawnPair, 64> places;
+  const auto cards = static_cast<std::uint32_t>(cards_.size());
+  const PairLimits limits(cards, cards);
+  std::array<std::uint32_t, 64> places;
   std::size_t next = places.size();
   DealtCards drawn;
   while (drawn.cards.size() < count_) {
     if (next == places.size()) {
-      random.Draw(limits, places);
+      random.Draw(limits, std::span(places));
       next = 0;
     }
-    const DealtCards& card = cards_[places[next++].first()];
+    const DealtCards& card = cards_[places[next++]];
     if (!card.cards.Meets(taken | drawn.cards)) drawn = drawn + card;
   }
   return drawn;

@@ -31,7 +31,7 @@ std::vector<DealtCards> DealtSetsOf(CardSet from, int count);
 
 /// Some deals side by side.
 struct DealtBlock {
-  static constexpr std::size_t kMost = 256;
+  static constexpr std::size_t kMost = 512;
   template <typename T>
   using Each = std::array<T, kMost>;
 
@@ -89,8 +89,8 @@ class CardDraw {
   CardSet from_;
   int count_;
   DealtCards start_;
-  std::vector<DealtCards> cards_;  // one by one
-  std::vector<DealtCards> first_, second_;
+  std::vector<DealtCards> cards_;           // one by one
+  std::vector<DealtCards> first_, second_;  // no second part of up to three cards
   PairLimits limits_;
 };
 

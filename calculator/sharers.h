@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "calculator/dealing.h"
+#include "eval/omaha_best.h"
 #include "eval/worth.h"
 #include "kernels/sharers.h"
 #include "pokermath/evaluators.h"
@@ -88,9 +89,26 @@ class HoldemValues {
   }
 };
 
+/// Omaha on boards of five.
+class OmahaValues {
+ public:
+  explicit OmahaValues(const GameRules&) {}
+
+  template <typename HandOf>
+  void Of(std::span<const DealtCards> boards, const HandOf& hand_of, std::int16_t* values) const {
+    for (std::size_t deal = 0; deal < boards.size(); ++deal) {
+      const DealtCards hand = hand_of(deal);
+      const DealtCards& board = boards[deal];
+      values[deal] =
+          static_cast<std::int16_t>(BestOmahaValue(hand.cards, hand.word, board.cards, board.word));
+    }
+  }
+};
+
 /// Calls use.operator()<Values>() with the type that values high hands of a game fastest.
 template <typename Use>
 auto WithValues(const GameRules& rules, int street, const Use& use) {
+  if (rules.IsOmaha() && street == 5) return use.template operator()<OmahaValues>();
   if (rules.IsOmaha() || rules.IsShortDeck()) return use.template operator()<AnyValues>();
   if (street == 3) return use.template operator()<HoldemValues<3>>();
   if (street == 4) return use.template operator()<HoldemValues<4>>();

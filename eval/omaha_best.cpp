@@ -9,12 +9,15 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdint>
+#include <vector>
 
 #include "cards/card_list.h"
 #include "eval/compact_keys.h"
 #include "eval/rank_sets.h"
 #include "eval/scales.h"
+#include "platform/require.h"
 #include "pokermath/evaluators.h"
 #include "pokermath/large_table.h"
 #include "pokermath/omaha.h"
@@ -61,6 +64,10 @@ class BoardValues {
     }
     return &values_[static_cast<std::size_t>(MultisetNumber(ranks) * kRankPairs)];
   }
+  /// The same by the sum of the rank keys.
+  const std::uint16_t* OfKey(std::uint64_t key) const {
+    return &values_[static_cast<std::size_t>(numbers_[PlaceOf(key)]) * kRankPairs];
+  }
 
  private:
   BoardValues() {
@@ -70,7 +77,17 @@ class BoardValues {
           for (int b = 0; b <= c; ++b)
             for (int a = 0; a <= b; ++a) AddBoard({a, b, c, d, e});
   }
+
+  // The compact evaluator has a place for each multiset of five ranks.
+  static std::size_t PlaceOf(std::uint64_t key) {
+    return kCompactTables.rows[0][key >> CompactTables::kColumnBits] +
+           (key & (CompactTables::kColumns - 1));
+  }
   void AddBoard(const std::array<int, 5>& ranks) {
+    std::uint64_t key = 0;
+    for (const int rank : ranks) key += kRankKeys[rank];
+    numbers_.resize(std::max(numbers_.size(), PlaceOf(key) + 1));
+    numbers_[PlaceOf(key)] = static_cast<std::uint16_t>(values_.size() / kRankPairs);
     std::uint32_t triples[10];
     std::uint32_t* next = triples;
     for (std::size_t a = 0; a < 3; ++a)
@@ -90,6 +107,7 @@ class BoardValues {
   }
 
   LargeTable<std::uint16_t> values_;
+  std::vector<std::uint16_t> numbers_;  // by the place of a board's key
 };
 
 // The triples of a board, the first card changing last.
@@ -268,6 +286,67 @@ int BestOmahaValue(std::span<const int> hand, std::span<const int> board) {
     default:
       return 0;
   }
+}
+
+namespace {
+
+// Numbers of pairs of ranks, in any order.
+constexpr auto kPairNumbers = [] {
+  std::array<std::array<std::uint8_t, 13>, 13> numbers{};
+  for (int rank1 = 0; rank1 < 13; ++rank1) {
+    for (int rank2 = 0; rank2 < 13; ++rank2) {
+      numbers[static_cast<std::size_t>(rank1)][static_cast<std::size_t>(rank2)] =
+          static_cast<std::uint8_t>(PairOf(rank1, rank2));
+    }
+  }
+  return numbers;
+}();
+
+template <std::size_t kCards>
+int BestOfPairs(const std::uint16_t* of_pairs, CardSet hand) {
+  std::array<std::size_t, kCards> ranks;
+  std::size_t size = 0;
+  for (const int card : hand) ranks[size++] = static_cast<std::size_t>(card % 13);
+  int best = 0;
+  for (std::size_t i = 0; i < kCards; ++i) {
+    for (std::size_t j = 0; j < i; ++j) {
+      best = std::max<int>(best, of_pairs[kPairNumbers[ranks[i]][ranks[j]]]);
+    }
+  }
+  return best;
+}
+
+// The best flush of two hole cards and three board cards of a suit.
+int BestFlushOfPairs(unsigned holes, unsigned board) {
+  int best = 0;
+  for (unsigned a = holes; a != 0; a &= a - 1) {
+    for (unsigned b = a & (a - 1); b != 0; b &= b - 1) {
+      best = std::max(best, BestFlush(board, (a & -a) | (b & -b)));
+    }
+  }
+  return best;
+}
+
+}  // namespace
+
+int BestOmahaValue(CardSet hand, std::uint64_t hand_words, CardSet board,
+                   std::uint64_t board_words) {
+  POKERMATH_REQUIRE(board.size() == 5 && hand.size() >= 4 && hand.size() <= 6);
+  const std::uint16_t* const of_pairs =
+      BoardValues::Get().OfKey(board_words >> CompactTables::kKeyShift);
+  const int size = hand.size();
+  const int plain = size == 4   ? BestOfPairs<4>(of_pairs, hand)
+                    : size == 5 ? BestOfPairs<5>(of_pairs, hand)
+                                : BestOfPairs<6>(of_pairs, hand);
+  // Counts of a suit, four bits each, moved up so that the highest is set from two and from three.
+  constexpr std::uint64_t kFromTwo = 0x6666;
+  constexpr std::uint64_t kFromThree = 0x5555;
+  const std::uint64_t suits =
+      (hand_words + kFromTwo) & (board_words + kFromThree) & CompactTables::kFlushBits;
+  if (suits == 0) return plain;
+  const int first = std::countr_zero(suits) / 4 * 13;
+  return std::max(
+      plain, BestFlushOfPairs(hand.bits() >> first & kAllRanks, board.bits() >> first & kAllRanks));
 }
 
 OmahaPairValues::OmahaPairValues(std::span<const int> board) {

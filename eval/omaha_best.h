@@ -9,6 +9,7 @@
 #include <span>
 
 #include "eval/best_pair.h"
+#include "pokermath/card_set.h"
 
 namespace pokermath {
 
@@ -27,6 +28,10 @@ OmahaChoice FindBestOmaha(std::span<const int> hand, std::span<const int> board)
 
 /// The value of the best choice alone.
 int BestOmahaValue(std::span<const int> hand, std::span<const int> board);
+
+/// The same for a board of five, by the cards and the sums of their words of the compact evaluator.
+int BestOmahaValue(CardSet hand, std::uint64_t hand_words, CardSet board,
+                   std::uint64_t board_words);
 
 /// What every pair of hole cards makes with a board of three to five cards.
 class OmahaPairValues {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "kernels/registers.h"
+#include "platform/require.h"
 
 namespace pokermath {
 namespace {
@@ -109,6 +110,21 @@ void RandomNumbers::Draw(const PairLimits& limits, std::span<DrawnPair> drawn) {
   std::vector<DrawnPair> others(again.size());
   Draw(limits, others);
   for (std::size_t i = 0; i < again.size(); ++i) *again[i] = others[i];
+}
+
+void RandomNumbers::Draw(const PairLimits& limits, std::span<std::uint32_t> drawn) {
+  POKERMATH_REQUIRE(limits.first() == limits.second());
+  std::array<DrawnPair, 128> pairs;
+  while (!drawn.empty()) {
+    const std::size_t count = std::min(drawn.size(), 2 * pairs.size());
+    Draw(limits, std::span(pairs).first((count + 1) / 2));
+    for (std::size_t i = 0; i < count / 2; ++i) {
+      drawn[2 * i] = pairs[i].first();
+      drawn[2 * i + 1] = pairs[i].second();
+    }
+    if (count % 2 != 0) drawn[count - 1] = pairs[count / 2].first();
+    drawn = drawn.subspan(count);
+  }
 }
 
 }  // namespace pokermath

@@ -54,6 +54,8 @@ class RandomNumbers {
 
   /// Fills with pairs below the limits, all as likely.
   void Draw(const PairLimits& limits, std::span<DrawnPair> drawn);
+  /// Fills with single numbers; both limits are the same.
+  void Draw(const PairLimits& limits, std::span<std::uint32_t> drawn);
 
  private:
   State state_;

@@ -13,7 +13,7 @@
 namespace pokermath {
 
 /// Of so many deals side by side: a value of each, or a bit for each of up to ten players.
-using DealValues = std::array<std::int16_t, 256>;
+using DealValues = std::array<std::int16_t, 512>;
 
 /// @param isa      instructions to use; the machine must have them
 /// @param values   of every player, larger is better
