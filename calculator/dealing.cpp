@@ -49,10 +49,10 @@ void DrawFitting(std::span<const CardSet> taken, std::span<DealtCards> drawn, co
   DealtBlock::Each<std::uint16_t> again;
   std::size_t misfits = 0;
   draw(taken.size());
-  for (std::size_t i = 0; i < taken.size(); ++i) {
+  ForEachDeal(taken.size(), [&](std::size_t i) {
     again[misfits] = static_cast<std::uint16_t>(i);
     misfits += fits(i, i) ? 0 : 1;
-  }
+  });
   while (misfits > 0) {
     const std::size_t count = std::exchange(misfits, 0);
     draw(count);

@@ -41,6 +41,19 @@ struct DealtBlock {
   Each<DealtCards> board;
 };
 
+/// Calls visit(i) for 0 .. count - 1, some calls to a turn of the loop.
+template <typename Visit>
+void ForEachDeal(std::size_t count, const Visit& visit) {
+  std::size_t i = 0;
+  for (; i + 4 <= count; i += 4) {
+    visit(i);
+    visit(i + 1);
+    visit(i + 2);
+    visit(i + 3);
+  }
+  for (; i < count; ++i) visit(i);
+}
+
 }  // namespace pokermath
 
 #endif  // POKERMATH_CALCULATOR_DEALT_H_

@@ -69,7 +69,7 @@ class HoldemValues {
     // stop the look-ups that are under way.
     DealtBlock::Each<std::uint16_t> flushes;
     std::size_t flush_count = 0;
-    for (std::size_t deal = 0; deal < boards.size(); ++deal) {
+    ForEachDeal(boards.size(), [&](std::size_t deal) {
       const std::uint64_t sum = CompactTables::kSuitStart + hand_of(deal).word + boards[deal].word;
       const std::uint64_t key = sum >> CompactTables::kKeyShift;
       const std::uint16_t row = rows[key >> CompactTables::kColumnBits];
@@ -77,7 +77,7 @@ class HoldemValues {
           static_cast<std::int16_t>(of_ranks[row + (key & (CompactTables::kColumns - 1))]);
       flushes[flush_count] = static_cast<std::uint16_t>(deal);
       flush_count += (sum & CompactTables::kFlushBits) != 0 ? 1 : 0;
-    }
+    });
     for (const std::uint16_t deal : std::span(flushes).first(flush_count)) {
       const DealtCards all = hand_of(deal) + boards[deal];
       const std::uint64_t suits =
