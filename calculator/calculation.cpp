@@ -20,13 +20,15 @@ constexpr std::int64_t kFirstStop = 16;  // steps of sampling before their error
 constexpr std::int64_t kMostAttempts = std::int64_t{1} << 32;
 constexpr std::int64_t kMostFutileAttempts = std::int64_t{1} << 26;
 
-// Standard error of a mean, from how many there were, their sum and that of their squares.
+// Standard error of the mean of points, from how many there were, their sum and that of their
+// squares. Trials that were all alike do not prove that the next ones will be: then it is that of a
+// sample in which one more differs by a whole pot.
 std::optional<double> StandardErrorOf(Int128 count, Int128 sum, Int128 squares) {
   if (count < 2) return std::nullopt;
   const auto n = static_cast<double>(count);
-  // n * squares - sum * sum is n * (n - 1) times the variance.
-  const double variance = static_cast<double>(count * squares - sum * sum) / (n * (n - 1));
-  return std::sqrt(variance / n);
+  const Int128 spread = count * squares - sum * sum;  // n * (n - 1) times the variance
+  if (spread == 0) return kPot / (n + 1);
+  return std::sqrt(static_cast<double>(spread) / (n * (n - 1)) / n);
 }
 
 // The compiler's own conversion is a slow call.
@@ -85,8 +87,7 @@ class AnswerReader {
     if (sampled_) {
       const std::optional<double> error = StandardErrorOf(
           cases, sums_[layout_.Total(player).points()], sums_[layout_.Squares(player)]);
-      // Samples that are all alike say nothing about their spread.
-      if (error && *error > 0) answer.standard_error = *error / kPot;
+      if (error) answer.standard_error = *error / kPot;
     }
     if (question_.asked().detail.hands) ReadHands(player, answer);
     if (question_.asked().detail.made) ReadMade(player, answer);
@@ -223,7 +224,7 @@ double Calculation::Part(std::int64_t done, const Sums& sums) const {
   const double limit = question_->asked().sampling.standard_error * kPot;
   if (method() != Method::kSampled || limit <= 0) return part;
   const std::optional<double> error = LargestError(*question_, sums);
-  if (!error || *error <= 0) return part;
+  if (!error) return part;
   return std::min(1.0, std::max(part, limit * limit / (*error * *error)));
 }
 

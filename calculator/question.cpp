@@ -46,8 +46,9 @@ class Gate {
   }
 
   std::optional<Error> Check() {
-    for (const auto check : {&Gate::CheckNumbers, &Gate::CheckBoard, &Gate::CheckRanges,
-                             &Gate::CheckRoom, &Gate::RemoveCertainCards, &Gate::FindDeal}) {
+    for (const auto check :
+         {&Gate::CheckNumbers, &Gate::CheckBoard, &Gate::CheckRanges, &Gate::CheckRoom,
+          &Gate::RemoveCertainCards, &Gate::CheckDetail, &Gate::FindDeal}) {
       if (std::optional<Error> error = (this->*check)()) return error;
     }
     return std::nullopt;
@@ -216,6 +217,17 @@ class Gate {
   std::string PlaceOf(int card, const Seat* holder) const {
     if (holder != nullptr) return "in the hand of " + holder->name + " already";
     return question_.board.Contains(card) ? "on the board already" : "a dead card";
+  }
+
+  // Three players of any five cards, but not four.
+  Found CheckDetail() {
+    if (!question_.detail.hands) return std::nullopt;
+    constexpr std::size_t kMostHands = 10'000'000;
+    std::size_t hands = 0;
+    for (std::size_t i = 0; i < question_.players.size(); ++i) hands += ranges_[i].size();
+    if (hands <= kMostHands) return std::nullopt;
+    return Wrong(ErrorCode::kLimit, "details of " + std::to_string(hands) + " hands: expected " +
+                                        std::to_string(kMostHands) + " at the most");
   }
 
   // Looks for one deal of the listed ranges, the smallest ones first.

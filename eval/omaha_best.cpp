@@ -86,8 +86,11 @@ class BoardValues {
   void AddBoard(const std::array<int, 5>& ranks) {
     std::uint64_t key = 0;
     for (const int rank : ranks) key += kRankKeys[rank];
-    numbers_.resize(std::max(numbers_.size(), PlaceOf(key) + 1));
-    numbers_[PlaceOf(key)] = static_cast<std::uint16_t>(values_.size() / kRankPairs);
+    // Five cards of a rank have no place of their own.
+    if (ranks[0] != ranks[4]) {
+      numbers_.resize(std::max(numbers_.size(), PlaceOf(key) + 1));
+      numbers_[PlaceOf(key)] = static_cast<std::uint16_t>(values_.size() / kRankPairs);
+    }
     std::uint32_t triples[10];
     std::uint32_t* next = triples;
     for (std::size_t a = 0; a < 3; ++a)

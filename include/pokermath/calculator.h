@@ -49,9 +49,11 @@ struct SamplingLimits {
 
 /// What the answer holds beside every player's totals.
 struct Detail {
-  bool hands = false;  ///< every hand of every player
-  bool next = false;   ///< by what comes next: the flop, or the turn or river card
-  bool made = false;   ///< what each player makes, by category
+  /// Every hand of every player, of 10 million hands together at the most: an answer takes some 200
+  /// bytes for each of them.
+  bool hands = false;
+  bool next = false;  ///< by what comes next: the flop, or the turn or river card
+  bool made = false;  ///< what each player makes, by category
 };
 
 struct EquityQuestion {
@@ -111,7 +113,8 @@ struct PlayerAnswer {
   std::array<CaseCount, kMostPlayers> shared{};
   std::array<CaseCount, kMostPlayers> low_shared{};  ///< the same for the best low
   double low = 0;  ///< in Hi/Lo, what of the equity comes from low hands
-  /// Of the equity, 0..1; where it was sampled, and samples differ.
+  /// Of the equity, 0..1; where it was sampled, from two trials on. Of trials that all gave the
+  /// player the same it is 1 / (trials + 1), as if one more had differed by a whole pot.
   std::optional<double> standard_error;
   std::vector<HandOutcome> hands;  ///< with Detail::hands, rising by their cards
   std::vector<MadeOutcome> made;   ///< with Detail::made, the categories that occur

@@ -6,10 +6,13 @@
 #include <limits>
 #include <map>
 #include <numeric>
+#include <random>
 
+#include "calculator/dealing.h"
 #include "calculator/solvers.h"
 #include "calculator/suit_symmetry.h"
 #include "eval/worth.h"
+#include "kernels/sharers.h"
 #include "tests/calculator/random_question.h"
 #include "tests/eval/oracle.h"
 
@@ -149,6 +152,14 @@ TEST(Gate, SaysWhatIsWrongWithAQuestion) {
        -1,
        "",
        "55 cards are needed"},
+      {"too many hands in detail",
+       {.game = Game::kOmaha5,
+        .players = std::vector<HandRange>(4, HandRange::Every(Game::kOmaha5)),
+        .detail = {.hands = true}},
+       ErrorCode::kLimit,
+       -1,
+       "",
+       "details of 10395840 hands: expected 10000000"},
       {"no end",
        {.players = {ak, pairs}, .sampling = {.standard_error = 0}},
        ErrorCode::kLimit,
@@ -582,12 +593,47 @@ TEST(SolversSlow, AllEqualPlainEnumeration) {
 
 // --- sampling ---
 
-TEST(Sampling, ComesWithinFourStandardErrorsOfTheCount) {
+// That so many of the trials, of which a count expects a part, are no further from it than chance
+// lets them.
+void ExpectPart(const CaseCount& sampled, double part, double trials) {
+  EXPECT_NEAR(sampled.Value(), part * trials, 5 * std::sqrt(part * (1 - part) * trials) + 5);
+}
+
+// The same for an outcome of a player or of one of his hands.
+void ExpectSampleOf(const Outcome& exact, const Outcome& sampled) {
+  const double trials = sampled.cases.Value();
+  if (trials == 0) return;
+  ExpectPart(sampled.wins, exact.wins.Value() / exact.cases.Value(), trials);
+  ExpectPart(sampled.ties, exact.ties.Value() / exact.cases.Value(), trials);
+  EXPECT_NEAR(sampled.equity, exact.equity, 5 * 0.5 / std::sqrt(trials) + 5 / trials);
+}
+
+void ExpectSampleOf(const PlayerAnswer& exact, const PlayerAnswer& sampled) {
+  const double cases = exact.total.cases.Value();
+  const double trials = sampled.total.cases.Value();
+  EXPECT_NEAR(sampled.total.equity, exact.total.equity, 4 * *sampled.standard_error + 1e-4);
+  EXPECT_NEAR(sampled.low, exact.low, 4 * 0.25 / std::sqrt(trials));
+  ExpectSampleOf(exact.total, sampled.total);
+  for (std::size_t k = 0; k < kMostPlayers; ++k) {
+    ExpectPart(sampled.shared[k], exact.shared[k].Value() / cases, trials);
+    ExpectPart(sampled.low_shared[k], exact.low_shared[k].Value() / cases, trials);
+  }
+  ASSERT_EQ(sampled.hands.size(), exact.hands.size());
+  for (std::size_t i = 0; i < exact.hands.size(); ++i) {
+    const Outcome& of_hand = exact.hands[i].outcome;
+    EXPECT_EQ(sampled.hands[i].hand, exact.hands[i].hand);
+    ExpectPart(sampled.hands[i].outcome.cases, of_hand.cases.Value() / cases, trials);
+    ExpectSampleOf(of_hand, sampled.hands[i].outcome);
+  }
+}
+
+TEST(Sampling, ComesNearTheCountInEveryNumber) {
   RandomQuestions questions(4);
   int checked = 0;
   for (int i = 0; i < 300 && checked < 100; ++i) {
     EquityQuestion question = questions.Next();
     SCOPED_TRACE(Trace(question));
+    question.detail.hands = i % 2 == 0;
     question.method = Method::kExact;
     const Result<EquityAnswer> exact = Calculate(question);
     if (!exact) continue;
@@ -597,10 +643,7 @@ TEST(Sampling, ComesWithinFourStandardErrorsOfTheCount) {
     ASSERT_TRUE(sampled);
     ++checked;
     for (std::size_t player = 0; player < exact->players.size(); ++player) {
-      const PlayerAnswer& of = sampled->players[player];
-      EXPECT_NEAR(of.total.equity, exact->players[player].total.equity,
-                  4 * *of.standard_error + 1e-4);
-      EXPECT_NEAR(of.low, exact->players[player].low, 4 * 0.25 / std::sqrt(50000.0));
+      ExpectSampleOf(exact->players[player], sampled->players[player]);
     }
   }
   EXPECT_EQ(checked, 100);
@@ -675,6 +718,110 @@ TEST(Sampling, DealsBoardsUniformly) {
   }
 }
 
+// Boards of five at once, against the frequencies of a hash of all boards.
+TEST(Sampling, DealsWholeBoardsUniformly) {
+  constexpr std::size_t kCells = 509;
+  const auto question =
+      Check({.players = {Hand("AhKd"), Hand("7s7c"), HandRange::Every(Game::kHoldem)}});
+  ASSERT_TRUE(question);
+  const auto add = [](CardSet cards, std::vector<double>& cells) {
+    ++cells[cards.bits() * 0x9E3779B97F4A7C15 % kCells];
+  };
+  std::vector<double> weights(kCells), boards(kCells);
+  for (const DealtCards& board : DealtSetsOf(question->live() - question->certain(), 5)) {
+    add(board.cards, weights);
+  }
+  const Dealing dealing(*question);
+  RandomNumbers random(1, 0);
+  DealtBlock block;
+  for (int i = 0; i < 2000; ++i) {
+    std::int64_t attempts = DealtBlock::kMost;
+    ASSERT_EQ(dealing.Deal(random, DealtBlock::kMost, attempts, block), DealtBlock::kMost);
+    for (std::size_t deal = 0; deal < DealtBlock::kMost; ++deal) {
+      ASSERT_FALSE(block.board[deal].cards.Meets(block.hands[2][deal].cards));
+      add(block.board[deal].cards, boards);
+    }
+  }
+  ExpectFrequencies(boards, weights);
+}
+
+TEST(Sampling, DrawsByWeightsOfAnySize) {
+  // Alike, of sums below 32 bits, and beyond them, where numbers are drawn in two parts.
+  const std::vector<std::vector<std::uint64_t>> kWeights = {
+      {1, 1, 1, 1, 1},
+      {1, 2, 3, 400},
+      {2'000'000'000, 1'000'000'000, 1'000'000'001},
+      {3'000'000'000, 700'000'000, 1'000'000'001},
+      {50'000'000'000, 30'000'000'001, 1'000'000'000'000}};
+  RandomNumbers random(2, 0);
+  for (const std::vector<std::uint64_t>& all : kWeights) {
+    SCOPED_TRACE(all[0]);
+    std::vector<double> drawn(all.size());
+    const std::vector<double> weights(all.begin(), all.end());
+    const Bag bag(all);
+    DealtBlock::Each<std::uint32_t> places;
+    for (int i = 0; i < 4000; ++i) {
+      bag.Draw(random, places);
+      for (const std::uint32_t place : places) ++drawn[place];
+    }
+    ExpectFrequencies(drawn, weights);
+  }
+}
+
+TEST(Sampling, NumbersAreUniformAndTheSameWithAllInstructions) {
+  // A quarter of the numbers has to be drawn again.
+  const PairLimits pair_limits(3u << 30, 7), single_limits(3u << 30, 3u << 30);
+  std::vector<double> first(48), second(7), single(48);
+  std::vector<RandomNumbers> random;
+  for (const Isa isa : {Isa::kBaseline, Isa::kAvx2, Isa::kAvx512}) {
+    if (isa <= BestIsa()) random.emplace_back(3, 4, isa);
+  }
+  for (std::size_t size = 0; size < 2000; ++size) {
+    std::vector<std::vector<std::uint64_t>> drawn;
+    for (RandomNumbers& numbers : random) {
+      std::vector<DrawnPair> pairs(size % 600);
+      std::vector<std::uint32_t> singles(size % 599);
+      numbers.Draw(pair_limits, pairs);
+      numbers.Draw(single_limits, singles);
+      std::vector<std::uint64_t>& bits = drawn.emplace_back(singles.begin(), singles.end());
+      for (const DrawnPair& pair : pairs) bits.push_back(pair.bits);
+      if (drawn.size() > 1) {
+        ASSERT_EQ(drawn.back(), drawn[0]);
+        continue;
+      }
+      for (const std::uint32_t number : singles) ++single.at(number >> 26);
+      for (const DrawnPair& pair : pairs) {
+        ++first.at(pair.first() >> 26);
+        ++second.at(pair.second());
+      }
+    }
+  }
+  for (const auto& numbers : {first, second, single}) {
+    ExpectFrequencies(numbers, std::vector<double>(numbers.size(), 1));
+  }
+}
+
+TEST(Sampling, FindsSharersWithAllInstructions) {
+  std::mt19937 random(5);
+  std::vector<DealValues> values(kMostPlayers);
+  for (const std::size_t players : {2u, 3u, 10u}) {
+    for (DealValues& of_player : values) {
+      for (std::int16_t& value : of_player) value = static_cast<std::int16_t>(1 + random() % 4);
+    }
+    for (const Isa isa : {Isa::kBaseline, Isa::kAvx2, Isa::kAvx512}) {
+      if (isa > BestIsa()) continue;
+      DealValues sharers;
+      FindSharers(isa, std::span(values).first(players), sharers);
+      for (std::size_t deal = 0; deal < sharers.size(); ++deal) {
+        int best = 0, expected = 0;
+        for (std::size_t i = 0; i < players; ++i) best = std::max<int>(best, values[i][deal]);
+        for (std::size_t i = 0; i < players; ++i) expected |= (values[i][deal] == best) << i;
+        ASSERT_EQ(sharers[deal], expected);
+      }
+    }
+  }
+}
+
 TEST(Sampling, EndsAtItsStandardErrorOrTrials) {
   EquityQuestion question{.players = {Hand("AhKd"), Hand("7s7c")},
                           .method = Method::kSampled,
@@ -692,6 +839,12 @@ TEST(Sampling, EndsAtItsStandardErrorOrTrials) {
   const Result<EquityAnswer> trials = Calculate(question);
   ASSERT_TRUE(trials);
   EXPECT_EQ(trials->cases.units, 5001);
+  // Trials that are all alike do not say how sure that is, but how many there were.
+  question.board = Cards("AsAcKsKc");
+  const Result<EquityAnswer> alike = Calculate(question);
+  ASSERT_TRUE(alike);
+  ASSERT_EQ(alike->players[0].total.equity, 1);
+  for (const PlayerAnswer& player : alike->players) EXPECT_EQ(player.standard_error, 1.0 / 5002);
 }
 
 TEST(Sampling, DealsWhereThereIsHardlyAnyRoom) {

@@ -1,6 +1,8 @@
 // The best Omaha hand: values and records against the plain search, the table of combinations and
 // its file, and the flush classifier.
 
+#include "eval/omaha_best.h"
+
 #include <gtest/gtest.h>
 #include <zlib.h>
 
@@ -12,6 +14,7 @@
 
 #include "platform/text.h"
 #include "pokermath/cards.h"
+#include "pokermath/evaluators.h"
 #include "pokermath/messages.h"
 #include "pokermath/omaha.h"
 #include "pokermath/poker_logic.h"
@@ -44,6 +47,12 @@ int Plain(const Cards& hand, const Cards& board, Record& indexes, Record& codes)
   return oracle::Places(best) + 1;
 }
 
+std::uint64_t WordsOf(const Cards& cards) {
+  std::uint64_t words = 0;
+  for (const int card : cards) words += kCompactTables.card_words[card];
+  return words;
+}
+
 TEST(OmahaBest, EveryFunctionGivesValueAndFirstChoice) {
   PokerLogic logic;
   Dealer dealer(71);
@@ -65,6 +74,10 @@ TEST(OmahaBest, EveryFunctionGivesValueAndFirstChoice) {
         logic.getCombinationOmahaCommon(hand.data(), holes, board.data(), count, record.data()),
         7463 - value);
     ASSERT_EQ(record, indexes) << trace;
+    if (count == 5 && holes >= 4 && holes <= 6) {
+      ASSERT_EQ(BestOmahaValue(CardSet(hand), WordsOf(hand), CardSet(board), WordsOf(board)), value)
+          << trace;
+    }
     if (holes != 4) continue;
     const auto states = count == 5   ? getCombinationOmahaFsm5
                         : count == 4 ? getCombinationOmahaTurnFsm5
