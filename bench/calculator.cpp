@@ -6,11 +6,14 @@
 #include <benchmark/benchmark.h>
 
 #include <memory>
+#include <random>
+#include <span>
 #include <string>
 
 #include "calculator/solvers.h"
 #include "kernels/board_sweep.h"
 #include "kernels/omaha_sweep.h"
+#include "kernels/trials.h"
 #include "pokermath/cards.h"
 
 namespace pokermath {
@@ -232,13 +235,38 @@ void BM_Sampled(benchmark::State& state, EquityQuestion question) {
   state.SetItemsProcessed(state.iterations() * kTrials);
 }
 
+// The same card by card and trial by trial.
+void BM_SampledPlain(benchmark::State& state, const char* hand, int players) {
+  constexpr std::int64_t kTrials = 1 << 20;
+  const std::vector<int> cards = ParseCards(hand).cards;
+  HoldemTrials trials(std::span<const int, 2>(cards.data(), 2), {}, players);
+  std::mt19937_64 random(1);
+  std::uniform_int_distribution<int> card(0, 51);
+  for (auto _ : state) {
+    std::int64_t shares = 0;
+    for (std::int64_t i = 0; i < kTrials; ++i) shares += trials.Deal([&] { return card(random); });
+    benchmark::DoNotOptimize(shares);
+  }
+  state.SetItemsProcessed(state.iterations() * kTrials);
+}
+
+// To a standard error of 0.05 %.
+void BM_SampledToError(benchmark::State& state, EquityQuestion question) {
+  question.method = Method::kSampled;
+  question.detail = {};
+  Answer(state, question);
+}
+
+const EquityQuestion kSixRanges = QuestionOf({"15%", "15%", "15%", "15%", "15%", "15%"}, "");
+
 BENCHMARK_CAPTURE(BM_Sampled, TwoHands, QuestionOf({"AhKd", "7s7c"}, ""));
 BENCHMARK_CAPTURE(BM_Sampled, AgainstRandom, QuestionOf({"AhKd", "random"}, ""));
+BENCHMARK_CAPTURE(BM_SampledPlain, AgainstRandom, "AhKd", 2);
 BENCHMARK_CAPTURE(BM_Sampled, SixHands, kSixHands);
 BENCHMARK_CAPTURE(BM_Sampled, AgainstFiveRandom,
                   QuestionOf({"AhKd", "random", "random", "random", "random", "random"}, ""));
-BENCHMARK_CAPTURE(BM_Sampled, SixRanges,
-                  QuestionOf({"15%", "15%", "15%", "15%", "15%", "15%"}, ""));
+BENCHMARK_CAPTURE(BM_Sampled, SixRanges, kSixRanges);
+BENCHMARK_CAPTURE(BM_SampledToError, SixRanges, kSixRanges)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(BM_Sampled, TwoOmahaRanges, QuestionOf({"10%", "10%"}, "", Game::kOmaha));
 BENCHMARK_CAPTURE(BM_Sampled, ThreeOmahaRanges,
                   QuestionOf({"10%", "10%", "10%"}, "", Game::kOmaha));

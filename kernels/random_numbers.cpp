@@ -114,7 +114,7 @@ void RandomNumbers::Draw(const PairLimits& limits, std::span<DrawnPair> drawn) {
 
 void RandomNumbers::Draw(const PairLimits& limits, std::span<std::uint32_t> drawn) {
   POKERMATH_REQUIRE(limits.first() == limits.second());
-  std::array<DrawnPair, 128> pairs;
+  std::array<DrawnPair, 256> pairs;
   while (!drawn.empty()) {
     const std::size_t count = std::min(drawn.size(), 2 * pairs.size());
     Draw(limits, std::span(pairs).first((count + 1) / 2));
