@@ -19,7 +19,7 @@ CardDraw::CardDraw(CardSet from, int count, const DealtCards& start)
   for (DealtCards& part : first_) part = start_ + part;
 }
 
-void CardDraw::Draw(RandomNumbers& random, std::span<CardSet> taken,
+void CardDraw::Draw(RandomNumbers& random, std::span<const CardSet> taken,
                     std::span<DealtCards> drawn) const {
   if (taken.empty()) return;
   if (IsCrowded(taken[0])) {
@@ -28,7 +28,6 @@ void CardDraw::Draw(RandomNumbers& random, std::span<CardSet> taken,
   } else {
     DrawSets(random, taken, drawn);
   }
-  for (std::size_t i = 0; i < taken.size(); ++i) taken[i] |= drawn[i].cards;
 }
 
 namespace {
@@ -135,15 +134,24 @@ Dealing::Dealing(const CheckedQuestion& question)
 
 std::size_t Dealing::Deal(RandomNumbers& random, std::size_t wanted, std::int64_t& attempts,
                           DealtBlock& block) const {
-  DealtBlock::Each<CardSet> held{};
+  DealtBlock::Each<CardSet> held;
   const std::size_t count = listed_.Deal(random, wanted, attempts, block, held);
   const std::span<CardSet> taken = std::span(held).first(count);
+  const auto take = [taken](const DealtBlock::Each<DealtCards>& drawn) {
+    for (std::size_t i = 0; i < taken.size(); ++i) taken[i] |= drawn[i].cards;
+  };
   later_.Draw(random, taken, block.board);
   if (!next_.empty()) {
+    take(block.board);
     next_.Draw(random, taken, block.next);
     for (std::size_t i = 0; i < count; ++i) block.board[i] = block.board[i] + block.next[i];
   }
-  for (const std::size_t player : any_) hand_.Draw(random, taken, block.hands[player]);
+  const auto* last = &block.board;
+  for (const std::size_t player : any_) {
+    take(*last);
+    last = &block.hands[player];
+    hand_.Draw(random, taken, block.hands[player]);
+  }
   return count;
 }
 

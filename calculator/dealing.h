@@ -23,9 +23,10 @@ class CardDraw {
   CardDraw(CardSet from, int count, const DealtCards& start = {});
 
   bool empty() const { return count_ == 0; }
-  /// For each place, draws a set that holds none of the cards that are taken there, and takes it.
-  /// As many cards are taken everywhere.
-  void Draw(RandomNumbers& random, std::span<CardSet> taken, std::span<DealtCards> drawn) const;
+  /// For each place, draws a set that holds none of the cards that are taken there, which are as
+  /// many everywhere.
+  void Draw(RandomNumbers& random, std::span<const CardSet> taken,
+            std::span<DealtCards> drawn) const;
 
  private:
   bool IsCrowded(CardSet taken) const;

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "calculator/choices.h"
+#include "calculator/one_hand.h"
 #include "calculator/sharers.h"
 #include "calculator/solvers.h"
 #include "kernels/several_hands.h"
@@ -20,10 +21,15 @@ template <typename Values>
 class HandsWork final : public Work {
  public:
   explicit HandsWork(const QuestionPointer& question)
-      : question_(question), settler_(*question), board_(DealtOf(question->board())) {
+      : question_(question),
+        settler_(*question),
+        values_(question->rules()),
+        board_(DealtOf(question->board())) {
     const CardSet live = question->live() - question->certain();
     for (const Side& side : question->players()) {
       hands_.push_back(DealtOf(side.range.hands()[0].cards));
+      // Tables of a hand pay from some ten thousand boards on.
+      if (question->to_come() > 3) tabled_.emplace_back(question->rules(), hands_.back());
     }
     live_.assign(live.begin(), live.end());
     low_cards_ = std::min(question->to_come(), 3);
@@ -43,15 +49,12 @@ class HandsWork final : public Work {
     // Of the places below the high cards.
     const int below = high_cards_ > 0 ? high.Lowest() : static_cast<int>(live_.size());
     const auto boards = static_cast<std::size_t>(ChoicesOf(below, low_cards_));
-    SharerTimes<Values> times(question_->rules(), hands_.size());
+    SharerTimes times(hands_.size());
     std::array<DealtCards, DealtBlock::kMost> block;
     for (std::size_t first = 0; first < boards; first += block.size()) {
       const std::size_t count = std::min(boards - first, block.size());
       for (std::size_t i = 0; i < count; ++i) block[i] = start + low_sets_[first + i];
-      for (std::size_t player = 0; player < hands_.size(); ++player) {
-        times.Value(player, std::span(block).first(count),
-                    [hand = hands_[player]](std::size_t) { return hand; });
-      }
+      ValueHands(std::span(block).first(count), times);
       times.Add(count);
     }
     times.ForEach(
@@ -59,10 +62,24 @@ class HandsWork final : public Work {
   }
 
  private:
+  void ValueHands(std::span<const DealtCards> boards, SharerTimes& times) const {
+    if (tabled_.empty()) {
+      for (std::size_t i = 0; i < hands_.size(); ++i) {
+        values_.Of(
+            boards, [&hand = hands_[i]](std::size_t) { return hand; }, times.ValuesOf(i));
+      }
+    } else {
+      const typename OneHand<Values>::Boards known(boards);
+      for (std::size_t i = 0; i < hands_.size(); ++i) tabled_[i].Of(known, times.ValuesOf(i));
+    }
+  }
+
   QuestionPointer question_;
   Settler settler_;
+  Values values_;
   DealtCards board_;
   std::vector<DealtCards> hands_;
+  std::vector<OneHand<Values>> tabled_;  // the same
   std::vector<int> live_;
   int low_cards_ = 0;
   int high_cards_ = 0;

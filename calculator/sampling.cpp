@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "calculator/dealing.h"
+#include "calculator/one_hand.h"
 #include "calculator/sharers.h"
 #include "calculator/solvers.h"
 
@@ -103,26 +104,41 @@ class DetailedSampling final : public SamplingWork {
 template <typename Values>
 class SharersSampling final : public SamplingWork {
  public:
-  using SamplingWork::SamplingWork;
+  explicit SharersSampling(const QuestionPointer& question)
+      : SamplingWork(question), values_(question->rules()) {
+    for (std::size_t i = 0; i < question->players().size(); ++i) {
+      const Side& side = question->players()[i];
+      if (side.IsOneHand()) {
+        certain_.emplace_back(i, OneHand<Values>(question->rules(), OneHandOf(side)));
+      } else {
+        others_.push_back(i);
+      }
+    }
+  }
 
   void Do(std::int64_t step, std::span<Int128> sums) const override {
-    const std::vector<Side>& players = question().players();
-    SharerTimes<Values> times(question().rules(), players.size());
+    SharerTimes times(question().players().size());
     ForEachBlock(step, sums, [&](const DealtBlock& block, std::size_t count) {
-      const std::span boards = std::span(block.board).first(count);
-      for (std::size_t i = 0; i < players.size(); ++i) {
-        if (players[i].IsOneHand()) {
-          times.Value(i, boards, [hand = OneHandOf(players[i])](std::size_t) { return hand; });
-        } else {
-          times.Value(i, boards,
-                      [&hands = block.hands[i]](std::size_t deal) { return hands[deal]; });
-        }
+      const std::span<const DealtCards> boards = std::span(block.board).first(count);
+      if (!certain_.empty()) {
+        const typename OneHand<Values>::Boards known(boards);
+        for (const auto& [player, hand] : certain_) hand.Of(known, times.ValuesOf(player));
+      }
+      for (const std::size_t player : others_) {
+        const DealtBlock::Each<DealtCards>& hands = block.hands[player];
+        values_.Of(
+            boards, [&](std::size_t deal) { return hands[deal]; }, times.ValuesOf(player));
       }
       times.Add(count);
     });
     times.ForEach(
         [&](unsigned sharers, std::int64_t trials) { settler().AddTrials(sharers, trials, sums); });
   }
+
+ private:
+  Values values_;
+  std::vector<std::pair<std::size_t, OneHand<Values>>> certain_;  // players of one hand
+  std::vector<std::size_t> others_;
 };
 
 }  // namespace

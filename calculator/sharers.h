@@ -42,7 +42,7 @@ class AnyValues {
   explicit AnyValues(const GameRules& rules) : rules_(rules) {}
 
   template <typename HandOf>
-  void Of(std::span<const DealtCards> boards, const HandOf& hand_of, std::int16_t* values) const {
+  void Of(std::span<const DealtCards> boards, const HandOf& hand_of, DealValues& values) const {
     for (std::size_t deal = 0; deal < boards.size(); ++deal) {
       const CardList hand(hand_of(deal).cards), board(boards[deal].cards);
       values[deal] = static_cast<std::int16_t>(WorthOf(rules_, hand.cards(), board.cards()).high);
@@ -61,7 +61,7 @@ class HoldemValues {
 
   template <typename HandOf>
   [[gnu::noinline]] void Of(std::span<const DealtCards> boards, const HandOf& hand_of,
-                            std::int16_t* values) const {
+                            DealValues& values) const {
     const CompactTables& tables = kCompactTables;
     const std::uint16_t* const rows = tables.rows[board_size - 3];
     const std::uint16_t* const of_ranks = tables.values[board_size - 3];
@@ -95,7 +95,7 @@ class OmahaValues {
   explicit OmahaValues(const GameRules&) {}
 
   template <typename HandOf>
-  void Of(std::span<const DealtCards> boards, const HandOf& hand_of, std::int16_t* values) const {
+  void Of(std::span<const DealtCards> boards, const HandOf& hand_of, DealValues& values) const {
     for (std::size_t deal = 0; deal < boards.size(); ++deal) {
       const DealtCards hand = hand_of(deal);
       const DealtCards& board = boards[deal];
@@ -116,17 +116,13 @@ auto WithValues(const GameRules& rules, int street, const Use& use) {
 }
 
 /// How often each set of players shared the pot for the best high hand.
-template <typename Values>
 class SharerTimes {
  public:
-  SharerTimes(const GameRules& rules, std::size_t players)
-      : values_of_(rules), players_(players), times_(std::size_t{1} << players) {}
+  explicit SharerTimes(std::size_t players)
+      : players_(players), times_(std::size_t{1} << players) {}
 
-  /// The next player's hands, up to DealtBlock::kMost deals: hand_of(deal).
-  template <typename HandOf>
-  void Value(std::size_t player, std::span<const DealtCards> boards, const HandOf& hand_of) {
-    values_of_.Of(boards, hand_of, values_[player].data());
-  }
+  /// Where the values of a player's hands in up to DealtBlock::kMost deals belong.
+  DealValues& ValuesOf(std::size_t player) { return values_[player]; }
 
   /// Adds so many deals, in which all players' hands were valued.
   void Add(std::size_t deals) {
@@ -154,7 +150,6 @@ class SharerTimes {
   // Neighbours often are alike: they count apart, so as not to wait for each other.
   static constexpr std::size_t kCounters = 4;
 
-  Values values_of_;
   std::size_t players_;
   std::array<DealValues, kMostPlayers> values_{};
   static_assert(DealValues().size() == DealtBlock::kMost);

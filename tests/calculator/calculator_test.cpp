@@ -2,13 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <map>
 #include <numeric>
 #include <random>
 
+#include "calculator/choices.h"
 #include "calculator/dealing.h"
+#include "calculator/one_hand.h"
 #include "calculator/solvers.h"
 #include "calculator/suit_symmetry.h"
 #include "eval/worth.h"
@@ -798,6 +801,29 @@ TEST(Sampling, NumbersAreUniformAndTheSameWithAllInstructions) {
   }
   for (const auto& numbers : {first, second, single}) {
     ExpectFrequencies(numbers, std::vector<double>(numbers.size(), 1));
+  }
+}
+
+TEST(Sampling, ValuesHandsOnManyBoards) {
+  const GameRules& rules = RulesOf(Game::kHoldem);
+  std::mt19937 random(6);
+  std::vector<int> deck = ListOf(rules.Deck());
+  for (int i = 0; i < 100; ++i) {
+    std::array<DealtCards, 101> boards, hands;
+    for (std::size_t deal = 0; deal < boards.size(); ++deal) {
+      std::shuffle(deck.begin() + (deal == 0 ? 0 : 2), deck.end(), random);
+      hands[deal] = DealtOf(CardSet(std::span(deck).first(2)));
+      boards[deal] = DealtOf(CardSet(std::span(deck).subspan(2, 5)));
+    }
+    DealValues of_one, of_many;
+    OneHand<HoldemValues<5>>(rules, hands[0]).Of(RankedBoards(boards), of_one);
+    HoldemValues<5>(rules).Of(
+        boards, [&](std::size_t deal) { return hands[deal]; }, of_many);
+    for (std::size_t deal = 0; deal < boards.size(); ++deal) {
+      const int value = WorthOf(rules, ListOf(hands[deal].cards), ListOf(boards[deal].cards)).high;
+      ASSERT_EQ(of_one[deal], value);
+      ASSERT_EQ(of_many[deal], value);
+    }
   }
 }
 
