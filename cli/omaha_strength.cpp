@@ -14,8 +14,8 @@
 #include "cli/output.h"
 #include "platform/files.h"
 #include "pokermath/cards.h"
-#include "ranges/omaha_classes.h"
-#include "ranges/omaha_order.h"
+#include "ranges/omaha/classes.h"
+#include "ranges/omaha/order.h"
 
 namespace pokermath::cli {
 namespace {

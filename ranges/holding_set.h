@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <span>
 
-#include "ranges/omaha_numbers.h"
+#include "ranges/omaha/numbers.h"
 
 namespace pokermath {
 

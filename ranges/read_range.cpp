@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "pokermath/hand_range.h"
-#include "ranges/omaha_range_text.h"
+#include "ranges/omaha/range_text.h"
 #include "ranges/percent_gap.h"
 #include "ranges/two_card_piece.h"
 #include "ranges/weight_sheet.h"

@@ -9,8 +9,8 @@
 #include <string>
 
 #include "ranges/hand_classes.h"
-#include "ranges/omaha_bits.h"
-#include "ranges/omaha_pattern.h"
+#include "ranges/omaha/bits.h"
+#include "ranges/omaha/pattern.h"
 #include "ranges/percent_ranges.h"
 #include "ranges/range_text.h"
 

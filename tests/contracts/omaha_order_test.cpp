@@ -1,13 +1,12 @@
 // The built-in order of Omaha hands against exact equities that are counted one by one.
 
-#include "ranges/omaha_order.h"
-
 #include <gtest/gtest.h>
 
 #include <vector>
 
 #include "pokermath/equity.h"
-#include "ranges/omaha_classes.h"
+#include "ranges/omaha/classes.h"
+#include "ranges/omaha/order.h"
 
 namespace pokermath {
 namespace {

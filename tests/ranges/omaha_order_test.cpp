@@ -1,7 +1,5 @@
 // Omaha hands by percentages: the classes, the built-in order, ranges and percentiles from it.
 
-#include "ranges/omaha_order.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -11,7 +9,8 @@
 
 #include "pokermath/cards.h"
 #include "pokermath/omaha_ranges.h"
-#include "ranges/omaha_classes.h"
+#include "ranges/omaha/classes.h"
+#include "ranges/omaha/order.h"
 
 namespace pokermath {
 namespace {

@@ -1,4 +1,4 @@
-#include "ranges/omaha_pattern.h"
+#include "ranges/omaha/pattern.h"
 
 #include "ranges/text_pieces.h"
 

@@ -6,13 +6,13 @@
 // range, or on the sheet of weights, as rows of bits; only what has exclusions needs a set of its
 // own.
 
-#include "ranges/omaha_range_text.h"
+#include "ranges/omaha/range_text.h"
 
 #include <vector>
 
-#include "ranges/omaha_bits.h"
-#include "ranges/omaha_pattern.h"
-#include "ranges/omaha_shapes.h"
+#include "ranges/omaha/bits.h"
+#include "ranges/omaha/pattern.h"
+#include "ranges/omaha/shapes.h"
 #include "ranges/weight_sheet.h"
 
 namespace pokermath {

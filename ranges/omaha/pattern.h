@@ -11,7 +11,7 @@
 #include <string>
 
 #include "eval/rank_sets.h"
-#include "ranges/omaha_numbers.h"
+#include "ranges/omaha/numbers.h"
 
 namespace pokermath {
 

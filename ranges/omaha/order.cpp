@@ -2,14 +2,14 @@
 // come no later than those of each class. A range is then a walk through the classes, whatever
 // their order.
 
-#include "ranges/omaha_order.h"
+#include "ranges/omaha/order.h"
 
 #include <algorithm>
 #include <bit>
 #include <functional>
 
 #include "pokermath/omaha_ranges.h"
-#include "ranges/omaha_classes.h"
+#include "ranges/omaha/classes.h"
 
 namespace pokermath {
 namespace {

@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "pokermath/omaha_ranges.h"
-#include "ranges/omaha_piece.h"
+#include "ranges/omaha/piece.h"
 
 namespace pokermath {
 

@@ -9,9 +9,9 @@
 #include <cstdint>
 #include <string>
 
-#include "ranges/omaha_bits.h"
-#include "ranges/omaha_pattern.h"
-#include "ranges/omaha_shapes.h"
+#include "ranges/omaha/bits.h"
+#include "ranges/omaha/pattern.h"
+#include "ranges/omaha/shapes.h"
 
 namespace pokermath {
 

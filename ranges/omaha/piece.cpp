@@ -1,4 +1,4 @@
-#include "ranges/omaha_piece.h"
+#include "ranges/omaha/piece.h"
 
 #include <algorithm>
 #include <optional>

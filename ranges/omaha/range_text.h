@@ -7,7 +7,7 @@
 #include <optional>
 #include <string_view>
 
-#include "ranges/omaha_piece.h"
+#include "ranges/omaha/piece.h"
 #include "ranges/text_pieces.h"
 
 namespace pokermath {

@@ -1,7 +1,7 @@
 // The files of ranges/data as a part of the program. The assembler takes them in: compilers are
 // slow with arrays of that size.
 
-#include "ranges/omaha_order.h"
+#include "ranges/omaha/order.h"
 
 asm(R"(
   .pushsection .rodata

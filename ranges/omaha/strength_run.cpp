@@ -5,7 +5,7 @@
 // A set that lists of percentages and patterns make has whole runs of them, with no hand missing.
 // These are sought split by split, and joined where the splits agree.
 
-#include "ranges/omaha_strength_run.h"
+#include "ranges/omaha/strength_run.h"
 
 #include <algorithm>
 #include <charconv>
@@ -17,8 +17,8 @@
 #include <utility>
 #include <vector>
 
-#include "ranges/omaha_classes.h"
-#include "ranges/omaha_piece.h"
+#include "ranges/omaha/classes.h"
+#include "ranges/omaha/piece.h"
 
 namespace pokermath {
 namespace {

@@ -10,8 +10,8 @@
 #include <optional>
 #include <utility>
 
-#include "ranges/omaha_cover.h"
-#include "ranges/omaha_strength_run.h"
+#include "ranges/omaha/cover.h"
+#include "ranges/omaha/strength_run.h"
 
 namespace pokermath {
 namespace {

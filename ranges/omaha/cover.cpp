@@ -1,6 +1,6 @@
 // Cards by rank and suit, on the hands themselves, and both covers as text.
 
-#include "ranges/omaha_cover.h"
+#include "ranges/omaha/cover.h"
 
 #include <map>
 #include <numeric>

@@ -1,6 +1,6 @@
-#include "ranges/omaha_shapes.h"
+#include "ranges/omaha/shapes.h"
 
-#include "ranges/omaha_bits.h"
+#include "ranges/omaha/bits.h"
 
 namespace pokermath {
 namespace {

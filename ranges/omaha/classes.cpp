@@ -2,7 +2,7 @@
 // by card, no suit gets ahead of the one before it. That finds all of them without ever looking at
 // another hand.
 
-#include "ranges/omaha_classes.h"
+#include "ranges/omaha/classes.h"
 
 #include <algorithm>
 #include <bit>

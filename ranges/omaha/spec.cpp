@@ -3,9 +3,9 @@
 #include <bit>
 
 #include "pokermath/omaha_ranges.h"
-#include "ranges/omaha_bits.h"
-#include "ranges/omaha_numbers.h"
-#include "ranges/omaha_pattern.h"
+#include "ranges/omaha/bits.h"
+#include "ranges/omaha/numbers.h"
+#include "ranges/omaha/pattern.h"
 
 namespace pokermath {
 namespace {

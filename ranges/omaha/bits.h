@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "pokermath/omaha_ranges.h"
-#include "ranges/omaha_numbers.h"
+#include "ranges/omaha/numbers.h"
 
 namespace pokermath {
 

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "pokermath/omaha_ranges.h"
-#include "ranges/omaha_shapes.h"
+#include "ranges/omaha/shapes.h"
 
 namespace pokermath {
 namespace {

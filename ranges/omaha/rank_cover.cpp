@@ -3,7 +3,7 @@
 
 #include <functional>
 
-#include "ranges/omaha_cover.h"
+#include "ranges/omaha/cover.h"
 
 namespace pokermath {
 namespace {
