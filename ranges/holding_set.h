@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <span>
 
-#include "ranges/omaha/numbers.h"
+#include "ranges/omaha/hands.h"
 
 namespace pokermath {
 
@@ -19,7 +19,7 @@ class HoldingSet {
   bool operator==(const HoldingSet&) const = default;
 
   void Add(int card1, int card2) {
-    const auto number = static_cast<std::size_t>(OmahaNumber<2>(std::array{card1, card2}));
+    const auto number = static_cast<std::size_t>(HandNumber<2>(std::array{card1, card2}));
     words_[number / 64] |= std::uint64_t{1} << number % 64;
   }
   void Unite(const HoldingSet& other) {

@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "pokermath/hand_range.h"
-#include "ranges/omaha/range_text.h"
+#include "ranges/omaha/read.h"
 #include "ranges/percent_gap.h"
 #include "ranges/two_card_piece.h"
 #include "ranges/weight_sheet.h"
@@ -181,11 +181,11 @@ Result<RangeReading> ReadOmaha(Game game, std::string_view text) {
   }
   constexpr std::int64_t kWritesOfRow = 8;  // that cost as much
   WeightSheet sheet(cards);
-  Work work(kMostTextWork);
+  Budget budget(kRowsOfText);
   std::int64_t writes = 0;
   const auto read_piece = [&](std::string_view piece, auto& hands) {
-    work.Spend((sheet.Writes() - std::exchange(writes, sheet.Writes())) / kWritesOfRow);
-    return ReadOmahaPiece<cards>(piece, work, hands);
+    budget.Spend((sheet.Writes() - std::exchange(writes, sheet.Writes())) / kWritesOfRow);
+    return ReadOmahaPiece<cards>(piece, budget, hands);
   };
   return ReadWeighted<cards, OmahaSpec<cards>>(game, text, sheet, read_piece);
 }

@@ -36,6 +36,8 @@ bool EqualsIgnoringCase(std::string_view text, std::string_view lower);
 struct PercentBand {
   double from = 0;
   double to = 0;
+
+  bool operator==(const PercentBand&) const = default;
 };
 
 /// Reads one piece from the left.

@@ -9,8 +9,7 @@
 #include <string>
 
 #include "ranges/hand_classes.h"
-#include "ranges/omaha/bits.h"
-#include "ranges/omaha/pattern.h"
+#include "ranges/omaha/term.h"
 #include "ranges/percent_ranges.h"
 #include "ranges/range_text.h"
 
@@ -124,10 +123,10 @@ class TermReader : PieceCursor {
   bool SkipAny() { return Skip('x') || Skip('*'); }
 
   // A rank or any; false if there is neither.
-  bool ReadRanks(OmahaAtom& atom) {
+  bool ReadRanks(PatternPlace& place) {
     if (SkipAny()) return true;
     const std::optional<int> rank = ReadRank();
-    if (rank) atom.ranks = static_cast<RankSet>(1U << *rank);
+    if (rank) place.ranks = static_cast<RankSet>(1U << *rank);
     return rank.has_value();
   }
 
@@ -135,7 +134,7 @@ class TermReader : PieceCursor {
   // both are ranks, as in a class: Ax, A*s.
   std::optional<Fault> ReadPattern() {
     constexpr const char* kPlace = "a rank (23456789TJQKA) or x";
-    OmahaAtom first, second;
+    PatternPlace first, second;
     if (!ReadRanks(first)) return Fault{0, kExpected};
     const std::optional<int> suit = ReadSuit();
     const bool cards = suit || IsAnySuit();
@@ -159,12 +158,13 @@ class TermReader : PieceCursor {
     return SkipAny();
   }
 
-  std::optional<Fault> AddPattern(const OmahaAtom& first, const OmahaAtom& second, Suits suits) {
+  std::optional<Fault> AddPattern(const PatternPlace& first, const PatternPlace& second,
+                                  Suits suits) {
     const std::uint64_t deck = rules_.Deck().bits();
-    const std::array<std::uint64_t, 2> atoms = {first.Cards() & deck, second.Cards() & deck};
-    if (atoms[0] == 0 || atoms[1] == 0) return Fault{0, kShortDeckRanks};
+    const std::array<std::uint64_t, 2> places = {first.Cards() & deck, second.Cards() & deck};
+    if (places[0] == 0 || places[1] == 0) return Fault{0, kShortDeckRanks};
     const auto fits = [&](int card, int other) {
-      return (atoms[0] >> card & 1) != 0 && (atoms[1] >> other & 1) != 0;
+      return (places[0] >> card & 1) != 0 && (places[1] >> other & 1) != 0;
     };
     ForEachOmahaHand<2>([&](int, const std::array<int, 2>& hand) {
       const auto [low, high] = hand;

@@ -16,7 +16,7 @@
 
 #include "pokermath/hand_range.h"
 #include "ranges/holding_set.h"
-#include "ranges/omaha/bits.h"
+#include "ranges/omaha/hands.h"
 
 namespace pokermath {
 

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "eval/rank_sets.h"
+#include "ranges/omaha/shapes.h"
 
 namespace pokermath {
 
@@ -30,22 +31,38 @@ OmahaClass OmahaClassOf(std::span<const int> hand);
 /// How many hands the class has, 1..24. They are the permutations of its suits.
 int HandsOf(const OmahaClass& hands);
 
+/// Place of the hands' split in kSuitSplits.
+template <int cards>
+std::size_t SplitOfClass(const OmahaClass& hands) {
+  SuitCounts counts = 0;
+  for (int suit = 0; suit < 4; ++suit) {
+    counts += OneOfSuit(suit) * std::popcount(hands.suits[static_cast<std::size_t>(suit)]);
+  }
+  return kSplitOfCounts<cards>[counts];
+}
+
 /// The first hand of the class as card codes, high ranks first and then spades first.
 std::vector<int> CardsOf(const OmahaClass& hands);
+
+/// A hand by the ranks of its spades, hearts, diamonds and clubs, the lowest codes first.
+template <std::size_t cards>
+std::array<int, cards> HandOfSuits(const std::array<RankSet, 4>& suits) {
+  std::array<int, cards> hand{};
+  auto next = hand.begin();
+  for (std::size_t suit = 4; suit-- > 0;) {
+    for (unsigned ranks = suits[suit]; ranks != 0; ranks &= ranks - 1) {
+      *next++ = 13 * (3 - static_cast<int>(suit)) + std::countr_zero(ranks);
+    }
+  }
+  return hand;
+}
 
 /// Calls `visit` with the card codes of every hand of a class of so many cards.
 template <std::size_t cards, typename Visit>
 void ForEachHandOf(const OmahaClass& hands, const Visit& visit) {
   std::array<RankSet, 4> suits = hands.suits;
   do {
-    std::array<int, cards> hand{};
-    auto next = hand.begin();
-    for (std::size_t suit = 4; suit-- > 0;) {
-      for (unsigned ranks = suits[suit]; ranks != 0; ranks &= ranks - 1) {
-        *next++ = 13 * (3 - static_cast<int>(suit)) + std::countr_zero(ranks);
-      }
-    }
-    visit(hand);
+    visit(HandOfSuits<cards>(suits));
   } while (std::ranges::next_permutation(suits, std::greater()).found);
 }
 

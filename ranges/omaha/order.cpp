@@ -1,15 +1,10 @@
-// Omaha hands by percentages. The built-in order is unpacked once; what is kept is how many hands
-// come no later than those of each class. A range is then a walk through the classes, whatever
-// their order.
+// Omaha hands by percentages. The built-in order is unpacked once, and with it how many hands come
+// no later than those of each class. A range is then a walk through the order.
 
 #include "ranges/omaha/order.h"
 
 #include <algorithm>
 #include <bit>
-#include <functional>
-
-#include "pokermath/omaha_ranges.h"
-#include "ranges/omaha/classes.h"
 
 namespace pokermath {
 namespace {
@@ -18,33 +13,21 @@ int BitsOfNumber(int hand_size) {
   return static_cast<int>(std::bit_width(static_cast<unsigned>(OmahaClassCount(hand_size) - 1)));
 }
 
-struct Strengths {
-  std::vector<OmahaClass> classes;  // in the order of their numbers
-  std::vector<int> within;          // hands of this class and of stronger ones
-  int strongest = 0;                // hands of the strongest class
-};
-
-Strengths UnpackStrengths(int hand_size) {
-  Strengths strengths = {OmahaClasses(hand_size), {}};
+OmahaStrengths UnpackStrengths(int hand_size) {
+  OmahaStrengths strengths = {
+      OmahaClasses(hand_size), UnpackOmahaOrder(hand_size, BuiltInOmahaOrder(hand_size)), {}};
   strengths.within.resize(strengths.classes.size());
   int hands = 0;
-  for (const std::uint32_t number : UnpackOmahaOrder(hand_size, BuiltInOmahaOrder(hand_size))) {
+  for (const std::uint32_t number : strengths.order) {
     hands += HandsOf(strengths.classes[number]);
     strengths.within[number] = hands;
   }
-  strengths.strongest = std::ranges::min(strengths.within);
-  return strengths;
-}
-
-template <int cards>
-const Strengths& StrengthsOf() {
-  static const Strengths strengths = UnpackStrengths(cards);
   return strengths;
 }
 
 template <int cards>
 double PercentileOf(std::span<const int> hand) {
-  const auto& [classes, within, strongest] = StrengthsOf<cards>();
+  const auto& [classes, order, within] = StrengthsOf<cards>();
   const auto place = std::ranges::lower_bound(classes, OmahaClassOf(hand), ComesBefore);
   return 100.0 * within[static_cast<std::size_t>(place - classes.begin())] /
          OmahaSpec<cards>::kAllHands;
@@ -87,18 +70,37 @@ std::vector<std::uint32_t> UnpackOmahaOrder(int hand_size, std::span<const std::
 }
 
 template <int cards>
-void OmahaSpec<cards>::AddPercent(double from, double to) {
-  const Strengths& strengths = StrengthsOf<cards>();
-  const auto is_within = [&strengths](int hands, double percent) {
-    if (hands == strengths.strongest) return percent > 0;
-    return 100.0 * hands / kAllHands <= percent;
+const OmahaStrengths& StrengthsOf() {
+  static const OmahaStrengths strengths = UnpackStrengths(cards);
+  return strengths;
+}
+
+template <int cards>
+void AddBand(const PercentBand& band, Splits splits, OmahaSpec<cards>& range) {
+  const OmahaStrengths& strengths = StrengthsOf<cards>();
+  const int strongest = strengths.within[strengths.order[0]];
+  const auto is_within = [strongest](int hands, double percent) {
+    if (hands == strongest) return percent > 0;
+    return 100.0 * hands / OmahaSpec<cards>::kAllHands <= percent;
   };
-  for (std::size_t i = 0; i < strengths.classes.size(); ++i) {
-    if (!is_within(strengths.within[i], to) || is_within(strengths.within[i], from)) continue;
-    ForEachHandOf<cards>(strengths.classes[i], [this](const Hand& hand) { Insert(hand); });
+  for (const std::uint32_t number : strengths.order) {
+    if (!is_within(strengths.within[number], band.to)) break;
+    if (is_within(strengths.within[number], band.from)) continue;
+    const OmahaClass& hands = strengths.classes[number];
+    if (splits != kAllSplits<cards> && (splits >> SplitOfClass<cards>(hands) & 1) == 0) continue;
+    ForEachHandOf<cards>(hands, [&range](const auto& hand) { range.Insert(hand); });
   }
 }
 
+template <int cards>
+void OmahaSpec<cards>::AddPercent(double from, double to) {
+  AddBand({from, to}, kAllSplits<cards>, *this);
+}
+
+template const OmahaStrengths& StrengthsOf<4>();
+template const OmahaStrengths& StrengthsOf<5>();
+template void AddBand(const PercentBand&, Splits, OmahaSpec<4>&);
+template void AddBand(const PercentBand&, Splits, OmahaSpec<5>&);
 template void OmahaSpec<4>::AddPercent(double, double);
 template void OmahaSpec<5>::AddPercent(double, double);
 

@@ -8,6 +8,11 @@
 #include <span>
 #include <vector>
 
+#include "pokermath/omaha_ranges.h"
+#include "ranges/omaha/classes.h"
+#include "ranges/omaha/shapes.h"
+#include "ranges/text_pieces.h"
+
 namespace pokermath {
 
 /// Numbers of classes, the strongest first, one behind the other in as many bits as the largest one
@@ -22,6 +27,19 @@ std::vector<std::uint32_t> UnpackOmahaOrder(int hand_size, std::span<const std::
 
 /// The packed order that is part of the library.
 std::span<const std::uint8_t> BuiltInOmahaOrder(int hand_size);
+
+struct OmahaStrengths {
+  std::vector<OmahaClass> classes;   // in the order of their numbers
+  std::vector<std::uint32_t> order;  // their numbers, the strongest first
+  std::vector<int> within;           // by number: hands of this class and of stronger ones
+};
+/// From the built-in order, at the first use.
+template <int cards>
+const OmahaStrengths& StrengthsOf();
+
+/// As AddPercent, of hands of some splits.
+template <int cards>
+void AddBand(const PercentBand& band, Splits splits, OmahaSpec<cards>& range);
 
 }  // namespace pokermath
 

@@ -1,17 +1,18 @@
 // How the suits of an Omaha hand fall, and what range text calls that.
 //
 // A split is the way the cards are spread over suits: 2-2, 2-1-1. A shape is what players ask for:
-// one split, or two where five cards can have a shape in two ways (3-2 is double-suited and has
-// three of a suit).
+// one split, or two where a hand can have a shape in two ways (3-2 is double-suited and has three
+// of a suit).
 
 #ifndef POKERMATH_RANGES_OMAHA_SHAPES_H_
 #define POKERMATH_RANGES_OMAHA_SHAPES_H_
 
+#include <algorithm>
 #include <array>
+#include <cstdint>
+#include <functional>
 #include <span>
 #include <string_view>
-
-#include "pokermath/omaha_ranges.h"
 
 namespace pokermath {
 
@@ -19,7 +20,7 @@ namespace pokermath {
 using Splits = unsigned;
 
 struct SuitSplit {
-  int squares;             // the sum of the squares of the counts tells splits apart
+  int cards;               // of each suit as digits, the most first: 22, 211
   std::string_view words;  // as the end of a hand's name
 };
 
@@ -32,20 +33,20 @@ template <int cards>
 inline constexpr auto kSuitSplits = std::array<SuitSplit, 0>{};
 template <>
 inline constexpr auto kSuitSplits<4> = std::to_array<SuitSplit>({
-    {4, "rainbow"},           // 1-1-1-1
-    {6, "single-suited"},     // 2-1-1
-    {8, "double-suited"},     // 2-2
-    {10, "three of a suit"},  // 3-1
-    {16, "four of a suit"},   // 4
+    {1111, "rainbow"},
+    {211, "single-suited"},
+    {22, "double-suited"},
+    {31, "three of a suit"},
+    {4, "four of a suit"},
 });
 template <>
 inline constexpr auto kSuitSplits<5> = std::to_array<SuitSplit>({
-    {7, "single-suited"},                        // 2-1-1-1
-    {9, "double-suited"},                        // 2-2-1
-    {11, "three of a suit"},                     // 3-1-1
-    {13, "double-suited with three of a suit"},  // 3-2
-    {17, "four of a suit"},                      // 4-1
-    {25, "five of a suit"},                      // 5
+    {2111, "single-suited"},
+    {221, "double-suited"},
+    {311, "three of a suit"},
+    {32, "double-suited with three of a suit"},
+    {41, "four of a suit"},
+    {5, "five of a suit"},
 });
 
 template <int cards>
@@ -60,30 +61,34 @@ template <>
 inline constexpr auto kSuitShapes<5> = std::to_array<SuitShape>(
     {{"ds", 0b001010}, {"ss", 0b000001}, {"3", 0b001100}, {"4", 0b010000}, {"5", 0b100000}});
 
+/// Cards of each suit, three bits a suit.
+using SuitCounts = unsigned;
+constexpr SuitCounts OneOfSuit(int suit) { return 1U << 3 * suit; }
+
+/// [SuitCounts of all the cards]: the place of the split in kSuitSplits.
+template <int cards>
+inline constexpr auto kSplitOfCounts = [] {
+  std::array<std::uint8_t, 1 << 12> split_of{};
+  for (unsigned counts = 0; counts < split_of.size(); ++counts) {
+    std::array digits = {counts & 7, counts >> 3 & 7, counts >> 6 & 7, counts >> 9};
+    if (digits[0] + digits[1] + digits[2] + digits[3] != cards) continue;
+    std::ranges::sort(digits, std::greater());
+    int split = 0;
+    for (const unsigned digit : digits) {
+      if (digit > 0) split = 10 * split + static_cast<int>(digit);
+    }
+    while (kSuitSplits<cards>[split_of[counts]].cards != split) ++split_of[counts];
+  }
+  return split_of;
+}();
+
 /// Place of a hand's split in kSuitSplits.
 template <int cards>
 std::size_t SplitOf(std::span<const int, cards> hand) {
-  std::array<int, 4> counts{};
-  for (const int card : hand) ++counts[static_cast<std::size_t>(card / 13)];
-  int squares = 0;
-  for (const int count : counts) squares += count * count;
-  std::size_t split = 0;
-  while (kSuitSplits<cards>[split].squares != squares) ++split;
-  return split;
+  SuitCounts counts = 0;
+  for (const int card : hand) counts += OneOfSuit(card / 13);
+  return kSplitOfCounts<cards>[counts];
 }
-
-/// All hands of a split. Built at first use, 5 sets of 34 KB and 6 of 325 KB.
-template <int cards>
-const OmahaSpec<cards>& HandsOfSplit(std::size_t split);
-
-/// All hands of some splits.
-template <int cards>
-OmahaSpec<cards> HandsOfSplits(Splits splits);
-
-extern template const OmahaSpec<4>& HandsOfSplit<4>(std::size_t);
-extern template const OmahaSpec<5>& HandsOfSplit<5>(std::size_t);
-extern template OmahaSpec<4> HandsOfSplits<4>(Splits);
-extern template OmahaSpec<5> HandsOfSplits<5>(Splits);
 
 }  // namespace pokermath
 

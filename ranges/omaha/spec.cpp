@@ -3,9 +3,7 @@
 #include <bit>
 
 #include "pokermath/omaha_ranges.h"
-#include "ranges/omaha/bits.h"
-#include "ranges/omaha/numbers.h"
-#include "ranges/omaha/pattern.h"
+#include "ranges/omaha/term.h"
 
 namespace pokermath {
 namespace {
@@ -40,19 +38,19 @@ bool OmahaSpec<cards>::Empty() const {
 
 template <int cards>
 bool OmahaSpec<cards>::Contains(std::span<const int, cards> hand) const {
-  const int number = OmahaNumber(hand);
+  const int number = HandNumber(hand);
   return (bits_[static_cast<std::size_t>(number) / kBits] & BitOf(number)) != 0;
 }
 
 template <int cards>
 void OmahaSpec<cards>::Insert(std::span<const int, cards> hand) {
-  const int number = OmahaNumber(hand);
+  const int number = HandNumber(hand);
   bits_[static_cast<std::size_t>(number) / kBits] |= BitOf(number);
 }
 
 template <int cards>
 void OmahaSpec<cards>::Erase(std::span<const int, cards> hand) {
-  const int number = OmahaNumber(hand);
+  const int number = HandNumber(hand);
   bits_[static_cast<std::size_t>(number) / kBits] &= ~BitOf(number);
 }
 
@@ -84,10 +82,11 @@ void OmahaSpec<cards>::Exclude(const std::vector<int>& dead, OmahaSpec& out) con
   for (const int card : dead) {
     for (std::uint64_t& cards_left : live) cards_left &= ~(std::uint64_t{1} << card);
   }
-  WalkPattern<cards, false>(live, [&](int number, std::uint64_t row) {
-    OmahaBits::AddRow(out.bits_, number, OmahaBits::Common(bits_, number, row));
+  const auto add = [&](int number, std::uint64_t row) {
+    OmahaBits::AddRow(out, number, OmahaBits::Common(*this, number, row));
     return true;
-  });
+  };
+  PatternWalk<cards, decltype(add)>(live, kAllSplits<cards>, add).Run();
 }
 
 template <int cards>
@@ -97,7 +96,7 @@ std::vector<typename OmahaSpec<cards>::Hand> OmahaSpec<cards>::Hands() const {
   for (std::size_t i = 0; i < bits_.size(); ++i) {
     for (std::uint64_t word = bits_[i]; word != 0; word &= word - 1) {
       const auto number = static_cast<int>(i * kBits) + std::countr_zero(word);
-      hands.push_back(OmahaHandOf<static_cast<std::size_t>(cards)>(number));
+      hands.push_back(HandOfNumber<static_cast<std::size_t>(cards)>(number));
     }
   }
   return hands;
