@@ -63,7 +63,7 @@ TEST(ThreeRangesSweep, EqualsEveryTripleOfHands) {
   std::mt19937 random(5);
   const auto below = [&](std::size_t limit) { return random() % limit; };
   std::int64_t narrow = 0, wide = 0, shared = 0;
-  for (int i = 0; i < 200; ++i) {
+  for (int i = 0; i < 120; ++i) {
     SCOPED_TRACE(i);
     const GameRules& rules = kGames[below(3)];
     const CardSet all = rules.Deck();
@@ -81,7 +81,7 @@ TEST(ThreeRangesSweep, EqualsEveryTripleOfHands) {
       // One card of them is on the board.
       for (std::size_t a = board_size - 1; a < board_size + cards; ++a) {
         for (std::size_t b = board_size - 1; b < a; ++b) {
-          if (below(cards) > 5) continue;
+          if (below(cards) > 4) continue;
           const auto [low, high] = std::minmax(deck[a], deck[b]);
           of.push_back({low, high, static_cast<std::int32_t>(1 + below(most))});
         }
