@@ -90,7 +90,9 @@ std::uint32_t KeyOf(const RankBoards& boards, const BoardBlock& block, int place
   const auto add = [&key](int rank, int times) {
     key += static_cast<std::uint32_t>(times) * DeckValues<deck>::KeyOf(rank);
   };
-  for (std::size_t i = 0; i < 2; ++i) add(block.head[i], block.times[i]);
+  for (std::size_t i = 0; i < static_cast<std::size_t>(block.head_ranks); ++i) {
+    add(block.head[i], block.times[i]);
+  }
   const int tail =
       boards.tails[static_cast<std::size_t>(block.tail)][static_cast<std::size_t>(place)];
   for (int rank = 0; rank < 13; ++rank) {
