@@ -54,6 +54,7 @@ class AnswerReader {
     EquityAnswer answer;
     answer.method = sampled_ ? Method::kSampled : Method::kExact;
     answer.cases = Cases();
+    answer.players.reserve(question_.players().size());
     for (std::size_t i = 0; i < question_.players().size(); ++i) {
       answer.players.push_back(PlayerOf(i));
     }

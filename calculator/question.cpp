@@ -30,7 +30,11 @@ std::string NamesOf(CardSet cards) {
 // A player as errors name him.
 struct Seat {
   int player;  // -1 for a folded one
-  std::string name;
+  std::size_t number;
+
+  std::string Name() const {
+    return (player < 0 ? "folded player " : "player ") + std::to_string(number);
+  }
 };
 
 class Gate {
@@ -38,10 +42,10 @@ class Gate {
   explicit Gate(const EquityQuestion& question)
       : question_(question), rules_(RulesOf(question.game)) {
     for (std::size_t i = 0; i < question.players.size(); ++i) {
-      Add(question.players[i], {static_cast<int>(i), "player " + std::to_string(i + 1)});
+      Add(question.players[i], {static_cast<int>(i), i + 1});
     }
     for (std::size_t i = 0; i < question.folded.size(); ++i) {
-      Add(question.folded[i], {-1, "folded player " + std::to_string(i + 1)});
+      Add(question.folded[i], {-1, i + 1});
     }
   }
 
@@ -66,12 +70,12 @@ class Gate {
                          !(rules_.Deck() - range.EveryOf() - known).empty();
     ranges_.push_back(
         is_list ? HandRange(question_.game, {range.hands().begin(), range.hands().end()}) : range);
-    seats_.push_back(std::move(seat));
+    seats_.push_back(seat);
   }
 
   static Error Wrong(ErrorCode code, std::string text) { return {code, std::move(text)}; }
   Error Wrong(ErrorCode code, std::size_t seat, const std::string& text, int card = -1) const {
-    return {code, seats_[seat].name + ": " + text, seats_[seat].player, card};
+    return {code, seats_[seat].Name() + ": " + text, seats_[seat].player, card};
   }
 
   Found CheckNumbers() {
@@ -211,11 +215,11 @@ class Gate {
     return Wrong(ErrorCode::kBlocked, seat,
                  "no combination of the range is left beside " +
                      (holder == nullptr ? "the board and the dead cards"
-                                        : NamesOf(cards) + " of " + holder->name));
+                                        : NamesOf(cards) + " of " + holder->Name()));
   }
 
   std::string PlaceOf(int card, const Seat* holder) const {
-    if (holder != nullptr) return "in the hand of " + holder->name + " already";
+    if (holder != nullptr) return "in the hand of " + holder->Name() + " already";
     return question_.board.Contains(card) ? "on the board already" : "a dead card";
   }
 

@@ -95,9 +95,9 @@ std::size_t NextBoards::NumberOf(CardSet next) const {
 SumsLayout::SumsLayout(const CheckedQuestion& question) : players_(question.players().size()) {
   const Detail& detail = question.asked().detail;
   size_ = Player(players_);
-  for (const Side& side : question.players()) {
-    hands_.push_back(size_);
-    if (detail.hands) size_ += side.range.size() * kCell;
+  for (std::size_t i = 0; i < players_; ++i) {
+    hands_[i] = size_;
+    if (detail.hands) size_ += question.players()[i].range.size() * kCell;
   }
   made_ = size_;
   if (detail.made) size_ += players_ * kCategories * kCell;

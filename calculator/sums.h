@@ -73,7 +73,7 @@ class SumsLayout {
   std::size_t Player(std::size_t player) const { return 3 + player * kPlayer; }
 
   std::size_t players_;
-  std::vector<std::size_t> hands_;
+  std::array<std::size_t, kMostPlayers> hands_{};
   std::size_t made_ = 0;
   std::size_t next_ = 0;
   std::size_t size_ = 0;

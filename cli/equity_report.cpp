@@ -215,23 +215,36 @@ std::string Footer(const AskedEquity& asked, const EquityRun& run) {
                      : "Equity is the share of the pot: a pot shared by k players counts 1/k.\n");
 }
 
-// A name and the value of each player.
+// Adds a name and the value of each player.
 template <typename Get>
-std::string Values(std::string_view name, const EquityRun& run, const Get& get) {
-  std::string text = fmt::format(" {}", name);
-  for (const PlayerAnswer& player : run.answer.players) text += " " + get(player);
-  return text;
+void AddValues(std::string_view name, const EquityRun& run, const Get& get, std::string& line) {
+  line += ' ';
+  line += name;
+  for (const PlayerAnswer& player : run.answer.players) {
+    line += ' ';
+    line += get(player);
+  }
 }
 
 std::string PlainCount(const CaseCount& count) {
+  if (count.IsWhole() && count.Value() <= 9e18) {
+    return std::to_string(static_cast<std::int64_t>(count.units));
+  }
   std::string text = CountText(count);
   std::erase(text, ',');
   return text;
 }
 
+// An object with room for some keys: what grows is moved.
+Json ObjectOf(std::size_t keys) {
+  Json json = Json::object();
+  json.get_ref<Json::object_t&>().reserve(keys);
+  return json;
+}
+
 Json PlayerJson(const AskedEquity& asked, const EquityRun& run, std::size_t i) {
   const PlayerAnswer& player = run.answer.players[i];
-  Json json;
+  Json json = ObjectOf(8);
   json["range"] = asked.players[i];
   json["hands"] = player.hands_left;
   json["equity"] = player.total.equity;
@@ -287,34 +300,44 @@ std::string EquityPage(const AskedEquity& asked, const EquityRun& run, const Col
 
 std::string EquityLine(const AskedEquity& asked, const EquityRun& run) {
   const EquityQuestion& question = asked.question;
-  std::string line = fmt::format("{}", fmt::join(asked.players, " "));
+  std::string line;
+  for (const std::string& player : asked.players) {
+    if (!line.empty()) line += ' ';
+    line += player;
+  }
   for (const std::string& folded : asked.folded) line += " --folded " + folded;
   if (question.game != Game::kHoldem) line += fmt::format(" --game {}", NameOf(question.game));
   if (!asked.board.empty()) line += " --board " + CardsText(asked.board);
   if (!asked.dead.empty()) line += " --dead " + CardsText(asked.dead);
   if (question.street != Street::kRiver)
     line += fmt::format(" --to {}", StreetName(question.street));
-  line += Values("equity", run,
-                 [](const PlayerAnswer& p) { return fmt::format("{:.6f}", p.total.equity); });
-  line += Values("wins", run, [](const PlayerAnswer& p) { return PlainCount(p.total.wins); });
-  line += Values("ties", run, [](const PlayerAnswer& p) { return PlainCount(p.total.ties); });
+  const auto share = [](double equity) { return fmt::format("{:.6f}", equity); };
+  AddValues(
+      "equity", run, [&](const PlayerAnswer& p) { return share(p.total.equity); }, line);
+  AddValues(
+      "wins", run, [](const PlayerAnswer& p) { return PlainCount(p.total.wins); }, line);
+  AddValues(
+      "ties", run, [](const PlayerAnswer& p) { return PlainCount(p.total.ties); }, line);
   const std::string cases = PlainCount(run.answer.cases);
   line += fmt::format(" of {} {}{} {}", cases, IsSampled(run) ? "trial" : "case",
                       cases == "1" ? "" : "s", IsSampled(run) ? "sampled" : "exact");
   if (IsSampled(run)) {
-    line += Values("standard_error", run, [](const PlayerAnswer& p) {
-      return p.standard_error ? fmt::format("{:.6f}", *p.standard_error) : "none";
-    });
+    const auto error = [&](const PlayerAnswer& p) {
+      return p.standard_error ? share(*p.standard_error) : "none";
+    };
+    AddValues("standard_error", run, error, line);
   }
   if (IsHighLow(question.game)) {
-    line += Values("low", run, [](const PlayerAnswer& p) { return fmt::format("{:.6f}", p.low); });
+    AddValues(
+        "low", run, [&](const PlayerAnswer& p) { return share(p.low); }, line);
   }
-  return line + "\n";
+  line += '\n';
+  return line;
 }
 
 Json EquityJson(const AskedEquity& asked, const EquityRun& run, const Json& id) {
   const EquityQuestion& question = asked.question;
-  Json json;
+  Json json = ObjectOf(16);
   json["schema"] = kEquitySchema;
   if (!id.is_null()) json["id"] = id;
   json["game"] = NameOf(question.game);
@@ -327,6 +350,7 @@ Json EquityJson(const AskedEquity& asked, const EquityRun& run, const Json& id) 
   json[IsSampled(run) ? "trials" : "cases"] = CountJson(run.answer.cases);
   if (run.interrupted) json["interrupted"] = true;
   Json& players = json["players"] = Json::array();
+  players.get_ref<Json::array_t&>().reserve(asked.players.size());
   for (std::size_t i = 0; i < asked.players.size(); ++i) {
     players.push_back(PlayerJson(asked, run, i));
   }
