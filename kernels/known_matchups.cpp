@@ -1,4 +1,4 @@
-// Up to the names of suits there are 49,608 matchups, of which the library holds wins and ties. A
+// Up to the names of suits there are 47,086 matchups, of which the library holds wins and ties. A
 // class against a class has up to seven of them, by how their suits lie to each other.
 
 #include "kernels/known_matchups.h"

@@ -274,9 +274,13 @@ POKERMATH_KERNEL void CountShape(const ClassedRange& range1, const ClassedRange&
 template <typename Register>
 POKERMATH_KERNEL void CountSide(const ClassedRange& range1, const ClassedRange& range2,
                                 Results& results) {
-  constexpr std::size_t kRow = 13 * 4 + 78 * 3 + 78 * 7;
+  // Offsuit hands have the most patterns and suitings.
+  std::size_t row = 0;
+  for (const Shape theirs : {kPair, kSuited, kOffsuit}) {
+    row += range2.MixedOf(theirs).count * kSuitPatterns[kOffsuit][theirs].count;
+  }
   const auto weights =
-      std::make_unique_for_overwrite<double[]>(kRow * PaddedSuitings<Register>(kOffsuit));
+      std::make_unique_for_overwrite<double[]>(row * PaddedSuitings<Register>(kOffsuit));
   CountShape<Register, kPair>(range1, range2, weights.get(), results);
   CountShape<Register, kSuited>(range1, range2, weights.get(), results);
   CountShape<Register, kOffsuit>(range1, range2, weights.get(), results);
