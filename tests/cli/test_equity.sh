@@ -125,7 +125,7 @@ has "$asked" "$out" "
 5,000 random deals with seed 1, sampled (counting would take longer than a second), "
 # Trials that are all alike have the standard error of one more that is not.
 sampled 2c3d 4c5d 6c7d --board AhKhQhJhTh --trials 1000 --sampled
-has "$asked" "$out" '"wins":0,"ties":1000,"shared":[0,0,1000],"standard_error":0.000999
+has "$asked" "$out" '"wins":0,"ties":1000,"shared":[0,0,1000],"standard_error":0.000999'
 
 # The time ends what has no end; trials end what has time.
 sampled AhKd random random --time-ms 60
