@@ -17,20 +17,19 @@
 namespace pokermath {
 namespace {
 
+std::int64_t BoardsOf(const CheckedQuestion& question) {
+  return ChoicesOf((question.live() - question.certain()).size(), question.to_come());
+}
+
 template <typename Values>
 class HandsWork final : public Work {
  public:
   explicit HandsWork(const QuestionPointer& question)
       : question_(question),
         settler_(*question),
-        values_(question->rules()),
-        board_(DealtOf(question->board())) {
+        board_(DealtOf(question->board())),
+        hands_(*question, BoardsOf(*question)) {
     const CardSet live = question->live() - question->certain();
-    for (const Side& side : question->players()) {
-      hands_.push_back(DealtOf(side.range.hands()[0].cards));
-      // Tables of a hand pay from some ten thousand boards on.
-      if (question->to_come() > 3) tabled_.emplace_back(question->rules(), hands_.back());
-    }
     live_.assign(live.begin(), live.end());
     low_cards_ = std::min(question->to_come(), 3);
     low_sets_ = DealtSetsOf(live, low_cards_);
@@ -49,12 +48,12 @@ class HandsWork final : public Work {
     // Of the places below the high cards.
     const int below = high_cards_ > 0 ? high.Lowest() : static_cast<int>(live_.size());
     const auto boards = static_cast<std::size_t>(ChoicesOf(below, low_cards_));
-    SharerTimes times(hands_.size());
+    SharerTimes times(question_->players().size());
     std::array<DealtCards, DealtBlock::kMost> block;
     for (std::size_t first = 0; first < boards; first += block.size()) {
       const std::size_t count = std::min(boards - first, block.size());
       for (std::size_t i = 0; i < count; ++i) block[i] = start + low_sets_[first + i];
-      ValueHands(std::span(block).first(count), times);
+      hands_.Value(std::span(block).first(count), times);
       times.Add(count);
     }
     times.ForEach(
@@ -62,24 +61,10 @@ class HandsWork final : public Work {
   }
 
  private:
-  void ValueHands(std::span<const DealtCards> boards, SharerTimes& times) const {
-    if (tabled_.empty()) {
-      for (std::size_t i = 0; i < hands_.size(); ++i) {
-        values_.Of(
-            boards, [&hand = hands_[i]](std::size_t) { return hand; }, times.ValuesOf(i));
-      }
-    } else {
-      const typename OneHand<Values>::Boards known(boards);
-      for (std::size_t i = 0; i < hands_.size(); ++i) tabled_[i].Of(known, times.ValuesOf(i));
-    }
-  }
-
   QuestionPointer question_;
   Settler settler_;
-  Values values_;
   DealtCards board_;
-  std::vector<DealtCards> hands_;
-  std::vector<OneHand<Values>> tabled_;  // the same
+  SingleHands<Values> hands_;
   std::vector<int> live_;
   int low_cards_ = 0;
   int high_cards_ = 0;
@@ -136,10 +121,9 @@ std::unique_ptr<const Work> StartRankBoards(const QuestionPointer& question) {
 
 std::optional<double> HandsCost(const CheckedQuestion& question) {
   if (!IsOfHands(question)) return std::nullopt;
-  const int players = static_cast<int>(question.players().size());
-  const int live = question.live().size() - players * question.rules().hand_size;
+  const auto players = static_cast<double>(question.players().size());
   const double of_hand = question.rules().IsOmaha() ? 40 : question.rules().IsShortDeck() ? 15 : 2;
-  return 2000 + static_cast<double>(ChoicesOf(live, question.to_come())) * of_hand * players;
+  return 2000 + static_cast<double>(BoardsOf(question)) * of_hand * players;
 }
 
 std::unique_ptr<const Work> StartHands(const QuestionPointer& question) {

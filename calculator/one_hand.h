@@ -1,4 +1,4 @@
-// What one and the same hand makes on many boards.
+// What the hands of players who have a single one make on many boards.
 
 #ifndef POKERMATH_CALCULATOR_ONE_HAND_H_
 #define POKERMATH_CALCULATOR_ONE_HAND_H_
@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "calculator/dealt.h"
+#include "calculator/question.h"
 #include "calculator/sharers.h"
 #include "pokermath/evaluators.h"
 #include "pokermath/game.h"
@@ -68,6 +69,46 @@ class OneHand<HoldemValues<5>> {
  private:
   std::vector<std::int16_t> by_place_;
   std::array<std::uint16_t, 4> ranks_;  // of each suit
+};
+
+/// The hands of all players of a question who have a single one.
+template <typename Values>
+class SingleHands {
+ public:
+  /// @param deals  about how many boards there will be
+  SingleHands(const CheckedQuestion& question, std::int64_t deals) : values_(question.rules()) {
+    for (std::size_t i = 0; i < question.players().size(); ++i) {
+      const Side& side = question.players()[i];
+      if (side.IsOneHand()) hands_.push_back({i, DealtOf(side.range.hands()[0].cards)});
+    }
+    // To rank boards takes as long as to value one or two hands, a table as some thousand.
+    if (hands_.size() < 3 || deals < 20'000) return;
+    for (const Single& one : hands_) tabled_.emplace_back(question.rules(), one.hand);
+  }
+
+  void Value(std::span<const DealtCards> boards, SharerTimes& times) const {
+    if (tabled_.empty()) {
+      for (const Single& one : hands_) {
+        values_.Of(
+            boards, [&one](std::size_t) { return one.hand; }, times.ValuesOf(one.player));
+      }
+      return;
+    }
+    const typename OneHand<Values>::Boards known(boards);
+    for (std::size_t i = 0; i < hands_.size(); ++i) {
+      tabled_[i].Of(known, times.ValuesOf(hands_[i].player));
+    }
+  }
+
+ private:
+  struct Single {
+    std::size_t player;
+    DealtCards hand;
+  };
+
+  Values values_;
+  std::vector<Single> hands_;
+  std::vector<OneHand<Values>> tabled_;  // the same, or none
 };
 
 }  // namespace pokermath

@@ -23,8 +23,6 @@ constexpr std::int64_t kMostAttemptsAStep = 32 * kTrialsAStep;
 // Without a limit of trials; a standard error is reached long before.
 constexpr std::int64_t kMostTrials = std::int64_t{1} << 40;
 
-DealtCards OneHandOf(const Side& player) { return DealtOf(player.range.hands()[0].cards); }
-
 class SamplingWork : public Work {
  public:
   explicit SamplingWork(const QuestionPointer& question)
@@ -81,7 +79,8 @@ class DetailedSampling final : public SamplingWork {
         const CardList board(block.board[trial].cards);
         for (std::size_t i = 0; i < players.size(); ++i) {
           const bool certain = players[i].IsOneHand();
-          const CardSet hand = certain ? OneHandOf(players[i]).cards : block.hands[i][trial].cards;
+          const CardSet hand =
+              certain ? players[i].range.hands()[0].cards : block.hands[i][trial].cards;
           deal.worths[i] = WorthOf(question().rules(), CardList(hand).cards(), board.cards());
           if (!detail.hands) continue;
           const bool is_listed = players[i].IsListed() && !certain;
@@ -105,14 +104,11 @@ template <typename Values>
 class SharersSampling final : public SamplingWork {
  public:
   explicit SharersSampling(const QuestionPointer& question)
-      : SamplingWork(question), values_(question->rules()) {
+      : SamplingWork(question),
+        values_(question->rules()),
+        single_hands_(*question, steps() * kTrialsAStep) {
     for (std::size_t i = 0; i < question->players().size(); ++i) {
-      const Side& side = question->players()[i];
-      if (side.IsOneHand()) {
-        certain_.emplace_back(i, OneHand<Values>(question->rules(), OneHandOf(side)));
-      } else {
-        others_.push_back(i);
-      }
+      if (!question->players()[i].IsOneHand()) others_.push_back(i);
     }
   }
 
@@ -120,10 +116,7 @@ class SharersSampling final : public SamplingWork {
     SharerTimes times(question().players().size());
     ForEachBlock(step, sums, [&](const DealtBlock& block, std::size_t count) {
       const std::span<const DealtCards> boards = std::span(block.board).first(count);
-      if (!certain_.empty()) {
-        const typename OneHand<Values>::Boards known(boards);
-        for (const auto& [player, hand] : certain_) hand.Of(known, times.ValuesOf(player));
-      }
+      single_hands_.Value(boards, times);
       for (const std::size_t player : others_) {
         const DealtBlock::Each<DealtCards>& hands = block.hands[player];
         values_.Of(
@@ -137,7 +130,7 @@ class SharersSampling final : public SamplingWork {
 
  private:
   Values values_;
-  std::vector<std::pair<std::size_t, OneHand<Values>>> certain_;  // players of one hand
+  SingleHands<Values> single_hands_;
   std::vector<std::size_t> others_;
 };
 
