@@ -61,8 +61,9 @@ void Bag::Draw(RandomNumbers& random, std::span<std::uint32_t> places) const {
     const Column& column = columns_[drawn[i].first()];
     places[i] = number < column.limit ? drawn[i].first() : column.other;
     // The last high part has fewer low parts than the others.
-    if (number >= all_) [[unlikely]]
+    if (number >= all_) [[unlikely]] {
       Draw(random, places.subspan(i, 1));
+    }
   }
 }
 
