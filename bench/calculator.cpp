@@ -132,6 +132,7 @@ const EquityQuestion kOmahaRiver = OmahaQuestion("2c7dThJs3d");
 const EquityQuestion kOmahaFlushRiver = OmahaQuestion("2c7cTcJs3d");
 const EquityQuestion kOmahaTurn = OmahaQuestion("2c7dThJs");
 const EquityQuestion kOmahaFlop = OmahaQuestion("2c7dTh");
+const EquityQuestion kHighLowTurn = OmahaQuestion("2c7dThJs", Game::kOmahaHighLow);
 const EquityQuestion kFewOmahaRiver = FewOf(kOmahaRiver);
 
 #define POKERMATH_ANSWERED(name) \
@@ -212,6 +213,7 @@ POKERMATH_ANSWERED(OmahaRiver);
 POKERMATH_ANSWERED(OmahaFlushRiver);
 POKERMATH_ANSWERED(OmahaTurn);
 POKERMATH_ANSWERED(OmahaFlop);
+POKERMATH_ANSWERED(HighLowTurn);
 POKERMATH_ANSWERED(FewOmahaRiver);
 POKERMATH_PLAIN(FewOmahaRiver);
 
@@ -223,6 +225,8 @@ void BM_OmahaSweep(benchmark::State& state, const EquityQuestion& question) {
   for (auto _ : state) sweep.Count(question.board);
 }
 BENCHMARK_CAPTURE(BM_OmahaSweep, River, kOmahaRiver)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(BM_OmahaSweep, HighLowRiver, OmahaQuestion("2c7dThJs3d", Game::kOmahaHighLow))
+    ->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(BM_OmahaSweep, FlushRiver, kOmahaFlushRiver)->Unit(benchmark::kMicrosecond);
 
 // Trials a second.

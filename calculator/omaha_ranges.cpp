@@ -267,7 +267,7 @@ std::optional<double> OmahaRangesCost(const CheckedQuestion& question) {
       static_cast<double>(question.players()[0].range.size() + question.players()[1].range.size());
   const auto boards = static_cast<double>(ChoicesOf(question.live().size(), question.to_come()));
   const double sweeps = question.rules().high_low ? 5 : 1;
-  return 1e5 + 20 * hands + boards * sweeps * (6000 + 2 * hands);
+  return 1e5 + 80 * hands + boards * sweeps * (6000 + 2 * hands);
 }
 
 std::unique_ptr<const Work> StartOmahaRanges(const QuestionPointer& question) {

@@ -24,6 +24,14 @@ std::uint16_t BestOf(const QuadClass& quad, std::span<const std::uint16_t> of_pa
   return best;
 }
 
+template <typename Visit>
+void ForEachRankPair(const Visit& visit) {
+  std::size_t pair = 0;
+  for (int high = 0; high < 13; ++high) {
+    for (int low = 0; low <= high; ++low) visit(pair++, high, low);
+  }
+}
+
 }  // namespace
 
 void OmahaBoard::Set(CardSet board, std::span<const std::uint16_t> classes, bool with_lows) {
@@ -49,16 +57,17 @@ void OmahaBoard::Set(CardSet board, std::span<const std::uint16_t> classes, bool
 void OmahaBoard::SetValues(std::span<const std::uint16_t> classes, bool with_lows) {
   std::vector<int> cards(cards_.begin(), cards_.end());
   const OmahaPairValues values(cards);
-  for (int& card : cards) card %= 13;
-  const OmahaPairLows lows(cards);
   RankPairs value_of, low_of{};
-  for (std::size_t high = 0, i = 0; high < 13; ++high) {
-    for (std::size_t low = 0; low <= high; ++low, ++i) {
-      // Of two suits, so there is no flush.
-      const int card1 = static_cast<int>(high), card2 = 13 + static_cast<int>(low);
-      value_of[i] = static_cast<std::uint16_t>(values.Of(card1, card2));
-      if (with_lows) low_of[i] = static_cast<std::uint16_t>(lows.Of(card1, card2));
-    }
+  // Cards of two suits, so there is no flush.
+  ForEachRankPair([&](std::size_t pair, int high, int low) {
+    value_of[pair] = static_cast<std::uint16_t>(values.Of(high, 13 + low));
+  });
+  if (with_lows) {
+    for (int& card : cards) card %= 13;
+    const OmahaPairLows lows(cards);
+    ForEachRankPair([&](std::size_t pair, int high, int low) {
+      low_of[pair] = static_cast<std::uint16_t>(lows.Of(high, 13 + low));
+    });
   }
   has_lows_ = std::ranges::max(low_of) > 0;
   for (const std::uint16_t number : classes) {
