@@ -241,6 +241,7 @@ struct OmahaSweep::State {
   void Sweep(const Sweeping& sweeping, const Field& field);
   void SweepClasses(const Sweeping& sweeping, Level classes);
   void SweepFlushes(const Sweeping& sweeping, std::span<const FlushHand> flushes);
+  void SweepGroup(const Sweeping& sweeping, std::span<const FlushHand> group);
   void SweepFlush(const Sweeping& sweeping, const FlushHand& flush, Weight below);
   void InsertGroup(std::size_t side, const SuitedPairPlaces& places);
   void SweepLows(Field field);
@@ -458,11 +459,20 @@ void OmahaSweep::State::InsertGroup(std::size_t side, const SuitedPairPlaces& pl
   added.all = 0;
 }
 
-void OmahaSweep::State::SweepFlushes(const Sweeping& sweeping, std::span<const FlushHand> flushes) {
-  std::array<WithoutPair, 2> without;
-  while (!flushes.empty()) {
-    const std::uint16_t pair = flushes[0].pair;
-    const SuitedPairPlaces& places = PlacesOf(sweeping.flush_suit, pair);
+// What is inserted without the two cards of a group is not changed by its own hands.
+void OmahaSweep::State::SweepGroup(const Sweeping& sweeping, std::span<const FlushHand> group) {
+  // From so many hands on it is best worked out once for every third card.
+  constexpr std::size_t kManyHands = 30;
+  const SuitedPairPlaces& places = PlacesOf(sweeping.flush_suit, group[0].pair);
+  if (group.size() < kManyHands) {
+    for (const FlushHand& flush : group) {
+      const Inserted& other = *sweeping.inserted[1 - flush.side];
+      SweepFlush(sweeping, flush,
+                 AllWithout(other, places) - SingleWithout(other, places, flush.hand->card1) -
+                     SingleWithout(other, places, flush.hand->card2));
+    }
+  } else {
+    std::array<WithoutPair, 2> without;
     for (const std::size_t side : {0u, 1u}) {
       const Inserted& in = *sweeping.inserted[side];
       without[side].all = AllWithout(in, places);
@@ -470,14 +480,20 @@ void OmahaSweep::State::SweepFlushes(const Sweeping& sweeping, std::span<const F
         without[side].singles[card] = SingleWithout(in, places, card);
       }
     }
-    std::size_t size = 0;
-    for (; size < flushes.size() && flushes[size].pair == pair; ++size) {
-      const FlushHand& flush = flushes[size];
+    for (const FlushHand& flush : group) {
       const WithoutPair& other = without[1 - flush.side];
       SweepFlush(sweeping, flush,
                  other.all - other.singles[flush.hand->card1] - other.singles[flush.hand->card2]);
     }
-    for (const std::size_t side : {0u, 1u}) InsertGroup(side, places);
+  }
+  for (const std::size_t side : {0u, 1u}) InsertGroup(side, places);
+}
+
+void OmahaSweep::State::SweepFlushes(const Sweeping& sweeping, std::span<const FlushHand> flushes) {
+  while (!flushes.empty()) {
+    std::size_t size = 1;
+    while (size < flushes.size() && flushes[size].pair == flushes[0].pair) ++size;
+    SweepGroup(sweeping, flushes.first(size));
     flushes = flushes.subspan(size);
   }
 }
@@ -487,14 +503,7 @@ void OmahaSweep::State::Sweep(const Sweeping& sweeping, const Field& field) {
   SweepFlushes(sweeping, field.flushes);
   SweepClasses(sweeping, field.full_classes);
   // Each as a group of its own: those with the same one share cards.
-  for (const FlushHand& flush : field.straight_flushes) {
-    const SuitedPairPlaces& places = PlacesOf(sweeping.flush_suit, flush.pair);
-    const Inserted& other = *sweeping.inserted[1 - flush.side];
-    SweepFlush(sweeping, flush,
-               AllWithout(other, places) - SingleWithout(other, places, flush.hand->card1) -
-                   SingleWithout(other, places, flush.hand->card2));
-    InsertGroup(flush.side, places);
-  }
+  for (const FlushHand& flush : field.straight_flushes) SweepGroup(sweeping, {&flush, 1});
   Clear(field);
 }
 
