@@ -129,6 +129,37 @@ struct LaneSums {
     return sums;
   }
 
+  /// In memory: four places each, and four that are left as they are.
+  POKERMATH_KERNEL void Store(SuitLanes& to) const {
+    std::memcpy(to.at, &high, sizeof(Four));
+    std::memcpy(to.at + 4, &low, sizeof(Four));
+    std::memcpy(to.at + 8, &total, sizeof(Four));
+  }
+  POKERMATH_KERNEL static LaneSums Load(const SuitLanes& from) {
+    const Lanes<kHighs> all = Lanes<kHighs>::Of(from);
+    LaneSums sums;
+    if constexpr (kHighs == 4) {
+      const Register& line = all.parts[0];
+      sums.high =
+          __builtin_shufflevector(line, line, 0, 1, 2, 3, 0, 1, 2, 3, 0, 1, 2, 3, 0, 1, 2, 3);
+      sums.low =
+          __builtin_shufflevector(line, line, 4, 5, 6, 7, 4, 5, 6, 7, 4, 5, 6, 7, 4, 5, 6, 7);
+      sums.total = __builtin_shufflevector(line, line, 8, 9, 10, 11, 8, 9, 10, 11, 8, 9, 10, 11, 8,
+                                           9, 10, 11);
+    } else if constexpr (kHighs == 2) {
+      const Register& first = all.parts[0];
+      const Register& second = all.parts[1];
+      sums.high = __builtin_shufflevector(first, first, 0, 1, 2, 3, 0, 1, 2, 3);
+      sums.low = __builtin_shufflevector(first, first, 4, 5, 6, 7, 4, 5, 6, 7);
+      sums.total = __builtin_shufflevector(second, second, 0, 1, 2, 3, 0, 1, 2, 3);
+    } else {
+      sums.high = all.parts[0];
+      sums.low = all.parts[1];
+      sums.total = all.parts[2];
+    }
+    return sums;
+  }
+
  private:
   // Each place becomes the sum of its four.
   POKERMATH_KERNEL static void AddInFours(Register& of) {

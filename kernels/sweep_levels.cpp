@@ -180,23 +180,16 @@ class Levels {
       total.Add(sums.total, factors);
     }
   };
-  POKERMATH_KERNEL static Sums SumsIn(const SuitsView::Sums& view, int side) {
-    Sums sums;
-    std::memcpy(&sums.high, &view.high[side], sizeof sums.high);
-    std::memcpy(&sums.low, &view.low[side], sizeof sums.low);
-    std::memcpy(&sums.total, &view.total[side], sizeof sums.total);
-    return sums;
-  }
   POKERMATH_KERNEL ByTerm WeightsOf(const SuitsView::Sums& view, int side) const {
     ByTerm weights;
-    weights.Add(SumsIn(view, side), of_all_);
+    weights.Add(Sums::Load(view.of[side]), of_all_);
     return weights;
   }
   POKERMATH_KERNEL ByTerm WeightsOf(const SuitsView::Sums& view, int side, const SuitLanes& of,
                                     const Touched& touched) const {
     ByTerm weights;
     const L alive = L::Of(of) & touched.alive;
-    weights.Add(touched.dead ? Sums::Of(alive) : SumsIn(view, side), of_all_);
+    weights.Add(touched.dead ? Sums::Of(alive) : Sums::Load(view.of[side]), of_all_);
     if constexpr (kTerms > 1) {
       if (touched.first) weights.Add(Sums::Of(alive * touched.k1), of_first_);
     }
@@ -240,7 +233,7 @@ class Levels {
         (Query<0>(WithoutHigh(below, of), below.cards[of.low]) & mask).AddTo(hands.wins[side]);
       }
       for (int side = 0; side < 2; ++side) PutIn(below_[side], of, WeightsOf(sums, side));
-      sums.alone += boards_;
+      sums.alone() += boards_;
       return;
     }
     const Touched touched = Touch(of, mask);
@@ -329,13 +322,10 @@ POKERMATH_KERNEL void Use(const SweepTables& tables, SuitsView& view) {
   for (std::size_t i = 0; i < view.classes.size(); ++i) {
     SuitsView::Sums& to = view.classes[i];
     for (int side = 0; side < 2; ++side) {
-      const auto sums =
-          LaneSums<kHighs>::Of(L::Of(tables.hands[i].weights[side]) & L::Of(*view.mask));
-      std::memcpy(&to.high[side], &sums.high, sizeof sums.high);
-      std::memcpy(&to.low[side], &sums.low, sizeof sums.low);
-      std::memcpy(&to.total[side], &sums.total, sizeof sums.total);
+      LaneSums<kHighs>::Of(L::Of(tables.hands[i].weights[side]) & L::Of(*view.mask))
+          .Store(to.of[side]);
     }
-    to.alone = 0;
+    to.alone() = 0;
   }
 }
 
@@ -344,20 +334,19 @@ POKERMATH_KERNEL void Settle(const SweepTables& tables, SuitsView& view) {
   using L = Lanes<kHighs>;
   for (std::size_t i = 0; i < view.classes.size(); ++i) {
     SuitsView::Sums& sums = view.classes[i];
-    if (sums.alone == 0) continue;
+    if (sums.alone() == 0) continue;
     SweptHands& hands = tables.hands[i];
     const bool pair = tables.classes[i].high == tables.classes[i].low;
     for (int side = 0; side < 2; ++side) {
-      TermLine<kHighs, 1> high, low, total;
-      std::memcpy(&high, &sums.high[1 - side], sizeof high);
-      std::memcpy(&low, &sums.low[1 - side], sizeof low);
-      std::memcpy(&total, &sums.total[1 - side], sizeof total);
+      const auto other = LaneSums<kHighs>::Load(sums.of[1 - side]);
+      TermLine<kHighs, 1> high{other.high}, low{other.low};
+      const TermLine<kHighs, 1> total{other.total};
       if (pair) high.AddAndCopyTo(low);
       const L ties = (total - high).template ByHigh<0>() - low.template ByLow<0>() +
                      L::Of(hands.weights[1 - side]);
-      ((ties & L::Of(*view.mask)) * L::All(sums.alone)).AddTo(hands.ties[side]);
+      ((ties & L::Of(*view.mask)) * L::All(sums.alone())).AddTo(hands.ties[side]);
     }
-    sums.alone = 0;
+    sums.alone() = 0;
   }
 }
 

@@ -33,11 +33,11 @@ struct SweptHands {
 /// Some pairs of suits of all classes.
 struct SuitsView {
   struct Sums {
-    // Of the weights in each range, as a kernel has its sums by suit.
-    SuitLanes high[2], low[2], total[2];
-    std::uint32_t alone;  ///< boards on which these hands tied with no others, not yet in ties
+    SuitLanes of[2];  ///< LaneSums of the weights in each range; and in the first one's last place:
 
-    bool IsEmpty() const { return (total[0].at[0] | total[1].at[0]) == 0; }
+    /// Boards on which these hands tied with no others, not yet in ties.
+    std::uint32_t& alone() { return of[0].at[15]; }
+    bool IsEmpty() const { return (of[0].at[8] | of[1].at[8]) == 0; }
   };
   const SuitLanes* mask = nullptr;  ///< all bits of a lane, or none
   LargeTable<Sums> classes;         ///< empty until it is used
