@@ -110,7 +110,7 @@ TEST(BoardSweep, GivesEveryHandWhatPlainLoopsGive) {
   for (const Game game : {Game::kHoldem, Game::kShortDeck, Game::kShortDeckStraights}) {
     const GameRules& rules = RulesOf(game);
     Deals deals(game, 7);
-    for (std::size_t i = 0; i < 60; ++i) {
+    for (std::size_t i = 0; i < 30; ++i) {
       SCOPED_TRACE(std::string(rules.name) + " " + std::to_string(i));
       // A board of which some cards are to come, one of them perhaps for certain; and dead cards.
       CardSet board = deals.Board(3 + static_cast<int>(i % 3));
