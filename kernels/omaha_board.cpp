@@ -116,11 +116,11 @@ void OmahaBoard::Sort(std::span<const std::uint16_t> classes) {
 
 void OmahaBoard::SetLanes(ClassOnBoard& of) const {
   const std::array<std::uint8_t, 4>& ranks = of.quad->ranks;
-  of.blocks =
+  of.live_blocks = of.blocks =
       static_cast<std::uint16_t>(RowsOf(free_suits_[ranks[0]]) & ColumnsOf(free_suits_[ranks[1]]));
-  of.live =
+  of.live_lanes =
       static_cast<std::uint16_t>(RowsOf(free_suits_[ranks[2]]) & ColumnsOf(free_suits_[ranks[3]]));
-  of.lanes.fill(of.live);
+  of.lanes.fill(of.live_lanes);
   if (flush_suit_ == kNoSuit) return;
   const unsigned row = RowsOf(1u << flush_suit_), column = ColumnsOf(1u << flush_suit_);
   const auto take = [&](std::initializer_list<std::size_t> places, unsigned taken) {
@@ -132,7 +132,7 @@ void OmahaBoard::SetLanes(ClassOnBoard& of) const {
     // Hands with two cards of the suit.
     take({0}, row & column);
     take({1, 2}, row | column);
-    take({3}, 0xFFFF);
+    of.blocks = static_cast<std::uint16_t>(of.blocks & ~(row & column));
     return;
   }
   for (const RankSet missing : straight_flushes_.missing()) {

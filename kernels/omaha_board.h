@@ -21,12 +21,12 @@ struct ClassOnBoard {
   std::uint16_t number;
   std::uint16_t value;  ///< without a flush
   std::uint16_t low;    ///< 0 for none
-  /// Blocks that the board leaves.
-  std::uint16_t blocks;
-  /// Lanes that it leaves.
-  std::uint16_t live;
-  /// Those of them that have the value, not a better flush. They depend on which of the first two
+  /// Blocks and lanes that the board leaves.
+  std::uint16_t live_blocks;
+  std::uint16_t live_lanes;
+  /// Those of them that have the value, not a better flush. Lanes depend on which of the first two
   /// cards are of the flush suit: the first one is worth 2, the second one 1.
+  std::uint16_t blocks;
   std::array<std::uint16_t, 4> lanes;
 };
 

@@ -513,7 +513,8 @@ void OmahaSweep::State::SweepLows(Field field) {
   classes.insert(classes.end(), field.full_classes.begin(), field.full_classes.end());
   for (ClassOnBoard& of : classes) {
     of.value = of.low;
-    of.lanes.fill(of.live);
+    of.blocks = of.live_blocks;
+    of.lanes.fill(of.live_lanes);
   }
   std::ranges::stable_sort(classes, {}, &ClassOnBoard::low);
   Sweeping sweeping = SweepingInto(OmahaContest::kLow);
@@ -571,7 +572,7 @@ void OmahaSweep::State::CountAll() {
   for (const std::uint16_t number : ranges_.classes()) {
     constexpr std::uint16_t kAll = 0xFFFF;
     field.classes.push_back(
-        {&QuadClasses()[number], number, 0, 0, kAll, kAll, {kAll, kAll, kAll, kAll}});
+        {&QuadClasses()[number], number, 0, 0, kAll, kAll, kAll, {kAll, kAll, kAll, kAll}});
   }
   Sweeping sweeping = SweepingInto(OmahaContest::kWholePot);
   sweeping.flush_suit = kNoSuit;
