@@ -26,6 +26,17 @@ std::vector<WeightedHand> HandsOf(const Side& side) {
   return of_units;
 }
 
+double CostOfBoard(const CheckedQuestion& question) {
+  const auto hands =
+      static_cast<double>(question.players()[0].range.size() + question.players()[1].range.size());
+  return (question.rules().high_low ? 5 : 1) * (6000 + 2 * hands);
+}
+
+// A step goes through all hands once more, so it is a large one.
+std::size_t BoardsAStep(const CheckedQuestion& question) {
+  return static_cast<std::size_t>(std::clamp(4 * kStepCost / CostOfBoard(question), 1.0, 96.0));
+}
+
 // What completes the board.
 struct Boards {
   std::int64_t alike = 1;  // how many boards each of them stands for
@@ -49,10 +60,11 @@ class BoardList {
       }
       if (left > 1) choice.MoveToNext();
     }
+    const std::size_t boards_a_step = BoardsAStep(question);
     for (const auto& [alike, come] : by_alike) {
-      for (std::size_t first = 0; first < come.size(); first += kBoardsAStep) {
+      for (std::size_t first = 0; first < come.size(); first += boards_a_step) {
         const auto some = std::span(come).subspan(first);
-        const auto step = some.first(std::min(some.size(), kBoardsAStep));
+        const auto step = some.first(std::min(some.size(), boards_a_step));
         steps_.push_back({alike, {step.begin(), step.end()}});
       }
     }
@@ -61,8 +73,6 @@ class BoardList {
   const std::vector<Boards>& steps() const { return steps_; }
 
  private:
-  static constexpr std::size_t kBoardsAStep = 96;
-
   std::vector<Boards> steps_;
 };
 
@@ -266,8 +276,7 @@ std::optional<double> OmahaRangesCost(const CheckedQuestion& question) {
   const auto hands =
       static_cast<double>(question.players()[0].range.size() + question.players()[1].range.size());
   const auto boards = static_cast<double>(ChoicesOf(question.live().size(), question.to_come()));
-  const double sweeps = question.rules().high_low ? 5 : 1;
-  return 1e5 + 80 * hands + boards * sweeps * (6000 + 2 * hands);
+  return 1e5 + 80 * hands + boards * CostOfBoard(question);
 }
 
 std::unique_ptr<const Work> StartOmahaRanges(const QuestionPointer& question) {

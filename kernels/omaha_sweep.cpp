@@ -25,7 +25,7 @@
 namespace pokermath {
 namespace {
 
-// Sums of every hand, in blocks; as wide as a board makes them.
+// Sums of every hand, in blocks.
 using Counts = std::vector<Lanes>;
 
 constexpr int kAllLows = 256;
@@ -227,7 +227,7 @@ struct OmahaSweep::State {
     Counts below, not_above;
     // Of the suited hands: what is to be added to both, and to the second.
     std::vector<Weight> of_flushes, of_flushes_not_above;
-    std::vector<OmahaCounts> wide;  // moved here in time; none while there was no need
+    std::vector<OmahaCounts> wide;  // where 32 bits had no more room; empty until then
   };
   OfContest& Sums(std::size_t side, OmahaContest contest) {
     return sums_[side][static_cast<std::size_t>(contest)];

@@ -43,7 +43,7 @@ std::size_t PlaceOf(const CardList<size>& cards) {
   for (const int card : cards) place = place * 4 + static_cast<std::size_t>(SuitOf(card));
   return place;
 }
-static_assert(kTriplePlaces <= 1 << 16);
+static_assert(kTriplePlaces <= 1 << 16 && kWholeWeight < 1 << 16, "what SuitedHand keeps");
 
 // Where a tensor of some falling ranks begins.
 template <typename... Ranks>
