@@ -218,6 +218,7 @@ class TermFinder {
     int most = 1;
     const Splits own = 1U << SplitOf<cards>(hand);
     const auto try_term = [&](const Term& term) {
+      if (term == best) return;
       const int gain = Gain(term);
       if (gain <= most) return;
       most = gain;
@@ -235,16 +236,17 @@ class TermFinder {
         try_term(term);
       }
     };
-    try_shape(kAllSplits<cards>);
+    if (widen) try_shape(kAllSplits<cards>);
     for (const SuitShape& shape : kSuitShapes<cards>) {
       if ((shape.splits & own) != 0) try_shape(shape.splits);
     }
-    if (widen) Shorten(best, [&](const Term& shorter) { return Gain(shorter) == most; });
+    if (!widen && most > 1) try_shape(kAllSplits<cards>);
     left_ -= most;
     if (most == 1) {
       singles_.push_back(number);
       return OmahaBits::RemoveRow(rest_, number, 1);
     }
+    Shorten(best, [&](const Term& term) { return budget_.Left() && Gain(term) == most; });
     WalkPattern(best, budget_, [&](int at, std::uint64_t row) {
       OmahaBits::RemoveRow(rest_, at, row);
       return true;
@@ -254,7 +256,7 @@ class TermFinder {
 
   bool DropSuits(Term& term) {
     for (PatternPlace& place : term.pattern) place.suit = kAnySuit;
-    return Fits(term);
+    return IsAllowed(term);
   }
 
   void Widen(Term& term, bool suits_first) {
@@ -299,7 +301,9 @@ class TermFinder {
     }
   }
 
-  bool Fits(const Term& term) {
+  bool Fits(const Term& term) { return budget_.Left() && IsAllowed(term); }
+
+  bool IsAllowed(const Term& term) {
     return WalkPattern(term, budget_, [&](int number, std::uint64_t row) {
       return OmahaBits::Common(allowed_, number, row) == row;
     });
@@ -514,7 +518,7 @@ class OmahaWriter {
     return has_bands;
   }
 
-  static constexpr std::int64_t kRowsOfTry = 2'000'000 + OmahaSpec<cards>::kAllHands;
+  static constexpr std::int64_t kRowsOfTry = 2'000'000 + 3 * OmahaSpec<cards>::kAllHands;
 
   const OmahaSpec<cards>& range_;
   OmahaSpec<cards> every_, forbidden_;
