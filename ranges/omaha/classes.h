@@ -36,7 +36,8 @@ template <int cards>
 std::size_t SplitOfClass(const OmahaClass& hands) {
   SuitCounts counts = 0;
   for (int suit = 0; suit < 4; ++suit) {
-    counts += OneOfSuit(suit) * std::popcount(hands.suits[static_cast<std::size_t>(suit)]);
+    const RankSet ranks = hands.suits[static_cast<std::size_t>(suit)];
+    counts += OneOfSuit(suit) * static_cast<SuitCounts>(std::popcount(ranks));
   }
   return kSplitOfCounts<cards>[counts];
 }

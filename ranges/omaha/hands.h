@@ -77,10 +77,6 @@ void ForEachOmahaHand(const Visit& visit) {
 class OmahaBits {
  public:
   template <int cards>
-  static std::vector<std::uint64_t>& Of(OmahaSpec<cards>& range) {
-    return range.bits_;
-  }
-  template <int cards>
   static const std::vector<std::uint64_t>& Of(const OmahaSpec<cards>& range) {
     return range.bits_;
   }

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 #include <map>
+#include <utility>
 
 #include "ranges/omaha/order.h"
 

@@ -10,9 +10,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numeric>
 #include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "ranges/omaha/order.h"
 #include "ranges/omaha/term.h"
@@ -42,7 +43,7 @@ std::vector<Step> StepsOf(const OmahaSpec<cards>& wanted, const OmahaSpec<cards>
     const int count = HandsOf(hands);
     const Splits split = 1U << SplitOfClass<cards>(hands);
     // Not always the one of most spades.
-    std::ranges::rotate(hands.suits, hands.suits.begin() + number % 4);
+    std::rotate(hands.suits.begin(), hands.suits.begin() + number % 4, hands.suits.end());
     const auto hand = HandOfSuits<cards>(hands.suits);
     const bool in = wanted.Contains(hand), out = !allowed.Contains(hand);
     if (!in && !out) continue;
@@ -411,7 +412,7 @@ class OmahaWriter {
 
   // Finds out what all hands have, and what any has.
   void Look() {
-    constexpr std::uint64_t kFour = 0x8888888888888;  // a bit above the count of each rank
+    constexpr std::uint64_t kAbove = 0x8888888888888;  // the bit above the count of each rank
     std::uint64_t common_cards = ~std::uint64_t{0};
     std::uint64_t common_ranks = 0x7777777777777;  // four bits for the count of each
     Splits splits = 0;
@@ -424,8 +425,8 @@ class OmahaWriter {
       }
       held_ |= held;
       common_cards &= held;
-      const std::uint64_t fewer = (((ranks | kFour) - common_ranks) & kFour) >> 3;  // no less
-      const std::uint64_t no_less = fewer * 7;
+      // The smaller count of each rank: all bits of those that have no less.
+      const std::uint64_t no_less = (((ranks | kAbove) - common_ranks) & kAbove) / 8 * 7;
       common_ranks = (common_ranks & no_less) | (ranks & ~no_less);
       splits |= 1U << SplitOf<cards>(hand);
     });

@@ -244,9 +244,10 @@ TEST(OmahaText, IsShort) {
         "AsKsQhJh", "AAxx:ds:ss,AsKsQhJh", "AAxx:ds!xhxxx!7cxxx", "50%!Ah[2-K]xx!Kc[2-Q]xx"}) {
     is_itself(text);
   }
-  for (const char* text : {"10%-20%,30%-40%", "5%,6%-10%", "15%:ss,25%:ds,AAxx",
-                           "10%:ds,AAxx,!Ahxxx", "15%:ss,25%:ds,!Ahxxx", "5%,20%-30%:ds,50%-60%:r",
-                           "9876:ds!9s8sxx", "AAxx!AsAhxx", "AAxx!AAAx:r"}) {
+  for (const char* text :
+       {"10%-20%,30%-40%", "5%,6%-10%", "15%:ss,25%:ds,AAxx", "10%:ds,AAxx,!Ahxxx",
+        "15%:ss,25%:ds,!Ahxxx", "5%,20%-30%:ds,50%-60%:r", "9876:ds!9s8sxx", "AAxx!AsAhxx",
+        "AAxx!AAAx:r", "AAxx!AAKK:ds", "AsKsxx,AhKhxx,AdKdxx,AcKcxx"}) {
     is_itself(text);
   }
   for (const char* text : {"random", "AAxxx:ds", "10%", "10%:ds!xxxxx:3", "AsKsxxx", "10%:ds,AAxxx",
