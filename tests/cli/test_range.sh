@@ -65,7 +65,7 @@ has "$asked" "$out" "in none of its ranges"
 # Omaha.
 run range --game omaha AAKK 'AAKx!AAKK!AAAx:r' --dead AhKc
 expect_code 0
-same "$asked" "$out" "AAKx!xxxx:r,AA[2-K]K,!Ahxxx!Kcxxx
+same "$asked" "$out" "AA[2-K]K,AAAK:ss,!Ahxxx!Kcxxx
 
 407 of 270,725 hands, 0.1503 %
 
