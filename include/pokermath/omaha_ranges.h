@@ -73,8 +73,8 @@ class POKERMATH_EXPORT OmahaSpec {
   std::vector<Hand> Hands() const;
   std::set<std::set<int>> Combinations() const;
 
-  /// Range text that ParseOmahaRange reads back to the same range; short where a pattern of ranks
-  /// and suits says it, which takes some 10 to 100 ms, and 100 to 500 ms for five cards. A set
+  /// Range text that ParseOmahaRange reads back to the same range; short where a few patterns and
+  /// percentages say it, which takes some 10 to 300 ms, and 0.1 to 2 s for five cards. A set
   /// without any order takes some seconds, and text of ten bytes a hand.
   CString MakeString() const;
 
