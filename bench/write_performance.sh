@@ -31,6 +31,18 @@ Omaha hand against 10 % of all hands, on the flop | OmahaAgainstRange<4>/isa:./b
 Omaha hand against any other, on the flop | OmahaAgainstAll/cards:4/board:3
 Omaha hand against any other, before the flop, 211 billion cases | OmahaAgainstAll/cards:4/board:0
 Omaha Hi/Lo hand against hand, before the flop | HighLowMatchup/isa:./hands:2
+15 % of all hands against 15 %, every hand of both, before the flop | Calculator/Preflop
+any hand against any other, every hand of both, before the flop | Calculator/RandomPreflop
+15 % against 15 % with weights, every hand of both, on the flop | Calculator/Flop
+15 % against 15 % with weights, every hand of both, on the turn | Calculator/Turn
+15 % against 15 %, after each of all 1,755 flops | Calculator/ByFlops
+three hands, before the flop | Calculator/ThreeHands
+three ranges of 15 % with weights, on the flop | Calculator/ThreeWeightedFlop
+three ranges of 15 %, before the flop | Calculator/ThreeRangesPreflop
+10 % against 10 % of Omaha hands with weights, every hand of both, on the flop | Calculator/OmahaFlop
+two hands, random deals | Sampled/TwoHands | deals
+six ranges of 15 %, random deals | Sampled/SixRanges | deals
+six ranges of 15 %, to a standard error of 0.05 % | SampledToError/SixRanges
 whether an Omaha hand is the nuts, on the flop | IsMyHandNutsOmaha
 HandRanks table, 130 MB: built | BuildHandRanks
 HandRanks table, 130 MB: loaded from its file | LoadHandRanks
@@ -86,7 +98,7 @@ HEAD
       print "holds on any machine. isa 0 is baseline x86-64, 1 is AVX2, 2 is AVX-512; the library chooses the best"
       print "one that the machine has. board 3 is the flop, 4 the turn, 5 the river. hands 0 is AhKd against QcJs,"
       print "1 is 7c7d against AsKs, 2 is AhKh against QdJd. flop 0 is 2c7dTh, 1 is 2c7cTh, 2 is 2c7cTc. Rates are"
-      print "hands a second.\n"
+      print "hands, or deals, a second.\n"
       print "| benchmark | time | rate |\n|---|---|---|"
       for (row = 1; row <= rows; ++row) {
         printf "| %s | %s | %s |\n", name[row], scaled(time[row]),

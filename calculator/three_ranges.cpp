@@ -36,7 +36,7 @@ double CostOfBoard(const CheckedQuestion& question) {
     if (FirstLike(question, i) != i) continue;
     hands += static_cast<double>(question.players()[i].range.size());
   }
-  return 200 + 12 * hands;
+  return 2000 + 9 * hands;
 }
 
 // With a single board, renamings of suits save nothing.

@@ -235,7 +235,7 @@ TEST(OmahaTextSlow, AHostileTextEndsWithAnError) {
   EXPECT_EQ(ParseOmahaRange<4>(open).position, 1u);
 }
 
-TEST(OmahaText, IsShort) {
+TEST(OmahaTextSlow, IsShort) {
   // As it is written again.
   const auto is_itself = [](const char* text) { EXPECT_EQ(Written(Read<4>(text)), text); };
   for (const char* text :
