@@ -31,8 +31,8 @@ class RandomQuestions {
       std::stable_partition(deck_.begin(), deck_.begin() + 18,
                             [&](int card) { return card / 13 == deck_[0] / 13; });
     } else if (kind < 4) {
-      std::ranges::stable_sort(
-          deck_, {}, [kind](int card) { return kind == 2 ? card % 13 / 2 : card / 7; });
+      std::ranges::stable_sort(deck_, {},
+                               [kind](int card) { return kind == 2 ? card % 13 / 2 : card / 7; });
     }
     question.street = static_cast<Street>(3 + Below(3));
     const auto street = static_cast<std::size_t>(question.street);
