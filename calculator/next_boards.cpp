@@ -67,20 +67,27 @@ class NextBoardsWork final : public Work {
     totals_size_ = SumsLayout(*totals).size();
     totals_ = CheapestFor(*totals).solver->start(totals);
     const double cost = CostOfBoard(*question, boards_);
-    boards_a_step_ = std::max<std::int64_t>(1, std::llround(std::min(kStepCost / cost, 1e6)));
+    boards_a_step_ = std::llround(std::clamp(kStepCost / cost, 1.0, 100.0));
+    parts_ = std::llround(std::clamp(cost / (10 * kStepCost), 1.0, 1e6));
   }
 
-  /// Boards cost about as much as one in the middle of them does.
+  /// At the most, by a few of them: what a board leaves of the ranges may be little, or no deal.
   static double CostOfBoard(const CheckedQuestion& question, std::span<const CardSet> boards) {
-    const std::optional<QuestionPointer> middle = Smaller(question, boards[boards.size() / 2]);
-    return middle ? CostOf(**middle) : 1;
+    constexpr std::size_t kFew = 9;
+    double most = 0;
+    for (std::size_t i = 0; i < kFew; ++i) {
+      const CardSet board = boards[(2 * i + 1) * boards.size() / (2 * kFew)];
+      const std::optional<QuestionPointer> smaller = Smaller(question, board);
+      if (smaller) most = std::max(most, CostOf(**smaller));
+    }
+    return most > 0 ? most : CostOf(**Smaller(question, {}));
   }
 
   const char* name() const override { return "what comes next, one by one"; }
   Method method() const override { return Method::kExact; }
   std::int64_t steps() const override {
     const auto boards = static_cast<std::int64_t>(boards_.size());
-    return totals_->steps() + (boards + boards_a_step_ - 1) / boards_a_step_;
+    return totals_->steps() + (boards + boards_a_step_ - 1) / boards_a_step_ * parts_;
   }
 
   void Do(std::int64_t step, std::span<Int128> sums) const override {
@@ -89,20 +96,27 @@ class NextBoardsWork final : public Work {
       totals_->Do(step, sums.first(totals_size_));
       return;
     }
-    const auto first = static_cast<std::size_t>((step - totals_->steps()) * boards_a_step_);
+    step -= totals_->steps();
+    const auto first = static_cast<std::size_t>(step / parts_ * boards_a_step_);
     const std::size_t count =
         std::min(boards_.size() - first, static_cast<std::size_t>(boards_a_step_));
-    for (const CardSet board : std::span(boards_).subspan(first, count)) AddBoard(board, sums);
+    for (const CardSet board : std::span(boards_).subspan(first, count)) {
+      AddBoard(board, step % parts_, sums);
+    }
   }
 
  private:
-  void AddBoard(CardSet board, std::span<Int128> sums) const {
+  // Adds a part of a board's steps.
+  void AddBoard(CardSet board, std::int64_t part, std::span<Int128> sums) const {
     const std::optional<QuestionPointer> smaller = Smaller(*question_, board);
     if (!smaller) return;
     const SumsLayout layout(**smaller);
     std::vector<Int128> counted(layout.size());
     const std::unique_ptr<const Work> work = CheapestFor(**smaller).solver->start(*smaller);
-    for (std::int64_t step = 0; step < work->steps(); ++step) work->Do(step, counted);
+    const std::int64_t end = (part + 1) * work->steps() / parts_;
+    for (std::int64_t step = part * work->steps() / parts_; step < end; ++step) {
+      work->Do(step, counted);
+    }
     const Int128 times = UnitsOf(**smaller);
     for (const CardSet alike : symmetry_.AlikeTo(board)) {
       const std::size_t number = next_.NumberOf(alike);
@@ -130,7 +144,9 @@ class NextBoardsWork final : public Work {
   NextBoards next_;
   SuitSymmetry symmetry_;
   std::vector<CardSet> boards_;
+  // Boards of a step, or steps of a board.
   std::int64_t boards_a_step_ = 1;
+  std::int64_t parts_ = 1;
   std::unique_ptr<const Work> totals_;
   std::size_t totals_size_ = 0;
 };

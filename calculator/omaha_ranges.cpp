@@ -29,7 +29,7 @@ std::vector<WeightedHand> HandsOf(const Side& side) {
 double CostOfBoard(const CheckedQuestion& question) {
   const auto hands =
       static_cast<double>(question.players()[0].range.size() + question.players()[1].range.size());
-  return (question.rules().high_low ? 5 : 1) * (6000 + 2 * hands);
+  return (question.rules().high_low ? 5 : 1) * (6000 + 3.5 * hands);
 }
 
 // A step goes through all hands once more, so it is a large one.
@@ -53,11 +53,8 @@ class BoardList {
     Choice choice(0, places, size);
     for (std::int64_t left = ChoicesOf(places, size); left > 0; --left) {
       const CardSet come = choice.Of(live);
-      const bool is_first = symmetry == nullptr || symmetry->FirstOf(come) == come;
-      if (is_first) {
-        const std::size_t alike = symmetry == nullptr ? 1 : symmetry->AlikeTo(come).size();
-        by_alike[static_cast<std::int64_t>(alike)].push_back(come);
-      }
+      const std::int64_t alike = symmetry == nullptr ? 1 : symmetry->TimesOf(come);
+      if (alike > 0) by_alike[alike].push_back(come);
       if (left > 1) choice.MoveToNext();
     }
     const std::size_t boards_a_step = BoardsAStep(question);

@@ -562,6 +562,29 @@ TEST(SolversSlow, CountBoardsThatAreAlikeOnce) {
   EXPECT_EQ(fitted["Omaha ranges"], 2);
 }
 
+// Every hand has the four of hearts, which the flop in the middle of all of them blocks.
+TEST(Solvers, CutAndCostNextBoardsThatMayBeBlocked) {
+  constexpr int kFour = 2, kKingOfSpades = 50;
+  std::vector<WeightedHand> hands;
+  for (int card = 13; card <= kKingOfSpades; ++card) {
+    const bool is_other_king = card % 13 == 11 && card != kKingOfSpades;
+    if (card % 13 == kFour || card % 13 == 12 || is_other_king) continue;
+    CardSet cards = Cards("4h");
+    cards.Add(card);
+    hands.push_back({cards});
+  }
+  EquityQuestion question{
+      .players = {HandRange(Game::kHoldem, hands), HandRange::Every(Game::kHoldem)},
+      .detail = {.next = true}};
+  const Result<Calculation> plan = Plan(question);
+  ASSERT_TRUE(plan);
+  EXPECT_EQ(plan->method(), Method::kSampled);
+  question.method = Method::kExact;
+  const Result<Calculation> exact = Plan(question);
+  ASSERT_TRUE(exact);
+  EXPECT_GT(exact->steps(), 100);
+}
+
 TEST(Solvers, EqualPlainEnumeration) { EXPECT_GT(CompareSolvers(3, 60).size(), 3u); }
 
 // Whose boards stand for others that differ in the names of suits.
