@@ -3,7 +3,7 @@
 // Where nobody flushes, the ranks of the board alone put the 91 rank classes in order, so that
 // there are few different orders: 6,188 on the river. Of a suit that three board cards share, the
 // ranks that hand and board hold of it decide. Both orders are put in order when they are first
-// asked for and kept, 4 MB if all of them are.
+// asked for and kept, 4 MB a game if all of them are.
 
 #ifndef POKERMATH_KERNELS_BOARD_ORDER_H_
 #define POKERMATH_KERNELS_BOARD_ORDER_H_

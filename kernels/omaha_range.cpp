@@ -219,24 +219,6 @@ POKERMATH_TARGET_AVX2 Sums CountAvx2(std::span<const Row<words>> rows,
   return CountRows<std::conditional_t<words == 1, Word, FourWords>, words, cards>(rows, hands);
 }
 
-// The boards that hold `chosen`, so many more of the free cards, and a card of every hand.
-template <std::size_t cards>
-std::int64_t CountBlocking(std::span<const std::array<int, cards>> hands, std::uint64_t chosen,
-                           std::uint64_t free, int more) {
-  const auto unmet = std::ranges::find_if(
-      hands, [chosen](const std::array<int, cards>& hand) { return (Bits(hand) & chosen) == 0; });
-  if (unmet == hands.end()) return Choose(std::popcount(free), more);
-  if (more == 0) return 0;
-  std::int64_t boards = 0;
-  for (const int card : *unmet) {
-    if ((free & Bit(card)) == 0) continue;
-    // What holds this card is counted here, so the other cards of the hand come without it.
-    free &= ~Bit(card);
-    boards += CountBlocking(hands, chosen | Bit(card), free, more - 1);
-  }
-  return boards;
-}
-
 }  // namespace
 
 template <int cards>
@@ -279,13 +261,6 @@ Tally OmahaRangeContest<cards>::Count(Isa isa, const GoOn& go_on) const {
   if (hands_.empty()) return {};
   const bool one_word = BoardsToCome(taken_, board_, street_).Count() <= kBits;
   return one_word ? CountBlocks<1>(isa, go_on) : CountBlocks<kWords>(isa, go_on);
-}
-
-template <int cards>
-std::int64_t OmahaRangeContest<cards>::CountBlockingBoards() const {
-  constexpr std::uint64_t kDeck = (std::uint64_t{1} << 52) - 1;
-  const int more = static_cast<int>(street_) - static_cast<int>(board_.size());
-  return CountBlocking<static_cast<std::size_t>(cards)>(hands_, 0, kDeck & ~taken_, more);
 }
 
 template class OmahaRangeContest<4>;

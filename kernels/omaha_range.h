@@ -38,9 +38,6 @@ class OmahaRangeContest {
   /// @return no cases if it was stopped
   Tally Count(Isa isa, const GoOn& go_on = {}) const;
 
-  /// How many of the ways to complete the board share a card with every hand that is left.
-  std::int64_t CountBlockingBoards() const;
-
  private:
   template <std::size_t words>
   Tally CountBlocks(Isa isa, const GoOn& go_on) const;
