@@ -1,11 +1,17 @@
-// The subcommands, one source each.
+// The subcommands, one source each, and how they say what words they take.
 
 #ifndef POKERMATH_CLI_COMMAND_H_
 #define POKERMATH_CLI_COMMAND_H_
 
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
 namespace CLI {
 class App;
-}
+class Option;
+}  // namespace CLI
 
 namespace pokermath::cli {
 
@@ -13,20 +19,71 @@ inline constexpr int kExitDone = 0;
 inline constexpr int kExitFailed = 1;
 inline constexpr int kExitUsage = 2;
 
+// Commands and options are handles of the parser's objects, which live as long as the program. The
+// parser's own headers take compilers twenty seconds a source, so only command.cpp and main.cpp
+// see them.
+
+/// An option with a value, or words that belong to none.
+class Option {
+ public:
+  explicit Option(CLI::Option* option) : option_(option) {}
+
+  Option Required();
+  Option ValueName(const std::string& name);  ///< as the help shows it: "CARDS"
+  Option ManyWords();                         ///< takes one or more
+  Option MayBeRepeated();                     ///< with one value each time
+  Option FromEnvironment(const std::string& variable);
+  void Hide();  ///< from the help
+
+ private:
+  CLI::Option* option_;
+};
+
+struct GivenOption {
+  std::string name;
+  std::string first_value;  ///< of all times that it was given
+  bool positional;          ///< words that belong to none
+};
+
+class Command {
+ public:
+  explicit Command(CLI::App* app) : app_(app) {}
+
+  Command AddCommand(const std::string& name, const std::string& description);
+  void RequireCommand();  ///< one of them has to be given
+
+  // Values live until the command has run.
+  Option AddOption(const std::string& name, std::string& value, const std::string& help);
+  Option AddOption(const std::string& name, std::optional<std::string>& value,
+                   const std::string& help);
+  Option AddOption(const std::string& name, std::vector<std::string>& values,
+                   const std::string& help);
+  Option AddFlag(const std::string& name, bool& value, const std::string& help);
+
+  void SetFooter(const std::string& text);
+  void SetAction(std::function<void()> action);
+
+  /// Options and words in the order in which they were given.
+  std::vector<GivenOption> Given() const;
+
+ private:
+  CLI::App* app_;
+};
+
 // Each adds its subcommand to the program. What the subcommand returns goes to `exit_code`, which
 // has to live until the command line has been parsed.
-void AddEval(CLI::App& program, int& exit_code);
-void AddEquity(CLI::App& program, int& exit_code);
-void AddNuts(CLI::App& program, int& exit_code);
-void AddOuts(CLI::App& program, int& exit_code);
-void AddLow(CLI::App& program, int& exit_code);
-void AddPoints(CLI::App& program, int& exit_code);
-void AddRange(CLI::App& program, int& exit_code);
-void AddPots(CLI::App& program, int& exit_code);
-void AddHistory(CLI::App& program, int& exit_code);
-void AddDb(CLI::App& program, int& exit_code);
-void AddTables(CLI::App& program, int& exit_code);
-void AddDoctor(CLI::App& program, int& exit_code);
+void AddEval(Command program, int& exit_code);
+void AddEquity(Command program, int& exit_code);
+void AddNuts(Command program, int& exit_code);
+void AddOuts(Command program, int& exit_code);
+void AddLow(Command program, int& exit_code);
+void AddPoints(Command program, int& exit_code);
+void AddRange(Command program, int& exit_code);
+void AddPots(Command program, int& exit_code);
+void AddHistory(Command program, int& exit_code);
+void AddDb(Command program, int& exit_code);
+void AddTables(Command program, int& exit_code);
+void AddDoctor(Command program, int& exit_code);
 
 }  // namespace pokermath::cli
 

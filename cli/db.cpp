@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
@@ -442,36 +441,36 @@ constexpr Action kActions[] = {
     {"exec", "FILE", "Script, - for standard input",
      "Execute the statements of a file, - for standard input", kExecHelp, RunExec}};
 
-void AddAction(CLI::App& db, const Action& action, int& exit_code) {
+void AddAction(Command db, const Action& action, int& exit_code) {
   auto words = std::make_shared<DbWords>();
-  CLI::App* command = db.add_subcommand(action.name, action.description);
+  Command command = db.AddCommand(action.name, action.description);
   if (action.subject != nullptr) {
-    command->add_option(action.subject, words->subject, action.subject_description)
-        ->required()
-        ->type_name("");
+    command.AddOption(action.subject, words->subject, action.subject_description)
+        .Required()
+        .ValueName("");
   }
   const bool connects = action.run != RunDrivers;
   if (connects) {
-    command->add_option("--connect", words->connect, "ODBC connect string of the database")
-        ->required()
-        ->envname("POKERMATH_CONNECT")
-        ->type_name("C");
+    command.AddOption("--connect", words->connect, "ODBC connect string of the database")
+        .Required()
+        .FromEnvironment("POKERMATH_CONNECT")
+        .ValueName("C");
   }
   const bool query = action.run == RunQuery;
-  if (query) command->add_flag("--csv", words->csv, "Print comma-separated values");
-  command->add_flag("--json", words->json,
-                    query ? "Print JSON objects, one a line" : "Print a JSON object");
-  command->footer((connects ? kConnectHelp : "") + std::string(action.help));
-  command->callback([words, run = action.run, &exit_code] { exit_code = run(*words); });
+  if (query) command.AddFlag("--csv", words->csv, "Print comma-separated values");
+  command.AddFlag("--json", words->json,
+                  query ? "Print JSON objects, one a line" : "Print a JSON object");
+  command.SetFooter((connects ? kConnectHelp : "") + std::string(action.help));
+  command.SetAction([words, run = action.run, &exit_code] { exit_code = run(*words); });
 }
 
 }  // namespace
 
-void AddDb(CLI::App& program, int& exit_code) {
-  CLI::App* db = program.add_subcommand("db", "Databases behind ODBC: tables, queries, scripts");
-  db->require_subcommand(1);
-  db->footer(kHelp);
-  for (const Action& action : kActions) AddAction(*db, action, exit_code);
+void AddDb(Command program, int& exit_code) {
+  Command db = program.AddCommand("db", "Databases behind ODBC: tables, queries, scripts");
+  db.RequireCommand();
+  db.SetFooter(kHelp);
+  for (const Action& action : kActions) AddAction(db, action, exit_code);
 }
 
 }  // namespace pokermath::cli

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
 #include <memory>
@@ -132,14 +131,14 @@ int RunDoctor(const Options& options) {
 
 }  // namespace
 
-void AddDoctor(CLI::App& program, int& exit_code) {
+void AddDoctor(Command program, int& exit_code) {
   auto options = std::make_shared<Options>();
-  CLI::App* command = program.add_subcommand(
+  Command command = program.AddCommand(
       "doctor", "The machine, the tables and the database drivers, for a report of a fault");
-  command->add_option("--dir", options->dir, "Folder of the tables")->type_name("FOLDER");
-  command->add_flag("--json", options->json, "Print a JSON object");
-  command->footer(kHelp);
-  command->callback([options, &exit_code] { exit_code = RunDoctor(*options); });
+  command.AddOption("--dir", options->dir, "Folder of the tables").ValueName("FOLDER");
+  command.AddFlag("--json", options->json, "Print a JSON object");
+  command.SetFooter(kHelp);
+  command.SetAction([options, &exit_code] { exit_code = RunDoctor(*options); });
 }
 
 }  // namespace pokermath::cli

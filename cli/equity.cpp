@@ -1,6 +1,5 @@
 // `pokermath equity`: players with hands and ranges against each other, counted or sampled.
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -79,15 +78,13 @@ void RefuseOldOptions(const EquityOptions& options) {
 }
 
 // The parser has taken options and other words apart; which one stood behind which is in its order.
-void CheckOrder(const CLI::App& command, const EquityWords& words) {
-  const CLI::Option* before = nullptr;
+void CheckOrder(const Command& command, const EquityWords& words) {
+  const std::vector<GivenOption> given = command.Given();
   auto word = words.players.begin();
-  for (const CLI::Option* option : command.parse_order()) {
-    if (option->get_positional()) {
-      if (before != nullptr) CheckWordBehind(before->get_name(), before->results()[0], *word);
-      ++word;
-    }
-    before = option;
+  for (std::size_t i = 0; i < given.size(); ++i) {
+    if (!given[i].positional) continue;
+    if (i > 0) CheckWordBehind(given[i - 1].name, given[i - 1].first_value, *word);
+    ++word;
   }
 }
 
@@ -175,75 +172,73 @@ int RunEquity(const EquityOptions& options) {
   return kExitDone;
 }
 
-void AddSamplingOptions(CLI::App& command, EquityOptions& options) {
+void AddSamplingOptions(Command command, EquityOptions& options) {
   EquityWords& words = options.words;
-  command.add_flag("--exact", words.exact, "Count, however long it takes");
-  command.add_flag("--sampled", words.sampled, "Deal at random, even what could be counted");
+  command.AddFlag("--exact", words.exact, "Count, however long it takes");
+  command.AddFlag("--sampled", words.sampled, "Deal at random, even what could be counted");
   command
-      .add_option("--standard-error", words.standard_error,
-                  "Sample until every equity is as good as this, a share of the pot [0.05%]")
-      ->type_name("E");
-  command.add_option("--trials", words.trials, "Sample no more random deals than these [none]")
-      ->type_name("N");
+      .AddOption("--standard-error", words.standard_error,
+                 "Sample until every equity is as good as this, a share of the pot [0.05%]")
+      .ValueName("E");
+  command.AddOption("--trials", words.trials, "Sample no more random deals than these [none]")
+      .ValueName("N");
   command
-      .add_option("--time-ms", words.time_ms,
-                  "Milliseconds for sampling, which then has no end of its own but --trials "
-                  "and --standard-error [none]")
-      ->type_name("N");
-  command.add_option("--seed", words.seed, "Start of the random numbers [1]")->type_name("N");
+      .AddOption("--time-ms", words.time_ms,
+                 "Milliseconds for sampling, which then has no end of its own but --trials "
+                 "and --standard-error [none]")
+      .ValueName("N");
+  command.AddOption("--seed", words.seed, "Start of the random numbers [1]").ValueName("N");
   command
-      .add_option("--threads", options.threads,
-                  "Threads; the answer is the same for any number [all cores]")
-      ->type_name("N");
+      .AddOption("--threads", options.threads,
+                 "Threads; the answer is the same for any number [all cores]")
+      .ValueName("N");
 }
 
 }  // namespace
 
-void AddEquity(CLI::App& program, int& exit_code) {
+void AddEquity(Command program, int& exit_code) {
   auto options = std::make_shared<EquityOptions>();
   EquityWords& words = options->words;
-  CLI::App* command =
-      program.add_subcommand("equity", "Equity of hands and ranges in Hold'em, short deck, Omaha");
+  Command command =
+      program.AddCommand("equity", "Equity of hands and ranges in Hold'em, short deck, Omaha");
   command
-      ->add_option("PLAYER PLAYER ...", words.players,
-                   "2 to 10 players, each a hand, a range or the word random; or - for one "
-                   "question a line from standard input")
-      ->required()
-      ->type_name("")
-      ->expected(-1);
-  command->add_option("--game", words.game, std::string(GameNames()) + " [holdem]")
-      ->type_name("GAME");
-  command->add_option("--board", words.board, "Known board cards [none]")->type_name("CARDS");
-  command->add_option("--dead", words.dead, "Cards that nobody holds and that cannot come [none]")
-      ->type_name("CARDS");
+      .AddOption("PLAYER PLAYER ...", words.players,
+                 "2 to 10 players, each a hand, a range or the word random; or - for one "
+                 "question a line from standard input")
+      .Required()
+      .ValueName("")
+      .ManyWords();
+  command.AddOption("--game", words.game, std::string(GameNames()) + " [holdem]").ValueName("GAME");
+  command.AddOption("--board", words.board, "Known board cards [none]").ValueName("CARDS");
+  command.AddOption("--dead", words.dead, "Cards that nobody holds and that cannot come [none]")
+      .ValueName("CARDS");
   command
-      ->add_option("--folded", words.folded,
-                   "The range of a player who is out: it takes cards away; once for each [none]")
-      ->type_name("RANGE")
-      ->expected(1)
-      ->take_all();
+      .AddOption("--folded", words.folded,
+                 "The range of a player who is out: it takes cards away; once for each [none]")
+      .ValueName("RANGE")
+      .MayBeRepeated();
   command
-      ->add_option("--to", words.to, "Compare the hands on the flop, the turn or the river [river]")
-      ->type_name("STREET");
-  AddSamplingOptions(*command, *options);
+      .AddOption("--to", words.to, "Compare the hands on the flop, the turn or the river [river]")
+      .ValueName("STREET");
+  AddSamplingOptions(command, *options);
   command
-      ->add_option("--by", options->by,
-                   "Also show every hand, every class, what comes next, or what is made: hand, "
-                   "class, next or made")
-      ->type_name("WHAT");
-  command->add_option("--csv", options->csv, "Also write the rows of --by as CSV; - for them alone")
-      ->type_name("FILE");
+      .AddOption("--by", options->by,
+                 "Also show every hand, every class, what comes next, or what is made: hand, "
+                 "class, next or made")
+      .ValueName("WHAT");
+  command.AddOption("--csv", options->csv, "Also write the rows of --by as CSV; - for them alone")
+      .ValueName("FILE");
   command
-      ->add_option("--svg", options->svg,
-                   "Also draw --by: curves of all hands, heat maps of classes, decks of next "
-                   "cards; - for the picture alone")
-      ->type_name("FILE");
-  command->add_option("--players", options->players)->group("");
-  command->add_flag("--by-class", options->by_class)->group("");
-  command->add_flag("--json", options->json, "Print a JSON object (one a line with -)");
-  command->footer(kExamples);
-  command->callback([options, command, &exit_code] {
-    CheckOrder(*command, options->words);
+      .AddOption("--svg", options->svg,
+                 "Also draw --by: curves of all hands, heat maps of classes, decks of next "
+                 "cards; - for the picture alone")
+      .ValueName("FILE");
+  command.AddOption("--players", options->players, "").Hide();
+  command.AddFlag("--by-class", options->by_class, "").Hide();
+  command.AddFlag("--json", options->json, "Print a JSON object (one a line with -)");
+  command.SetFooter(kExamples);
+  command.SetAction([options, command, &exit_code] {
+    CheckOrder(command, options->words);
     exit_code = RunEquity(*options);
   });
 }

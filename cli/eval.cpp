@@ -3,7 +3,6 @@
 
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <memory>
@@ -286,27 +285,27 @@ int RunEval(const EvalWords& words) {
 
 }  // namespace
 
-void AddEval(CLI::App& program, int& exit_code) {
+void AddEval(Command program, int& exit_code) {
   auto options = std::make_shared<EvalWords>();
-  CLI::App* command =
-      program.add_subcommand("eval", "Value of five to seven cards, or the better of two hands");
+  Command command =
+      program.AddCommand("eval", "Value of five to seven cards, or the better of two hands");
   command
-      ->add_option(
+      .AddOption(
           "CARDS", options->cards,
           "Five to seven cards, --board counted; two with --versus; or - for one hand a line "
           "from standard input")
-      ->required()
-      ->type_name("");
-  command->add_option("--game", options->game, "holdem, shortdeck, omaha or omaha5 [holdem]")
-      ->type_name("GAME");
-  command->add_option("--versus", options->versus, "Compare two hands: the other one")
-      ->type_name("CARDS");
+      .Required()
+      .ValueName("");
+  command.AddOption("--game", options->game, "holdem, shortdeck, omaha or omaha5 [holdem]")
+      .ValueName("GAME");
+  command.AddOption("--versus", options->versus, "Compare two hands: the other one")
+      .ValueName("CARDS");
   command
-      ->add_option("--board", options->board, "Cards that hands share: three to five with --versus")
-      ->type_name("CARDS");
-  command->add_flag("--json", options->json, "Print a JSON object (one a line with -)");
-  command->footer(kExamples);
-  command->callback([options, &exit_code] { exit_code = RunEval(*options); });
+      .AddOption("--board", options->board, "Cards that hands share: three to five with --versus")
+      .ValueName("CARDS");
+  command.AddFlag("--json", options->json, "Print a JSON object (one a line with -)");
+  command.SetFooter(kExamples);
+  command.SetAction([options, &exit_code] { exit_code = RunEval(*options); });
 }
 
 }  // namespace pokermath::cli

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
 #include <cerrno>
 #include <chrono>
 #include <limits>
@@ -104,17 +103,17 @@ int RunHistory(const Options& options) {
 
 }  // namespace
 
-void AddHistory(CLI::App& program, int& exit_code) {
+void AddHistory(Command program, int& exit_code) {
   auto options = std::make_shared<Options>();
-  CLI::App* command =
-      program.add_subcommand("history", "The lines of a hand-history file, also while it grows");
-  command->add_option("FILE", options->path, "The file")->required()->type_name("");
-  command->add_option("--from", options->from, "Position in bytes at which to begin [0]")
-      ->type_name("POSITION");
-  command->add_flag("--follow", options->follow, "Go on while the file grows, until Ctrl-C");
-  command->add_flag("--json", options->json, "Print JSON objects, one a line");
-  command->footer(kHelp);
-  command->callback([options, &exit_code] { exit_code = RunHistory(*options); });
+  Command command =
+      program.AddCommand("history", "The lines of a hand-history file, also while it grows");
+  command.AddOption("FILE", options->path, "The file").Required().ValueName("");
+  command.AddOption("--from", options->from, "Position in bytes at which to begin [0]")
+      .ValueName("POSITION");
+  command.AddFlag("--follow", options->follow, "Go on while the file grows, until Ctrl-C");
+  command.AddFlag("--json", options->json, "Print JSON objects, one a line");
+  command.SetFooter(kHelp);
+  command.SetAction([options, &exit_code] { exit_code = RunHistory(*options); });
 }
 
 }  // namespace pokermath::cli

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
 #include <memory>
 #include <nlohmann/json.hpp>
 
@@ -134,13 +133,13 @@ int RunLow(const OmahaWords& words) {
 
 }  // namespace
 
-void AddLow(CLI::App& program, int& exit_code) {
+void AddLow(Command program, int& exit_code) {
   auto words = std::make_shared<OmahaWords>();
   words->low = true;
-  CLI::App* command = program.add_subcommand("low", "The low of an Omaha Hi/Lo hand");
-  AddOmahaWords(*command, *words);
-  command->footer(kExamples);
-  command->callback([words, &exit_code] { exit_code = RunLow(*words); });
+  Command command = program.AddCommand("low", "The low of an Omaha Hi/Lo hand");
+  AddOmahaWords(command, *words);
+  command.SetFooter(kExamples);
+  command.SetAction([words, &exit_code] { exit_code = RunLow(*words); });
 }
 
 }  // namespace pokermath::cli

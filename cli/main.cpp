@@ -138,18 +138,18 @@ void CheckValues(CLI::App& command) {
 
 int ParseAndRun(CLI::App& program, int argc, char** argv) {
   int exit_code = kExitDone;
-  AddEval(program, exit_code);
-  AddEquity(program, exit_code);
-  AddNuts(program, exit_code);
-  AddOuts(program, exit_code);
-  AddLow(program, exit_code);
-  AddPoints(program, exit_code);
-  AddRange(program, exit_code);
-  AddPots(program, exit_code);
-  AddHistory(program, exit_code);
-  AddDb(program, exit_code);
-  AddTables(program, exit_code);
-  AddDoctor(program, exit_code);
+  AddEval(Command(&program), exit_code);
+  AddEquity(Command(&program), exit_code);
+  AddNuts(Command(&program), exit_code);
+  AddOuts(Command(&program), exit_code);
+  AddLow(Command(&program), exit_code);
+  AddPoints(Command(&program), exit_code);
+  AddRange(Command(&program), exit_code);
+  AddPots(Command(&program), exit_code);
+  AddHistory(Command(&program), exit_code);
+  AddDb(Command(&program), exit_code);
+  AddTables(Command(&program), exit_code);
+  AddDoctor(Command(&program), exit_code);
   CheckValues(program);
   try {
     // The last word comes first.

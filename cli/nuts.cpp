@@ -5,7 +5,6 @@
 
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
 #include <map>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -124,12 +123,12 @@ int RunNuts(const OmahaWords& words) {
 
 }  // namespace
 
-void AddNuts(CLI::App& program, int& exit_code) {
+void AddNuts(Command program, int& exit_code) {
   auto words = std::make_shared<OmahaWords>();
-  CLI::App* command = program.add_subcommand("nuts", "What beats an Omaha hand, and the nuts");
-  AddOmahaWords(*command, *words);
-  command->footer(kExamples);
-  command->callback([words, &exit_code] { exit_code = RunNuts(*words); });
+  Command command = program.AddCommand("nuts", "What beats an Omaha hand, and the nuts");
+  AddOmahaWords(command, *words);
+  command.SetFooter(kExamples);
+  command.SetAction([words, &exit_code] { exit_code = RunNuts(*words); });
 }
 
 }  // namespace pokermath::cli

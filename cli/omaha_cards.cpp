@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 #include <span>
 
@@ -61,15 +60,15 @@ Json OmahaJson(const OmahaHand& hand) {
           {"board", CardsJson(hand.board)}};
 }
 
-void AddOmahaWords(CLI::App& command, OmahaWords& words) {
-  command.add_option("HAND", words.hand, "Four or five hole cards")->required()->type_name("");
-  command.add_option("BOARD", words.board, "The cards on the table")->required()->type_name("");
+void AddOmahaWords(Command command, OmahaWords& words) {
+  command.AddOption("HAND", words.hand, "Four or five hole cards").Required().ValueName("");
+  command.AddOption("BOARD", words.board, "The cards on the table").Required().ValueName("");
   command
-      .add_option("--game", words.game,
-                  std::string(words.low ? "omaha-hilo or omaha5-hilo" : "omaha or omaha5") +
-                      ": refuse another number of hole cards [as many as there are]")
-      ->type_name("GAME");
-  command.add_flag("--json", words.json, "Print a JSON object");
+      .AddOption("--game", words.game,
+                 std::string(words.low ? "omaha-hilo or omaha5-hilo" : "omaha or omaha5") +
+                     ": refuse another number of hole cards [as many as there are]")
+      .ValueName("GAME");
+  command.AddFlag("--json", words.json, "Print a JSON object");
 }
 
 OmahaHand ReadOmahaHand(const OmahaWords& words, std::size_t most_board) {

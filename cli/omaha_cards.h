@@ -7,11 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "cli/command.h"
 #include "cli/output.h"
-
-namespace CLI {
-class App;
-}
 
 namespace pokermath::cli {
 
@@ -48,7 +45,7 @@ struct OmahaWords {
 };
 
 /// Adds HAND, BOARD, --game and --json to a subcommand.
-void AddOmahaWords(CLI::App& command, OmahaWords& words);
+void AddOmahaWords(Command command, OmahaWords& words);
 
 /// Throws UsageError for cards that are no such hand with a board of three to `most_board`.
 OmahaHand ReadOmahaHand(const OmahaWords& words, std::size_t most_board);

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <map>
 #include <memory>
@@ -228,16 +227,15 @@ int RunOuts(const OutsWords& words) {
 
 }  // namespace
 
-void AddOuts(CLI::App& program, int& exit_code) {
+void AddOuts(Command program, int& exit_code) {
   auto words = std::make_shared<OutsWords>();
-  CLI::App* command =
-      program.add_subcommand("outs", "Cards that improve an Omaha hand, and a picture of them");
-  AddOmahaWords(*command, *words);
-  command
-      ->add_option("--svg", words->svg, "Also write the deck as a picture; - for a picture alone")
-      ->type_name("FILE");
-  command->footer(kExamples);
-  command->callback([words, &exit_code] { exit_code = RunOuts(*words); });
+  Command command =
+      program.AddCommand("outs", "Cards that improve an Omaha hand, and a picture of them");
+  AddOmahaWords(command, *words);
+  command.AddOption("--svg", words->svg, "Also write the deck as a picture; - for a picture alone")
+      .ValueName("FILE");
+  command.SetFooter(kExamples);
+  command.SetAction([words, &exit_code] { exit_code = RunOuts(*words); });
 }
 
 }  // namespace pokermath::cli

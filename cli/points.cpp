@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
 #include <memory>
 #include <nlohmann/json.hpp>
 
@@ -46,16 +45,16 @@ int RunPoints(const PointsWords& words) {
 
 }  // namespace
 
-void AddPoints(CLI::App& program, int& exit_code) {
+void AddPoints(Command program, int& exit_code) {
   auto words = std::make_shared<PointsWords>();
-  CLI::App* command = program.add_subcommand("points", "Points of Omaha starting hands");
-  command->add_option("HAND", words->hands, "Hands of four cards, one a word")
-      ->required()
-      ->type_name("");
-  command->add_flag("--hilo", words->high_low, "Count for Hi/Lo");
-  command->add_flag("--json", words->json, "Print a JSON object");
-  command->footer(kExamples);
-  command->callback([words, &exit_code] { exit_code = RunPoints(*words); });
+  Command command = program.AddCommand("points", "Points of Omaha starting hands");
+  command.AddOption("HAND", words->hands, "Hands of four cards, one a word")
+      .Required()
+      .ValueName("");
+  command.AddFlag("--hilo", words->high_low, "Count for Hi/Lo");
+  command.AddFlag("--json", words->json, "Print a JSON object");
+  command.SetFooter(kExamples);
+  command.SetAction([words, &exit_code] { exit_code = RunPoints(*words); });
 }
 
 }  // namespace pokermath::cli

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <charconv>
 #include <limits>
@@ -122,18 +121,18 @@ int RunPots(const PotsWords& words) {
 
 }  // namespace
 
-void AddPots(CLI::App& program, int& exit_code) {
+void AddPots(Command program, int& exit_code) {
   auto words = std::make_shared<PotsWords>();
-  CLI::App* command = program.add_subcommand("pots", "Who gets what of the pot and side pots");
-  command->add_option("--stakes", words->stakes, "Chips that each seat has put in, with commas")
-      ->required()
-      ->type_name("CHIPS");
-  command->add_option("--scores", words->scores, "How strong each seat's hand is, with commas")
-      ->required()
-      ->type_name("SCORES");
-  command->add_flag("--json", words->json, "Print a JSON object");
-  command->footer(kExamples);
-  command->callback([words, &exit_code] { exit_code = RunPots(*words); });
+  Command command = program.AddCommand("pots", "Who gets what of the pot and side pots");
+  command.AddOption("--stakes", words->stakes, "Chips that each seat has put in, with commas")
+      .Required()
+      .ValueName("CHIPS");
+  command.AddOption("--scores", words->scores, "How strong each seat's hand is, with commas")
+      .Required()
+      .ValueName("SCORES");
+  command.AddFlag("--json", words->json, "Print a JSON object");
+  command.SetFooter(kExamples);
+  command.SetAction([words, &exit_code] { exit_code = RunPots(*words); });
 }
 
 }  // namespace pokermath::cli

@@ -3,7 +3,6 @@
 
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iterator>
 #include <memory>
@@ -209,28 +208,27 @@ int RunRange(const RangeWords& words) {
 
 }  // namespace
 
-void AddRange(CLI::App& program, int& exit_code) {
+void AddRange(Command program, int& exit_code) {
   auto words = std::make_shared<RangeWords>();
-  CLI::App* command = program.add_subcommand("range", "Hands of a range");
-  command->add_option("TEXT", words->text, "Range text; several words are one list")->type_name("");
-  command->add_option("--game", words->game, "holdem, shortdeck, omaha or omaha5 [holdem]")
-      ->type_name("GAME");
+  Command command = program.AddCommand("range", "Hands of a range");
+  command.AddOption("TEXT", words->text, "Range text; several words are one list").ValueName("");
+  command.AddOption("--game", words->game, "holdem, shortdeck, omaha or omaha5 [holdem]")
+      .ValueName("GAME");
   command
-      ->add_option("--table", words->table,
-                   "Where percentages come from: equilibrium or corvelle [equilibrium]")
-      ->type_name("TABLE");
-  command->add_flag("--bare-offsuit", words->bare_offsuit,
-                    "A bare AK is offsuit only, in what is read and in what is written");
-  command->add_option("--rank", words->rank, "Where one hand stands among all")->type_name("HAND");
+      .AddOption("--table", words->table,
+                 "Where percentages come from: equilibrium or corvelle [equilibrium]")
+      .ValueName("TABLE");
+  command.AddFlag("--bare-offsuit", words->bare_offsuit,
+                  "A bare AK is offsuit only, in what is read and in what is written");
+  command.AddOption("--rank", words->rank, "Where one hand stands among all").ValueName("HAND");
   command
-      ->add_option("--svg", words->svg, "Also write the matrix as a picture; - for a picture alone")
-      ->type_name("FILE");
-  command->add_option("--dead", words->dead, "Omaha: cards that no hand may hold")
-      ->type_name("CARDS");
-  command->add_flag("--list", words->list, "Omaha: print every hand, one a line");
-  command->add_flag("--json", words->json, "Print a JSON object");
-  command->footer(kExamples);
-  command->callback([words, &exit_code] { exit_code = RunRange(*words); });
+      .AddOption("--svg", words->svg, "Also write the matrix as a picture; - for a picture alone")
+      .ValueName("FILE");
+  command.AddOption("--dead", words->dead, "Omaha: cards that no hand may hold").ValueName("CARDS");
+  command.AddFlag("--list", words->list, "Omaha: print every hand, one a line");
+  command.AddFlag("--json", words->json, "Print a JSON object");
+  command.SetFooter(kExamples);
+  command.SetAction([words, &exit_code] { exit_code = RunRange(*words); });
 }
 
 }  // namespace pokermath::cli

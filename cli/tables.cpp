@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
@@ -168,29 +167,29 @@ int RunBuild(const Options& options) {
   return kExitFailed;
 }
 
-void AddAction(CLI::App& tables, const char* name, const char* description,
+void AddAction(Command tables, const char* name, const char* description,
                int (*run)(const Options&), int& exit_code) {
   auto options = std::make_shared<Options>();
-  CLI::App* action = tables.add_subcommand(name, description);
-  action->add_option("NAME", options->names, "Tables, by name [all]")->type_name("");
-  action->add_option("--dir", options->dir, "Folder of the tables")->type_name("FOLDER");
-  action->add_flag("--json", options->json, "Print a JSON object");
+  Command action = tables.AddCommand(name, description);
+  action.AddOption("NAME", options->names, "Tables, by name [all]").ValueName("");
+  action.AddOption("--dir", options->dir, "Folder of the tables").ValueName("FOLDER");
+  action.AddFlag("--json", options->json, "Print a JSON object");
   if (run == RunBuild) {
-    action->add_flag("--force", options->force, "Build tables that are there as well");
+    action.AddFlag("--force", options->force, "Build tables that are there as well");
   }
-  action->footer(kTablesHelp);
-  action->callback([options, run, &exit_code] { exit_code = run(*options); });
+  action.SetFooter(kTablesHelp);
+  action.SetAction([options, run, &exit_code] { exit_code = run(*options); });
 }
 
 }  // namespace
 
-void AddTables(CLI::App& program, int& exit_code) {
-  CLI::App* tables = program.add_subcommand("tables", "Table files: build, list, verify");
-  tables->require_subcommand(1);
-  tables->footer(kTablesHelp);
-  AddAction(*tables, "build", "Write the tables that are not there", RunBuild, exit_code);
-  AddAction(*tables, "list", "Show size, checksum and state", RunList, exit_code);
-  AddAction(*tables, "verify", "Check every entry; exit code 1 if a table is not ok", RunVerify,
+void AddTables(Command program, int& exit_code) {
+  Command tables = program.AddCommand("tables", "Table files: build, list, verify");
+  tables.RequireCommand();
+  tables.SetFooter(kTablesHelp);
+  AddAction(tables, "build", "Write the tables that are not there", RunBuild, exit_code);
+  AddAction(tables, "list", "Show size, checksum and state", RunList, exit_code);
+  AddAction(tables, "verify", "Check every entry; exit code 1 if a table is not ok", RunVerify,
             exit_code);
 }
 
