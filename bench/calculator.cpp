@@ -220,8 +220,9 @@ POKERMATH_PLAIN(FewOmahaRiver);
 // Boards alone, without reading the question and setting up.
 void BM_OmahaSweep(benchmark::State& state, const EquityQuestion& question) {
   const CheckedQuestion checked = *Check(question);
-  const OmahaTensors ranges(checked.players()[0].range.hands(), checked.players()[1].range.hands());
-  OmahaSweep sweep(BestIsa(), ranges, checked.rules().high_low);
+  const OmahaTensors<4> ranges(checked.players()[0].range.hands(),
+                               checked.players()[1].range.hands());
+  OmahaSweep<4> sweep(BestIsa(), ranges, checked.rules().high_low);
   for (auto _ : state) sweep.Count(question.board);
 }
 BENCHMARK_CAPTURE(BM_OmahaSweep, River, kOmahaRiver)->Unit(benchmark::kMicrosecond);

@@ -107,7 +107,7 @@ class OmahaRangesWork final : public Work {
 
   void Do(std::int64_t step, std::span<Int128> sums) const override {
     const Boards& boards = boards_.steps()[static_cast<std::size_t>(step)];
-    OmahaSweep sweep(BestIsa(), ranges_, question_->rules().high_low);
+    OmahaSweep<4> sweep(BestIsa(), ranges_, question_->rules().high_low);
     for (const CardSet come : boards.come) sweep.Count(question_->board() | come);
     for (const std::size_t player : {0u, 1u}) AddPlayer(player, sweep, boards.alike, sums);
     if (step == 0) AddCases(sums);
@@ -190,7 +190,7 @@ class OmahaRangesWork final : public Work {
     return gains;
   }
 
-  void AddPlayer(std::size_t player, OmahaSweep& sweep, std::int64_t alike,
+  void AddPlayer(std::size_t player, OmahaSweep<4>& sweep, std::int64_t alike,
                  std::span<Int128> sums) const {
     const Hands& hands = hands_[player];
     const bool high_low = question_->rules().high_low;
@@ -243,7 +243,7 @@ class OmahaRangesWork final : public Work {
   void AddCases(std::span<Int128> sums) const {
     const int live = question_->live().size() - 2 * question_->rules().hand_size;
     const Int128 boards = ChoicesOf(live, question_->to_come());
-    OmahaSweep sweep(BestIsa(), ranges_, false);
+    OmahaSweep<4> sweep(BestIsa(), ranges_, false);
     sweep.CountAll();
     for (const std::size_t player : {0u, 1u}) {
       const std::vector<OmahaCounts> counts = sweep.CountsOf(player, OmahaContest::kWholePot);
@@ -258,7 +258,7 @@ class OmahaRangesWork final : public Work {
   QuestionPointer question_;
   SumsLayout layout_;
   std::array<Hands, 2> hands_;
-  OmahaTensors ranges_;
+  OmahaTensors<4> ranges_;
   BoardList boards_;
 };
 

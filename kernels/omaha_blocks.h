@@ -9,6 +9,9 @@
 // suits of a and b. The terms without b are the same for all blocks with one suit of a, those
 // without a for all with one suit of b. The last term, the same hand, is left to the caller.
 //
+// With a card h before these four it is the same sum twice: what shares none of the four, less what
+// shares none of them but holds h. Sets of cards that hold h stand together for each suit of h.
+//
 // Sums are 32 bits wide, modulo 2^32: what they add up to is never more than a range weighs.
 
 #ifndef POKERMATH_KERNELS_OMAHA_BLOCKS_H_
@@ -33,12 +36,17 @@ struct alignas(64) Lanes {
   std::array<Weight, kBlockLanes> of;
 };
 
-/// For every set of up to three cards, what the hands so far that hold it weigh.
+/// For every set of fewer cards than a hand has, what the hands so far that hold it weigh.
+template <std::size_t hand_size>
 struct Inserted {
   alignas(64) std::array<Weight, kTriplePlaces> triples;
   alignas(64) std::array<Weight, kPairPlaces> pairs;
   alignas(64) std::array<Weight, kSinglePlaces> singles;
   Weight all;
+};
+template <>
+struct Inserted<5> : Inserted<4> {
+  alignas(64) std::array<Weight, kQuadPlaces> quads;
 };
 
 // --- blocks of sixteen: rows are the suits of the third card, columns those of the last ---
@@ -191,66 +199,132 @@ POKERMATH_KERNEL void SumColumns(Four& sums, const FourRows& rows) {
 
 // --- a class on a board ---
 
-// The lanes that take part, as masks: the first four for blocks whose first card is not of the
-// flush suit, by the suit of the second. Without a flush there is one for all.
-template <typename Register>
+// The suits of the cards of a block.
+struct BlockSuits {
+  unsigned head;  // of the first one of five, 0 for four
+  unsigned first, second;
+
+  unsigned bit() const { return (head * 4 + first) * 4 + second; }
+};
+
+// The lanes that take part, as masks: by which of the cards before the second one are of the flush
+// suit, the first one counting least, and by the suit of the second. Without a flush there is one
+// for all.
+template <typename Register, std::size_t hand_size>
 struct LaneMasks {
-  Block<Register> of[8];
+  static constexpr std::size_t kOfSuit = std::size_t{1} << (hand_size - 3);
+  Block<Register> of[kOfSuit * 4];
   unsigned flush_suit;
 
-  POKERMATH_KERNEL const Block<Register>& For(unsigned first, unsigned second) const {
-    return of[flush_suit == kNoSuit ? 0 : (first == flush_suit ? 4 : 0) + second];
+  POKERMATH_KERNEL const Block<Register>& For(const BlockSuits& at) const {
+    if (flush_suit == kNoSuit) return of[0];
+    unsigned place = (at.first == flush_suit ? 4 : 0) + at.second;
+    if constexpr (hand_size > 4) place += at.head == flush_suit ? 8 : 0;
+    return of[place];
   }
 };
-template <typename Register>
-POKERMATH_KERNEL void SetMasks(LaneMasks<Register>& masks, const ClassOnBoard& of,
-                               unsigned flush_suit) {
+template <typename Register, std::size_t hand_size>
+POKERMATH_KERNEL void SetMasks(LaneMasks<Register, hand_size>& masks,
+                               const ClassOnBoard<hand_size>& of, unsigned flush_suit) {
   masks.flush_suit = flush_suit;
   SetMask(masks.of[0], of.lanes[0]);
   if (flush_suit == kNoSuit) return;
-  SetMask(masks.of[4], of.lanes[2]);
-  for (unsigned second = 1; second < 4; ++second) {
-    masks.of[second] = masks.of[0];
-    masks.of[4 + second] = masks.of[4];
+  for (std::size_t i = 0; i < masks.kOfSuit; ++i) {
+    if (i > 0) SetMask(masks.of[4 * i], of.lanes[2 * i]);
+    for (std::size_t second = 1; second < 4; ++second) masks.of[4 * i + second] = masks.of[4 * i];
+    SetMask(masks.of[4 * i + flush_suit], of.lanes[2 * i + 1]);
   }
-  SetMask(masks.of[flush_suit], of.lanes[1]);
-  SetMask(masks.of[4 + flush_suit], of.lanes[3]);
 }
 
-// Calls visit(first, second, sums) for the given blocks of a class: what the inserted hands weigh
-// that share no card with each hand, without the term of the same hand.
+// Where the sums stand for the sets of four cards of a class. Each is a tensor of suits.
+template <typename Number>
+struct SumsOfFour {
+  Number* all;
+  Number *single0, *single1, *single2, *single3;
+  Number *pair01, *pair02, *pair03, *pair12, *pair13, *pair23;
+  Number *triple012, *triple013, *triple023, *triple123;
+};
+// `In` is constant or not, and so are the sums.
+template <typename In>
+using NumberOf = std::conditional_t<std::is_const_v<In>, const Weight, Weight>;
+
+// Of the cards of a hand of four, or of the last four of five.
+template <typename In, std::size_t hand_size>
+POKERMATH_KERNEL SumsOfFour<NumberOf<In>> SumsOfLastFour(In& in, const HandClass<hand_size>& of) {
+  constexpr std::size_t k0 = hand_size - 4, k1 = k0 + 1, k2 = k0 + 2, k3 = k0 + 3;
+  NumberOf<In>*const singles = in.singles.data(), *const pairs = in.pairs.data(),
+                     *const triples = in.triples.data();
+  return {&in.all,
+          singles + of.TensorOf(k0),
+          singles + of.TensorOf(k1),
+          singles + of.TensorOf(k2),
+          singles + of.TensorOf(k3),
+          pairs + of.TensorOf(k0, k1),
+          pairs + of.TensorOf(k0, k2),
+          pairs + of.TensorOf(k0, k3),
+          pairs + of.TensorOf(k1, k2),
+          pairs + of.TensorOf(k1, k3),
+          pairs + of.TensorOf(k2, k3),
+          triples + of.TensorOf(k0, k1, k2),
+          triples + of.TensorOf(k0, k1, k3),
+          triples + of.TensorOf(k0, k2, k3),
+          triples + of.TensorOf(k1, k2, k3)};
+}
+// The same of what holds the first one of five, with a suit.
+template <typename In>
+POKERMATH_KERNEL SumsOfFour<NumberOf<In>> SumsWithHead(In& in, const HandClass<5>& of,
+                                                       unsigned head) {
+  NumberOf<In>*const pairs = in.pairs.data() + head * 4,
+                     *const triples = in.triples.data() + head * 16,
+                     *const quads = in.quads.data() + head * 64;
+  return {in.singles.data() + of.TensorOf(0) + head,
+          pairs + of.TensorOf(0, 1),
+          pairs + of.TensorOf(0, 2),
+          pairs + of.TensorOf(0, 3),
+          pairs + of.TensorOf(0, 4),
+          triples + of.TensorOf(0, 1, 2),
+          triples + of.TensorOf(0, 1, 3),
+          triples + of.TensorOf(0, 1, 4),
+          triples + of.TensorOf(0, 2, 3),
+          triples + of.TensorOf(0, 2, 4),
+          triples + of.TensorOf(0, 3, 4),
+          quads + of.TensorOf(0, 1, 2, 3),
+          quads + of.TensorOf(0, 1, 2, 4),
+          quads + of.TensorOf(0, 1, 3, 4),
+          quads + of.TensorOf(0, 2, 3, 4)};
+}
+
+// Calls visit(first, second, sums) for some blocks of four cards: what the inserted hands weigh
+// that share no card with each hand, without the term of all four.
 template <typename Register, typename Visit>
-POKERMATH_KERNEL void ForEachBlock(const QuadClass& quad, const Inserted& in, unsigned blocks,
-                                   const Visit& visit) {
-  const Weight* const pairs = in.pairs.data();
-  const Weight* const triples = in.triples.data();
-  const Weight* const singles = in.singles.data();
+POKERMATH_KERNEL void ForEachBlockOfFour(const SumsOfFour<const Weight>& in, unsigned blocks,
+                                         const Visit& visit) {
   Block<Register> of_both;
-  Read(of_both, pairs + quad.pair23);
-  AddAll(of_both, in.all);
-  TakeRowsAndColumns(of_both, singles + quad.single[2], singles + quad.single[3]);
+  Read(of_both, in.pair23);
+  AddAll(of_both, *in.all);
+  TakeRowsAndColumns(of_both, in.single2, in.single3);
   Block<Register> of_second[4];
   const unsigned columns = blocks | blocks >> 4 | blocks >> 8 | blocks >> 12;
   for (std::size_t suit = 0; suit < 4; ++suit) {
     if ((columns >> suit & 1) == 0) continue;
     Block<Register> sums = of_both;
-    AddAll(sums, -singles[quad.single[1] + suit]);
-    AddRows(sums, pairs + quad.pair12 + suit * 4);
-    AddColumns(sums, pairs + quad.pair13 + suit * 4);
-    Take(sums, triples + quad.triple123 + suit * 16);
+    AddAll(sums, -in.single1[suit]);
+    AddRows(sums, in.pair12 + suit * 4);
+    AddColumns(sums, in.pair13 + suit * 4);
+    Take(sums, in.triple123 + suit * 16);
     of_second[suit] = sums;
   }
-  const Weight* pair01 = pairs + quad.pair01;
-  const Weight* triple012 = triples + quad.triple012;
-  const Weight* triple013 = triples + quad.triple013;
+  const Weight* pair01 = in.pair01;
+  const Weight* triple012 = in.triple012;
+  const Weight* triple013 = in.triple013;
   for (unsigned first = 0; first < 4; ++first) {
     if (unsigned row = blocks >> first * 4 & 15; row != 0) {
       Block<Register> of_first;
-      Read(of_first, triples + quad.triple023 + first * 16);
-      AddAll(of_first, singles[quad.single[0] + first]);
+      Read(of_first, in.triple023 + first * 16);
+      AddAll(of_first, in.single0[first]);
       Block<Register> added{};
-      AddRows(added, pairs + quad.pair02 + first * 4);
-      AddColumns(added, pairs + quad.pair03 + first * 4);
+      AddRows(added, in.pair02 + first * 4);
+      AddColumns(added, in.pair03 + first * 4);
       Subtract(added, of_first);
       do {
         const auto second = static_cast<unsigned>(__builtin_ctz(row));
@@ -267,18 +341,51 @@ POKERMATH_KERNEL void ForEachBlock(const QuadClass& quad, const Inserted& in, un
   }
 }
 
-// Puts in blocks of a class, which weights(first, second, block) reads.
+// Calls visit(suits, sums) for the given blocks of a class: what the inserted hands weigh that
+// share no card with each hand, without the term of the same hand.
+template <typename Register, typename Visit>
+POKERMATH_KERNEL void ForEachBlock(const HandClass<4>& of, const Inserted<4>& in, unsigned blocks,
+                                   const Visit& visit) {
+  ForEachBlockOfFour<Register>(SumsOfLastFour(in, of), blocks,
+                               [&](unsigned first, unsigned second, Block<Register>& sums)
+                                   POKERMATH_INLINE {
+                                     visit(BlockSuits{0, first, second}, sums);
+                                   });
+}
+template <typename Register, typename Visit>
+POKERMATH_KERNEL void ForEachBlock(const HandClass<5>& of, const Inserted<5>& in,
+                                   std::uint64_t blocks, const Visit& visit) {
+  Block<Register> without_four[16];
+  const Weight* const quads = in.quads.data() + of.TensorOf(1, 2, 3, 4);
+  const std::uint64_t of_four = blocks | blocks >> 16 | blocks >> 32 | blocks >> 48;
+  ForEachBlockOfFour<Register>(SumsOfLastFour(in, of), static_cast<unsigned>(of_four & 0xFFFF),
+                               [&](unsigned first, unsigned second, Block<Register>& sums)
+                                   POKERMATH_INLINE {
+                                     Block<Register> more;
+                                     Read(more, quads + (first * 4 + second) * kBlockLanes);
+                                     Add(sums, more);
+                                     without_four[first * 4 + second] = sums;
+                                   });
+  for (unsigned head = 0; head < 4; ++head) {
+    const auto with_head = static_cast<unsigned>(blocks >> head * 16 & 0xFFFF);
+    if (with_head == 0) continue;
+    ForEachBlockOfFour<Register>(SumsWithHead(in, of, head), with_head,
+                                 [&](unsigned first, unsigned second, Block<Register>& taken)
+                                     POKERMATH_INLINE {
+                                       Block<Register> sums = without_four[first * 4 + second];
+                                       Subtract(sums, taken);
+                                       visit(BlockSuits{head, first, second}, sums);
+                                     });
+  }
+}
+
+// Puts in blocks of four cards, which weights(first, second, block) reads, but for the sets of all
+// four.
 template <typename Register, typename Weights>
-POKERMATH_KERNEL void InsertBlocks(const QuadClass& quad, Inserted& in, unsigned blocks,
-                                   const Weights& weights) {
-  Weight* const pairs = in.pairs.data();
-  Weight* const triples = in.triples.data();
-  Weight* const singles = in.singles.data();
-  Weight* triple012 = triples + quad.triple012;
-  Weight* triple013 = triples + quad.triple013;
-  Weight* const triple123 = triples + quad.triple123;
-  Weight* const pair12 = pairs + quad.pair12;
-  Weight* const pair13 = pairs + quad.pair13;
+POKERMATH_KERNEL void InsertBlocksOfFour(const SumsOfFour<Weight>& in, unsigned blocks,
+                                         const Weights& weights) {
+  Weight* triple012 = in.triple012;
+  Weight* triple013 = in.triple013;
   Block<Register> of_all{};
   FourRows of_pair01{};
   Four all_rows{}, all_columns{};
@@ -292,42 +399,76 @@ POKERMATH_KERNEL void InsertBlocks(const QuadClass& quad, Inserted& in, unsigned
         Block<Register> block;
         weights(first, second, block);
         Add(of_first, block);
-        AddTo(triple123 + second * 16, block);
+        AddTo(in.triple123 + second * 16, block);
         FourRows of_rows;
         Split(of_rows, block);
         Four sums;
         SumRows(sums, of_rows);
         AddTo(triple012 + second * 4, sums);
-        AddTo(pair12 + second * 4, sums);
+        AddTo(in.pair12 + second * 4, sums);
         first_rows += sums;
         SumColumns(sums, of_rows);
         AddTo(triple013 + second * 4, sums);
-        AddTo(pair13 + second * 4, sums);
+        AddTo(in.pair13 + second * 4, sums);
         by_second.row[second] = sums;
       } while ((row &= row - 1) != 0);
-      AddTo(triples + quad.triple023 + first * 16, of_first);
+      AddTo(in.triple023 + first * 16, of_first);
       Add(of_all, of_first);
-      AddTo(pairs + quad.pair02 + first * 4, first_rows);
+      AddTo(in.pair02 + first * 4, first_rows);
       all_rows += first_rows;
       Four first_columns;
       SumColumns(first_columns, by_second);
-      AddTo(pairs + quad.pair03 + first * 4, first_columns);
+      AddTo(in.pair03 + first * 4, first_columns);
       all_columns += first_columns;
       SumRows(of_pair01.row[first], by_second);
-      AddTo(pairs + quad.pair01 + first * 4, of_pair01.row[first]);
+      AddTo(in.pair01 + first * 4, of_pair01.row[first]);
     }
     triple012 += 16;
     triple013 += 16;
   }
-  AddTo(pairs + quad.pair23, of_all);
+  AddTo(in.pair23, of_all);
   Four sums;
   SumRows(sums, of_pair01);
-  AddTo(singles + quad.single[0], sums);
-  in.all += sums[0] + sums[1] + sums[2] + sums[3];
+  AddTo(in.single0, sums);
+  *in.all += sums[0] + sums[1] + sums[2] + sums[3];
   SumColumns(sums, of_pair01);
-  AddTo(singles + quad.single[1], sums);
-  AddTo(singles + quad.single[2], all_rows);
-  AddTo(singles + quad.single[3], all_columns);
+  AddTo(in.single1, sums);
+  AddTo(in.single2, all_rows);
+  AddTo(in.single3, all_columns);
+}
+
+// Puts in blocks of a class, which weights(suits, block) reads.
+template <typename Register, typename Weights>
+POKERMATH_KERNEL void InsertBlocks(const HandClass<4>& of, Inserted<4>& in, unsigned blocks,
+                                   const Weights& weights) {
+  InsertBlocksOfFour<Register>(SumsOfLastFour(in, of), blocks,
+                               [&](unsigned first, unsigned second, Block<Register>& block)
+                                   POKERMATH_INLINE {
+                                     weights(BlockSuits{0, first, second}, block);
+                                   });
+}
+template <typename Register, typename Weights>
+POKERMATH_KERNEL void InsertBlocks(const HandClass<5>& of, Inserted<5>& in, std::uint64_t blocks,
+                                   const Weights& weights) {
+  Block<Register> of_last_four[16] = {};
+  for (unsigned head = 0; head < 4; ++head) {
+    const auto with_head = static_cast<unsigned>(blocks >> head * 16 & 0xFFFF);
+    if (with_head == 0) continue;
+    InsertBlocksOfFour<Register>(SumsWithHead(in, of, head), with_head,
+                                 [&](unsigned first, unsigned second, Block<Register>& block)
+                                     POKERMATH_INLINE {
+                                       weights(BlockSuits{head, first, second}, block);
+                                       Add(of_last_four[first * 4 + second], block);
+                                     });
+  }
+  Weight* const quads = in.quads.data() + of.TensorOf(1, 2, 3, 4);
+  const std::uint64_t of_four = blocks | blocks >> 16 | blocks >> 32 | blocks >> 48;
+  InsertBlocksOfFour<Register>(SumsOfLastFour(in, of), static_cast<unsigned>(of_four & 0xFFFF),
+                               [&](unsigned first, unsigned second, Block<Register>& block)
+                                   POKERMATH_INLINE {
+                                     block = of_last_four[first * 4 + second];
+                                     AddTo(quads + (first * 4 + second) * kBlockLanes, block);
+                                   });
 }
 
 }  // namespace pokermath

@@ -12,15 +12,28 @@ namespace {
 constexpr int kBestFlush = 7140;  // full houses begin above it, straights end below all flushes
 constexpr std::size_t kValues = 7463;
 
-// Bits for pairs of suits, first * 4 + second: of the first card, and of the second.
-constexpr unsigned RowsOf(unsigned suits) {
-  return ((suits & 1) | (suits & 2) << 3 | (suits & 4) << 6 | (suits & 8) << 9) * 15;
-}
-constexpr unsigned ColumnsOf(unsigned suits) { return suits * 0x1111; }
+// [card][its suits]: a bit for each choice of suits of some cards, the first one counting most.
+template <std::size_t cards>
+constexpr auto kSuitBits = [] {
+  std::array<std::array<BlockBits<cards + 2>, 16>, cards> bits{};
+  for (std::size_t card = 0; card < cards; ++card) {
+    for (std::size_t suits = 0; suits < 16; ++suits) {
+      for (std::size_t bit = 0; bit < std::size_t{1} << 2 * cards; ++bit) {
+        const std::uint64_t has = suits >> (bit >> 2 * (cards - 1 - card) & 3) & 1;
+        bits[card][suits] = static_cast<BlockBits<cards + 2>>(bits[card][suits] | has << bit);
+      }
+    }
+  }
+  return bits;
+}();
+// Of the last two cards.
+constexpr unsigned RowsOf(unsigned suits) { return kSuitBits<2>[0][suits]; }
+constexpr unsigned ColumnsOf(unsigned suits) { return kSuitBits<2>[1][suits]; }
 
-std::uint16_t BestOf(const QuadClass& quad, std::span<const std::uint16_t> of_pairs) {
+template <std::size_t hand_size>
+std::uint16_t BestOf(const HandClass<hand_size>& of, std::span<const std::uint16_t> of_pairs) {
   std::uint16_t best = 0;
-  for (const std::uint8_t pair : quad.rank_pairs) best = std::max(best, of_pairs[pair]);
+  for (const std::uint8_t pair : of.rank_pairs) best = std::max(best, of_pairs[pair]);
   return best;
 }
 
@@ -34,7 +47,9 @@ void ForEachRankPair(const Visit& visit) {
 
 }  // namespace
 
-void OmahaBoard::Set(CardSet board, std::span<const std::uint16_t> classes, bool with_lows) {
+template <std::size_t hand_size>
+void OmahaBoard<hand_size>::Set(CardSet board, std::span<const std::uint16_t> classes,
+                                bool with_lows) {
   cards_ = board;
   flush_suit_ = kNoSuit;
   for (unsigned suit = 0; suit < 4; ++suit) {
@@ -54,7 +69,8 @@ void OmahaBoard::Set(CardSet board, std::span<const std::uint16_t> classes, bool
   Sort(classes);
 }
 
-void OmahaBoard::SetValues(std::span<const std::uint16_t> classes, bool with_lows) {
+template <std::size_t hand_size>
+void OmahaBoard<hand_size>::SetValues(std::span<const std::uint16_t> classes, bool with_lows) {
   std::vector<int> cards(cards_.begin(), cards_.end());
   const OmahaPairValues values(cards);
   RankPairs value_of, low_of{};
@@ -71,15 +87,16 @@ void OmahaBoard::SetValues(std::span<const std::uint16_t> classes, bool with_low
   }
   has_lows_ = std::ranges::max(low_of) > 0;
   for (const std::uint16_t number : classes) {
-    const QuadClass& quad = QuadClasses()[number];
-    const std::uint16_t value = BestOf(quad, value_of);
-    const std::uint16_t low = has_lows_ ? BestOf(quad, low_of) : std::uint16_t{0};
+    const HandClass<hand_size>& of = HandClasses<hand_size>()[number];
+    const std::uint16_t value = BestOf(of, value_of);
+    const std::uint16_t low = has_lows_ ? BestOf(of, low_of) : std::uint16_t{0};
     of_class_[number] = {value, static_cast<std::uint8_t>(low), value > kBestFlush};
   }
 }
 
 // By counting.
-void OmahaBoard::Sort(std::span<const std::uint16_t> classes) {
+template <std::size_t hand_size>
+void OmahaBoard<hand_size>::Sort(std::span<const std::uint16_t> classes) {
   std::array<std::uint64_t, kValues / 64 + 1> occurs{};
   for (const std::uint16_t number : classes) {
     const std::uint16_t value = of_class_[number].value;
@@ -105,8 +122,8 @@ void OmahaBoard::Sort(std::span<const std::uint16_t> classes) {
   for (std::size_t i = 0; i < levels; ++i) next[i + 1] += next[i];
   classes_.resize(classes.size());
   for (const std::uint16_t number : classes) {
-    ClassOnBoard& of = classes_[next[level_of(of_class_[number].value)]++];
-    of.quad = &QuadClasses()[number];
+    ClassOnBoard<hand_size>& of = classes_[next[level_of(of_class_[number].value)]++];
+    of.hand_class = &HandClasses<hand_size>()[number];
     of.number = number;
     of.value = of_class_[number].value;
     of.low = of_class_[number].low;
@@ -114,38 +131,55 @@ void OmahaBoard::Sort(std::span<const std::uint16_t> classes) {
   }
 }
 
-void OmahaBoard::SetLanes(ClassOnBoard& of) const {
-  const std::array<std::uint8_t, 4>& ranks = of.quad->ranks;
-  of.live_blocks = of.blocks =
-      static_cast<std::uint16_t>(RowsOf(free_suits_[ranks[0]]) & ColumnsOf(free_suits_[ranks[1]]));
-  of.live_lanes =
-      static_cast<std::uint16_t>(RowsOf(free_suits_[ranks[2]]) & ColumnsOf(free_suits_[ranks[3]]));
+template <std::size_t hand_size>
+void OmahaBoard<hand_size>::SetLanes(ClassOnBoard<hand_size>& of) const {
+  constexpr std::size_t kFirst = hand_size - 2;  // cards before those of the lanes
+  constexpr std::size_t kRow = kFirst, kColumn = kFirst + 1;
+  const std::array<std::uint8_t, hand_size>& ranks = of.hand_class->ranks;
+  of.live_blocks = static_cast<BlockBits<hand_size>>(~BlockBits<hand_size>{0});
+  for (std::size_t i = 0; i < kFirst; ++i) {
+    of.live_blocks = static_cast<BlockBits<hand_size>>(of.live_blocks &
+                                                       kSuitBits<kFirst>[i][free_suits_[ranks[i]]]);
+  }
+  of.blocks = of.live_blocks;
+  of.live_lanes = static_cast<std::uint16_t>(RowsOf(free_suits_[ranks[kRow]]) &
+                                             ColumnsOf(free_suits_[ranks[kColumn]]));
   of.lanes.fill(of.live_lanes);
   if (flush_suit_ == kNoSuit) return;
-  const unsigned row = RowsOf(1u << flush_suit_), column = ColumnsOf(1u << flush_suit_);
-  const auto take = [&](std::initializer_list<std::size_t> places, unsigned taken) {
-    for (const std::size_t i : places) {
-      of.lanes[i] = static_cast<std::uint16_t>(of.lanes[i] & ~taken);
+  const unsigned suit = 1u << flush_suit_, row = RowsOf(suit), column = ColumnsOf(suit);
+  // Where of the first cards at least some are of the suit.
+  const auto take = [&](std::size_t some, unsigned taken) {
+    for (std::size_t of_suit = 0; of_suit < of.lanes.size(); ++of_suit) {
+      if ((some & ~of_suit) != 0) continue;
+      of.lanes[of_suit] = static_cast<std::uint16_t>(of.lanes[of_suit] & ~taken);
     }
   };
+  const auto bit = [](std::size_t i) { return std::size_t{1} << (kFirst - 1 - i); };
   if (of.value <= kBestFlush) {
     // Hands with two cards of the suit.
-    take({0}, row & column);
-    take({1, 2}, row | column);
-    of.blocks = static_cast<std::uint16_t>(of.blocks & ~(row & column));
+    take(0, row & column);
+    for (std::size_t i = 0; i < kFirst; ++i) {
+      take(bit(i), row | column);
+      for (std::size_t j = i + 1; j < kFirst; ++j) {
+        of.blocks = static_cast<BlockBits<hand_size>>(
+            of.blocks & ~(kSuitBits<kFirst>[i][suit] & kSuitBits<kFirst>[j][suit]));
+      }
+    }
     return;
   }
   for (const RankSet missing : straight_flushes_.missing()) {
-    const auto make_it = [&](std::size_t i, std::size_t j) {
-      return missing == (1u << ranks[i] | 1u << ranks[j]);
-    };
-    if (make_it(0, 1)) take({3}, 0xFFFF);
-    if (make_it(0, 2)) take({2, 3}, row);
-    if (make_it(0, 3)) take({2, 3}, column);
-    if (make_it(1, 2)) take({1, 3}, row);
-    if (make_it(1, 3)) take({1, 3}, column);
-    if (make_it(2, 3)) take({0, 1, 2, 3}, row & column);
+    for (std::size_t i = 0; i < hand_size; ++i) {
+      for (std::size_t j = i + 1; j < hand_size; ++j) {
+        if (missing != (1u << ranks[i] | 1u << ranks[j])) continue;
+        const std::size_t some = (i < kFirst ? bit(i) : 0) | (j < kFirst ? bit(j) : 0);
+        const unsigned of_row = i == kRow ? row : 0xFFFF;
+        take(some, j == kRow ? row : j == kColumn ? column & of_row : 0xFFFF);
+      }
+    }
   }
 }
+
+template class OmahaBoard<4>;
+template class OmahaBoard<5>;
 
 }  // namespace pokermath

@@ -16,18 +16,19 @@ namespace pokermath {
 /// In place of a suit.
 inline constexpr unsigned kNoSuit = 4;
 
+template <std::size_t hand_size>
 struct ClassOnBoard {
-  const QuadClass* quad;
+  const HandClass<hand_size>* hand_class;
   std::uint16_t number;
   std::uint16_t value;  ///< without a flush
   std::uint16_t low;    ///< 0 for none
   /// Blocks and lanes that the board leaves.
-  std::uint16_t live_blocks;
+  BlockBits<hand_size> live_blocks;
   std::uint16_t live_lanes;
-  /// Those of them that have the value, not a better flush. Lanes depend on which of the first two
-  /// cards are of the flush suit: the first one is worth 2, the second one 1.
-  std::uint16_t blocks;
-  std::array<std::uint16_t, 4> lanes;
+  /// Those of them that have the value, not a better flush. Lanes depend on which of the first
+  /// cards are of the flush suit: the last one of them is worth 1, the one before it 2, and so on.
+  BlockBits<hand_size> blocks;
+  std::array<std::uint16_t, std::size_t{1} << (hand_size - 2)> lanes;
 };
 
 /// The pairs of cards of a suit that make a straight flush with three of the board, rising.
@@ -56,6 +57,7 @@ class StraightFlushes {
 };
 
 /// A board of three to five cards.
+template <std::size_t hand_size>
 class OmahaBoard {
  public:
   /// @param with_lows  whether lows are asked for
@@ -66,12 +68,12 @@ class OmahaBoard {
   unsigned flush_suit() const { return flush_suit_; }
   const StraightFlushes& straight_flushes() const { return straight_flushes_; }
   /// Rising by their values.
-  std::span<const ClassOnBoard> classes() const { return classes_; }
+  std::span<const ClassOnBoard<hand_size>> classes() const { return classes_; }
   /// How many of these have less than a full house.
   std::size_t below_full() const { return below_full_; }
-  bool IsFull(std::size_t quad_class) const { return of_class_[quad_class].full; }
+  bool IsFull(std::size_t hand_class) const { return of_class_[hand_class].full; }
   /// Low of a class; 0 for none, and where they are not asked for.
-  int LowOf(std::size_t quad_class) const { return of_class_[quad_class].low; }
+  int LowOf(std::size_t hand_class) const { return of_class_[hand_class].low; }
   /// Whether some pair of cards makes a low.
   bool has_lows() const { return has_lows_; }
 
@@ -85,15 +87,15 @@ class OmahaBoard {
 
   void SetValues(std::span<const std::uint16_t> classes, bool with_lows);
   void Sort(std::span<const std::uint16_t> classes);
-  void SetLanes(ClassOnBoard& of) const;
+  void SetLanes(ClassOnBoard<hand_size>& of) const;
 
   CardSet cards_;
   unsigned flush_suit_ = kNoSuit;
   StraightFlushes straight_flushes_;
   bool has_lows_ = false;
   std::array<std::uint8_t, 13> free_suits_{};  // by rank
-  std::array<OfClass, kQuadClasses> of_class_{};
-  std::vector<ClassOnBoard> classes_;
+  std::array<OfClass, kHandClasses<hand_size>> of_class_{};
+  std::vector<ClassOnBoard<hand_size>> classes_;
   std::size_t below_full_ = 0;
 };
 

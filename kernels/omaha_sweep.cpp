@@ -31,9 +31,10 @@ using Counts = std::vector<Lanes>;
 constexpr int kAllLows = 256;
 
 // A sweep: who is put in, who asks, and where the answers go.
+template <std::size_t hand_size>
 struct Sweeping {
-  const OmahaTensors& ranges;
-  std::array<Inserted*, 2> inserted;
+  const OmahaTensors<hand_size>& ranges;
+  std::array<Inserted<hand_size>*, 2> inserted;
   // By side; nothing where it is not asked for.
   std::array<Lanes*, 2> below, not_above;
   std::array<Weight*, 2> of_flushes;
@@ -46,98 +47,112 @@ struct Sweeping {
   bool Asks(int low) const { return low >= first_low_asked; }
 };
 
-using Level = std::span<const ClassOnBoard>;
+template <std::size_t hand_size>
+using Level = std::span<const ClassOnBoard<hand_size>>;
 
-inline unsigned LiveBlocks(const OmahaTensor& range, const ClassOnBoard& of) {
-  return range.BlocksOf(of.number).held & of.blocks;
+template <std::size_t hand_size>
+BlockBits<hand_size> LiveBlocks(const OmahaTensor<hand_size>& range,
+                                const ClassOnBoard<hand_size>& of) {
+  return static_cast<BlockBits<hand_size>>(range.BlocksOf(of.number).held & of.blocks);
 }
 
 // Calls visit(class, blocks, masks) for the classes of a level of which a range has blocks.
-template <typename Register, typename Visit>
-POKERMATH_KERNEL void ForEachClass(const OmahaTensor& range, Level level, unsigned flush_suit,
-                                   const Visit& visit) {
-  for (const ClassOnBoard& of : level) {
-    const unsigned live = LiveBlocks(range, of);
+template <typename Register, std::size_t hand_size, typename Visit>
+POKERMATH_KERNEL void ForEachClass(const OmahaTensor<hand_size>& range, Level<hand_size> level,
+                                   unsigned flush_suit, const Visit& visit) {
+  for (const ClassOnBoard<hand_size>& of : level) {
+    const BlockBits<hand_size> live = LiveBlocks(range, of);
     if (live == 0) continue;
-    LaneMasks<Register> masks;
+    LaneMasks<Register, hand_size> masks;
     SetMasks(masks, of, flush_suit);
     visit(of, live, masks);
   }
 }
 
 // What the hands of a side beat; and without ties to come, what they do not lose to.
-template <typename Register>
-POKERMATH_KERNEL void AddBelow(const Sweeping& sweeping, std::size_t side, Level level, bool ties) {
-  const OmahaTensor& range = sweeping.ranges[side];
+template <typename Register, std::size_t hand_size>
+POKERMATH_KERNEL void AddBelow(const Sweeping<hand_size>& sweeping, std::size_t side,
+                               Level<hand_size> level, bool ties) {
+  const OmahaTensor<hand_size>& range = sweeping.ranges[side];
   Lanes* const all_below = sweeping.below[side];
   Lanes* const all_not_above = ties ? nullptr : sweeping.not_above[side];
   if (all_below == nullptr && all_not_above == nullptr) return;
-  ForEachClass<Register>(
-      range, level, sweeping.flush_suit,
-      [&](const ClassOnBoard& of, unsigned live, const LaneMasks<Register>& masks) {
-        if (!sweeping.Asks(of.low)) return;
-        const OmahaTensor::Blocks blocks = range.BlocksOf(of.number);
-        ForEachBlock<Register>(*of.quad, *sweeping.inserted[1 - side], live,
-                               [&](unsigned first, unsigned second, Block<Register>& sums) {
-                                 Mask(sums, masks.For(first, second));
-                                 const std::size_t place = blocks.Of(first * 4 + second);
-                                 if (all_below != nullptr) AddTo(all_below[place].of.data(), sums);
-                                 if (all_not_above != nullptr)
-                                   AddTo(all_not_above[place].of.data(), sums);
-                               });
-      });
+  ForEachClass<Register>(range, level, sweeping.flush_suit,
+                         [&](const ClassOnBoard<hand_size>& of, BlockBits<hand_size> live,
+                             const LaneMasks<Register, hand_size>& masks) {
+                           if (!sweeping.Asks(of.low)) return;
+                           const auto blocks = range.BlocksOf(of.number);
+                           ForEachBlock<Register>(*of.hand_class, *sweeping.inserted[1 - side],
+                                                  live,
+                                                  [&](const BlockSuits& at, Block<Register>& sums) {
+                                                    Mask(sums, masks.For(at));
+                                                    const std::size_t place = blocks.Of(at.bit());
+                                                    if (all_below != nullptr)
+                                                      AddTo(all_below[place].of.data(), sums);
+                                                    if (all_not_above != nullptr)
+                                                      AddTo(all_not_above[place].of.data(), sums);
+                                                  });
+                         });
 }
 
 // What they do not lose to, behind the level.
-template <typename Register>
-POKERMATH_KERNEL void AddNotAbove(const Sweeping& sweeping, std::size_t side, Level level) {
-  const OmahaTensor& range = sweeping.ranges[side];
+template <typename Register, std::size_t hand_size>
+POKERMATH_KERNEL void AddNotAbove(const Sweeping<hand_size>& sweeping, std::size_t side,
+                                  Level<hand_size> level) {
+  const OmahaTensor<hand_size>& range = sweeping.ranges[side];
   const std::span<const std::uint32_t> weights = sweeping.ranges[1 - side].weights();
   const std::uint32_t* const twins = range.twins().data();
   Lanes* const all_not_above = sweeping.not_above[side];
-  ForEachClass<Register>(
-      range, level, sweeping.flush_suit,
-      [&](const ClassOnBoard& of, unsigned live, const LaneMasks<Register>& masks) {
-        if (!sweeping.Asks(of.low)) return;
-        const OmahaTensor::Blocks blocks = range.BlocksOf(of.number);
-        // The same hand is put in with its class.
-        const bool with_same = sweeping.Inserts(of.low);
-        ForEachBlock<Register>(*of.quad, *sweeping.inserted[1 - side], live,
-                               [&](unsigned first, unsigned second, Block<Register>& sums) {
-                                 const std::size_t place = blocks.Of(first * 4 + second);
+  ForEachClass<Register>(range, level, sweeping.flush_suit,
+                         [&](const ClassOnBoard<hand_size>& of, BlockBits<hand_size> live,
+                             const LaneMasks<Register, hand_size>& masks) {
+                           if (!sweeping.Asks(of.low)) return;
+                           const auto blocks = range.BlocksOf(of.number);
+                           // The same hand is put in with its class.
+                           const bool with_same = sweeping.Inserts(of.low);
+                           ForEachBlock<Register>(
+                               *of.hand_class, *sweeping.inserted[1 - side], live,
+                               [&](const BlockSuits& at, Block<Register>& sums) {
+                                 const std::size_t place = blocks.Of(at.bit());
                                  if (with_same) {
                                    Block<Register> same;
                                    Read(same, weights.data() + twins[place] * kBlockLanes);
-                                   Add(sums, same);
+                                   // With the sign of its term.
+                                   if constexpr (hand_size % 2 == 0) {
+                                     Add(sums, same);
+                                   } else {
+                                     Subtract(sums, same);
+                                   }
                                  }
-                                 Mask(sums, masks.For(first, second));
+                                 Mask(sums, masks.For(at));
                                  AddTo(all_not_above[place].of.data(), sums);
                                });
-      });
+                         });
 }
 
-template <typename Register>
-POKERMATH_KERNEL void Insert(const Sweeping& sweeping, std::size_t side, Level level) {
-  const OmahaTensor& range = sweeping.ranges[side];
+template <typename Register, std::size_t hand_size>
+POKERMATH_KERNEL void Insert(const Sweeping<hand_size>& sweeping, std::size_t side,
+                             Level<hand_size> level) {
+  const OmahaTensor<hand_size>& range = sweeping.ranges[side];
   const std::uint32_t* const all_weights = range.weights().data();
-  ForEachClass<Register>(
-      range, level, sweeping.flush_suit,
-      [&](const ClassOnBoard& of, unsigned live, const LaneMasks<Register>& masks) {
-        if (!sweeping.Inserts(of.low)) return;
-        const OmahaTensor::Blocks blocks = range.BlocksOf(of.number);
-        InsertBlocks<Register>(*of.quad, *sweeping.inserted[side], live,
-                               [&](unsigned first, unsigned second, Block<Register>& weights) {
-                                 Read(weights,
-                                      all_weights + blocks.Of(first * 4 + second) * kBlockLanes);
-                                 Mask(weights, masks.For(first, second));
+  ForEachClass<Register>(range, level, sweeping.flush_suit,
+                         [&](const ClassOnBoard<hand_size>& of, BlockBits<hand_size> live,
+                             const LaneMasks<Register, hand_size>& masks) {
+                           if (!sweeping.Inserts(of.low)) return;
+                           const auto blocks = range.BlocksOf(of.number);
+                           InsertBlocks<Register>(
+                               *of.hand_class, *sweeping.inserted[side], live,
+                               [&](const BlockSuits& at, Block<Register>& weights) {
+                                 Read(weights, all_weights + blocks.Of(at.bit()) * kBlockLanes);
+                                 Mask(weights, masks.For(at));
                                });
-      });
+                         });
 }
 
-template <typename Register>
-POKERMATH_KERNEL void SweepLevel(const Sweeping& sweeping, Level level) {
+template <typename Register, std::size_t hand_size>
+POKERMATH_KERNEL void SweepLevel(const Sweeping<hand_size>& sweeping, Level<hand_size> level) {
   std::array<bool, 2> asks{}, inserts{};
-  for (const ClassOnBoard& of : level) {
+  for (const ClassOnBoard<hand_size>& of : level) {
     for (const std::size_t side : {0u, 1u}) {
       if (LiveBlocks(sweeping.ranges[side], of) == 0) continue;
       asks[side] = asks[side] || sweeping.Asks(of.low);
@@ -155,46 +170,114 @@ POKERMATH_KERNEL void SweepLevel(const Sweeping& sweeping, Level level) {
   }
 }
 
-using SweepLevelFunction = void (*)(const Sweeping& sweeping, Level level);
+template <std::size_t hand_size>
+using SweepLevelFunction = void (*)(const Sweeping<hand_size>& sweeping, Level<hand_size> level);
 
-void SweepLevelBaseline(const Sweeping& sweeping, Level level) {
+template <std::size_t hand_size>
+void SweepLevelBaseline(const Sweeping<hand_size>& sweeping, Level<hand_size> level) {
   SweepLevel<Four>(sweeping, level);
 }
-POKERMATH_TARGET_AVX2 void SweepLevelAvx2(const Sweeping& sweeping, Level level) {
+template <std::size_t hand_size>
+POKERMATH_TARGET_AVX2 void SweepLevelAvx2(const Sweeping<hand_size>& sweeping,
+                                          Level<hand_size> level) {
   SweepLevel<Eight>(sweeping, level);
 }
 
 // --- flushes ---
 
 // A hand with a flush.
+template <std::size_t hand_size>
 struct FlushHand {
-  const SuitedHand* hand;
+  const SuitedHand<hand_size>* hand;
   std::uint16_t pair;  // its group
   std::uint8_t side;
   std::int8_t straight_flush;  // number of the best one, or -1
 };
 
-// What is inserted without the two cards of a group, for every third one.
+// The two cards of a group, with others.
+struct Group {
+  const SuitedPairPlaces& places;
+  const PlacesWithPairs* with_pairs;  // for hands of five
+};
+
+// What is inserted without the two cards of a group: all of it, what holds any third card, and for
+// hands of five what holds any two.
+template <std::size_t hand_size>
+struct WithoutGroup {
+  const Inserted<hand_size>& in;
+  const Group& group;
+
+  Weight All() const {
+    const SuitedPairPlaces& places = group.places;
+    return in.all - in.singles[places.singles[0]] - in.singles[places.singles[1]] +
+           in.pairs[places.both];
+  }
+  Weight Single(std::size_t card) const {
+    const SuitedPairPlaces& places = group.places;
+    return in.singles[SinglePlace(static_cast<int>(card))] - in.pairs[places.pair1[card]] -
+           in.pairs[places.pair2[card]] + in.triples[places.triple[card]];
+  }
+  Weight Pair(std::size_t pair) const {
+    const PlacesWithPairs& places = *group.with_pairs;
+    return in.pairs[pair] - in.triples[places.triple1[pair]] - in.triples[places.triple2[pair]] +
+           in.quads[places.quad[pair]];
+  }
+};
+
+// The same, worked out.
+template <std::size_t hand_size>
 struct WithoutPair {
   Weight all;
   std::array<Weight, 52> singles;
+  std::array<Weight, hand_size == 4 ? 0 : kPairPlaces> pairs;
+
+  void Set(const WithoutGroup<hand_size>& without) {
+    all = without.All();
+    for (std::size_t card = 0; card < 52; ++card) singles[card] = without.Single(card);
+    if constexpr (hand_size > 4) {
+      for (std::size_t pair = 0; pair < kPairPlaces; ++pair) pairs[pair] = without.Pair(pair);
+    }
+  }
+  Weight All() const { return all; }
+  Weight Single(std::size_t card) const { return singles[card]; }
+  Weight Pair(std::size_t pair) const { return pairs[pair]; }
 };
 
-Weight AllWithout(const Inserted& in, const SuitedPairPlaces& places) {
-  return in.all - in.singles[places.singles[0]] - in.singles[places.singles[1]] +
-         in.pairs[places.both];
+// The sums for sets of all cards of a hand but one, and but two.
+POKERMATH_KERNEL auto& Largest(auto& in) {
+  if constexpr (requires { in.quads; }) {
+    return in.quads;
+  } else {
+    return in.triples;
+  }
 }
-Weight SingleWithout(const Inserted& in, const SuitedPairPlaces& places, std::size_t card) {
-  return in.singles[SinglePlace(static_cast<int>(card))] - in.pairs[places.pair1[card]] -
-         in.pairs[places.pair2[card]] + in.triples[places.triple[card]];
+POKERMATH_KERNEL auto& Rest(auto& in) {
+  if constexpr (requires { in.quads; }) {
+    return in.triples;
+  } else {
+    return in.pairs;
+  }
 }
 
 // What takes part in a sweep by high hands, everything from weak to strong. Parts of it are split
 // off by lows.
+template <std::size_t hand_size>
 struct Field {
-  std::vector<ClassOnBoard> classes, full_classes;
-  std::vector<FlushHand> flushes, straight_flushes;  // by group or rank, then by side
+  std::vector<ClassOnBoard<hand_size>> classes, full_classes;
+  std::vector<FlushHand<hand_size>> flushes, straight_flushes;  // by group or rank, then by side
 };
+
+// Takes what a class has put in out of the larger tensors.
+template <std::size_t hand_size>
+void ClearParts(const HandClass<hand_size>& of, Inserted<hand_size>& in) {
+  for (unsigned cards = 0; cards < of.of_cards.size(); ++cards) {
+    const int size = std::popcount(cards);
+    if (size == 3) std::fill_n(&in.triples[of.of_cards[cards]], 64, Weight{0});
+    if constexpr (hand_size > 4) {
+      if (size == 4) std::fill_n(&in.quads[of.of_cards[cards]], 256, Weight{0});
+    }
+  }
+}
 
 // Those with a low below a limit; the others are left.
 template <typename List, typename LowOf>
@@ -214,8 +297,9 @@ List SplitOff(List& list, int limit, const LowOf& low_of) {
 
 }  // namespace
 
-struct OmahaSweep::State {
-  State(Isa isa, const OmahaTensors& of_ranges, bool with_lows);
+template <std::size_t hand_size>
+struct OmahaSweep<hand_size>::State {
+  State(Isa isa, const OmahaTensors<hand_size>& of_ranges, bool with_lows);
 
   void Count(CardSet board);
   void CountAll();
@@ -235,37 +319,46 @@ struct OmahaSweep::State {
 
   void Spread(std::size_t side, OfContest& sums) const;
   void MakeRoom();
-  void Clear(const Field& field);
-  Sweeping SweepingInto(OmahaContest contest);
+  void Clear(const Field<hand_size>& field);
+  Sweeping<hand_size> SweepingInto(OmahaContest contest);
   void SetField();
-  void Sweep(const Sweeping& sweeping, const Field& field);
-  void SweepClasses(const Sweeping& sweeping, Level classes);
-  void SweepFlushes(const Sweeping& sweeping, std::span<const FlushHand> flushes);
-  void SweepGroup(const Sweeping& sweeping, std::span<const FlushHand> group);
-  void SweepFlush(const Sweeping& sweeping, const FlushHand& flush, Weight below);
-  void InsertGroup(std::size_t side, const SuitedPairPlaces& places);
-  void SweepLows(Field field);
-  void SweepHighAndLow(Field field);
-  int LowOf(const FlushHand& flush) const { return board_.LowOf(flush.hand->quad_class); }
+  void Sweep(const Sweeping<hand_size>& sweeping, const Field<hand_size>& field);
+  void SweepClasses(const Sweeping<hand_size>& sweeping, Level<hand_size> classes);
+  void SweepFlushes(const Sweeping<hand_size>& sweeping,
+                    std::span<const FlushHand<hand_size>> flushes);
+  void SweepGroup(const Sweeping<hand_size>& sweeping, std::span<const FlushHand<hand_size>> hands);
+  template <typename Without>
+  void SweepFlush(const Sweeping<hand_size>& sweeping, const FlushHand<hand_size>& flush,
+                  const Without& without);
+  void InsertGroup(std::size_t side, const Group& group);
+  void SweepLows(Field<hand_size> field);
+  void SweepHighAndLow(Field<hand_size> field);
+  int LowOf(const FlushHand<hand_size>& flush) const {
+    return board_.LowOf(flush.hand->hand_class);
+  }
 
-  const OmahaTensors& ranges_;
+  const OmahaTensors<hand_size>& ranges_;
   bool high_low_;
-  SweepLevelFunction sweep_level_;
+  SweepLevelFunction<hand_size> sweep_level_;
   // Empty between sweeps.
-  std::unique_ptr<std::array<Inserted, 2>> inserted_ = std::make_unique<std::array<Inserted, 2>>();
-  OmahaBoard board_;
-  Field field_;
-  std::array<WithoutPair, 2> added_{};  // by the group that is being swept
+  std::unique_ptr<std::array<Inserted<hand_size>, 2>> inserted_ =
+      std::make_unique<std::array<Inserted<hand_size>, 2>>();
+  OmahaBoard<hand_size> board_;
+  Field<hand_size> field_;
+  std::array<WithoutPair<hand_size>, 2> added_{};  // by the group that is being swept
 
   std::array<std::array<OfContest, kOmahaContests>, 2> sums_;
   std::uint64_t boards_of_room_ = 1;  // boards that 32 bits have room for
   std::uint64_t boards_ = 0;
 };
 
-OmahaSweep::State::State(Isa isa, const OmahaTensors& of_ranges, bool with_lows)
+template <std::size_t hand_size>
+OmahaSweep<hand_size>::State::State(Isa isa, const OmahaTensors<hand_size>& of_ranges,
+                                    bool with_lows)
     : ranges_(of_ranges),
       high_low_(with_lows),
-      sweep_level_(isa == Isa::kBaseline ? SweepLevelBaseline : SweepLevelAvx2) {
+      sweep_level_(isa == Isa::kBaseline ? SweepLevelBaseline<hand_size>
+                                         : SweepLevelAvx2<hand_size>) {
   std::uint64_t most = 1;
   for (const std::size_t side : {0u, 1u}) {
     most = std::max(most, ranges_[side].weight());
@@ -282,8 +375,9 @@ OmahaSweep::State::State(Isa isa, const OmahaTensors& of_ranges, bool with_lows)
 }
 
 // Adds what flushes have won to the sums of their hands.
-void OmahaSweep::State::Spread(std::size_t side, OfContest& sums) const {
-  const std::span<const SuitedHand> suited = ranges_[side].suited();
+template <std::size_t hand_size>
+void OmahaSweep<hand_size>::State::Spread(std::size_t side, OfContest& sums) const {
+  const std::span<const SuitedHand<hand_size>> suited = ranges_[side].suited();
   const auto add = [&](std::vector<Weight>& of_flushes, std::initializer_list<Counts*> to) {
     for (std::size_t i = 0; i < of_flushes.size(); ++i) {
       const std::uint32_t place = suited[i].place;
@@ -298,7 +392,8 @@ void OmahaSweep::State::Spread(std::size_t side, OfContest& sums) const {
 }
 
 // Moves sums to 64 bits before they do not fit into 32.
-void OmahaSweep::State::MakeRoom() {
+template <std::size_t hand_size>
+void OmahaSweep<hand_size>::State::MakeRoom() {
   if (boards_++ < boards_of_room_) return;
   boards_ = 1;
   for (const std::size_t side : {0u, 1u}) {
@@ -315,7 +410,9 @@ void OmahaSweep::State::MakeRoom() {
   }
 }
 
-std::vector<OmahaCounts> OmahaSweep::State::CountsOf(std::size_t side, OmahaContest contest) {
+template <std::size_t hand_size>
+std::vector<OmahaCounts> OmahaSweep<hand_size>::State::CountsOf(std::size_t side,
+                                                                OmahaContest contest) {
   OfContest& sums = Sums(side, contest);
   Spread(side, sums);
   std::vector<OmahaCounts> counts;
@@ -330,29 +427,27 @@ std::vector<OmahaCounts> OmahaSweep::State::CountsOf(std::size_t side, OmahaCont
 }
 
 // Takes out what a field has put in.
-void OmahaSweep::State::Clear(const Field& field) {
+template <std::size_t hand_size>
+void OmahaSweep<hand_size>::State::Clear(const Field<hand_size>& field) {
   constexpr std::size_t kFewClasses = 60;
-  for (Inserted& in : *inserted_) {
+  for (Inserted<hand_size>& in : *inserted_) {
     in.singles.fill(0);
     in.pairs.fill(0);
     in.all = 0;
     if (field.classes.size() + field.full_classes.size() > kFewClasses) {
       in.triples.fill(0);
+      if constexpr (hand_size > 4) in.quads.fill(0);
       continue;
     }
-    for (const std::vector<ClassOnBoard>* classes : {&field.classes, &field.full_classes}) {
-      for (const ClassOnBoard& of : *classes) {
-        for (const std::uint16_t triple :
-             {of.quad->triple012, of.quad->triple013, of.quad->triple023, of.quad->triple123}) {
-          std::fill_n(&in.triples[triple], 64, Weight{0});
-        }
-      }
+    for (const auto* classes : {&field.classes, &field.full_classes}) {
+      for (const ClassOnBoard<hand_size>& of : *classes) ClearParts(*of.hand_class, in);
     }
   }
 }
 
-Sweeping OmahaSweep::State::SweepingInto(OmahaContest contest) {
-  Sweeping sweeping = {
+template <std::size_t hand_size>
+Sweeping<hand_size> OmahaSweep<hand_size>::State::SweepingInto(OmahaContest contest) {
+  Sweeping<hand_size> sweeping = {
       ranges_, {&(*inserted_)[0], &(*inserted_)[1]}, {}, {}, {}, board_.flush_suit()};
   for (const std::size_t side : {0u, 1u}) {
     sweeping.below[side] = Sums(side, contest).below.data();
@@ -363,8 +458,9 @@ Sweeping OmahaSweep::State::SweepingInto(OmahaContest contest) {
 }
 
 // All hands that the board leaves.
-void OmahaSweep::State::SetField() {
-  Field& field = field_;
+template <std::size_t hand_size>
+void OmahaSweep<hand_size>::State::SetField() {
+  Field<hand_size>& field = field_;
   const auto below_full =
       board_.classes().begin() + static_cast<std::ptrdiff_t>(board_.below_full());
   field.classes.assign(board_.classes().begin(), below_full);
@@ -377,36 +473,39 @@ void OmahaSweep::State::SetField() {
   const auto is_on_board = [&](std::size_t rank) {
     return board_.cards().Contains(static_cast<int>(suit * 13 + rank));
   };
+  const auto is_card_of_board = [&](int card) { return board_.cards().Contains(card); };
   for (std::size_t high = 1, pair = 0; high < 13; ++high) {
     for (std::size_t low = 0; low < high; ++low, ++pair) {
       if (is_on_board(high) || is_on_board(low)) continue;
       for (const std::size_t side : {0u, 1u}) {
-        for (const SuitedHand& hand : ranges_[side].Suited(suit, pair)) {
-          if (board_.cards().Contains(hand.card1) || board_.cards().Contains(hand.card2)) continue;
-          FlushHand flush = {&hand, static_cast<std::uint16_t>(pair),
-                             static_cast<std::uint8_t>(side), -1};
+        for (const SuitedHand<hand_size>& hand : ranges_[side].Suited(suit, pair)) {
+          if (std::ranges::any_of(hand.cards, is_card_of_board)) continue;
+          FlushHand<hand_size> flush = {&hand, static_cast<std::uint16_t>(pair),
+                                        static_cast<std::uint8_t>(side), -1};
           if (straight) {
             flush.straight_flush =
                 static_cast<std::int8_t>(board_.straight_flushes().BestOf(hand.suited));
           }
           if (flush.straight_flush >= 0) {
             field.straight_flushes.push_back(flush);
-          } else if (!board_.IsFull(hand.quad_class)) {
+          } else if (!board_.IsFull(hand.hand_class)) {
             field.flushes.push_back(flush);
           }
         }
       }
     }
   }
-  std::ranges::stable_sort(field.straight_flushes, {}, [](const FlushHand& of) {
+  std::ranges::stable_sort(field.straight_flushes, {}, [](const FlushHand<hand_size>& of) {
     return std::pair(of.straight_flush, of.side);
   });
 }
 
-void OmahaSweep::State::SweepClasses(const Sweeping& sweeping, Level classes) {
+template <std::size_t hand_size>
+void OmahaSweep<hand_size>::State::SweepClasses(const Sweeping<hand_size>& sweeping,
+                                                Level<hand_size> classes) {
   while (!classes.empty()) {
     const auto end = std::ranges::find_if(
-        classes, [&](const ClassOnBoard& of) { return of.value != classes[0].value; });
+        classes, [&](const ClassOnBoard<hand_size>& of) { return of.value != classes[0].value; });
     const auto size = static_cast<std::size_t>(end - classes.begin());
     sweep_level_(sweeping, classes.first(size));
     classes = classes.subspan(size);
@@ -414,82 +513,103 @@ void OmahaSweep::State::SweepClasses(const Sweeping& sweeping, Level classes) {
 }
 
 // Asks for a hand whose group's other hands share cards with it, and puts it in, but for the sets
-// that hold only one of the cards that are not its group's.
-void OmahaSweep::State::SweepFlush(const Sweeping& sweeping, const FlushHand& flush, Weight below) {
-  const SuitedHand& hand = *flush.hand;
+// that hold some of the cards that are not its group's, not all.
+template <std::size_t hand_size>
+template <typename Without>
+void OmahaSweep<hand_size>::State::SweepFlush(const Sweeping<hand_size>& sweeping,
+                                              const FlushHand<hand_size>& flush,
+                                              const Without& without) {
+  const SuitedHand<hand_size>& hand = *flush.hand;
   const std::size_t side = flush.side;
   const int low = LowOf(flush);
   const bool inserts = sweeping.Inserts(low);
   if (sweeping.Asks(low)) {
-    const Inserted& other = *sweeping.inserted[1 - side];
-    below += other.pairs[hand.pair] - other.triples[hand.triple1] - other.triples[hand.triple2];
+    const Inserted<hand_size>& other = *sweeping.inserted[1 - side];
+    Weight below = without.All();
+    for (const std::uint8_t card : hand.cards) below -= without.Single(card);
+    if constexpr (hand_size > 4) {
+      for (const std::uint16_t pair : hand.pairs) below += without.Pair(pair);
+    }
     // The first range has the group put in already. Of its hands only the same one is not counted
     // right: its last term is missing.
-    if (side == 1 && inserts) below += hand.same;
+    Weight all_others =
+        Rest(other)[hand.others] - Largest(other)[hand.with_high] - Largest(other)[hand.with_low];
+    if (side == 1 && inserts) all_others += hand.same;
+    below += hand_size % 2 == 0 ? all_others : -all_others;
     sweeping.of_flushes[side][&hand - ranges_[side].suited().data()] += below;
   }
   if (!inserts) return;
-  Inserted& own = *sweeping.inserted[side];
-  WithoutPair& added = added_[side];
-  own.pairs[hand.pair] += hand.weight;
-  own.triples[hand.triple1] += hand.weight;
-  own.triples[hand.triple2] += hand.weight;
+  Inserted<hand_size>& own = *sweeping.inserted[side];
+  Rest(own)[hand.others] += hand.weight;
+  Largest(own)[hand.with_high] += hand.weight;
+  Largest(own)[hand.with_low] += hand.weight;
+  WithoutPair<hand_size>& added = added_[side];
   added.all += hand.weight;
-  added.singles[hand.card1] += hand.weight;
-  added.singles[hand.card2] += hand.weight;
+  for (const std::uint8_t card : hand.cards) added.singles[card] += hand.weight;
+  for (const std::uint16_t pair : hand.pairs) added.pairs[pair] += hand.weight;
 }
 
 // Puts in the sets that SweepFlush has left out for the hands of a group.
-void OmahaSweep::State::InsertGroup(std::size_t side, const SuitedPairPlaces& places) {
-  WithoutPair& added = added_[side];
+template <std::size_t hand_size>
+void OmahaSweep<hand_size>::State::InsertGroup(std::size_t side, const Group& group) {
+  WithoutPair<hand_size>& added = added_[side];
   if (added.all == 0) return;
-  Inserted& in = (*inserted_)[side];
+  Inserted<hand_size>& in = (*inserted_)[side];
   for (std::size_t card = 0; card < 52; ++card) {
     const Weight weight = added.singles[card];
     if (weight == 0) continue;
     in.singles[SinglePlace(static_cast<int>(card))] += weight;
-    in.pairs[places.pair1[card]] += weight;
-    in.pairs[places.pair2[card]] += weight;
-    in.triples[places.triple[card]] += weight;
+    in.pairs[group.places.pair1[card]] += weight;
+    in.pairs[group.places.pair2[card]] += weight;
+    in.triples[group.places.triple[card]] += weight;
     added.singles[card] = 0;
   }
+  if constexpr (hand_size > 4) {
+    for (std::size_t pair = 0; pair < kPairPlaces; ++pair) {
+      const Weight weight = added.pairs[pair];
+      if (weight == 0) continue;
+      in.pairs[pair] += weight;
+      in.triples[group.with_pairs->triple1[pair]] += weight;
+      in.triples[group.with_pairs->triple2[pair]] += weight;
+      in.quads[group.with_pairs->quad[pair]] += weight;
+      added.pairs[pair] = 0;
+    }
+  }
   in.all += added.all;
-  for (const std::uint16_t single : places.singles) in.singles[single] += added.all;
-  in.pairs[places.both] += added.all;
+  for (const std::uint16_t single : group.places.singles) in.singles[single] += added.all;
+  in.pairs[group.places.both] += added.all;
   added.all = 0;
 }
 
 // What is inserted without the two cards of a group is not changed by its own hands.
-void OmahaSweep::State::SweepGroup(const Sweeping& sweeping, std::span<const FlushHand> group) {
-  // From so many hands on it is best worked out once for every third card.
-  constexpr std::size_t kManyHands = 30;
-  const SuitedPairPlaces& places = PlacesOf(sweeping.flush_suit, group[0].pair);
-  if (group.size() < kManyHands) {
-    for (const FlushHand& flush : group) {
-      const Inserted& other = *sweeping.inserted[1 - flush.side];
-      SweepFlush(sweeping, flush,
-                 AllWithout(other, places) - SingleWithout(other, places, flush.hand->card1) -
-                     SingleWithout(other, places, flush.hand->card2));
+template <std::size_t hand_size>
+void OmahaSweep<hand_size>::State::SweepGroup(const Sweeping<hand_size>& sweeping,
+                                              std::span<const FlushHand<hand_size>> hands) {
+  // From so many hands on it is best worked out once for every third card, and every pair.
+  constexpr std::size_t kManyHands = hand_size == 4 ? 30 : 600;
+  const Group group = {
+      PlacesOf(sweeping.flush_suit, hands[0].pair),
+      hand_size == 4 ? nullptr : &PlacesWithPairsOf(sweeping.flush_suit, hands[0].pair)};
+  const auto without = [&](std::size_t side) {
+    return WithoutGroup<hand_size>{*sweeping.inserted[side], group};
+  };
+  if (hands.size() < kManyHands) {
+    for (const FlushHand<hand_size>& flush : hands) {
+      SweepFlush(sweeping, flush, without(1 - flush.side));
     }
   } else {
-    std::array<WithoutPair, 2> without;
-    for (const std::size_t side : {0u, 1u}) {
-      const Inserted& in = *sweeping.inserted[side];
-      without[side].all = AllWithout(in, places);
-      for (std::size_t card = 0; card < 52; ++card) {
-        without[side].singles[card] = SingleWithout(in, places, card);
-      }
-    }
-    for (const FlushHand& flush : group) {
-      const WithoutPair& other = without[1 - flush.side];
-      SweepFlush(sweeping, flush,
-                 other.all - other.singles[flush.hand->card1] - other.singles[flush.hand->card2]);
+    std::array<WithoutPair<hand_size>, 2> worked_out;
+    for (const std::size_t side : {0u, 1u}) worked_out[side].Set(without(side));
+    for (const FlushHand<hand_size>& flush : hands) {
+      SweepFlush(sweeping, flush, worked_out[1 - flush.side]);
     }
   }
-  for (const std::size_t side : {0u, 1u}) InsertGroup(side, places);
+  for (const std::size_t side : {0u, 1u}) InsertGroup(side, group);
 }
 
-void OmahaSweep::State::SweepFlushes(const Sweeping& sweeping, std::span<const FlushHand> flushes) {
+template <std::size_t hand_size>
+void OmahaSweep<hand_size>::State::SweepFlushes(const Sweeping<hand_size>& sweeping,
+                                                std::span<const FlushHand<hand_size>> flushes) {
   while (!flushes.empty()) {
     std::size_t size = 1;
     while (size < flushes.size() && flushes[size].pair == flushes[0].pair) ++size;
@@ -498,41 +618,47 @@ void OmahaSweep::State::SweepFlushes(const Sweeping& sweeping, std::span<const F
   }
 }
 
-void OmahaSweep::State::Sweep(const Sweeping& sweeping, const Field& field) {
+template <std::size_t hand_size>
+void OmahaSweep<hand_size>::State::Sweep(const Sweeping<hand_size>& sweeping,
+                                         const Field<hand_size>& field) {
   SweepClasses(sweeping, field.classes);
   SweepFlushes(sweeping, field.flushes);
   SweepClasses(sweeping, field.full_classes);
   // Each as a group of its own: those with the same one share cards.
-  for (const FlushHand& flush : field.straight_flushes) SweepGroup(sweeping, {&flush, 1});
+  for (const FlushHand<hand_size>& flush : field.straight_flushes)
+    SweepGroup(sweeping, {&flush, 1});
   Clear(field);
 }
 
 // All hands by their lows, which know no suits.
-void OmahaSweep::State::SweepLows(Field field) {
-  std::vector<ClassOnBoard>& classes = field.classes;
+template <std::size_t hand_size>
+void OmahaSweep<hand_size>::State::SweepLows(Field<hand_size> field) {
+  std::vector<ClassOnBoard<hand_size>>& classes = field.classes;
   classes.insert(classes.end(), field.full_classes.begin(), field.full_classes.end());
-  for (ClassOnBoard& of : classes) {
+  for (ClassOnBoard<hand_size>& of : classes) {
     of.value = of.low;
     of.blocks = of.live_blocks;
     of.lanes.fill(of.live_lanes);
   }
-  std::ranges::stable_sort(classes, {}, &ClassOnBoard::low);
-  Sweeping sweeping = SweepingInto(OmahaContest::kLow);
+  std::ranges::stable_sort(classes, {}, &ClassOnBoard<hand_size>::low);
+  Sweeping<hand_size> sweeping = SweepingInto(OmahaContest::kLow);
   sweeping.flush_suit = kNoSuit;
   sweeping.first_low_asked = 1;
   SweepClasses(sweeping, classes);
   Clear(field);
 }
 
-void OmahaSweep::State::SweepHighAndLow(Field field) {
+template <std::size_t hand_size>
+void OmahaSweep<hand_size>::State::SweepHighAndLow(Field<hand_size> field) {
   std::vector<int> lows;
-  for (const std::vector<ClassOnBoard>* classes : {&field.classes, &field.full_classes}) {
-    for (const ClassOnBoard& of : *classes) lows.push_back(of.low);
+  for (const std::vector<ClassOnBoard<hand_size>>* classes :
+       {&field.classes, &field.full_classes}) {
+    for (const ClassOnBoard<hand_size>& of : *classes) lows.push_back(of.low);
   }
   if (lows.empty()) return;
   std::ranges::sort(lows);
   if (lows.back() == 0) return Sweep(SweepingInto(OmahaContest::kNoLow), field);
-  Sweeping sweeping = SweepingInto(OmahaContest::kHighAndLow);
+  Sweeping<hand_size> sweeping = SweepingInto(OmahaContest::kHighAndLow);
   if (lows.front() == lows.back()) {
     for (const std::size_t side : {0u, 1u}) {
       sweeping.below[side] = nullptr;
@@ -545,9 +671,9 @@ void OmahaSweep::State::SweepHighAndLow(Field field) {
   if (limit == lows.front()) limit = *std::ranges::upper_bound(lows, limit);
   sweeping.lows_inserted = sweeping.first_low_asked = limit;
   Sweep(sweeping, field);
-  const auto low_of_class = [](const ClassOnBoard& of) { return of.low; };
-  const auto low_of_flush = [this](const FlushHand& of) { return LowOf(of); };
-  Field below;
+  const auto low_of_class = [](const ClassOnBoard<hand_size>& of) { return of.low; };
+  const auto low_of_flush = [this](const FlushHand<hand_size>& of) { return LowOf(of); };
+  Field<hand_size> below;
   below.classes = SplitOff(field.classes, limit, low_of_class);
   below.full_classes = SplitOff(field.full_classes, limit, low_of_class);
   below.flushes = SplitOff(field.flushes, limit, low_of_flush);
@@ -556,7 +682,8 @@ void OmahaSweep::State::SweepHighAndLow(Field field) {
   SweepHighAndLow(std::move(field));
 }
 
-void OmahaSweep::State::Count(CardSet board) {
+template <std::size_t hand_size>
+void OmahaSweep<hand_size>::State::Count(CardSet board) {
   MakeRoom();
   board_.Set(board, ranges_.classes(), high_low_);
   SetField();
@@ -566,26 +693,41 @@ void OmahaSweep::State::Count(CardSet board) {
   SweepHighAndLow(field_);
 }
 
-void OmahaSweep::State::CountAll() {
+template <std::size_t hand_size>
+void OmahaSweep<hand_size>::State::CountAll() {
   MakeRoom();
-  Field field;
+  Field<hand_size> field;
   for (const std::uint16_t number : ranges_.classes()) {
     constexpr std::uint16_t kAll = 0xFFFF;
+    constexpr auto kAllBlocks = static_cast<BlockBits<hand_size>>(~BlockBits<hand_size>{0});
     field.classes.push_back(
-        {&QuadClasses()[number], number, 0, 0, kAll, kAll, kAll, {kAll, kAll, kAll, kAll}});
+        {&HandClasses<hand_size>()[number], number, 0, 0, kAllBlocks, kAll, kAllBlocks, {}});
+    field.classes.back().lanes.fill(kAll);
   }
-  Sweeping sweeping = SweepingInto(OmahaContest::kWholePot);
+  Sweeping<hand_size> sweeping = SweepingInto(OmahaContest::kWholePot);
   sweeping.flush_suit = kNoSuit;
   Sweep(sweeping, field);
 }
 
-OmahaSweep::OmahaSweep(Isa isa, const OmahaTensors& ranges, bool high_low)
+template <std::size_t hand_size>
+OmahaSweep<hand_size>::OmahaSweep(Isa isa, const OmahaTensors<hand_size>& ranges, bool high_low)
     : state_(std::make_unique<State>(isa, ranges, high_low)) {}
-OmahaSweep::~OmahaSweep() = default;
-void OmahaSweep::Count(CardSet board) { state_->Count(board); }
-void OmahaSweep::CountAll() { state_->CountAll(); }
-std::vector<OmahaCounts> OmahaSweep::CountsOf(std::size_t side, OmahaContest contest) {
+template <std::size_t hand_size>
+OmahaSweep<hand_size>::~OmahaSweep() = default;
+template <std::size_t hand_size>
+void OmahaSweep<hand_size>::Count(CardSet board) {
+  state_->Count(board);
+}
+template <std::size_t hand_size>
+void OmahaSweep<hand_size>::CountAll() {
+  state_->CountAll();
+}
+template <std::size_t hand_size>
+std::vector<OmahaCounts> OmahaSweep<hand_size>::CountsOf(std::size_t side, OmahaContest contest) {
   return state_->CountsOf(side, contest);
 }
+
+template class OmahaSweep<4>;
+template class OmahaSweep<5>;
 
 }  // namespace pokermath

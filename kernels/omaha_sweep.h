@@ -1,5 +1,5 @@
-// Two weighted ranges of four-card Omaha hands against each other, every hand of both, on one
-// complete board after the other.
+// Two weighted ranges of Omaha hands of four or five cards against each other, every hand of both,
+// on one complete board after the other.
 
 #ifndef POKERMATH_KERNELS_OMAHA_SWEEP_H_
 #define POKERMATH_KERNELS_OMAHA_SWEEP_H_
@@ -34,12 +34,13 @@ enum class OmahaContest {
 inline constexpr std::size_t kOmahaContests = 5;
 
 /// Counts one board after the other; sums are kept for every hand. Not for several threads at once.
+template <std::size_t hand_size>
 class OmahaSweep {
  public:
   /// @param isa       instructions to use; the machine must have them
   /// @param ranges    has to outlive this; the weights of a range add up to less than 2^32
   /// @param high_low  whether there are lows
-  OmahaSweep(Isa isa, const OmahaTensors& ranges, bool high_low);
+  OmahaSweep(Isa isa, const OmahaTensors<hand_size>& ranges, bool high_low);
   ~OmahaSweep();
 
   /// Adds a board of three to five cards. Hands that share a card with it get nothing.

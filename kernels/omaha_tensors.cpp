@@ -17,15 +17,29 @@ template <std::size_t size>
 using CardList = std::array<int, size>;
 
 template <std::size_t size>
-CardList<size> Arranged(const std::array<int, size>& cards) {
-  CardList<size> numbers;
-  std::ranges::transform(cards, numbers.begin(), NumberOf);
+void Sort(CardList<size>& numbers) {
   for (std::size_t i = 1; i < size; ++i) {
     for (std::size_t j = i; j > 0 && numbers[j] < numbers[j - 1]; --j) {
       std::swap(numbers[j], numbers[j - 1]);
     }
   }
+}
+
+template <std::size_t size>
+CardList<size> Arranged(const std::array<int, size>& cards) {
+  CardList<size> numbers;
+  std::ranges::transform(cards, numbers.begin(), NumberOf);
+  Sort(numbers);
   return numbers;
+}
+
+template <std::size_t size>
+CardList<size + 1> With(const CardList<size>& cards, int card) {
+  CardList<size + 1> more;
+  std::ranges::copy(cards, more.begin());
+  more.back() = card;
+  Sort(more);
+  return more;
 }
 
 // Multisets are numbered by rising ranks.
@@ -43,57 +57,68 @@ std::size_t PlaceOf(const CardList<size>& cards) {
   for (const int card : cards) place = place * 4 + static_cast<std::size_t>(SuitOf(card));
   return place;
 }
-static_assert(kTriplePlaces <= 1 << 16 && kWholeWeight < 1 << 16, "what SuitedHand keeps");
+static_assert(kTriplePlaces <= 1 << 16 && kWholeWeight < 1 << 16 && kHandClasses<5> <= 1 << 16,
+              "what SuitedHand keeps");
 
-// Where a tensor of some falling ranks begins.
-template <typename... Ranks>
-std::uint16_t TensorOf(Ranks... ranks) {
-  return static_cast<std::uint16_t>(PlaceOf(CardList<sizeof...(Ranks)>{NumberOf(ranks)...}));
+template <typename... Cards>
+std::uint16_t PlaceOfCards(Cards... cards) {
+  return static_cast<std::uint16_t>(PlaceOf(Arranged(std::array<int, sizeof...(Cards)>{cards...})));
 }
 
-QuadClass ClassOf(const std::array<int, 4>& ranks) {
-  const auto [a, b, c, d] = ranks;
-  QuadClass of;
-  of.single = {TensorOf(a), TensorOf(b), TensorOf(c), TensorOf(d)};
-  of.pair01 = TensorOf(a, b);
-  of.pair02 = TensorOf(a, c);
-  of.pair03 = TensorOf(a, d);
-  of.pair12 = TensorOf(b, c);
-  of.pair13 = TensorOf(b, d);
-  of.pair23 = TensorOf(c, d);
-  of.triple012 = TensorOf(a, b, c);
-  of.triple013 = TensorOf(a, b, d);
-  of.triple023 = TensorOf(a, c, d);
-  of.triple123 = TensorOf(b, c, d);
-  for (std::size_t i = 0; i < 4; ++i) of.ranks[i] = static_cast<std::uint8_t>(ranks[i]);
-  const std::uint16_t pairs[6] = {of.pair01, of.pair02, of.pair03, of.pair12, of.pair13, of.pair23};
-  for (std::size_t i = 0; i < 6; ++i) of.rank_pairs[i] = static_cast<std::uint8_t>(pairs[i] / 16);
+// Where the tensor of some of the cards of a class begins.
+template <std::size_t size, std::size_t hand_size>
+std::size_t TensorOf(const std::array<std::uint8_t, hand_size>& ranks, std::size_t cards) {
+  CardList<size> of{};
+  std::size_t next = 0;
+  for (std::size_t i = 0; i < hand_size; ++i) {
+    if ((cards >> i & 1) != 0) of[next++] = NumberOf(ranks[i]);
+  }
+  return PlaceOf(of);
+}
+
+template <std::size_t hand_size>
+HandClass<hand_size> ClassOf(const std::array<std::uint8_t, hand_size>& ranks) {
+  HandClass<hand_size> of{};
+  of.ranks = ranks;
+  const auto tensor_of = [&](std::size_t cards) -> std::size_t {
+    switch (std::popcount(cards)) {
+      case 1:
+        return TensorOf<1>(ranks, cards);
+      case 2:
+        return TensorOf<2>(ranks, cards);
+      case 3:
+        return TensorOf<3>(ranks, cards);
+      default:
+        return TensorOf<4>(ranks, cards);
+    }
+  };
+  std::size_t pairs = 0;
+  for (std::size_t cards = 1; cards + 1 < of.of_cards.size(); ++cards) {
+    of.of_cards[cards] = static_cast<PartPlace<hand_size>>(tensor_of(cards));
+    if (std::popcount(cards) == 2) {
+      of.rank_pairs[pairs++] = static_cast<std::uint8_t>(of.of_cards[cards] / 16);
+    }
+  }
   return of;
 }
 
-CardList<4> ArrangedHand(const WeightedHand& hand) {
-  std::array<int, 4> cards{};
+template <std::size_t hand_size>
+CardList<hand_size> ArrangedHand(const WeightedHand& hand) {
+  std::array<int, hand_size> cards{};
   std::ranges::copy(hand.cards, cards.begin());
   return Arranged(cards);
 }
 
-std::size_t PlaceWithout(const CardList<4>& hand, std::size_t left_out) {
-  CardList<3> cards;
-  for (std::size_t i = 0, next = 0; i < 4; ++i) {
-    if (i != left_out) cards[next++] = hand[i];
-  }
-  return PlaceOf(cards);
-}
-
 // The places in a hand of its cards of a suit, then of the others.
+template <std::size_t hand_size>
 struct SuitFirst {
-  std::array<std::size_t, 4> places;
+  std::array<std::size_t, hand_size> places;
   std::size_t suited = 0;
 
-  SuitFirst(const CardList<4>& hand, int suit) {
+  SuitFirst(const CardList<hand_size>& hand, int suit) {
     std::size_t next = 0;
     for (const bool of_suit : {true, false}) {
-      for (std::size_t i = 0; i < 4; ++i) {
+      for (std::size_t i = 0; i < hand_size; ++i) {
         if ((SuitOf(hand[i]) == suit) == of_suit) places[next++] = i;
       }
       if (of_suit) suited = next;
@@ -101,116 +126,168 @@ struct SuitFirst {
   }
 };
 
-}  // namespace
-
-std::size_t PairPlace(int card1, int card2) { return PlaceOf(Arranged(std::array{card1, card2})); }
-
-std::size_t TriplePlace(int card1, int card2, int card3) {
-  return PlaceOf(Arranged(std::array{card1, card2, card3}));
+// Sets what depends on the suit.
+template <std::size_t hand_size>
+void SetSuit(SuitedHand<hand_size>& hand, const CardList<hand_size>& cards,
+             const SuitFirst<hand_size>& by_suit) {
+  constexpr std::size_t kOthers = hand_size - 2;
+  CardList<kOthers> others;
+  for (std::size_t i = 0; i < kOthers; ++i) others[i] = cards[by_suit.places[2 + i]];
+  Sort(others);
+  const auto place_with = [&](std::size_t i) {
+    return static_cast<PartPlace<hand_size>>(PlaceOf(With(others, cards[by_suit.places[i]])));
+  };
+  hand.with_high = place_with(0);
+  hand.with_low = place_with(1);
+  hand.others = static_cast<std::uint16_t>(PlaceOf(others));
+  for (std::size_t i = 0; i < kOthers; ++i) {
+    hand.cards[i] = static_cast<std::uint8_t>(CardOf(others[i]));
+  }
+  if constexpr (hand_size > 4) {
+    std::size_t next = 0;
+    for (std::size_t i = 0; i < kOthers; ++i) {
+      for (std::size_t j = i + 1; j < kOthers; ++j) {
+        hand.pairs[next++] = static_cast<std::uint16_t>(PlaceOf(CardList<2>{others[i], others[j]}));
+      }
+    }
+  }
+  hand.suited = 0;
+  for (std::size_t i = 0; i < by_suit.suited; ++i) {
+    hand.suited = static_cast<RankSet>(hand.suited | 1u << RankOf(cards[by_suit.places[i]]));
+  }
 }
 
-std::span<const QuadClass, kQuadClasses> QuadClasses() {
-  static const std::vector<QuadClass> classes = [] {
-    std::vector<QuadClass> all(kQuadClasses);
-    for (int a = 0; a < 13; ++a)
-      for (int b = 0; b <= a; ++b)
-        for (int c = 0; c <= b; ++c)
-          for (int d = 0; d <= c; ++d) {
-            all[RanksNumber(Arranged(std::array{a, b, c, d}))] = ClassOf({a, b, c, d});
-          }
+// Calls visit(card1, card2) for every two cards of a suit, in the order of their pairs' numbers.
+template <typename Visit>
+void ForEachSuitedPair(const Visit& visit) {
+  for (int suit = 0; suit < 4; ++suit) {
+    for (int high = 1; high < 13; ++high) {
+      for (int low = 0; low < high; ++low) visit(suit * 13 + high, suit * 13 + low);
+    }
+  }
+}
+
+}  // namespace
+
+template <std::size_t hand_size>
+std::span<const HandClass<hand_size>, kHandClasses<hand_size>> HandClasses() {
+  static const std::vector<HandClass<hand_size>> classes = [] {
+    std::vector<HandClass<hand_size>> all;
+    std::array<int, hand_size> ranks;  // rising
+    RankCounts counts;
+    counts.fill(hand_size);
+    all.resize(kHandClasses<hand_size>);
+    ForEachMultiset(counts, ranks, [&](std::int64_t) {
+      std::array<std::uint8_t, hand_size> falling;
+      for (std::size_t i = 0; i < hand_size; ++i) {
+        falling[i] = static_cast<std::uint8_t>(ranks[hand_size - 1 - i]);
+      }
+      all[static_cast<std::size_t>(MultisetNumber(ranks))] = ClassOf(falling);
+    });
     return all;
   }();
-  return std::span<const QuadClass, kQuadClasses>(classes);
+  return std::span<const HandClass<hand_size>, kHandClasses<hand_size>>(classes);
 }
 
 const SuitedPairPlaces& PlacesOf(std::size_t suit, std::size_t pair) {
   static const std::vector<SuitedPairPlaces> places = [] {
     std::vector<SuitedPairPlaces> all;
-    for (int of_suit = 0; of_suit < 4; ++of_suit) {
-      for (int high = 1; high < 13; ++high) {
-        for (int low = 0; low < high; ++low) {
-          SuitedPairPlaces& of = all.emplace_back();
-          const int card1 = of_suit * 13 + high, card2 = of_suit * 13 + low;
-          of.singles = {static_cast<std::uint16_t>(SinglePlace(card1)),
-                        static_cast<std::uint16_t>(SinglePlace(card2))};
-          of.both = static_cast<std::uint16_t>(PairPlace(card1, card2));
-          for (int card = 0; card < 52; ++card) {
-            const auto i = static_cast<std::size_t>(card);
-            of.pair1[i] = static_cast<std::uint16_t>(PairPlace(card1, card));
-            of.pair2[i] = static_cast<std::uint16_t>(PairPlace(card2, card));
-            of.triple[i] = static_cast<std::uint16_t>(TriplePlace(card1, card2, card));
-          }
-        }
+    ForEachSuitedPair([&](int card1, int card2) {
+      SuitedPairPlaces& of = all.emplace_back();
+      of.singles = {PlaceOfCards(card1), PlaceOfCards(card2)};
+      of.both = PlaceOfCards(card1, card2);
+      for (int card = 0; card < 52; ++card) {
+        const auto i = static_cast<std::size_t>(card);
+        of.pair1[i] = PlaceOfCards(card1, card);
+        of.pair2[i] = PlaceOfCards(card2, card);
+        of.triple[i] = PlaceOfCards(card1, card2, card);
       }
-    }
+    });
     return all;
   }();
   return places[suit * kSuitedPairs + pair];
 }
 
-OmahaTensor::OmahaTensor(std::span<const WeightedHand> hands) {
+const PlacesWithPairs& PlacesWithPairsOf(std::size_t suit, std::size_t pair) {
+  static const std::vector<PlacesWithPairs> places = [] {
+    std::vector<PlacesWithPairs> all;
+    ForEachSuitedPair([&](int card1, int card2) {
+      PlacesWithPairs& of = all.emplace_back();
+      for (int other1 = 0; other1 < 52; ++other1) {
+        for (int other2 = 0; other2 < other1; ++other2) {
+          const std::size_t i = PlaceOfCards(other1, other2);
+          of.triple1[i] = PlaceOfCards(card1, other1, other2);
+          of.triple2[i] = PlaceOfCards(card2, other1, other2);
+          of.quad[i] = static_cast<std::uint32_t>(
+              PlaceOf(Arranged(std::array{card1, card2, other1, other2})));
+        }
+      }
+    });
+    return all;
+  }();
+  return places[suit * kSuitedPairs + pair];
+}
+
+template <std::size_t hand_size>
+OmahaTensor<hand_size>::OmahaTensor(std::span<const WeightedHand> hands) {
+  constexpr std::size_t kBlocks = std::size_t{1} << 2 * (hand_size - 2);  // of a class
+  constexpr std::size_t kTensor = kBlocks * kBlockLanes;
   std::vector<std::size_t> tensor_places;
   tensor_places.reserve(hands.size());
   for (const WeightedHand& hand : hands) {
-    const std::size_t place = PlaceOf(ArrangedHand(hand));
+    const std::size_t place = PlaceOf(ArrangedHand<hand_size>(hand));
     tensor_places.push_back(place);
-    Blocks& blocks = classes_[place / 256];
-    blocks.held = static_cast<std::uint16_t>(blocks.held | 1u << place / kBlockLanes % 16);
+    Blocks& blocks = classes_[place / kTensor];
+    blocks.held = static_cast<BlockBits<hand_size>>(
+        blocks.held | BlockBits<hand_size>{1} << place / kBlockLanes % kBlocks);
   }
   std::uint32_t count = 0;
   for (Blocks& blocks : classes_) {
     blocks.first = count;
-    count += static_cast<std::uint32_t>(__builtin_popcount(blocks.held));
+    count += static_cast<std::uint32_t>(std::popcount(blocks.held));
   }
   weights_.resize((count + 1) * kBlockLanes);
   places_.reserve(hands.size());
   for (std::size_t i = 0; i < hands.size(); ++i) {
     const std::size_t place = tensor_places[i];
-    const Blocks& blocks = classes_[place / 256];
-    const std::size_t block = blocks.Of(static_cast<unsigned>(place / kBlockLanes % 16));
+    const Blocks& blocks = classes_[place / kTensor];
+    const std::size_t block = blocks.Of(static_cast<unsigned>(place / kBlockLanes % kBlocks));
     places_.push_back(static_cast<std::uint32_t>(block * kBlockLanes + place % kBlockLanes));
     weights_[places_[i]] = static_cast<std::uint32_t>(hands[i].weight);
     weight_ += static_cast<std::uint64_t>(hands[i].weight);
   }
 }
 
-void OmahaTensor::Relate(std::span<const WeightedHand> hands, const OmahaTensor& other) {
+template <std::size_t hand_size>
+void OmahaTensor<hand_size>::Relate(std::span<const WeightedHand> hands, const OmahaTensor& other) {
   twins_.reserve(blocks());
-  for (std::size_t i = 0; i < kQuadClasses; ++i) {
-    for (unsigned held = classes_[i].held; held != 0; held &= held - 1) {
-      const auto bit = static_cast<unsigned>(__builtin_ctz(held));
+  for (std::size_t i = 0; i < classes_.size(); ++i) {
+    for (BlockBits<hand_size> held = classes_[i].held; held != 0;
+         held = static_cast<BlockBits<hand_size>>(held & (held - 1))) {
+      const auto bit = static_cast<unsigned>(std::countr_zero(held));
       const Blocks& twins = other.classes_[i];
       twins_.push_back(static_cast<std::uint32_t>(twins.Has(bit) ? twins.Of(bit) : other.blocks()));
     }
   }
-  std::vector<std::pair<std::size_t, SuitedHand>> grouped;
+  std::vector<std::pair<std::size_t, SuitedHand<hand_size>>> grouped;
   grouped.reserve(2 * hands.size());  // of two suits at the most
   for (std::size_t i = 0; i < hands.size(); ++i) {
-    const CardList<4> cards = ArrangedHand(hands[i]);
+    const CardList<hand_size> cards = ArrangedHand<hand_size>(hands[i]);
     const std::uint32_t twin = twins_[places_[i] / kBlockLanes];
-    SuitedHand hand{};
+    SuitedHand<hand_size> hand{};
     hand.place = places_[i];
     hand.weight = static_cast<std::uint16_t>(hands[i].weight);
     hand.same =
         static_cast<std::uint16_t>(other.weights_[twin * kBlockLanes + hand.place % kBlockLanes]);
-    hand.quad_class = static_cast<std::uint16_t>(RanksNumber(cards));
+    hand.hand_class = static_cast<std::uint16_t>(RanksNumber(cards));
     for (int suit = 0; suit < 4; ++suit) {
-      const SuitFirst by_suit(cards, suit);
+      const SuitFirst<hand_size> by_suit(cards, suit);
       if (by_suit.suited < 2) continue;
-      const auto [high, low, other1, other2] = by_suit.places;
-      hand.triple1 = static_cast<std::uint16_t>(PlaceWithout(cards, low));
-      hand.triple2 = static_cast<std::uint16_t>(PlaceWithout(cards, high));
-      hand.pair = static_cast<std::uint16_t>(
-          PlaceOf(CardList<2>{cards[std::min(other1, other2)], cards[std::max(other1, other2)]}));
-      hand.card1 = static_cast<std::uint8_t>(CardOf(cards[other1]));
-      hand.card2 = static_cast<std::uint8_t>(CardOf(cards[other2]));
-      hand.suited = 0;
-      for (std::size_t j = 0; j < by_suit.suited; ++j) {
-        hand.suited = static_cast<RankSet>(hand.suited | 1u << RankOf(cards[by_suit.places[j]]));
-      }
-      const int pair = RankOf(cards[high]) * (RankOf(cards[high]) - 1) / 2 + RankOf(cards[low]);
-      grouped.emplace_back(
-          static_cast<std::size_t>(suit) * kSuitedPairs + static_cast<std::size_t>(pair), hand);
+      SetSuit(hand, cards, by_suit);
+      const int high = RankOf(cards[by_suit.places[0]]), low = RankOf(cards[by_suit.places[1]]);
+      grouped.emplace_back(static_cast<std::size_t>(suit) * kSuitedPairs +
+                               static_cast<std::size_t>(high * (high - 1) / 2 + low),
+                           hand);
     }
   }
   // A counting sort by groups.
@@ -222,16 +299,24 @@ void OmahaTensor::Relate(std::span<const WeightedHand> hands, const OmahaTensor&
   for (const auto& [group, hand] : grouped) suited_[next[group]++] = hand;
 }
 
-OmahaTensors::OmahaTensors(std::span<const WeightedHand> hands1,
-                           std::span<const WeightedHand> hands2)
-    : sides_{OmahaTensor(hands1), OmahaTensor(hands2)} {
+template <std::size_t hand_size>
+OmahaTensors<hand_size>::OmahaTensors(std::span<const WeightedHand> hands1,
+                                      std::span<const WeightedHand> hands2)
+    : sides_{OmahaTensor<hand_size>(hands1), OmahaTensor<hand_size>(hands2)} {
   sides_[0].Relate(hands1, sides_[1]);
   sides_[1].Relate(hands2, sides_[0]);
-  for (std::size_t i = 0; i < kQuadClasses; ++i) {
+  for (std::size_t i = 0; i < kHandClasses<hand_size>; ++i) {
     if ((sides_[0].BlocksOf(i).held | sides_[1].BlocksOf(i).held) != 0) {
       classes_.push_back(static_cast<std::uint16_t>(i));
     }
   }
 }
+
+template std::span<const HandClass<4>, kHandClasses<4>> HandClasses<4>();
+template std::span<const HandClass<5>, kHandClasses<5>> HandClasses<5>();
+template class OmahaTensor<4>;
+template class OmahaTensor<5>;
+template class OmahaTensors<4>;
+template class OmahaTensors<5>;
 
 }  // namespace pokermath

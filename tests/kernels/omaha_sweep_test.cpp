@@ -23,12 +23,13 @@ CardSet Cards(std::string_view text) { return CardSet(ParseCards(text).cards); }
 std::vector<int> ListOf(CardSet cards) { return {cards.begin(), cards.end()}; }
 
 // Different hands of some cards, which share many of them.
-std::vector<WeightedHand> RandomHands(std::mt19937& random, CardSet of, std::size_t count) {
+std::vector<WeightedHand> RandomHands(std::mt19937& random, CardSet of, std::size_t hand_size,
+                                      std::size_t count) {
   std::vector<int> deck = ListOf(of);
   std::map<CardSet, int> hands;
   while (hands.size() < count) {
     std::ranges::shuffle(deck, random);
-    hands[CardSet(std::span(deck).first(4))] = 1 + static_cast<int>(random() % 10000);
+    hands[CardSet(std::span(deck).first(hand_size))] = 1 + static_cast<int>(random() % 10000);
   }
   std::vector<WeightedHand> list;
   for (const auto& [cards, weight] : hands) list.push_back({cards, weight});
@@ -81,7 +82,8 @@ void CountPlainly(Game game, std::span<const WeightedHand> hands,
 }
 
 // Whether a sweep has counted what plain loops have.
-void ExpectCounts(OmahaSweep& sweep, Game game, std::size_t side,
+template <std::size_t hand_size>
+void ExpectCounts(OmahaSweep<hand_size>& sweep, Game game, std::size_t side,
                   const std::vector<AllCounts>& expected) {
   for (std::size_t i = 0; i < (RulesOf(game).high_low ? kOmahaContests : 1); ++i) {
     SCOPED_TRACE(i);
@@ -102,23 +104,25 @@ constexpr const char* kBoards[] = {
     "9c8c7c7d7h", "2c3d7h8s8d", "Ac4c7cTs2d", "3c5c6c7d7s",  // with lows
     "2c7dTh",     "7c8c9c",     "7c7dTh",     "9c8c7cTc",   "9d9h8d7d"};
 
-TEST(OmahaSweep, EqualsHandByHandOnBoardsOfAllKinds) {
+template <std::size_t hand_size>
+void ExpectHandByHandOnBoardsOfAllKinds(std::initializer_list<Game> games) {
   std::mt19937 random(5);
   // Cards among which straight flushes are frequent, and all.
   const CardSet near = Cards("Ac2c3c4c5c6c7c8c9cTcJcQcKc7d7h9d9h8dTdTh");
   for (const CardSet of : {near, RulesOf(Game::kOmaha).Deck()}) {
-    const std::vector<WeightedHand> hands[2] = {RandomHands(random, of, 200),
-                                                RandomHands(random, of, 300)};
-    const OmahaTensors ranges(hands[0], hands[1]);
-    for (const Game game : {Game::kOmaha, Game::kOmahaHighLow}) {
+    const std::vector<WeightedHand> hands[2] = {RandomHands(random, of, hand_size, 200),
+                                                RandomHands(random, of, hand_size, 300)};
+    const OmahaTensors<hand_size> ranges(hands[0], hands[1]);
+    for (const Game game : games) {
       const bool high_low = RulesOf(game).high_low;
-      OmahaSweep all[] = {{Isa::kBaseline, ranges, high_low}, {BestIsa(), ranges, high_low}};
+      OmahaSweep<hand_size> all[] = {{Isa::kBaseline, ranges, high_low},
+                                     {BestIsa(), ranges, high_low}};
       std::vector<AllCounts> expected_of_all[2];
       for (const char* const text : kBoards) {
         SCOPED_TRACE(text);
-        OmahaSweep sweep(BestIsa(), ranges, high_low);
+        OmahaSweep<hand_size> sweep(BestIsa(), ranges, high_low);
         sweep.Count(Cards(text));
-        for (OmahaSweep& of_all : all) of_all.Count(Cards(text));
+        for (OmahaSweep<hand_size>& of_all : all) of_all.Count(Cards(text));
         for (const std::size_t side : {0u, 1u}) {
           std::vector<AllCounts> expected;
           CountPlainly(game, hands[side], hands[1 - side], Cards(text), expected);
@@ -126,7 +130,7 @@ TEST(OmahaSweep, EqualsHandByHandOnBoardsOfAllKinds) {
           CountPlainly(game, hands[side], hands[1 - side], Cards(text), expected_of_all[side]);
         }
       }
-      for (OmahaSweep& of_all : all) {
+      for (OmahaSweep<hand_size>& of_all : all) {
         for (const std::size_t side : {0u, 1u}) {
           ExpectCounts(of_all, game, side, expected_of_all[side]);
         }
@@ -135,12 +139,21 @@ TEST(OmahaSweep, EqualsHandByHandOnBoardsOfAllKinds) {
   }
 }
 
-TEST(OmahaSweep, CountsAllThatShareNoCard) {
+TEST(OmahaSweep, EqualsHandByHandOnBoardsOfAllKinds) {
+  ExpectHandByHandOnBoardsOfAllKinds<4>({Game::kOmaha, Game::kOmahaHighLow});
+}
+TEST(OmahaSweep, EqualsFiveCardsHandByHandOnBoardsOfAllKinds) {
+  ExpectHandByHandOnBoardsOfAllKinds<5>({Game::kOmaha5, Game::kOmaha5HighLow});
+}
+
+template <std::size_t hand_size>
+void ExpectAllThatShareNoCard() {
   std::mt19937 random(6);
   const CardSet deck = RulesOf(Game::kOmaha).Deck();
-  const auto hands = RandomHands(random, deck, 200), others = RandomHands(random, deck, 300);
-  const OmahaTensors ranges(hands, others);
-  OmahaSweep sweep(BestIsa(), ranges, false);
+  const auto hands = RandomHands(random, deck, hand_size, 200);
+  const auto others = RandomHands(random, deck, hand_size, 300);
+  const OmahaTensors<hand_size> ranges(hands, others);
+  OmahaSweep<hand_size> sweep(BestIsa(), ranges, false);
   sweep.CountAll();
   const std::vector<OmahaCounts> counts = sweep.CountsOf(0, kWhole);
   for (std::size_t i = 0; i < counts.size(); ++i) {
@@ -150,6 +163,11 @@ TEST(OmahaSweep, CountsAllThatShareNoCard) {
     }
     ASSERT_EQ(counts[i], (OmahaCounts{0, fit}));
   }
+}
+
+TEST(OmahaSweep, CountsAllThatShareNoCard) {
+  ExpectAllThatShareNoCard<4>();
+  ExpectAllThatShareNoCard<5>();
 }
 
 // Weights so large that 32 bits have no room for all rivers of a turn.
@@ -162,8 +180,8 @@ TEST(OmahaSweep, EqualsHandsAgainstALargeRangeOnATurn) {
     if (!hand.cards.Meets(turn))
       hands.push_back({hand.cards, hands.size() % 3 == 0 ? 9999 : 10000});
   }
-  const OmahaTensors ranges(hands, hands);
-  OmahaSweep sweep(BestIsa(), ranges, false);
+  const OmahaTensors<4> ranges(hands, hands);
+  OmahaSweep<4> sweep(BestIsa(), ranges, false);
   for (const int river : RulesOf(Game::kOmaha).Deck() - turn) sweep.Count(turn | CardSet{river});
   const std::vector<OmahaCounts> counts = sweep.CountsOf(0, kWhole);
   EXPECT_EQ(sweep.CountsOf(1, kWhole), counts);
