@@ -28,7 +28,8 @@ HandRange RangeOf(Game game, std::string_view text) {
   }
   const CardsResult cards = ParseCards(text);
   if (cards.error.empty()) return HandRange::Of(game, CardSet(cards.cards));
-  return HandRange(game, ParseOmahaRange<4>(text).range);
+  if (RulesOf(game).hand_size == 4) return HandRange(game, ParseOmahaRange<4>(text).range);
+  return HandRange(game, ParseOmahaRange<5>(text).range);
 }
 
 // Weights of many kinds.
@@ -133,6 +134,9 @@ const EquityQuestion kOmahaFlushRiver = OmahaQuestion("2c7cTcJs3d");
 const EquityQuestion kOmahaTurn = OmahaQuestion("2c7dThJs");
 const EquityQuestion kOmahaFlop = OmahaQuestion("2c7dTh");
 const EquityQuestion kHighLowTurn = OmahaQuestion("2c7dThJs", Game::kOmahaHighLow);
+const EquityQuestion kFiveCardsRiver = OmahaQuestion("2c7dThJs3d", Game::kOmaha5);
+const EquityQuestion kFiveCardsFlushRiver = OmahaQuestion("2c7cTcJs3d", Game::kOmaha5);
+const EquityQuestion kFiveCardsTurn = OmahaQuestion("2c7dThJs", Game::kOmaha5);
 const EquityQuestion kFewOmahaRiver = FewOf(kOmahaRiver);
 
 #define POKERMATH_ANSWERED(name) \
@@ -214,21 +218,38 @@ POKERMATH_ANSWERED(OmahaFlushRiver);
 POKERMATH_ANSWERED(OmahaTurn);
 POKERMATH_ANSWERED(OmahaFlop);
 POKERMATH_ANSWERED(HighLowTurn);
+POKERMATH_ANSWERED(FiveCardsRiver);
+POKERMATH_ANSWERED(FiveCardsFlushRiver);
+POKERMATH_ANSWERED(FiveCardsTurn);
 POKERMATH_ANSWERED(FewOmahaRiver);
 POKERMATH_PLAIN(FewOmahaRiver);
 
 // Boards alone, without reading the question and setting up.
-void BM_OmahaSweep(benchmark::State& state, const EquityQuestion& question) {
+template <std::size_t hand_size>
+void CountBoard(benchmark::State& state, const EquityQuestion& question) {
   const CheckedQuestion checked = *Check(question);
-  const OmahaTensors<4> ranges(checked.players()[0].range.hands(),
-                               checked.players()[1].range.hands());
-  OmahaSweep<4> sweep(BestIsa(), ranges, checked.rules().high_low);
+  const OmahaTensors<hand_size> ranges(checked.players()[0].range.hands(),
+                                       checked.players()[1].range.hands());
+  OmahaSweep<hand_size> sweep(BestIsa(), ranges, checked.rules().high_low);
   for (auto _ : state) sweep.Count(question.board);
+}
+void BM_OmahaSweep(benchmark::State& state, const EquityQuestion& question) {
+  CountBoard<4>(state, question);
+}
+void BM_FiveCardsSweep(benchmark::State& state, const EquityQuestion& question) {
+  CountBoard<5>(state, question);
 }
 BENCHMARK_CAPTURE(BM_OmahaSweep, River, kOmahaRiver)->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(BM_OmahaSweep, HighLowRiver, OmahaQuestion("2c7dThJs3d", Game::kOmahaHighLow))
     ->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(BM_OmahaSweep, FlushRiver, kOmahaFlushRiver)->Unit(benchmark::kMicrosecond);
+
+BENCHMARK_CAPTURE(BM_FiveCardsSweep, River, kFiveCardsRiver)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(BM_FiveCardsSweep, HighLowRiver,
+                  OmahaQuestion("2c7dThJs3d", Game::kOmaha5HighLow))
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(BM_FiveCardsSweep, FlushRiver, kFiveCardsFlushRiver)
+    ->Unit(benchmark::kMicrosecond);
 
 // Trials a second.
 void BM_Sampled(benchmark::State& state, EquityQuestion question) {

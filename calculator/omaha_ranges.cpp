@@ -1,4 +1,4 @@
-// Two ranges of four-card Omaha hands, every hand of both, board by board.
+// Two ranges of Omaha hands of four or five cards, every hand of both, board by board.
 //
 // Boards that a renaming of suits makes of each other are counted once, where the question does not
 // tell these suits apart. What a hand gets from all of them is then what the hands alike get from
@@ -96,6 +96,7 @@ struct Hands {
   }
 };
 
+template <std::size_t hand_size>
 class OmahaRangesWork final : public Work {
  public:
   explicit OmahaRangesWork(const QuestionPointer& question)
@@ -107,7 +108,7 @@ class OmahaRangesWork final : public Work {
 
   void Do(std::int64_t step, std::span<Int128> sums) const override {
     const Boards& boards = boards_.steps()[static_cast<std::size_t>(step)];
-    OmahaSweep<4> sweep(BestIsa(), ranges_, question_->rules().high_low);
+    OmahaSweep<hand_size> sweep(BestIsa(), ranges_, question_->rules().high_low);
     for (const CardSet come : boards.come) sweep.Count(question_->board() | come);
     for (const std::size_t player : {0u, 1u}) AddPlayer(player, sweep, boards.alike, sums);
     if (step == 0) AddCases(sums);
@@ -190,7 +191,7 @@ class OmahaRangesWork final : public Work {
     return gains;
   }
 
-  void AddPlayer(std::size_t player, OmahaSweep<4>& sweep, std::int64_t alike,
+  void AddPlayer(std::size_t player, OmahaSweep<hand_size>& sweep, std::int64_t alike,
                  std::span<Int128> sums) const {
     const Hands& hands = hands_[player];
     const bool high_low = question_->rules().high_low;
@@ -243,7 +244,7 @@ class OmahaRangesWork final : public Work {
   void AddCases(std::span<Int128> sums) const {
     const int live = question_->live().size() - 2 * question_->rules().hand_size;
     const Int128 boards = ChoicesOf(live, question_->to_come());
-    OmahaSweep<4> sweep(BestIsa(), ranges_, false);
+    OmahaSweep<hand_size> sweep(BestIsa(), ranges_, false);
     sweep.CountAll();
     for (const std::size_t player : {0u, 1u}) {
       const std::vector<OmahaCounts> counts = sweep.CountsOf(player, OmahaContest::kWholePot);
@@ -258,7 +259,7 @@ class OmahaRangesWork final : public Work {
   QuestionPointer question_;
   SumsLayout layout_;
   std::array<Hands, 2> hands_;
-  OmahaTensors<4> ranges_;
+  OmahaTensors<hand_size> ranges_;
   BoardList boards_;
 };
 
@@ -266,8 +267,8 @@ class OmahaRangesWork final : public Work {
 
 std::optional<double> OmahaRangesCost(const CheckedQuestion& question) {
   const Detail& detail = question.asked().detail;
-  if (!question.rules().IsOmaha() || question.rules().hand_size != 4 ||
-      question.players().size() != 2 || !question.folded().empty() || detail.next || detail.made) {
+  if (!question.rules().IsOmaha() || question.players().size() != 2 || !question.folded().empty() ||
+      detail.next || detail.made) {
     return std::nullopt;
   }
   const auto hands =
@@ -277,7 +278,8 @@ std::optional<double> OmahaRangesCost(const CheckedQuestion& question) {
 }
 
 std::unique_ptr<const Work> StartOmahaRanges(const QuestionPointer& question) {
-  return std::make_unique<OmahaRangesWork>(question);
+  if (question->rules().hand_size == 4) return std::make_unique<OmahaRangesWork<4>>(question);
+  return std::make_unique<OmahaRangesWork<5>>(question);
 }
 
 }  // namespace pokermath

@@ -82,7 +82,7 @@ std::unique_ptr<const Work> StartOmahaAgainstEvery(const QuestionPointer& questi
 std::optional<double> OmahaAgainstRangeCost(const CheckedQuestion& question);
 std::unique_ptr<const Work> StartOmahaAgainstRange(const QuestionPointer& question);
 
-// Two ranges of four-card Omaha, board by board.
+// Two ranges of Omaha, board by board.
 std::optional<double> OmahaRangesCost(const CheckedQuestion& question);
 std::unique_ptr<const Work> StartOmahaRanges(const QuestionPointer& question);
 
