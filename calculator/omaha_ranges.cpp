@@ -7,6 +7,7 @@
 // A step is some boards that stand for as many.
 
 #include <algorithm>
+#include <bit>
 #include <map>
 #include <memory>
 #include <vector>
@@ -35,6 +36,16 @@ double CostOfBoard(const CheckedQuestion& question) {
 // A step goes through all hands once more, so it is a large one.
 std::size_t BoardsAStep(const CheckedQuestion& question) {
   return static_cast<std::size_t>(std::clamp(4 * kStepCost / CostOfBoard(question), 1.0, 96.0));
+}
+
+// The suits of which the board may get three cards.
+unsigned FlushSuitsOf(const CheckedQuestion& question) {
+  unsigned suits = 0;
+  for (unsigned suit = 0; suit < 4; ++suit) {
+    const int known = std::popcount(question.board().bits() >> 13 * suit & 0x1FFF);
+    suits |= (known + question.to_come() >= 3 ? 1u : 0u) << suit;
+  }
+  return suits;
 }
 
 // What completes the board.
@@ -129,7 +140,7 @@ class OmahaRangesWork final : public Work {
         layout_(*question),
         hands_{Hands(question->players()[0], symmetry.get()),
                Hands(question->players()[1], symmetry.get())},
-        ranges_(hands_[0].hands, hands_[1].hands),
+        ranges_(hands_[0].hands, hands_[1].hands, FlushSuitsOf(*question)),
         boards_(*question, symmetry.get()) {}
 
   // What a hand gets, in numbers that its weight is in.

@@ -469,6 +469,7 @@ void OmahaSweep<hand_size>::State::SetField() {
   field.straight_flushes.clear();
   const unsigned suit = board_.flush_suit();
   if (suit == kNoSuit) return;
+  POKERMATH_REQUIRE((ranges_.flush_suits() >> suit & 1) != 0);
   const bool straight = !board_.straight_flushes().missing().empty();
   const auto is_on_board = [&](std::size_t rank) {
     return board_.cards().Contains(static_cast<int>(suit * 13 + rank));

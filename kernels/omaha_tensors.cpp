@@ -16,30 +16,30 @@ constexpr int SuitOf(int number) { return number % 4; }
 template <std::size_t size>
 using CardList = std::array<int, size>;
 
-template <std::size_t size>
-void Sort(CardList<size>& numbers) {
-  for (std::size_t i = 1; i < size; ++i) {
-    for (std::size_t j = i; j > 0 && numbers[j] < numbers[j - 1]; --j) {
-      std::swap(numbers[j], numbers[j - 1]);
-    }
-  }
-}
-
+// Without branches, which would be foreseen by nobody.
 template <std::size_t size>
 CardList<size> Arranged(const std::array<int, size>& cards) {
   CardList<size> numbers;
   std::ranges::transform(cards, numbers.begin(), NumberOf);
-  Sort(numbers);
+  for (std::size_t i = 1; i < size; ++i) {
+    for (std::size_t j = i; j > 0; --j) {
+      const int low = std::min(numbers[j - 1], numbers[j]);
+      numbers[j] = std::max(numbers[j - 1], numbers[j]);
+      numbers[j - 1] = low;
+    }
+  }
   return numbers;
 }
 
-template <std::size_t size>
-CardList<size + 1> With(const CardList<size>& cards, int card) {
-  CardList<size + 1> more;
-  std::ranges::copy(cards, more.begin());
-  more.back() = card;
-  Sort(more);
-  return more;
+// Those of some cards that are not left out.
+template <std::size_t left, std::size_t size>
+CardList<left> Without(const CardList<size>& cards, int left_out1, int left_out2 = -1) {
+  CardList<left> others;
+  std::size_t next = 0;
+  for (const int card : cards) {
+    if (card != left_out1 && card != left_out2 && next < left) others[next++] = card;
+  }
+  return others;
 }
 
 // Multisets are numbered by rising ranks.
@@ -109,51 +109,48 @@ CardList<hand_size> ArrangedHand(const WeightedHand& hand) {
   return Arranged(cards);
 }
 
-// The places in a hand of its cards of a suit, then of the others.
-template <std::size_t hand_size>
-struct SuitFirst {
-  std::array<std::size_t, hand_size> places;
-  std::size_t suited = 0;
+// The two highest cards of a suit.
+struct SuitedPair {
+  int suit, high, low;  // ranks
 
-  SuitFirst(const CardList<hand_size>& hand, int suit) {
-    std::size_t next = 0;
-    for (const bool of_suit : {true, false}) {
-      for (std::size_t i = 0; i < hand_size; ++i) {
-        if ((SuitOf(hand[i]) == suit) == of_suit) places[next++] = i;
-      }
-      if (of_suit) suited = next;
-    }
+  SuitedPair(int of_suit, RankSet ranks)
+      : suit(of_suit),
+        high(std::bit_width(ranks) - 1),
+        low(std::bit_width(static_cast<unsigned>(ranks & ~(1u << high))) - 1) {}
+  std::size_t group() const {
+    return static_cast<std::size_t>(suit) * kSuitedPairs +
+           static_cast<std::size_t>(high * (high - 1) / 2 + low);
   }
 };
+
+// Calls visit(pair, ranks) for every suit of which a hand has two cards and more.
+template <typename Visit>
+void ForEachSuitOf(CardSet cards, unsigned suits, const Visit& visit) {
+  for (; suits != 0; suits &= suits - 1) {
+    const int suit = std::countr_zero(suits);
+    const auto ranks = static_cast<RankSet>(cards.bits() >> 13 * suit & kAllRanks);
+    if ((ranks & (ranks - 1)) != 0) visit(SuitedPair(suit, ranks), ranks);
+  }
+}
 
 // Sets what depends on the suit.
 template <std::size_t hand_size>
 void SetSuit(SuitedHand<hand_size>& hand, const CardList<hand_size>& cards,
-             const SuitFirst<hand_size>& by_suit) {
+             const SuitedPair& pair) {
   constexpr std::size_t kOthers = hand_size - 2;
-  CardList<kOthers> others;
-  for (std::size_t i = 0; i < kOthers; ++i) others[i] = cards[by_suit.places[2 + i]];
-  Sort(others);
-  const auto place_with = [&](std::size_t i) {
-    return static_cast<PartPlace<hand_size>>(PlaceOf(With(others, cards[by_suit.places[i]])));
-  };
-  hand.with_high = place_with(0);
-  hand.with_low = place_with(1);
+  const int high = NumberOf(pair.suit * 13 + pair.high), low = NumberOf(pair.suit * 13 + pair.low);
+  const CardList<kOthers> others = Without<kOthers>(cards, high, low);
+  hand.with_high = static_cast<PartPlace<hand_size>>(PlaceOf(Without<hand_size - 1>(cards, low)));
+  hand.with_low = static_cast<PartPlace<hand_size>>(PlaceOf(Without<hand_size - 1>(cards, high)));
   hand.others = static_cast<std::uint16_t>(PlaceOf(others));
   for (std::size_t i = 0; i < kOthers; ++i) {
     hand.cards[i] = static_cast<std::uint8_t>(CardOf(others[i]));
   }
   if constexpr (hand_size > 4) {
-    std::size_t next = 0;
-    for (std::size_t i = 0; i < kOthers; ++i) {
-      for (std::size_t j = i + 1; j < kOthers; ++j) {
-        hand.pairs[next++] = static_cast<std::uint16_t>(PlaceOf(CardList<2>{others[i], others[j]}));
-      }
-    }
-  }
-  hand.suited = 0;
-  for (std::size_t i = 0; i < by_suit.suited; ++i) {
-    hand.suited = static_cast<RankSet>(hand.suited | 1u << RankOf(cards[by_suit.places[i]]));
+    const auto [a, b, c] = others;
+    hand.pairs = {static_cast<std::uint16_t>(PlaceOf(CardList<2>{a, b})),
+                  static_cast<std::uint16_t>(PlaceOf(CardList<2>{a, c})),
+                  static_cast<std::uint16_t>(PlaceOf(CardList<2>{b, c}))};
   }
 }
 
@@ -259,7 +256,8 @@ OmahaTensor<hand_size>::OmahaTensor(std::span<const WeightedHand> hands) {
 }
 
 template <std::size_t hand_size>
-void OmahaTensor<hand_size>::Relate(std::span<const WeightedHand> hands, const OmahaTensor& other) {
+void OmahaTensor<hand_size>::Relate(std::span<const WeightedHand> hands, unsigned flush_suits,
+                                    const OmahaTensor& other) {
   twins_.reserve(blocks());
   for (std::size_t i = 0; i < classes_.size(); ++i) {
     for (BlockBits<hand_size> held = classes_[i].held; held != 0;
@@ -269,42 +267,37 @@ void OmahaTensor<hand_size>::Relate(std::span<const WeightedHand> hands, const O
       twins_.push_back(static_cast<std::uint32_t>(twins.Has(bit) ? twins.Of(bit) : other.blocks()));
     }
   }
-  std::vector<std::pair<std::size_t, SuitedHand<hand_size>>> grouped;
-  grouped.reserve(2 * hands.size());  // of two suits at the most
-  for (std::size_t i = 0; i < hands.size(); ++i) {
-    const CardList<hand_size> cards = ArrangedHand<hand_size>(hands[i]);
-    const std::uint32_t twin = twins_[places_[i] / kBlockLanes];
-    SuitedHand<hand_size> hand{};
-    hand.place = places_[i];
-    hand.weight = static_cast<std::uint16_t>(hands[i].weight);
-    hand.same =
-        static_cast<std::uint16_t>(other.weights_[twin * kBlockLanes + hand.place % kBlockLanes]);
-    hand.hand_class = static_cast<std::uint16_t>(RanksNumber(cards));
-    for (int suit = 0; suit < 4; ++suit) {
-      const SuitFirst<hand_size> by_suit(cards, suit);
-      if (by_suit.suited < 2) continue;
-      SetSuit(hand, cards, by_suit);
-      const int high = RankOf(cards[by_suit.places[0]]), low = RankOf(cards[by_suit.places[1]]);
-      grouped.emplace_back(static_cast<std::size_t>(suit) * kSuitedPairs +
-                               static_cast<std::size_t>(high * (high - 1) / 2 + low),
-                           hand);
-    }
-  }
   // A counting sort by groups.
-  groups_.fill(0);
-  for (const auto& [group, hand] : grouped) ++groups_[group + 1];
+  for (const WeightedHand& hand : hands) {
+    ForEachSuitOf(hand.cards, flush_suits,
+                  [&](const SuitedPair& pair, RankSet) { ++groups_[pair.group() + 1]; });
+  }
   for (std::size_t i = 1; i < groups_.size(); ++i) groups_[i] += groups_[i - 1];
-  suited_.resize(grouped.size());
+  suited_.resize(groups_.back());
   std::array<std::size_t, 4 * kSuitedPairs + 1> next = groups_;
-  for (const auto& [group, hand] : grouped) suited_[next[group]++] = hand;
+  for (std::size_t i = 0; i < hands.size(); ++i) {
+    ForEachSuitOf(hands[i].cards, flush_suits, [&](const SuitedPair& pair, RankSet ranks) {
+      const CardList<hand_size> cards = ArrangedHand<hand_size>(hands[i]);
+      SuitedHand<hand_size>& hand = suited_[next[pair.group()]++];
+      hand.place = places_[i];
+      hand.weight = static_cast<std::uint16_t>(hands[i].weight);
+      const std::uint32_t twin = twins_[hand.place / kBlockLanes];
+      hand.same =
+          static_cast<std::uint16_t>(other.weights_[twin * kBlockLanes + hand.place % kBlockLanes]);
+      hand.hand_class = static_cast<std::uint16_t>(RanksNumber(cards));
+      hand.suited = ranks;
+      SetSuit(hand, cards, pair);
+    });
+  }
 }
 
 template <std::size_t hand_size>
 OmahaTensors<hand_size>::OmahaTensors(std::span<const WeightedHand> hands1,
-                                      std::span<const WeightedHand> hands2)
-    : sides_{OmahaTensor<hand_size>(hands1), OmahaTensor<hand_size>(hands2)} {
-  sides_[0].Relate(hands1, sides_[1]);
-  sides_[1].Relate(hands2, sides_[0]);
+                                      std::span<const WeightedHand> hands2, unsigned flush_suits)
+    : flush_suits_(flush_suits),
+      sides_{OmahaTensor<hand_size>(hands1), OmahaTensor<hand_size>(hands2)} {
+  sides_[0].Relate(hands1, flush_suits, sides_[1]);
+  sides_[1].Relate(hands2, flush_suits, sides_[0]);
   for (std::size_t i = 0; i < kHandClasses<hand_size>; ++i) {
     if ((sides_[0].BlocksOf(i).held | sides_[1].BlocksOf(i).held) != 0) {
       classes_.push_back(static_cast<std::uint16_t>(i));

@@ -128,8 +128,8 @@ class OmahaTensor {
   }
   std::span<const SuitedHand<hand_size>> suited() const { return suited_; }
 
-  /// Sets twins and suited hands. `hands` are those that it was made with.
-  void Relate(std::span<const WeightedHand> hands, const OmahaTensor& other);
+  /// Sets twins, and the suited hands of some suits. `hands` are those that it was made with.
+  void Relate(std::span<const WeightedHand> hands, unsigned flush_suits, const OmahaTensor& other);
 
  private:
   std::vector<Blocks> classes_ = std::vector<Blocks>(kHandClasses<hand_size>);
@@ -145,13 +145,17 @@ class OmahaTensor {
 template <std::size_t hand_size>
 class OmahaTensors {
  public:
-  OmahaTensors(std::span<const WeightedHand> hands1, std::span<const WeightedHand> hands2);
+  /// @param flush_suits  a bit for each suit of which a board may have three cards
+  OmahaTensors(std::span<const WeightedHand> hands1, std::span<const WeightedHand> hands2,
+               unsigned flush_suits = 0xF);
 
+  unsigned flush_suits() const { return flush_suits_; }
   const OmahaTensor<hand_size>& operator[](std::size_t side) const { return sides_[side]; }
   /// The classes that either range has.
   std::span<const std::uint16_t> classes() const { return classes_; }
 
  private:
+  unsigned flush_suits_;
   std::array<OmahaTensor<hand_size>, 2> sides_;
   std::vector<std::uint16_t> classes_;
 };
