@@ -429,7 +429,7 @@ std::vector<OmahaCounts> OmahaSweep<hand_size>::State::CountsOf(std::size_t side
 // Takes out what a field has put in.
 template <std::size_t hand_size>
 void OmahaSweep<hand_size>::State::Clear(const Field<hand_size>& field) {
-  constexpr std::size_t kFewClasses = 60;
+  constexpr std::size_t kFewClasses = hand_size == 4 ? 60 : 200;
   for (Inserted<hand_size>& in : *inserted_) {
     in.singles.fill(0);
     in.pairs.fill(0);

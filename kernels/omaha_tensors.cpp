@@ -16,17 +16,30 @@ constexpr int SuitOf(int number) { return number % 4; }
 template <std::size_t size>
 using CardList = std::array<int, size>;
 
-// Without branches, which would be foreseen by nobody.
-template <std::size_t size>
-CardList<size> Arranged(const std::array<int, size>& cards) {
-  CardList<size> numbers;
-  std::ranges::transform(cards, numbers.begin(), NumberOf);
-  for (std::size_t i = 1; i < size; ++i) {
-    for (std::size_t j = i; j > 0; --j) {
-      const int low = std::min(numbers[j - 1], numbers[j]);
-      numbers[j] = std::max(numbers[j - 1], numbers[j]);
-      numbers[j - 1] = low;
+// Seven ranks with room for three more suits between them.
+constexpr std::array<std::uint64_t, 128> kWithRoom = [] {
+  std::array<std::uint64_t, 128> spread{};
+  for (std::size_t ranks = 0; ranks < 128; ++ranks) {
+    for (std::size_t rank = 0; rank < 7; ++rank) {
+      spread[ranks] |= (std::uint64_t{ranks} >> rank & 1) << 4 * rank;
     }
+  }
+  return spread;
+}();
+
+// Without branches, which nobody could foresee: as bits that fall as the numbers rise.
+template <std::size_t size>
+CardList<size> Arranged(CardSet cards) {
+  std::uint64_t bits = 0;
+  for (unsigned suit = 0; suit < 4; ++suit) {
+    const std::uint64_t ranks = cards.bits() >> 13 * suit & kAllRanks;
+    bits |= (kWithRoom[ranks & 127] | kWithRoom[ranks >> 7] << 28) << (3 - suit);
+  }
+  CardList<size> numbers;
+  for (int& number : numbers) {
+    const int highest = 63 - std::countl_zero(bits);
+    number = 51 - highest;
+    bits ^= std::uint64_t{1} << highest;
   }
   return numbers;
 }
@@ -60,9 +73,11 @@ std::size_t PlaceOf(const CardList<size>& cards) {
 static_assert(kTriplePlaces <= 1 << 16 && kWholeWeight < 1 << 16 && kHandClasses<5> <= 1 << 16,
               "what SuitedHand keeps");
 
+// The same card twice stands nowhere.
 template <typename... Cards>
-std::uint16_t PlaceOfCards(Cards... cards) {
-  return static_cast<std::uint16_t>(PlaceOf(Arranged(std::array<int, sizeof...(Cards)>{cards...})));
+std::size_t PlaceOfCards(Cards... cards) {
+  const CardSet set{cards...};
+  return set.size() == sizeof...(cards) ? PlaceOf(Arranged<sizeof...(Cards)>(set)) : 0;
 }
 
 // Where the tensor of some of the cards of a class begins.
@@ -100,13 +115,6 @@ HandClass<hand_size> ClassOf(const std::array<std::uint8_t, hand_size>& ranks) {
     }
   }
   return of;
-}
-
-template <std::size_t hand_size>
-CardList<hand_size> ArrangedHand(const WeightedHand& hand) {
-  std::array<int, hand_size> cards{};
-  std::ranges::copy(hand.cards, cards.begin());
-  return Arranged(cards);
 }
 
 // The two highest cards of a suit.
@@ -189,15 +197,18 @@ std::span<const HandClass<hand_size>, kHandClasses<hand_size>> HandClasses() {
 const SuitedPairPlaces& PlacesOf(std::size_t suit, std::size_t pair) {
   static const std::vector<SuitedPairPlaces> places = [] {
     std::vector<SuitedPairPlaces> all;
+    const auto place = [](auto... cards) {
+      return static_cast<std::uint16_t>(PlaceOfCards(cards...));
+    };
     ForEachSuitedPair([&](int card1, int card2) {
       SuitedPairPlaces& of = all.emplace_back();
-      of.singles = {PlaceOfCards(card1), PlaceOfCards(card2)};
-      of.both = PlaceOfCards(card1, card2);
+      of.singles = {place(card1), place(card2)};
+      of.both = place(card1, card2);
       for (int card = 0; card < 52; ++card) {
         const auto i = static_cast<std::size_t>(card);
-        of.pair1[i] = PlaceOfCards(card1, card);
-        of.pair2[i] = PlaceOfCards(card2, card);
-        of.triple[i] = PlaceOfCards(card1, card2, card);
+        of.pair1[i] = place(card1, card);
+        of.pair2[i] = place(card2, card);
+        of.triple[i] = place(card1, card2, card);
       }
     });
     return all;
@@ -213,10 +224,9 @@ const PlacesWithPairs& PlacesWithPairsOf(std::size_t suit, std::size_t pair) {
       for (int other1 = 0; other1 < 52; ++other1) {
         for (int other2 = 0; other2 < other1; ++other2) {
           const std::size_t i = PlaceOfCards(other1, other2);
-          of.triple1[i] = PlaceOfCards(card1, other1, other2);
-          of.triple2[i] = PlaceOfCards(card2, other1, other2);
-          of.quad[i] = static_cast<std::uint32_t>(
-              PlaceOf(Arranged(std::array{card1, card2, other1, other2})));
+          of.triple1[i] = static_cast<std::uint16_t>(PlaceOfCards(card1, other1, other2));
+          of.triple2[i] = static_cast<std::uint16_t>(PlaceOfCards(card2, other1, other2));
+          of.quad[i] = static_cast<std::uint32_t>(PlaceOfCards(card1, card2, other1, other2));
         }
       }
     });
@@ -228,28 +238,28 @@ const PlacesWithPairs& PlacesWithPairsOf(std::size_t suit, std::size_t pair) {
 template <std::size_t hand_size>
 OmahaTensor<hand_size>::OmahaTensor(std::span<const WeightedHand> hands) {
   constexpr std::size_t kBlocks = std::size_t{1} << 2 * (hand_size - 2);  // of a class
-  constexpr std::size_t kTensor = kBlocks * kBlockLanes;
-  std::vector<std::size_t> tensor_places;
-  tensor_places.reserve(hands.size());
+  // Numbers of the blocks of all classes, first only whether there are such hands.
+  std::vector<std::uint32_t> numbers(kHandClasses<hand_size> * kBlocks);
+  places_.reserve(hands.size());
   for (const WeightedHand& hand : hands) {
-    const std::size_t place = PlaceOf(ArrangedHand<hand_size>(hand));
-    tensor_places.push_back(place);
-    Blocks& blocks = classes_[place / kTensor];
-    blocks.held = static_cast<BlockBits<hand_size>>(
-        blocks.held | BlockBits<hand_size>{1} << place / kBlockLanes % kBlocks);
+    places_.push_back(static_cast<std::uint32_t>(PlaceOf(Arranged<hand_size>(hand.cards))));
+    numbers[places_.back() / kBlockLanes] = 1;
   }
   std::uint32_t count = 0;
-  for (Blocks& blocks : classes_) {
-    blocks.first = count;
-    count += static_cast<std::uint32_t>(std::popcount(blocks.held));
+  for (std::size_t i = 0; i < classes_.size(); ++i) {
+    classes_[i].first = count;
+    for (std::size_t bit = 0; bit < kBlocks; ++bit) {
+      std::uint32_t& number = numbers[i * kBlocks + bit];
+      if (number == 0) continue;
+      classes_[i].held =
+          static_cast<BlockBits<hand_size>>(classes_[i].held | BlockBits<hand_size>{1} << bit);
+      number = count++;
+    }
   }
   weights_.resize((count + 1) * kBlockLanes);
-  places_.reserve(hands.size());
   for (std::size_t i = 0; i < hands.size(); ++i) {
-    const std::size_t place = tensor_places[i];
-    const Blocks& blocks = classes_[place / kTensor];
-    const std::size_t block = blocks.Of(static_cast<unsigned>(place / kBlockLanes % kBlocks));
-    places_.push_back(static_cast<std::uint32_t>(block * kBlockLanes + place % kBlockLanes));
+    const auto block = static_cast<std::size_t>(numbers[places_[i] / kBlockLanes]);
+    places_[i] = static_cast<std::uint32_t>(block * kBlockLanes + places_[i] % kBlockLanes);
     weights_[places_[i]] = static_cast<std::uint32_t>(hands[i].weight);
     weight_ += static_cast<std::uint64_t>(hands[i].weight);
   }
@@ -277,7 +287,7 @@ void OmahaTensor<hand_size>::Relate(std::span<const WeightedHand> hands, unsigne
   std::array<std::size_t, 4 * kSuitedPairs + 1> next = groups_;
   for (std::size_t i = 0; i < hands.size(); ++i) {
     ForEachSuitOf(hands[i].cards, flush_suits, [&](const SuitedPair& pair, RankSet ranks) {
-      const CardList<hand_size> cards = ArrangedHand<hand_size>(hands[i]);
+      const CardList<hand_size> cards = Arranged<hand_size>(hands[i].cards);
       SuitedHand<hand_size>& hand = suited_[next[pair.group()]++];
       hand.place = places_[i];
       hand.weight = static_cast<std::uint16_t>(hands[i].weight);
