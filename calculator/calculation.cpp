@@ -72,7 +72,7 @@ class AnswerReader {
 
   Outcome OutcomeAt(std::size_t cases, OutcomePlace place) const {
     return {Count(cases), Count(place.wins()), Count(place.ties()),
-            ShareOf(place.points(), sums_[cases])};
+            ShareOf(place.points(), sums_[cases]), ShareOf(place.low(), sums_[cases])};
   }
 
   PlayerAnswer PlayerOf(std::size_t player) const {
@@ -84,7 +84,6 @@ class AnswerReader {
       answer.low_shared[k] = Count(layout_.LowShared(player, k));
     }
     const Int128 cases = sums_[SumsLayout::kCases];
-    answer.low = ShareOf(layout_.Low(player), cases);
     if (sampled_) {
       const std::optional<double> error = StandardErrorOf(
           cases, sums_[layout_.Total(player).points()], sums_[layout_.Squares(player)]);

@@ -30,9 +30,9 @@ void AddPlayer(const SumsLayout& layout, std::size_t player, const HighLowTally&
   for (std::size_t k = 0; k < kMostPlayers; ++k) {
     const int sharers = static_cast<int>(k) + 1;
     const Int128 low = Int128{tally.low[k]} * (kHalfPot / sharers);
+    sums[total.low()] += low;
     sums[total.points()] += Int128{tally.whole[k]} * (kPot / sharers) +
                             Int128{tally.high[k]} * (kHalfPot / sharers) + low;
-    sums[layout.Low(player)] += low;
     sums[layout.Shared(player, k)] += tally.whole[k] + tally.high[k];
     sums[layout.LowShared(player, k)] += tally.low[k];
   }

@@ -230,7 +230,6 @@ class OmahaRangesWork final : public Work {
       }
     }
     Add(layout_.Total(player), all, 1, 1, sums);
-    sums[layout_.Low(player)] += all.low;
     for (const std::size_t i : {0u, 1u}) {
       sums[layout_.Shared(player, i)] += all.shared[i];
       sums[layout_.LowShared(player, i)] += all.low_shared[i];
@@ -249,6 +248,7 @@ class OmahaRangesWork final : public Work {
     sums[place.wins()] += gains.wins * times / parts;
     sums[place.ties()] += gains.ties * times / parts;
     sums[place.points()] += gains.points * times / parts;
+    sums[place.low()] += gains.low * times / parts;
   }
 
   // Every two hands that share no card leave as many boards.

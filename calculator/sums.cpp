@@ -99,10 +99,10 @@ SumsLayout::SumsLayout(const CheckedQuestion& question) : players_(question.play
     hands_[i] = size_;
     if (detail.hands) size_ += question.players()[i].range.size() * kCell;
   }
-  made_ = size_;
-  if (detail.made) size_ += players_ * kCategories * kCell;
   next_ = size_;
   if (detail.next) size_ = NextCases(NextBoards::CountOf(question));
+  made_ = size_;
+  if (detail.made) size_ += players_ * kCategories * kCell;
 }
 
 struct Settler::Shares {
@@ -182,30 +182,30 @@ void Settler::AddTrials(unsigned sharers, std::int64_t times, std::span<Int128> 
 
 void Settler::AddShares(const SettledDeal& deal, const Shares& shares, Int128 weight,
                         std::span<Int128> sums) const {
-  const auto add_outcome = [&](OutcomePlace place, int points) {
+  const auto add_outcome = [&](OutcomePlace place, std::size_t player) {
+    const int points = shares.points[player];
     if (points == 0) return;
     sums[points == kPot ? place.wins() : place.ties()] += weight;
     sums[place.points()] += points * weight;
+    sums[place.low()] += shares.low_points[player] * weight;
   };
-  const auto add_cell = [&](std::size_t cases, int points) {
+  const auto add_cell = [&](std::size_t cases, std::size_t player) {
     sums[cases] += weight;
-    add_outcome(SumsLayout::OutcomeOf(cases), points);
+    add_outcome(SumsLayout::OutcomeOf(cases), player);
   };
   sums[SumsLayout::kCases] += weight;
   const std::span<const std::size_t> next = std::span(deal.next).first(deal.next_count);
   for (const std::size_t number : next) sums[layout_.NextCases(number)] += weight;
   for (std::size_t i = 0; i < players_; ++i) {
-    const int points = shares.points[i];
-    add_outcome(layout_.Total(i), points);
-    sums[layout_.Low(i)] += shares.low_points[i] * weight;
+    add_outcome(layout_.Total(i), i);
     if (shares.has_high[i]) sums[layout_.Shared(i, shares.high_sharers - 1)] += weight;
     if (shares.has_low[i]) sums[layout_.LowShared(i, shares.low_sharers - 1)] += weight;
-    if (detail_.hands) add_cell(layout_.HandCases(i, deal.hands[i]), points);
+    if (detail_.hands) add_cell(layout_.HandCases(i, deal.hands[i]), i);
     if (detail_.made) {
       const int category = CategoryOf(rules_, deal.worths[i].high);
-      add_cell(layout_.MadeCases(i, static_cast<std::size_t>(category)), points);
+      add_cell(layout_.MadeCases(i, static_cast<std::size_t>(category)), i);
     }
-    for (const std::size_t number : next) add_outcome(layout_.NextOutcome(number, i), points);
+    for (const std::size_t number : next) add_outcome(layout_.NextOutcome(number, i), i);
   }
 }
 

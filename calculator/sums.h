@@ -27,7 +27,8 @@ struct OutcomePlace {
   std::size_t wins() const { return first; }
   std::size_t ties() const { return first + 1; }
   std::size_t points() const { return first + 2; }  ///< shares of the pot
-  static constexpr std::size_t kSize = 3;
+  std::size_t low() const { return first + 3; }     ///< those of them that are for lows
+  static constexpr std::size_t kSize = 4;
 };
 
 /// Where the numbers of a question stand.
@@ -41,7 +42,6 @@ class SumsLayout {
 
   std::size_t size() const { return size_; }
   OutcomePlace Total(std::size_t player) const { return {Player(player)}; }
-  std::size_t Low(std::size_t player) const { return Player(player) + 3; }
   /// Squares of the points, of samples.
   std::size_t Squares(std::size_t player) const { return Player(player) + 4; }
   std::size_t Shared(std::size_t player, std::size_t others) const {
@@ -74,8 +74,8 @@ class SumsLayout {
 
   std::size_t players_;
   std::array<std::size_t, kMostPlayers> hands_{};
-  std::size_t made_ = 0;
   std::size_t next_ = 0;
+  std::size_t made_ = 0;
   std::size_t size_ = 0;
 };
 

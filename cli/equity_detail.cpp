@@ -3,12 +3,14 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <map>
 #include <nlohmann/json.hpp>
 
 #include "cli/equity_report.h"
 #include "cli/game.h"
 #include "cli/range_picture.h"
 #include "pokermath/cards.h"
+#include "pokermath/omaha_ranges.h"
 #include "ranges/hand_classes.h"
 
 namespace pokermath::cli {
@@ -49,6 +51,30 @@ std::string NameOfCell(std::size_t cell) {
 
 bool HasCases(const Outcome& outcome) { return outcome.cases.units != 0; }
 
+void AddTo(HandClass& sum, const Outcome& added) {
+  ++sum.hands;
+  Outcome& outcome = sum.outcome;
+  const double before = outcome.cases.Value();
+  outcome.cases = {outcome.cases.units + added.cases.units, added.cases.unit};
+  outcome.wins = {outcome.wins.units + added.wins.units, added.wins.unit};
+  outcome.ties = {outcome.ties.units + added.ties.units, added.ties.unit};
+  if (!HasCases(outcome)) return;
+  const auto mean = [&](double of_sum, double of_added) {
+    return (of_sum * before + of_added * added.cases.Value()) / outcome.cases.Value();
+  };
+  outcome.equity = mean(outcome.equity, added.equity);
+  outcome.low = mean(outcome.low, added.low);
+}
+
+std::vector<HandClass> CellsOf(const PlayerAnswer& player) {
+  std::vector<HandClass> classes(169);
+  for (std::size_t cell = 0; cell < classes.size(); ++cell) classes[cell].name = NameOfCell(cell);
+  for (const auto& [hand, outcome] : player.hands) {
+    AddTo(classes[static_cast<std::size_t>(CellOf(hand.cards))], outcome);
+  }
+  return classes;
+}
+
 void AddHands(std::size_t player, const PlayerAnswer& answer, std::vector<DetailRow>& rows) {
   for (const HandOutcome& hand : answer.hands) {
     rows.push_back(
@@ -57,14 +83,9 @@ void AddHands(std::size_t player, const PlayerAnswer& answer, std::vector<Detail
 }
 
 void AddClasses(std::size_t player, const PlayerAnswer& answer, std::vector<DetailRow>& rows) {
-  std::array<int, 169> hands{};
-  for (const HandOutcome& hand : answer.hands) {
-    ++hands[static_cast<std::size_t>(CellOf(hand.hand.cards))];
-  }
-  const std::array<Outcome, 169> classes = ClassesOf(answer);
-  for (std::size_t cell = 0; cell < classes.size(); ++cell) {
-    if (hands[cell] == 0) continue;
-    rows.push_back({player, NameOfCell(cell), std::to_string(hands[cell]), classes[cell]});
+  for (const HandClass& of : ClassesOf(answer)) {
+    if (of.hands == 0) continue;
+    rows.push_back({player, of.name, std::to_string(of.hands), of.outcome});
   }
 }
 
@@ -112,14 +133,14 @@ std::string PlayerTitle(const AskedEquity& asked, std::size_t player) {
 std::string ClassMatrix(const PlayerAnswer& player, Game game, const Colours& colours) {
   constexpr std::string_view kRanks = "AKQJT98765432";
   const std::size_t size = RulesOf(game).IsShortDeck() ? 9 : 13;
-  const std::array<Outcome, 169> classes = ClassesOf(player);
+  const std::vector<HandClass> classes = ClassesOf(player);
   std::string text = " ";
   for (std::size_t i = 0; i < size; ++i) text += fmt::format("{:>6}", kRanks[i]);
   text = colours.Faint(text) + "\n";
   for (std::size_t row = 0; row < size; ++row) {
     text += colours.Faint(std::string(1, kRanks[row]));
     for (std::size_t column = 0; column < size; ++column) {
-      const Outcome& outcome = classes[row * 13 + column];
+      const Outcome& outcome = classes[row * 13 + column].outcome;
       text += HasCases(outcome) ? fmt::format("{:>6.1f}", 100 * outcome.equity)
                                 : colours.Faint(fmt::format("{:>6}", "."));
     }
@@ -166,22 +187,38 @@ std::string DeckText(const AskedEquity& asked, const EquityRun& run, std::size_t
 
 // --- lists ---
 
-std::string ListTitle(const Titles& titles, const Colours& colours) {
-  return colours.Faint(fmt::format("{:<16}{:>8}{:>12}{:>14}{:>10}{:>10}", titles.name, titles.size,
-                                   "equity", "wins alone", "ties", "losses")) +
+// How lists of a question look: a column for lows, and one as wide as names are.
+struct ListForm {
+  bool high_low;
+  std::size_t width = 16;
+
+  ListForm(const AskedEquity& asked, std::span<const DetailRow> rows)
+      : high_low(IsHighLow(asked.question.game)) {
+    for (const DetailRow& row : rows) width = std::max(width, row.name.size() + 2);
+  }
+};
+
+std::string ListTitle(const ListForm& form, const Titles& titles, const Colours& colours) {
+  const std::string low = form.high_low ? fmt::format("{:>12}", "from lows") : "";
+  const auto [all, part, none] = form.high_low ? std::array{"whole pot", "part of it", "nothing"}
+                                               : std::array{"wins alone", "ties", "losses"};
+  return colours.Faint(fmt::format("{:<{}}{:>8}{:>12}{}{:>14}{:>{}}{:>10}", titles.name, form.width,
+                                   titles.size, "equity", low, all, part, form.high_low ? 12 : 10,
+                                   none)) +
          "\n";
 }
 
-std::string ListLine(const DetailRow& row, const Colours& colours) {
+std::string ListLine(const ListForm& form, const DetailRow& row, const Colours& colours) {
   const Outcome& outcome = row.outcome;
-  std::string line = fmt::format("{:<16}{:>8}", row.name, row.size);
+  std::string line = fmt::format("{:<{}}{:>8}", row.name, form.width, row.size);
   if (!HasCases(outcome)) return line + "  no case\n";
   const auto percent = [&](Int128 units) {
     return 100 * static_cast<double>(units) / static_cast<double>(outcome.cases.units);
   };
   line += colours.Strong(fmt::format("{:>10.3f} %", 100 * outcome.equity));
-  return line + fmt::format("{:>12.2f} %{:>8.2f} %{:>8.2f} %\n", percent(outcome.wins.units),
-                            percent(outcome.ties.units),
+  if (form.high_low) line += fmt::format("{:>10.3f} %", 100 * outcome.low);
+  return line + fmt::format("{:>12.2f} %{:>{}.2f} %{:>8.2f} %\n", percent(outcome.wins.units),
+                            percent(outcome.ties.units), form.high_low ? 10 : 8,
                             percent(outcome.cases.units - outcome.wins.units - outcome.ties.units));
 }
 
@@ -189,12 +226,15 @@ std::string ListsText(const AskedEquity& asked, const EquityRun& run, By by,
                       const Colours& colours) {
   std::string text;
   std::size_t player = asked.players.size();
-  for (const DetailRow& row : DetailRows(asked, run, by)) {
+  const std::vector<DetailRow> rows = DetailRows(asked, run, by);
+  const ListForm form(asked, rows);
+  for (const DetailRow& row : rows) {
     if (row.player != player) {
       player = row.player;
-      text += fmt::format("\n{}\n{}", PlayerTitle(asked, player), ListTitle(TitlesOf(by), colours));
+      text += fmt::format("\n{}\n{}", PlayerTitle(asked, player),
+                          ListTitle(form, TitlesOf(by), colours));
     }
-    text += ListLine(row, colours);
+    text += ListLine(form, row, colours);
   }
   return text;
 }
@@ -203,13 +243,15 @@ std::string ListsText(const AskedEquity& asked, const EquityRun& run, By by,
 std::string MadeText(const AskedEquity& asked, const EquityRun& run, const Colours& colours) {
   std::string text;
   for (std::size_t i = 0; i < asked.players.size(); ++i) {
-    text += fmt::format("\n{}\n{}", PlayerTitle(asked, i), ListTitle({"made", "of all"}, colours));
     std::vector<DetailRow> rows;
     AddRows(asked, i, run.answer.players[i], By::kMade, rows);
+    const ListForm form(asked, rows);
+    text += fmt::format("\n{}\n{}", PlayerTitle(asked, i),
+                        ListTitle(form, {"made", "of all"}, colours));
     for (DetailRow& row : rows) {
       row.size =
           fmt::format("{:.2f} %", 100 * row.outcome.cases.Value() / run.answer.cases.Value());
-      text += ListLine(row, colours);
+      text += ListLine(form, row, colours);
     }
   }
   return text;
@@ -254,14 +296,19 @@ std::string CsvText(const std::string& text) {
   return quoted + "\"";
 }
 
-void AddOutcome(const Outcome& outcome, Json& json) {
+Json ShareJson(const Outcome& outcome, double share) {
+  return HasCases(outcome) ? Json(share) : Json(nullptr);
+}
+
+void AddOutcome(const Outcome& outcome, bool high_low, Json& json) {
   json["cases"] = CountJson(outcome.cases);
-  json["equity"] = HasCases(outcome) ? Json(outcome.equity) : Json(nullptr);
+  json["equity"] = ShareJson(outcome, outcome.equity);
+  if (high_low) json["low"] = ShareJson(outcome, outcome.low);
   json["wins"] = CountJson(outcome.wins);
   json["ties"] = CountJson(outcome.ties);
 }
 
-Json RowJson(const DetailRow& row, By by) {
+Json RowJson(const DetailRow& row, By by, bool high_low) {
   const Titles titles = TitlesOf(by);
   Json json;
   if (by == By::kHand) {
@@ -270,18 +317,18 @@ Json RowJson(const DetailRow& row, By by) {
     json[by == By::kMade ? "category" : titles.name] = row.name;
   }
   if (!row.size.empty()) json[titles.size] = Json::parse(row.size);
-  AddOutcome(row.outcome, json);
+  AddOutcome(row.outcome, high_low, json);
   return json;
 }
 
-void AddNextJson(const EquityRun& run, Json& json) {
+void AddNextJson(const EquityRun& run, bool high_low, Json& json) {
   Json& list = json["next"] = Json::array();
   for (const NextOutcome& next : run.answer.next) {
     Json one = {{"cards", CardsJson(CardsOf(next.cards))}, {"alike", next.alike}};
     Json& players = one["players"] = Json::array();
     for (const Outcome& outcome : next.players) {
       Json player = Json::object();
-      AddOutcome(outcome, player);
+      AddOutcome(outcome, high_low, player);
       players.push_back(std::move(player));
     }
     list.push_back(std::move(one));
@@ -292,17 +339,15 @@ void AddNextJson(const EquityRun& run, Json& json) {
 
 bool ComesOneCard(const AskedEquity& asked) { return asked.board.size() >= 3; }
 
-std::array<Outcome, 169> ClassesOf(const PlayerAnswer& player) {
-  std::array<Outcome, 169> classes{};
+std::vector<HandClass> ClassesOf(const PlayerAnswer& player) {
+  if (player.hands.empty() || player.hands[0].hand.cards.size() == 2) return CellsOf(player);
+  std::map<std::string, HandClass> by_name;
   for (const auto& [hand, outcome] : player.hands) {
-    Outcome& sum = classes[static_cast<std::size_t>(CellOf(hand.cards))];
-    const double before = sum.equity * sum.cases.Value();
-    const double added = outcome.equity * outcome.cases.Value();
-    sum.cases = {sum.cases.units + outcome.cases.units, outcome.cases.unit};
-    sum.wins = {sum.wins.units + outcome.wins.units, outcome.wins.unit};
-    sum.ties = {sum.ties.units + outcome.ties.units, outcome.ties.unit};
-    if (HasCases(sum)) sum.equity = (before + added) / sum.cases.Value();
+    const std::string name = OmahaHandName(CardsOf(hand.cards));
+    AddTo(by_name.try_emplace(name, HandClass{name, 0, {}}).first->second, outcome);
   }
+  std::vector<HandClass> classes;
+  for (auto& [name, of] : by_name) classes.push_back(std::move(of));
   return classes;
 }
 
@@ -327,7 +372,8 @@ std::string DetailText(const AskedEquity& asked, const EquityRun& run, By by,
                        const Colours& colours) {
   switch (by) {
     case By::kClass:
-      return MatricesText(asked, run, colours);
+      if (RulesOf(asked.question.game).hand_size == 2) return MatricesText(asked, run, colours);
+      break;
     case By::kNext:
       return NextText(asked, run, colours);
     case By::kMade:
@@ -341,28 +387,31 @@ std::string DetailText(const AskedEquity& asked, const EquityRun& run, By by,
 std::string DetailCsv(const AskedEquity& asked, const EquityRun& run, By by) {
   const Titles titles = TitlesOf(by);
   const bool sized = *titles.size != 0;
-  std::string csv = fmt::format("player,range,{}{}{},cases,equity,wins,ties\n", titles.name,
-                                sized ? "," : "", titles.size);
+  const bool high_low = IsHighLow(asked.question.game);
+  std::string csv = fmt::format("player,range,{}{}{},cases,equity,wins,ties{}\n", titles.name,
+                                sized ? "," : "", titles.size, high_low ? ",low" : "");
   for (const DetailRow& row : DetailRows(asked, run, by)) {
     const Outcome& outcome = row.outcome;
-    csv += fmt::format("{},{},{}{}{},{},{},{},{}\n", row.player + 1,
-                       CsvText(asked.players[row.player]), row.name, sized ? "," : "", row.size,
-                       CountJson(outcome.cases).dump(),
-                       HasCases(outcome) ? Json(outcome.equity).dump() : "",
-                       CountJson(outcome.wins).dump(), CountJson(outcome.ties).dump());
+    const auto share = [&](double of) { return HasCases(outcome) ? Json(of).dump() : ""; };
+    csv += fmt::format("{},{},{}{}{},{},{},{},{}{}\n", row.player + 1,
+                       CsvText(asked.players[row.player]), CsvText(row.name), sized ? "," : "",
+                       row.size, CountJson(outcome.cases).dump(), share(outcome.equity),
+                       CountJson(outcome.wins).dump(), CountJson(outcome.ties).dump(),
+                       high_low ? "," + share(outcome.low) : "");
   }
   return csv;
 }
 
 void AddDetailJson(const AskedEquity& asked, const EquityRun& run, By by, Json& json) {
+  const bool high_low = IsHighLow(asked.question.game);
   if (by == By::kNext) {
-    AddNextJson(run, json);
+    AddNextJson(run, high_low, json);
     return;
   }
   const char* key = by == By::kHand ? "hands_detail" : by == By::kClass ? "classes" : "made";
   for (std::size_t i = 0; i < asked.players.size(); ++i) json["players"][i][key] = Json::array();
   for (const DetailRow& row : DetailRows(asked, run, by)) {
-    json["players"][row.player][key].push_back(RowJson(row, by));
+    json["players"][row.player][key].push_back(RowJson(row, by, high_low));
   }
 }
 

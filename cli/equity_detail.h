@@ -3,7 +3,6 @@
 #ifndef POKERMATH_CLI_EQUITY_DETAIL_H_
 #define POKERMATH_CLI_EQUITY_DETAIL_H_
 
-#include <array>
 #include <string>
 #include <vector>
 
@@ -28,8 +27,16 @@ std::vector<DetailRow> DetailRows(const AskedEquity& asked, const EquityRun& run
 /// Whether one card comes next, and not a flop or the rest of one.
 bool ComesOneCard(const AskedEquity& asked);
 
-/// The classes of a player's hands in the matrix layout of ranges.h; for games of two cards.
-std::array<Outcome, 169> ClassesOf(const PlayerAnswer& player);
+/// Hands that have a name together, like "AKs" or "aces, double-suited".
+struct HandClass {
+  std::string name;
+  int hands = 0;
+  Outcome outcome;
+};
+
+/// The classes of a player's hands: of two cards in the matrix layout of ranges.h, 169 of them, and
+/// of more cards those that he has, by their names.
+std::vector<HandClass> ClassesOf(const PlayerAnswer& player);
 
 /// Tables or matrices, to go below the page.
 std::string DetailText(const AskedEquity& asked, const EquityRun& run, By by,

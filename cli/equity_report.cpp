@@ -167,7 +167,7 @@ std::string Table(const AskedEquity& asked, const EquityRun& run, const Colours&
     const std::string spread =
         player.standard_error ? fmt::format("{:.3f} %", 100 * *player.standard_error) : "none";
     error.cells.push_back({"\u00B1 " + spread, 2 + spread.size()});
-    low.Add(fmt::format("{:.3f} %", 100 * player.low));
+    low.Add(fmt::format("{:.3f} %", 100 * player.total.low));
   }
   columns.push_back(std::move(equity));
   if (IsSampled(run)) columns.push_back(std::move(error));
@@ -254,7 +254,7 @@ Json PlayerJson(const AskedEquity& asked, const EquityRun& run, std::size_t i) {
   for (std::size_t k = 0; k < asked.players.size(); ++k) {
     shared.push_back(CountJson(player.shared[k]));
   }
-  if (IsHighLow(asked.question.game)) json["low"] = player.low;
+  if (IsHighLow(asked.question.game)) json["low"] = player.total.low;
   if (IsSampled(run)) {
     json["standard_error"] = player.standard_error ? Json(*player.standard_error) : Json(nullptr);
   }
@@ -329,7 +329,7 @@ std::string EquityLine(const AskedEquity& asked, const EquityRun& run) {
   }
   if (IsHighLow(question.game)) {
     AddValues(
-        "low", run, [&](const PlayerAnswer& p) { return share(p.low); }, line);
+        "low", run, [&](const PlayerAnswer& p) { return share(p.total.low); }, line);
   }
   line += '\n';
   return line;

@@ -4,10 +4,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
+#include <utility>
 
 #include "cli/equity_detail.h"
 #include "cli/equity_report.h"
 #include "cli/errors.h"
+#include "cli/game.h"
 #include "cli/range_picture.h"
 #include "pokermath/cards.h"
 
@@ -37,8 +40,11 @@ GridCell HeatCell(const Outcome& outcome, std::string name) {
 std::string TitleOf(const AskedEquity& asked, const EquityRun& run, std::size_t player) {
   constexpr std::size_t kLongestTitle = 68;
   const auto title = [&](const std::string& name) {
-    return fmt::format("{} {}: {:.2f} %", name, SituationText(asked, Colours(false)),
-                       100 * run.answer.players[player].total.equity);
+    const Outcome& total = run.answer.players[player].total;
+    const std::string low =
+        IsHighLow(asked.question.game) ? fmt::format(", {:.2f} % from lows", 100 * total.low) : "";
+    return fmt::format("{} {}: {:.2f} %{}", name, SituationText(asked, Colours(false)),
+                       100 * total.equity, low);
   };
   const std::string whole = title(asked.players[player]);
   return whole.size() > kLongestTitle ? title(fmt::format("player {}", player + 1)) : whole;
@@ -46,12 +52,49 @@ std::string TitleOf(const AskedEquity& asked, const EquityRun& run, std::size_t 
 
 std::string ClassGrid(const AskedEquity& asked, const EquityRun& run, std::size_t player) {
   std::vector<GridCell> cells;
-  for (const Outcome& outcome : ClassesOf(run.answer.players[player])) {
-    cells.push_back(HeatCell(outcome, ""));
+  for (const HandClass& of : ClassesOf(run.answer.players[player])) {
+    cells.push_back(HeatCell(of.outcome, ""));
   }
   return GridSvg(RulesOf(asked.question.game).IsShortDeck() ? 9 : 13, TitleOf(asked, run, player),
                  std::move(cells));
 }
+
+// "aces, double-suited" are of the type "aces".
+std::pair<std::string, std::string> TypeAndSuits(const std::string& name) {
+  const std::size_t comma = name.find(", ");
+  return {name.substr(0, comma), name.substr(comma + 2)};
+}
+
+// Classes that have a row for each type of hand, the best first, and a column for each way that
+// suits are.
+struct TypeTable {
+  std::vector<std::string> types, suits;
+  std::map<std::string, Outcome> by_name;
+
+  explicit TypeTable(const PlayerAnswer& player) {
+    struct Sum {
+      double points = 0, cases = 0;
+    };
+    std::map<std::string, Sum> by_type, by_suits;
+    for (const HandClass& of : ClassesOf(player)) {
+      const auto [type, suit] = TypeAndSuits(of.name);
+      const double cases = of.outcome.cases.Value();
+      for (Sum* sum : {&by_type[type], &by_suits[suit]}) {
+        sum->points += of.outcome.equity * cases;
+        sum->cases += cases;
+      }
+      by_name[of.name] = of.outcome;
+    }
+    for (const auto& [type, sum] : by_type) types.push_back(type);
+    for (const auto& [suit, sum] : by_suits) suits.push_back(suit);
+    std::ranges::stable_sort(types, std::ranges::greater{}, [&](const std::string& type) {
+      const Sum& sum = by_type[type];
+      return sum.cases > 0 ? sum.points / sum.cases : 0;
+    });
+    std::ranges::stable_sort(suits, std::ranges::greater{},
+                             [&](const std::string& suit) { return by_suits[suit].cases; });
+  }
+};
 
 // Spades first, aces first.
 std::string NextGrid(const AskedEquity& asked, const EquityRun& run, std::size_t player) {
@@ -120,6 +163,15 @@ std::string Text(int x, int y, const char* anchor, const std::string& words) {
       x, y, anchor, Escape(words));
 }
 
+// A document with a white ground and a title.
+std::string StartOfSvg(int width, int height, const std::string& title) {
+  return fmt::format(
+      "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 {0} {1}\" width=\"{0}\" "
+      "height=\"{1}\" font-family=\"Helvetica, Arial, sans-serif\">\n<title>{2}</title>\n"
+      "<rect width=\"100%\" height=\"100%\" fill=\"#ffffff\"/>\n{3}",
+      width, height, Escape(title), Text(kMargin, 28, "start", title));
+}
+
 std::string Frame() {
   std::string svg;
   for (int percent = 0; percent <= 100; percent += 25) {
@@ -132,6 +184,38 @@ std::string Frame() {
   return svg;
 }
 
+// A heat map with names at its sides.
+std::string TypeGrid(const AskedEquity& asked, const EquityRun& run, std::size_t player) {
+  constexpr int kNames = 250, kWide = 112, kHigh = 22, kTop = 76;
+  const TypeTable table(run.answer.players[player]);
+  const int columns = std::max(3, static_cast<int>(table.suits.size()));  // the title is wide
+  const int width = kNames + kWide * columns + kMargin;
+  const int height = kTop + kHigh * static_cast<int>(table.types.size()) + kMargin / 2;
+  std::string svg = StartOfSvg(width, height, TitleOf(asked, run, player));
+  for (std::size_t column = 0; column < table.suits.size(); ++column) {
+    const int middle = kNames + kWide * static_cast<int>(column) + kWide / 2;
+    // The longest one takes two lines.
+    const std::string& suits = table.suits[column];
+    const std::size_t with = suits.find(" with ");
+    svg += Text(middle, with == suits.npos ? kTop - 8 : kTop - 24, "middle", suits.substr(0, with));
+    if (with != suits.npos) svg += Text(middle, kTop - 8, "middle", suits.substr(with + 1));
+  }
+  for (std::size_t row = 0; row < table.types.size(); ++row) {
+    const int y = kTop + kHigh * static_cast<int>(row);
+    svg += Text(kNames - 10, y + 15, "end", table.types[row]);
+    for (std::size_t column = 0; column < table.suits.size(); ++column) {
+      const auto found = table.by_name.find(table.types[row] + ", " + table.suits[column]);
+      const GridCell cell = HeatCell(found == table.by_name.end() ? Outcome{} : found->second, "");
+      const int x = kNames + kWide * static_cast<int>(column);
+      svg +=
+          fmt::format("<rect x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\" rx=\"4\" fill=\"{}\"/>",
+                      x + 1, y + 1, kWide - 2, kHigh - 2, cell.fill);
+      svg += Text(x + kWide / 2, y + 15, "middle", cell.note);
+    }
+  }
+  return svg + "</svg>\n";
+}
+
 std::string Curves(const AskedEquity& asked, const EquityRun& run) {
   // Told apart by those who see colours otherwise, too.
   static constexpr const char* kColours[10] = {"#0072b2", "#d55e00", "#009e73", "#cc79a7",
@@ -140,15 +224,10 @@ std::string Curves(const AskedEquity& asked, const EquityRun& run) {
   const int width = kPlot + 2 * kMargin;
   const int legend = kMargin + kPlot + 44;
   const int height = legend + kLegendLine * static_cast<int>(asked.players.size());
-  std::string svg = fmt::format(
-      "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 {0} {1}\" width=\"{0}\" "
-      "height=\"{1}\" font-family=\"Helvetica, Arial, sans-serif\">\n"
-      "<title>Equity of all hands, the best first</title>\n"
-      "<rect width=\"100%\" height=\"100%\" fill=\"#ffffff\"/>\n{2}{3}",
-      width, height,
-      Text(kMargin, 28, "start",
-           "Equity of all hands, the best first, " + SituationText(asked, Colours(false))),
-      Frame());
+  std::string svg =
+      StartOfSvg(width, height,
+                 "Equity of all hands, the best first, " + SituationText(asked, Colours(false)));
+  svg += Frame();
   for (std::size_t i = 0; i < asked.players.size(); ++i) {
     svg += CurveOf(run.answer.players[i], kColours[i]);
     const int y = legend + kLegendLine * static_cast<int>(i);
@@ -171,7 +250,9 @@ std::string DetailSvg(const AskedEquity& asked, const EquityRun& run, By by) {
   if (by == By::kHand) return Curves(asked, run);
   std::vector<std::string> pictures;
   for (std::size_t i = 0; i < asked.players.size(); ++i) {
-    pictures.push_back(by == By::kClass ? ClassGrid(asked, run, i) : NextGrid(asked, run, i));
+    pictures.push_back(by == By::kNext                               ? NextGrid(asked, run, i)
+                       : RulesOf(asked.question.game).hand_size == 2 ? ClassGrid(asked, run, i)
+                                                                     : TypeGrid(asked, run, i));
   }
   return Stacked(pictures);
 }

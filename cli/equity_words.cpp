@@ -146,9 +146,6 @@ void ReadDetail(const EquityWords& words, AskedEquity& asked) {
   Detail& detail = asked.question.detail;
   for (const std::string& text : words.by) {
     const By by = ReadBy(name, text);
-    if (by == By::kClass && RulesOf(asked.question.game).hand_size != 2) {
-      throw UsageError(name + " class is for hands of two cards: " + name + " hand lists all");
-    }
     asked.by.push_back(by);
     detail.hands = detail.hands || by == By::kHand || by == By::kClass;
     detail.next = detail.next || by == By::kNext;

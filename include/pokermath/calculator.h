@@ -91,6 +91,7 @@ struct Outcome {
   CaseCount wins;     ///< that he wins alone; in Hi/Lo, in which he takes all of the pot
   CaseCount ties;     ///< in which he takes a part of the pot
   double equity = 0;  ///< share of the pot, 0..1: a pot shared by k counts 1/k; 0 without cases
+  double low = 0;     ///< in Hi/Lo, what of the equity comes from low hands
 };
 
 /// One hand of a player's range, of those that the known cards leave.
@@ -112,7 +113,6 @@ struct PlayerAnswer {
   /// hand.
   std::array<CaseCount, kMostPlayers> shared{};
   std::array<CaseCount, kMostPlayers> low_shared{};  ///< the same for the best low
-  double low = 0;  ///< in Hi/Lo, what of the equity comes from low hands
   /// Of the equity, 0..1; where it was sampled, from two trials on. Of trials that all gave the
   /// player the same it is 1 / (trials + 1), as if one more had differed by a whole pot.
   std::optional<double> standard_error;

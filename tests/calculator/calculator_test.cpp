@@ -348,7 +348,7 @@ TEST(Plain, EqualsEveryDealByItself) {
     for (std::size_t player = 0; player < answer->players.size(); ++player) {
       const PlayerAnswer& of = answer->players[player];
       ExpectNear(of.total.equity, brute.points[player] / brute.cases);
-      ExpectNear(of.low, brute.low_points[player] / brute.cases);
+      ExpectNear(of.total.low, brute.low_points[player] / brute.cases);
       ExpectNear(of.total.wins.Value() / answer->cases.Value(), brute.wins[player] / brute.cases);
     }
   }
@@ -357,11 +357,12 @@ TEST(Plain, EqualsEveryDealByItself) {
 
 // Adds up what an answer has in detail.
 struct Added {
-  double cases = 0, wins = 0, points = 0;
+  double cases = 0, wins = 0, points = 0, low = 0;
   void Add(const Outcome& outcome) {
     cases += outcome.cases.Value();
     wins += outcome.wins.Value();
     points += outcome.equity * outcome.cases.Value();
+    low += outcome.low * outcome.cases.Value();
   }
 };
 
@@ -388,10 +389,12 @@ TEST(Plain, DetailsAddUpToTheTotals) {
         ExpectNear(added.cases, answer->cases.Value());
         ExpectNear(added.wins, of.total.wins.Value());
         ExpectNear(added.points, of.total.equity * answer->cases.Value());
+        ExpectNear(added.low, of.total.low * answer->cases.Value());
       }
       if (!comes) continue;
       EXPECT_NEAR(ways, std::round(ways), 1e-9);
       ExpectNear(next.points, ways * of.total.equity * answer->cases.Value());
+      ExpectNear(next.low, ways * of.total.low * answer->cases.Value());
     }
   }
 }
@@ -636,7 +639,7 @@ void ExpectSampleOf(const PlayerAnswer& exact, const PlayerAnswer& sampled) {
   const double cases = exact.total.cases.Value();
   const double trials = sampled.total.cases.Value();
   EXPECT_NEAR(sampled.total.equity, exact.total.equity, 4 * *sampled.standard_error + 1e-4);
-  EXPECT_NEAR(sampled.low, exact.low, 4 * 0.25 / std::sqrt(trials));
+  EXPECT_NEAR(sampled.total.low, exact.total.low, 4 * 0.25 / std::sqrt(trials));
   ExpectSampleOf(exact.total, sampled.total);
   for (std::size_t k = 0; k < kMostPlayers; ++k) {
     ExpectPart(sampled.shared[k], exact.shared[k].Value() / cases, trials);

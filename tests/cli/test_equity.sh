@@ -271,12 +271,28 @@ run equity 15% 'random!AA' QQ --board 2c7dTh --by hand --svg "$work/curves.svg" 
 same "curves" "$(grep -c '<polyline .*stroke' "$work/curves.svg")" 3
 same "pictures that end" "$(grep -oh '</svg>' "$work"/{heat,curves}.svg | wc -l)" \
   "$(grep -oh '<svg ' "$work"/{heat,curves}.svg | wc -l)"
+# Omaha's classes are what `range` calls hands; with lows their share is told of every row.
+run equity AhAdKhKd QQxx:ds,9xx8:r --game omaha-hilo --board AsKs7c2d --by class --csv "$work/rows" --json --exact
+expect_code 0
+names=$("$POKERMATH" range --game omaha QQxx:ds,9xx8:r --dead AhAdKhKdAsKs7c2d --json)
+same "types" "$(sed -nE 's/^2,[^"]*"[^"]*","([^,]*), .*/\1/p' "$work/rows" | sort -u)" \
+  "$(sed -E 's/.*"types":\{([^}]*)\}.*/\1/; s/:[0-9]+//g; s/,/\n/g; s/"//g' <<<"$names" | sort)"
+same "hands of classes" "$(grep -c '^2,' "$work/rows") $(value hands 3)" \
+  "$(grep -o '"class":' <<<"$out" | wc -l | awk '{ print $1 - 1 }') $(sed -E 's/.*"hands":([0-9]+).*/\1/' <<<"$names")"
+has "low" "$(head -1 "$work/rows")" ",class,hands,cases,equity,wins,ties,low"
+sed -E 's/"[^"]*"/name/g' "$work/rows" | awk -F, -v low="$(value low 3)" '
+  $1 == 2 { cases += $5; of_low += $5 * $9 } END { exit (of_low / cases - low)^2 > 1e-12 }' ||
+  fail "$asked: $(<"$work/rows")"
+run equity AhAdKhKd QQxx:ds,9xx8:r --game omaha-hilo --board AsKs7c2d --by class --svg "$work/types.svg"
+has "$asked" "$out" $'\nplayer 2, QQxx:ds,9xx8:r\nclass  '
+has "$asked" "$out" "equity   from lows     whole pot  part of it   nothing"
+same "boxes" "$(grep -o '<rect x=[^>]*/><text [^>]*>[0-9]' "$work/types.svg" | wc -l)" \
+  "$(sed 1d "$work/rows" | wc -l)"
 refuses 2 "--svg draws --by hand, --by class, and --by next where one card" equity AhKd QQ --by made --svg x
 refuses 2 "--svg draws" equity AhKd QQ --by next --svg x
 refuses 2 "--svg needs --by" equity AhKd QQ --svg x
 refuses 2 "--csv - and --svg - do not go together" equity AhKd QQ --by hand --csv - --svg -
 refuses 2 "--by 'suit' is not known: hand, class, next or made" equity AhKd QQ --by suit
-refuses 2 "--by class is for hands of two cards" equity AhAdKhKd AAxx --game omaha --by class
 refuses 2 "nothing comes next on a board of 5 cards" equity AhKd QQ --board 2c7dTh9s8s --by next
 refuses 2 "--csv needs --by" equity AhKd QQ --csv x
 refuses 2 "--by is for one question" equity - --by hand
