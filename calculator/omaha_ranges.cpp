@@ -27,15 +27,31 @@ std::vector<WeightedHand> HandsOf(const Side& side) {
   return of_units;
 }
 
+// Whether the weights of a range add up to no more than the sums of a board have room for. Every
+// hand of four cards with the largest weight does.
+bool FitsSweep(const Side& side, int hand_size) {
+  if (hand_size == 4 || !side.IsListed()) return true;
+  std::uint64_t weight = 0;
+  for (const WeightedHand& hand : side.range.hands()) {
+    weight += static_cast<std::uint64_t>(hand.weight);
+  }
+  return weight / static_cast<std::uint64_t>(side.unit) >> 32 == 0;
+}
+
 double CostOfBoard(const CheckedQuestion& question) {
-  const auto hands =
-      static_cast<double>(question.players()[0].range.size() + question.players()[1].range.size());
-  return (question.rules().high_low ? 5 : 1) * (6000 + 3.5 * hands);
+  double cost = 6000;
+  for (const Side& side : question.players()) {
+    const auto hands = static_cast<double>(side.range.size());
+    // Few of five cards have the same suits but for two.
+    cost += question.rules().hand_size == 4 ? 3.5 * hands : 3 * hands + 150 / (1 / hands + 1e-4);
+  }
+  return (question.rules().high_low ? 5 : 1) * cost;
 }
 
 // A step goes through all hands once more, so it is a large one.
 std::size_t BoardsAStep(const CheckedQuestion& question) {
-  return static_cast<std::size_t>(std::clamp(4 * kStepCost / CostOfBoard(question), 1.0, 96.0));
+  const double step_cost = (question.rules().hand_size == 4 ? 4 : 28) * kStepCost;
+  return static_cast<std::size_t>(std::clamp(step_cost / CostOfBoard(question), 1.0, 96.0));
 }
 
 // The suits of which the board may get three cards.
@@ -282,8 +298,11 @@ std::optional<double> OmahaRangesCost(const CheckedQuestion& question) {
       detail.next || detail.made) {
     return std::nullopt;
   }
-  const auto hands =
-      static_cast<double>(question.players()[0].range.size() + question.players()[1].range.size());
+  double hands = 0;
+  for (const Side& side : question.players()) {
+    if (!FitsSweep(side, question.rules().hand_size)) return std::nullopt;
+    hands += static_cast<double>(side.range.size());
+  }
   const auto boards = static_cast<double>(ChoicesOf(question.live().size(), question.to_come()));
   return 1e5 + 80 * hands + boards * CostOfBoard(question);
 }

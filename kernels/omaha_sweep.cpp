@@ -28,6 +28,13 @@ namespace {
 // Sums of every hand, in blocks.
 using Counts = std::vector<Lanes>;
 
+Weight& SumAt(Counts& counts, std::size_t place) {
+  return counts[place / kBlockLanes].of[place % kBlockLanes];
+}
+std::uint64_t& SumAt(std::vector<std::uint64_t>& counts, std::size_t place) {
+  return counts[place];
+}
+
 constexpr int kAllLows = 256;
 
 // A sweep: who is put in, who asks, and where the answers go.
@@ -311,13 +318,18 @@ struct OmahaSweep<hand_size>::State {
     Counts below, not_above;
     // Of the suited hands: what is to be added to both, and to the second.
     std::vector<Weight> of_flushes, of_flushes_not_above;
-    std::vector<OmahaCounts> wide;  // where 32 bits had no more room; empty until then
+    // The same of boards before, where 32 bits had no more room; empty until then.
+    struct {
+      std::vector<std::uint64_t> below, not_above, of_flushes, of_flushes_not_above;
+    } wide;
   };
   OfContest& Sums(std::size_t side, OmahaContest contest) {
     return sums_[side][static_cast<std::size_t>(contest)];
   }
 
-  void Spread(std::size_t side, OfContest& sums) const;
+  template <typename Of>
+  void Spread(std::size_t side, Of& sums) const;
+  static void Widen(OfContest& sums);
   void MakeRoom();
   void Clear(const Field<hand_size>& field);
   Sweeping<hand_size> SweepingInto(OmahaContest contest);
@@ -376,52 +388,66 @@ OmahaSweep<hand_size>::State::State(Isa isa, const OmahaTensors<hand_size>& of_r
 
 // Adds what flushes have won to the sums of their hands.
 template <std::size_t hand_size>
-void OmahaSweep<hand_size>::State::Spread(std::size_t side, OfContest& sums) const {
+template <typename Of>
+void OmahaSweep<hand_size>::State::Spread(std::size_t side, Of& sums) const {
   const std::span<const SuitedHand<hand_size>> suited = ranges_[side].suited();
-  const auto add = [&](std::vector<Weight>& of_flushes, std::initializer_list<Counts*> to) {
+  const auto add = [&](auto& of_flushes, auto*... to) {
     for (std::size_t i = 0; i < of_flushes.size(); ++i) {
-      const std::uint32_t place = suited[i].place;
-      for (Counts* counts : to) {
-        (*counts)[place / kBlockLanes].of[place % kBlockLanes] += of_flushes[i];
-      }
+      if (of_flushes[i] == 0) continue;
+      ((SumAt(*to, suited[i].place) += of_flushes[i]), ...);
+      of_flushes[i] = 0;
     }
-    std::ranges::fill(of_flushes, Weight{0});
   };
-  add(sums.of_flushes, {&sums.below, &sums.not_above});
-  add(sums.of_flushes_not_above, {&sums.not_above});
+  add(sums.of_flushes, &sums.below, &sums.not_above);
+  add(sums.of_flushes_not_above, &sums.not_above);
 }
 
-// Moves sums to 64 bits before they do not fit into 32.
+// Moves sums to 64 bits.
+template <std::size_t hand_size>
+void OmahaSweep<hand_size>::State::Widen(OfContest& sums) {
+  const auto move = [](std::span<Weight> from, std::uint64_t* to) {
+    for (std::size_t i = 0; i < from.size(); ++i) to[i] += from[i];
+    std::ranges::fill(from, Weight{0});
+  };
+  const auto move_blocks = [&](Counts& from, std::vector<std::uint64_t>& to) {
+    to.resize(from.size() * kBlockLanes);
+    for (std::size_t i = 0; i < from.size(); ++i) move(from[i].of, &to[i * kBlockLanes]);
+  };
+  const auto move_flushes = [&](std::vector<Weight>& from, std::vector<std::uint64_t>& to) {
+    to.resize(from.size());
+    move(from, to.data());
+  };
+  move_blocks(sums.below, sums.wide.below);
+  move_blocks(sums.not_above, sums.wide.not_above);
+  move_flushes(sums.of_flushes, sums.wide.of_flushes);
+  move_flushes(sums.of_flushes_not_above, sums.wide.of_flushes_not_above);
+}
+
+// Before they do not fit into 32 bits.
 template <std::size_t hand_size>
 void OmahaSweep<hand_size>::State::MakeRoom() {
   if (boards_++ < boards_of_room_) return;
   boards_ = 1;
-  for (const std::size_t side : {0u, 1u}) {
-    for (OfContest& sums : sums_[side]) {
-      Spread(side, sums);
-      sums.wide.resize(sums.below.size() * kBlockLanes);
-      for (std::size_t i = 0; i < sums.wide.size(); ++i) {
-        sums.wide[i].below += sums.below[i / kBlockLanes].of[i % kBlockLanes];
-        sums.wide[i].not_above += sums.not_above[i / kBlockLanes].of[i % kBlockLanes];
-      }
-      std::ranges::fill(sums.below, Lanes{});
-      std::ranges::fill(sums.not_above, Lanes{});
-    }
-  }
+  for (auto& of_side : sums_) std::ranges::for_each(of_side, Widen);
 }
 
 template <std::size_t hand_size>
 std::vector<OmahaCounts> OmahaSweep<hand_size>::State::CountsOf(std::size_t side,
                                                                 OmahaContest contest) {
   OfContest& sums = Sums(side, contest);
-  Spread(side, sums);
   std::vector<OmahaCounts> counts;
   counts.reserve(ranges_[side].size());
-  for (const std::uint32_t place : ranges_[side].places()) {
-    OmahaCounts& of = counts.emplace_back();
-    if (!sums.wide.empty()) of = sums.wide[place];
-    of.below += sums.below[place / kBlockLanes].of[place % kBlockLanes];
-    of.not_above += sums.not_above[place / kBlockLanes].of[place % kBlockLanes];
+  const auto read = [&](auto& from) {
+    Spread(side, from);
+    for (const std::uint32_t place : ranges_[side].places()) {
+      counts.push_back({SumAt(from.below, place), SumAt(from.not_above, place)});
+    }
+  };
+  if (sums.wide.below.empty()) {
+    read(sums);
+  } else {
+    Widen(sums);
+    read(sums.wide);
   }
   return counts;
 }
@@ -587,7 +613,7 @@ template <std::size_t hand_size>
 void OmahaSweep<hand_size>::State::SweepGroup(const Sweeping<hand_size>& sweeping,
                                               std::span<const FlushHand<hand_size>> hands) {
   // From so many hands on it is best worked out once for every third card, and every pair.
-  constexpr std::size_t kManyHands = hand_size == 4 ? 30 : 600;
+  constexpr std::size_t kManyHands = hand_size == 4 ? 30 : 400;
   const Group group = {
       PlacesOf(sweeping.flush_suit, hands[0].pair),
       hand_size == 4 ? nullptr : &PlacesWithPairsOf(sweeping.flush_suit, hands[0].pair)};

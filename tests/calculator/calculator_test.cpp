@@ -544,15 +544,17 @@ TEST(SolversSlow, CountBoardsThatAreAlikeOnce) {
   constexpr int kSuits[][4] = {{0, 1, 2, 3}, {0, 1, 3, 2}, {0, 2, 1, 3},
                                {0, 2, 3, 1}, {0, 3, 1, 2}, {0, 3, 2, 1}};
   std::map<std::string, int> fitted;
-  for (const Game game : {Game::kOmaha, Game::kOmahaHighLow}) {
+  for (const Game game : {Game::kOmaha, Game::kOmahaHighLow, Game::kOmaha5, Game::kOmaha5HighLow}) {
+    const auto length = static_cast<std::size_t>(2 * RulesOf(game).hand_size);
     EquityQuestion question{
         .game = game, .board = Cards("2c7c8c"), .dead = Cards("Kc"), .detail = {.hands = true}};
-    for (const std::string_view text : {"Ac3c4d9h Tc9cTdJh AdAh5d5h", "AcQcAd4h 6c9d6d2h"}) {
+    for (const std::string_view text :
+         {"Ac3c4d9h9d Tc9cTdJh3d AdAh5d5h4c", "AcQcAd4hJh 6c9d6d2hAc"}) {
       std::vector<WeightedHand> hands;
-      for (std::size_t first = 0; first < text.size(); first += 9) {
+      for (std::size_t first = 0; first < text.size(); first += 11) {
         for (const auto& suits : kSuits) {
           CardSet cards;
-          for (const int card : Cards(text.substr(first, 8))) {
+          for (const int card : Cards(text.substr(first, length))) {
             cards.Add(suits[card / 13] * 13 + card % 13);
           }
           hands.push_back({cards, 100 + static_cast<int>(first)});
@@ -562,7 +564,7 @@ TEST(SolversSlow, CountBoardsThatAreAlikeOnce) {
     }
     CompareSolvers(question, fitted);
   }
-  EXPECT_EQ(fitted["Omaha ranges"], 2);
+  EXPECT_EQ(fitted["Omaha ranges"], 4);
 }
 
 // Every hand has the four of hearts, which the flop in the middle of all of them blocks.

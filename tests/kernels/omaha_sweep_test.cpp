@@ -22,17 +22,20 @@ namespace {
 CardSet Cards(std::string_view text) { return CardSet(ParseCards(text).cards); }
 std::vector<int> ListOf(CardSet cards) { return {cards.begin(), cards.end()}; }
 
-// Different hands of some cards, which share many of them.
+// Different hands of some cards, which share many of them, and hands of another range among them.
 std::vector<WeightedHand> RandomHands(std::mt19937& random, CardSet of, std::size_t hand_size,
-                                      std::size_t count) {
+                                      std::size_t count,
+                                      std::span<const WeightedHand> shared = {}) {
   std::vector<int> deck = ListOf(of);
   std::map<CardSet, int> hands;
+  const auto weight = [&] { return 1 + static_cast<int>(random() % 10000); };
+  for (const WeightedHand& hand : shared) hands[hand.cards] = weight();
   while (hands.size() < count) {
     std::ranges::shuffle(deck, random);
-    hands[CardSet(std::span(deck).first(hand_size))] = 1 + static_cast<int>(random() % 10000);
+    hands[CardSet(std::span(deck).first(hand_size))] = weight();
   }
   std::vector<WeightedHand> list;
-  for (const auto& [cards, weight] : hands) list.push_back({cards, weight});
+  for (const auto& [cards, of_hand] : hands) list.push_back({cards, of_hand});
   return list;
 }
 
@@ -110,8 +113,8 @@ void ExpectHandByHandOnBoardsOfAllKinds(std::initializer_list<Game> games) {
   // Cards among which straight flushes are frequent, and all.
   const CardSet near = Cards("Ac2c3c4c5c6c7c8c9cTcJcQcKc7d7h9d9h8dTdTh");
   for (const CardSet of : {near, RulesOf(Game::kOmaha).Deck()}) {
-    const std::vector<WeightedHand> hands[2] = {RandomHands(random, of, hand_size, 200),
-                                                RandomHands(random, of, hand_size, 300)};
+    std::vector<WeightedHand> hands[2] = {RandomHands(random, of, hand_size, 200)};
+    hands[1] = RandomHands(random, of, hand_size, 300, std::span(hands[0]).first(50));
     const OmahaTensors<hand_size> ranges(hands[0], hands[1]);
     for (const Game game : games) {
       const bool high_low = RulesOf(game).high_low;
@@ -171,8 +174,9 @@ TEST(OmahaSweep, CountsAllThatShareNoCard) {
 }
 
 // Weights so large that 32 bits have no room for all rivers of a turn.
-TEST(OmahaSweep, EqualsHandsAgainstALargeRangeOnATurn) {
-  const Result<RangeReading> reading = ReadRange(Game::kOmaha, "10%");
+template <std::size_t hand_size>
+void ExpectHandsAgainstALargeRangeOnATurn(Game game, const char* text) {
+  const Result<RangeReading> reading = ReadRange(game, text);
   const HandRange& range = reading->range;
   const CardSet turn = Cards("8c9cTc8d");
   std::vector<WeightedHand> hands;
@@ -180,26 +184,31 @@ TEST(OmahaSweep, EqualsHandsAgainstALargeRangeOnATurn) {
     if (!hand.cards.Meets(turn))
       hands.push_back({hand.cards, hands.size() % 3 == 0 ? 9999 : 10000});
   }
-  const OmahaTensors<4> ranges(hands, hands);
-  OmahaSweep<4> sweep(BestIsa(), ranges, false);
-  for (const int river : RulesOf(Game::kOmaha).Deck() - turn) sweep.Count(turn | CardSet{river});
+  const OmahaTensors<hand_size> ranges(hands, hands);
+  OmahaSweep<hand_size> sweep(BestIsa(), ranges, false);
+  for (const int river : RulesOf(game).Deck() - turn) sweep.Count(turn | CardSet{river});
   const std::vector<OmahaCounts> counts = sweep.CountsOf(0, kWhole);
   EXPECT_EQ(sweep.CountsOf(1, kWhole), counts);
+  std::map<int, std::vector<std::array<int, hand_size>>> by_weight;
+  for (const WeightedHand& other : hands) {
+    std::ranges::copy(other.cards, by_weight[other.weight].emplace_back().begin());
+  }
   for (std::size_t i = 7; i < hands.size(); i += hands.size() / 12) {
-    std::map<int, std::vector<std::array<int, 4>>> by_weight;
-    for (const WeightedHand& other : hands) {
-      std::ranges::copy(other.cards, by_weight[other.weight].emplace_back().begin());
-    }
     std::uint64_t wins = 0, ties = 0;
     for (const auto& [weight, others] : by_weight) {
-      const OmahaRangeContest<4> contest(ListOf(hands[i].cards), others, ListOf(turn),
-                                         Street::kRiver);
+      const OmahaRangeContest<hand_size> contest(ListOf(hands[i].cards), others, ListOf(turn),
+                                                 Street::kRiver);
       const Tally tally = contest.Count(BestIsa());
       wins += static_cast<std::uint64_t>(weight * tally.wins);
       ties += static_cast<std::uint64_t>(weight * tally.ties);
     }
     ASSERT_EQ(counts[i], (OmahaCounts{wins, wins + ties}));
   }
+}
+
+TEST(OmahaSweep, EqualsHandsAgainstALargeRangeOnATurn) {
+  ExpectHandsAgainstALargeRangeOnATurn<4>(Game::kOmaha, "10%");
+  ExpectHandsAgainstALargeRangeOnATurn<5>(Game::kOmaha5, "1%");
 }
 
 }  // namespace
