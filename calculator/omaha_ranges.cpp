@@ -50,7 +50,7 @@ double CostOfBoard(const CheckedQuestion& question) {
 
 // A step goes through all hands once more, so it is a large one.
 std::size_t BoardsAStep(const CheckedQuestion& question) {
-  const double step_cost = (question.rules().hand_size == 4 ? 4 : 28) * kStepCost;
+  const double step_cost = (question.rules().hand_size == 4 ? 4 : 20) * kStepCost;
   return static_cast<std::size_t>(std::clamp(step_cost / CostOfBoard(question), 1.0, 96.0));
 }
 

@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <utility>
 
 #include "kernels/omaha_blocks.h"
 #include "kernels/omaha_board.h"
@@ -342,7 +343,8 @@ struct OmahaSweep<hand_size>::State {
   template <typename Without>
   void SweepFlush(const Sweeping<hand_size>& sweeping, const FlushHand<hand_size>& flush,
                   const Without& without);
-  void InsertGroup(std::size_t side, const Group& group);
+  void InsertGroup(std::size_t side, const Group& group,
+                   std::span<const FlushHand<hand_size>> few_hands);
   void SweepLows(Field<hand_size> field);
   void SweepHighAndLow(Field<hand_size> field);
   int LowOf(const FlushHand<hand_size>& flush) const {
@@ -578,29 +580,36 @@ void OmahaSweep<hand_size>::State::SweepFlush(const Sweeping<hand_size>& sweepin
 
 // Puts in the sets that SweepFlush has left out for the hands of a group.
 template <std::size_t hand_size>
-void OmahaSweep<hand_size>::State::InsertGroup(std::size_t side, const Group& group) {
+void OmahaSweep<hand_size>::State::InsertGroup(std::size_t side, const Group& group,
+                                               std::span<const FlushHand<hand_size>> few_hands) {
   WithoutPair<hand_size>& added = added_[side];
   if (added.all == 0) return;
   Inserted<hand_size>& in = (*inserted_)[side];
-  for (std::size_t card = 0; card < 52; ++card) {
-    const Weight weight = added.singles[card];
-    if (weight == 0) continue;
+  const auto insert_single = [&](std::size_t card) {
+    const Weight weight = std::exchange(added.singles[card], 0);
+    if (weight == 0) return;
     in.singles[SinglePlace(static_cast<int>(card))] += weight;
     in.pairs[group.places.pair1[card]] += weight;
     in.pairs[group.places.pair2[card]] += weight;
     in.triples[group.places.triple[card]] += weight;
-    added.singles[card] = 0;
-  }
-  if constexpr (hand_size > 4) {
-    for (std::size_t pair = 0; pair < kPairPlaces; ++pair) {
-      const Weight weight = added.pairs[pair];
-      if (weight == 0) continue;
+  };
+  const auto insert_pair = [&](std::size_t pair) {
+    if constexpr (hand_size > 4) {
+      const Weight weight = std::exchange(added.pairs[pair], 0);
+      if (weight == 0) return;
       in.pairs[pair] += weight;
       in.triples[group.with_pairs->triple1[pair]] += weight;
       in.triples[group.with_pairs->triple2[pair]] += weight;
       in.quads[group.with_pairs->quad[pair]] += weight;
-      added.pairs[pair] = 0;
     }
+  };
+  if (few_hands.empty()) {
+    for (std::size_t card = 0; card < added.singles.size(); ++card) insert_single(card);
+    for (std::size_t pair = 0; pair < added.pairs.size(); ++pair) insert_pair(pair);
+  }
+  for (const FlushHand<hand_size>& flush : few_hands) {
+    for (const std::uint8_t card : flush.hand->cards) insert_single(card);
+    for (const std::uint16_t pair : flush.hand->pairs) insert_pair(pair);
   }
   in.all += added.all;
   for (const std::uint16_t single : group.places.singles) in.singles[single] += added.all;
@@ -631,7 +640,8 @@ void OmahaSweep<hand_size>::State::SweepGroup(const Sweeping<hand_size>& sweepin
       SweepFlush(sweeping, flush, worked_out[1 - flush.side]);
     }
   }
-  for (const std::size_t side : {0u, 1u}) InsertGroup(side, group);
+  const auto few_hands = hands.first(hands.size() < kManyHands ? hands.size() : 0);
+  for (const std::size_t side : {0u, 1u}) InsertGroup(side, group, few_hands);
 }
 
 template <std::size_t hand_size>
