@@ -5,6 +5,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <cstdlib>
 #include <memory>
 #include <random>
 #include <span>
@@ -120,6 +121,10 @@ EquityQuestion OmahaQuestion(const char* board, Game game = Game::kOmaha) {
   question.detail.hands = true;
   return question;
 }
+EquityQuestion OnBoard(EquityQuestion question, const char* board) {
+  question.board = CardSet(ParseCards(board).cards);
+  return question;
+}
 EquityQuestion FewOf(EquityQuestion question) {
   for (HandRange& range : question.players) {
     std::vector<WeightedHand> few;
@@ -135,8 +140,10 @@ const EquityQuestion kOmahaTurn = OmahaQuestion("2c7dThJs");
 const EquityQuestion kOmahaFlop = OmahaQuestion("2c7dTh");
 const EquityQuestion kHighLowTurn = OmahaQuestion("2c7dThJs", Game::kOmahaHighLow);
 const EquityQuestion kFiveCardsRiver = OmahaQuestion("2c7dThJs3d", Game::kOmaha5);
-const EquityQuestion kFiveCardsFlushRiver = OmahaQuestion("2c7cTcJs3d", Game::kOmaha5);
-const EquityQuestion kFiveCardsTurn = OmahaQuestion("2c7dThJs", Game::kOmaha5);
+const EquityQuestion kFiveCardsFlushRiver = OnBoard(kFiveCardsRiver, "2c7cTcJs3d");
+const EquityQuestion kFiveCardsTurn = OnBoard(kFiveCardsRiver, "2c7dThJs");
+const EquityQuestion kFiveCardsFlop = OnBoard(kFiveCardsRiver, "2c7dTh");
+const EquityQuestion kFewFiveCardsRiver = FewOf(kFiveCardsRiver);
 const EquityQuestion kFewOmahaRiver = FewOf(kOmahaRiver);
 
 #define POKERMATH_ANSWERED(name) \
@@ -223,6 +230,14 @@ POKERMATH_ANSWERED(FiveCardsFlushRiver);
 POKERMATH_ANSWERED(FiveCardsTurn);
 POKERMATH_ANSWERED(FewOmahaRiver);
 POKERMATH_PLAIN(FewOmahaRiver);
+POKERMATH_ANSWERED(FewFiveCardsRiver);
+POKERMATH_PLAIN(FewFiveCardsRiver);
+// Takes a quarter of a minute, so it has to be asked for.
+[[maybe_unused]] const benchmark::internal::Benchmark* const kLong =
+    std::getenv("POKERMATH_LONG_BENCHMARKS") == nullptr
+        ? nullptr
+        : benchmark::RegisterBenchmark("BM_Calculator/FiveCardsFlop", BM_Calculator, kFiveCardsFlop)
+              ->Unit(benchmark::kMicrosecond);
 
 // Boards alone, without reading the question and setting up.
 template <std::size_t hand_size>

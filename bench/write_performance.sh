@@ -40,6 +40,7 @@ three hands, before the flop | Calculator/ThreeHands
 three ranges of 15 % with weights, on the flop | Calculator/ThreeWeightedFlop
 three ranges of 15 %, before the flop | Calculator/ThreeRangesPreflop
 10 % against 10 % of Omaha hands with weights, every hand of both, on the flop | Calculator/OmahaFlop
+10 % against 10 % of five-card Omaha hands with weights, every hand of both, on the turn | Calculator/FiveCardsTurn
 two hands, random deals | Sampled/TwoHands | deals
 six ranges of 15 %, random deals | Sampled/SixRanges | deals
 six ranges of 15 %, to a standard error of 0.05 % | SampledToError/SixRanges
