@@ -39,13 +39,14 @@ bool FitsSweep(const Side& side, int hand_size) {
 }
 
 double CostOfBoard(const CheckedQuestion& question) {
+  const bool four = question.rules().hand_size == 4;
   double cost = 6000;
   for (const Side& side : question.players()) {
     const auto hands = static_cast<double>(side.range.size());
-    // Few of five cards have the same suits but for two.
-    cost += question.rules().hand_size == 4 ? 3.5 * hands : 3 * hands + 150 / (1 / hands + 1e-4);
+    // Of five cards few have the same suits but for two.
+    cost += four ? 3.5 * hands : 4 * hands + 80 / (1 / hands + 1e-4);
   }
-  return (question.rules().high_low ? 5 : 1) * cost;
+  return (!question.rules().high_low ? 1 : four ? 5 : 4) * cost;
 }
 
 // A step goes through all hands once more, so it is a large one.

@@ -592,6 +592,49 @@ TEST(Solvers, CutAndCostNextBoardsThatMayBeBlocked) {
 
 TEST(Solvers, EqualPlainEnumeration) { EXPECT_GT(CompareSolvers(3, 60).size(), 3u); }
 
+// Large ranges, whose hands are counted sixteen at a time.
+TEST(Solvers, LargeOmahaRangesAddUp) {
+  for (const Game game : {Game::kOmahaHighLow, Game::kOmaha5, Game::kOmaha5HighLow}) {
+    SCOPED_TRACE(RulesOf(game).name);
+    EquityQuestion question{.game = game, .board = Cards("4c8c9cTd"), .detail = {.hands = true}};
+    for (const char* text : {"1%", "20%-21%"}) {
+      std::vector<WeightedHand> hands = ListOf(ReadRange(game, text).value().range);
+      for (std::size_t i = 0; i < hands.size(); i += 3) hands[i].weight = 7000;
+      question.players.push_back(HandRange(game, std::move(hands)));
+    }
+    const Result<EquityAnswer> answer = Calculate(question);
+    ASSERT_TRUE(answer);
+    EXPECT_EQ(answer->method, Method::kExact);
+    const PlayerAnswer& first = answer->players[0];
+    const PlayerAnswer& second = answer->players[1];
+    EXPECT_EQ(first.total.ties.units, second.total.ties.units);
+    EXPECT_EQ(first.total.wins.units + second.total.wins.units + first.total.ties.units,
+              answer->cases.units);
+    EXPECT_NEAR(first.total.equity + second.total.equity, 1, 1e-12);
+    for (const PlayerAnswer& player : answer->players) {
+      Int128 cases = 0, wins = 0;
+      for (const HandOutcome& hand : player.hands) {
+        cases += hand.outcome.cases.units;
+        wins += hand.outcome.wins.units;
+      }
+      EXPECT_EQ(cases, answer->cases.units);
+      EXPECT_EQ(wins, player.total.wins.units);
+    }
+  }
+}
+
+// Where their weights add up to more than 32 bits hold they are for other solvers.
+TEST(Solvers, LeaveFineWeightsOfLargeOmahaRanges) {
+  std::vector<WeightedHand> hands = ListOf(ReadRange(Game::kOmaha5, "20%").value().range);
+  const auto cost = [&] {
+    const HandRange range(Game::kOmaha5, hands);
+    return OmahaRangesCost(*Check({.game = Game::kOmaha5, .players = {range, range}}));
+  };
+  EXPECT_TRUE(cost());
+  hands.back().weight = kWholeWeight - 1;
+  EXPECT_FALSE(cost());
+}
+
 // Whose boards stand for others that differ in the names of suits.
 TEST(Solvers, EqualPlainEnumerationWhereSuitsAreAlike) {
   std::map<std::string, int> fitted;
