@@ -6,11 +6,11 @@
 // and one of them is counted.
 
 #include <algorithm>
-#include <cmath>
 #include <memory>
 #include <optional>
 #include <vector>
 
+#include "calculator/board_questions.h"
 #include "calculator/choices.h"
 #include "calculator/solvers.h"
 #include "calculator/suit_symmetry.h"
@@ -18,19 +18,12 @@
 namespace pokermath {
 namespace {
 
-// The question without any of what comes next, on a board that has come; nothing if no deal is left
-// then. More is certain then, so that its ranges are parts of the whole question's.
-std::optional<QuestionPointer> Smaller(const CheckedQuestion& question, CardSet next) {
-  EquityQuestion smaller = question.asked();
-  smaller.board |= next;
-  smaller.detail.next = false;
-  if (!next.empty()) smaller.detail = {};
-  Result<CheckedQuestion> checked = Check(smaller);
-  if (!checked) return std::nullopt;
-  return std::make_shared<const CheckedQuestion>(*std::move(checked));
+// The question as if it did not ask for what comes next.
+QuestionPointer TotalsOf(const CheckedQuestion& question) {
+  Detail detail = question.asked().detail;
+  detail.next = false;
+  return *OnBoard(question, {}, detail);
 }
-
-CardSet MayCome(const CheckedQuestion& question) { return question.live() - question.certain(); }
 
 std::int64_t NextBoardsOf(const CheckedQuestion& question) {
   return ChoicesOf(MayCome(question).size(), question.next_cards());
@@ -48,11 +41,9 @@ std::vector<CardSet> FirstBoards(const CheckedQuestion& question, const SuitSymm
   return boards;
 }
 
-// With the gate that a question has to pass.
-double CostOf(const CheckedQuestion& question) {
-  double hands = 0;
-  for (const Side& side : question.players()) hands += static_cast<double>(side.range.size());
-  return 2000 + 10 * hands + CheapestFor(question).cost;
+double CostOfBoard(const CheckedQuestion& question, std::span<const CardSet> boards) {
+  return CostOfBoard(question, {}, static_cast<std::int64_t>(boards.size()),
+                     [&](std::int64_t i) { return boards[static_cast<std::size_t>(i)]; });
 }
 
 class NextBoardsWork final : public Work {
@@ -62,32 +53,18 @@ class NextBoardsWork final : public Work {
         layout_(*question),
         next_(*question),
         symmetry_(*question),
-        boards_(FirstBoards(*question, symmetry_)) {
-    const QuestionPointer totals = *Smaller(*question, {});
+        boards_(FirstBoards(*question, symmetry_)),
+        cut_(CostOfBoard(*question, boards_)) {
+    const QuestionPointer totals = TotalsOf(*question);
     totals_size_ = SumsLayout(*totals).size();
     totals_ = CheapestFor(*totals).solver->start(totals);
-    const double cost = CostOfBoard(*question, boards_);
-    boards_a_step_ = std::llround(std::clamp(kStepCost / cost, 1.0, 100.0));
-    parts_ = std::llround(std::clamp(cost / (10 * kStepCost), 1.0, 1e6));
-  }
-
-  /// At the most, by a few of them: what a board leaves of the ranges may be little, or no deal.
-  static double CostOfBoard(const CheckedQuestion& question, std::span<const CardSet> boards) {
-    constexpr std::size_t kFew = 9;
-    double most = 0;
-    for (std::size_t i = 0; i < kFew; ++i) {
-      const CardSet board = boards[(2 * i + 1) * boards.size() / (2 * kFew)];
-      const std::optional<QuestionPointer> smaller = Smaller(question, board);
-      if (smaller) most = std::max(most, CostOf(**smaller));
-    }
-    return most > 0 ? most : CostOf(**Smaller(question, {}));
   }
 
   const char* name() const override { return "what comes next, one by one"; }
   Method method() const override { return Method::kExact; }
   std::int64_t steps() const override {
     const auto boards = static_cast<std::int64_t>(boards_.size());
-    return totals_->steps() + (boards + boards_a_step_ - 1) / boards_a_step_ * parts_;
+    return totals_->steps() + (boards + cut_.boards - 1) / cut_.boards * cut_.parts;
   }
 
   void Do(std::int64_t step, std::span<Int128> sums) const override {
@@ -97,27 +74,23 @@ class NextBoardsWork final : public Work {
       return;
     }
     step -= totals_->steps();
-    const auto first = static_cast<std::size_t>(step / parts_ * boards_a_step_);
+    const auto first = static_cast<std::size_t>(step / cut_.parts * cut_.boards);
     const std::size_t count =
-        std::min(boards_.size() - first, static_cast<std::size_t>(boards_a_step_));
+        std::min(boards_.size() - first, static_cast<std::size_t>(cut_.boards));
     for (const CardSet board : std::span(boards_).subspan(first, count)) {
-      AddBoard(board, step % parts_, sums);
+      AddBoard(board, step % cut_.parts, sums);
     }
   }
 
  private:
   // Adds a part of a board's steps.
   void AddBoard(CardSet board, std::int64_t part, std::span<Int128> sums) const {
-    const std::optional<QuestionPointer> smaller = Smaller(*question_, board);
+    const std::optional<QuestionPointer> smaller = OnBoard(*question_, board, {});
     if (!smaller) return;
     const SumsLayout layout(**smaller);
     std::vector<Int128> counted(layout.size());
-    const std::unique_ptr<const Work> work = CheapestFor(**smaller).solver->start(*smaller);
-    const std::int64_t end = (part + 1) * work->steps() / parts_;
-    for (std::int64_t step = part * work->steps() / parts_; step < end; ++step) {
-      work->Do(step, counted);
-    }
-    const Int128 times = UnitsOf(**smaller);
+    AddPart(*smaller, cut_, part, counted);
+    const Int128 times = UnitsOf(**smaller, *question_);
     for (const CardSet alike : symmetry_.AlikeTo(board)) {
       const std::size_t number = next_.NumberOf(alike);
       sums[layout_.NextCases(number)] += times * counted[SumsLayout::kCases];
@@ -130,23 +103,12 @@ class NextBoardsWork final : public Work {
     }
   }
 
-  // Units of the whole question in one of a smaller one's.
-  Int128 UnitsOf(const CheckedQuestion& smaller) const {
-    Int128 units = 1;
-    for (std::size_t i = 0; i < smaller.players().size(); ++i) {
-      units *= smaller.players()[i].unit / question_->players()[i].unit;
-    }
-    return units;
-  }
-
   QuestionPointer question_;
   SumsLayout layout_;
   NextBoards next_;
   SuitSymmetry symmetry_;
   std::vector<CardSet> boards_;
-  // Boards of a step, or steps of a board.
-  std::int64_t boards_a_step_ = 1;
-  std::int64_t parts_ = 1;
+  BoardCut cut_;
   std::unique_ptr<const Work> totals_;
   std::size_t totals_size_ = 0;
 };
@@ -155,13 +117,14 @@ class NextBoardsWork final : public Work {
 
 std::optional<double> NextBoardsCost(const CheckedQuestion& question) {
   // Of folded ranges a board may leave one hand, and its weight would be forgotten.
-  if (!question.asked().detail.next || !question.folded().empty()) return std::nullopt;
-  const QuestionPointer totals = *Smaller(question, {});
+  const Detail& detail = question.asked().detail;
+  if (!detail.next || detail.made || !question.folded().empty()) return std::nullopt;
+  const QuestionPointer totals = TotalsOf(question);
   if (CheapestFor(*totals).solver == nullptr) return std::nullopt;
   const SuitSymmetry symmetry(question);
   const std::vector<CardSet> boards = FirstBoards(question, symmetry);
   return CheapestFor(*totals).cost +
-         static_cast<double>(boards.size()) * NextBoardsWork::CostOfBoard(question, boards);
+         static_cast<double>(boards.size()) * CostOfBoard(question, boards);
 }
 
 std::unique_ptr<const Work> StartNextBoards(const QuestionPointer& question) {

@@ -14,6 +14,7 @@ std::span<const Solver> Solvers() {
       {OmahaAgainstEveryCost, StartOmahaAgainstEvery},
       {OmahaAgainstRangeCost, StartOmahaAgainstRange},
       {NextBoardsCost, StartNextBoards},
+      {MadeCost, StartMade},
       {OmahaRangesCost, StartOmahaRanges},
       {PlainCost, StartPlain},
   };

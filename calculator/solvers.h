@@ -74,6 +74,10 @@ std::unique_ptr<const Work> StartHands(const QuestionPointer& question);
 std::optional<double> NextBoardsCost(const CheckedQuestion& question);
 std::unique_ptr<const Work> StartNextBoards(const QuestionPointer& question);
 
+// What is made, each complete board as a question of its own.
+std::optional<double> MadeCost(const CheckedQuestion& question);
+std::unique_ptr<const Work> StartMade(const QuestionPointer& question);
+
 // Omaha hands against each other; one against every hand; one against the hands of a range.
 std::optional<double> OmahaHandsCost(const CheckedQuestion& question);
 std::unique_ptr<const Work> StartOmahaHands(const QuestionPointer& question);

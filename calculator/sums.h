@@ -66,8 +66,9 @@ class SumsLayout {
     return {NextCases(next) + 1 + player * OutcomePlace::kSize};
   }
 
+  static constexpr std::size_t kCell = 1 + OutcomePlace::kSize;  ///< cases and their outcome
+
  private:
-  static constexpr std::size_t kCell = 1 + OutcomePlace::kSize;
   static constexpr std::size_t kPlayer = 5 + 2 * kMostPlayers;
 
   std::size_t Player(std::size_t player) const { return 3 + player * kPlayer; }

@@ -508,7 +508,9 @@ std::map<std::string, int> CompareSolvers(std::uint32_t seed, int count) {
   for (int i = 0; i < count; ++i) {
     EquityQuestion question = i % 60 == 59 ? questions.NextBeforeTheFlop() : questions.Next();
     const bool comes = question.board.size() < static_cast<int>(question.street);
-    question.detail = {.hands = questions.Below(2) == 0, .next = comes && questions.Below(4) == 0};
+    question.detail = {.hands = questions.Below(2) == 0,
+                       .next = comes && questions.Below(4) == 0,
+                       .made = i % 60 != 59 && questions.Below(8) == 0};
     CompareSolvers(question, fitted);
   }
   return fitted;
@@ -588,6 +590,29 @@ TEST(Solvers, CutAndCostNextBoardsThatMayBeBlocked) {
   const Result<Calculation> exact = Plan(question);
   ASSERT_TRUE(exact);
   EXPECT_GT(exact->steps(), 100);
+}
+
+// On boards that stand for others, with weights, lows and what comes next beside it.
+TEST(Solvers, CountWhatIsMadeBoardByBoard) {
+  const EquityQuestion kQuestions[] = {
+      {.players = {Holdings("AA,T9s"), Holdings("QQ,KJo")}, .board = Cards("2c7cTc")},
+      {.players = {HandRange(Game::kHoldem, {{Cards("AcAd"), 5}, {Cards("AcAh"), 10}}),
+                   Holdings("QQ")},
+       .street = Street::kFlop},
+      {.players = {Holdings("AKs"), Holdings("QQ,JTs"), Holdings("77")},
+       .board = Cards("2c2d7h"),
+       .street = Street::kTurn},
+      {.game = Game::kOmahaHighLow,
+       .players = {HandRange(Game::kOmahaHighLow, {{Cards("AcAd2c2d"), 7}, {Cards("AcAd2d3c"), 3}}),
+                   HandRange::Of(Game::kOmahaHighLow, Cards("KsKh4s5h"))},
+       .board = Cards("3s4h8d")},
+  };
+  for (EquityQuestion question : kQuestions) {
+    SCOPED_TRACE(Trace(question));
+    question.detail = {.hands = true, .next = question.board.size() == 3, .made = true};
+    const auto shared = std::make_shared<const CheckedQuestion>(*Check(question));
+    EXPECT_EQ(SumsOf(*StartMade(shared), *shared), SumsOf(*StartPlain(shared), *shared));
+  }
 }
 
 TEST(Solvers, EqualPlainEnumeration) { EXPECT_GT(CompareSolvers(3, 60).size(), 3u); }
@@ -988,7 +1013,6 @@ TEST(Calculation, StepsInAnyOrderAndPartsGiveTheSameBytes) {
     const Result<Calculation> plan =
         Plan({.players = {Holdings("TT+,AK"), Holdings("99+"), Holdings("AQs+,KQs")},
               .board = Cards("2c7dTh"),
-              .street = Street::kTurn,
               .method = method,
               .detail = {.hands = true, .made = true},
               .sampling = {.standard_error = 0, .trials = 30000}});
