@@ -9,6 +9,7 @@
 
 #include "calculator/choices.h"
 #include "calculator/solvers.h"
+#include "kernels/omaha_before_flop.h"
 #include "kernels/omaha_cliques.h"
 #include "kernels/omaha_matchup.h"
 #include "kernels/omaha_range.h"
@@ -16,26 +17,40 @@
 namespace pokermath {
 namespace {
 
+// Totals, and where everybody has one hand, hands.
 bool AsksForTotals(const CheckedQuestion& question) {
   const Detail& detail = question.asked().detail;
-  return !detail.hands && !detail.next && !detail.made;
+  return !detail.next && !detail.made &&
+         (!detail.hands || std::ranges::all_of(question.players(), &Side::IsOneHand));
 }
 
 // Adds what one player's tally says, the cases not among it.
-void AddPlayer(const SumsLayout& layout, std::size_t player, const HighLowTally& tally,
-               std::span<Int128> sums) {
-  const OutcomePlace total = layout.Total(player);
-  sums[total.wins()] += tally.scoops;
-  sums[total.ties()] += tally.boards - tally.scoops - tally.losses;
+void AddOutcome(const HighLowTally& tally, Int128 weight, OutcomePlace place,
+                std::span<Int128> sums) {
+  sums[place.wins()] += weight * tally.scoops;
+  sums[place.ties()] += weight * (tally.boards - tally.scoops - tally.losses);
   for (std::size_t k = 0; k < kMostPlayers; ++k) {
     const int sharers = static_cast<int>(k) + 1;
-    const Int128 low = Int128{tally.low[k]} * (kHalfPot / sharers);
-    sums[total.low()] += low;
-    sums[total.points()] += Int128{tally.whole[k]} * (kPot / sharers) +
-                            Int128{tally.high[k]} * (kHalfPot / sharers) + low;
-    sums[layout.Shared(player, k)] += tally.whole[k] + tally.high[k];
-    sums[layout.LowShared(player, k)] += tally.low[k];
+    const Int128 low = weight * tally.low[k] * (kHalfPot / sharers);
+    sums[place.low()] += low;
+    sums[place.points()] += weight * tally.whole[k] * (kPot / sharers) +
+                            weight * tally.high[k] * (kHalfPot / sharers) + low;
   }
+}
+
+// The same of a player, and of his hand where it is the only one.
+void AddPlayer(const CheckedQuestion& question, std::size_t player, const HighLowTally& tally,
+               Int128 weight, std::span<Int128> sums) {
+  const SumsLayout layout(question);
+  AddOutcome(tally, weight, layout.Total(player), sums);
+  for (std::size_t k = 0; k < kMostPlayers; ++k) {
+    sums[layout.Shared(player, k)] += weight * (tally.whole[k] + tally.high[k]);
+    sums[layout.LowShared(player, k)] += weight * tally.low[k];
+  }
+  if (!question.asked().detail.hands || !question.players()[player].IsOneHand()) return;
+  const std::size_t cases = layout.HandCases(player, 0);
+  sums[cases] += weight * tally.boards;
+  AddOutcome(tally, weight, SumsLayout::OutcomeOf(cases), sums);
 }
 
 // A game without lows in the same words.
@@ -87,11 +102,9 @@ class OmahaWork : public Work {
   // Adds a tally of two players, `weight` times.
   void AddBoth(std::size_t hero, const HighLowTally& tally, Int128 weight,
                std::span<Int128> sums) const {
-    std::vector<Int128> once(layout_.size());
-    once[SumsLayout::kCases] = tally.boards;
-    AddPlayer(layout_, hero, tally, once);
-    AddPlayer(layout_, 1 - hero, Mirrored(tally), once);
-    for (std::size_t i = 0; i < once.size(); ++i) sums[i] += weight * once[i];
+    sums[SumsLayout::kCases] += weight * tally.boards;
+    AddPlayer(*question_, hero, tally, weight, sums);
+    AddPlayer(*question_, 1 - hero, Mirrored(tally), weight, sums);
   }
 
  private:
@@ -125,7 +138,7 @@ class OmahaHandsWork final : public OmahaWork {
         rules.high_low
             ? CountHighLowMatchup(BestIsa(), cards, rules.hand_size, dead(), board())
             : HighOf(CountOmahaMatchup(BestIsa(), cards, rules.hand_size, dead(), board()));
-    AddPlayer(layout(), hero, tally, sums);
+    AddPlayer(question(), hero, tally, 1, sums);
     if (hero == 0) sums[SumsLayout::kCases] += tally.boards;
   }
 };
@@ -204,10 +217,82 @@ class OmahaAgainstRangeWork final : public OmahaWork {
   std::vector<std::pair<int, Hands>> by_weight_;
 };
 
-bool IsOmahaOfTwo(const CheckedQuestion& question) {
+// --- a hand against a range before the flop, every hand of it: a step is some hands ---
+
+class OmahaBeforeFlopWork final : public OmahaWork {
+ public:
+  explicit OmahaBeforeFlopWork(const QuestionPointer& question)
+      : OmahaWork(question),
+        hero_(HeroOf(*question)),
+        contest_(BestIsa(), question->players()[hero_].range.hands()[0].cards, question->dead(),
+                 question->rules().high_low) {
+    const Side& side = question->players()[1 - hero_];
+    std::map<std::vector<int>, std::vector<std::size_t>> by_ranks;
+    for (std::size_t i = 0; i < side.range.size(); ++i) {
+      std::vector<int> ranks = ListOf(side.range.hands()[i].cards);
+      for (int& rank : ranks) rank %= 13;
+      std::ranges::sort(ranks);
+      by_ranks[ranks].push_back(i);
+    }
+    // Classes together as far as a step has room.
+    double room = 0;
+    for (auto& [ranks, hands] : by_ranks) {
+      const double cost = CostOfClass(*question, static_cast<double>(hands.size()));
+      if (cost > room) {
+        room = kStepCost;
+        steps_.emplace_back();
+      }
+      room -= cost;
+      steps_.back().push_back(std::move(hands));
+    }
+  }
+
+  // Of the sets of ranks that hands have of a suit most are met early.
+  static double CostOfClass(const CheckedQuestion& question, double hands) {
+    return (question.rules().high_low ? 2 : 1) * (1e4 + 3e3 * std::min(hands, 40.0)) + 100 * hands;
+  }
+
+  const char* name() const override { return "an Omaha hand against a range before the flop"; }
+  std::int64_t steps() const override { return static_cast<std::int64_t>(steps_.size()); }
+
+  void Do(std::int64_t step, std::span<Int128> sums) const override {
+    const Side& side = question().players()[1 - hero_];
+    OmahaDuel all;
+    for (const std::vector<std::size_t>& hands : steps_[static_cast<std::size_t>(step)]) {
+      std::vector<CardSet> cards;
+      for (const std::size_t hand : hands) cards.push_back(side.range.hands()[hand].cards);
+      const std::vector<OmahaDuel> duels = contest_.Count(cards);
+      for (std::size_t i = 0; i < hands.size(); ++i) {
+        const int weight = side.range.hands()[hands[i]].weight / side.unit;
+        for (std::size_t state = 0; state < kLowStates; ++state) {
+          all.wins[state] += weight * duels[i].wins[state];
+          all.ties[state] += weight * duels[i].ties[state];
+          all.boards[state] += weight * duels[i].boards[state];
+        }
+        if (question().asked().detail.hands && !side.IsOneHand()) {
+          const HighLowTally tally = Mirrored(duels[i].Tally());
+          const std::size_t cases = layout().HandCases(1 - hero_, hands[i]);
+          sums[cases] += Int128{weight} * tally.boards;
+          AddOutcome(tally, weight, SumsLayout::OutcomeOf(cases), sums);
+        }
+      }
+    }
+    AddBoth(hero_, all.Tally(), 1, sums);
+  }
+
+ private:
+  std::size_t hero_;
+  OmahaBeforeFlop contest_;
+  std::vector<std::vector<std::vector<std::size_t>>> steps_;  // [step][class]: places of hands
+};
+
+bool IsOmahaAgainstOne(const CheckedQuestion& question) {
   return question.rules().IsOmaha() && question.players().size() == 2 &&
-         question.folded().empty() && AsksForTotals(question) &&
-         question.players()[HeroOf(question)].IsOneHand();
+         question.folded().empty() && question.players()[HeroOf(question)].IsOneHand();
+}
+
+bool IsOmahaOfTwo(const CheckedQuestion& question) {
+  return IsOmahaAgainstOne(question) && AsksForTotals(question);
 }
 
 double BoardsOf(const CheckedQuestion& question) {
@@ -241,6 +326,21 @@ std::optional<double> OmahaAgainstEveryCost(const CheckedQuestion& question) {
 
 std::unique_ptr<const Work> StartOmahaAgainstEvery(const QuestionPointer& question) {
   return std::make_unique<OmahaAgainstEveryWork>(question);
+}
+
+std::optional<double> OmahaBeforeFlopCost(const CheckedQuestion& question) {
+  const Detail& detail = question.asked().detail;
+  if (!IsOmahaAgainstOne(question) || detail.next || detail.made || !question.board().empty() ||
+      question.street() != 5) {
+    return std::nullopt;
+  }
+  const auto hands = static_cast<double>(question.players()[1 - HeroOf(question)].range.size());
+  // Of strong hands, some twenty have the same ranks.
+  return 1e6 + hands / 20 * OmahaBeforeFlopWork::CostOfClass(question, 20);
+}
+
+std::unique_ptr<const Work> StartOmahaBeforeFlop(const QuestionPointer& question) {
+  return std::make_unique<OmahaBeforeFlopWork>(question);
 }
 
 std::optional<double> OmahaAgainstRangeCost(const CheckedQuestion& question) {

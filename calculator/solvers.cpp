@@ -13,6 +13,7 @@ std::span<const Solver> Solvers() {
       {OmahaHandsCost, StartOmahaHands},
       {OmahaAgainstEveryCost, StartOmahaAgainstEvery},
       {OmahaAgainstRangeCost, StartOmahaAgainstRange},
+      {OmahaBeforeFlopCost, StartOmahaBeforeFlop},
       {NextBoardsCost, StartNextBoards},
       {MadeCost, StartMade},
       {OmahaRangesCost, StartOmahaRanges},

@@ -85,6 +85,8 @@ std::optional<double> OmahaAgainstEveryCost(const CheckedQuestion& question);
 std::unique_ptr<const Work> StartOmahaAgainstEvery(const QuestionPointer& question);
 std::optional<double> OmahaAgainstRangeCost(const CheckedQuestion& question);
 std::unique_ptr<const Work> StartOmahaAgainstRange(const QuestionPointer& question);
+std::optional<double> OmahaBeforeFlopCost(const CheckedQuestion& question);
+std::unique_ptr<const Work> StartOmahaBeforeFlop(const QuestionPointer& question);
 
 // Two ranges of Omaha, board by board.
 std::optional<double> OmahaRangesCost(const CheckedQuestion& question);

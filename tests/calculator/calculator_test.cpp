@@ -506,7 +506,9 @@ std::map<std::string, int> CompareSolvers(std::uint32_t seed, int count) {
   RandomQuestions questions(seed);
   std::map<std::string, int> fitted;
   for (int i = 0; i < count; ++i) {
-    EquityQuestion question = i % 60 == 59 ? questions.NextBeforeTheFlop() : questions.Next();
+    EquityQuestion question = i % 60 == 59   ? questions.NextBeforeTheFlop()
+                              : i % 20 == 19 ? questions.NextOmahaBeforeTheFlop()
+                                             : questions.Next();
     const bool comes = question.board.size() < static_cast<int>(question.street);
     question.detail = {.hands = questions.Below(2) == 0,
                        .next = comes && questions.Below(4) == 0,

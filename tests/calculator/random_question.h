@@ -85,6 +85,21 @@ class RandomQuestions {
     return question;
   }
 
+  // A hand of Omaha against a few before the flop, with so many dead cards that there is little to
+  // count.
+  EquityQuestion NextOmahaBeforeTheFlop() {
+    constexpr Game kOmahas[] = {Game::kOmaha, Game::kOmahaHighLow, Game::kOmaha5,
+                                Game::kOmaha5HighLow};
+    EquityQuestion question = Next();
+    question = {.game = kOmahas[Below(4)]};
+    question.dead = CardSet(std::span(deck_).subspan(31));
+    deck_.resize(31);
+    question.players = {HandRange::Of(question.game, HandOf(RulesOf(question.game))),
+                        Range(question.game, 6)};
+    if (Below(2) == 0) std::swap(question.players[0], question.players[1]);
+    return question;
+  }
+
   std::size_t Below(std::size_t limit) { return random_() % limit; }
 
  private:
