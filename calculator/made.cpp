@@ -66,7 +66,7 @@ class MadeOn {
   }
 
  private:
-  static constexpr std::size_t kMostHandCards = 6;
+  static constexpr std::size_t kMostHandCards = std::ranges::max(kOmahaHandSizes);
 
   const GameRules& rules_;
   std::vector<int> board_;

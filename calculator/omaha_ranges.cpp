@@ -15,6 +15,7 @@
 #include "calculator/choices.h"
 #include "calculator/solvers.h"
 #include "calculator/suit_symmetry.h"
+#include "cards/omaha_sizes.h"
 #include "kernels/omaha_sweep.h"
 
 namespace pokermath {
@@ -26,6 +27,9 @@ std::vector<WeightedHand> HandsOf(const Side& side) {
   for (WeightedHand& hand : of_units) hand.weight /= side.unit;
   return of_units;
 }
+
+// Two ranges of hands of other sizes are dealt or counted plainly.
+constexpr bool IsSwept(int hand_size) { return hand_size == 4 || hand_size == 5; }
 
 // Whether the weights of a range add up to no more than the sums of a board have room for. Every
 // hand of four cards with the largest weight does.
@@ -295,8 +299,8 @@ class OmahaRangesWork final : public Work {
 
 std::optional<double> OmahaRangesCost(const CheckedQuestion& question) {
   const Detail& detail = question.asked().detail;
-  if (!question.rules().IsOmaha() || question.players().size() != 2 || !question.folded().empty() ||
-      detail.next || detail.made) {
+  if (!question.rules().IsOmaha() || !IsSwept(question.rules().hand_size) ||
+      question.players().size() != 2 || !question.folded().empty() || detail.next || detail.made) {
     return std::nullopt;
   }
   double hands = 0;
@@ -309,8 +313,13 @@ std::optional<double> OmahaRangesCost(const CheckedQuestion& question) {
 }
 
 std::unique_ptr<const Work> StartOmahaRanges(const QuestionPointer& question) {
-  if (question->rules().hand_size == 4) return std::make_unique<OmahaRangesWork<4>>(question);
-  return std::make_unique<OmahaRangesWork<5>>(question);
+  return ForOmahaSize(question->rules().hand_size, [&](auto cards) -> std::unique_ptr<const Work> {
+    if constexpr (IsSwept(cards)) {
+      return std::make_unique<OmahaRangesWork<cards>>(question);
+    } else {
+      return nullptr;  // has no cost
+    }
+  });
 }
 
 }  // namespace pokermath

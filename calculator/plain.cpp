@@ -12,6 +12,7 @@
 
 #include "calculator/choices.h"
 #include "calculator/solvers.h"
+#include "eval/rank_sets.h"
 
 namespace pokermath {
 namespace {
@@ -25,7 +26,7 @@ struct Cost {
 // An operation is some 2.5 ns.
 double CostOfWorth(const GameRules& rules) {
   if (!rules.IsOmaha()) return 10;
-  return (rules.hand_size == 4 ? 40 : 60) * (rules.high_low ? 2 : 1);
+  return (10 + 5 * Choose(rules.hand_size, 2)) * (rules.high_low ? 2 : 1);
 }
 
 Cost CostOf(const CheckedQuestion& question) {

@@ -1,5 +1,6 @@
 #include "pokermath/game.h"
 
+#include <algorithm>
 #include <string>
 
 namespace pokermath {
@@ -11,6 +12,21 @@ static_assert([] {
     if (kGames[i].game != static_cast<Game>(i)) return false;
   }
   return true;
+}());
+
+// Every number of hole cards has a game with lows and one without, and no game has another number.
+static_assert([] {
+  for (const int size : kOmahaHandSizes) {
+    for (const bool high_low : {false, true}) {
+      const auto is_it = [=](const GameRules& rules) {
+        return rules.IsOmaha() && rules.hand_size == size && rules.high_low == high_low;
+      };
+      if (std::ranges::count_if(kGames, is_it) != 1) return false;
+    }
+  }
+  return std::ranges::all_of(kGames, [](const GameRules& rules) {
+    return !rules.IsOmaha() || IsOmahaHandSize(rules.hand_size);
+  });
 }());
 
 }  // namespace

@@ -44,6 +44,7 @@ Examples:
   pokermath equity AhAdKhKd 'JTxx:ds,10%' --game omaha --board AsKs7c
   pokermath equity AhAdKhKd random --game omaha --exact
   pokermath equity Ah2h3c4d AsAdKsQd --game omaha-hilo
+  pokermath equity AhAdKhKdQcJs 'AAxxxx:ts' --game omaha6 --board 2c7dTh
   pokermath equity - <questions.txt    one question a line in the same words, like
                                        'AhKd 7s7c --board 2c3d4h'; options beside
                                        the - hold for every line; empty lines and

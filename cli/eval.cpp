@@ -45,7 +45,6 @@ Examples:
                                    start with # have none)";
 
 constexpr int kBest = 7462;
-constexpr Game kGames[] = {Game::kHoldem, Game::kShortDeck, Game::kOmaha, Game::kOmaha5};
 
 struct EvalAnswer {
   bool short_deck = false;
@@ -251,7 +250,7 @@ int RunVersus(const EvalWords& words, bool short_deck) {
 }
 
 int RunEval(const EvalWords& words) {
-  const Game game = ReadGame(words.game, kGames);
+  const Game game = ReadGame(words.game, kHighGames);
   if (IsOmaha(game)) {
     if (words.versus) throw UsageError("--versus is for holdem and shortdeck");
     if (!words.board) throw UsageError("--board is needed: an Omaha hand plays three cards of it");
@@ -296,8 +295,7 @@ void AddEval(Command program, int& exit_code) {
           "from standard input")
       .Required()
       .ValueName("");
-  command.AddOption("--game", options->game, "holdem, shortdeck, omaha or omaha5 [holdem]")
-      .ValueName("GAME");
+  command.AddOption("--game", options->game, NamesOf(kHighGames) + " [holdem]").ValueName("GAME");
   command.AddOption("--versus", options->versus, "Compare two hands: the other one")
       .ValueName("CARDS");
   command

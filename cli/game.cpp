@@ -9,6 +9,15 @@
 
 namespace pokermath::cli {
 
+std::string NamesOf(std::span<const Game> games) {
+  std::string names;
+  for (const Game& game : games) {
+    if (&game != &games.front()) names += &game == &games.back() ? " or " : ", ";
+    names += NameOf(game);
+  }
+  return names;
+}
+
 Game ReadGame(const std::string& name, std::span<const Game> accepted) {
   std::string names;
   for (const Game game : accepted) {

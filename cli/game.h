@@ -3,6 +3,7 @@
 #ifndef POKERMATH_CLI_GAME_H_
 #define POKERMATH_CLI_GAME_H_
 
+#include <array>
 #include <cstddef>
 #include <span>
 #include <string>
@@ -10,6 +11,28 @@
 #include "pokermath/game.h"
 
 namespace pokermath::cli {
+
+/// Omaha with all numbers of hole cards, with lows or without.
+constexpr auto OmahaGames(bool high_low) {
+  std::array<Game, kOmahaHandSizes.size()> games{};
+  std::size_t next = 0;
+  for (const GameRules& rules : kGames) {
+    if (rules.IsOmaha() && rules.high_low == high_low) games[next++] = rules.game;
+  }
+  return games;
+}
+
+/// The games whose hands and ranges are looked at one by one: Hold'em, short deck, and Omaha
+/// without lows.
+inline constexpr auto kHighGames = [] {
+  constexpr auto kOmaha = OmahaGames(false);
+  std::array<Game, 2 + kOmaha.size()> games = {Game::kHoldem, Game::kShortDeck};
+  for (std::size_t i = 0; i < kOmaha.size(); ++i) games[2 + i] = kOmaha[i];
+  return games;
+}();
+
+/// Their names for a person: "omaha, omaha5 or omaha6".
+std::string NamesOf(std::span<const Game> games);
 
 /// The game of a name; throws UsageError unless it is one of those that a question has answers for.
 Game ReadGame(const std::string& name, std::span<const Game> accepted);

@@ -22,7 +22,8 @@ card after which the hand is the nut low.
 Examples:
   pokermath low Ah2dKsQc 3c7d8h
   pokermath low 'Ah 2d Ks Qc' '3c 7d Kh'
-  pokermath low Ah2d3sQcJc 3c7d8hAd --json)";
+  pokermath low Ah2d3sQcJc 3c7d8hAd --json
+  pokermath low Ah2d3sQcJc9h 3c7d8h --game omaha6-hilo)";
 
 // Why there is no low; numbers of PokerLogic::CountLowCards.
 enum Standing { kBoardHigh = 0, kHandHigh = 1, kDraw = 3, kCounterfeited = 100 };

@@ -14,10 +14,10 @@
 #include "cli/omaha_cards.h"
 #include "cli/range_picture.h"
 #include "kernels/hole_cards.h"
+#include "kernels/omaha_cliques.h"
 #include "pokermath/cards.h"
 #include "pokermath/evaluators.h"
 #include "pokermath/omaha.h"
-#include "pokermath/poker_logic.h"
 #include "ranges/hand_classes.h"
 
 namespace pokermath::cli {
@@ -25,8 +25,8 @@ namespace {
 
 constexpr const char* kExamples =
     R"(The board has three to five cards. Exactly two hole cards and three board cards play, so a
-hand is the nuts when no two unseen cards make more. Hands of four unseen cards that beat it
-are counted for hands of four. Values are 1..7462, larger is better.
+hand is the nuts when no two unseen cards make more. Hands of as many unseen cards that beat it
+are counted, too. Values are 1..7462, larger is better.
 The best holdings are of unseen cards: those that the hand itself holds are not among them.
 They are written as range text, which 'pokermath range' reads.
 
@@ -37,15 +37,15 @@ Examples:
 
 // How many there are, and how many of them beat the hand.
 struct Beaten {
-  int by = 0;
-  int of = 0;
+  std::int64_t by = 0;
+  std::int64_t of = 0;
 
-  double Percent() const { return 100.0 * by / of; }
+  double Percent() const { return 100.0 * static_cast<double>(by) / static_cast<double>(of); }
 };
 
 struct NutsAnswer {
   OmahaHand hand;
-  std::optional<Beaten> by_hands;  // of four cards, for such a hand
+  Beaten by_hands;  // of as many cards
   Beaten by_pairs;
   int nut_value;
   std::string nut_words;
@@ -62,10 +62,8 @@ NutsAnswer FindNuts(OmahaHand hand) {
   int* const board = hand.board.data();
   answer.by_pairs = {IsMyHandNutsOmahaFsm5Common(hole, size, board, board_size),
                      Choose(hand.Unseen(), 2)};
-  if (size == 4) {
-    answer.by_hands = {PokerLogic().IsMyHandNutsOmaha(hole, board, board_size),
-                       Choose(hand.Unseen(), 4)};
-  }
+  answer.by_hands = {CountOmahaBetter(BestIsa(), hand.hand, hand.board),
+                     Choose(hand.Unseen(), size)};
   const BestPairs best(OmahaPairValues(hand.board), Bits(hand.hand) | Bits(hand.board));
   answer.nut_value = best.value;
   for (const auto& [first, second] : best.holdings.combinations()) {
@@ -77,17 +75,21 @@ NutsAnswer FindNuts(OmahaHand hand) {
   return answer;
 }
 
-std::string BeatenLine(const Beaten& beaten, const char* cards) {
-  return fmt::format("  beaten by  {:>7} of {:>7} {:<15} {:>6.2f} %\n", Grouped(beaten.by),
-                     Grouped(beaten.of), cards, beaten.Percent());
+// @param width  of the numbers
+std::string BeatenLine(const Beaten& beaten, const char* cards, std::size_t width) {
+  return fmt::format("  beaten by  {:>{}} of {:>{}} {:<15} {:>6.2f} %\n", Grouped(beaten.by), width,
+                     Grouped(beaten.of), width, cards, beaten.Percent());
 }
 
 std::string ToText(const NutsAnswer& answer, const Colours& colours) {
   std::string text = OmahaHeadline(answer.hand, colours);
   text += fmt::format("  {}\n\n{}\n", answer.hand.Words(),
                       colours.Strong(answer.IsNuts() ? "The nuts." : "Not the nuts."));
-  if (answer.by_hands) text += BeatenLine(*answer.by_hands, "hands of four");
-  text += BeatenLine(answer.by_pairs, "holdings of two");
+  constexpr const char* kHands[] = {"hands of four", "hands of five", "hands of six"};
+  static_assert(std::size(kHands) == kOmahaHandSizes.size() && kOmahaHandSizes[0] == 4);
+  const std::size_t width = Grouped(answer.by_hands.of).size();
+  text += BeatenLine(answer.by_hands, kHands[answer.hand.hand.size() - 4], width);
+  text += BeatenLine(answer.by_pairs, "holdings of two", width);
   text += fmt::format("\nThe best that two unseen cards make, {}:\n", answer.nut_words);
   for (const auto& [cell, holdings] : answer.nuts) {
     text += fmt::format("  {:<5}{}\n", RangeMatrix::Name(cell / 13, cell % 13),
@@ -102,8 +104,8 @@ Json ToJson(const NutsAnswer& answer) {
   json["category"] = CategoryName(answer.hand.value);
   json["words"] = answer.hand.Words();
   json["is_nuts"] = answer.IsNuts();
-  json["beaten_by"] = answer.by_hands ? Json(answer.by_hands->by) : Json(nullptr);
-  json["of"] = answer.by_hands ? Json(answer.by_hands->of) : Json(nullptr);
+  json["beaten_by"] = answer.by_hands.by;
+  json["of"] = answer.by_hands.of;
   json["beaten_by_pairs"] = answer.by_pairs.by;
   json["of_pairs"] = answer.by_pairs.of;
   json["nut_value"] = answer.nut_value;

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <span>
 
@@ -15,13 +16,18 @@
 namespace pokermath::cli {
 namespace {
 
-// Those of the high hand come first.
-constexpr Game kGames[] = {Game::kOmaha, Game::kOmaha5, Game::kOmahaHighLow, Game::kOmaha5HighLow};
+constexpr auto kFewestAndMost = std::ranges::minmax(kOmahaHandSizes);
 
 std::vector<int> ReadHoleCards(const OmahaWords& words) {
-  if (!words.game) return ReadCards(words.hand, 4, 5, "an Omaha hand has 4 or 5");
-  const std::span<const Game> games(kGames);
-  const std::size_t size = HandSize(ReadGame(*words.game, words.low ? games : games.first(2)));
+  if (!words.game) {
+    const auto [fewest, most] = kFewestAndMost;
+    return ReadCards(words.hand, fewest, most,
+                     fmt::format("an Omaha hand has {} to {}", fewest, most));
+  }
+  const auto high = OmahaGames(false), high_low = OmahaGames(true);
+  std::vector<Game> games(high.begin(), high.end());
+  if (words.low) games.insert(games.end(), high_low.begin(), high_low.end());
+  const std::size_t size = HandSize(ReadGame(*words.game, games));
   return ReadCards(words.hand, size, size, fmt::format("a hand of this game has {}", size));
 }
 
@@ -35,6 +41,12 @@ OmahaHand BestOfOmaha(std::vector<int> hand, std::vector<int> board) {
     best.from_board.push_back(best.board[static_cast<std::size_t>(i)]);
   }
   return best;
+}
+
+const char* OmahaHand::Game() const {
+  const auto of_size = [this](pokermath::Game game) { return HandSize(game) == hand.size(); };
+  static constexpr auto kHigh = OmahaGames(false);
+  return NameOf(*std::ranges::find_if(kHigh, of_size));
 }
 
 std::string OmahaHand::Words() const {
@@ -61,11 +73,11 @@ Json OmahaJson(const OmahaHand& hand) {
 }
 
 void AddOmahaWords(Command command, OmahaWords& words) {
-  command.AddOption("HAND", words.hand, "Four or five hole cards").Required().ValueName("");
+  command.AddOption("HAND", words.hand, "Four to six hole cards").Required().ValueName("");
   command.AddOption("BOARD", words.board, "The cards on the table").Required().ValueName("");
   command
       .AddOption("--game", words.game,
-                 std::string(words.low ? "omaha-hilo or omaha5-hilo" : "omaha or omaha5") +
+                 NamesOf(OmahaGames(words.low)) +
                      ": refuse another number of hole cards [as many as there are]")
       .ValueName("GAME");
   command.AddFlag("--json", words.json, "Print a JSON object");

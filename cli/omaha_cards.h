@@ -20,7 +20,8 @@ struct OmahaHand {
   std::vector<int> from_board;  // the three that play
   int value;                    // ascending
 
-  const char* Game() const { return hand.size() == 5 ? "omaha5" : "omaha"; }
+  /// "omaha", by the number of hole cards.
+  const char* Game() const;
   /// "flush Ace high".
   std::string Words() const;
   int Unseen() const { return 52 - static_cast<int>(hand.size() + board.size()); }
@@ -39,7 +40,7 @@ Json OmahaJson(const OmahaHand& hand);
 
 struct OmahaWords {
   std::string hand, board;
-  std::optional<std::string> game;  // otherwise the hand has four or five cards
+  std::optional<std::string> game;  // otherwise the hand has four to six cards
   bool json = false;
   bool low = false;  // the question is about the low hand, and games may be Hi/Lo
 };

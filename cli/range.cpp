@@ -29,8 +29,8 @@ runs (JJ-88, A9s-A5s), holdings (AhKd), percentages (15%) and the word random.
 In the matrix a star marks a class of which the range holds some holdings only.
 
 Omaha: hands (AsKsQhJh), patterns with x for any card (AAxx, KQJx, [T-A][T-A]xx, AsKsxx),
-percentages (10%, 5%-20%) and random; behind them suit shapes (:ds, :ss, :3, :4,
-with four cards :r, with five :5) and exclusions (AAxx!AAAx). A piece that begins with ! is taken off all before it.
+percentages (10%, 5%-20%; not with six cards) and random; behind them suit shapes (:ds, :ss, :3, :4,
+with four cards :r, with five :5, with six :ts, :5, :6 and no :ss) and exclusions (AAxx!AAAx). A piece that begins with ! is taken off all before it.
 
 Examples:
   pokermath range 'TT+,A9s+,KJo+'
@@ -40,9 +40,8 @@ Examples:
   pokermath range --rank AKs
   pokermath range --game omaha 10%:ds
   pokermath range --game omaha 'AAxx!AAAx,KKxx:ds' --dead Ah7c
-  pokermath range --game omaha5 --rank AsKsQhJh9c)";
-
-constexpr Game kGames[] = {Game::kHoldem, Game::kShortDeck, Game::kOmaha, Game::kOmaha5};
+  pokermath range --game omaha5 --rank AsKsQhJh9c
+  pokermath range --game omaha6 'AAxxxx:ts')";
 
 struct RangeWords {
   std::vector<std::string> text;
@@ -61,8 +60,8 @@ RangeOptions ReadOptions(const RangeWords& words) {
     throw UsageError("--table " + Quoted(table) + " is not known: equilibrium or corvelle");
   }
   if (words.dead || words.list) {
-    throw UsageError(
-        fmt::format("{} goes with --game omaha or omaha5", words.dead ? "--dead" : "--list"));
+    throw UsageError(fmt::format("{} goes with --game {}", words.dead ? "--dead" : "--list",
+                                 NamesOf(OmahaGames(false))));
   }
   RangeOptions options;
   options.bare_offsuit = words.bare_offsuit;
@@ -185,7 +184,7 @@ int AskOmaha(const RangeWords& words, Game game) {
 }
 
 int RunRange(const RangeWords& words) {
-  const Game game = ReadGame(words.game, kGames);
+  const Game game = ReadGame(words.game, kHighGames);
   if (!words.rank && Pieces(TextOf(words)).empty()) {
     throw UsageError(IsOmaha(game) ? "a range is needed, like AAxx:ds or 10%"
                                    : "a range is needed, like 'TT+,A9s+' or 15%");
@@ -212,8 +211,7 @@ void AddRange(Command program, int& exit_code) {
   auto words = std::make_shared<RangeWords>();
   Command command = program.AddCommand("range", "Hands of a range");
   command.AddOption("TEXT", words->text, "Range text; several words are one list").ValueName("");
-  command.AddOption("--game", words->game, "holdem, shortdeck, omaha or omaha5 [holdem]")
-      .ValueName("GAME");
+  command.AddOption("--game", words->game, NamesOf(kHighGames) + " [holdem]").ValueName("GAME");
   command
       .AddOption("--table", words->table,
                  "Where percentages come from: equilibrium or corvelle [equilibrium]")

@@ -9,14 +9,18 @@
 #include <utility>
 #include <vector>
 
+#include "cards/omaha_sizes.h"
 #include "cli/card_words.h"
 #include "cli/command.h"
 #include "cli/errors.h"
 #include "cli/number_text.h"
 #include "cli/output.h"
+#include "eval/rank_sets.h"
 #include "platform/text.h"
 #include "pokermath/cards.h"
 #include "pokermath/omaha_ranges.h"
+#include "ranges/omaha/hands.h"
+#include "ranges/omaha/shapes.h"
 
 namespace pokermath::cli {
 namespace {
@@ -57,29 +61,52 @@ OmahaSpec<cards> ReadRange(const OmahaRangeQuestion& question, const std::vector
   return range;
 }
 
+// Hands of the same ranks: how many there are of each split of suits, and one of them.
+template <int cards>
+struct Alike {
+  static constexpr std::size_t kSplits = kSuitSplits<cards>.size();
+  std::array<typename OmahaSpec<cards>::Hand, kSplits> hand;
+  std::array<int, kSplits> count{};
+};
+
 template <int cards>
 OmahaRangeAnswer Describe(const OmahaSpec<cards>& range, const std::vector<int>& dead) {
-  constexpr std::size_t kExamples = 6;
   OmahaRangeAnswer answer;
   answer.text = ToUtf8(range.MakeString());
   answer.dead = dead;
   answer.all_hands = OmahaSpec<cards>::kAllHands;
   answer.percent = range.Percent();
-  const auto hands = range.Hands();
-  answer.hands = static_cast<int>(hands.size());
+  answer.hands = range.Count();
+  // There may be millions of hands: those of the same ranks and suit shape have one name.
+  std::vector<Alike<cards>> alike(static_cast<std::size_t>(MultisetsOf(cards)));
+  const std::int64_t examples = std::min(6, answer.hands);
+  std::int64_t left = answer.hands;
+  OmahaBits::ForEachHand(range, [&](const auto& hand) {
+    auto ranks = hand;
+    for (int& card : ranks) card %= 13;
+    std::ranges::sort(ranks);
+    Alike<cards>& kind = alike[static_cast<std::size_t>(MultisetNumber(ranks))];
+    const std::size_t split = SplitOf<cards>(hand);
+    kind.hand[split] = hand;
+    ++kind.count[split];
+    // The first of them last, and about as many hands between each two.
+    const std::int64_t behind = --left;
+    const auto next = examples - 1 - static_cast<std::int64_t>(answer.examples.size());
+    if (behind == next * answer.hands / examples) answer.examples.push_back(InOrder(hand));
+  });
+  std::ranges::reverse(answer.examples);
   std::map<std::string, int> suits, types;
-  for (const auto& hand : hands) {
-    const std::string name = OmahaHandName(hand);
-    const std::size_t comma = name.find(", ");
-    ++types[name.substr(0, comma)];
-    ++suits[name.substr(comma + 2)];
+  for (const Alike<cards>& kind : alike) {
+    for (std::size_t split = 0; split < kind.count.size(); ++split) {
+      if (kind.count[split] == 0) continue;
+      const std::string name = OmahaHandName(kind.hand[split]);
+      const std::size_t comma = name.find(", ");
+      types[name.substr(0, comma)] += kind.count[split];
+      suits[name.substr(comma + 2)] += kind.count[split];
+    }
   }
   answer.suits = SortedKinds(suits);
   answer.types = SortedKinds(types);
-  const std::size_t examples = std::min(kExamples, hands.size());
-  for (std::size_t i = 0; i < examples; ++i) {
-    answer.examples.push_back(InOrder(hands[hands.size() - 1 - i * hands.size() / examples]));
-  }
   return answer;
 }
 
@@ -165,19 +192,21 @@ int RunRank(const OmahaRangeQuestion& question) {
   const std::vector<int> hand =
       InOrder(ReadCards(*question.rank, size, size,
                         fmt::format("a hand of {} has {}", TitleOf(question.game), size)));
-  const double percentile = OmahaPercentile(hand);
+  const Result<double> percentile = OmahaPercentile(hand);
+  if (!percentile)
+    throw UsageError("--rank " + Quoted(*question.rank) + ": " + percentile.error().text);
   const std::string name = OmahaHandName(hand);
   if (question.json) {
     Print(JsonLine({{"schema", kJsonSchema},
                     {"game", NameOf(question.game)},
                     {"hand", CardsJson(hand)},
                     {"name", name},
-                    {"percentile", percentile}}));
+                    {"percentile", *percentile}}));
     return kExitDone;
   }
   const Colours colours = Colours::ForStandardOutput();
   Print(fmt::format("{}   {}\n\n  among the strongest  {:.4g} %\n", colours.Cards(hand), name,
-                    percentile));
+                    *percentile));
   return kExitDone;
 }
 
@@ -191,7 +220,8 @@ int RunRangeOmaha(const OmahaRangeQuestion& question) {
     return RunRank(question);
   }
   if (question.list && question.json) throw UsageError("--list prints hands as text, not as JSON");
-  return HandSize(question.game) == 4 ? RunRange<4>(question) : RunRange<5>(question);
+  return ForOmahaSize(RulesOf(question.game).hand_size,
+                      [&](auto cards) { return RunRange<cards>(question); });
 }
 
 }  // namespace pokermath::cli

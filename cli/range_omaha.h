@@ -12,7 +12,7 @@
 namespace pokermath::cli {
 
 struct OmahaRangeQuestion {
-  Game game;         // omaha or omaha5
+  Game game;         // of OmahaGames(false)
   std::string text;  // of the range, if it is not about a hand's rank
   std::optional<std::string> rank, dead;
   bool list = false;

@@ -65,16 +65,15 @@ Tally CountRiver(const int* hand, const int* board, int river) {
   return CountOmahaAgainstAll(BestIsa(), CardsOf(hand, 4), complete, Street::kRiver);
 }
 
-bool IsHandSize(std::size_t size) { return size == 4 || size == 5; }
-
 // Hands and boards that can be compared, and those against which all can be.
 bool CanCompare(std::span<const int> cards, int hand_size, std::span<const int> board) {
   const auto size = static_cast<std::size_t>(hand_size);
-  return IsHandSize(size) && !cards.empty() && cards.size() % size == 0 && board.size() <= 5 &&
-         board.size() != 1 && board.size() != 2;
+  return IsOmahaHandSize(hand_size) && !cards.empty() && cards.size() % size == 0 &&
+         board.size() <= 5 && board.size() != 1 && board.size() != 2;
 }
 bool CanFaceAll(std::span<const int> hand, std::span<const int> board, Street street) {
-  return IsHandSize(hand.size()) && board.size() <= static_cast<std::size_t>(street);
+  return IsOmahaHandSize(static_cast<int>(hand.size())) &&
+         board.size() <= static_cast<std::size_t>(street);
 }
 
 }  // namespace
@@ -100,12 +99,11 @@ Tally OmahaHandVsRange(std::span<const int> hand, const OmahaSpec<cards>& range,
   return OmahaRangeContest<cards>(hand, range.Hands(), board, street, dead).Count(BestIsa(), go_on);
 }
 
-template Tally OmahaHandVsRange<4>(std::span<const int>, const OmahaSpec<4>&, std::span<const int>,
-                                   Street, std::span<const int>,
-                                   const std::function<bool(std::int64_t, std::int64_t)>&);
-template Tally OmahaHandVsRange<5>(std::span<const int>, const OmahaSpec<5>&, std::span<const int>,
-                                   Street, std::span<const int>,
-                                   const std::function<bool(std::int64_t, std::int64_t)>&);
+#define POKERMATH_HAND_VS_RANGE(cards)                                                       \
+  template Tally OmahaHandVsRange<cards>(std::span<const int>, const OmahaSpec<cards>&,      \
+                                         std::span<const int>, Street, std::span<const int>, \
+                                         const std::function<bool(std::int64_t, std::int64_t)>&);
+POKERMATH_OMAHA_HAND_SIZES(POKERMATH_HAND_VS_RANGE)
 
 HighLowTally OmahaHighLowHands(std::span<const int> cards, int hand_size,
                                std::span<const int> board, std::span<const int> dead) {

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "cards/card_list.h"
+#include "cards/omaha_sizes.h"
 #include "eval/compact_keys.h"
 #include "eval/rank_sets.h"
 #include "eval/scales.h"
@@ -334,13 +335,11 @@ int BestFlushOfPairs(unsigned holes, unsigned board) {
 
 int BestOmahaValue(CardSet hand, std::uint64_t hand_words, CardSet board,
                    std::uint64_t board_words) {
-  POKERMATH_REQUIRE(board.size() == 5 && hand.size() >= 4 && hand.size() <= 6);
+  POKERMATH_REQUIRE(board.size() == 5);
   const std::uint16_t* const of_pairs =
       BoardValues::Get().OfKey(board_words >> CompactTables::kKeyShift);
-  const int size = hand.size();
-  const int plain = size == 4   ? BestOfPairs<4>(of_pairs, hand)
-                    : size == 5 ? BestOfPairs<5>(of_pairs, hand)
-                                : BestOfPairs<6>(of_pairs, hand);
+  const int plain =
+      ForOmahaSize(hand.size(), [=](auto cards) { return BestOfPairs<cards>(of_pairs, hand); });
   // Counts of a suit, four bits each, moved up so that the highest is set from two and from three.
   constexpr std::uint64_t kFromTwo = 0x6666;
   constexpr std::uint64_t kFromThree = 0x5555;

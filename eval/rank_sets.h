@@ -26,8 +26,8 @@ inline constexpr int MultisetsOf(int size) { return Choose(12 + size, size); }
 
 /// [place][rank]: what a card of the place in rising order adds to the number of a multiset.
 inline constexpr auto kMultisetPlaces = [] {
-  std::array<std::array<int, 13>, 5> places{};
-  for (std::size_t i = 0; i < 5; ++i) {
+  std::array<std::array<int, 13>, 6> places{};
+  for (std::size_t i = 0; i < places.size(); ++i) {
     for (std::size_t rank = 0; rank < 13; ++rank) {
       places[i][rank] = Choose(static_cast<int>(rank + i), static_cast<int>(i) + 1);
     }
@@ -35,7 +35,7 @@ inline constexpr auto kMultisetPlaces = [] {
   return places;
 }();
 
-/// The number of a multiset of up to five ranks among all of its size.
+/// The number of a multiset of up to six ranks among all of its size.
 ///
 /// @param ranks  in rising order
 template <typename Ranks>

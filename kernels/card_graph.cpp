@@ -1,5 +1,7 @@
 #include "kernels/card_graph.h"
 
+#include "cards/omaha_sizes.h"
+
 namespace pokermath {
 
 // Ways to choose so many of the cards `among` that all are joined, the first one of `first`.
@@ -47,14 +49,10 @@ std::int64_t LiveCards::CountHands(Isa isa, std::size_t hand_size, const CardGra
     if (graph.joined[i] != 0 || graph.among_themselves[i]) first |= bits_[i];
   }
   const bool fast = isa != Isa::kBaseline;
-  switch (hand_size) {
-    case 4:
-      return fast ? CliquesAvx2<4>(graph, first) : CliquesBaseline<4>(graph, first);
-    case 5:
-      return fast ? CliquesAvx2<5>(graph, first) : CliquesBaseline<5>(graph, first);
-    default:
-      return fast ? CliquesAvx2<2>(graph, first) : CliquesBaseline<2>(graph, first);
-  }
+  if (hand_size == 2) return fast ? CliquesAvx2<2>(graph, first) : CliquesBaseline<2>(graph, first);
+  return ForOmahaSize(static_cast<int>(hand_size), [&](auto size) {
+    return fast ? CliquesAvx2<size>(graph, first) : CliquesBaseline<size>(graph, first);
+  });
 }
 
 }  // namespace pokermath

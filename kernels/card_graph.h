@@ -76,7 +76,7 @@ class LiveCards {
     return graph;
   }
 
-  /// Hands of 2, 4 or 5 cards that are all joined.
+  /// Hands of two cards, or of one of kOmahaHandSizes, that are all joined.
   std::int64_t CountHands(Isa isa, std::size_t hand_size, const CardGraph& graph) const;
 
  private:

@@ -32,7 +32,7 @@ struct OmahaDuel {
 class OmahaBeforeFlop {
  public:
   /// @param isa    instructions to use; the machine must have them
-  /// @param hero   four cards or five
+  /// @param hero   as many cards as one of kOmahaHandSizes
   /// @param dead   cards that nobody holds and that cannot come, none of them the hero's
   OmahaBeforeFlop(Isa isa, CardSet hero, CardSet dead, bool high_low);
 

@@ -1,6 +1,6 @@
 // What an Omaha hand is worth is what its best pair of hole cards is worth. So a hand wins against
 // those whose pairs are all worth less: the cards that are left make a graph, joined where a pair
-// is worth less, and the hands that lose are its cliques of four (or five) cards. The hands that do
+// is worth less, and the hands that lose are its cliques of as many cards. The hands that do
 // not win are those of the graph joined where a pair is not worth more. It is the same for lows.
 //
 // Cards of one rank that cannot flush are one vertex, and boards that are alike are counted once.

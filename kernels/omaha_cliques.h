@@ -22,7 +22,7 @@ using GoOn = std::function<bool(std::int64_t done, std::int64_t all)>;
 class OmahaAgainstAll {
  public:
   /// @param isa    instructions to use; the machine must have them
-  /// @param hand   four or five card codes; has to outlive this
+  /// @param hand   card codes, one of kOmahaHandSizes of them; has to outlive this
   /// @param board  known cards, no more than the street has
   /// @param dead   cards that nobody holds and that cannot come; all cards different
   OmahaAgainstAll(Isa isa, std::span<const int> hand, std::span<const int> board, Street street,
@@ -46,7 +46,7 @@ class OmahaAgainstAll {
 /// Counts every opponent hand of the same size on every way to complete a board.
 ///
 /// @param isa    instructions to use; the machine must have them
-/// @param hand   four or five card codes
+/// @param hand   card codes, one of kOmahaHandSizes of them
 /// @param board  known cards, no more than the street has
 /// @param dead   cards that nobody holds and that cannot come; all cards different
 /// @param go_on  may be empty

@@ -5,7 +5,7 @@
 // For a class of boards the multisets are sorted by value and taken from low to high. How many of
 // the hands so far share no card with one follows by inclusion and exclusion: for every set of its
 // cards one must know how many hands hold that set. These numbers, one for each multiset of up to
-// three (four) kinds, grow with every hand that is passed.
+// three (four, five) kinds, grow with every hand that is passed.
 //
 // Boards are counted by their ranks as if there were no flushes, which depends on nothing but the
 // ranks of a hand. Then the boards with three cards of a suit and more are put right, suit by suit,
@@ -16,20 +16,24 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <type_traits>
+#include <utility>
 
+#include "cards/omaha_sizes.h"
 #include "eval/omaha_best.h"
 
 namespace pokermath {
 namespace {
 
 constexpr std::size_t kKinds = 26;  // ranks of other suits, then ranks of the suit
+constexpr std::size_t kMostCards = std::ranges::max(kOmahaHandSizes);
 constexpr int kFlushSuit = 3;
 constexpr std::size_t kValues = 7463;
 
 // The number of a multiset of kinds among those of its size, by its kinds in rising order.
 constexpr auto kKindPlaces = [] {
-  std::array<std::array<int, kKinds>, 5> places{};
-  for (std::size_t i = 0; i < 5; ++i) {
+  std::array<std::array<int, kKinds>, kMostCards> places{};
+  for (std::size_t i = 0; i < kMostCards; ++i) {
     for (std::size_t kind = 0; kind < kKinds; ++kind) {
       places[i][kind] = Choose(static_cast<int>(kind + i), static_cast<int>(i) + 1);
     }
@@ -60,14 +64,14 @@ std::size_t SetNumber(KindList kinds) {
 
 // A multiset as a smaller one and the cards of its last kind.
 struct LastKind {
-  std::uint16_t others;  // the number of the smaller one
+  std::uint32_t others;  // the number of the smaller one
   std::uint8_t kind, count;
 };
 
 LastKind LastKindOf(KindList kinds) {
   std::size_t others = kinds.size() - 1;
   while (others > 0 && kinds[others - 1] == kinds.back()) --others;
-  return {static_cast<std::uint16_t>(SetNumber(kinds.first(others))), kinds.back(),
+  return {static_cast<std::uint32_t>(SetNumber(kinds.first(others))), kinds.back(),
           static_cast<std::uint8_t>(kinds.size() - others)};
 }
 
@@ -87,11 +91,16 @@ void ForEachSet(const Visit& visit) {
 
 constexpr int kSubsets(int hand_size) { return 1 << hand_size; }
 
+// The number of a multiset of fewer cards than a hand has, or of the hand among those of its size.
+template <int hand_size>
+using SetOf =
+    std::conditional_t<FirstSet(hand_size) <= UINT16_MAX + 1, std::uint16_t, std::uint32_t>;
+
 template <int hand_size>
 struct Hand {
   std::array<std::uint8_t, hand_size> kinds;  // rising
   // The multisets that its cards make, small ones first; the last one is the hand itself.
-  std::array<std::uint16_t, kSubsets(hand_size) - 1> sets;
+  std::array<SetOf<hand_size>, kSubsets(hand_size) - 1> sets;
   LastKind last;
   std::uint16_t ranks;  // the number of the multiset of its ranks
 };
@@ -153,7 +162,7 @@ class Hands {
         for (std::size_t i = 0; i < hand_size; ++i) {
           if ((places >> i & 1) != 0) subset[taken++] = kinds[i];
         }
-        hand.sets[next++] = static_cast<std::uint16_t>(SetNumber(KindList(subset).first(taken)));
+        hand.sets[next++] = static_cast<SetOf<hand_size>>(SetNumber(KindList(subset).first(taken)));
       }
     }
     std::array<int, hand_size> ranks;
@@ -215,9 +224,10 @@ struct OmahaEveryHand::Scratch {
 
 OmahaEveryHand::OmahaEveryHand(int hand_size)
     : hand_size_(hand_size), scratch_(std::make_unique<Scratch>()) {
-  const bool five = hand_size == 5;
-  const std::size_t hands = five ? Hands<5>::Get().all().size() : Hands<4>::Get().all().size();
-  const std::size_t sets = five ? Hands<5>::Get().sets().size() : Hands<4>::Get().sets().size();
+  const auto [hands, sets] = ForOmahaSize(hand_size, [](auto size) {
+    const Hands<size>& all = Hands<size>::Get();
+    return std::pair(all.all().size(), all.sets().size());
+  });
   const auto rank_hands = static_cast<std::size_t>(MultisetsOf(hand_size));
   sums_.resize(rank_hands + hands);
   scratch_->ways.resize(sets);
@@ -238,10 +248,10 @@ void OmahaEveryHand::CountClass(std::span<const int> ranks, RankSet suited, cons
   Scratch& scratch = *scratch_;
   const Hands<hand_size>& hands = Hands<hand_size>::Get();
   // Cards of each kind; where there is no flush all four of a rank are one kind.
-  std::array<std::array<int, 6>, kKinds> ways_of_kind;
+  std::array<std::array<int, kMostCards + 1>, kKinds> ways_of_kind;
   const auto set_count = [&ways_of_kind](std::size_t kind, int cards) {
-    for (int taken = 0; taken <= 5; ++taken) {
-      ways_of_kind[kind][static_cast<std::size_t>(taken)] = Choose(cards, taken);
+    for (std::size_t taken = 0; taken <= kMostCards; ++taken) {
+      ways_of_kind[kind][taken] = Choose(cards, static_cast<int>(taken));
     }
   };
   for (std::size_t rank = 0; rank < 13; ++rank) {
@@ -298,7 +308,7 @@ void OmahaEveryHand::CountClass(std::span<const int> ranks, RankSet suited, cons
       scratch.wins[i] = Disjoint(hands.all()[i], scratch.holding);
     }
     for (const std::uint32_t i : group) {
-      for (const std::uint16_t set : hands.all()[i].sets) {
+      for (const SetOf<hand_size> set : hands.all()[i].sets) {
         scratch.holding[set] += scratch.hand_ways[i] * scratch.inverse[set];
       }
     }
@@ -347,11 +357,7 @@ void OmahaEveryHand::Add(int step) {
     step -= kMultisetPlaces[i][static_cast<std::size_t>(ranks[i])];
   }
   if (ranks[0] == ranks[4]) return;  // five of a kind
-  if (hand_size_ == 5) {
-    AddBoards<5>(ranks);
-  } else {
-    AddBoards<4>(ranks);
-  }
+  ForOmahaSize(hand_size_, [&](auto size) { AddBoards<size>(ranks); });
 }
 
 namespace {
@@ -369,7 +375,7 @@ std::int64_t SumOf(std::span<const int> hand, std::span<const std::int64_t> sums
 }  // namespace
 
 std::int64_t OmahaEveryHand::Of(std::span<const int> hand) const {
-  return hand_size_ == 5 ? SumOf<5>(hand, sums_) : SumOf<4>(hand, sums_);
+  return ForOmahaSize(hand_size_, [&](auto size) { return SumOf<size>(hand, sums_); });
 }
 
 }  // namespace pokermath

@@ -12,14 +12,14 @@
 
 namespace pokermath {
 
-/// Sums up over boards how every hand of four or five cards does against every hand that it leaves
+/// Sums up over boards how every hand of a number of cards does against every hand that it leaves
 /// its opponent. The boards come in steps, one for each multiset of five ranks; steps in any order
 /// and on several objects give the same when they are added up.
 class OmahaEveryHand {
  public:
   static constexpr int kSteps = MultisetsOf(5);
 
-  /// @param hand_size  4 or 5
+  /// @param hand_size  one of kOmahaHandSizes; of six cards the first object makes tables of 130 MB
   explicit OmahaEveryHand(int hand_size);
   ~OmahaEveryHand();
 

@@ -14,7 +14,7 @@ namespace pokermath {
 ///
 /// @param isa        instructions to use; the machine must have them
 /// @param cards      1 to 11 hands, one behind the other
-/// @param hand_size  4 or 5
+/// @param hand_size  one of kOmahaHandSizes
 /// @param dead       cards that nobody holds and that cannot come
 /// @param board      0, 3, 4 or 5 known cards; all cards different
 SharedTally CountOmahaMatchup(Isa isa, std::span<const int> cards, int hand_size,

@@ -1,9 +1,10 @@
 // An Omaha hand does not win where any pair of the other hand's cards is worth as much as its own
 // best pair, and loses where one is worth more. So for every pair of cards there is a row of bits,
 // one for each board: where the pair is worth no less than the hand, and where it is worth more.
-// Where the board holds a card of the pair both bits are set. The rows of a hand's six (ten) pairs,
-// put together, have the first bit where the hand is not beaten or cannot be held, and the first
-// without the second where it ties; how many boards a hand leaves is known without counting.
+// Where the board holds a card of the pair both bits are set. The rows of a hand's six (ten,
+// fifteen) pairs, put together, have the first bit where the hand is not beaten or cannot be held,
+// and the first without the second where it ties; how many boards a hand leaves is known without
+// counting.
 //
 // Most pairs are worth what their ranks are, so the rows are made of one for every two ranks, one
 // for every two cards of a suit where these make a flush, and one for every card.
@@ -263,7 +264,7 @@ Tally OmahaRangeContest<cards>::Count(Isa isa, const GoOn& go_on) const {
   return one_word ? CountBlocks<1>(isa, go_on) : CountBlocks<kWords>(isa, go_on);
 }
 
-template class OmahaRangeContest<4>;
-template class OmahaRangeContest<5>;
+#define POKERMATH_CONTEST(cards) template class OmahaRangeContest<cards>;
+POKERMATH_OMAHA_HAND_SIZES(POKERMATH_CONTEST)
 
 }  // namespace pokermath

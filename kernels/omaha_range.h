@@ -48,8 +48,9 @@ class OmahaRangeContest {
   std::vector<Hand> hands_;
 };
 
-extern template class OmahaRangeContest<4>;
-extern template class OmahaRangeContest<5>;
+#define POKERMATH_EXTERN_CONTEST(cards) extern template class OmahaRangeContest<cards>;
+POKERMATH_OMAHA_HAND_SIZES(POKERMATH_EXTERN_CONTEST)
+#undef POKERMATH_EXTERN_CONTEST
 
 }  // namespace pokermath
 

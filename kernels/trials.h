@@ -151,7 +151,7 @@ class HighLowTrials : public Deals<kHandSize> {
 inline int EvaluateSeven(const int* cards) { return EvaluateCards<7>(cards); }
 using HoldemTrials = Trials<2, EvaluateSeven>;
 
-/// Of four or five cards.
+/// Of two cards or more.
 template <std::size_t kHandSize>
 int EvaluateOmaha(const int* cards) {
   return BestOmahaValue({cards, kHandSize}, {cards + kHandSize, 5});

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "cards/omaha_sizes.h"
 #include "pokermath/hand_range.h"
 #include "ranges/omaha/read.h"
 #include "ranges/percent_gap.h"
@@ -193,14 +194,9 @@ Result<RangeReading> ReadOmaha(Game game, std::string_view text) {
 }  // namespace
 
 Result<RangeReading> ReadRange(Game game, std::string_view text) {
-  switch (RulesOf(game).hand_size) {
-    case 4:
-      return ReadOmaha<4>(game, text);
-    case 5:
-      return ReadOmaha<5>(game, text);
-    default:
-      return ReadTwoCards(game, text);
-  }
+  if (!RulesOf(game).IsOmaha()) return ReadTwoCards(game, text);
+  return ForOmahaSize(RulesOf(game).hand_size,
+                      [=](auto cards) { return ReadOmaha<cards>(game, text); });
 }
 
 }  // namespace pokermath

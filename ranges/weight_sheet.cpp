@@ -98,7 +98,7 @@ std::vector<std::string> WeightSheet::Warnings() const {
 }
 
 template HandRange WeightSheet::Range<2>(Game) const;
-template HandRange WeightSheet::Range<4>(Game) const;
-template HandRange WeightSheet::Range<5>(Game) const;
+#define POKERMATH_RANGE(cards) template HandRange WeightSheet::Range<cards>(Game) const;
+POKERMATH_OMAHA_HAND_SIZES(POKERMATH_RANGE)
 
 }  // namespace pokermath

@@ -11,6 +11,7 @@
 #include <map>
 #include <utility>
 
+#include "cards/omaha_sizes.h"
 #include "platform/text.h"
 #include "pokermath/hand_range.h"
 #include "ranges/hand_classes.h"
@@ -20,10 +21,10 @@
 namespace pokermath {
 namespace {
 
-// To find patterns takes long, so that is done for so many weights; of the others single hands are
-// listed.
+// To find patterns takes long, the longer the more cards there are, so that is done for so many
+// weights; of the others single hands are listed.
 template <int cards>
-constexpr std::size_t kMostPatternLists = cards == 4 ? 16 : 4;
+constexpr std::size_t kMostPatternLists = std::size_t{16} >> 2 * (cards - 4);
 
 // Higher ranks first, as players say it.
 std::string HandText(CardSet hand) {
@@ -174,14 +175,9 @@ class OmahaText {
 }  // namespace
 
 std::string RangeText(const HandRange& range) {
-  switch (RulesOf(range.game()).hand_size) {
-    case 4:
-      return OmahaText<4>::Of(range);
-    case 5:
-      return OmahaText<5>::Of(range);
-    default:
-      return TwoCardText(range);
-  }
+  const GameRules& rules = RulesOf(range.game());
+  if (!rules.IsOmaha()) return TwoCardText(range);
+  return ForOmahaSize(rules.hand_size, [&](auto cards) { return OmahaText<cards>::Of(range); });
 }
 
 }  // namespace pokermath

@@ -14,14 +14,31 @@
 
 namespace pokermath {
 
+/// With how many hole cards Omaha is played. Whatever is there for each of these numbers is made
+/// from this list, so that none can be forgotten: apply(4) and so on.
+#define POKERMATH_OMAHA_HAND_SIZES(apply) apply(4) apply(5) apply(6)
+
+#define POKERMATH_NUMBER(number) number,
+inline constexpr std::array kOmahaHandSizes = {POKERMATH_OMAHA_HAND_SIZES(POKERMATH_NUMBER)};
+#undef POKERMATH_NUMBER
+
+constexpr bool IsOmahaHandSize(int size) {
+  for (const int known : kOmahaHandSizes) {
+    if (size == known) return true;
+  }
+  return false;
+}
+
 enum class Game {
   kHoldem,
   kShortDeck,           ///< a flush beats a full house, three of a kind a straight
   kShortDeckStraights,  ///< a flush beats a full house, a straight three of a kind
   kOmaha,
   kOmaha5,
+  kOmaha6,
   kOmahaHighLow,
   kOmaha5HighLow,
+  kOmaha6HighLow,
 };
 
 /// Up to which board the hands are compared; the value is the number of board cards.
@@ -48,15 +65,17 @@ struct GameRules {
   constexpr bool IsOmaha() const { return hole_cards_played > 0; }
 };
 
-inline constexpr std::array<GameRules, 7> kGames = {{
+inline constexpr std::array<GameRules, 9> kGames = {{
     {Game::kHoldem, "holdem", "Texas Hold'em", 2, 0, 0, false, true},
     {Game::kShortDeck, "shortdeck", "short deck", 2, 4, 0, false, false},
     {Game::kShortDeckStraights, "shortdeck-straights", "short deck, straight over three of a kind",
      2, 4, 0, false, true},
     {Game::kOmaha, "omaha", "Omaha", 4, 0, 2, false, true},
     {Game::kOmaha5, "omaha5", "five-card Omaha", 5, 0, 2, false, true},
+    {Game::kOmaha6, "omaha6", "six-card Omaha", 6, 0, 2, false, true},
     {Game::kOmahaHighLow, "omaha-hilo", "Omaha Hi/Lo", 4, 0, 2, true, true},
     {Game::kOmaha5HighLow, "omaha5-hilo", "five-card Omaha Hi/Lo", 5, 0, 2, true, true},
+    {Game::kOmaha6HighLow, "omaha6-hilo", "six-card Omaha Hi/Lo", 6, 0, 2, true, true},
 }};
 
 constexpr const GameRules& RulesOf(Game game) { return kGames[static_cast<std::size_t>(game)]; }

@@ -46,9 +46,9 @@ class POKERMATH_EXPORT HandRange {
   /// The holdings of a range, whichever way they are stored; those that the game's deck has not,
   /// and two equal cards, are left out. For games of two cards.
   HandRange(Game game, const Spec& range);
-  /// For games of four and of five cards.
-  HandRange(Game game, const OmahaSpec<4>& range);
-  HandRange(Game game, const OmahaSpec<5>& range);
+  /// For games of as many cards.
+  template <int cards>
+  HandRange(Game game, const OmahaSpec<cards>& range);
 
   // A moved-from range would have no hands at all to ask for, so that a move is a copy.
   HandRange(const HandRange&) = default;
@@ -90,6 +90,11 @@ class POKERMATH_EXPORT HandRange {
 
   std::shared_ptr<const Hands> hands_;
 };
+
+#define POKERMATH_EXTERN_RANGE(cards) \
+  extern template HandRange::HandRange(Game game, const OmahaSpec<cards>& range);
+POKERMATH_OMAHA_HAND_SIZES(POKERMATH_EXTERN_RANGE)
+#undef POKERMATH_EXTERN_RANGE
 
 /// What ReadRange read.
 struct RangeReading {

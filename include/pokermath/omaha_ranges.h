@@ -1,4 +1,4 @@
-// Omaha ranges: sets of hands of four or five cards, from text and from a percentage; and what
+// Omaha ranges: sets of hands of four to six cards, from text and from a percentage; and what
 // players call a hand.
 
 #ifndef POKERMATH_OMAHA_RANGES_H_
@@ -14,25 +14,36 @@
 #include <vector>
 
 #include "pokermath/export.h"
+#include "pokermath/game.h"
+#include "pokermath/result.h"
 #include "pokermath/text.h"
 
 namespace pokermath {
 
 class OmahaBits;
 
-/// A set of Omaha hands of so many cards (4 or 5), each hand once, whatever the order of its cards.
+/// Whether it is known which hands of so many cards are stronger, so that percentages mean
+/// something: of four and of five cards.
+constexpr bool HasOmahaOrder(int cards) { return cards == 4 || cards == 5; }
+
+/// A set of Omaha hands of so many cards (one of kOmahaHandSizes), each hand once, whatever the
+/// order of its cards.
 ///
-/// One bit for each of the 270,725 or 2,598,960 hands: 34 KB or 325 KB, copied in microseconds. The
-/// order of the hands is that of their largest card codes, then of the next ones. Card codes are
-/// 0..51 and the cards of a hand different; neither is checked. Const members may run in several
-/// threads.
+/// One bit for each of the 270,725, 2,598,960 or 20,358,520 hands: 34 KB, 325 KB or 2.5 MB, copied
+/// in microseconds. The order of the hands is that of their largest card codes, then of the next
+/// ones. Card codes are 0..51 and the cards of a hand different; neither is checked. Const members
+/// may run in several threads.
 template <int cards>
 class POKERMATH_EXPORT OmahaSpec {
-  static_assert(cards == 4 || cards == 5);
+  static_assert(IsOmahaHandSize(cards));
 
  public:
   static constexpr int kHandSize = cards;
-  static constexpr int kAllHands = cards == 4 ? 270725 : 2598960;
+  static constexpr int kAllHands = [] {
+    int hands = 1;
+    for (int i = 0; i < cards; ++i) hands = hands * (52 - i) / (i + 1);
+    return hands;
+  }();
   /// Card codes, the smallest first.
   using Hand = std::array<int, static_cast<std::size_t>(cards)>;
 
@@ -66,7 +77,7 @@ class POKERMATH_EXPORT OmahaSpec {
   /// such classes, from the strongest on, as are no wider than p together; at least the strongest
   /// one unless p is 0. Of equal classes the one with the higher cards comes first.
   /// @param from,to  0 <= from <= to <= 100
-  void AddPercent(double from, double to);
+  void AddPercent(double from, double to) requires(HasOmahaOrder(cards));
 
   /// All hands in order, and as sets of card codes, which is what PokerLogic's range functions take
   /// (some 500 bytes a hand).
@@ -74,8 +85,8 @@ class POKERMATH_EXPORT OmahaSpec {
   std::set<std::set<int>> Combinations() const;
 
   /// Range text that ParseOmahaRange reads back to the same range; short where a few patterns and
-  /// percentages say it, which takes some 10 to 300 ms, and 0.1 to 2 s for five cards. A set
-  /// without any order takes some seconds, and text of ten bytes a hand.
+  /// percentages say it, which takes some 10 to 300 ms, 0.1 to 2 s for five cards and 0.1 to 10 s
+  /// for six. A set without any order takes some seconds, and text of ten bytes a hand.
   CString MakeString() const;
 
  private:
@@ -84,14 +95,16 @@ class POKERMATH_EXPORT OmahaSpec {
   std::vector<std::uint64_t> bits_;
 };
 
-extern template class OmahaSpec<4>;
-extern template class OmahaSpec<5>;
+#define POKERMATH_EXTERN_SPEC(cards) extern template class OmahaSpec<cards>;
+POKERMATH_OMAHA_HAND_SIZES(POKERMATH_EXTERN_SPEC)
+#undef POKERMATH_EXTERN_SPEC
 
-/// How strong a hand of four or five cards is before the flop: the share of all hands, in percent,
-/// that come no later than it in the order of AddPercent; small is strong.
-POKERMATH_EXPORT double OmahaPercentile(std::span<const int> hand);
+/// How strong a hand is before the flop: the share of all hands of as many cards, in percent, that
+/// come no later than it in the order of AddPercent; small is strong. An error for six cards, whose
+/// order is not known, and for what is no number of hole cards.
+POKERMATH_EXPORT Result<double> OmahaPercentile(std::span<const int> hand);
 
-/// What players call a hand of four or five cards: pairs, connectedness, suits, like
+/// What players call a hand of one of kOmahaHandSizes: pairs, connectedness, suits, like
 /// "aces, double-suited" or "rundown, single-suited". docs/ranges.md has all the words.
 POKERMATH_EXPORT std::string OmahaHandName(std::span<const int> hand);
 
@@ -107,13 +120,16 @@ struct OmahaRangeResult {
 /// Reads range text: a list, separated by commas, semicolons or blanks, of hands (AsKsQhJh),
 /// patterns (AAxx, KQJTx, [T-A][T-A]xx), percentages (10%, 5%-20%) and the word random, each with
 /// suit shapes (AAxx:ds) and exclusions (AAxx!AAAx) behind it. docs/ranges.md has the grammar. An
-/// empty text is an empty range. Patterns take up to 0.2 ms, with five cards 3 ms; a text that
-/// would take many seconds is an error.
+/// empty text is an empty range. Patterns take up to 0.2 ms, with five cards 3 ms, with six 30 ms;
+/// a text that would take many seconds is an error, and so is a percentage where HasOmahaOrder says
+/// no.
 template <int cards>
 POKERMATH_EXPORT OmahaRangeResult<cards> ParseOmahaRange(std::string_view text);
 
-extern template OmahaRangeResult<4> ParseOmahaRange<4>(std::string_view);
-extern template OmahaRangeResult<5> ParseOmahaRange<5>(std::string_view);
+#define POKERMATH_EXTERN_PARSE(cards) \
+  extern template OmahaRangeResult<cards> ParseOmahaRange<cards>(std::string_view);
+POKERMATH_OMAHA_HAND_SIZES(POKERMATH_EXTERN_PARSE)
+#undef POKERMATH_EXTERN_PARSE
 
 }  // namespace pokermath
 

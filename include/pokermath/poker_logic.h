@@ -276,7 +276,7 @@ class POKERMATH_EXPORT PokerLogic {
   double getProbabilityOfWinBySpectrWithFlopToTurn(int* hand, int* board, const Spec& spec) const;
 
   // --- Omaha equity ---
-  // Hands of four or five card codes (handSize, not checked), exact over every board that the known
+  // Hands of four to six card codes (handSize, not checked), exact over every board that the known
   // cards leave. Results are percentages, 0 .. 100; not a number where no board is left. `count`
   // receives the boards, `time` the milliseconds taken. Nothing has to be loaded; about 0.2 ms
   // before the flop.
@@ -332,10 +332,10 @@ class POKERMATH_EXPORT PokerLogic {
   /// random deals; a pot shared with k others counts 1/(k+1). 0.0 .. 1.0; 0.0 for counts out of
   /// range and without trials.
   double getProbabilityOfWinOmaha(int* hand, int* board, int boardCount, int players) const;
-  /// A hand of four or five against one random hand on a board of targetCount cards, of which
+  /// A hand of four to six against one random hand on a board of targetCount cards, of which
   /// boardCount are known, in percent; not a number without trials.
   ///
-  /// @param handSize,boardCount,targetCount  4 or 5; 0 to targetCount; 3 to 5: not checked
+  /// @param handSize,boardCount,targetCount  4 to 6; 0 to targetCount; 3 to 5: not checked
   /// @param trials  in: most deals; out: deals made
   /// @param time    in: milliseconds, looked at every 10,000 deals; out: milliseconds taken
   double EquityHandVsRandomCommon(int* hand, int handSize, int* board, int boardCount,

@@ -7,6 +7,7 @@
 #include <array>
 #include <bit>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <span>
 #include <vector>
@@ -70,9 +71,32 @@ void ForEachHandOf(const OmahaClass& hands, const Visit& visit) {
 /// Whether the first hand of one class comes before that of another.
 bool ComesBefore(const OmahaClass& hands, const OmahaClass& others);
 
-inline constexpr int OmahaClassCount(int hand_size) { return hand_size == 4 ? 16432 : 134459; }
+/// How many classes there are of hands of so many cards: 16,432 of four, 134,459 of five, 962,988
+/// of six.
+///
+/// The mean over the 24 ways to rename suits of how many hands stay what they are, which are those
+/// that hold all or none of the cards of each cycle (Burnside's lemma).
+constexpr int OmahaClassCount(int hand_size) {
+  // Cycles of one, two, three and four suits, and how many renamings have them.
+  constexpr int kRenamings[5][5] = {
+      {4, 0, 0, 0, 1}, {2, 1, 0, 0, 6}, {0, 2, 0, 0, 3}, {1, 0, 1, 0, 8}, {0, 0, 0, 1, 6}};
+  std::int64_t hands = 0;
+  for (const auto& renaming : kRenamings) {
+    // By number of cards: sets of whole cycles.
+    std::array<std::int64_t, 53> sets = {1};
+    for (int length = 1; length <= 4; ++length) {
+      for (int cycle = 0; cycle < 13 * renaming[length - 1]; ++cycle) {
+        for (int cards = hand_size; cards >= length; --cards) {
+          sets[static_cast<std::size_t>(cards)] += sets[static_cast<std::size_t>(cards - length)];
+        }
+      }
+    }
+    hands += renaming[4] * sets[static_cast<std::size_t>(hand_size)];
+  }
+  return static_cast<int>(hands / 24);
+}
 
-/// Every class of hands of four or five cards in the order of ComesBefore: a class's place is its
+/// Every class of hands of so many cards in the order of ComesBefore: a class's place is its
 /// number.
 std::vector<OmahaClass> OmahaClasses(int hand_size);
 

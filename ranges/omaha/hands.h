@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -79,6 +80,17 @@ class OmahaBits {
   template <int cards>
   static const std::vector<std::uint64_t>& Of(const OmahaSpec<cards>& range) {
     return range.bits_;
+  }
+
+  /// Calls `visit` with the cards, in rising order, of every hand of a set.
+  template <int cards, typename Visit>
+  static void ForEachHand(const OmahaSpec<cards>& range, const Visit& visit) {
+    for (std::size_t i = 0; i < range.bits_.size(); ++i) {
+      for (std::uint64_t word = range.bits_[i]; word != 0; word &= word - 1) {
+        const auto number = static_cast<int>(64 * i) + std::countr_zero(word);
+        visit(HandOfNumber<static_cast<std::size_t>(cards)>(number));
+      }
+    }
   }
 
   template <int cards>

@@ -5,6 +5,7 @@
 #include <array>
 #include <string>
 
+#include "cards/omaha_sizes.h"
 #include "pokermath/omaha_ranges.h"
 #include "ranges/omaha/shapes.h"
 
@@ -23,7 +24,7 @@ bool IsWheelRank(int rank) { return rank <= kFive || rank == kAce; }
 
 // Different ranks, the lowest first, and their number.
 struct Ranks {
-  std::array<int, 5> ranks;
+  std::array<int, 13> ranks;
   std::size_t count = 0;
 
   void Add(int rank) { ranks[count++] = rank; }
@@ -61,7 +62,8 @@ std::string PairedName(const std::array<int, 13>& counts, std::span<const int> s
   for (int rank = kAce; rank >= 0; --rank) {
     const int count = counts[static_cast<std::size_t>(rank)];
     if (count < 3) continue;
-    name = std::string(kSets[count]) + kPlurals[static_cast<std::size_t>(rank)];
+    if (!name.empty()) name += " and ";
+    name += std::string(kSets[count]) + kPlurals[static_cast<std::size_t>(rank)];
   }
   int pairs = 0;
   for (int rank = kAce; rank >= 0; --rank) {
@@ -75,8 +77,9 @@ std::string PairedName(const std::array<int, 13>& counts, std::span<const int> s
     }
   }
   if (name.starts_with("trip") || name.starts_with("quad")) return name;
-  if (pairs == 2) {
-    return "double pair of " + (name.starts_with("pair of ") ? name.substr(8) : name);
+  if (pairs > 1) {
+    return (pairs == 2 ? "double" : "triple") + std::string(" pair of ") +
+           (name.starts_with("pair of ") ? name.substr(8) : name);
   }
   return name + SideCards(sides, all);
 }
@@ -128,7 +131,9 @@ std::string NameOf(std::span<const int, cards> hand) {
 }  // namespace
 
 std::string OmahaHandName(std::span<const int> hand) {
-  return hand.size() == 4 ? NameOf<4>(hand.first<4>()) : NameOf<5>(hand.first<5>());
+  return ForOmahaSize(static_cast<int>(hand.size()), [hand](auto cards) {
+    return NameOf<cards>(hand.first<static_cast<std::size_t>(cards)>());
+  });
 }
 
 }  // namespace pokermath

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <bit>
 
+#include "cards/omaha_sizes.h"
+
 namespace pokermath {
 namespace {
 
@@ -26,7 +28,7 @@ OmahaStrengths UnpackStrengths(int hand_size) {
 }
 
 template <int cards>
-double PercentileOf(std::span<const int> hand) {
+requires(HasOmahaOrder(cards)) double PercentileOf(std::span<const int> hand) {
   const auto& [classes, order, within] = StrengthsOf<cards>();
   const auto place = std::ranges::lower_bound(classes, OmahaClassOf(hand), ComesBefore);
   return 100.0 * within[static_cast<std::size_t>(place - classes.begin())] /
@@ -70,13 +72,14 @@ std::vector<std::uint32_t> UnpackOmahaOrder(int hand_size, std::span<const std::
 }
 
 template <int cards>
-const OmahaStrengths& StrengthsOf() {
+requires(HasOmahaOrder(cards)) const OmahaStrengths& StrengthsOf() {
   static const OmahaStrengths strengths = UnpackStrengths(cards);
   return strengths;
 }
 
 template <int cards>
-void AddBand(const PercentBand& band, Splits splits, OmahaSpec<cards>& range) {
+requires(HasOmahaOrder(cards)) void AddBand(const PercentBand& band, Splits splits,
+                                            OmahaSpec<cards>& range) {
   const OmahaStrengths& strengths = StrengthsOf<cards>();
   const int strongest = strengths.within[strengths.order[0]];
   const auto is_within = [strongest](int hands, double percent) {
@@ -93,19 +96,32 @@ void AddBand(const PercentBand& band, Splits splits, OmahaSpec<cards>& range) {
 }
 
 template <int cards>
-void OmahaSpec<cards>::AddPercent(double from, double to) {
+void OmahaSpec<cards>::AddPercent(double from, double to) requires(HasOmahaOrder(cards)) {
   AddBand({from, to}, kAllSplits<cards>, *this);
 }
 
-template const OmahaStrengths& StrengthsOf<4>();
-template const OmahaStrengths& StrengthsOf<5>();
-template void AddBand(const PercentBand&, Splits, OmahaSpec<4>&);
-template void AddBand(const PercentBand&, Splits, OmahaSpec<5>&);
-template void OmahaSpec<4>::AddPercent(double, double);
-template void OmahaSpec<5>::AddPercent(double, double);
+#define POKERMATH_ORDER(cards)                                          \
+  template const OmahaStrengths& StrengthsOf<cards>();                  \
+  template void AddBand(const PercentBand&, Splits, OmahaSpec<cards>&); \
+  template void OmahaSpec<cards>::AddPercent(double, double);
+POKERMATH_OMAHA_ORDERS(POKERMATH_ORDER)
 
-double OmahaPercentile(std::span<const int> hand) {
-  return hand.size() == 4 ? PercentileOf<4>(hand) : PercentileOf<5>(hand);
+std::string NoOmahaOrder(int hand_size) {
+  return "omaha" + std::to_string(hand_size) + " has no order of strength yet";
+}
+
+Result<double> OmahaPercentile(std::span<const int> hand) {
+  const auto size = static_cast<int>(hand.size());
+  if (!IsOmahaHandSize(size)) {
+    return Error{ErrorCode::kHand, "a hand of " + std::to_string(size) + " cards: no Omaha hand"};
+  }
+  return ForOmahaSize(size, [hand](auto cards) -> Result<double> {
+    if constexpr (HasOmahaOrder(cards)) {
+      return PercentileOf<cards>(hand);
+    } else {
+      return Error{ErrorCode::kHand, NoOmahaOrder(cards)};
+    }
+  });
 }
 
 }  // namespace pokermath

@@ -1,4 +1,5 @@
-// The order of the classes of Omaha hands by their exact equity against a random hand.
+// The order of the classes of Omaha hands by their exact equity against a random hand. Where
+// HasOmahaOrder says no, there is none.
 
 #ifndef POKERMATH_RANGES_OMAHA_ORDER_H_
 #define POKERMATH_RANGES_OMAHA_ORDER_H_
@@ -6,12 +7,16 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "pokermath/omaha_ranges.h"
 #include "ranges/omaha/classes.h"
 #include "ranges/omaha/shapes.h"
 #include "ranges/text_pieces.h"
+
+/// The sizes of hands that have an order, as POKERMATH_OMAHA_HAND_SIZES.
+#define POKERMATH_OMAHA_ORDERS(apply) apply(4) apply(5)
 
 namespace pokermath {
 
@@ -25,8 +30,11 @@ std::size_t PackedOmahaOrderSize(int hand_size);
 /// @param packed  of PackedOmahaOrderSize bytes, whatever they hold
 std::vector<std::uint32_t> UnpackOmahaOrder(int hand_size, std::span<const std::uint8_t> packed);
 
-/// The packed order that is part of the library.
+/// The packed order that is part of the library; nothing for hands that have none.
 std::span<const std::uint8_t> BuiltInOmahaOrder(int hand_size);
+
+/// "omaha6 has no order of strength yet", of hands that have none.
+std::string NoOmahaOrder(int hand_size);
 
 struct OmahaStrengths {
   std::vector<OmahaClass> classes;   // in the order of their numbers
@@ -35,11 +43,12 @@ struct OmahaStrengths {
 };
 /// From the built-in order, at the first use.
 template <int cards>
-const OmahaStrengths& StrengthsOf();
+requires(HasOmahaOrder(cards)) const OmahaStrengths& StrengthsOf();
 
 /// As AddPercent, of hands of some splits.
 template <int cards>
-void AddBand(const PercentBand& band, Splits splits, OmahaSpec<cards>& range);
+requires(HasOmahaOrder(cards)) void AddBand(const PercentBand& band, Splits splits,
+                                            OmahaSpec<cards>& range);
 
 }  // namespace pokermath
 

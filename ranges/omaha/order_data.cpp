@@ -1,6 +1,7 @@
 // The files of ranges/data as a part of the program. The assembler takes them in: compilers are
 // slow with arrays of that size.
 
+#include "cards/omaha_sizes.h"
 #include "ranges/omaha/order.h"
 
 asm(R"(
@@ -19,10 +20,26 @@ extern "C" [[gnu::visibility("hidden")]] const std::uint8_t pokermath_omaha5_ord
 extern "C" [[gnu::visibility("hidden")]] const std::uint8_t pokermath_omaha_orders_end[];
 
 namespace pokermath {
+namespace {
+
+template <int cards>
+std::span<const std::uint8_t> Order() {
+  static_assert(!HasOmahaOrder(cards), "which file is it?");
+  return {};
+}
+template <>
+std::span<const std::uint8_t> Order<4>() {
+  return {pokermath_omaha4_order, pokermath_omaha5_order};
+}
+template <>
+std::span<const std::uint8_t> Order<5>() {
+  return {pokermath_omaha5_order, pokermath_omaha_orders_end};
+}
+
+}  // namespace
 
 std::span<const std::uint8_t> BuiltInOmahaOrder(int hand_size) {
-  if (hand_size == 4) return {pokermath_omaha4_order, pokermath_omaha5_order};
-  return {pokermath_omaha5_order, pokermath_omaha_orders_end};
+  return ForOmahaSize(hand_size, [](auto cards) { return Order<cards>(); });
 }
 
 }  // namespace pokermath

@@ -9,6 +9,7 @@
 
 #include <vector>
 
+#include "ranges/omaha/order.h"
 #include "ranges/weight_sheet.h"
 
 namespace pokermath {
@@ -56,8 +57,8 @@ class OmahaTermReader : PieceCursor {
   static std::string Expected() {
     const std::string hand = std::string("AsKsQhJh9c8d").substr(0, 2 * cards);
     const std::string any(cards - 2, 'x');
-    return Size() + " cards (" + hand + ", AA" + any + ", [T-A][T-A]" + any +
-           "), a percentage (10%, 5%-20%) or random";
+    return Size() + " cards (" + hand + ", AA" + any + ", [T-A][T-A]" + any + ")" +
+           (HasOmahaOrder(cards) ? ", a percentage (10%, 5%-20%)" : "") + " or random";
   }
 
   bool AtEndOfBase() const { return AtEnd() || Peek() == ':' || Peek() == '!'; }
@@ -82,8 +83,12 @@ class OmahaTermReader : PieceCursor {
       Advance(base.size());
       return std::nullopt;
     }
-    if (base.find('%') != base.npos) return ReadBand(term.band.emplace());
-    return ReadPattern(term);
+    if (base.find('%') == base.npos) return ReadPattern(term);
+    if constexpr (HasOmahaOrder(cards)) {
+      return ReadBand(term.band.emplace());
+    } else {
+      return Here(Expected() + "; " + NoOmahaOrder(cards));
+    }
   }
 
   std::optional<Fault> ReadPattern(Term& term) {
@@ -212,11 +217,11 @@ OmahaRangeResult<cards> ParseOmahaRange(std::string_view text) {
   return result;
 }
 
-template std::optional<Fault> ReadOmahaPiece<4>(std::string_view, Budget&, OmahaSpec<4>&);
-template std::optional<Fault> ReadOmahaPiece<5>(std::string_view, Budget&, OmahaSpec<5>&);
-template std::optional<Fault> ReadOmahaPiece<4>(std::string_view, Budget&, WeightSheet&);
-template std::optional<Fault> ReadOmahaPiece<5>(std::string_view, Budget&, WeightSheet&);
-template OmahaRangeResult<4> ParseOmahaRange<4>(std::string_view);
-template OmahaRangeResult<5> ParseOmahaRange<5>(std::string_view);
+#define POKERMATH_READ(cards)                                                                   \
+  template std::optional<Fault> ReadOmahaPiece<cards>(std::string_view, Budget&,                \
+                                                      OmahaSpec<cards>&);                       \
+  template std::optional<Fault> ReadOmahaPiece<cards>(std::string_view, Budget&, WeightSheet&); \
+  template OmahaRangeResult<cards> ParseOmahaRange<cards>(std::string_view);
+POKERMATH_OMAHA_HAND_SIZES(POKERMATH_READ)
 
 }  // namespace pokermath

@@ -1,8 +1,8 @@
 // How the suits of an Omaha hand fall, and what range text calls that.
 //
 // A split is the way the cards are spread over suits: 2-2, 2-1-1. A shape is what players ask for:
-// one split, or two where a hand can have a shape in two ways (3-2 is double-suited and has three
-// of a suit).
+// one split, or some where a hand can have a shape in several ways (3-2 is double-suited and has
+// three of a suit).
 
 #ifndef POKERMATH_RANGES_OMAHA_SHAPES_H_
 #define POKERMATH_RANGES_OMAHA_SHAPES_H_
@@ -13,6 +13,8 @@
 #include <functional>
 #include <span>
 #include <string_view>
+
+#include "pokermath/game.h"
 
 namespace pokermath {
 
@@ -48,6 +50,18 @@ inline constexpr auto kSuitSplits<5> = std::to_array<SuitSplit>({
     {41, "four of a suit"},
     {5, "five of a suit"},
 });
+template <>
+inline constexpr auto kSuitSplits<6> = std::to_array<SuitSplit>({
+    {2211, "double-suited"},
+    {222, "triple-suited"},
+    {3111, "three of a suit"},
+    {321, "double-suited with three of a suit"},
+    {33, "double-suited with three of each"},
+    {411, "four of a suit"},
+    {42, "double-suited with four of a suit"},
+    {51, "five of a suit"},
+    {6, "six of a suit"},
+});
 
 template <int cards>
 inline constexpr Splits kAllSplits = (1U << kSuitSplits<cards>.size()) - 1;
@@ -60,6 +74,23 @@ inline constexpr auto kSuitShapes<4> = std::to_array<SuitShape>(
 template <>
 inline constexpr auto kSuitShapes<5> = std::to_array<SuitShape>(
     {{"ds", 0b001010}, {"ss", 0b000001}, {"3", 0b001100}, {"4", 0b010000}, {"5", 0b100000}});
+template <>
+inline constexpr auto kSuitShapes<6> = std::to_array<SuitShape>({{"ds", 0b001011001},
+                                                                 {"ts", 0b000000010},
+                                                                 {"3", 0b000011100},
+                                                                 {"4", 0b001100000},
+                                                                 {"5", 0b010000000},
+                                                                 {"6", 0b100000000}});
+
+template <int cards>
+constexpr bool ShapesNameAllSplits() {
+  Splits named = 0;
+  for (const SuitShape& shape : kSuitShapes<cards>) named |= shape.splits;
+  return named == kAllSplits<cards>;
+}
+#define POKERMATH_CHECK_SHAPES(cards) static_assert(ShapesNameAllSplits<cards>());
+POKERMATH_OMAHA_HAND_SIZES(POKERMATH_CHECK_SHAPES)
+#undef POKERMATH_CHECK_SHAPES
 
 /// Cards of each suit, three bits a suit.
 using SuitCounts = unsigned;

@@ -93,12 +93,7 @@ template <int cards>
 std::vector<typename OmahaSpec<cards>::Hand> OmahaSpec<cards>::Hands() const {
   std::vector<Hand> hands;
   hands.reserve(static_cast<std::size_t>(Count()));
-  for (std::size_t i = 0; i < bits_.size(); ++i) {
-    for (std::uint64_t word = bits_[i]; word != 0; word &= word - 1) {
-      const auto number = static_cast<int>(i * kBits) + std::countr_zero(word);
-      hands.push_back(HandOfNumber<static_cast<std::size_t>(cards)>(number));
-    }
-  }
+  OmahaBits::ForEachHand(*this, [&hands](const Hand& hand) { hands.push_back(hand); });
   return hands;
 }
 
@@ -109,7 +104,7 @@ std::set<std::set<int>> OmahaSpec<cards>::Combinations() const {
   return combinations;
 }
 
-template class OmahaSpec<4>;
-template class OmahaSpec<5>;
+#define POKERMATH_SPEC(cards) template class OmahaSpec<cards>;
+POKERMATH_OMAHA_HAND_SIZES(POKERMATH_SPEC)
 
 }  // namespace pokermath

@@ -80,7 +80,7 @@ OmahaSpec<cards> OmahaTerm<cards>::Hands() const {
   if (*this == OmahaTerm()) {
     hands.MakeRandom();
   } else if (band) {
-    AddBand(*band, splits, hands);
+    if constexpr (HasOmahaOrder(cards)) AddBand(*band, splits, hands);
   } else {
     Budget budget(0);
     WalkPattern(*this, budget, [&](int number, std::uint64_t row) {
@@ -110,9 +110,9 @@ std::string OmahaTerm<cards>::Text() const {
   return text + named->text;
 }
 
-template struct OmahaTerm<4>;
-template struct OmahaTerm<5>;
-template const std::vector<NamedSplits>& AllNamedSplits<4>();
-template const std::vector<NamedSplits>& AllNamedSplits<5>();
+#define POKERMATH_TERM(cards)       \
+  template struct OmahaTerm<cards>; \
+  template const std::vector<NamedSplits>& AllNamedSplits<cards>();
+POKERMATH_OMAHA_HAND_SIZES(POKERMATH_TERM)
 
 }  // namespace pokermath

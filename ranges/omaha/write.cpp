@@ -156,7 +156,9 @@ class TermFinder {
   std::optional<std::vector<std::string>> Find(Bands bands, std::size_t longest, bool list_all) {
     constexpr std::size_t kLengthOfHand = 2 * cards + 1;
     left_ = rest_.Count();
-    if (bands != Bands::kNone) FindBands(bands);
+    if constexpr (HasOmahaOrder(cards)) {
+      if (bands != Bands::kNone) FindBands(bands);
+    }
     const auto& words = OmahaBits::Of(rest_);
     for (std::size_t word = words.size(); left_ > 0 && word-- > 0;) {
       while (words[word] != 0) {
@@ -475,7 +477,7 @@ class OmahaWriter {
     if (best_->size() < 2 * cards) return;
     std::vector<Term> bases = {common_, common_};
     bases[0].splits = kAllSplits<cards>;
-    AddBands(allowed, bases);
+    if constexpr (HasOmahaOrder(cards)) AddBands(allowed, bases);
     for (const Term& base : bases) {
       const OmahaSpec<cards> hands = base.Hands();
       if (hands.Count() > 2 * range_.Count()) continue;
@@ -536,7 +538,7 @@ CString OmahaSpec<cards>::MakeString() const {
   return CString(text.begin(), text.end());
 }
 
-template CString OmahaSpec<4>::MakeString() const;
-template CString OmahaSpec<5>::MakeString() const;
+#define POKERMATH_WRITE(cards) template CString OmahaSpec<cards>::MakeString() const;
+POKERMATH_OMAHA_HAND_SIZES(POKERMATH_WRITE)
 
 }  // namespace pokermath

@@ -844,6 +844,41 @@ TEST(Sampling, DealsWholeBoardsUniformly) {
   ExpectFrequencies(boards, weights);
 }
 
+// Any hands of the 18 cards that are left, against the frequencies of a hash of all of them.
+TEST(Sampling, DealsHandsOfAnySizeUniformly) {
+  constexpr std::size_t kCells = 101;
+  const auto cell_of = [](CardSet cards) { return cards.bits() * 0x9E3779B97F4A7C15 % kCells; };
+  for (const int size : kOmahaHandSizes) {
+    SCOPED_TRACE(size);
+    const GameRules& rules = *std::ranges::find_if(
+        kGames, [size](const GameRules& game) { return game.hand_size == size; });
+    const CardSet cards = rules.Deck();
+    const std::vector<int> deck(cards.begin(), cards.end());
+    const std::span<const int> known = std::span(deck).last(34);
+    const auto hole_cards = static_cast<std::size_t>(size);
+    const auto question =
+        Check({.game = rules.game,
+               .players = {HandRange::Of(rules.game, CardSet(known.first(hole_cards))),
+                           HandRange::Every(rules.game)},
+               .board = CardSet(known.subspan(hole_cards, 5)),
+               .dead = CardSet(known.subspan(hole_cards + 5))});
+    ASSERT_TRUE(question);
+    std::vector<double> weights(kCells), hands(kCells);
+    for (const DealtCards& hand : DealtSetsOf(question->live() - question->certain(), size)) {
+      ++weights[cell_of(hand.cards)];
+    }
+    const Dealing dealing(*question);
+    RandomNumbers random(1, 0);
+    DealtBlock block;
+    for (int i = 0; i < 200; ++i) {
+      std::int64_t attempts = DealtBlock::kMost;
+      ASSERT_EQ(dealing.Deal(random, DealtBlock::kMost, attempts, block), DealtBlock::kMost);
+      for (const DealtCards& hand : block.hands[1]) ++hands[cell_of(hand.cards)];
+    }
+    ExpectFrequencies(hands, weights);
+  }
+}
+
 TEST(Sampling, DrawsByWeightsOfAnySize) {
   // Alike, of sums below 32 bits, and beyond them, where numbers are drawn in two parts.
   const std::vector<std::vector<std::uint64_t>> kWeights = {

@@ -88,10 +88,9 @@ class RandomQuestions {
   // A hand of Omaha against a few before the flop, with so many dead cards that there is little to
   // count.
   EquityQuestion NextOmahaBeforeTheFlop() {
-    constexpr Game kOmahas[] = {Game::kOmaha, Game::kOmahaHighLow, Game::kOmaha5,
-                                Game::kOmaha5HighLow};
     EquityQuestion question = Next();
-    question = {.game = kOmahas[Below(4)]};
+    while (!RulesOf(question.game).IsOmaha()) question.game = kGames[Below(kGames.size())].game;
+    question = {.game = question.game};
     question.dead = CardSet(std::span(deck_).subspan(31));
     deck_.resize(31);
     question.players = {HandRange::Of(question.game, HandOf(RulesOf(question.game))),

@@ -349,7 +349,7 @@ refuses 2 "'KY' at position 5: expected" equity AhKd AA,KY
 refuses 2 "a board of 6 cards: expected 5" equity AhKd 7s7c --board 2c3c4c5c6c8c
 refuses 2 "a board of 5 cards: expected 4" equity AhKd 7s7c --board 2c3c4c5c6c --to turn
 refuses 2 "--to 'showdown' is not known: flop, turn or river" equity AhKd 7s7c --to showdown
-refuses 2 "--game 'omaha4' is not known: holdem, shortdeck, shortdeck-straights, omaha, omaha5, " \
+refuses 2 "--game 'omaha4' is not known: holdem, shortdeck, shortdeck-straights, omaha, omaha5, omaha6, " \
   equity AhKd QQ --game omaha4
 refuses 2 "--exact does not go with --sampled" equity AhKd QQ --exact --sampled
 refuses 2 "--time-ms '0' is not accepted: a whole number from 1 to 86400000" \

@@ -148,6 +148,26 @@ expect_code 0
 same "shares add up" "$(awk -v a="$(value equity 1)" -v b="$(value equity 2)" -v c="$(value equity 3)" \
   -v d="$(value equity 4)" 'BEGIN { printf "%.6f", a + b + c + d }')" 1.000000
 
+# Six cards: hands, a range and any hand, counted and sampled.
+run equity AhAdKhKdQcJs JcTc9d8d7s6s --game omaha6 --exact --json
+expect_code 0
+same "$asked" "$(value cases)" 658008
+for words in 'AAKKQJ random --board 2c7dTh4s5s' 'AhAdKhKdQcJs random --board 2c7dTh4s5s' \
+  'AhAdKhKdQcJs AAxxxx:ts@50,KKQQJx --board 2c7dTh4s'; do
+  for game in omaha6 omaha6-hilo; do
+    # shellcheck disable=SC2086
+    run equity $words --game $game --sampled --seed 3 --json
+    expect_code 0
+    sampled=$(value equity) error=$(value standard_error)
+    [[ $words == AAKK* ]] && continue
+    # shellcheck disable=SC2086
+    run equity $words --game $game --exact --json
+    expect_code 0
+    near "$asked" "$sampled" "$(value equity)" "$error"
+  done
+done
+refuses 2 "'15%' at position 1: expected six cards" equity random 15% --game omaha6
+
 # Ctrl-C leaves no number of an exact count.
 out=$(timeout --preserve-status -s INT 0.3 "$POKERMATH" equity AhKdQcJsTs random --exact \
   --game omaha5 2>&1)

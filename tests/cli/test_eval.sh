@@ -136,12 +136,16 @@ same "$asked" "$out" "AhKhQsJs on Th9h2h: flush, AhKh from the hand and Th9h2h f
   ascending    7054   of 7462, larger is better"
 run eval AhAdKhKd7s --board AsKs7c2d9h --game omaha5 --json
 has "$asked" "$out" '"category":"three of a kind","words":"three of a kind Ace kicker King kicker 9","hole_cards":["Ah","Ad"],"board_cards":["As","Ks","9h"]'
+run eval AhAd7s6s5s4c --board As8s7c9s9h --game omaha6 --json
+has "$asked" "$out" '"game":"omaha6",'
+has "$asked" "$out" '"category":"full house",'
+has "$asked" "$out" '"hole_cards":["Ah","Ad"],"board_cards":["As","9s","9h"]'
 refuses 2 "'AhKhQs' has 3 cards: a hand of this game has 4" eval AhKhQs --board Th9h2h --game omaha
 refuses 2 "'Th' has 1 card: a board has 3 to 5" eval AhKhQsJs --board Th --game omaha
 refuses 2 "Ah is given twice" eval AhKhQsJs --board Th9hAh --game omaha
 refuses 2 "--board is needed" eval AhKhQsJs --game omaha
 refuses 2 "--versus is for holdem" eval AhKhQsJs --board Th9h2h --game omaha --versus AcKc
-refuses 2 "--game 'stud' is not known: holdem, shortdeck, omaha, omaha5" eval AhKhQhJhTh --game stud
+refuses 2 "--game 'stud' is not known: holdem, shortdeck, omaha, omaha5, omaha6" eval AhKhQhJhTh --game stud
 refuses 2 "--game 'omaha-hilo' is not for this question: holdem, " eval AhKhQhJhTh --game omaha-hilo
 refuses 2 "'2c7d' has 2 cards: a board has 3 to 5" eval AhKd --versus QcJs --board 2c7d
 refuses 2 "'Ah' has 1 card: with --versus a hand has 2" eval AhKd --versus Ah

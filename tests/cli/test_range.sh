@@ -94,6 +94,14 @@ for text in 10%:ds 'AAxxx!AAAxx, KKxxx:ss' '5%-8%!AsKsxxx'; do
   run range --game omaha5 "$(value_of text | tr -d '"')" --json
   same "$asked" "$out" "$first"
 done
+run range --game omaha6 'AAAAxx!xxxxxx:ts, AAAKKK' --json
+same "$asked" "$(value_of text) $(value_of hands)" '"AAAAxx,AAAKKK" 1144'
+has "$asked" "$out" '"trip aces and trip kings":16'
+run range --game omaha6 AsKsQsJsTs9s --dead As
+has "$asked" "$out" "0 of 20,358,520 hands"
+refuses 2 "'15%' at position 8: expected six cards (AsKsQhJh9c8d, AAxxxx, [T-A][T-A]xxxx) or random; omaha6 has no order of strength yet" \
+  range --game omaha6 AAxxxx,15%
+refuses 2 "--rank 'AsKsQsJsTs9s': omaha6 has no order of strength yet" range --game omaha6 --rank AsKsQsJsTs9s
 run range --game omaha --rank JhAsKsQh --json
 same "$asked" "$out" '{"schema":1,"game":"omaha","hand":["As","Ks","Qh","Jh"],'\
 '"name":"broadway rundown, double-suited","percentile":6.116908301782251}'
@@ -131,7 +139,7 @@ refuses 2 "--list prints hands as text" range --game omaha 10% --list --json
 
 refuses 2 "'KX' at position 5: expected" range AA,KX
 refuses 2 "'55' at position 1: expected ranks of the short deck" range 55 --game shortdeck
-refuses 2 "'omaha-hilo' is not for this question: holdem, shortdeck, omaha, omaha5" range AA --game omaha-hilo
+refuses 2 "'omaha-hilo' is not for this question: holdem, shortdeck, omaha, omaha5, omaha6" range AA --game omaha-hilo
 refuses 2 "--dead goes with --game omaha" range AA --dead Ah
 refuses 2 "'AK' names 2 classes" range --rank AK
 for text in '' ' ,; '; do

@@ -118,9 +118,13 @@ TEST(OmahaRangeEquity, IsThePlainCount) {
     const int hands = trial % 5 == 0 ? 2 : 40;
     CompareWithPlain<4>(dealer, RandomQuestion(dealer, 4, known, street), hands);
     CompareWithPlain<5>(dealer, RandomQuestion(dealer, 5, known, street), hands);
+    if (trial % 4 == 0) {
+      CompareWithPlain<6>(dealer, RandomQuestion(dealer, 6, known, street), hands);
+    }
   }
   CompareWithPlain<4>(dealer, RandomQuestion(dealer, 4, 0, Street::kFlop), 20);
   CompareWithPlain<5>(dealer, RandomQuestion(dealer, 5, 0, Street::kFlop), 1);
+  CompareWithPlain<6>(dealer, RandomQuestion(dealer, 6, 0, Street::kFlop), 1);
   CompareWithPlain<4>(dealer, RandomQuestion(dealer, 4, 0, Street::kTurn), 2);
 }
 

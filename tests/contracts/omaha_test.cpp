@@ -131,8 +131,8 @@ TEST(OmahaEquity, IsThePlainCountAtEveryInstructionLevel) {
   Dealer dealer(81);
   SCOPED_TRACE(dealer.Trace());
   for (int trial = 0; trial < 120; ++trial) {
-    const int size = 4 + trial % 2;
-    const int players = trial % 10 == 0 ? 8 : 2 + dealer.Below(3);
+    const int size = 4 + trial % 3;
+    const int players = trial % 10 == 0 ? 40 / size : 2 + dealer.Below(3);
     const int known = trial % 40 == 0 ? 0 : 3 + trial % 4 / 2;
     const int dead_count = known == 0 ? 52 - players * size - 12 : dealer.Below(4);
     const Cards all = dealer.Deal(players * size + known + dead_count);
@@ -241,32 +241,83 @@ TEST(OmahaEquity, AgainstEveryHandIsThePlainCount) {
   }
 }
 
-TEST(OmahaEquity, EveryHandAtOnceIsEachHandOnEachBoard) {
-  Dealer dealer(83);
+// Of few cards that are left, at every instruction level: the sum of matchups.
+TEST(OmahaEquity, AgainstEveryHandOfAnySizeIsTheSumOfMatchups) {
+  Dealer dealer(87);
   SCOPED_TRACE(dealer.Trace());
-  for (const std::size_t size : {4u, 5u}) {
-    for (int trial = 0; trial < 4; ++trial) {
-      const int step = dealer.Below(OmahaEveryHand::kSteps);
-      OmahaEveryHand every(static_cast<int>(size));
-      every.Add(step);
-      const Cards hand = dealer.Deal(static_cast<int>(size));
-      // The boards whose ranks have this number.
-      std::int64_t plain = 0;
-      Cards live, board;
-      for (int card = 0; card < 52; ++card) {
-        if (std::ranges::count(hand, card) == 0) live.push_back(card);
+  for (int trial = 0; trial < 36; ++trial) {
+    const std::size_t size = 4 + static_cast<std::size_t>(trial % 3);
+    const int known = trial % 4 == 0 ? 4 : 5;
+    const Cards all = dealer.Deal(40);
+    const auto first = all.begin() + static_cast<std::ptrdiff_t>(size);
+    const Cards hand(all.begin(), first), board(first, first + known),
+        dead(first + known, all.end());
+    Cards live, opponent;
+    for (int card = 0; card < 52; ++card) {
+      if (std::ranges::count(all, card) == 0) live.push_back(card);
+    }
+    Tally high;
+    HighLowTally split;
+    ForEachHand(live, size, opponent, 0, [&](const Cards& other) {
+      Cards both = hand;
+      both.insert(both.end(), other.begin(), other.end());
+      const SharedTally one = OmahaHands(both, static_cast<int>(size), board, dead);
+      high += {one.shared[0], one.shared[1], one.boards};
+      const HighLowTally low = OmahaHighLowHands(both, static_cast<int>(size), board, dead);
+      split.boards += low.boards;
+      split.scoops += low.scoops;
+      split.losses += low.losses;
+      split.lows += low.lows;
+      for (std::size_t k = 0; k < 2; ++k) {
+        split.whole[k] += low.whole[k];
+        split.high[k] += low.high[k];
+        split.low[k] += low.low[k];
       }
-      ForEachHand(live, 5, board, 0, [&](const Cards& boards) {
-        std::array<int, 5> ranks;
-        std::ranges::transform(boards, ranks.begin(), [](int card) { return card % 13; });
-        std::ranges::sort(ranks);
-        if (MultisetNumber(ranks) != step) return;
-        const Tally tally = CountOmahaAgainstAll(BestIsa(), hand, boards, Street::kRiver);
-        plain += 2 * tally.wins + tally.ties;
-      });
-      EXPECT_EQ(every.Of(hand), plain) << CardNames(hand) << " on boards " << step;
+    });
+    for (const Isa isa : {Isa::kBaseline, Isa::kAvx2}) {
+      if (isa > BestIsa()) continue;
+      EXPECT_EQ(CountOmahaAgainstAll(isa, hand, board, Street::kRiver, dead), high)
+          << CardNames(hand) << " on " << CardNames(board);
+      EXPECT_EQ(CountHighLowAgainstAll(isa, hand, board, Street::kRiver, dead), split)
+          << CardNames(hand) << " on " << CardNames(board);
     }
   }
+}
+
+void CompareEveryHandAtOnce(Dealer& dealer, std::size_t size, int trials) {
+  SCOPED_TRACE(dealer.Trace());
+  for (int trial = 0; trial < trials; ++trial) {
+    const int step = dealer.Below(OmahaEveryHand::kSteps);
+    OmahaEveryHand every(static_cast<int>(size));
+    every.Add(step);
+    const Cards hand = dealer.Deal(static_cast<int>(size));
+    // The boards whose ranks have this number.
+    std::int64_t plain = 0;
+    Cards live, board;
+    for (int card = 0; card < 52; ++card) {
+      if (std::ranges::count(hand, card) == 0) live.push_back(card);
+    }
+    ForEachHand(live, 5, board, 0, [&](const Cards& boards) {
+      std::array<int, 5> ranks;
+      std::ranges::transform(boards, ranks.begin(), [](int card) { return card % 13; });
+      std::ranges::sort(ranks);
+      if (MultisetNumber(ranks) != step) return;
+      const Tally tally = CountOmahaAgainstAll(BestIsa(), hand, boards, Street::kRiver);
+      plain += 2 * tally.wins + tally.ties;
+    });
+    EXPECT_EQ(every.Of(hand), plain) << CardNames(hand) << " on boards " << step;
+  }
+}
+
+TEST(OmahaEquity, EveryHandAtOnceIsEachHandOnEachBoard) {
+  Dealer dealer(83);
+  CompareEveryHandAtOnce(dealer, 4, 4);
+  CompareEveryHandAtOnce(dealer, 5, 4);
+}
+
+TEST(OmahaEquitySlow, EveryHandOfSixAtOnceIsEachHandOnEachBoard) {
+  Dealer dealer(88);
+  CompareEveryHandAtOnce(dealer, 6, 2);
 }
 
 // The same for a split pot.
@@ -332,9 +383,9 @@ TEST(OmahaHighLow, IsThePlainCountAtEveryInstructionLevel) {
   Dealer dealer(84);
   SCOPED_TRACE(dealer.Trace());
   for (int trial = 0; trial < 80; ++trial) {
-    const int size = 4 + trial % 2;
+    const int size = 4 + trial % 3;
     const int players = trial % 10 == 0 ? 7 : 2 + dealer.Below(3);
-    const int known = 3 + trial % 3;
+    const int known = 3 + trial / 3 % 3;
     const Cards all = dealer.Deal(players * size + known + 2);
     const auto part = [&all](int from, int count) {
       return Cards(all.begin() + from, all.begin() + from + count);
@@ -650,7 +701,7 @@ TEST(OmahaEquity, OddQuestions) {
   for (const int cards : {0, 1, 3, 5, 6, 7, 8, 9, 10}) {
     for (const int size : {-4, 0, 1, 2, 3, 4, 5, 6, 8}) {
       const auto hands = std::span<const int>(everything).first(static_cast<std::size_t>(cards));
-      const bool served = (size == 4 && cards == 8) || (size == 5 && (cards == 5 || cards == 10));
+      const bool served = size >= 4 && size <= 6 && cards > 0 && cards % size == 0;
       const int boards = served ? Choose(52 - cards, 5) : 0;
       EXPECT_EQ(OmahaHands(hands, size).boards, boards) << cards << " by " << size;
       EXPECT_EQ(OmahaHighLowHands(hands, size).boards, boards) << cards << " by " << size;

@@ -18,7 +18,7 @@ void Require(bool holds) {
   if (!holds) std::abort();
 }
 
-// Writing five cards may take seconds where very many hands are in no order.
+// Writing five cards and more may take seconds where very many hands are in no order.
 template <int cards>
 bool IsFastToWrite(const pokermath::OmahaSpec<cards>& range) {
   constexpr int kFewHands = 300;
@@ -52,8 +52,8 @@ void TryWeights(pokermath::Game game, std::string_view text) {
     Require(cards.size() == rules.hand_size && (cards - rules.Deck()).empty());
     Require(weight >= 1 && weight <= pokermath::kWholeWeight);
   }
-  // Five cards are written by what writes four, in ten times the time.
-  if (rules.hand_size == 5) return;
+  // Five cards and more are written by what writes four, in ten times the time.
+  if (rules.hand_size > 4) return;
   const auto again = pokermath::ReadRange(game, pokermath::RangeText(read->range));
   Require(again && again->range == read->range && again->warnings.empty());
 }
@@ -67,6 +67,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   // A long text may be allowed some seconds of work.
   constexpr std::size_t kShortText = 200;
   if (size <= kShortText) TryOmaha<5>(text);
+  // Shapes of their own, and no percentages.
+  constexpr std::size_t kOnePiece = 30;
+  if (size <= kOnePiece) TryOmaha<6>(text);
   TryWeights(pokermath::Game::kHoldem, text);
   TryWeights(pokermath::Game::kShortDeck, text);
   TryWeights(pokermath::Game::kOmaha, text);

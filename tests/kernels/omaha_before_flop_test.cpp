@@ -31,15 +31,15 @@ std::vector<CardSet> Alike(std::span<const int> cards, CardSet taken, std::mt199
 
 TEST(OmahaBeforeFlop, EqualsEveryBoardWithAllInstructions) {
   std::mt19937 random(1);
-  for (int question = 0; question < 24; ++question) {
+  for (int question = 0; question < 36; ++question) {
     SCOPED_TRACE(question);
-    const std::size_t size = question % 2 == 0 ? 4 : 5;
-    const bool high_low = question % 4 >= 2;
+    const std::size_t size = 4 + static_cast<std::size_t>(question % 3);
+    const bool high_low = question / 3 % 2 == 1;
     std::vector<int> deck(52);
     std::iota(deck.begin(), deck.end(), 0);
     std::ranges::shuffle(deck, random);
     // Of one suit mostly, or of few ranks.
-    const int kind = question / 4 % 3;
+    const int kind = question / 6 % 3;
     if (kind > 0) {
       std::stable_partition(deck.begin(), deck.begin() + 26, [&](int card) {
         return kind == 1 ? card / 13 == 2 : card % 13 < 3 || card % 13 == 12;

@@ -135,7 +135,7 @@ TEST(OmahaNuts, AllNutsOfABoard) {
   Dealer dealer(91);
   SCOPED_TRACE(dealer.Trace());
   for (int trial = 0; trial < 12; ++trial) {
-    Situation now = Random(dealer, 4 + trial % 2, 3 + trial / 2 % 2);
+    Situation now = Random(dealer, 4 + trial % 3, 3 + trial / 2 % 2);
     const Cards unseen = now.Unseen();
     int best = -1;
     Spec nuts;
@@ -343,7 +343,7 @@ TEST(OmahaLow, ValuesNutsAndOuts) {
   Dealer dealer(94);
   SCOPED_TRACE(dealer.Trace());
   for (int trial = 0; trial < 60; ++trial) {
-    Situation now = Random(dealer, 4 + trial % 2, 3 + trial / 2 % 3);
+    Situation now = Random(dealer, 4 + trial % 3, 3 + trial / 3 % 3);
     SCOPED_TRACE(CardNames(now.hole) + " on " + CardNames(now.board));
     const int size = Count(now.hole), n = Count(now.board);
     const int low = PlainLow(now.hole, now.board);

@@ -58,6 +58,34 @@ TYPED_TEST(OmahaOrderOf, EveryHandIsInAClassOfTheRightSize) {
   EXPECT_EQ(hands, sizes);
 }
 
+// There are too many hands of six to look at each.
+TEST(OmahaOrder, ClassesOfSixCardsAreAllHands) {
+  const Classes classes = OmahaClasses(6);
+  EXPECT_EQ(classes.size(), static_cast<std::size_t>(OmahaClassCount(6)));
+  EXPECT_EQ(std::ranges::adjacent_find(classes, std::not_fn(ComesBefore)), classes.end());
+  int hands = 0;
+  for (const OmahaClass& one : classes) {
+    hands += HandsOf(one);
+    ASSERT_EQ(OmahaClassOf(CardsOf(one)), one);
+  }
+  EXPECT_EQ(hands, OmahaSpec<6>::kAllHands);
+}
+
+// What has no order is not asked for a percentage, and says so where it is.
+template <int cards>
+concept HasPercentages = requires(OmahaSpec<cards>& range) {
+  range.AddPercent(0, 10);
+};
+static_assert(HasPercentages<4> && HasPercentages<5> && !HasPercentages<6>);
+
+TEST(OmahaOrder, SixCardsHaveNone) {
+  const Result<double> six = OmahaPercentile(std::array{0, 1, 2, 3, 4, 5});
+  ASSERT_FALSE(six);
+  EXPECT_EQ(six.error().text, "omaha6 has no order of strength yet");
+  EXPECT_TRUE(BuiltInOmahaOrder(6).empty());
+  EXPECT_FALSE(OmahaPercentile(std::array{0, 1, 2}));
+}
+
 TYPED_TEST(OmahaOrderOf, BuiltInOrderHasEveryClassOnce) {
   constexpr int kCards = TypeParam::value;
   const auto packed = BuiltInOmahaOrder(kCards);
@@ -101,8 +129,8 @@ TYPED_TEST(OmahaOrderOf, PercentilesSayWhoComesWithin) {
   const auto range = Within<kCards>(0, 12.5);
   auto rest = AllHands<kCards>();
   rest.Subtract(range);
-  for (const auto& hand : range.Hands()) ASSERT_LE(OmahaPercentile(hand), 12.5);
-  for (const auto& hand : rest.Hands()) ASSERT_GT(OmahaPercentile(hand), 12.5);
+  for (const auto& hand : range.Hands()) ASSERT_LE(*OmahaPercentile(hand), 12.5);
+  for (const auto& hand : rest.Hands()) ASSERT_GT(*OmahaPercentile(hand), 12.5);
 
   EXPECT_EQ(Within<kCards>(12.5, 100), rest);
   auto together = Within<kCards>(0, 5);
@@ -113,7 +141,7 @@ TYPED_TEST(OmahaOrderOf, PercentilesSayWhoComesWithin) {
 
 TEST(OmahaOrder, EndsAreTheBestAndTheWorstHand) {
   const auto percentile = [](const char* hand) {
-    return OmahaPercentile(ParseCards(hand).cards) * 270725 / 100;
+    return *OmahaPercentile(ParseCards(hand).cards) * 270725 / 100;
   };
   EXPECT_DOUBLE_EQ(percentile("TdAcTcAd"), 6);
   EXPECT_DOUBLE_EQ(percentile("2c2d2h2s"), 270725);

@@ -69,6 +69,7 @@ void CompareWithStdSet() {
 TEST(OmahaSpec, IsASetOfHands) {
   CompareWithStdSet<4>();
   CompareWithStdSet<5>();
+  CompareWithStdSet<6>();
 }
 
 }  // namespace

@@ -24,6 +24,7 @@ OmahaSpec<cards> Read(const std::string& text) {
 
 int Count4(const std::string& text) { return Read<4>(text).Count(); }
 int Count5(const std::string& text) { return Read<5>(text).Count(); }
+int Count6(const std::string& text) { return Read<6>(text).Count(); }
 
 template <int cards>
 std::string Written(const OmahaSpec<cards>& range) {
@@ -115,6 +116,7 @@ void ComparePatterns(int trials) {
 TEST(OmahaText, PatternsHoldTheHandsWhoseCardsFitInSomeOrder) {
   ComparePatterns<4>(300);
   ComparePatterns<5>(60);
+  ComparePatterns<6>(4);
 }
 
 TEST(OmahaText, CountsAreThoseOfArithmetic) {
@@ -152,6 +154,20 @@ TEST(OmahaText, CountsAreThoseOfArithmetic) {
   EXPECT_EQ(Count5("xxxxx:3"), split311 + split32);
   EXPECT_EQ(Count5("xxxxx:ds:3"), split221 + split311 + split32);
   EXPECT_EQ(Count5("xxxxx:4") + Count5("xxxxx:5"), 12 * 715 * 13 + 4 * 1287);
+
+  EXPECT_EQ(Count6("AAxxxx"), 6 * 194580 + 4 * 17296 + 1128);
+  EXPECT_EQ(Count6("AKQJT9"), 4096);
+  EXPECT_EQ(Count6("AsKsQsJsTs9s,AsKsQsJsTs9h"), 2);
+  EXPECT_EQ(Count6("random"), 20358520);
+  // Suits that have so many cards, and ways to choose them; of a suit 13, 78, 286, 715, 1287, 1716.
+  const int split2211 = 6 * 78 * 78 * 169, split222 = 4 * 78 * 78 * 78, split3111 = 4 * 286 * 2197,
+            split321 = 24 * 286 * 78 * 13, split33 = 6 * 286 * 286, split411 = 12 * 715 * 169,
+            split42 = 12 * 715 * 78;
+  EXPECT_EQ(Count6("xxxxxx:ts"), split222);
+  EXPECT_EQ(Count6("random:ds"), split2211 + split321 + split33 + split42);
+  EXPECT_EQ(Count6("random:3"), split3111 + split321 + split33);
+  EXPECT_EQ(Count6("random:4"), split411 + split42);
+  EXPECT_EQ(Count6("random:5:6"), 12 * 1287 * 13 + 4 * 1716);
 }
 
 TEST(OmahaText, PiecesAreAddedAndTakenOffFromTheLeft) {
@@ -219,6 +235,14 @@ TEST(OmahaText, AnErrorSaysWhereWhatAndWhy) {
   EXPECT_EQ(ParseOmahaRange<5>("AAAAA").position, 0u);
   EXPECT_NE(ParseOmahaRange<5>("AAAAA").error, "");
   EXPECT_EQ(ParseOmahaRange<5>("AAxx").position, 4u);
+  EXPECT_NE(ParseOmahaRange<6>("AAxxxx:ss").error.find("ds, ts, 3, 4, 5, 6"), std::string::npos);
+  for (const auto& [text, position] :
+       {std::pair("AAxxxx,15%", 7u), {"AAxxxx 5%-20%:ds", 7u}, {"AAxxxx!10%", 7u}}) {
+    const OmahaRangeResult<6> read = ParseOmahaRange<6>(text);
+    EXPECT_TRUE(read.range.Empty());
+    EXPECT_NE(read.error.find("omaha6 has no order of strength yet"), std::string::npos) << text;
+    EXPECT_EQ(read.position, position) << text;
+  }
 }
 
 TEST(OmahaTextSlow, AHostileTextEndsWithAnError) {
@@ -255,6 +279,9 @@ TEST(OmahaTextSlow, IsShort) {
     EXPECT_EQ(Written(Read<5>(text)), text);
   }
   EXPECT_EQ(Written(Read<4>("AA[2-K][2-K]")), "AAxx!AAAx");
+  for (const char* text : {"random", "AAxxxx:ts", "KQJT9x:ds", "AsKsQsJsTs9h"}) {
+    EXPECT_EQ(Written(Read<6>(text)), text);
+  }
 }
 
 template <int cards>
@@ -298,6 +325,16 @@ void ReadBackRandomTexts(int trials) {
 TEST(OmahaTextSlow, EveryWrittenRangeReadsBack) {
   ReadBackRandomTexts<4>(60);
   ReadBackRandomTexts<5>(8);
+  // Of six cards narrow ones, which are written fast, and the same with holes.
+  for (const char* text : {"AKQJTx:ts,KKQQ99", "KKQQJ9:ds,AKQJT9!AsKhxxxx"}) {
+    OmahaSpec<6> range = Read<6>(text);
+    ReadBack(range, text);
+    int number = 0;
+    for (const auto& hand : range.Hands()) {
+      if (++number % 1000 == 0) range.Erase(hand);
+    }
+    ReadBack(range, text);
+  }
   std::mt19937 random(12);
   for (const unsigned share : {2U, 1000U, 100000U}) {
     OmahaSpec<4> range;
@@ -347,7 +384,14 @@ TEST(OmahaHandName, UsesTheWordsOfPlayers) {
       {"AsAhKsKhQd", "double pair of aces and kings, double-suited"},
       {"AsKsQsJhTh", "broadway rundown, double-suited with three of a suit"},
       {"9s9h8s7d6c", "pair of nines with connectors, single-suited"},
-      {"As2s3s4s5s", "wheel rundown, five of a suit"}};
+      {"As2s3s4s5s", "wheel rundown, five of a suit"},
+      {"AsAhAdKsKhKd", "trip aces and trip kings, triple-suited"},
+      {"AsAhKsKhQdQc", "triple pair of aces and kings and queens, double-suited"},
+      {"9s9h8s7d6c5c", "pair of nines with connectors, double-suited"},
+      {"AsAhAdAcKsKh", "quad aces and kings, double-suited"},
+      {"Js9s8s7h6h5h", "one-gap rundown, double-suited with three of each"},
+      {"As2s3s4s5s9h", "rundown with a dangler, five of a suit"},
+      {"KsQsJsTs9s8s", "rundown, six of a suit"}};
   for (const auto& [cards, name] : names) {
     EXPECT_EQ(OmahaHandName(ParseCards(cards).cards), name) << cards;
   }
