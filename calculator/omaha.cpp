@@ -323,7 +323,7 @@ std::optional<double> OmahaAgainstEveryCost(const CheckedQuestion& question) {
   }
   // Many boards are alike; with four cards it takes 0.4 s before the flop.
   const double boards = 500 + BoardsOf(question) * (question.board().empty() ? 80 : 400);
-  constexpr double kBySize[] = {1, 3, 14};
+  constexpr double kBySize[] = {1, 3, 8};
   static_assert(std::size(kBySize) == kOmahaHandSizes.size());
   return boards * kBySize[question.rules().hand_size - kOmahaHandSizes[0]] *
          (question.rules().high_low ? 3 : 1);

@@ -1,45 +1,50 @@
 #include "kernels/card_graph.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "cards/omaha_sizes.h"
 
 namespace pokermath {
 
-// Ways to choose so many of the cards `among` that all are joined, the first one of `first`.
-template <int size>
-[[gnu::always_inline]] inline std::int64_t LiveCards::Cliques(const CardGraph& graph,
-                                                              std::uint64_t first,
-                                                              std::uint64_t among) const {
-  if constexpr (size == 0) {
-    return 1;
-  } else if constexpr (size == 1) {
-    return __builtin_popcountll(among);
-  } else {
-    constexpr int kChoose[5][5] = {{}, {}, {0, 0, 1}, {0, 0, 3, 1}, {0, 0, 6, 4, 1}};
-    std::int64_t cliques = 0;
+// By number of cards: ways to choose so many of the cards `among` that are all joined, those behind
+// the first card taken from `first`. One card of a vertex and two of its twins leave the same cards
+// to choose from, so all numbers are counted at once.
+template <int most>
+[[gnu::always_inline]] inline LiveCards::Cliques<most> LiveCards::CountCliques(
+    const CardGraph& graph, std::uint64_t first, std::uint64_t among) const {
+  constexpr int kChoose[5][5] = {{}, {0, 1}, {0, 2, 1}, {0, 3, 3, 1}, {0, 4, 6, 4, 1}};
+  Cliques<most> cliques{1, __builtin_popcountll(among)};
+  if constexpr (most > 1) {
     for (std::uint64_t rest = among & first; rest != 0;) {
       const std::size_t i = twins_of_bit_[static_cast<std::size_t>(__builtin_ctzll(rest))];
       rest &= ~bits_[i];
-      const std::uint64_t joined = among & graph.joined[i];
-      cliques += counts_[i] * Cliques<size - 1>(graph, first, joined);
+      const Cliques<most - 1> behind =
+          CountCliques<most - 1>(graph, first, among & graph.joined[i]);
+      for (std::size_t size = 2; size < cliques.size(); ++size) {
+        cliques[size] += counts_[i] * behind[size - 1];
+      }
       if (!graph.among_themselves[i]) continue;
       const auto& choose = kChoose[counts_[i]];
-      cliques += choose[2] * Cliques<size - 2>(graph, first, joined);
-      if constexpr (size >= 3) cliques += choose[3] * Cliques<size - 3>(graph, first, joined);
-      if constexpr (size >= 4) cliques += choose[4] * Cliques<size - 4>(graph, first, joined);
+      for (std::size_t taken = 2; taken < std::min(cliques.size(), std::size(choose)); ++taken) {
+        for (std::size_t size = taken; size < cliques.size(); ++size) {
+          cliques[size] += choose[taken] * behind[size - taken];
+        }
+      }
     }
-    return cliques;
   }
+  return cliques;
 }
 
 // With and without an instruction that counts bits.
 template <int size>
 std::int64_t LiveCards::CliquesBaseline(const CardGraph& graph, std::uint64_t first) const {
-  return Cliques<size>(graph, first, (std::uint64_t{1} << cards_) - 1);
+  return CountCliques<size>(graph, first, (std::uint64_t{1} << cards_) - 1)[size];
 }
 template <int size>
 POKERMATH_TARGET_AVX2 std::int64_t LiveCards::CliquesAvx2(const CardGraph& graph,
                                                           std::uint64_t first) const {
-  return Cliques<size>(graph, first, (std::uint64_t{1} << cards_) - 1);
+  return CountCliques<size>(graph, first, (std::uint64_t{1} << cards_) - 1)[size];
 }
 
 std::int64_t LiveCards::CountHands(Isa isa, std::size_t hand_size, const CardGraph& graph) const {

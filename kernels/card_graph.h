@@ -3,11 +3,14 @@
 #ifndef POKERMATH_KERNELS_CARD_GRAPH_H_
 #define POKERMATH_KERNELS_CARD_GRAPH_H_
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
 
+#include "eval/rank_sets.h"
 #include "platform/isa.h"
+#include "pokermath/game.h"
 
 namespace pokermath {
 
@@ -80,8 +83,14 @@ class LiveCards {
   std::int64_t CountHands(Isa isa, std::size_t hand_size, const CardGraph& graph) const;
 
  private:
-  template <int size>
-  std::int64_t Cliques(const CardGraph& graph, std::uint64_t first, std::uint64_t among) const;
+  // By number of cards; no number is larger than that of all hands.
+  template <int most>
+  using Cliques = std::array<int, static_cast<std::size_t>(most) + 1>;
+  static_assert(Choose(52, std::ranges::max(kOmahaHandSizes)) < INT32_MAX);
+
+  template <int most>
+  Cliques<most> CountCliques(const CardGraph& graph, std::uint64_t first,
+                             std::uint64_t among) const;
   template <int size>
   std::int64_t CliquesBaseline(const CardGraph& graph, std::uint64_t first) const;
   template <int size>
