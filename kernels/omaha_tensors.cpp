@@ -117,14 +117,14 @@ HandClass<hand_size> ClassOf(const std::array<std::uint8_t, hand_size>& ranks) {
   return of;
 }
 
+int HighestOf(unsigned ranks) { return 31 - std::countl_zero(ranks); }
+
 // The two highest cards of a suit.
 struct SuitedPair {
   int suit, high, low;  // ranks
 
-  SuitedPair(int of_suit, RankSet ranks)
-      : suit(of_suit),
-        high(std::bit_width(ranks) - 1),
-        low(std::bit_width(static_cast<unsigned>(ranks & ~(1u << high))) - 1) {}
+  SuitedPair(int of_suit, unsigned ranks)
+      : suit(of_suit), high(HighestOf(ranks)), low(HighestOf(ranks & ~(1u << high))) {}
   std::size_t group() const {
     return static_cast<std::size_t>(suit) * kSuitedPairs +
            static_cast<std::size_t>(high * (high - 1) / 2 + low);
