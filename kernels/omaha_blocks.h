@@ -30,7 +30,7 @@ namespace pokermath {
 /// Modulo 2^32.
 using Weight = std::uint32_t;
 static_assert(std::uint64_t{270725} * kWholeWeight < std::uint64_t{1} << 32,
-              "every hand with the largest weight fits into 32 bits");
+              "every hand of four cards with the largest weight fits into 32 bits");
 
 struct alignas(64) Lanes {
   std::array<Weight, kBlockLanes> of;
