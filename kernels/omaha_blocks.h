@@ -163,14 +163,9 @@ template <typename Register>
 POKERMATH_KERNEL void SetMask(Block<Register>& block, Weight lanes) {
   Read(block, kLaneBits.data());
   for (Register& part : block.part) {
-    part = reinterpret_cast<Register>((part & lanes) != 0);
+    part = reinterpret_cast<Register>((part & lanes) == part);
   }
 }
-template <typename Register>
-POKERMATH_KERNEL void Mask(Block<Register>& block, const Block<Register>& mask) {
-  for (std::size_t i = 0; i < block.kParts; ++i) block.part[i] &= mask.part[i];
-}
-
 struct FourRows {
   Four row[4];
 };
@@ -197,44 +192,46 @@ POKERMATH_KERNEL void SumColumns(Four& sums, const FourRows& rows) {
   sums = (rows.row[0] + rows.row[1]) + (rows.row[2] + rows.row[3]);
 }
 
+POKERMATH_KERNEL Weight SumOf(const Four& four) {
+  Four sums = four + __builtin_shufflevector(four, four, 2, 3, 0, 1);
+  sums += __builtin_shufflevector(sums, sums, 1, 0, 3, 2);
+  return sums[0];
+}
+
 // --- a class on a board ---
 
 // The suits of the cards of a block.
 struct BlockSuits {
-  unsigned head;  // of the first one of five, 0 for four
-  unsigned first, second;
+  std::size_t head;  // of the first one of five, 0 for four
+  std::size_t rest;  // of the two before the lanes, first * 4 + second
 
-  unsigned bit() const { return (head * 4 + first) * 4 + second; }
+  std::size_t bit() const { return head * 16 + rest; }
 };
 
-// The lanes that take part, as masks: by which of the cards before the second one are of the flush
-// suit, the first one counting least, and by the suit of the second. Without a flush there is one
-// for all.
-template <typename Register, std::size_t hand_size>
-struct LaneMasks {
-  static constexpr std::size_t kOfSuit = std::size_t{1} << (hand_size - 3);
-  Block<Register> of[kOfSuit * 4];
-  unsigned flush_suit;
+// The lanes of a class that take part.
+template <typename Register, std::size_t hand_size, bool with_flushes>
+class LaneMasks {
+ public:
+  POKERMATH_KERNEL LaneMasks(const ClassOnBoard<hand_size>& of, unsigned flush_suit)
+      : of_(of), flush_suit_(flush_suit) {
+    SetMask(mask_, of.lanes[0]);
+  }
+  // Clears the others in a block.
+  POKERMATH_KERNEL void Mask(const BlockSuits& at, Block<Register>& lanes) {
+    if constexpr (with_flushes) {
+      std::size_t of_suit =
+          (at.rest / 4 == flush_suit_ ? 2u : 0u) + (at.rest % 4 == flush_suit_ ? 1u : 0u);
+      if constexpr (hand_size > 4) of_suit += at.head == flush_suit_ ? 4 : 0;
+      SetMask(mask_, of_.lanes[of_suit]);
+    }
+    for (std::size_t i = 0; i < lanes.kParts; ++i) lanes.part[i] &= mask_.part[i];
+  }
 
-  POKERMATH_KERNEL const Block<Register>& For(const BlockSuits& at) const {
-    if (flush_suit == kNoSuit) return of[0];
-    unsigned place = (at.first == flush_suit ? 4 : 0) + at.second;
-    if constexpr (hand_size > 4) place += at.head == flush_suit ? 8 : 0;
-    return of[place];
-  }
+ private:
+  const ClassOnBoard<hand_size>& of_;
+  unsigned flush_suit_;
+  Block<Register> mask_;
 };
-template <typename Register, std::size_t hand_size>
-POKERMATH_KERNEL void SetMasks(LaneMasks<Register, hand_size>& masks,
-                               const ClassOnBoard<hand_size>& of, unsigned flush_suit) {
-  masks.flush_suit = flush_suit;
-  SetMask(masks.of[0], of.lanes[0]);
-  if (flush_suit == kNoSuit) return;
-  for (std::size_t i = 0; i < masks.kOfSuit; ++i) {
-    if (i > 0) SetMask(masks.of[4 * i], of.lanes[2 * i]);
-    for (std::size_t second = 1; second < 4; ++second) masks.of[4 * i + second] = masks.of[4 * i];
-    SetMask(masks.of[4 * i + flush_suit], of.lanes[2 * i + 1]);
-  }
-}
 
 // Where the sums stand for the sets of four cards of a class. Each is a tensor of suits.
 template <typename Number>
@@ -294,10 +291,11 @@ POKERMATH_KERNEL SumsOfFour<NumberOf<In>> SumsWithHead(In& in, const HandClass<5
           quads + of.TensorOf(0, 2, 3, 4)};
 }
 
-// Calls visit(first, second, sums) for some blocks of four cards: what the inserted hands weigh
-// that share no card with each hand, without the term of all four.
+// Calls visit(block, sums) for some blocks of four cards: what the inserted hands weigh that share
+// no card with each hand, without the term of all four. Of five cards a class has few of them, so
+// terms are worked out where they are needed.
 template <typename Register, typename Visit>
-POKERMATH_KERNEL void ForEachBlockOfFour(const SumsOfFour<const Weight>& in, unsigned blocks,
+POKERMATH_KERNEL void ForEachOfFewBlocks(const SumsOfFour<const Weight>& in, unsigned blocks,
                                          const Visit& visit) {
   Block<Register> of_both;
   Read(of_both, in.pair23);
@@ -332,7 +330,7 @@ POKERMATH_KERNEL void ForEachBlockOfFour(const SumsOfFour<const Weight>& in, uns
         Add(sums, of_second[second]);
         AddAll(sums, pair01[second]);
         TakeRowsAndColumns(sums, triple012 + second * 4, triple013 + second * 4);
-        visit(first, second, sums);
+        visit(std::size_t{first * 4 + second}, sums);
       } while ((row &= row - 1) != 0);
     }
     pair01 += 4;
@@ -341,16 +339,60 @@ POKERMATH_KERNEL void ForEachBlockOfFour(const SumsOfFour<const Weight>& in, uns
   }
 }
 
+// The same of many blocks, one at least. All terms of the first and the second card are worked out,
+// as which of them are asked for is hard to foresee.
+template <typename Register, typename Visit>
+POKERMATH_KERNEL void ForEachOfManyBlocks(const SumsOfFour<const Weight>& in, unsigned blocks,
+                                          const Visit& visit) {
+  Block<Register> of_both;
+  Read(of_both, in.pair23);
+  AddAll(of_both, *in.all);
+  TakeRowsAndColumns(of_both, in.single2, in.single3);
+  Block<Register> of_first[4], of_second[4];
+  for (std::size_t suit = 0; suit < 4; ++suit) {
+    const auto set = [&](Block<Register>& sums, const Weight* row, const Weight* column,
+                         Weight single, const Weight* triple) POKERMATH_INLINE {
+      Four numbers;
+      Block<Register> columns;
+      Read(numbers, row);
+      numbers -= single;
+      SetRows(sums, numbers);
+      Read(numbers, column);
+      SetColumns(columns, numbers);
+      Add(sums, columns);
+      Take(sums, triple);
+    };
+    set(of_first[suit], in.pair02 + suit * 4, in.pair03 + suit * 4, in.single0[suit],
+        in.triple023 + suit * 16);
+    set(of_second[suit], in.pair12 + suit * 4, in.pair13 + suit * 4, in.single1[suit],
+        in.triple123 + suit * 16);
+    Add(of_second[suit], of_both);
+  }
+  do {
+    const auto block = static_cast<std::size_t>(__builtin_ctz(blocks));
+    Four of_row, column;
+    Read(of_row, in.triple012 + block * 4);
+    Read(column, in.triple013 + block * 4);
+    of_row = in.pair01[block] - of_row;
+    Block<Register> sums, columns;
+    SetRows(sums, of_row);
+    SetColumns(columns, column);
+    Add(sums, of_first[block / 4]);
+    Subtract(sums, columns);
+    Add(sums, of_second[block % 4]);
+    visit(block, sums);
+  } while ((blocks &= blocks - 1) != 0);
+}
+
 // Calls visit(suits, sums) for the given blocks of a class: what the inserted hands weigh that
 // share no card with each hand, without the term of the same hand.
 template <typename Register, typename Visit>
 POKERMATH_KERNEL void ForEachBlock(const HandClass<4>& of, const Inserted<4>& in, unsigned blocks,
                                    const Visit& visit) {
-  ForEachBlockOfFour<Register>(SumsOfLastFour(in, of), blocks,
-                               [&](unsigned first, unsigned second, Block<Register>& sums)
-                                   POKERMATH_INLINE {
-                                     visit(BlockSuits{0, first, second}, sums);
-                                   });
+  ForEachOfManyBlocks<Register>(SumsOfLastFour(in, of), blocks,
+                                [&](std::size_t block, Block<Register>& sums) POKERMATH_INLINE {
+                                  visit(BlockSuits{0, block}, sums);
+                                });
 }
 template <typename Register, typename Visit>
 POKERMATH_KERNEL void ForEachBlock(const HandClass<5>& of, const Inserted<5>& in,
@@ -358,32 +400,29 @@ POKERMATH_KERNEL void ForEachBlock(const HandClass<5>& of, const Inserted<5>& in
   Block<Register> without_four[16];
   const Weight* const quads = in.quads.data() + of.TensorOf(1, 2, 3, 4);
   const std::uint64_t of_four = blocks | blocks >> 16 | blocks >> 32 | blocks >> 48;
-  ForEachBlockOfFour<Register>(SumsOfLastFour(in, of), static_cast<unsigned>(of_four & 0xFFFF),
-                               [&](unsigned first, unsigned second, Block<Register>& sums)
-                                   POKERMATH_INLINE {
-                                     Block<Register> more;
-                                     Read(more, quads + (first * 4 + second) * kBlockLanes);
-                                     Add(sums, more);
-                                     without_four[first * 4 + second] = sums;
-                                   });
+  ForEachOfFewBlocks<Register>(SumsOfLastFour(in, of), static_cast<unsigned>(of_four & 0xFFFF),
+                               [&](std::size_t block, Block<Register>& sums) POKERMATH_INLINE {
+                                 Block<Register> more;
+                                 Read(more, quads + block * kBlockLanes);
+                                 Add(sums, more);
+                                 without_four[block] = sums;
+                               });
   for (unsigned head = 0; head < 4; ++head) {
     const auto with_head = static_cast<unsigned>(blocks >> head * 16 & 0xFFFF);
     if (with_head == 0) continue;
-    ForEachBlockOfFour<Register>(SumsWithHead(in, of, head), with_head,
-                                 [&](unsigned first, unsigned second, Block<Register>& taken)
-                                     POKERMATH_INLINE {
-                                       Block<Register> sums = without_four[first * 4 + second];
-                                       Subtract(sums, taken);
-                                       visit(BlockSuits{head, first, second}, sums);
-                                     });
+    ForEachOfFewBlocks<Register>(SumsWithHead(in, of, head), with_head,
+                                 [&](std::size_t block, Block<Register>& taken) POKERMATH_INLINE {
+                                   Block<Register> sums = without_four[block];
+                                   Subtract(sums, taken);
+                                   visit(BlockSuits{head, block}, sums);
+                                 });
   }
 }
 
-// Puts in blocks of four cards, which weights(first, second, block) reads, but for the sets of all
-// four.
+// Puts in blocks of four cards, which weights(block, lanes) reads, but for the sets of all four.
 template <typename Register, typename Weights>
-POKERMATH_KERNEL void InsertBlocksOfFour(const SumsOfFour<Weight>& in, unsigned blocks,
-                                         const Weights& weights) {
+POKERMATH_KERNEL void InsertFewBlocks(const SumsOfFour<Weight>& in, unsigned blocks,
+                                      const Weights& weights) {
   Weight* triple012 = in.triple012;
   Weight* triple013 = in.triple013;
   Block<Register> of_all{};
@@ -397,7 +436,7 @@ POKERMATH_KERNEL void InsertBlocksOfFour(const SumsOfFour<Weight>& in, unsigned 
       do {
         const auto second = static_cast<unsigned>(__builtin_ctz(row));
         Block<Register> block;
-        weights(first, second, block);
+        weights(std::size_t{first * 4 + second}, block);
         Add(of_first, block);
         AddTo(in.triple123 + second * 16, block);
         FourRows of_rows;
@@ -437,15 +476,55 @@ POKERMATH_KERNEL void InsertBlocksOfFour(const SumsOfFour<Weight>& in, unsigned 
   AddTo(in.single3, all_columns);
 }
 
-// Puts in blocks of a class, which weights(suits, block) reads.
+// The same for many, one at least.
+template <typename Register, typename Weights>
+POKERMATH_KERNEL void InsertManyBlocks(const SumsOfFour<Weight>& in, unsigned blocks,
+                                       const Weights& weights) {
+  Block<Register> of_all{};
+  do {
+    const auto block = static_cast<std::size_t>(__builtin_ctz(blocks));
+    const std::size_t first = block / 4, second = block % 4;
+    const std::size_t row = first * 4, column = second * 4, place = block * 4;
+    Block<Register> lanes;
+    weights(block, lanes);
+    Add(of_all, lanes);
+    AddTo(in.triple023 + row * 4, lanes);
+    AddTo(in.triple123 + column * 4, lanes);
+    FourRows of_rows;
+    Split(of_rows, lanes);
+    Four rows, columns;
+    SumRows(rows, of_rows);
+    SumColumns(columns, of_rows);
+    AddTo(in.triple012 + place, rows);
+    AddTo(in.triple013 + place, columns);
+    AddTo(in.pair02 + row, rows);
+    AddTo(in.pair03 + row, columns);
+    AddTo(in.pair12 + column, rows);
+    AddTo(in.pair13 + column, columns);
+    const Weight sum = SumOf(columns);
+    in.pair01[block] += sum;
+    in.single0[first] += sum;
+    in.single1[second] += sum;
+  } while ((blocks &= blocks - 1) != 0);
+  AddTo(in.pair23, of_all);
+  FourRows of_rows;
+  Split(of_rows, of_all);
+  Four sums;
+  SumRows(sums, of_rows);
+  AddTo(in.single2, sums);
+  SumColumns(sums, of_rows);
+  AddTo(in.single3, sums);
+  *in.all += SumOf(sums);
+}
+
+// Puts in blocks of a class, which weights(suits, lanes) reads.
 template <typename Register, typename Weights>
 POKERMATH_KERNEL void InsertBlocks(const HandClass<4>& of, Inserted<4>& in, unsigned blocks,
                                    const Weights& weights) {
-  InsertBlocksOfFour<Register>(SumsOfLastFour(in, of), blocks,
-                               [&](unsigned first, unsigned second, Block<Register>& block)
-                                   POKERMATH_INLINE {
-                                     weights(BlockSuits{0, first, second}, block);
-                                   });
+  InsertManyBlocks<Register>(SumsOfLastFour(in, of), blocks,
+                             [&](std::size_t block, Block<Register>& lanes) POKERMATH_INLINE {
+                               weights(BlockSuits{0, block}, lanes);
+                             });
 }
 template <typename Register, typename Weights>
 POKERMATH_KERNEL void InsertBlocks(const HandClass<5>& of, Inserted<5>& in, std::uint64_t blocks,
@@ -454,21 +533,19 @@ POKERMATH_KERNEL void InsertBlocks(const HandClass<5>& of, Inserted<5>& in, std:
   for (unsigned head = 0; head < 4; ++head) {
     const auto with_head = static_cast<unsigned>(blocks >> head * 16 & 0xFFFF);
     if (with_head == 0) continue;
-    InsertBlocksOfFour<Register>(SumsWithHead(in, of, head), with_head,
-                                 [&](unsigned first, unsigned second, Block<Register>& block)
-                                     POKERMATH_INLINE {
-                                       weights(BlockSuits{head, first, second}, block);
-                                       Add(of_last_four[first * 4 + second], block);
-                                     });
+    InsertFewBlocks<Register>(SumsWithHead(in, of, head), with_head,
+                              [&](std::size_t block, Block<Register>& lanes) POKERMATH_INLINE {
+                                weights(BlockSuits{head, block}, lanes);
+                                Add(of_last_four[block], lanes);
+                              });
   }
   Weight* const quads = in.quads.data() + of.TensorOf(1, 2, 3, 4);
   const std::uint64_t of_four = blocks | blocks >> 16 | blocks >> 32 | blocks >> 48;
-  InsertBlocksOfFour<Register>(SumsOfLastFour(in, of), static_cast<unsigned>(of_four & 0xFFFF),
-                               [&](unsigned first, unsigned second, Block<Register>& block)
-                                   POKERMATH_INLINE {
-                                     block = of_last_four[first * 4 + second];
-                                     AddTo(quads + (first * 4 + second) * kBlockLanes, block);
-                                   });
+  InsertFewBlocks<Register>(SumsOfLastFour(in, of), static_cast<unsigned>(of_four & 0xFFFF),
+                            [&](std::size_t block, Block<Register>& lanes) POKERMATH_INLINE {
+                              lanes = of_last_four[block];
+                              AddTo(quads + block * kBlockLanes, lanes);
+                            });
 }
 
 }  // namespace pokermath

@@ -49,12 +49,12 @@ void ForEachRankPair(const Visit& visit) {
 
 template <std::size_t hand_size>
 void OmahaBoard<hand_size>::Set(CardSet board, std::span<const std::uint16_t> classes,
-                                bool with_lows) {
+                                bool with_lows, bool with_flushes) {
   cards_ = board;
   flush_suit_ = kNoSuit;
   for (unsigned suit = 0; suit < 4; ++suit) {
     const auto ranks = static_cast<unsigned>(board.bits() >> 13 * suit & kAllRanks);
-    if (std::popcount(ranks) < 3) continue;
+    if (!with_flushes || std::popcount(ranks) < 3) continue;
     flush_suit_ = suit;
     straight_flushes_.Set(ranks);
   }

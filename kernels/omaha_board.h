@@ -60,11 +60,13 @@ class StraightFlushes {
 template <std::size_t hand_size>
 class OmahaBoard {
  public:
-  /// @param with_lows  whether lows are asked for
-  void Set(CardSet board, std::span<const std::uint16_t> classes, bool with_lows);
+  /// @param with_lows     whether lows are asked for
+  /// @param with_flushes  whether there are flushes
+  void Set(CardSet board, std::span<const std::uint16_t> classes, bool with_lows,
+           bool with_flushes);
 
   CardSet cards() const { return cards_; }
-  /// Of which there are three cards and more.
+  /// Of which there are three cards and more, where there are flushes.
   unsigned flush_suit() const { return flush_suit_; }
   const StraightFlushes& straight_flushes() const { return straight_flushes_; }
   /// Rising by their values.

@@ -8,10 +8,12 @@
 // cards of the suit, which decide: rising groups are rising levels, and two hands of a group share
 // cards. So are the hands with the same straight flush, which come last.
 //
-// Who takes half of a pot follows from a sweep by high hands and one by lows. Who takes all of it
-// is better in both: classes are halved by their lows, those of the better half are swept by high
-// hands against those of the other one, and each half is halved again. What is left are classes
-// with the same low, which are swept for those that are not above.
+// Where there are lows, hands without one are put in first, and then those with one, each time
+// asked by all: by high hands, and of those without a low also by lows, as all that have one are
+// better. While the first ones are still in, hands with a low are swept by lows. Who takes all of
+// the pot among these is better in both: classes are halved by their lows, those of the better half
+// are swept by high hands against those of the other one, and each half is halved again. What is
+// left are classes with the same low, which are swept for those that are not above.
 
 #include "kernels/omaha_sweep.h"
 
@@ -38,21 +40,58 @@ std::uint64_t& SumAt(std::vector<std::uint64_t>& counts, std::size_t place) {
 
 constexpr int kAllLows = 256;
 
+// What contests are made of, by what is counted together.
+enum class Part {
+  kWholePot,
+  // By high hands, on boards that allow a low:
+  kNoLow,      // none with none
+  kOverNoLow,  // of a hand with a low, with those that have none
+  kOverLow,    // with those that have one
+  // Of hands with a low:
+  kLow,       // by lows, with all
+  kBothLows,  // in both, with those that have one
+};
+constexpr std::size_t kParts = 6;
+
+// The parts of a contest.
+std::span<const Part> PartsOf(OmahaContest contest) {
+  static constexpr Part kWholePot[] = {Part::kWholePot};
+  static constexpr Part kHigh[] = {Part::kNoLow, Part::kOverNoLow, Part::kOverLow};
+  static constexpr Part kLow[] = {Part::kLow};
+  static constexpr Part kNoLow[] = {Part::kNoLow};
+  static constexpr Part kHighAndLow[] = {Part::kOverNoLow, Part::kBothLows};
+  static constexpr std::array<std::span<const Part>, kOmahaContests> kOf = {kWholePot, kHigh, kLow,
+                                                                            kNoLow, kHighAndLow};
+  return kOf[static_cast<std::size_t>(contest)];
+}
+
+// Where the answers of a side go; nothing where it is not asked for.
+struct Answers {
+  Lanes* below;
+  Lanes* not_above;
+  Weight* of_flushes;
+};
+
 // A sweep: who is put in, who asks, and where the answers go.
 template <std::size_t hand_size>
 struct Sweeping {
   const OmahaTensors<hand_size>& ranges;
   std::array<Inserted<hand_size>*, 2> inserted;
-  // By side; nothing where it is not asked for.
-  std::array<Lanes*, 2> below, not_above;
-  std::array<Weight*, 2> of_flushes;
+  // By side, and by whether who asks has a low.
+  std::array<std::array<Answers, 2>, 2> answers;
   unsigned flush_suit;
-  // Classes with a low below this are put in; those with one not below that ask.
+  // Classes with a low in between are put in; those with one not below the last number ask.
+  int first_low_inserted = 0;
   int lows_inserted = kAllLows;
   int first_low_asked = 0;
 
-  bool Inserts(int low) const { return low < lows_inserted; }
+  bool Inserts(int low) const { return first_low_inserted <= low && low < lows_inserted; }
   bool Asks(int low) const { return low >= first_low_asked; }
+  // Or for those that are not above alone.
+  bool AsksBelow(std::size_t side) const { return answers[side][0].below != nullptr; }
+  const Answers& AnswersOf(std::size_t side, int low) const {
+    return answers[side][low > 0 ? 1 : 0];
+  }
 };
 
 template <std::size_t hand_size>
@@ -64,100 +103,82 @@ BlockBits<hand_size> LiveBlocks(const OmahaTensor<hand_size>& range,
   return static_cast<BlockBits<hand_size>>(range.BlocksOf(of.number).held & of.blocks);
 }
 
-// Calls visit(class, blocks, masks) for the classes of a level of which a range has blocks.
-template <typename Register, std::size_t hand_size, typename Visit>
-POKERMATH_KERNEL void ForEachClass(const OmahaTensor<hand_size>& range, Level<hand_size> level,
-                                   unsigned flush_suit, const Visit& visit) {
+// The hands of a level against what is put in so far, added to below, and to not_above where no
+// ties are to come.
+template <typename Register, bool with_flushes, bool without_ties, std::size_t hand_size>
+POKERMATH_KERNEL void AddBelow(const Sweeping<hand_size>& sweeping, std::size_t side,
+                               Level<hand_size> level) {
+  const OmahaTensor<hand_size>& range = sweeping.ranges[side];
   for (const ClassOnBoard<hand_size>& of : level) {
     const BlockBits<hand_size> live = LiveBlocks(range, of);
-    if (live == 0) continue;
-    LaneMasks<Register, hand_size> masks;
-    SetMasks(masks, of, flush_suit);
-    visit(of, live, masks);
+    if (live == 0 || !sweeping.Asks(of.low)) continue;
+    const auto blocks = range.BlocksOf(of.number);
+    Lanes* const all_below = sweeping.AnswersOf(side, of.low).below;
+    Lanes* const all_not_above = sweeping.AnswersOf(side, of.low).not_above;
+    LaneMasks<Register, hand_size, with_flushes> masks(of, sweeping.flush_suit);
+    ForEachBlock<Register>(*of.hand_class, *sweeping.inserted[1 - side], live,
+                           [&](const BlockSuits& at, Block<Register>& sums) POKERMATH_INLINE {
+                             const std::size_t place = blocks.Of(at.bit());
+                             masks.Mask(at, sums);
+                             AddTo(all_below[place].of.data(), sums);
+                             if (without_ties) AddTo(all_not_above[place].of.data(), sums);
+                           });
   }
 }
 
-// What the hands of a side beat; and without ties to come, what they do not lose to.
-template <typename Register, std::size_t hand_size>
-POKERMATH_KERNEL void AddBelow(const Sweeping<hand_size>& sweeping, std::size_t side,
-                               Level<hand_size> level, bool ties) {
-  const OmahaTensor<hand_size>& range = sweeping.ranges[side];
-  Lanes* const all_below = sweeping.below[side];
-  Lanes* const all_not_above = ties ? nullptr : sweeping.not_above[side];
-  if (all_below == nullptr && all_not_above == nullptr) return;
-  ForEachClass<Register>(range, level, sweeping.flush_suit,
-                         [&](const ClassOnBoard<hand_size>& of, BlockBits<hand_size> live,
-                             const LaneMasks<Register, hand_size>& masks) {
-                           if (!sweeping.Asks(of.low)) return;
-                           const auto blocks = range.BlocksOf(of.number);
-                           ForEachBlock<Register>(*of.hand_class, *sweeping.inserted[1 - side],
-                                                  live,
-                                                  [&](const BlockSuits& at, Block<Register>& sums) {
-                                                    Mask(sums, masks.For(at));
-                                                    const std::size_t place = blocks.Of(at.bit());
-                                                    if (all_below != nullptr)
-                                                      AddTo(all_below[place].of.data(), sums);
-                                                    if (all_not_above != nullptr)
-                                                      AddTo(all_not_above[place].of.data(), sums);
-                                                  });
-                         });
-}
-
-// What they do not lose to, behind the level.
-template <typename Register, std::size_t hand_size>
+// The same behind the level.
+template <typename Register, bool with_flushes, std::size_t hand_size>
 POKERMATH_KERNEL void AddNotAbove(const Sweeping<hand_size>& sweeping, std::size_t side,
                                   Level<hand_size> level) {
   const OmahaTensor<hand_size>& range = sweeping.ranges[side];
-  const std::span<const std::uint32_t> weights = sweeping.ranges[1 - side].weights();
+  const Weight* const weights = sweeping.ranges[1 - side].weights().data();
   const std::uint32_t* const twins = range.twins().data();
-  Lanes* const all_not_above = sweeping.not_above[side];
-  ForEachClass<Register>(range, level, sweeping.flush_suit,
-                         [&](const ClassOnBoard<hand_size>& of, BlockBits<hand_size> live,
-                             const LaneMasks<Register, hand_size>& masks) {
-                           if (!sweeping.Asks(of.low)) return;
-                           const auto blocks = range.BlocksOf(of.number);
-                           // The same hand is put in with its class.
-                           const bool with_same = sweeping.Inserts(of.low);
-                           ForEachBlock<Register>(
-                               *of.hand_class, *sweeping.inserted[1 - side], live,
-                               [&](const BlockSuits& at, Block<Register>& sums) {
-                                 const std::size_t place = blocks.Of(at.bit());
-                                 if (with_same) {
-                                   Block<Register> same;
-                                   Read(same, weights.data() + twins[place] * kBlockLanes);
-                                   // With the sign of its term.
-                                   if constexpr (hand_size % 2 == 0) {
-                                     Add(sums, same);
-                                   } else {
-                                     Subtract(sums, same);
-                                   }
-                                 }
-                                 Mask(sums, masks.For(at));
-                                 AddTo(all_not_above[place].of.data(), sums);
-                               });
-                         });
+  for (const ClassOnBoard<hand_size>& of : level) {
+    const BlockBits<hand_size> live = LiveBlocks(range, of);
+    if (live == 0 || !sweeping.Asks(of.low)) continue;
+    const auto blocks = range.BlocksOf(of.number);
+    Lanes* const all_not_above = sweeping.AnswersOf(side, of.low).not_above;
+    // The same hand is put in with its class.
+    const bool with_same = sweeping.Inserts(of.low);
+    LaneMasks<Register, hand_size, with_flushes> masks(of, sweeping.flush_suit);
+    ForEachBlock<Register>(*of.hand_class, *sweeping.inserted[1 - side], live,
+                           [&](const BlockSuits& at, Block<Register>& sums) POKERMATH_INLINE {
+                             const std::size_t place = blocks.Of(at.bit());
+                             if (with_same) {
+                               Block<Register> same;
+                               Read(same, weights + twins[place] * kBlockLanes);
+                               // With the sign of its term.
+                               if constexpr (hand_size % 2 == 0) {
+                                 Add(sums, same);
+                               } else {
+                                 Subtract(sums, same);
+                               }
+                             }
+                             masks.Mask(at, sums);
+                             AddTo(all_not_above[place].of.data(), sums);
+                           });
+  }
 }
 
-template <typename Register, std::size_t hand_size>
+template <typename Register, bool with_flushes, std::size_t hand_size>
 POKERMATH_KERNEL void Insert(const Sweeping<hand_size>& sweeping, std::size_t side,
                              Level<hand_size> level) {
   const OmahaTensor<hand_size>& range = sweeping.ranges[side];
-  const std::uint32_t* const all_weights = range.weights().data();
-  ForEachClass<Register>(range, level, sweeping.flush_suit,
-                         [&](const ClassOnBoard<hand_size>& of, BlockBits<hand_size> live,
-                             const LaneMasks<Register, hand_size>& masks) {
-                           if (!sweeping.Inserts(of.low)) return;
-                           const auto blocks = range.BlocksOf(of.number);
-                           InsertBlocks<Register>(
-                               *of.hand_class, *sweeping.inserted[side], live,
-                               [&](const BlockSuits& at, Block<Register>& weights) {
-                                 Read(weights, all_weights + blocks.Of(at.bit()) * kBlockLanes);
-                                 Mask(weights, masks.For(at));
-                               });
-                         });
+  const Weight* const weights = range.weights().data();
+  for (const ClassOnBoard<hand_size>& of : level) {
+    const BlockBits<hand_size> live = LiveBlocks(range, of);
+    if (live == 0 || !sweeping.Inserts(of.low)) continue;
+    const auto blocks = range.BlocksOf(of.number);
+    LaneMasks<Register, hand_size, with_flushes> masks(of, sweeping.flush_suit);
+    InsertBlocks<Register>(*of.hand_class, *sweeping.inserted[side], live,
+                           [&](const BlockSuits& at, Block<Register>& lanes) POKERMATH_INLINE {
+                             Read(lanes, weights + blocks.Of(at.bit()) * kBlockLanes);
+                             masks.Mask(at, lanes);
+                           });
+  }
 }
 
-template <typename Register, std::size_t hand_size>
+template <typename Register, bool with_flushes, std::size_t hand_size>
 POKERMATH_KERNEL void SweepLevel(const Sweeping<hand_size>& sweeping, Level<hand_size> level) {
   std::array<bool, 2> asks{}, inserts{};
   for (const ClassOnBoard<hand_size>& of : level) {
@@ -168,13 +189,30 @@ POKERMATH_KERNEL void SweepLevel(const Sweeping<hand_size>& sweeping, Level<hand
     }
   }
   for (const std::size_t side : {0u, 1u}) {
-    if (asks[side]) AddBelow<Register>(sweeping, side, level, inserts[1 - side]);
+    if (!asks[side]) continue;
+    if (!sweeping.AsksBelow(side)) continue;
+    if (inserts[1 - side]) {
+      AddBelow<Register, with_flushes, false>(sweeping, side, level);
+    } else {
+      AddBelow<Register, with_flushes, true>(sweeping, side, level);
+    }
   }
   for (const std::size_t side : {0u, 1u}) {
-    if (inserts[side]) Insert<Register>(sweeping, side, level);
+    if (inserts[side]) Insert<Register, with_flushes>(sweeping, side, level);
   }
   for (const std::size_t side : {0u, 1u}) {
-    if (asks[side] && inserts[1 - side]) AddNotAbove<Register>(sweeping, side, level);
+    if (asks[side] && (inserts[1 - side] || !sweeping.AsksBelow(side))) {
+      AddNotAbove<Register, with_flushes>(sweeping, side, level);
+    }
+  }
+}
+
+template <typename Register, std::size_t hand_size>
+POKERMATH_KERNEL void SweepLevel(const Sweeping<hand_size>& sweeping, Level<hand_size> level) {
+  if (sweeping.flush_suit == kNoSuit) {
+    SweepLevel<Register, false>(sweeping, level);
+  } else {
+    SweepLevel<Register, true>(sweeping, level);
   }
 }
 
@@ -289,7 +327,7 @@ void ClearParts(const HandClass<hand_size>& of, Inserted<hand_size>& in) {
 
 // Those with a low below a limit; the others are left.
 template <typename List, typename LowOf>
-List SplitOff(List& list, int limit, const LowOf& low_of) {
+List SplitOffList(List& list, int limit, const LowOf& low_of) {
   List below;
   std::size_t left = 0;
   for (const auto& item : list) {
@@ -307,15 +345,16 @@ List SplitOff(List& list, int limit, const LowOf& low_of) {
 
 template <std::size_t hand_size>
 struct OmahaSweep<hand_size>::State {
-  State(Isa isa, const OmahaTensors<hand_size>& of_ranges, bool with_lows);
+  State(Isa isa, const OmahaTensors<hand_size>& of_ranges, bool with_lows,
+        OmahaSweepPart of_contests);
 
   void Count(CardSet board);
   void CountAll();
   std::vector<OmahaCounts> CountsOf(std::size_t side, OmahaContest contest);
 
  private:
-  // Sums of a contest for the hands of a side.
-  struct OfContest {
+  // Sums of a part for the hands of a side.
+  struct OfPart {
     Counts below, not_above;
     // Of the suited hands: what is to be added to both, and to the second.
     std::vector<Weight> of_flushes, of_flushes_not_above;
@@ -324,16 +363,14 @@ struct OmahaSweep<hand_size>::State {
       std::vector<std::uint64_t> below, not_above, of_flushes, of_flushes_not_above;
     } wide;
   };
-  OfContest& Sums(std::size_t side, OmahaContest contest) {
-    return sums_[side][static_cast<std::size_t>(contest)];
-  }
+  OfPart& Sums(std::size_t side, Part part) { return sums_[side][static_cast<std::size_t>(part)]; }
 
   template <typename Of>
   void Spread(std::size_t side, Of& sums) const;
-  static void Widen(OfContest& sums);
+  static void Widen(OfPart& sums);
   void MakeRoom();
   void Clear(const Field<hand_size>& field);
-  Sweeping<hand_size> SweepingInto(OmahaContest contest);
+  Sweeping<hand_size> SweepingInto(Part of_no_low, Part of_low);
   void SetField();
   void Sweep(const Sweeping<hand_size>& sweeping, const Field<hand_size>& field);
   void SweepClasses(const Sweeping<hand_size>& sweeping, Level<hand_size> classes);
@@ -345,14 +382,17 @@ struct OmahaSweep<hand_size>::State {
                   const Without& without);
   void InsertGroup(std::size_t side, const Group& group,
                    std::span<const FlushHand<hand_size>> few_hands);
-  void SweepLows(Field<hand_size> field);
+  void SweepLows(const Field<hand_size>& field);
+  void SweepHighWithLows();
   void SweepHighAndLow(Field<hand_size> field);
+  Field<hand_size> SplitOff(Field<hand_size>& field, int limit) const;
   int LowOf(const FlushHand<hand_size>& flush) const {
     return board_.LowOf(flush.hand->hand_class);
   }
 
   const OmahaTensors<hand_size>& ranges_;
   bool high_low_;
+  OmahaSweepPart part_;
   SweepLevelFunction<hand_size> sweep_level_;
   // Empty between sweeps.
   std::unique_ptr<std::array<Inserted<hand_size>, 2>> inserted_ =
@@ -361,23 +401,24 @@ struct OmahaSweep<hand_size>::State {
   Field<hand_size> field_;
   std::array<WithoutPair<hand_size>, 2> added_{};  // by the group that is being swept
 
-  std::array<std::array<OfContest, kOmahaContests>, 2> sums_;
+  std::array<std::array<OfPart, kParts>, 2> sums_;
   std::uint64_t boards_of_room_ = 1;  // boards that 32 bits have room for
   std::uint64_t boards_ = 0;
 };
 
 template <std::size_t hand_size>
 OmahaSweep<hand_size>::State::State(Isa isa, const OmahaTensors<hand_size>& of_ranges,
-                                    bool with_lows)
+                                    bool with_lows, OmahaSweepPart of_contests)
     : ranges_(of_ranges),
       high_low_(with_lows),
+      part_(of_contests),
       sweep_level_(isa == Isa::kBaseline ? SweepLevelBaseline<hand_size>
                                          : SweepLevelAvx2<hand_size>) {
   std::uint64_t most = 1;
   for (const std::size_t side : {0u, 1u}) {
     most = std::max(most, ranges_[side].weight());
-    for (std::size_t i = 0; i < (high_low_ ? kOmahaContests : 1); ++i) {
-      OfContest& sums = sums_[side][i];
+    for (std::size_t i = 0; i < (high_low_ ? kParts : 1); ++i) {
+      OfPart& sums = sums_[side][i];
       sums.below.resize(ranges_[side].blocks());
       sums.not_above.resize(ranges_[side].blocks());
       sums.of_flushes.resize(ranges_[side].suited().size());
@@ -406,7 +447,7 @@ void OmahaSweep<hand_size>::State::Spread(std::size_t side, Of& sums) const {
 
 // Moves sums to 64 bits.
 template <std::size_t hand_size>
-void OmahaSweep<hand_size>::State::Widen(OfContest& sums) {
+void OmahaSweep<hand_size>::State::Widen(OfPart& sums) {
   const auto move = [](std::span<Weight> from, std::uint64_t* to) {
     for (std::size_t i = 0; i < from.size(); ++i) to[i] += from[i];
     std::ranges::fill(from, Weight{0});
@@ -436,20 +477,23 @@ void OmahaSweep<hand_size>::State::MakeRoom() {
 template <std::size_t hand_size>
 std::vector<OmahaCounts> OmahaSweep<hand_size>::State::CountsOf(std::size_t side,
                                                                 OmahaContest contest) {
-  OfContest& sums = Sums(side, contest);
-  std::vector<OmahaCounts> counts;
-  counts.reserve(ranges_[side].size());
-  const auto read = [&](auto& from) {
+  std::vector<OmahaCounts> counts(ranges_[side].size());
+  const auto add = [&](auto& from) {
     Spread(side, from);
-    for (const std::uint32_t place : ranges_[side].places()) {
-      counts.push_back({SumAt(from.below, place), SumAt(from.not_above, place)});
+    for (std::size_t i = 0; i < counts.size(); ++i) {
+      const std::uint32_t place = ranges_[side].places()[i];
+      counts[i].below += SumAt(from.below, place);
+      counts[i].not_above += SumAt(from.not_above, place);
     }
   };
-  if (sums.wide.below.empty()) {
-    read(sums);
-  } else {
-    Widen(sums);
-    read(sums.wide);
+  for (const Part part : PartsOf(contest)) {
+    OfPart& sums = Sums(side, part);
+    if (sums.wide.below.empty()) {
+      add(sums);
+    } else {
+      Widen(sums);
+      add(sums.wide);
+    }
   }
   return counts;
 }
@@ -473,14 +517,17 @@ void OmahaSweep<hand_size>::State::Clear(const Field<hand_size>& field) {
   }
 }
 
+// A sweep whose answers for hands without a low, and with one, are parts.
 template <std::size_t hand_size>
-Sweeping<hand_size> OmahaSweep<hand_size>::State::SweepingInto(OmahaContest contest) {
+Sweeping<hand_size> OmahaSweep<hand_size>::State::SweepingInto(Part of_no_low, Part of_low) {
   Sweeping<hand_size> sweeping = {
-      ranges_, {&(*inserted_)[0], &(*inserted_)[1]}, {}, {}, {}, board_.flush_suit()};
+      ranges_, {&(*inserted_)[0], &(*inserted_)[1]}, {}, board_.flush_suit()};
   for (const std::size_t side : {0u, 1u}) {
-    sweeping.below[side] = Sums(side, contest).below.data();
-    sweeping.not_above[side] = Sums(side, contest).not_above.data();
-    sweeping.of_flushes[side] = Sums(side, contest).of_flushes.data();
+    for (const std::size_t has_low : {0u, 1u}) {
+      OfPart& sums = Sums(side, has_low == 0 ? of_no_low : of_low);
+      sweeping.answers[side][has_low] = {sums.below.data(), sums.not_above.data(),
+                                         sums.of_flushes.data()};
+    }
   }
   return sweeping;
 }
@@ -565,7 +612,8 @@ void OmahaSweep<hand_size>::State::SweepFlush(const Sweeping<hand_size>& sweepin
         Rest(other)[hand.others] - Largest(other)[hand.with_high] - Largest(other)[hand.with_low];
     if (side == 1 && inserts) all_others += hand.same;
     below += hand_size % 2 == 0 ? all_others : -all_others;
-    sweeping.of_flushes[side][&hand - ranges_[side].suited().data()] += below;
+    const std::ptrdiff_t number = &hand - ranges_[side].suited().data();
+    sweeping.AnswersOf(side, low).of_flushes[number] += below;
   }
   if (!inserts) return;
   Inserted<hand_size>& own = *sweeping.inserted[side];
@@ -664,27 +712,53 @@ void OmahaSweep<hand_size>::State::Sweep(const Sweeping<hand_size>& sweeping,
   // Each as a group of its own: those with the same one share cards.
   for (const FlushHand<hand_size>& flush : field.straight_flushes)
     SweepGroup(sweeping, {&flush, 1});
-  Clear(field);
 }
 
-// All hands by their lows, which know no suits.
+// Hands with a low by their lows, which know no suits. Those without one are put in already.
 template <std::size_t hand_size>
-void OmahaSweep<hand_size>::State::SweepLows(Field<hand_size> field) {
-  std::vector<ClassOnBoard<hand_size>>& classes = field.classes;
-  classes.insert(classes.end(), field.full_classes.begin(), field.full_classes.end());
-  for (ClassOnBoard<hand_size>& of : classes) {
-    of.value = of.low;
-    of.blocks = of.live_blocks;
-    of.lanes.fill(of.live_lanes);
+void OmahaSweep<hand_size>::State::SweepLows(const Field<hand_size>& field) {
+  std::vector<ClassOnBoard<hand_size>> classes;
+  for (const std::vector<ClassOnBoard<hand_size>>* all : {&field.classes, &field.full_classes}) {
+    for (const ClassOnBoard<hand_size>& of : *all) {
+      if (of.low == 0) continue;
+      ClassOnBoard<hand_size>& by_low = classes.emplace_back(of);
+      by_low.value = of.low;
+      by_low.blocks = of.live_blocks;
+      by_low.lanes.fill(of.live_lanes);
+    }
   }
   std::ranges::stable_sort(classes, {}, &ClassOnBoard<hand_size>::low);
-  Sweeping<hand_size> sweeping = SweepingInto(OmahaContest::kLow);
+  Sweeping<hand_size> sweeping = SweepingInto(Part::kLow, Part::kLow);
   sweeping.flush_suit = kNoSuit;
-  sweeping.first_low_asked = 1;
   SweepClasses(sweeping, classes);
-  Clear(field);
 }
 
+// All hands by high hands, against those without a low and those with one.
+template <std::size_t hand_size>
+void OmahaSweep<hand_size>::State::SweepHighWithLows() {
+  Sweeping<hand_size> over_no_low = SweepingInto(Part::kNoLow, Part::kOverNoLow);
+  over_no_low.lows_inserted = 1;
+  Sweep(over_no_low, field_);
+  if (part_ == OmahaSweepPart::kAll) SweepLows(field_);
+  Clear(field_);
+  Sweeping<hand_size> over_low = SweepingInto(Part::kOverLow, Part::kOverLow);
+  over_low.first_low_inserted = 1;
+  Sweep(over_low, field_);
+  Clear(field_);
+}
+
+// The part of a field with a low below a limit; the rest is left.
+template <std::size_t hand_size>
+Field<hand_size> OmahaSweep<hand_size>::State::SplitOff(Field<hand_size>& field, int limit) const {
+  const auto low_of_class = [](const ClassOnBoard<hand_size>& of) { return of.low; };
+  const auto low_of_flush = [this](const FlushHand<hand_size>& of) { return LowOf(of); };
+  return {SplitOffList(field.classes, limit, low_of_class),
+          SplitOffList(field.full_classes, limit, low_of_class),
+          SplitOffList(field.flushes, limit, low_of_flush),
+          SplitOffList(field.straight_flushes, limit, low_of_flush)};
+}
+
+// Those with a low in both.
 template <std::size_t hand_size>
 void OmahaSweep<hand_size>::State::SweepHighAndLow(Field<hand_size> field) {
   std::vector<int> lows;
@@ -694,40 +768,40 @@ void OmahaSweep<hand_size>::State::SweepHighAndLow(Field<hand_size> field) {
   }
   if (lows.empty()) return;
   std::ranges::sort(lows);
-  if (lows.back() == 0) return Sweep(SweepingInto(OmahaContest::kNoLow), field);
-  Sweeping<hand_size> sweeping = SweepingInto(OmahaContest::kHighAndLow);
+  Sweeping<hand_size> sweeping = SweepingInto(Part::kBothLows, Part::kBothLows);
   if (lows.front() == lows.back()) {
     for (const std::size_t side : {0u, 1u}) {
-      sweeping.below[side] = nullptr;
-      sweeping.of_flushes[side] = Sums(side, OmahaContest::kHighAndLow).of_flushes_not_above.data();
+      Weight* const of_flushes = Sums(side, Part::kBothLows).of_flushes_not_above.data();
+      for (Answers& answers : sweeping.answers[side]) {
+        answers.below = nullptr;
+        answers.of_flushes = of_flushes;
+      }
     }
-    return Sweep(sweeping, field);
+    Sweep(sweeping, field);
+    return Clear(field);
   }
   // The low in the middle, or the next one where it is the lowest.
   int limit = lows[lows.size() / 2];
   if (limit == lows.front()) limit = *std::ranges::upper_bound(lows, limit);
   sweeping.lows_inserted = sweeping.first_low_asked = limit;
   Sweep(sweeping, field);
-  const auto low_of_class = [](const ClassOnBoard<hand_size>& of) { return of.low; };
-  const auto low_of_flush = [this](const FlushHand<hand_size>& of) { return LowOf(of); };
-  Field<hand_size> below;
-  below.classes = SplitOff(field.classes, limit, low_of_class);
-  below.full_classes = SplitOff(field.full_classes, limit, low_of_class);
-  below.flushes = SplitOff(field.flushes, limit, low_of_flush);
-  below.straight_flushes = SplitOff(field.straight_flushes, limit, low_of_flush);
-  SweepHighAndLow(std::move(below));
+  Clear(field);
+  SweepHighAndLow(SplitOff(field, limit));
   SweepHighAndLow(std::move(field));
 }
 
 template <std::size_t hand_size>
 void OmahaSweep<hand_size>::State::Count(CardSet board) {
   MakeRoom();
-  board_.Set(board, ranges_.classes(), high_low_);
+  board_.Set(board, ranges_.classes(), high_low_, part_ != OmahaSweepPart::kButLowWithoutFlushes);
   SetField();
-  if (!board_.has_lows()) return Sweep(SweepingInto(OmahaContest::kWholePot), field_);
-  Sweep(SweepingInto(OmahaContest::kHigh), field_);
-  SweepLows(field_);
-  SweepHighAndLow(field_);
+  if (!board_.has_lows()) {
+    Sweep(SweepingInto(Part::kWholePot, Part::kWholePot), field_);
+    return Clear(field_);
+  }
+  SweepHighWithLows();
+  SplitOff(field_, 1);
+  SweepHighAndLow(std::move(field_));
 }
 
 template <std::size_t hand_size>
@@ -741,14 +815,16 @@ void OmahaSweep<hand_size>::State::CountAll() {
         {&HandClasses<hand_size>()[number], number, 0, 0, kAllBlocks, kAll, kAllBlocks, {}});
     field.classes.back().lanes.fill(kAll);
   }
-  Sweeping<hand_size> sweeping = SweepingInto(OmahaContest::kWholePot);
+  Sweeping<hand_size> sweeping = SweepingInto(Part::kWholePot, Part::kWholePot);
   sweeping.flush_suit = kNoSuit;
   Sweep(sweeping, field);
+  Clear(field);
 }
 
 template <std::size_t hand_size>
-OmahaSweep<hand_size>::OmahaSweep(Isa isa, const OmahaTensors<hand_size>& ranges, bool high_low)
-    : state_(std::make_unique<State>(isa, ranges, high_low)) {}
+OmahaSweep<hand_size>::OmahaSweep(Isa isa, const OmahaTensors<hand_size>& ranges, bool high_low,
+                                  OmahaSweepPart part)
+    : state_(std::make_unique<State>(isa, ranges, high_low, part)) {}
 template <std::size_t hand_size>
 OmahaSweep<hand_size>::~OmahaSweep() = default;
 template <std::size_t hand_size>

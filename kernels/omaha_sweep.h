@@ -33,6 +33,9 @@ enum class OmahaContest {
 };
 inline constexpr std::size_t kOmahaContests = 5;
 
+/// Which contests are counted. What flushes change is the difference of the other two.
+enum class OmahaSweepPart { kAll, kButLow, kButLowWithoutFlushes };
+
 /// Counts one board after the other; sums are kept for every hand. Not for several threads at once.
 template <std::size_t hand_size>
 class OmahaSweep {
@@ -40,7 +43,8 @@ class OmahaSweep {
   /// @param isa       instructions to use; the machine must have them
   /// @param ranges    has to outlive this; the weights of a range add up to less than 2^32
   /// @param high_low  whether there are lows
-  OmahaSweep(Isa isa, const OmahaTensors<hand_size>& ranges, bool high_low);
+  OmahaSweep(Isa isa, const OmahaTensors<hand_size>& ranges, bool high_low,
+             OmahaSweepPart part = OmahaSweepPart::kAll);
   ~OmahaSweep();
 
   /// Adds a board of three to five cards. Hands that share a card with it get nothing.

@@ -8,6 +8,7 @@
 #ifndef POKERMATH_KERNELS_OMAHA_TENSORS_H_
 #define POKERMATH_KERNELS_OMAHA_TENSORS_H_
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstddef>
@@ -99,8 +100,8 @@ class OmahaTensor {
     std::uint32_t first = 0;
     BlockBits<hand_size> held = 0;  ///< those that there are
 
-    bool Has(unsigned bit) const { return (held >> bit & 1) != 0; }
-    std::size_t Of(unsigned bit) const {
+    bool Has(std::size_t bit) const { return (held >> bit & 1) != 0; }
+    std::size_t Of(std::size_t bit) const {
       const auto before =
           static_cast<BlockBits<hand_size>>(held & ((BlockBits<hand_size>{1} << bit) - 1));
       return first + static_cast<std::size_t>(std::popcount(before));
@@ -113,6 +114,11 @@ class OmahaTensor {
   std::size_t size() const { return places_.size(); }
   std::uint64_t weight() const { return weight_; }
   std::size_t blocks() const { return weights_.size() / kBlockLanes - 1; }
+  /// How many classes have hands.
+  std::size_t classes() const {
+    return static_cast<std::size_t>(
+        std::ranges::count_if(classes_, [](const Blocks& blocks) { return blocks.held != 0; }));
+  }
   const Blocks& BlocksOf(std::size_t hand_class) const { return classes_[hand_class]; }
   /// Sixteen for each block, 0 where there is no hand; and a block of zeros at the end.
   std::span<const std::uint32_t> weights() const { return weights_; }
