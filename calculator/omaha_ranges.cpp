@@ -4,10 +4,15 @@
 // tell these suits apart. What a hand gets from all of them is then what the hands alike get from
 // one of them, shared out, as many times as there are boards.
 //
-// A step is some boards that stand for as many.
+// Where one or two cards come to hands of four, most of the boards may allow no flush. Then all
+// boards are counted by classes as if there were none. Those that allow one are swept like that, to
+// be taken off again, and as they are.
+//
+// A step is some boards that stand for as many. By classes the first one is all but the last part.
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
 #include <map>
 #include <memory>
 #include <vector>
@@ -16,6 +21,7 @@
 #include "calculator/solvers.h"
 #include "calculator/suit_symmetry.h"
 #include "cards/omaha_sizes.h"
+#include "kernels/omaha_class_runouts.h"
 #include "kernels/omaha_sweep.h"
 
 namespace pokermath {
@@ -42,31 +48,60 @@ bool FitsSweep(const Side& side, int hand_size) {
   return weight / static_cast<std::uint64_t>(side.unit) >> 32 == 0;
 }
 
-double CostOfBoard(const CheckedQuestion& question) {
-  const bool four = question.rules().hand_size == 4;
-  double cost = 6000;
-  for (const Side& side : question.players()) {
-    const auto hands = static_cast<double>(side.range.size());
-    // Of five cards few have the same suits but for two.
-    cost += four ? 3.5 * hands : 4 * hands + 80 / (1 / hands + 1e-4);
-  }
-  return (!question.rules().high_low ? 1 : four ? 5 : 4) * cost;
-}
+int CountOf(CardSet cards, int suit) { return std::popcount(cards.bits() >> 13 * suit & 0x1FFF); }
 
-// A step goes through all hands once more, so it is a large one.
-std::size_t BoardsAStep(const CheckedQuestion& question) {
-  const double step_cost = (question.rules().hand_size == 4 ? 4 : 20) * kStepCost;
-  return static_cast<std::size_t>(std::clamp(step_cost / CostOfBoard(question), 1.0, 96.0));
+bool AllowsFlush(CardSet board) {
+  for (int suit = 0; suit < 4; ++suit) {
+    if (CountOf(board, suit) >= 3) return true;
+  }
+  return false;
 }
 
 // The suits of which the board may get three cards.
 unsigned FlushSuitsOf(const CheckedQuestion& question) {
   unsigned suits = 0;
-  for (unsigned suit = 0; suit < 4; ++suit) {
-    const int known = std::popcount(question.board().bits() >> 13 * suit & 0x1FFF);
-    suits |= (known + question.to_come() >= 3 ? 1u : 0u) << suit;
+  for (int suit = 0; suit < 4; ++suit) {
+    if (CountOf(question.board(), suit) + question.to_come() >= 3) suits |= 1u << suit;
   }
   return suits;
+}
+
+// Operations of a sweep.
+double CostOfBoard(const CheckedQuestion& question, bool with_flush) {
+  const bool four = question.rules().hand_size == 4;
+  double cost = 6000;
+  for (const Side& side : question.players()) {
+    const auto hands = static_cast<double>(side.range.size());
+    // Of five cards few have the same suits but for two.
+    cost += four ? (with_flush ? 3.5 : 2.2) * hands : 4 * hands + 80 / (1 / hands + 1e-4);
+  }
+  return (!question.rules().high_low ? 1 : four ? 3.5 : 4) * cost;
+}
+
+// Operations of counting so many classes on each side by classes.
+double CostOfClasses(const CheckedQuestion& question, double classes1, double classes2) {
+  return (question.rules().high_low ? 3 : 1) * (1e5 + 20 * classes1 * classes2);
+}
+
+// What boards cost, and whether they are counted by classes.
+struct BoardsCost {
+  double sum;
+  bool by_classes;
+};
+BoardsCost CostOfBoards(const CheckedQuestion& question, double boards, double with_flush,
+                        double of_classes) {
+  const double plain = CostOfBoard(question, false), flush = CostOfBoard(question, true);
+  const double swept = (boards - with_flush) * plain + with_flush * flush;
+  const double by_classes = of_classes + with_flush * (plain + flush);
+  const bool few_come = question.to_come() == 1 || question.to_come() == 2;
+  if (question.rules().hand_size != 4 || !few_come || by_classes >= swept) return {swept, false};
+  return {by_classes, true};
+}
+
+// A step goes through all hands once more, so it is a large one.
+std::size_t BoardsAStep(const CheckedQuestion& question) {
+  const double step_cost = (question.rules().hand_size == 4 ? 4 : 20) * kStepCost;
+  return static_cast<std::size_t>(std::clamp(step_cost / CostOfBoard(question, true), 1.0, 96.0));
 }
 
 // What completes the board.
@@ -75,34 +110,72 @@ struct Boards {
   std::vector<CardSet> come;
 };
 
-// All of them, or one of those that are alike; no more together than a step has.
+// All of them, or one of those that are alike.
 class BoardList {
  public:
-  BoardList(const CheckedQuestion& question, const SuitSymmetry* symmetry) {
-    const std::vector<int> live = ListOf(question.live());
-    const int places = static_cast<int>(live.size()), size = question.to_come();
-    std::map<std::int64_t, std::vector<CardSet>> by_alike;
-    Choice choice(0, places, size);
-    for (std::int64_t left = ChoicesOf(places, size); left > 0; --left) {
-      const CardSet come = choice.Of(live);
-      const std::int64_t alike = symmetry == nullptr ? 1 : symmetry->TimesOf(come);
-      if (alike > 0) by_alike[alike].push_back(come);
-      if (left > 1) choice.MoveToNext();
-    }
-    const std::size_t boards_a_step = BoardsAStep(question);
-    for (const auto& [alike, come] : by_alike) {
-      for (std::size_t first = 0; first < come.size(); first += boards_a_step) {
-        const auto some = std::span(come).subspan(first);
-        const auto step = some.first(std::min(some.size(), boards_a_step));
-        steps_.push_back({alike, {step.begin(), step.end()}});
+  BoardList(const CheckedQuestion& question, const SuitSymmetry* symmetry)
+      : question_(question), symmetry_(symmetry), live_(ListOf(question.live())) {
+    Extend({}, 0, question.to_come());
+  }
+
+  std::size_t size() const { return size_; }
+  std::size_t with_flush() const { return with_flush_; }
+
+  // Boards that stand for as many, no more together than a step has.
+  std::vector<Boards> Steps(bool only_with_flush) const {
+    const std::size_t boards_a_step = BoardsAStep(question_);
+    std::vector<Boards> steps;
+    for (const auto& [alike, all] : by_alike_) {
+      for (const CardSet come : all) {
+        if (only_with_flush && !AllowsFlush(question_.board() | come)) continue;
+        if (steps.empty() || steps.back().alike != alike ||
+            steps.back().come.size() == boards_a_step) {
+          steps.push_back({alike, {}});
+        }
+        steps.back().come.push_back(come);
       }
+    }
+    return steps;
+  }
+
+ private:
+  // Among sets that are alike the first one is that with the lowest cards, the lowest of all
+  // deciding first. Without its highest card it is still the first one, so others lead nowhere.
+  void Extend(CardSet come, std::size_t next, int missing) {
+    const std::int64_t alike = TimesOf(come);
+    if (alike == 0) return;
+    if (missing == 0) {
+      by_alike_[alike].push_back(come);
+      ++size_;
+      with_flush_ += AllowsFlush(question_.board() | come) ? 1 : 0;
+      return;
+    }
+    for (std::size_t i = next; i < live_.size(); ++i) {
+      CardSet more = come;
+      more.Add(live_[i]);
+      Extend(more, i + 1, missing - 1);
     }
   }
 
-  const std::vector<Boards>& steps() const { return steps_; }
+  // How many are alike if this one is the first of them, otherwise 0.
+  std::int64_t TimesOf(CardSet come) const {
+    if (symmetry_ == nullptr) return 1;
+    std::size_t same = 0;
+    for (const SuitRenaming& renaming : symmetry_->renamings()) {
+      const std::uint64_t other = renaming.Of(come).bits();
+      const std::uint64_t differ = other ^ come.bits();
+      if ((other & differ & -differ) != 0) return 0;
+      same += differ == 0 ? 1 : 0;
+    }
+    return static_cast<std::int64_t>(symmetry_->renamings().size() / same);
+  }
 
- private:
-  std::vector<Boards> steps_;
+  const CheckedQuestion& question_;
+  const SuitSymmetry* symmetry_;
+  std::vector<int> live_;
+  std::map<std::int64_t, std::vector<CardSet>> by_alike_;
+  std::size_t size_ = 0;
+  std::size_t with_flush_ = 0;
 };
 
 // The hands of a player, and which of them are alike.
@@ -136,14 +209,18 @@ class OmahaRangesWork final : public Work {
 
   const char* name() const override { return "Omaha ranges"; }
   Method method() const override { return Method::kExact; }
-  std::int64_t steps() const override { return static_cast<std::int64_t>(boards_.steps().size()); }
+  std::int64_t steps() const override {
+    return static_cast<std::int64_t>(boards_.size()) + (by_classes_ ? 1 : 0);
+  }
 
   void Do(std::int64_t step, std::span<Int128> sums) const override {
-    const Boards& boards = boards_.steps()[static_cast<std::size_t>(step)];
-    OmahaSweep<hand_size> sweep(BestIsa(), ranges_, question_->rules().high_low);
-    for (const CardSet come : boards.come) sweep.Count(question_->board() | come);
-    for (const std::size_t player : {0u, 1u}) AddPlayer(player, sweep, boards.alike, sums);
     if (step == 0) AddCases(sums);
+    if constexpr (hand_size == 4) {
+      if (by_classes_ && step == 0) return CountByClasses(sums);
+    }
+    const Boards& boards = boards_[static_cast<std::size_t>(step) - (by_classes_ ? 1 : 0)];
+    const auto part = by_classes_ ? OmahaSweepPart::kButLow : OmahaSweepPart::kAll;
+    Sweep(boards, part, boards.alike, sums);
   }
 
  private:
@@ -161,8 +238,33 @@ class OmahaRangesWork final : public Work {
         layout_(*question),
         hands_{Hands(question->players()[0], symmetry.get()),
                Hands(question->players()[1], symmetry.get())},
-        ranges_(hands_[0].hands, hands_[1].hands, FlushSuitsOf(*question)),
-        boards_(*question, symmetry.get()) {}
+        ranges_(hands_[0].hands, hands_[1].hands, FlushSuitsOf(*question)) {
+    const BoardList boards(*question, symmetry.get());
+    by_classes_ = CostOfBoards(*question, static_cast<double>(boards.size()),
+                               static_cast<double>(boards.with_flush()),
+                               CostOfClasses(*question, static_cast<double>(ranges_[0].classes()),
+                                             static_cast<double>(ranges_[1].classes())))
+                      .by_classes;
+    boards_ = boards.Steps(by_classes_);
+  }
+
+  void Sweep(const Boards& boards, OmahaSweepPart part, std::int64_t times,
+             std::span<Int128> sums) const {
+    OmahaSweep<hand_size> sweep(BestIsa(), ranges_, question_->rules().high_low, part);
+    for (const CardSet come : boards.come) sweep.Count(question_->board() | come);
+    for (const std::size_t player : {0u, 1u}) AddPlayer(player, sweep, times, sums);
+  }
+
+  // All boards that allow no flush, and of those that do, the lows. What is taken off has been
+  // added before, so that no sum is ever below 0.
+  void CountByClasses(std::span<Int128> sums) const requires(hand_size == 4) {
+    const OmahaClassRunouts all(BestIsa(), ranges_, question_->board(), question_->live(),
+                                question_->to_come(), question_->rules().high_low);
+    for (const std::size_t player : {0u, 1u}) AddPlayer(player, all, 1, sums);
+    for (const Boards& boards : boards_) {
+      Sweep(boards, OmahaSweepPart::kButLowWithoutFlushes, -boards.alike, sums);
+    }
+  }
 
   // What a hand gets, in numbers that its weight is in.
   struct Gains {
@@ -223,13 +325,15 @@ class OmahaRangesWork final : public Work {
     return gains;
   }
 
-  void AddPlayer(std::size_t player, OmahaSweep<hand_size>& sweep, std::int64_t alike,
+  // Adds what was counted, so many times.
+  template <typename Counted>
+  void AddPlayer(std::size_t player, Counted& counted, std::int64_t times,
                  std::span<Int128> sums) const {
     const Hands& hands = hands_[player];
     const bool high_low = question_->rules().high_low;
     std::array<std::vector<OmahaCounts>, kOmahaContests> counts;
     for (std::size_t i = 0; i < (high_low ? kOmahaContests : 1); ++i) {
-      counts[i] = sweep.CountsOf(player, static_cast<OmahaContest>(i));
+      counts[i] = counted.CountsOf(player, static_cast<OmahaContest>(i));
     }
     const auto gains_of = [&](std::size_t hand) {
       const Int128 weight = hands.hands[hand].weight;
@@ -242,10 +346,10 @@ class OmahaRangesWork final : public Work {
     std::vector<Gains> of_orbits(hands.orbit_size.size());
     for (std::size_t i = 0; i < hands.hands.size(); ++i) {
       const Gains gains = gains_of(i);
-      all.Add(gains, alike);
+      all.Add(gains, times);
       if (!question_->asked().detail.hands) continue;
       if (of_orbits.empty()) {
-        Add(SumsLayout::OutcomeOf(layout_.HandCases(player, i)), gains, alike, 1, sums);
+        Add(SumsLayout::OutcomeOf(layout_.HandCases(player, i)), gains, times, 1, sums);
       } else {
         of_orbits[hands.orbit_of[i]].Add(gains, 1);
       }
@@ -258,7 +362,7 @@ class OmahaRangesWork final : public Work {
     // Every hand gets what its likes have on average.
     for (std::size_t i = 0; i < hands.orbit_of.size() && question_->asked().detail.hands; ++i) {
       const std::size_t orbit = hands.orbit_of[i];
-      Add(SumsLayout::OutcomeOf(layout_.HandCases(player, i)), of_orbits[orbit], alike,
+      Add(SumsLayout::OutcomeOf(layout_.HandCases(player, i)), of_orbits[orbit], times,
           hands.orbit_size[orbit], sums);
     }
   }
@@ -292,8 +396,30 @@ class OmahaRangesWork final : public Work {
   SumsLayout layout_;
   std::array<Hands, 2> hands_;
   OmahaTensors<hand_size> ranges_;
-  BoardList boards_;
+  bool by_classes_ = false;
+  std::vector<Boards> boards_;
 };
+
+// What part of the boards allows a flush: with so many cards of a suit on the board and left, the
+// chances that enough of those to come are of it add up.
+double PartWithFlush(const CheckedQuestion& question) {
+  const int live = question.live().size(), to_come = question.to_come();
+  double boards = 0;
+  for (int suit = 0; suit < 4; ++suit) {
+    const int left = CountOf(question.live(), suit);
+    for (int come = std::max(0, 3 - CountOf(question.board(), suit)); come <= to_come; ++come) {
+      boards += static_cast<double>(ChoicesOf(left, come)) *
+                static_cast<double>(ChoicesOf(live - left, to_come - come));
+    }
+  }
+  return boards / static_cast<double>(ChoicesOf(live, to_come));
+}
+
+// About as many classes as hands of this number have, where it is the strongest ones.
+double ClassesIn(const CheckedQuestion& question, std::size_t player) {
+  const auto hands = static_cast<double>(question.players()[player].range.size());
+  return std::min({hands, 3 * std::sqrt(hands), static_cast<double>(kHandClasses<4>)});
+}
 
 }  // namespace
 
@@ -309,7 +435,10 @@ std::optional<double> OmahaRangesCost(const CheckedQuestion& question) {
     hands += static_cast<double>(side.range.size());
   }
   const auto boards = static_cast<double>(ChoicesOf(question.live().size(), question.to_come()));
-  return 1e5 + 80 * hands + boards * CostOfBoard(question);
+  return 1e5 + 80 * hands +
+         CostOfBoards(question, boards, boards * PartWithFlush(question),
+                      CostOfClasses(question, ClassesIn(question, 0), ClassesIn(question, 1)))
+             .sum;
 }
 
 std::unique_ptr<const Work> StartOmahaRanges(const QuestionPointer& question) {

@@ -13,6 +13,7 @@
 
 #include "eval/omaha_low.h"
 #include "eval/worth.h"
+#include "kernels/omaha_class_runouts.h"
 #include "kernels/omaha_range.h"
 #include "pokermath/cards.h"
 
@@ -209,6 +210,60 @@ void ExpectHandsAgainstALargeRangeOnATurn(Game game, const char* text) {
 TEST(OmahaSweep, EqualsHandsAgainstALargeRangeOnATurn) {
   ExpectHandsAgainstALargeRangeOnATurn<4>(Game::kOmaha, "10%");
   ExpectHandsAgainstALargeRangeOnATurn<5>(Game::kOmaha5, "1%");
+}
+
+// All run-outs as if there were no flushes, and what these change, are what all boards give.
+TEST(OmahaClassRunouts, EqualSweptBoardsButForFlushes) {
+  std::mt19937 random(7);
+  const struct {
+    const char* board;
+    const char* dead;
+  } kCases[] = {{"2c7dTh", "3c3d3h3s5c5d5h5s6c6d6h6s8d8h8s9c9dTs"},
+                {"7c7dTh", "2c2d2h2s3c3d3h3s4c4d4h4s9h9sTsJcJd"},
+                {"Ac4cKc", "2d3d6c6d6h6s7d7h7s9d9h9sTdThTsJdQd"},
+                {"3d3h", "4s5s6s7s8s"},
+                {"2c7dThJs", "JdJh"},
+                {"5c5dThTs", ""},
+                {"Ad8c", "QdQh"}};
+  for (const auto& [board_text, dead_text] : kCases) {
+    SCOPED_TRACE(board_text);
+    const CardSet board = Cards(board_text);
+    const CardSet live = RulesOf(Game::kOmaha).Deck() - board - Cards(dead_text);
+    const int to_come = board.size() == 3 ? 2 : 1;
+    const auto hands = RandomHands(random, live, 4, 100);
+    const auto others = RandomHands(random, live, 4, 60, std::span(hands).first(20));
+    const OmahaTensors<4> ranges(hands, others);
+    for (const bool high_low : {false, true}) {
+      OmahaSweep<4> all(BestIsa(), ranges, high_low);
+      OmahaSweep<4> with(BestIsa(), ranges, high_low, OmahaSweepPart::kButLow);
+      OmahaSweep<4> without(BestIsa(), ranges, high_low, OmahaSweepPart::kButLowWithoutFlushes);
+      for (const int card1 : live) {
+        for (const int card2 : live) {
+          if (to_come == 1 ? card1 != card2 : card1 <= card2) continue;
+          const CardSet complete = board | CardSet{card1} | CardSet{card2};
+          for (OmahaSweep<4>* sweep : {&all, &with, &without}) sweep->Count(complete);
+        }
+      }
+      for (const Isa isa : {Isa::kBaseline, BestIsa()}) {
+        const OmahaClassRunouts runouts(isa, ranges, board, live, to_come, high_low);
+        for (const std::size_t side : {0u, 1u}) {
+          for (std::size_t i = 0; i < (high_low ? kOmahaContests : 1); ++i) {
+            SCOPED_TRACE(i);
+            const auto contest = static_cast<OmahaContest>(i);
+            const auto expected = all.CountsOf(side, contest), added = with.CountsOf(side, contest),
+                       taken = without.CountsOf(side, contest);
+            const auto counts = runouts.CountsOf(side, contest);
+            for (std::size_t hand = 0; hand < counts.size(); ++hand) {
+              const OmahaCounts sum = {
+                  counts[hand].below + added[hand].below - taken[hand].below,
+                  counts[hand].not_above + added[hand].not_above - taken[hand].not_above};
+              ASSERT_EQ(sum, expected[hand]) << hand;
+            }
+          }
+        }
+      }
+    }
+  }
 }
 
 }  // namespace
