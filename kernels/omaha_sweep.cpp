@@ -313,14 +313,26 @@ struct Field {
   std::vector<FlushHand<hand_size>> flushes, straight_flushes;  // by group or rank, then by side
 };
 
+// Bits for every choice of some cards of a hand.
+template <std::size_t hand_size, int size>
+constexpr auto kChoices = [] {
+  std::array<std::uint8_t, Choose(static_cast<int>(hand_size), size)> choices{};
+  std::size_t next = 0;
+  for (unsigned cards = 0; cards < 1u << hand_size; ++cards) {
+    if (std::popcount(cards) == size) choices[next++] = static_cast<std::uint8_t>(cards);
+  }
+  return choices;
+}();
+
 // Takes what a class has put in out of the larger tensors.
 template <std::size_t hand_size>
 void ClearParts(const HandClass<hand_size>& of, Inserted<hand_size>& in) {
-  for (unsigned cards = 0; cards < of.of_cards.size(); ++cards) {
-    const int size = std::popcount(cards);
-    if (size == 3) std::fill_n(&in.triples[of.of_cards[cards]], 64, Weight{0});
-    if constexpr (hand_size > 4) {
-      if (size == 4) std::fill_n(&in.quads[of.of_cards[cards]], 256, Weight{0});
+  for (const std::uint8_t cards : kChoices<hand_size, 3>) {
+    std::fill_n(&in.triples[of.of_cards[cards]], 64, Weight{0});
+  }
+  if constexpr (hand_size > 4) {
+    for (const std::uint8_t cards : kChoices<hand_size, 4>) {
+      std::fill_n(&in.quads[of.of_cards[cards]], 256, Weight{0});
     }
   }
 }
@@ -369,7 +381,7 @@ struct OmahaSweep<hand_size>::State {
   void Spread(std::size_t side, Of& sums) const;
   static void Widen(OfPart& sums);
   void MakeRoom();
-  void Clear(const Field<hand_size>& field);
+  void Clear(const Sweeping<hand_size>& sweeping, const Field<hand_size>& field);
   Sweeping<hand_size> SweepingInto(Part of_no_low, Part of_low);
   void SetField();
   void Sweep(const Sweeping<hand_size>& sweeping, const Field<hand_size>& field);
@@ -498,11 +510,14 @@ std::vector<OmahaCounts> OmahaSweep<hand_size>::State::CountsOf(std::size_t side
   return counts;
 }
 
-// Takes out what a field has put in.
+// Takes out what a sweep of a field has put in.
 template <std::size_t hand_size>
-void OmahaSweep<hand_size>::State::Clear(const Field<hand_size>& field) {
+void OmahaSweep<hand_size>::State::Clear(const Sweeping<hand_size>& sweeping,
+                                         const Field<hand_size>& field) {
   constexpr std::size_t kFewClasses = hand_size == 4 ? 60 : 200;
-  for (Inserted<hand_size>& in : *inserted_) {
+  for (const std::size_t side : {0u, 1u}) {
+    Inserted<hand_size>& in = *sweeping.inserted[side];
+    if (in.all == 0) continue;
     in.singles.fill(0);
     in.pairs.fill(0);
     in.all = 0;
@@ -512,7 +527,10 @@ void OmahaSweep<hand_size>::State::Clear(const Field<hand_size>& field) {
       continue;
     }
     for (const auto* classes : {&field.classes, &field.full_classes}) {
-      for (const ClassOnBoard<hand_size>& of : *classes) ClearParts(*of.hand_class, in);
+      for (const ClassOnBoard<hand_size>& of : *classes) {
+        if (!sweeping.Inserts(of.low) || ranges_[side].BlocksOf(of.number).held == 0) continue;
+        ClearParts(*of.hand_class, in);
+      }
     }
   }
 }
@@ -739,12 +757,15 @@ void OmahaSweep<hand_size>::State::SweepHighWithLows() {
   Sweeping<hand_size> over_no_low = SweepingInto(Part::kNoLow, Part::kOverNoLow);
   over_no_low.lows_inserted = 1;
   Sweep(over_no_low, field_);
-  if (part_ == OmahaSweepPart::kAll) SweepLows(field_);
-  Clear(field_);
+  if (part_ == OmahaSweepPart::kAll) {
+    SweepLows(field_);
+    over_no_low.lows_inserted = kAllLows;
+  }
+  Clear(over_no_low, field_);
   Sweeping<hand_size> over_low = SweepingInto(Part::kOverLow, Part::kOverLow);
   over_low.first_low_inserted = 1;
   Sweep(over_low, field_);
-  Clear(field_);
+  Clear(over_low, field_);
 }
 
 // The part of a field with a low below a limit; the rest is left.
@@ -778,14 +799,14 @@ void OmahaSweep<hand_size>::State::SweepHighAndLow(Field<hand_size> field) {
       }
     }
     Sweep(sweeping, field);
-    return Clear(field);
+    return Clear(sweeping, field);
   }
   // The low in the middle, or the next one where it is the lowest.
   int limit = lows[lows.size() / 2];
   if (limit == lows.front()) limit = *std::ranges::upper_bound(lows, limit);
   sweeping.lows_inserted = sweeping.first_low_asked = limit;
   Sweep(sweeping, field);
-  Clear(field);
+  Clear(sweeping, field);
   SweepHighAndLow(SplitOff(field, limit));
   SweepHighAndLow(std::move(field));
 }
@@ -796,8 +817,9 @@ void OmahaSweep<hand_size>::State::Count(CardSet board) {
   board_.Set(board, ranges_.classes(), high_low_, part_ != OmahaSweepPart::kButLowWithoutFlushes);
   SetField();
   if (!board_.has_lows()) {
-    Sweep(SweepingInto(Part::kWholePot, Part::kWholePot), field_);
-    return Clear(field_);
+    const Sweeping<hand_size> sweeping = SweepingInto(Part::kWholePot, Part::kWholePot);
+    Sweep(sweeping, field_);
+    return Clear(sweeping, field_);
   }
   SweepHighWithLows();
   SplitOff(field_, 1);
@@ -818,7 +840,7 @@ void OmahaSweep<hand_size>::State::CountAll() {
   Sweeping<hand_size> sweeping = SweepingInto(Part::kWholePot, Part::kWholePot);
   sweeping.flush_suit = kNoSuit;
   Sweep(sweeping, field);
-  Clear(field);
+  Clear(sweeping, field);
 }
 
 template <std::size_t hand_size>
