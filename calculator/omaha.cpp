@@ -3,9 +3,7 @@
 
 #include <algorithm>
 #include <iterator>
-#include <map>
 #include <memory>
-#include <set>
 #include <vector>
 
 #include "calculator/choices.h"
@@ -145,6 +143,10 @@ class OmahaHandsWork final : public OmahaWork {
   }
 };
 
+double BoardsOf(const CheckedQuestion& question) {
+  return static_cast<double>(ChoicesOf(question.live().size(), question.to_come()));
+}
+
 // --- a hand against every hand, or against a range ---
 
 std::size_t HeroOf(const CheckedQuestion& question) {
@@ -189,34 +191,52 @@ class OmahaAgainstEveryWork final : public OmahaWork {
   OmahaAgainstAll contests_;
 };
 
-// A step is the hands of one weight.
+// A step is some blocks of boards.
 template <int cards>
 class OmahaAgainstRangeWork final : public OmahaWork {
  public:
-  explicit OmahaAgainstRangeWork(const QuestionPointer& question) : OmahaWork(question) {
-    const Side& range = question->players()[1 - HeroOf(*question)];
-    std::map<int, Hands> by_weight;
-    for (const WeightedHand& hand : range.range.hands()) {
-      auto& place = by_weight[hand.weight / range.unit].emplace_back();
-      std::ranges::copy(hand.cards, place.begin());
-    }
-    by_weight_.assign(by_weight.begin(), by_weight.end());
+  explicit OmahaAgainstRangeWork(const QuestionPointer& question)
+      : OmahaWork(question), hero_(HeroOf(*question)), contest_(ContestOf(*question)) {
+    const double a_step =
+        kStepCost / CostOfRange(*question) * static_cast<double>(contest_.blocks());
+    blocks_a_step_ = static_cast<std::int64_t>(std::clamp(a_step, 1.0, 1e6));
+  }
+
+  /// Of all boards.
+  static double CostOfRange(const CheckedQuestion& question) {
+    const auto hands = static_cast<double>(question.players()[1 - HeroOf(question)].range.size());
+    return BoardsOf(question) * (500 + hands / 10);
   }
 
   const char* name() const override { return "an Omaha hand against a range"; }
-  std::int64_t steps() const override { return static_cast<std::int64_t>(by_weight_.size()); }
+  std::int64_t steps() const override {
+    return (contest_.blocks() + blocks_a_step_ - 1) / blocks_a_step_;
+  }
 
   void Do(std::int64_t step, std::span<Int128> sums) const override {
-    const auto& [weight, hands] = by_weight_[static_cast<std::size_t>(step)];
-    const std::size_t hero = HeroOf(question());
-    const std::vector<int> hand = ListOf(question().players()[hero].range.hands()[0].cards);
-    const OmahaRangeContest<cards> contest(hand, hands, board(), question().asked().street, dead());
-    AddBoth(hero, HighOf(contest.Count(BestIsa())), weight, sums);
+    const std::int64_t first = step * blocks_a_step_;
+    const std::int64_t last = std::min(first + blocks_a_step_, contest_.blocks());
+    // The first step has the cases of all, so that losses of the others are below 0.
+    AddBoth(hero_, HighOf(contest_.Count(BestIsa(), first, last)), 1, sums);
   }
 
  private:
-  using Hands = std::vector<typename OmahaRangeContest<cards>::Hand>;
-  std::vector<std::pair<int, Hands>> by_weight_;
+  static OmahaRangeContest<cards> ContestOf(const CheckedQuestion& question) {
+    const Side& range = question.players()[1 - HeroOf(question)];
+    std::vector<typename OmahaRangeContest<cards>::Hand> hands;
+    std::vector<int> weights;
+    for (const WeightedHand& hand : range.range.hands()) {
+      std::ranges::copy(hand.cards, hands.emplace_back().begin());
+      weights.push_back(hand.weight / range.unit);
+    }
+    const CardSet hero = question.players()[HeroOf(question)].range.hands()[0].cards;
+    return OmahaRangeContest<cards>(ListOf(hero), hands, ListOf(question.board()),
+                                    question.asked().street, ListOf(question.dead()), weights);
+  }
+
+  std::size_t hero_;
+  OmahaRangeContest<cards> contest_;
+  std::int64_t blocks_a_step_ = 1;
 };
 
 // --- a hand against a range before the flop, every hand of it: a step is some hands ---
@@ -229,16 +249,11 @@ class OmahaBeforeFlopWork final : public OmahaWork {
         contest_(BestIsa(), question->players()[hero_].range.hands()[0].cards, question->dead(),
                  question->rules().high_low) {
     const Side& side = question->players()[1 - hero_];
-    std::map<std::vector<int>, std::vector<std::size_t>> by_ranks;
-    for (std::size_t i = 0; i < side.range.size(); ++i) {
-      std::vector<int> ranks = ListOf(side.range.hands()[i].cards);
-      for (int& rank : ranks) rank %= 13;
-      std::ranges::sort(ranks);
-      by_ranks[ranks].push_back(i);
-    }
+    std::vector<CardSet> cards;
+    for (const WeightedHand& hand : side.range.hands()) cards.push_back(hand.cards);
     // Classes together as far as a step has room.
     double room = 0;
-    for (auto& [ranks, hands] : by_ranks) {
+    for (std::vector<std::size_t>& hands : AlikeByRanks(cards)) {
       const double cost = CostOfClass(*question, static_cast<double>(hands.size()));
       if (cost > room) {
         room = kStepCost;
@@ -249,9 +264,11 @@ class OmahaBeforeFlopWork final : public OmahaWork {
     }
   }
 
-  // Of the sets of ranks that hands have of a suit most are met early.
+  // What a class takes for its ranks, for the sets of them that hands have of a suit, most of which
+  // are met early, and for hands.
   static double CostOfClass(const CheckedQuestion& question, double hands) {
-    return (question.rules().high_low ? 2 : 1) * (1e4 + 3e3 * std::min(hands, 40.0)) + 100 * hands;
+    const double most = question.rules().hand_size == 4 ? 50 : 120;
+    return (question.rules().high_low ? 2 : 1) * (1e4 + 2e3 * std::min(hands, most)) + 100 * hands;
   }
 
   const char* name() const override { return "an Omaha hand against a range before the flop"; }
@@ -297,10 +314,6 @@ bool IsOmahaOfTwo(const CheckedQuestion& question) {
   return IsOmahaAgainstOne(question) && AsksForTotals(question);
 }
 
-double BoardsOf(const CheckedQuestion& question) {
-  return static_cast<double>(ChoicesOf(question.live().size(), question.to_come()));
-}
-
 }  // namespace
 
 std::optional<double> OmahaHandsCost(const CheckedQuestion& question) {
@@ -340,8 +353,11 @@ std::optional<double> OmahaBeforeFlopCost(const CheckedQuestion& question) {
     return std::nullopt;
   }
   const auto hands = static_cast<double>(question.players()[1 - HeroOf(question)].range.size());
-  // Of strong hands, some twenty have the same ranks.
-  return 1e6 + hands / 20 * OmahaBeforeFlopWork::CostOfClass(question, 20);
+  // Of strong hands some twenty have the same ranks, and these are so many at the most.
+  const int size = question.rules().hand_size;
+  const double classes =
+      std::clamp(hands / 20, 1.0, static_cast<double>(ChoicesOf(12 + size, size)));
+  return 1e6 + classes * OmahaBeforeFlopWork::CostOfClass(question, hands / classes);
 }
 
 std::unique_ptr<const Work> StartOmahaBeforeFlop(const QuestionPointer& question) {
@@ -350,15 +366,7 @@ std::unique_ptr<const Work> StartOmahaBeforeFlop(const QuestionPointer& question
 
 std::optional<double> OmahaAgainstRangeCost(const CheckedQuestion& question) {
   if (!IsOmahaOfTwo(question) || question.rules().high_low) return std::nullopt;
-  // The boards are gone through once for each weight.
-  const HandRange& range = question.players()[1 - HeroOf(question)].range;
-  double weights = 1;
-  if (!range.IsEvery()) {
-    std::set<int> different;
-    for (const WeightedHand& hand : range.hands()) different.insert(hand.weight);
-    weights = static_cast<double>(different.size());
-  }
-  return BoardsOf(question) * (500 * weights + static_cast<double>(range.size()) / 10);
+  return OmahaAgainstRangeWork<4>::CostOfRange(question);
 }
 
 std::unique_ptr<const Work> StartOmahaAgainstRange(const QuestionPointer& question) {

@@ -9,6 +9,7 @@
 #include "contracts/shares.h"
 #include "contracts/stopwatch.h"
 #include "kernels/hole_cards.h"
+#include "kernels/omaha_before_flop.h"
 #include "kernels/omaha_cliques.h"
 #include "kernels/omaha_matchup.h"
 #include "kernels/omaha_range.h"
@@ -91,11 +92,43 @@ Tally OmahaHandVsRandom(std::span<const int> hand, std::span<const int> board, S
   return CountOmahaAgainstAll(BestIsa(), hand, board, street, dead, go_on);
 }
 
+// Where no board card is known, hands of the same ranks are counted together.
+template <int cards>
+static Tally CountBeforeFlop(std::span<const int> hand, const OmahaSpec<cards>& range,
+                             std::span<const int> dead,
+                             const std::function<bool(std::int64_t, std::int64_t)>& go_on) {
+  const CardSet hero(hand), gone(dead);
+  std::vector<CardSet> hands;
+  for (const auto& other : range.Hands()) {
+    const CardSet held(other);
+    if (!held.Meets(hero | gone)) hands.push_back(held);
+  }
+  const OmahaBeforeFlop contest(BestIsa(), hero, gone, false);
+  Tally tally;
+  std::int64_t done = 0;
+  const auto all = static_cast<std::int64_t>(hands.size());
+  for (const std::vector<std::size_t>& places : AlikeByRanks(hands)) {
+    if (go_on && !go_on(done, all)) return {};
+    std::vector<CardSet> alike;
+    for (const std::size_t place : places) alike.push_back(hands[place]);
+    for (const OmahaDuel& duel : contest.Count(alike)) {
+      tally.wins += duel.wins[0];
+      tally.ties += duel.ties[0];
+      tally.cases += duel.boards[0];
+    }
+    done += static_cast<std::int64_t>(alike.size());
+  }
+  return tally;
+}
+
 template <int cards>
 Tally OmahaHandVsRange(std::span<const int> hand, const OmahaSpec<cards>& range,
                        std::span<const int> board, Street street, std::span<const int> dead,
                        const std::function<bool(std::int64_t, std::int64_t)>& go_on) {
   if (hand.size() != static_cast<std::size_t>(cards) || !CanFaceAll(hand, board, street)) return {};
+  if (board.empty() && street == Street::kRiver) {
+    return CountBeforeFlop<cards>(hand, range, dead, go_on);
+  }
   return OmahaRangeContest<cards>(hand, range.Hands(), board, street, dead).Count(BestIsa(), go_on);
 }
 

@@ -15,6 +15,8 @@
 
 #include <algorithm>
 #include <bit>
+#include <unordered_map>
+#include <utility>
 
 #include "kernels/registers.h"
 
@@ -348,6 +350,19 @@ std::vector<OmahaDuel> OmahaBeforeFlop::Count(std::span<const CardSet> hands) co
       break;
   }
   return duels;
+}
+
+std::vector<std::vector<std::size_t>> AlikeByRanks(std::span<const CardSet> hands) {
+  std::unordered_map<std::uint64_t, std::size_t> numbers;
+  std::vector<std::vector<std::size_t>> alike;
+  for (std::size_t i = 0; i < hands.size(); ++i) {
+    std::uint64_t counts = 0;  // three bits a rank
+    for (const int card : hands[i]) counts += std::uint64_t{1} << 3 * (card % 13);
+    const std::size_t number = numbers.try_emplace(counts, alike.size()).first->second;
+    if (number == alike.size()) alike.emplace_back();
+    alike[number].push_back(i);
+  }
+  return alike;
 }
 
 }  // namespace pokermath

@@ -61,6 +61,9 @@ class OmahaBeforeFlop {
   std::array<Suit, 4> suits_;
 };
 
+/// Places of hands that have the same ranks, together.
+std::vector<std::vector<std::size_t>> AlikeByRanks(std::span<const CardSet> hands);
+
 }  // namespace pokermath
 
 #endif  // POKERMATH_KERNELS_OMAHA_BEFORE_FLOP_H_

@@ -16,7 +16,6 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
-#include <numeric>
 #include <type_traits>
 
 #include "eval/omaha_best.h"
@@ -30,6 +29,7 @@ using Word = std::uint64_t;
 constexpr int kBits = 64;
 // A block of boards is so many words wide; fewer boards than a word has are a block of one word.
 constexpr std::size_t kWords = 16;
+constexpr std::int64_t kBlock = kWords * kBits;
 
 constexpr std::size_t PairNumber(int high, int low) {
   return static_cast<std::size_t>(high * (high - 1) / 2 + low);
@@ -39,14 +39,24 @@ constexpr std::size_t kCardPairs = PairNumber(51, 50) + 1;
 // All ways to complete a board, one after the other.
 class BoardsToCome {
  public:
-  BoardsToCome(std::uint64_t taken, std::span<const int> board, Street street)
+  // From a number on, in the order of the lowest card, then the next one.
+  BoardsToCome(std::uint64_t taken, std::span<const int> board, Street street,
+               std::int64_t first = 0)
       : cards_(board.begin(), board.end()), known_(board.size()) {
     for (int card = 0; card < 52; ++card) {
       if ((taken & Bit(card)) == 0) live_.push_back(card);
     }
     places_.resize(static_cast<std::size_t>(street) - known_);
-    std::iota(places_.begin(), places_.end(), std::size_t{0});
     cards_.resize(static_cast<std::size_t>(street));
+    std::size_t place = 0;
+    for (std::size_t i = 0; i < places_.size(); ++i, ++place) {
+      const auto behind = static_cast<int>(places_.size() - i) - 1;
+      const auto from = [&] {
+        return Choose(static_cast<int>(live_.size()) - static_cast<int>(place) - 1, behind);
+      };
+      for (; place < live_.size() && first >= from(); ++place) first -= from();
+      places_[i] = place;
+    }
     for (std::size_t i = 0; i < places_.size() && places_.size() <= live_.size(); ++i) Show(i);
   }
 
@@ -163,7 +173,9 @@ void FillRows(std::span<const int> hand, BoardsToCome& boards, int count,
   }
 }
 
-// How often hands do not lose, or cannot be held, and how often they tie.
+// How often hands do not lose, or cannot be held, and how often they tie, by their weights. No sum
+// is as large as if all hands counted 10,000 times on all boards.
+static_assert(Choose(52, 5) < (std::int64_t{1} << 62) / Choose(52, 5) / 10000);
 struct Sums {
   std::int64_t not_less = 0;
   std::int64_t ties = 0;
@@ -183,10 +195,13 @@ POKERMATH_KERNEL int CountBits(const Register& bits) {
 
 template <typename Register, std::size_t words, std::size_t cards>
 POKERMATH_KERNEL Sums CountRows(std::span<const Row<words>> rows,
-                                std::span<const std::array<int, cards>> hands) {
+                                std::span<const std::array<int, cards>> hands,
+                                std::span<const int> weights) {
   constexpr std::size_t kStep = sizeof(Register) / sizeof(Word);
   Sums sums;
-  for (const std::array<int, cards>& hand : hands) {
+  for (std::size_t place = 0; place < hands.size(); ++place) {
+    const std::array<int, cards>& hand = hands[place];
+    std::int64_t all_not_less = 0, ties = 0;
     std::array<const Row<words>*, Choose(cards, 2)> pairs;
     for (std::size_t i = 1; i < cards; ++i) {
       for (std::size_t j = 0; j < i; ++j) {
@@ -202,66 +217,94 @@ POKERMATH_KERNEL Sums CountRows(std::span<const Row<words>> rows,
         std::memcpy(&bits, &pair->more[word], sizeof bits);
         more |= bits;
       }
-      sums.not_less += CountBits(not_less);
-      sums.ties += CountBits(not_less & ~more);
+      all_not_less += CountBits(not_less);
+      ties += CountBits(not_less & ~more);
     }
+    sums.not_less += weights[place] * all_not_less;
+    sums.ties += weights[place] * ties;
   }
   return sums;
 }
 
 template <std::size_t words, std::size_t cards>
-Sums CountBaseline(std::span<const Row<words>> rows,
-                   std::span<const std::array<int, cards>> hands) {
-  return CountRows<std::conditional_t<words == 1, Word, TwoWords>, words, cards>(rows, hands);
+Sums CountBaseline(std::span<const Row<words>> rows, std::span<const std::array<int, cards>> hands,
+                   std::span<const int> weights) {
+  return CountRows<std::conditional_t<words == 1, Word, TwoWords>, words, cards>(rows, hands,
+                                                                                 weights);
 }
 template <std::size_t words, std::size_t cards>
 POKERMATH_TARGET_AVX2 Sums CountAvx2(std::span<const Row<words>> rows,
-                                     std::span<const std::array<int, cards>> hands) {
-  return CountRows<std::conditional_t<words == 1, Word, FourWords>, words, cards>(rows, hands);
+                                     std::span<const std::array<int, cards>> hands,
+                                     std::span<const int> weights) {
+  return CountRows<std::conditional_t<words == 1, Word, FourWords>, words, cards>(rows, hands,
+                                                                                  weights);
 }
 
 }  // namespace
 
 template <int cards>
-OmahaRangeContest<cards>::OmahaRangeContest(std::span<const int> hand, std::vector<Hand> range,
+OmahaRangeContest<cards>::OmahaRangeContest(std::span<const int> hand, std::span<const Hand> range,
                                             std::span<const int> board, Street street,
-                                            std::span<const int> dead)
+                                            std::span<const int> dead, std::span<const int> weights)
     : hand_(hand.begin(), hand.end()),
       board_(board.begin(), board.end()),
       street_(street),
-      taken_(Bits(hand) | Bits(board) | Bits(dead)),
-      hands_(std::move(range)) {
-  std::erase_if(hands_, [this](const Hand& other) { return (Bits(other) & taken_) != 0; });
+      taken_(Bits(hand) | Bits(board) | Bits(dead)) {
+  hands_.reserve(range.size());
+  weights_.reserve(range.size());
+  for (std::size_t i = 0; i < range.size(); ++i) {
+    if ((Bits(range[i]) & taken_) != 0) continue;
+    hands_.push_back(range[i]);
+    weights_.push_back(weights.empty() ? 1 : weights[i]);
+    weight_ += weights_.back();
+  }
+}
+
+template <int cards>
+std::int64_t OmahaRangeContest<cards>::blocks() const {
+  if (hands_.empty()) return 0;
+  const std::int64_t boards = BoardsToCome(taken_, board_, street_).Count();
+  return boards <= kBits ? 1 : (boards + kBlock - 1) / kBlock;
 }
 
 template <int cards>
 template <std::size_t words>
-Tally OmahaRangeContest<cards>::CountBlocks(Isa isa, const GoOn& go_on) const {
-  constexpr std::int64_t kBlock = words * kBits;
-  constexpr std::size_t kSize = cards;
-  const auto count = isa == Isa::kBaseline ? CountBaseline<words, kSize> : CountAvx2<words, kSize>;
-  BoardsToCome boards(taken_, board_, street_);
-  const std::int64_t all = boards.Count();
-  const auto hand_count = static_cast<std::int64_t>(hands_.size());
+Tally OmahaRangeContest<cards>::CountBlocks(Isa isa, std::int64_t first, std::int64_t last) const {
+  constexpr std::int64_t kSize = words * kBits;
+  const auto count = isa == Isa::kBaseline ? CountBaseline<words, cards> : CountAvx2<words, cards>;
+  BoardsToCome boards(taken_, board_, street_, first * kSize);
   std::vector<Row<words>> rows(kCardPairs);
   Tally tally;
-  for (std::int64_t done = 0; done < all; done += kBlock) {
-    if (go_on && !go_on(done, all)) return {};
-    const std::int64_t size = std::min(kBlock, all - done);
+  for (std::int64_t block = first; block < last; ++block) {
+    const std::int64_t size = std::min(kSize, boards.Count() - block * kSize);
     FillRows<words>(hand_, boards, static_cast<int>(size), rows);
-    const Sums sums = count(rows, hands_);
-    tally.wins += size * hand_count - sums.not_less;
+    const Sums sums = count(rows, hands_, weights_);
+    tally.wins += size * weight_ - sums.not_less;
     tally.ties += sums.ties;
   }
-  tally.cases = hand_count * boards.Count(kSize);
+  if (first == 0 && last > 0) tally.cases = weight_ * boards.Count(cards);
   return tally;
 }
 
 template <int cards>
-Tally OmahaRangeContest<cards>::Count(Isa isa, const GoOn& go_on) const {
-  if (hands_.empty()) return {};
+Tally OmahaRangeContest<cards>::Count(Isa isa, std::int64_t first, std::int64_t last) const {
   const bool one_word = BoardsToCome(taken_, board_, street_).Count() <= kBits;
-  return one_word ? CountBlocks<1>(isa, go_on) : CountBlocks<kWords>(isa, go_on);
+  return one_word ? CountBlocks<1>(isa, first, last) : CountBlocks<kWords>(isa, first, last);
+}
+
+template <int cards>
+Tally OmahaRangeContest<cards>::Count(Isa isa, const GoOn& go_on) const {
+  if (!go_on) return Count(isa, 0, blocks());
+  const std::int64_t all = blocks();
+  Tally tally;
+  for (std::int64_t block = 0; block < all; ++block) {
+    if (!go_on(block, all)) return {};
+    const Tally of_block = Count(isa, block, block + 1);
+    tally.wins += of_block.wins;
+    tally.ties += of_block.ties;
+    tally.cases += of_block.cases;
+  }
+  return tally;
 }
 
 #define POKERMATH_CONTEST(cards) template class OmahaRangeContest<cards>;

@@ -27,25 +27,35 @@ class OmahaRangeContest {
   /// @param range  card codes in rising order
   /// @param board  known cards, no more than the street has
   /// @param dead   cards that nobody holds and that cannot come; all known cards different
-  OmahaRangeContest(std::span<const int> hand, std::vector<Hand> range, std::span<const int> board,
-                    Street street, std::span<const int> dead = {});
+  /// @param weights  how often each hand of the range counts, 1..10000; none: once
+  OmahaRangeContest(std::span<const int> hand, std::span<const Hand> range,
+                    std::span<const int> board, Street street, std::span<const int> dead = {},
+                    std::span<const int> weights = {});
 
-  /// The hands that are left.
-  const std::vector<Hand>& hands() const { return hands_; }
+  /// Blocks of boards, which are counted one by one, in any order and on any thread.
+  std::int64_t blocks() const;
 
-  /// @param isa    instructions to use; the machine must have them
+  /// Wins and ties of the blocks first .. last - 1; the first one has the cases of all of them.
+  ///
+  /// @param isa  instructions to use; the machine must have them
+  Tally Count(Isa isa, std::int64_t first, std::int64_t last) const;
+
+  /// All of them.
+  ///
   /// @param go_on  may be empty
   /// @return no cases if it was stopped
   Tally Count(Isa isa, const GoOn& go_on = {}) const;
 
  private:
   template <std::size_t words>
-  Tally CountBlocks(Isa isa, const GoOn& go_on) const;
+  Tally CountBlocks(Isa isa, std::int64_t first, std::int64_t last) const;
 
   std::vector<int> hand_, board_;
   Street street_;
   std::uint64_t taken_;
-  std::vector<Hand> hands_;
+  std::vector<Hand> hands_;  // those that are left
+  std::vector<int> weights_;
+  std::int64_t weight_ = 0;  // of all of them
 };
 
 #define POKERMATH_EXTERN_CONTEST(cards) extern template class OmahaRangeContest<cards>;

@@ -154,6 +154,34 @@ TEST(OmahaRangeEquity, AgainstAllHandsIsAgainstARandomHand) {
             OmahaHandVsRandom(hand, {}, Street::kFlop));
 }
 
+TEST(OmahaRangeEquity, CountsBlocksOneByOneWithWeights) {
+  Dealer dealer(95);
+  SCOPED_TRACE(dealer.Trace());
+  const Cards hand = dealer.Deal(4);
+  const auto hands = RandomRange<4>(dealer, 30).Hands();
+  std::vector<int> weights;
+  Tally each;
+  for (const auto& other : hands) {
+    weights.push_back(1 + dealer.Below(10000));
+    const Tally of =
+        OmahaRangeContest<4>(hand, std::span(&other, 1), {}, Street::kFlop).Count(Isa::kBaseline);
+    each.wins += weights.back() * of.wins;
+    each.ties += weights.back() * of.ties;
+    each.cases += weights.back() * of.cases;
+  }
+  const OmahaRangeContest<4> contest(hand, hands, {}, Street::kFlop, {}, weights);
+  ASSERT_GT(contest.blocks(), 10);
+  Tally blocks;
+  for (std::int64_t block = contest.blocks(); block-- > 0;) {
+    const Tally of = contest.Count(BestIsa(), block, block + 1);
+    blocks.wins += of.wins;
+    blocks.ties += of.ties;
+    blocks.cases += of.cases;
+  }
+  EXPECT_EQ(blocks, each);
+  EXPECT_EQ(contest.Count(BestIsa()), each);
+}
+
 TEST(OmahaRangeEquity, AgainstOneHandIsHandAgainstHand) {
   Dealer dealer(93);
   SCOPED_TRACE(dealer.Trace());

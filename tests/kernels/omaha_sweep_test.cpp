@@ -190,19 +190,18 @@ void ExpectHandsAgainstALargeRangeOnATurn(Game game, const char* text) {
   for (const int river : RulesOf(game).Deck() - turn) sweep.Count(turn | CardSet{river});
   const std::vector<OmahaCounts> counts = sweep.CountsOf(0, kWhole);
   EXPECT_EQ(sweep.CountsOf(1, kWhole), counts);
-  std::map<int, std::vector<std::array<int, hand_size>>> by_weight;
+  std::vector<std::array<int, hand_size>> others;
+  std::vector<int> weights;
   for (const WeightedHand& other : hands) {
-    std::ranges::copy(other.cards, by_weight[other.weight].emplace_back().begin());
+    std::ranges::copy(other.cards, others.emplace_back().begin());
+    weights.push_back(other.weight);
   }
   for (std::size_t i = 7; i < hands.size(); i += hands.size() / 12) {
-    std::uint64_t wins = 0, ties = 0;
-    for (const auto& [weight, others] : by_weight) {
-      const OmahaRangeContest<hand_size> contest(ListOf(hands[i].cards), others, ListOf(turn),
-                                                 Street::kRiver);
-      const Tally tally = contest.Count(BestIsa());
-      wins += static_cast<std::uint64_t>(weight * tally.wins);
-      ties += static_cast<std::uint64_t>(weight * tally.ties);
-    }
+    const OmahaRangeContest<hand_size> contest(ListOf(hands[i].cards), others, ListOf(turn),
+                                               Street::kRiver, {}, weights);
+    const Tally tally = contest.Count(BestIsa());
+    const auto wins = static_cast<std::uint64_t>(tally.wins);
+    const auto ties = static_cast<std::uint64_t>(tally.ties);
     ASSERT_EQ(counts[i], (OmahaCounts{wins, wins + ties}));
   }
 }
