@@ -145,6 +145,10 @@ const EquityQuestion kFiveCardsTurn = OnBoard(kFiveCardsRiver, "2c7dThJs");
 const EquityQuestion kFiveCardsFlop = OnBoard(kFiveCardsRiver, "2c7dTh");
 const EquityQuestion kFewFiveCardsRiver = FewOf(kFiveCardsRiver);
 const EquityQuestion kFewOmahaRiver = FewOf(kOmahaRiver);
+// The plain loop beside it is BM_OmahaAgainstRangePlain.
+const EquityQuestion kOmahaHandBeforeFlop = QuestionOf({"AhAdKhKd", "10%"}, "", Game::kOmaha);
+const EquityQuestion kHighLowHandBeforeFlop =
+    QuestionOf({"AhAdKhKd", "10%"}, "", Game::kOmahaHighLow);
 
 #define POKERMATH_ANSWERED(name) \
   BENCHMARK_CAPTURE(BM_Calculator, name, k##name)->Unit(benchmark::kMicrosecond)
@@ -228,6 +232,8 @@ POKERMATH_ANSWERED(HighLowTurn);
 POKERMATH_ANSWERED(FiveCardsRiver);
 POKERMATH_ANSWERED(FiveCardsFlushRiver);
 POKERMATH_ANSWERED(FiveCardsTurn);
+POKERMATH_ANSWERED(OmahaHandBeforeFlop);
+POKERMATH_ANSWERED(HighLowHandBeforeFlop);
 POKERMATH_ANSWERED(FewOmahaRiver);
 POKERMATH_PLAIN(FewOmahaRiver);
 POKERMATH_ANSWERED(FewFiveCardsRiver);

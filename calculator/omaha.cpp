@@ -267,7 +267,8 @@ class OmahaBeforeFlopWork final : public OmahaWork {
   // What a class takes for its ranks, for the sets of them that hands have of a suit, most of which
   // are met early, and for hands.
   static double CostOfClass(const CheckedQuestion& question, double hands) {
-    const double most = question.rules().hand_size == 4 ? 50 : 120;
+    const double most =
+        std::array{50, 120, 250}[static_cast<std::size_t>(question.rules().hand_size) - 4];
     return (question.rules().high_low ? 2 : 1) * (1e4 + 2e3 * std::min(hands, most)) + 100 * hands;
   }
 
@@ -323,7 +324,10 @@ std::optional<double> OmahaHandsCost(const CheckedQuestion& question) {
       known == 1 || known == 2) {
     return std::nullopt;
   }
-  return 1e5 + BoardsOf(question) * static_cast<double>(question.players().size());
+  // Tables of each hand in turn and of the others, and then boards many at a time.
+  const double of_hand = 8000 + 0.06 * BoardsOf(question);
+  return 2000 + static_cast<double>(question.players().size()) * of_hand *
+                    (question.rules().high_low ? 3 : 1);
 }
 
 std::unique_ptr<const Work> StartOmahaHands(const QuestionPointer& question) {

@@ -175,7 +175,7 @@ void FillRows(std::span<const int> hand, BoardsToCome& boards, int count,
 
 // How often hands do not lose, or cannot be held, and how often they tie, by their weights. No sum
 // is as large as if all hands counted 10,000 times on all boards.
-static_assert(Choose(52, 5) < (std::int64_t{1} << 62) / Choose(52, 5) / 10000);
+static_assert(Choose(52, 5) < (std::int64_t{1} << 62) / Choose(52, 6) / 10000);
 struct Sums {
   std::int64_t not_less = 0;
   std::int64_t ties = 0;

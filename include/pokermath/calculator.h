@@ -205,8 +205,7 @@ POKERMATH_EXPORT Result<Calculation> Plan(const EquityQuestion& question);
 ///
 /// @param go_on  called between steps with those done and all, of which sampling to an error needs
 ///               few; returning false stops, and a count is then an error, a sample the answer so
-///               far. A hand of Omaha against a range is one step for each weight, of some seconds
-///               before the flop.
+///               far
 POKERMATH_EXPORT Result<EquityAnswer> Calculate(
     const EquityQuestion& question,
     const std::function<bool(std::int64_t done, std::int64_t all)>& go_on = {});

@@ -507,7 +507,7 @@ std::map<std::string, int> CompareSolvers(std::uint32_t seed, int count) {
   std::map<std::string, int> fitted;
   for (int i = 0; i < count; ++i) {
     EquityQuestion question = i % 60 == 59   ? questions.NextBeforeTheFlop()
-                              : i % 20 == 19 ? questions.NextOmahaBeforeTheFlop()
+                              : i % 60 == 29 ? questions.NextOmahaBeforeTheFlop()
                                              : questions.Next();
     const bool comes = question.board.size() < static_cast<int>(question.street);
     question.detail = {.hands = questions.Below(2) == 0,
@@ -685,7 +685,7 @@ TEST(Solvers, EqualPlainEnumerationWhereSuitsAreAlike) {
 }
 
 TEST(SolversSlow, AllEqualPlainEnumeration) {
-  const std::map<std::string, int> fitted = CompareSolvers(4, 800);
+  const std::map<std::string, int> fitted = CompareSolvers(6, 800);
   EXPECT_EQ(fitted.size(), Solvers().size());
   for (const auto& [name, times] : fitted) EXPECT_GE(times, 5) << name;
 }

@@ -288,6 +288,16 @@ has "$asked" "$out" $'\nplayer 2, QQxx:ds,9xx8:r\nclass  '
 has "$asked" "$out" "equity   from lows     whole pot  part of it   nothing"
 same "boxes" "$(grep -o '<rect x=[^>]*/><text [^>]*>[0-9]' "$work/types.svg" | wc -l)" \
   "$(sed 1d "$work/rows" | wc -l)"
+# What takes little is counted: a hand and a range before the flop, every hand of both; what comes
+# next for hands; what ranges make on a turn.
+for words in 'AhAdKhKd AAxx --by hand' 'AhAdKhKd2c AAxxx --game omaha5-hilo' \
+  'AhAdKhKd JsTs9c8c --by hand --game omaha-hilo' 'AhAdKhKd JsTs9c8c --by next' \
+  'AAxx:ds QQxx:ds --board AsKs7c2d --by made'; do
+  [[ $words == *--game* ]] || words+=' --game omaha'
+  # shellcheck disable=SC2086
+  run equity $words --json
+  has "$asked" "$out" '"method":"exact","reason":"counting takes less than a second"'
+done
 refuses 2 "--svg draws --by hand, --by class, and --by next where one card" equity AhKd QQ --by made --svg x
 refuses 2 "--svg draws" equity AhKd QQ --by next --svg x
 refuses 2 "--svg needs --by" equity AhKd QQ --svg x
