@@ -282,6 +282,30 @@ void BM_Sampled(benchmark::State& state, EquityQuestion question) {
   state.SetItemsProcessed(state.iterations() * kTrials);
 }
 
+// Trials a second where they are dealt in pools: `effective` are as many independent ones that
+// would have the same standard error.
+void BM_SampledInPools(benchmark::State& state, EquityQuestion question) {
+  constexpr std::int64_t kTrials = 1 << 20;
+  question.method = Method::kSampled;
+  question.detail = {};
+  question.sampling = {.standard_error = 0, .trials = kTrials};
+  double trials = 0, effective = 0;
+  for (auto _ : state) {
+    const EquityAnswer answer = *Calculate(question);
+    const PlayerAnswer& player = answer.players[0];
+    double squares = 0;
+    for (std::size_t k = 0; k < kMostPlayers; ++k) {
+      squares += player.shared[k].Value() / static_cast<double>((k + 1) * (k + 1));
+    }
+    const double cases = answer.cases.Value(), equity = player.total.equity;
+    const double error = player.standard_error.value_or(1);
+    trials += cases;
+    effective += (squares / cases - equity * equity) / (error * error);
+  }
+  state.SetItemsProcessed(static_cast<std::int64_t>(trials));
+  state.counters["effective"] = benchmark::Counter(effective, benchmark::Counter::kIsRate);
+}
+
 // The same card by card and trial by trial.
 void BM_SampledPlain(benchmark::State& state, const char* hand, int players) {
   constexpr std::int64_t kTrials = 1 << 20;
@@ -304,6 +328,12 @@ void BM_SampledToError(benchmark::State& state, EquityQuestion question) {
   Answer(state, question);
 }
 
+EquityQuestion OmahaRanges(std::size_t players, const char* range, const char* board,
+                           Game game = Game::kOmaha) {
+  EquityQuestion question{.game = game, .board = CardSet(ParseCards(board).cards)};
+  question.players.assign(players, RangeOf(game, range));
+  return question;
+}
 const EquityQuestion kSixRanges = QuestionOf({"15%", "15%", "15%", "15%", "15%", "15%"}, "");
 
 BENCHMARK_CAPTURE(BM_Sampled, TwoHands, QuestionOf({"AhKd", "7s7c"}, ""));
@@ -317,6 +347,11 @@ BENCHMARK_CAPTURE(BM_SampledToError, SixRanges, kSixRanges)->Unit(benchmark::kMi
 BENCHMARK_CAPTURE(BM_Sampled, TwoOmahaRanges, QuestionOf({"10%", "10%"}, "", Game::kOmaha));
 BENCHMARK_CAPTURE(BM_Sampled, ThreeOmahaRanges,
                   QuestionOf({"10%", "10%", "10%"}, "", Game::kOmaha));
+BENCHMARK_CAPTURE(BM_SampledInPools, SixOmahaRanges, OmahaRanges(6, "10%", ""));
+BENCHMARK_CAPTURE(BM_SampledInPools, SixOmahaRangesRiver, OmahaRanges(6, "10%", "2c7dThJs3d"));
+BENCHMARK_CAPTURE(BM_SampledInPools, SixOmaha5Ranges, OmahaRanges(6, "10%", "", Game::kOmaha5));
+BENCHMARK_CAPTURE(BM_SampledInPools, TenTightRanges,
+                  QuestionOf({"4%", "4%", "4%", "4%", "4%", "4%", "4%", "4%", "4%", "4%"}, ""));
 
 }  // namespace
 }  // namespace pokermath

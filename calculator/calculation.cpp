@@ -20,16 +20,53 @@ constexpr std::int64_t kFirstStop = 16;  // steps of sampling before their error
 constexpr std::int64_t kMostAttempts = std::int64_t{1} << 32;
 constexpr std::int64_t kMostFutileAttempts = std::int64_t{1} << 26;
 
-// Standard error of the mean of points, from how many there were, their sum and that of their
-// squares. Trials that were all alike do not prove that the next ones will be: then it is that of a
-// sample in which one more differs by a whole pot.
-std::optional<double> StandardErrorOf(Int128 count, Int128 sum, Int128 squares) {
-  if (count < 2) return std::nullopt;
-  const auto n = static_cast<double>(count);
-  const Int128 spread = count * squares - sum * sum;  // n * (n - 1) times the variance
-  if (spread == 0) return kPot / (n + 1);
-  return std::sqrt(static_cast<double>(spread) / (n * (n - 1)) / n);
-}
+// Pools whose error is believed; where few have nearly all trials, these are the ones.
+constexpr double kFewestPools = 8;
+
+// Standard error of the mean of a player's points. Trials that were all alike do not prove that the
+// next ones will be: then it is that of a sample in which one more differs by a whole pot.
+class ErrorReader {
+ public:
+  ErrorReader(const SumsLayout& layout, std::span<const Int128> sums, std::size_t player)
+      : trials_(sums[SumsLayout::kCases]),
+        pool_squares_(sums[SumsLayout::kPoolSquares]),
+        independent_(sums[SumsLayout::kIndependent]),
+        points_(sums[layout.Total(player).points()]),
+        squares_(sums[layout.Squares(player)]),
+        products_(sums[layout.Products(player)]) {}
+
+  /// Nothing where there are too few trials to know.
+  std::optional<double> Read() const {
+    if (pool_squares_ > 0) return OfPools();
+    if (trials_ < 2) return std::nullopt;
+    const auto n = static_cast<double>(trials_);
+    // n * (n - 1) times the variance.
+    const Int128 spread = trials_ * squares_ - points_ * points_;
+    if (spread == 0) return kPot / (n + 1);
+    return std::sqrt(static_cast<double>(spread) / (n * (n - 1)) / n);
+  }
+
+ private:
+  // The mean is that of the ratio of points y to trials n, both added up over pools. So it errs by
+  // the sum of what is between y and mean * n in every pool, over all trials. (William G. Cochran,
+  // 1977, "Sampling techniques", chapter 6.)
+  std::optional<double> OfPools() const {
+    const auto n = static_cast<double>(trials_);
+    const double pools = n * n / static_cast<double>(pool_squares_);  // if they were all alike
+    if (pools < kFewestPools) return std::nullopt;
+    // Squares of y - whole * n in whole numbers, since nearly all of the squares of y cancels.
+    const Int128 whole = points_ / trials_;
+    const double rest = static_cast<double>(points_ - whole * trials_) / n;
+    const Int128 squares = squares_ - 2 * whole * products_ + whole * whole * pool_squares_;
+    const auto products = static_cast<double>(products_ - whole * pool_squares_);
+    const double spread = static_cast<double>(squares) - 2 * rest * products +
+                          rest * rest * static_cast<double>(pool_squares_);
+    if (spread <= 0) return kPot / (static_cast<double>(independent_) + 1);
+    return std::sqrt(spread * pools / (pools - 1)) / n;
+  }
+
+  Int128 trials_, pool_squares_, independent_, points_, squares_, products_;
+};
 
 // The compiler's own conversion is a slow call.
 double DoubleOf(Int128 number) {
@@ -85,8 +122,7 @@ class AnswerReader {
     }
     const Int128 cases = sums_[SumsLayout::kCases];
     if (sampled_) {
-      const std::optional<double> error = StandardErrorOf(
-          cases, sums_[layout_.Total(player).points()], sums_[layout_.Squares(player)]);
+      const std::optional<double> error = ErrorReader(layout_, sums_, player).Read();
       if (error) answer.standard_error = *error / kPot;
     }
     if (question_.asked().detail.hands) ReadHands(player, answer);
@@ -137,9 +173,7 @@ std::optional<double> LargestError(const CheckedQuestion& question, const Sums& 
   const SumsLayout layout(question);
   double largest = 0;
   for (std::size_t i = 0; i < question.players().size(); ++i) {
-    const std::optional<double> error =
-        StandardErrorOf(sums.numbers[SumsLayout::kCases], sums.numbers[layout.Total(i).points()],
-                        sums.numbers[layout.Squares(i)]);
+    const std::optional<double> error = ErrorReader(layout, sums.numbers, i).Read();
     if (!error) return std::nullopt;
     largest = std::max(largest, *error);
   }
@@ -245,8 +279,16 @@ Result<EquityAnswer> Calculation::Answer(const Sums& sums) const {
   EquityAnswer answer = AnswerReader(*question_, sums.numbers, sampled).Read();
   answer.solver = work_->name();
   answer.reason = reason_;
-  if (sampled && done == steps() && answer.cases.units < question_->asked().sampling.trials) {
+  const SamplingLimits& limits = question_->asked().sampling;
+  if (sampled && done == steps() && answer.cases.units < limits.trials) {
     answer.reason += "; the ranges hardly fit together, so there are fewer trials than asked for";
+  } else if (sampled && limits.standard_error > 0 &&
+             sums.numbers[SumsLayout::kAttempts] >= kMostAttempts) {
+    const std::optional<double> error = LargestError(*question_, sums);
+    if (!error || *error > limits.standard_error * kPot) {
+      answer.reason +=
+          "; the ranges hardly fit together, so the standard error is larger than asked for";
+    }
   }
   return answer;
 }

@@ -23,8 +23,7 @@ void CardDraw::Draw(RandomNumbers& random, std::span<const CardSet> taken,
                     std::span<DealtCards> drawn) const {
   if (taken.empty()) return;
   if (IsCrowded(taken[0])) {
-    for (std::size_t i = 0; i < taken.size(); ++i)
-      drawn[i] = start_ + DrawOneByOne(random, taken[i]);
+    DrawOneByOne(random, taken, drawn);
   } else {
     DrawSets(random, taken, drawn);
   }
@@ -92,21 +91,30 @@ bool CardDraw::IsCrowded(CardSet taken) const {
   return ChoicesOf(from_.size(), count_) > kMostTries * ChoicesOf((from_ - taken).size(), count_);
 }
 
-DealtCards CardDraw::DrawOneByOne(RandomNumbers& random, CardSet taken) const {
+void CardDraw::DrawOneByOne(RandomNumbers& random, std::span<const CardSet> taken,
+                            std::span<DealtCards> drawn) const {
   const auto cards = static_cast<std::uint32_t>(cards_.size());
   const PairLimits limits(cards, cards);
   std::array<std::uint32_t, 64> places;
   std::size_t next = places.size();
-  DealtCards drawn;
-  while (drawn.cards.size() < count_) {
-    if (next == places.size()) {
-      random.Draw(limits, std::span(places));
-      next = 0;
+  for (std::size_t i = 0; i < taken.size(); ++i) {
+    CardSet held = taken[i];
+    DealtCards all = start_;
+    for (int missing = count_; missing > 0;) {
+      if (next == places.size()) {
+        random.Draw(limits, std::span(places));
+        next = 0;
+      }
+      // Whether a card fits is anybody's guess, so there is no branch to guess it.
+      const DealtCards& card = cards_[places[next++]];
+      const bool fits = !card.cards.Meets(held);
+      held |= card.cards;
+      const std::uint64_t mask = fits ? ~std::uint64_t{0} : 0;
+      all = all + DealtCards{CardSet::OfBits(card.cards.bits() & mask), card.word & mask};
+      missing -= fits ? 1 : 0;
     }
-    const DealtCards& card = cards_[places[next++]];
-    if (!card.cards.Meets(taken | drawn.cards)) drawn = drawn + card;
+    drawn[i] = all;
   }
-  return drawn;
 }
 
 namespace {
@@ -128,15 +136,32 @@ Dealing::Dealing(const CheckedQuestion& question)
     const Side& side = question.players()[i];
     if (!side.IsListed() && !side.IsOneHand()) any_.push_back(i);
   }
-  if (any_.empty()) return;
-  hand_ = CardDraw(question.live() - question.certain(), question.rules().hand_size);
+  if (!any_.empty()) {
+    hand_ = CardDraw(question.live() - question.certain(), question.rules().hand_size);
+  }
+  if (!Pools::PayFor(*listed_)) return;
+  pools_.emplace(*std::move(listed_), question.to_come(), question.asked().sampling.trials);
+  listed_.reset();
 }
 
 std::size_t Dealing::Deal(RandomNumbers& random, std::size_t wanted, std::int64_t& attempts,
                           DealtBlock& block) const {
   DealtBlock::Each<CardSet> held;
-  const std::size_t count = listed_.Deal(random, wanted, attempts, block, held);
-  const std::span<CardSet> taken = std::span(held).first(count);
+  const std::size_t count = listed_->Deal(random, wanted, attempts, block, held);
+  DealRest(random, std::span(held).first(count), block);
+  return count;
+}
+
+std::int64_t Dealing::DealPool(RandomNumbers& random, std::int64_t& attempts, DealtBlock& block,
+                               const std::function<void(std::size_t)>& visit) const {
+  DealtBlock::Each<CardSet> held;
+  return pools_->Deal(random, attempts, block, held, [&](std::size_t count) {
+    DealRest(random, std::span(held).first(count), block);
+    visit(count);
+  });
+}
+
+void Dealing::DealRest(RandomNumbers& random, std::span<CardSet> taken, DealtBlock& block) const {
   const auto take = [taken](const DealtBlock::Each<DealtCards>& drawn) {
     for (std::size_t i = 0; i < taken.size(); ++i) taken[i] |= drawn[i].cards;
   };
@@ -144,7 +169,7 @@ std::size_t Dealing::Deal(RandomNumbers& random, std::size_t wanted, std::int64_
   if (!next_.empty()) {
     take(block.board);
     next_.Draw(random, taken, block.next);
-    for (std::size_t i = 0; i < count; ++i) block.board[i] = block.board[i] + block.next[i];
+    for (std::size_t i = 0; i < taken.size(); ++i) block.board[i] = block.board[i] + block.next[i];
   }
   const auto* last = &block.board;
   for (const std::size_t player : any_) {
@@ -152,7 +177,6 @@ std::size_t Dealing::Deal(RandomNumbers& random, std::size_t wanted, std::int64_
     last = &block.hands[player];
     hand_.Draw(random, taken, block.hands[player]);
   }
-  return count;
 }
 
 }  // namespace pokermath

@@ -5,10 +5,13 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <span>
 #include <vector>
 
 #include "calculator/dealt.h"
+#include "calculator/pools.h"
 #include "calculator/question.h"
 #include "calculator/range_draw.h"
 #include "kernels/random_numbers.h"
@@ -30,7 +33,8 @@ class CardDraw {
 
  private:
   bool IsCrowded(CardSet taken) const;
-  DealtCards DrawOneByOne(RandomNumbers& random, CardSet taken) const;
+  void DrawOneByOne(RandomNumbers& random, std::span<const CardSet> taken,
+                    std::span<DealtCards> drawn) const;
   void DrawSets(RandomNumbers& random, std::span<const CardSet> taken,
                 std::span<DealtCards> drawn) const;
 
@@ -51,15 +55,24 @@ class Dealing {
  public:
   explicit Dealing(const CheckedQuestion& question);
 
+  /// Where listed hands hardly ever fit together, they are dealt in pools and not one by one.
+  const std::optional<Pools>& pools() const { return pools_; }
+
   /// Fills the first `wanted` places of a block, fewer if that takes more attempts than there are.
   ///
   /// @param attempts  in: how many there may be; out: how many are left
   /// @return how many places were filled
   std::size_t Deal(RandomNumbers& random, std::size_t wanted, std::int64_t& attempts,
                    DealtBlock& block) const;
+  /// Deals a pool, as Pools::Deal.
+  std::int64_t DealPool(RandomNumbers& random, std::int64_t& attempts, DealtBlock& block,
+                        const std::function<void(std::size_t)>& visit) const;
 
  private:
-  RangeDraw listed_;
+  void DealRest(RandomNumbers& random, std::span<CardSet> taken, DealtBlock& block) const;
+
+  std::optional<RangeDraw> listed_;  // or the pools
+  std::optional<Pools> pools_;
   std::vector<std::size_t> any_;  // players who may hold anything
   CardDraw next_, later_, hand_;
 };

@@ -134,6 +134,26 @@ bool RangeDraw::Join(const Seat& seat1, const Seat& seat2) {
   return true;
 }
 
+RangeDraw RangeDraw::TakeHalf() {
+  RangeDraw half;
+  std::vector<Group> kept;
+  for (std::size_t i = 0; i < groups_.size(); ++i) {
+    (i % 2 == 0 ? kept : half.groups_).push_back(std::move(groups_[i]));
+  }
+  groups_ = std::move(kept);
+  return half;
+}
+
+std::vector<std::size_t> RangeDraw::Players() const {
+  std::vector<std::size_t> players;
+  for (const Group& group : groups_) {
+    for (const Member& member : group.members) {
+      if (member.plays) players.push_back(member.player);
+    }
+  }
+  return players;
+}
+
 // Deals side by side, and which of them fit so far.
 struct RangeDraw::Attempts {
   static constexpr std::size_t kMostGroups = 26;  // of two cards

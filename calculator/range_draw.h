@@ -50,6 +50,14 @@ class RangeDraw {
  public:
   explicit RangeDraw(const CheckedQuestion& question);
 
+  /// Ranges, two that are joined counting as one: these always fit.
+  std::size_t groups() const { return groups_.size(); }
+  /// Takes every second one of at least two groups out. The narrowest ones, which clash most, end
+  /// on different sides.
+  RangeDraw TakeHalf();
+  /// Players for whom it draws.
+  std::vector<std::size_t> Players() const;
+
   /// Fills the first `wanted` places of a block, fewer if that takes more attempts than there are.
   ///
   /// @param attempts  in: how many there may be; out: how many are left
@@ -78,6 +86,7 @@ class RangeDraw {
   struct Seat;
   struct Attempts;
 
+  RangeDraw() = default;
   void Add(const Seat& seat);
   bool Join(const Seat& seat1, const Seat& seat2);
   void Attempt(RandomNumbers& random, Attempts& made) const;

@@ -5,7 +5,8 @@
 // of players who share the pot, and a step counts how often each came.
 
 #include <algorithm>
-#include <bit>
+#include <cmath>
+#include <functional>
 #include <utility>
 #include <vector>
 
@@ -20,6 +21,11 @@ namespace {
 constexpr std::int64_t kTrialsAStep = 4096;
 // Ranges that hardly ever fit together give fewer trials a step.
 constexpr std::int64_t kMostAttemptsAStep = 32 * kTrialsAStep;
+// In pools, no more deals of half the players than so many for each trial that is wanted.
+constexpr double kMostDealsATrial = 128;
+constexpr double kFewestPools = 64;
+// So that pools are not too few by chance.
+constexpr double kMorePools = 1.1;
 // Without a limit of trials; a standard error is reached long before.
 constexpr std::int64_t kMostTrials = std::int64_t{1} << 40;
 
@@ -29,38 +35,80 @@ class SamplingWork : public Work {
       : question_(question), settler_(*question), dealing_(*question) {
     const std::int64_t limit = question->asked().sampling.trials;
     trials_ = limit > 0 ? std::min(limit, kMostTrials) : kMostTrials;
+    if (dealing_.pools()) CutPools(*dealing_.pools());
   }
 
-  const char* name() const final { return "random deals"; }
+  const char* name() const final {
+    return dealing_.pools() ? "random deals in pools" : "random deals";
+  }
   Method method() const final { return Method::kSampled; }
-  std::int64_t steps() const final { return (trials_ + kTrialsAStep - 1) / kTrialsAStep; }
+  std::int64_t steps() const final {
+    return dealing_.pools() ? (pools_ + pools_a_step_ - 1) / pools_a_step_
+                            : (trials_ + kTrialsAStep - 1) / kTrialsAStep;
+  }
+
+  void Do(std::int64_t step, std::span<Int128> sums) const final {
+    RandomNumbers random(question_->asked().seed, step);
+    DealtBlock block;
+    if (!dealing_.pools()) {
+      return Add(
+          block, [&](const Visit& visit) { Deal(step, random, block, sums, visit); }, sums);
+    }
+    const std::int64_t end = std::min(pools_, (step + 1) * pools_a_step_);
+    for (std::int64_t pool = step * pools_a_step_; pool < end; ++pool) {
+      PoolSums of_pool(settler_.layout(), question_->players().size(), sums);
+      std::int64_t attempts = 0, independent = 0;
+      Add(
+          block,
+          [&](const Visit& visit) {
+            independent = dealing_.DealPool(random, attempts, block, visit);
+          },
+          sums);
+      of_pool.Close(independent);
+      sums[SumsLayout::kAttempts] += attempts;
+    }
+  }
 
  protected:
+  using Visit = std::function<void(std::size_t count)>;
+
   const CheckedQuestion& question() const { return *question_; }
   const Settler& settler() const { return settler_; }
 
-  // Calls visit with blocks of trials, and how many there are in each, until a step is done.
-  template <typename Visit>
-  void ForEachBlock(std::int64_t step, std::span<Int128> sums, const Visit& visit) const {
-    RandomNumbers random(question_->asked().seed, step);
+ private:
+  // Adds all deals that deal(visit) puts into the block, some at a time.
+  virtual void Add(const DealtBlock& block, const std::function<void(const Visit&)>& deal,
+                   std::span<Int128> sums) const = 0;
+
+  void CutPools(const Pools& pools) {
+    const auto trials = static_cast<double>(trials_);
+    const double most =
+        std::max(kMostDealsATrial * trials / static_cast<double>(pools.deals()), kFewestPools);
+    pools_ =
+        static_cast<std::int64_t>(std::ceil(std::min(kMorePools * trials / pools.trials(), most)));
+    pools_a_step_ = static_cast<std::int64_t>(
+        std::max(1.0, static_cast<double>(kTrialsAStep) / pools.trials()));
+  }
+
+  void Deal(std::int64_t step, RandomNumbers& random, DealtBlock& block, std::span<Int128> sums,
+            const Visit& visit) const {
     std::int64_t left = std::min(kTrialsAStep, trials_ - step * kTrialsAStep);
     std::int64_t attempts = kMostAttemptsAStep;
-    DealtBlock block;
     while (left > 0 && attempts > 0) {
       const auto wanted = std::min(left, static_cast<std::int64_t>(DealtBlock::kMost));
       const std::size_t dealt =
           dealing_.Deal(random, static_cast<std::size_t>(wanted), attempts, block);
-      visit(block, dealt);
+      visit(dealt);
       left -= static_cast<std::int64_t>(dealt);
     }
     sums[SumsLayout::kAttempts] += kMostAttemptsAStep - attempts;
   }
 
- private:
   QuestionPointer question_;
   Settler settler_;
   Dealing dealing_;
   std::int64_t trials_;
+  std::int64_t pools_ = 0, pools_a_step_ = 1;
 };
 
 // Every game, with all details.
@@ -70,27 +118,28 @@ class DetailedSampling final : public SamplingWork {
       : SamplingWork(question),
         next_(question->asked().detail.next ? std::make_unique<NextBoards>(*question) : nullptr) {}
 
-  void Do(std::int64_t step, std::span<Int128> sums) const override {
+  void Add(const DealtBlock& block, const std::function<void(const Visit&)>& deal,
+           std::span<Int128> sums) const override {
     const std::vector<Side>& players = question().players();
     const Detail& detail = question().asked().detail;
-    SettledDeal deal;
-    ForEachBlock(step, sums, [&](const DealtBlock& block, std::size_t count) {
+    SettledDeal settled;
+    deal([&](std::size_t count) {
       for (std::size_t trial = 0; trial < count; ++trial) {
         const CardList board(block.board[trial].cards);
         for (std::size_t i = 0; i < players.size(); ++i) {
           const bool certain = players[i].IsOneHand();
           const CardSet hand =
               certain ? players[i].range.hands()[0].cards : block.hands[i][trial].cards;
-          deal.worths[i] = WorthOf(question().rules(), CardList(hand).cards(), board.cards());
+          settled.worths[i] = WorthOf(question().rules(), CardList(hand).cards(), board.cards());
           if (!detail.hands) continue;
           const bool is_listed = players[i].IsListed() && !certain;
-          deal.hands[i] = is_listed ? block.places[i][trial] : players[i].range.Find(hand);
+          settled.hands[i] = is_listed ? block.places[i][trial] : players[i].range.Find(hand);
         }
         if (detail.next) {
-          deal.next[0] = next_->NumberOf(block.next[trial].cards);
-          deal.next_count = 1;
+          settled.next[0] = next_->NumberOf(block.next[trial].cards);
+          settled.next_count = 1;
         }
-        settler().AddTrial(deal, sums);
+        settler().AddTrial(settled, sums);
       }
     });
   }
@@ -112,15 +161,16 @@ class SharersSampling final : public SamplingWork {
     }
   }
 
-  void Do(std::int64_t step, std::span<Int128> sums) const override {
+  void Add(const DealtBlock& block, const std::function<void(const Visit&)>& deal,
+           std::span<Int128> sums) const override {
     SharerTimes times(question().players().size());
-    ForEachBlock(step, sums, [&](const DealtBlock& block, std::size_t count) {
+    deal([&](std::size_t count) {
       const std::span<const DealtCards> boards = std::span(block.board).first(count);
       single_hands_.Value(boards, times);
       for (const std::size_t player : others_) {
         const DealtBlock::Each<DealtCards>& hands = block.hands[player];
         values_.Of(
-            boards, [&](std::size_t deal) { return hands[deal]; }, times.ValuesOf(player));
+            boards, [&](std::size_t trial) { return hands[trial]; }, times.ValuesOf(player));
       }
       times.Add(count);
     });

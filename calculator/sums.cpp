@@ -105,6 +105,25 @@ SumsLayout::SumsLayout(const CheckedQuestion& question) : players_(question.play
   if (detail.made) size_ += players_ * kCategories * kCell;
 }
 
+PoolSums::PoolSums(const SumsLayout& layout, std::size_t players, std::span<Int128> sums)
+    : layout_(layout), players_(players), sums_(sums), trials_(sums[SumsLayout::kCases]) {
+  for (std::size_t i = 0; i < players; ++i) {
+    points_[i] = sums[layout.Total(i).points()];
+    squares_[i] = sums[layout.Squares(i)];
+  }
+}
+
+void PoolSums::Close(std::int64_t independent) {
+  const Int128 trials = sums_[SumsLayout::kCases] - trials_;
+  sums_[SumsLayout::kPoolSquares] += trials * trials;
+  sums_[SumsLayout::kIndependent] += independent;
+  for (std::size_t i = 0; i < players_; ++i) {
+    const Int128 points = sums_[layout_.Total(i).points()] - points_[i];
+    sums_[layout_.Squares(i)] = squares_[i] + points * points;
+    sums_[layout_.Products(i)] += points * trials;
+  }
+}
+
 struct Settler::Shares {
   std::array<int, kMostPlayers> points{};
   std::array<int, kMostPlayers> low_points{};

@@ -39,16 +39,22 @@ class SumsLayout {
   static constexpr std::size_t kSteps = 0;     ///< steps done
   static constexpr std::size_t kCases = 1;     ///< cases or trials
   static constexpr std::size_t kAttempts = 2;  ///< sampled: deals, those with clashes included
+  /// Of trials that were dealt in pools: squares of the trials of each pool, and trials that are
+  /// independent.
+  static constexpr std::size_t kPoolSquares = 3;
+  static constexpr std::size_t kIndependent = 4;
 
   std::size_t size() const { return size_; }
   OutcomePlace Total(std::size_t player) const { return {Player(player)}; }
-  /// Squares of the points, of samples.
+  /// Of samples, squares of the points of each trial or pool.
   std::size_t Squares(std::size_t player) const { return Player(player) + 4; }
+  /// Of pools, the points of each times its trials.
+  std::size_t Products(std::size_t player) const { return Player(player) + 5; }
   std::size_t Shared(std::size_t player, std::size_t others) const {
-    return Player(player) + 5 + others;
+    return Player(player) + 6 + others;
   }
   std::size_t LowShared(std::size_t player, std::size_t others) const {
-    return Player(player) + 5 + kMostPlayers + others;
+    return Player(player) + 6 + kMostPlayers + others;
   }
 
   /// Of a hand, category or next board: its cases, and the outcome behind them.
@@ -69,9 +75,9 @@ class SumsLayout {
   static constexpr std::size_t kCell = 1 + OutcomePlace::kSize;  ///< cases and their outcome
 
  private:
-  static constexpr std::size_t kPlayer = 5 + 2 * kMostPlayers;
+  static constexpr std::size_t kPlayer = 6 + 2 * kMostPlayers;
 
-  std::size_t Player(std::size_t player) const { return 3 + player * kPlayer; }
+  std::size_t Player(std::size_t player) const { return 5 + player * kPlayer; }
 
   std::size_t players_;
   std::array<std::size_t, kMostPlayers> hands_{};
@@ -111,6 +117,24 @@ struct SettledDeal {
   /// Numbers of the boards that come next on the way to this one; with Detail::next.
   std::array<std::size_t, kMostNext> next{};
   std::size_t next_count = 0;
+};
+
+/// What trials add to sums, so that they count as one pool.
+class PoolSums {
+ public:
+  /// @param sums  those to which the pool's trials will be added
+  PoolSums(const SumsLayout& layout, std::size_t players, std::span<Int128> sums);
+  /// All trials of the pool were added.
+  ///
+  /// @param independent  so many of them at the least are independent
+  void Close(std::int64_t independent);
+
+ private:
+  const SumsLayout& layout_;
+  std::size_t players_;
+  std::span<Int128> sums_;
+  Int128 trials_;
+  std::array<Int128, kMostPlayers> points_, squares_;
 };
 
 /// Adds cases to sums.

@@ -38,12 +38,13 @@ enum class Method {
 
 /// When sampling ends: as soon as one of them is reached. At least one of them must be set. A limit
 /// of time is the host's affair: it stops between steps. To an error, sampling gives up where it
-/// takes 2^32 deals of ranges that hardly fit together.
+/// takes 2^32 deals of ranges that hardly fit together, which the reason says.
 struct SamplingLimits {
   /// Of every player's equity, 0..1; 0 for none.
   double standard_error = 0.0005;
-  /// Trials, up to 2^40; 0 for none. Without a standard error there are so many, unless the ranges
-  /// hardly ever fit together, which the reason says.
+  /// Trials, up to 2^40; 0 for none. Without a standard error there are so many. Of ranges that
+  /// seldom fit together, which are dealt in pools, there are about so many, mostly a few more; or
+  /// fewer, which the reason says.
   std::int64_t trials = 0;
 };
 
@@ -114,7 +115,9 @@ struct PlayerAnswer {
   std::array<CaseCount, kMostPlayers> shared{};
   std::array<CaseCount, kMostPlayers> low_shared{};  ///< the same for the best low
   /// Of the equity, 0..1; where it was sampled, from two trials on. Of trials that all gave the
-  /// player the same it is 1 / (trials + 1), as if one more had differed by a whole pot.
+  /// player the same it is 1 / (trials + 1), as if one more had differed by a whole pot. In pools
+  /// trials share hands; then it comes from how far pools are apart, and there is none before eight
+  /// of them had trials, and of trials that were all alike only those count that share none.
   std::optional<double> standard_error;
   std::vector<HandOutcome> hands;  ///< with Detail::hands, rising by their cards
   std::vector<MadeOutcome> made;   ///< with Detail::made, the categories that occur
