@@ -125,6 +125,13 @@ EquityQuestion OnBoard(EquityQuestion question, const char* board) {
   question.board = CardSet(ParseCards(board).cards);
   return question;
 }
+// Of three players, with weights that differ.
+EquityQuestion ThreeOmahaQuestion(const char* board) {
+  EquityQuestion question = OmahaQuestion(board);
+  question.players.push_back(question.players[0]);
+  for (std::size_t i = 0; i < 3; ++i) question.players[i] = Weighted(question.players[i], i);
+  return question;
+}
 EquityQuestion FewOf(EquityQuestion question) {
   for (HandRange& range : question.players) {
     std::vector<WeightedHand> few;
@@ -234,6 +241,12 @@ POKERMATH_ANSWERED(FiveCardsFlushRiver);
 POKERMATH_ANSWERED(FiveCardsTurn);
 POKERMATH_ANSWERED(OmahaHandBeforeFlop);
 POKERMATH_ANSWERED(HighLowHandBeforeFlop);
+BENCHMARK_CAPTURE(BM_Calculator, ThreeOmahaRiver, ThreeOmahaQuestion("2c7dThJs3d"))
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_Calculator, FewThreeOmahaRiver, FewOf(ThreeOmahaQuestion("2c7dThJs3d")))
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_CalculatorPlain, FewThreeOmahaRiver, FewOf(ThreeOmahaQuestion("2c7dThJs3d")))
+    ->Unit(benchmark::kMillisecond);
 POKERMATH_ANSWERED(FewOmahaRiver);
 POKERMATH_PLAIN(FewOmahaRiver);
 POKERMATH_ANSWERED(FewFiveCardsRiver);

@@ -17,6 +17,7 @@ std::span<const Solver> Solvers() {
       {NextBoardsCost, StartNextBoards},
       {MadeCost, StartMade},
       {OmahaRangesCost, StartOmahaRanges},
+      {OmahaThreeCost, StartOmahaThree},
       {PlainCost, StartPlain},
   };
   return kSolvers;

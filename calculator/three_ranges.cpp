@@ -15,19 +15,10 @@
 #include "calculator/pairs.h"
 #include "calculator/solvers.h"
 #include "calculator/suit_symmetry.h"
+#include "calculator/three_outcomes.h"
 
 namespace pokermath {
 namespace {
-
-constexpr std::size_t kThree = 3;
-
-// The first player who has the same range as a player.
-std::size_t FirstLike(const CheckedQuestion& question, std::size_t player) {
-  const auto range_of = [&](std::size_t i) { return question.players()[i].range; };
-  std::size_t first = 0;
-  while (range_of(first) != range_of(player)) ++first;
-  return first;
-}
 
 // Ranges that are alike are swept once.
 double CostOfBoard(const CheckedQuestion& question) {
@@ -43,28 +34,6 @@ double CostOfBoard(const CheckedQuestion& question) {
 SuitSymmetry SymmetryOf(const CheckedQuestion& question) {
   return question.to_come() > 0 ? SuitSymmetry(question) : SuitSymmetry();
 }
-
-struct Outcomes {
-  Int128 cases = 0, wins = 0, shares2 = 0, shares3 = 0;
-
-  void Add(const Outcomes& other) {
-    cases += other.cases;
-    wins += other.wins;
-    shares2 += other.shares2;
-    shares3 += other.shares3;
-  }
-  void DivideBy(std::int64_t count) {
-    cases /= count;
-    wins /= count;
-    shares2 /= count;
-    shares3 /= count;
-  }
-  void AddTo(OutcomePlace place, std::span<Int128> sums) const {
-    sums[place.wins()] += wins;
-    sums[place.ties()] += shares2 + shares3;
-    sums[place.points()] += kPot * wins + kPot / 2 * shares2 + kPot / 3 * shares3;
-  }
-};
 
 class ThreeRangesWork final : public Work {
  public:
@@ -105,10 +74,10 @@ class ThreeRangesWork final : public Work {
     // Every deal of three hands leaves as many boards as any other.
     if (step == 0) sweep.CountCases();
     // What is so for a player is so for those with the same range.
-    std::array<std::vector<Outcomes>, kThree> outcomes;
+    std::array<std::vector<ThreeOutcomes>, kThree> outcomes;
     for (std::size_t i = 0; i < kThree; ++i) {
       if (first_like_[i] == i) outcomes[i] = OutcomesOf(i, sweep);
-      AddHands(i, outcomes[first_like_[i]], sums);
+      AddOutcomes(layout_, i, outcomes[first_like_[i]], sums);
     }
   }
 
@@ -128,14 +97,12 @@ class ThreeRangesWork final : public Work {
   }
 
   // Of all hands together, and of each if that is asked for.
-  std::vector<Outcomes> OutcomesOf(std::size_t player, const ThreeRangesSweep& sweep) const {
-    std::vector<Outcomes> outcomes(1 + (IsByHand() ? hands_[player].size() : 0));
+  std::vector<ThreeOutcomes> OutcomesOf(std::size_t player, const ThreeRangesSweep& sweep) const {
+    std::vector<ThreeOutcomes> outcomes(1 + (IsByHand() ? hands_[player].size() : 0));
     for (std::size_t i = 0; i < hands_[player].size(); ++i) {
       const std::int64_t weight = hands_[player][i].weight;
       const ThreeTally tally = sweep.Of(player, i);
-      const Outcomes of_hand = {Int128{weight * boards_of_case_} * tally.cases,
-                                Int128{weight} * tally.wins, Int128{weight} * tally.shares2,
-                                Int128{weight} * tally.shares3};
+      const ThreeOutcomes of_hand(tally, weight, boards_of_case_);
       outcomes[0].Add(of_hand);
       if (IsByHand()) outcomes[1 + i] = of_hand;
     }
@@ -143,25 +110,10 @@ class ThreeRangesWork final : public Work {
     return outcomes;
   }
 
-  void AddHands(std::size_t player, std::span<const Outcomes> outcomes,
-                std::span<Int128> sums) const {
-    const Outcomes& all = outcomes[0];
-    all.AddTo(layout_.Total(player), sums);
-    sums[layout_.Shared(player, 0)] += all.wins;
-    sums[layout_.Shared(player, 1)] += all.shares2;
-    sums[layout_.Shared(player, 2)] += all.shares3;
-    if (player == 0) sums[SumsLayout::kCases] += all.cases;
-    for (std::size_t i = 1; i < outcomes.size(); ++i) {
-      const std::size_t cell = layout_.HandCases(player, i - 1);
-      sums[cell] += outcomes[i].cases;
-      outcomes[i].AddTo(SumsLayout::OutcomeOf(cell), sums);
-    }
-  }
-
   // Of hands that are alike: over the boards that are alike to one they make together what each of
   // them makes of all these boards, times the number of hands. So nothing is left over.
-  static void Average(std::span<const std::size_t> alike, std::span<Outcomes> of_hands) {
-    std::vector<Outcomes> sums(of_hands.size());
+  static void Average(std::span<const std::size_t> alike, std::span<ThreeOutcomes> of_hands) {
+    std::vector<ThreeOutcomes> sums(of_hands.size());
     std::vector<std::int64_t> counts(of_hands.size());
     for (std::size_t i = 0; i < of_hands.size(); ++i) {
       sums[alike[i]].Add(of_hands[i]);

@@ -4,10 +4,13 @@
 
 #include <algorithm>
 #include <array>
+#include <numeric>
 #include <random>
+#include <set>
 #include <vector>
 
 #include "eval/worth.h"
+#include "kernels/omaha_three.h"
 #include "platform/isa.h"
 #include "pokermath/cards.h"
 
@@ -15,19 +18,19 @@ namespace pokermath {
 namespace {
 
 using Tallies = std::array<std::vector<ThreeTally>, 3>;
-using Hands = std::array<std::vector<WeightedPair>, 3>;
+using Hands = std::array<std::vector<WeightedHand>, 3>;
 
 // Every hand of each against every two of the others.
 Tallies CountPlainly(const GameRules& rules, CardSet board, const Hands& hands) {
   const std::vector<int> board_cards(board.begin(), board.end());
-  const auto value = [&](const WeightedPair& pair) {
-    const int cards[2] = {pair.card1, pair.card2};
-    return pair.cards().Meets(board) ? -1 : WorthOf(rules, cards, board_cards).high;
+  const auto value = [&](const WeightedHand& hand) {
+    const std::vector<int> cards(hand.cards.begin(), hand.cards.end());
+    return hand.cards.Meets(board) ? -1 : WorthOf(rules, cards, board_cards).high;
   };
   std::array<std::vector<int>, 3> values;
   Tallies tallies;
   for (std::size_t i = 0; i < 3; ++i) {
-    for (const WeightedPair& pair : hands[i]) values[i].push_back(value(pair));
+    for (const WeightedHand& hand : hands[i]) values[i].push_back(value(hand));
     tallies[i].resize(hands[i].size());
   }
   for (std::size_t hero = 0; hero < 3; ++hero) {
@@ -35,8 +38,8 @@ Tallies CountPlainly(const GameRules& rules, CardSet board, const Hands& hands) 
     for (std::size_t a = 0; a < hands[hero].size(); ++a) {
       for (std::size_t b = 0; b < hands[other1].size(); ++b) {
         for (std::size_t c = 0; c < hands[other2].size(); ++c) {
-          const CardSet cards = hands[hero][a].cards() | hands[other1][b].cards();
-          if (cards.size() < 4 || cards.Meets(hands[other2][c].cards())) continue;
+          const CardSet cards = hands[hero][a].cards, cards1 = hands[other1][b].cards;
+          if (cards.Meets(cards1) || (cards | cards1).Meets(hands[other2][c].cards)) continue;
           const std::int64_t weight =
               std::int64_t{hands[other1][b].weight} * hands[other2][c].weight;
           ThreeTally& tally = tallies[hero][a];
@@ -76,7 +79,7 @@ TEST(ThreeRangesSweep, EqualsEveryTripleOfHands) {
     const std::size_t board_size = 3 + below(3), cards = 6 + below(3) * 9;
     const CardSet board{std::span<const int>(deck).first(board_size)};
     const std::size_t most = below(2) == 0 ? 3 : 10000;
-    Hands hands;
+    std::array<std::vector<WeightedPair>, 3> hands;
     for (std::vector<WeightedPair>& of : hands) {
       // One card of them is on the board.
       for (std::size_t a = board_size - 1; a < board_size + cards; ++a) {
@@ -89,7 +92,13 @@ TEST(ThreeRangesSweep, EqualsEveryTripleOfHands) {
     }
     for (std::size_t alike = below(4); alike < 2; ++alike) hands[below(3)] = hands[below(3)];
     const int times = 1 + static_cast<int>(below(ThreeRangesSweep::kMostTimes));
-    const Tallies plain = CountPlainly(rules, board, hands);
+    Hands of_cards;
+    for (std::size_t player = 0; player < 3; ++player) {
+      for (const WeightedPair& of : hands[player]) {
+        of_cards[player].push_back({of.cards(), of.weight});
+      }
+    }
+    const Tallies plain = CountPlainly(rules, board, of_cards);
     for (const Isa isa : {Isa::kBaseline, Isa::kAvx2, Isa::kAvx512}) {
       if (isa > BestIsa()) continue;
       ThreeRangesSweep sweep(isa, rules, {hands[0], hands[1], hands[2]});
@@ -109,6 +118,62 @@ TEST(ThreeRangesSweep, EqualsEveryTripleOfHands) {
   }
   EXPECT_GT(std::min(narrow, wide), 50);
   EXPECT_GT(shared, 0);
+}
+
+// The same of four cards, in pieces, with hands that the board blocks.
+TEST(OmahaThreeSweep, EqualsEveryTripleOfHands) {
+  std::mt19937 random(6);
+  const auto below = [&](std::size_t limit) { return random() % limit; };
+  const GameRules& rules = RulesOf(Game::kOmaha);
+  std::int64_t wins = 0, shared = 0;
+  for (int i = 0; i < 12; ++i) {
+    SCOPED_TRACE(i);
+    std::vector<int> deck(52);
+    std::iota(deck.begin(), deck.end(), 0);
+    std::shuffle(deck.begin(), deck.end(), random);
+    if (i % 3 == 0) std::ranges::stable_partition(deck, [](int card) { return card < 13; });
+    if (i % 3 == 1) std::ranges::stable_sort(deck, {}, [](int card) { return card % 13 / 6; });
+    const std::size_t board_size = 5 - i % 4 / 2;
+    const CardSet board{std::span<const int>(deck).first(board_size)};
+    // Of 14 cards nearly all hands clash, and equal ones are in several ranges.
+    deck.resize(board_size + (i % 2 == 0 ? 14 : 40));
+    const std::size_t most = below(2) == 0 ? 1 : 10000;
+    Hands hands, unblocked;
+    for (std::size_t player = 0; player < 3; ++player) {
+      std::set<CardSet> all;
+      while (all.size() < 60 + 20 * player) {
+        std::shuffle(deck.begin() + static_cast<std::ptrdiff_t>(board_size) - 1, deck.end(),
+                     random);
+        all.insert(CardSet(std::span(deck).subspan(board_size - 1, 4)));
+      }
+      for (const CardSet cards : all) {
+        hands[player].push_back({cards, static_cast<std::int32_t>(1 + below(most))});
+        if (!cards.Meets(board)) unblocked[player].push_back(hands[player].back());
+      }
+    }
+    const Tallies plain = CountPlainly(rules, board, unblocked);
+    for (const Isa isa : {Isa::kBaseline, Isa::kAvx2, Isa::kAvx512}) {
+      if (isa > BestIsa()) continue;
+      const OmahaThreeSweep sweep(isa, {unblocked[0], unblocked[1], unblocked[2]}, board);
+      const OmahaThreeSweep blocked(isa, {hands[0], hands[1], hands[2]}, board);
+      ASSERT_EQ(blocked.size(), sweep.size());
+      Tallies counted = {std::vector<ThreeTally>(unblocked[0].size()),
+                         std::vector<ThreeTally>(unblocked[1].size()),
+                         std::vector<ThreeTally>(unblocked[2].size())};
+      for (const std::size_t first : {std::size_t{0}, sweep.size() / 3}) {
+        const std::size_t last = first == 0 ? sweep.size() / 3 : sweep.size();
+        sweep.Count(first, last, {}, [&](std::size_t player, std::size_t hand, const auto& tally) {
+          counted[player][hand] = tally;
+        });
+      }
+      ASSERT_EQ(counted, plain) << IsaName(isa);
+    }
+    for (const ThreeTally& tally : plain[0]) {
+      wins += tally.wins;
+      shared += tally.shares3;
+    }
+  }
+  EXPECT_GT(std::min(wins, shared), 0);
 }
 
 }  // namespace

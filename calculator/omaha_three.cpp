@@ -1,0 +1,128 @@
+// Three ranges of four-card Omaha hands, high only, board by board.
+//
+// A board is some seconds of work where ranges are wide, so it is cut into steps: some of its hands
+// each, in the order of their values. Every step puts all hands in anew, which is little beside
+// asking for its own.
+
+#include "kernels/omaha_three.h"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <vector>
+
+#include "calculator/choices.h"
+#include "calculator/solvers.h"
+#include "calculator/three_outcomes.h"
+
+namespace pokermath {
+namespace {
+
+// Of a hand: to ask for it up to four times, and to put it in.
+constexpr double kCostOfHand = 8000, kCostOfInsertion = 160;
+// To get ready for a step.
+constexpr double kCostOfStep = 2e7;
+
+std::array<std::size_t, kThree> FirstsLike(const CheckedQuestion& question) {
+  return {0, FirstLike(question, 1), FirstLike(question, 2)};
+}
+
+// Hands of ranges that are alike are asked for once.
+double CostOfHands(const CheckedQuestion& question) {
+  const std::array<std::size_t, kThree> firsts = FirstsLike(question);
+  double hands = 0;
+  for (std::size_t i = 0; i < kThree; ++i) {
+    if (firsts[i] == i) hands += static_cast<double>(question.players()[i].range.size());
+  }
+  return kCostOfHand * hands;
+}
+
+double CostOfInsertions(const CheckedQuestion& question) {
+  double hands = 0;
+  for (const Side& side : question.players()) hands += static_cast<double>(side.range.size());
+  return kCostOfStep + kCostOfInsertion * hands;
+}
+
+// As many as make a step some ten times what it takes to get ready.
+std::int64_t SlicesOf(const CheckedQuestion& question) {
+  return static_cast<std::int64_t>(
+      std::max(1.0, CostOfHands(question) / (10 * CostOfInsertions(question))));
+}
+
+class OmahaThreeWork final : public Work {
+ public:
+  explicit OmahaThreeWork(const QuestionPointer& question)
+      : question_(question),
+        layout_(*question),
+        first_like_(FirstsLike(*question)),
+        live_(ListOf(question->live())),
+        boards_(ChoicesOf(static_cast<int>(live_.size()), question->to_come())),
+        slices_(SlicesOf(*question)) {
+    for (std::size_t i = 0; i < kThree; ++i) {
+      const Side& side = question->players()[i];
+      hands_[i].assign(side.range.hands().begin(), side.range.hands().end());
+      for (WeightedHand& hand : hands_[i]) hand.weight /= side.unit;
+    }
+  }
+
+  const char* name() const override { return "three Omaha ranges board by board"; }
+  Method method() const override { return Method::kExact; }
+  std::int64_t steps() const override { return boards_ * slices_; }
+
+  void Do(std::int64_t step, std::span<Int128> sums) const override {
+    const bool by_hand = question_->asked().detail.hands;
+    const Choice come(step / slices_, static_cast<int>(live_.size()), question_->to_come());
+    const OmahaThreeSweep sweep(BestIsa(), {hands_[0], hands_[1], hands_[2]},
+                                question_->board() | come.Of(live_));
+    std::array<std::vector<ThreeOutcomes>, kThree> outcomes;
+    OmahaThreeSweep::Asked asked;
+    for (std::size_t i = 0; i < kThree; ++i) {
+      asked.players[i] = first_like_[i] == i;
+      asked.cases[i] = i == 0 || by_hand;
+      outcomes[i].resize(1 + (by_hand ? hands_[i].size() : 0));
+    }
+    const auto end_of = [&](std::int64_t slice) {
+      return sweep.size() * static_cast<std::size_t>(slice) / static_cast<std::size_t>(slices_);
+    };
+    const std::int64_t slice = step % slices_;
+    sweep.Count(end_of(slice), end_of(slice + 1), asked,
+                [&](std::size_t player, std::size_t hand, const ThreeTally& tally) {
+                  const ThreeOutcomes of_hand(tally, hands_[player][hand].weight);
+                  outcomes[player][0].Add(of_hand);
+                  if (by_hand) outcomes[player][1 + hand].Add(of_hand);
+                });
+    for (std::size_t i = 0; i < kThree; ++i) {
+      AddOutcomes(layout_, i, outcomes[first_like_[i]], sums);
+    }
+  }
+
+ private:
+  QuestionPointer question_;
+  SumsLayout layout_;
+  std::array<std::size_t, kThree> first_like_;
+  std::array<std::vector<WeightedHand>, kThree> hands_;
+  std::vector<int> live_;
+  std::int64_t boards_;
+  std::int64_t slices_;
+};
+
+}  // namespace
+
+std::optional<double> OmahaThreeCost(const CheckedQuestion& question) {
+  const Detail& detail = question.asked().detail;
+  const GameRules& rules = question.rules();
+  if (!rules.IsOmaha() || rules.hand_size != 4 || rules.high_low ||
+      question.players().size() != kThree || !question.folded().empty() || detail.next ||
+      detail.made) {
+    return std::nullopt;
+  }
+  const auto boards = static_cast<double>(ChoicesOf(question.live().size(), question.to_come()));
+  return boards * (CostOfHands(question) +
+                   static_cast<double>(SlicesOf(question)) * CostOfInsertions(question));
+}
+
+std::unique_ptr<const Work> StartOmahaThree(const QuestionPointer& question) {
+  return std::make_unique<OmahaThreeWork>(question);
+}
+
+}  // namespace pokermath
