@@ -120,7 +120,6 @@ class AnswerReader {
       answer.shared[k] = Count(layout_.Shared(player, k));
       answer.low_shared[k] = Count(layout_.LowShared(player, k));
     }
-    const Int128 cases = sums_[SumsLayout::kCases];
     if (sampled_) {
       const std::optional<double> error = ErrorReader(layout_, sums_, player).Read();
       if (error) answer.standard_error = *error / kPot;
