@@ -29,8 +29,9 @@ runs (JJ-88, A9s-A5s), holdings (AhKd), percentages (15%) and the word random.
 In the matrix a star marks a class of which the range holds some holdings only.
 
 Omaha: hands (AsKsQhJh), patterns with x for any card (AAxx, KQJx, [T-A][T-A]xx, AsKsxx),
-percentages (10%, 5%-20%; not with six cards) and random; behind them suit shapes (:ds, :ss, :3, :4,
-with four cards :r, with five :5, with six :ts, :5, :6 and no :ss) and exclusions (AAxx!AAAx). A piece that begins with ! is taken off all before it.
+percentages (10%, 5%-20%; none with six cards) and random; behind them suit shapes (:ds, :ss, :3,
+:4; with four cards :r, with five :5, with six :5, :6, and :ts in place of :ss) and exclusions
+(AAxx!AAAx). A piece that begins with ! is taken off all before it.
 
 Examples:
   pokermath range 'TT+,A9s+,KJo+'
