@@ -1,6 +1,6 @@
-// Three ranges of four-card Omaha hands, high only, board by board.
+// Three ranges of four-card Omaha hands, high only, on a complete board.
 //
-// A board is some seconds of work where ranges are wide, so it is cut into steps: some of its hands
+// That is some seconds of work where ranges are wide, so it is cut into steps: some of the hands
 // each, in the order of their values. Every step puts all hands in anew, which is little beside
 // asking for its own.
 
@@ -11,7 +11,6 @@
 #include <memory>
 #include <vector>
 
-#include "calculator/choices.h"
 #include "calculator/solvers.h"
 #include "calculator/three_outcomes.h"
 
@@ -19,7 +18,7 @@ namespace pokermath {
 namespace {
 
 // Of a hand: to ask for it up to four times, and to put it in.
-constexpr double kCostOfHand = 8000, kCostOfInsertion = 160;
+constexpr double kCostOfHand = 20000, kCostOfInsertion = 160;
 // To get ready for a step.
 constexpr double kCostOfStep = 2e7;
 
@@ -43,10 +42,17 @@ double CostOfInsertions(const CheckedQuestion& question) {
   return kCostOfStep + kCostOfInsertion * hands;
 }
 
-// As many as make a step some ten times what it takes to get ready.
+// So that getting ready is no more than a quarter of a step.
 std::int64_t SlicesOf(const CheckedQuestion& question) {
   return static_cast<std::int64_t>(
-      std::max(1.0, CostOfHands(question) / (10 * CostOfInsertions(question))));
+      std::max(1.0, CostOfHands(question) / (3 * CostOfInsertions(question))));
+}
+
+std::vector<WeightedHand> HandsOf(const Side& side) {
+  const std::span<const WeightedHand> hands = side.range.hands();
+  std::vector<WeightedHand> of_units(hands.begin(), hands.end());
+  for (WeightedHand& hand : of_units) hand.weight /= side.unit;
+  return of_units;
 }
 
 class OmahaThreeWork final : public Work {
@@ -55,25 +61,17 @@ class OmahaThreeWork final : public Work {
       : question_(question),
         layout_(*question),
         first_like_(FirstsLike(*question)),
-        live_(ListOf(question->live())),
-        boards_(ChoicesOf(static_cast<int>(live_.size()), question->to_come())),
-        slices_(SlicesOf(*question)) {
-    for (std::size_t i = 0; i < kThree; ++i) {
-      const Side& side = question->players()[i];
-      hands_[i].assign(side.range.hands().begin(), side.range.hands().end());
-      for (WeightedHand& hand : hands_[i]) hand.weight /= side.unit;
-    }
-  }
+        hands_{HandsOf(question->players()[0]), HandsOf(question->players()[1]),
+               HandsOf(question->players()[2])},
+        sweep_(BestIsa(), {hands_[0], hands_[1], hands_[2]}, question->board()),
+        slices_(SlicesOf(*question)) {}
 
-  const char* name() const override { return "three Omaha ranges board by board"; }
+  const char* name() const override { return "three Omaha ranges"; }
   Method method() const override { return Method::kExact; }
-  std::int64_t steps() const override { return boards_ * slices_; }
+  std::int64_t steps() const override { return slices_; }
 
   void Do(std::int64_t step, std::span<Int128> sums) const override {
     const bool by_hand = question_->asked().detail.hands;
-    const Choice come(step / slices_, static_cast<int>(live_.size()), question_->to_come());
-    const OmahaThreeSweep sweep(BestIsa(), {hands_[0], hands_[1], hands_[2]},
-                                question_->board() | come.Of(live_));
     std::array<std::vector<ThreeOutcomes>, kThree> outcomes;
     OmahaThreeSweep::Asked asked;
     for (std::size_t i = 0; i < kThree; ++i) {
@@ -82,15 +80,14 @@ class OmahaThreeWork final : public Work {
       outcomes[i].resize(1 + (by_hand ? hands_[i].size() : 0));
     }
     const auto end_of = [&](std::int64_t slice) {
-      return sweep.size() * static_cast<std::size_t>(slice) / static_cast<std::size_t>(slices_);
+      return sweep_.size() * static_cast<std::size_t>(slice) / static_cast<std::size_t>(slices_);
     };
-    const std::int64_t slice = step % slices_;
-    sweep.Count(end_of(slice), end_of(slice + 1), asked,
-                [&](std::size_t player, std::size_t hand, const ThreeTally& tally) {
-                  const ThreeOutcomes of_hand(tally, hands_[player][hand].weight);
-                  outcomes[player][0].Add(of_hand);
-                  if (by_hand) outcomes[player][1 + hand].Add(of_hand);
-                });
+    sweep_.Count(end_of(step), end_of(step + 1), asked,
+                 [&](std::size_t player, std::size_t hand, const ThreeTally& tally) {
+                   const ThreeOutcomes of_hand(tally, hands_[player][hand].weight);
+                   outcomes[player][0].Add(of_hand);
+                   if (by_hand) outcomes[player][1 + hand].Add(of_hand);
+                 });
     for (std::size_t i = 0; i < kThree; ++i) {
       AddOutcomes(layout_, i, outcomes[first_like_[i]], sums);
     }
@@ -101,8 +98,7 @@ class OmahaThreeWork final : public Work {
   SumsLayout layout_;
   std::array<std::size_t, kThree> first_like_;
   std::array<std::vector<WeightedHand>, kThree> hands_;
-  std::vector<int> live_;
-  std::int64_t boards_;
+  OmahaThreeSweep sweep_;
   std::int64_t slices_;
 };
 
@@ -112,13 +108,12 @@ std::optional<double> OmahaThreeCost(const CheckedQuestion& question) {
   const Detail& detail = question.asked().detail;
   const GameRules& rules = question.rules();
   if (!rules.IsOmaha() || rules.hand_size != 4 || rules.high_low ||
-      question.players().size() != kThree || !question.folded().empty() || detail.next ||
-      detail.made) {
+      question.players().size() != kThree || question.to_come() > 0 || !question.folded().empty() ||
+      detail.next || detail.made) {
     return std::nullopt;
   }
-  const auto boards = static_cast<double>(ChoicesOf(question.live().size(), question.to_come()));
-  return boards * (CostOfHands(question) +
-                   static_cast<double>(SlicesOf(question)) * CostOfInsertions(question));
+  return CostOfHands(question) +
+         static_cast<double>(SlicesOf(question)) * CostOfInsertions(question);
 }
 
 std::unique_ptr<const Work> StartOmahaThree(const QuestionPointer& question) {

@@ -92,7 +92,7 @@ std::unique_ptr<const Work> StartOmahaBeforeFlop(const QuestionPointer& question
 std::optional<double> OmahaRangesCost(const CheckedQuestion& question);
 std::unique_ptr<const Work> StartOmahaRanges(const QuestionPointer& question);
 
-// Three ranges of four-card Omaha, high only, board by board.
+// Three ranges of four-card Omaha, high only, on a complete board.
 std::optional<double> OmahaThreeCost(const CheckedQuestion& question);
 std::unique_ptr<const Work> StartOmahaThree(const QuestionPointer& question);
 

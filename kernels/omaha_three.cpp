@@ -137,15 +137,15 @@ POKERMATH_KERNEL const Block& At(const std::int32_t* row, std::size_t block) {
   return *reinterpret_cast<const Block*>(row + block * kBlock);
 }
 
-// What a hand leaves of sets of cards: -1 for those that it does not hold.
+// What a hand leaves of the live cards: -1 for those that it does not hold.
 struct Beside {
-  explicit Beside(const FourCards& cards) {
-    for (std::int32_t& card : mask) card = -1;
+  Beside(const FourCards& cards, std::size_t live) {
+    for (std::size_t card = 0; card < live; ++card) mask[card] = -1;
     for (const std::uint8_t card : cards) mask[card] = 0;
   }
   bool Leaves(std::size_t card) const { return mask[card] != 0; }
 
-  std::array<std::int32_t, kBlocks * kBlock> mask;
+  std::array<std::int32_t, kBlocks * kBlock> mask{};
 };
 
 // Weights beside a hand of sets of two cards, and three times those of single ones.
@@ -179,82 +179,124 @@ POKERMATH_KERNEL void FindPairs(const Weights& weights, const FourCards& hand, c
   }
 }
 
-// The sum of products over sets of two cards.
-POKERMATH_KERNEL void MultiplyPairs(const PairsBeside& x, const PairsBeside& y, std::int64_t& sum) {
+struct AllWeights {
+  std::size_t live;  // cards beside the board
+  std::array<Weights, 3> of{};
+};
+// For each player, of the products of the other two.
+using Sums = std::array<std::int64_t, 3>;
+
+POKERMATH_KERNEL void AddLanes(const Reals& lanes, std::int64_t& sum) {
+  double all = 0;
+  for (std::size_t lane = 0; lane < kBlock; ++lane) all += lanes[lane];
+  sum += static_cast<std::int64_t>(all);
+}
+
+// Products over sets of two cards.
+POKERMATH_KERNEL void MultiplyPairs(const std::array<PairsBeside, 3>& of, Sums& sums) {
   for (std::size_t high = 1; high < kCards; ++high) {
-    const std::size_t row = kRows.pairs[high];
-    Reals of_row{};
+    Reals row[3] = {};
     for (std::size_t block = 0; block < PaddedSize(high) / kBlock; ++block) {
-      of_row += __builtin_convertvector(At(&x.pairs[row], block), Reals) *
-                __builtin_convertvector(At(&y.pairs[row], block), Reals);
+      Reals pairs[3];
+      for (std::size_t i = 0; i < 3; ++i) {
+        pairs[i] = __builtin_convertvector(At(&of[i].pairs[kRows.pairs[high]], block), Reals);
+      }
+      for (std::size_t i = 0; i < 3; ++i) row[i] += pairs[(i + 1) % 3] * pairs[(i + 2) % 3];
     }
-    double all = 0;
-    for (std::size_t lane = 0; lane < kBlock; ++lane) all += of_row[lane];
-    sum += static_cast<std::int64_t>(all);
+    for (std::size_t i = 0; i < 3; ++i) AddLanes(row[i], sums[i]);
   }
 }
 
-// The same over sets of three.
-POKERMATH_KERNEL void MultiplyTriples(const Weights& x, const Weights& y, const FourCards& hand,
-                                      const Beside& beside, std::int64_t& sum) {
-  const auto with = [&hand](const Weights& weights, std::size_t i) POKERMATH_INLINE {
-    return &weights.triples_with_card[hand[i] * kRows.triple_places];
-  };
-  const std::int32_t* const x_with[] = {with(x, 0), with(x, 1), with(x, 2), with(x, 3)};
-  const std::int32_t* const y_with[] = {with(y, 0), with(y, 1), with(y, 2), with(y, 3)};
-  Reals products{};
+// The same over sets of three: for all players, or for one alone.
+template <bool all>
+POKERMATH_KERNEL void MultiplyTriples(const AllWeights& weights, std::size_t player,
+                                      const FourCards& hand, const Beside& beside, Sums& sums) {
+  constexpr std::size_t kRanges = all ? 3 : 2;
+  const std::int32_t* triples[kRanges];
+  const std::int32_t* with[kRanges][4];
+  for (std::size_t i = 0; i < kRanges; ++i) {
+    const Weights& of = weights.of[(player + 1 + i) % 3];
+    triples[i] = of.triples.data();
+    for (std::size_t k = 0; k < 4; ++k) {
+      with[i][k] = &of.triples_with_card[hand[k] * kRows.triple_places];
+    }
+  }
+  Reals products[kRanges] = {};
   for (std::size_t high = 2; high < kCards; ++high) {
     if (!beside.Leaves(high)) continue;
     for (std::size_t middle = 1; middle < high; ++middle) {
       if (!beside.Leaves(middle)) continue;
       const std::size_t row = kRows.triples[high][middle];
       for (std::size_t block = 0; block < PaddedSize(middle) / kBlock; ++block) {
-        const Block of_x = At(&x.triples[row], block) - At(x_with[0] + row, block) -
-                           At(x_with[1] + row, block) - At(x_with[2] + row, block) -
-                           At(x_with[3] + row, block);
-        const Block of_y = At(&y.triples[row], block) - At(y_with[0] + row, block) -
-                           At(y_with[1] + row, block) - At(y_with[2] + row, block) -
-                           At(y_with[3] + row, block);
-        products += __builtin_convertvector(of_x & At(beside.mask.data(), block), Reals) *
-                    __builtin_convertvector(of_y, Reals);
+        const Block& mask = At(beside.mask.data(), block);
+        Reals of[kRanges];
+        for (std::size_t i = 0; i < kRanges; ++i) {
+          Block rest = At(triples[i] + row, block) - At(with[i][0] + row, block) -
+                       At(with[i][1] + row, block) - At(with[i][2] + row, block) -
+                       At(with[i][3] + row, block);
+          rest &= mask;
+          of[i] = __builtin_convertvector(rest, Reals);
+        }
+        products[0] += of[0] * of[1];
+        if constexpr (all) {
+          products[1] += of[1] * of[2];
+          products[2] += of[2] * of[0];
+        }
       }
     }
   }
-  double all = 0;
-  for (std::size_t lane = 0; lane < kBlock; ++lane) all += products[lane];
-  sum += static_cast<std::int64_t>(all);
+  for (std::size_t i = 0; i < (all ? 3 : 1); ++i) AddLanes(products[i], sums[(player + i) % 3]);
 }
 
-// Pairs of hands that share no card, but for what equal hands add.
-POKERMATH_KERNEL void CountPairs(const Weights& x, const Weights& y, const FourCards& hand,
-                                 std::int64_t& count) {
-  const Beside beside(hand);
-  PairsBeside of_x, of_y;
-  FindPairs(x, hand, beside, of_x);
-  FindPairs(y, hand, beside, of_y);
-  std::int64_t all_x = 0, all_y = 0, cards = 0, pairs = 0, triples = 0;
+// For each player, or for one alone, pairs of hands of the others that share no card, but for what
+// equal hands add.
+template <bool all>
+POKERMATH_KERNEL void CountPairs(const AllWeights& weights, std::size_t player,
+                                 const FourCards& hand, Sums& counts) {
+  const Beside beside(hand, weights.live);
+  std::array<PairsBeside, 3> pairs_of;
+  std::array<std::int64_t, 3> whole{};
+  Sums cards{}, pairs{}, triples{};
+  for (std::size_t i = 0; i < 3; ++i) FindPairs(weights.of[i], hand, beside, pairs_of[i]);
   for (std::size_t card = 0; card < kCards; ++card) {
-    const std::int64_t one_x = of_x.cards[card] / 3, one_y = of_y.cards[card] / 3;
-    all_x += one_x;
-    all_y += one_y;
-    cards += one_x * one_y;
+    std::int64_t one[3];
+    for (std::size_t i = 0; i < 3; ++i) {
+      one[i] = pairs_of[i].cards[card] / 3;
+      whole[i] += one[i];
+    }
+    for (std::size_t i = 0; i < 3; ++i) cards[i] += one[(i + 1) % 3] * one[(i + 2) % 3];
   }
-  MultiplyPairs(of_x, of_y, pairs);
-  MultiplyTriples(x, y, hand, beside, triples);
-  count = all_x / 4 * (all_y / 4) - cards + pairs - triples;
+  MultiplyPairs(pairs_of, pairs);
+  MultiplyTriples<all>(weights, player, hand, beside, triples);
+  for (std::size_t i = 0; i < 3; ++i) {
+    const std::int64_t both = whole[(i + 1) % 3] / 4 * (whole[(i + 2) % 3] / 4);
+    counts[i] = both - cards[i] + pairs[i] - triples[i];
+  }
 }
 
-void CountPairsBaseline(const Weights& x, const Weights& y, const FourCards& hand,
-                        std::int64_t& count) {
-  CountPairs(x, y, hand, count);
+POKERMATH_KERNEL void CountFor(const AllWeights& weights, const std::array<bool, 3>& players,
+                               const FourCards& hand, Sums& counts) {
+  const auto only = std::ranges::count(players, true) == 1;
+  const auto first = static_cast<std::size_t>(std::ranges::find(players, true) - players.begin());
+  if (only) {
+    CountPairs<false>(weights, first, hand, counts);
+  } else {
+    CountPairs<true>(weights, 0, hand, counts);
+  }
 }
-POKERMATH_TARGET_AVX2 void CountPairsAvx2(const Weights& x, const Weights& y, const FourCards& hand,
-                                          std::int64_t& count) {
-  CountPairs(x, y, hand, count);
+
+void CountBaseline(const AllWeights& weights, const std::array<bool, 3>& players,
+                   const FourCards& hand, Sums& counts) {
+  CountFor(weights, players, hand, counts);
 }
-POKERMATH_TARGET_AVX512 void CountPairsAvx512(const Weights& x, const Weights& y,
-                                              const FourCards& hand, std::int64_t& count) {
-  CountPairs(x, y, hand, count);
+POKERMATH_TARGET_AVX2 void CountAvx2(const AllWeights& weights, const std::array<bool, 3>& players,
+                                     const FourCards& hand, Sums& counts) {
+  CountFor(weights, players, hand, counts);
+}
+POKERMATH_TARGET_AVX512 void CountAvx512(const AllWeights& weights,
+                                         const std::array<bool, 3>& players, const FourCards& hand,
+                                         Sums& counts) {
+  CountFor(weights, players, hand, counts);
 }
 
 }  // namespace
@@ -262,16 +304,17 @@ POKERMATH_TARGET_AVX512 void CountPairsAvx512(const Weights& x, const Weights& y
 // Hands that are in so far.
 class OmahaThreeSweep::Inserted {
  public:
-  explicit Inserted(Isa isa)
-      : count_(isa == Isa::kAvx512 ? CountPairsAvx512
-               : isa == Isa::kAvx2 ? CountPairsAvx2
-                                   : CountPairsBaseline) {}
+  Inserted(Isa isa, std::size_t live)
+      : count_(isa == Isa::kAvx512 ? CountAvx512
+               : isa == Isa::kAvx2 ? CountAvx2
+                                   : CountBaseline),
+        weights_{live} {}
 
   // A hand, one time or, to take it out, minus one time.
   void Add(const Holding& holding, std::int32_t times = 1) {
     for (std::size_t i = 0; i < 3; ++i) {
       if (holding.weights[i] == 0) continue;
-      weights_[i].Add(holding.cards, times * holding.weights[i]);
+      weights_.of[i].Add(holding.cards, times * holding.weights[i]);
       hands_[i] += times;
     }
     for (std::size_t i = 0; i < 3; ++i) {
@@ -279,17 +322,25 @@ class OmahaThreeSweep::Inserted {
       if (product > 0) products_[i].Add(holding.cards, times * product);
     }
   }
-  // Whether both others of a player have hands.
-  bool HasPairs(std::size_t player) const {
-    return hands_[(player + 1) % 3] > 0 && hands_[(player + 2) % 3] > 0;
-  }
   bool HasHands(std::size_t player) const { return hands_[player] > 0; }
-  // Pairs of hands of the others that share no card with a player's hand or with each other.
-  std::int64_t PairsFor(const Holding& holding, std::size_t player, bool is_in) const {
-    if (!HasPairs(player)) return 0;
-    std::int64_t count = 0;
-    count_(weights_[(player + 1) % 3], weights_[(player + 2) % 3], holding.cards, count);
-    return count + products_[player].Beside(holding.cards, is_in ? ProductOf(holding, player) : 0);
+
+  // For each of some players, pairs of hands of the others that share no card with his hand or with
+  // each other.
+  //
+  // @param is_in  whether the hand was added
+  Sums PairsFor(const Holding& holding, const std::array<bool, 3>& players, bool is_in) const {
+    std::array<bool, 3> with_pairs{};
+    for (std::size_t i = 0; i < 3; ++i) {
+      with_pairs[i] = players[i] && HasHands((i + 1) % 3) && HasHands((i + 2) % 3);
+    }
+    Sums counts{};
+    if (std::ranges::count(with_pairs, true) == 0) return counts;
+    count_(weights_, with_pairs, holding.cards, counts);
+    for (std::size_t i = 0; i < 3; ++i) {
+      counts[i] += products_[i].Beside(holding.cards, is_in ? ProductOf(holding, i) : 0);
+      if (!with_pairs[i]) counts[i] = 0;
+    }
+    return counts;
   }
 
  private:
@@ -297,13 +348,14 @@ class OmahaThreeSweep::Inserted {
     return std::int64_t{holding.weights[(player + 1) % 3]} * holding.weights[(player + 2) % 3];
   }
 
-  void (*count_)(const Weights&, const Weights&, const FourCards&, std::int64_t&);
-  std::array<Weights, 3> weights_;
+  void (*count_)(const AllWeights&, const std::array<bool, 3>&, const FourCards&, Sums&);
+  AllWeights weights_;
   std::array<Products, 3> products_;  // of the two others of a player
   std::array<std::int64_t, 3> hands_{};
 };
 
-OmahaThreeSweep::OmahaThreeSweep(Isa isa, const Ranges& ranges, CardSet board) : isa_(isa) {
+OmahaThreeSweep::OmahaThreeSweep(Isa isa, const Ranges& ranges, CardSet board)
+    : isa_(isa), live_(static_cast<std::size_t>(52 - board.size())) {
   const std::vector<int> board_cards(board.begin(), board.end());
   const OmahaPairValues values(board_cards);
   struct Member {
@@ -338,40 +390,55 @@ OmahaThreeSweep::OmahaThreeSweep(Isa isa, const Ranges& ranges, CardSet board) :
 
 void OmahaThreeSweep::Count(std::size_t first, std::size_t last, const Asked& asked,
                             const Visit& visit) const {
-  Inserted below(isa_), on_level(isa_);
+  Inserted below(isa_, live_), on_level(isa_, live_);
   std::vector<std::array<ThreeTally, 3>> tallies(last - first);
-  // Calls use(player, hand, tally) for the hands from .. to that are counted.
+  const auto asked_of = [&](const Holding& holding) {
+    std::array<bool, 3> players;
+    for (std::size_t i = 0; i < 3; ++i) players[i] = asked.players[i] && holding.weights[i] > 0;
+    return players;
+  };
+  // Calls use(hand, players, tallies) for the hands from .. to that are counted.
   const auto for_each = [&](std::size_t from, std::size_t to, const auto& use) {
     for (std::size_t i = std::max(from, first); i < std::min(to, last); ++i) {
-      for (std::size_t player = 0; player < 3; ++player) {
-        if (holdings_[i].weights[player] == 0 || !asked.players[player]) continue;
-        use(player, holdings_[i], tallies[i - first][player]);
-      }
+      use(holdings_[i], asked_of(holdings_[i]), tallies[i - first]);
     }
   };
   for (std::size_t begin = 0; begin < holdings_.size();) {
     std::size_t end = begin;
     while (end < holdings_.size() && holdings_[end].value == holdings_[begin].value) ++end;
-    for_each(begin, end, [&](std::size_t player, const Holding& holding, ThreeTally& tally) {
-      tally.wins = below.PairsFor(holding, player, false);
+    for_each(begin, end, [&](const Holding& holding, const auto& players, auto& tally) {
+      const Sums wins = below.PairsFor(holding, players, false);
+      for (std::size_t i = 0; i < 3; ++i) tally[i].wins = wins[i];
     });
     const bool is_counted = begin < last && end > first;
     for (std::size_t i = begin; i < end; ++i) {
       below.Add(holdings_[i]);
       if (is_counted) on_level.Add(holdings_[i]);
     }
-    for_each(begin, end, [&](std::size_t player, const Holding& holding, ThreeTally& tally) {
-      const bool ties = on_level.HasHands((player + 1) % 3) || on_level.HasHands((player + 2) % 3);
-      if (!ties) return;
-      tally.shares3 = on_level.PairsFor(holding, player, true);
-      tally.shares2 = below.PairsFor(holding, player, true) - tally.wins - tally.shares3;
+    for_each(begin, end, [&](const Holding& holding, auto players, auto& tally) {
+      for (std::size_t i = 0; i < 3; ++i) {
+        players[i] =
+            players[i] && (on_level.HasHands((i + 1) % 3) || on_level.HasHands((i + 2) % 3));
+      }
+      const Sums not_above = below.PairsFor(holding, players, true);
+      const Sums ties = on_level.PairsFor(holding, players, true);
+      for (std::size_t i = 0; i < 3; ++i) {
+        if (!players[i]) continue;
+        tally[i].shares3 = ties[i];
+        tally[i].shares2 = not_above[i] - tally[i].wins - ties[i];
+      }
     });
     for (std::size_t i = begin; is_counted && i < end; ++i) on_level.Add(holdings_[i], -1);
     begin = end;
   }
-  for_each(first, last, [&](std::size_t player, const Holding& holding, ThreeTally& tally) {
-    if (asked.cases[player]) tally.cases = below.PairsFor(holding, player, true);
-    visit(player, holding.hands[player], tally);
+  for_each(first, last, [&](const Holding& holding, const auto& players, auto& tally) {
+    std::array<bool, 3> with_cases;
+    for (std::size_t i = 0; i < 3; ++i) with_cases[i] = players[i] && asked.cases[i];
+    const Sums cases = below.PairsFor(holding, with_cases, true);
+    for (std::size_t i = 0; i < 3; ++i) {
+      tally[i].cases = cases[i];
+      if (players[i]) visit(i, holding.hands[i], tally[i]);
+    }
   });
 }
 

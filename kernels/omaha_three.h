@@ -50,6 +50,7 @@ class OmahaThreeSweep {
   class Inserted;
 
   Isa isa_;
+  std::size_t live_;               // cards beside the board
   std::vector<Holding> holdings_;  // rising by their values
 };
 

@@ -686,8 +686,8 @@ ThreeRangesSweep::ThreeRangesSweep(Isa isa, const GameRules& rules, const ThreeR
   }
   for (std::size_t i = different; i < kPlayers; ++i) places_[i] = places_[different - 1];
   std::vector<Holding> holdings = list.Take();
-  is_narrow_ = AreSmall(holdings);
-  if (is_narrow_) {
+  // Sums of 24 bits take half of the time.
+  if (AreSmall(holdings)) {
     sweep_ = std::make_unique<NumberSweep<float>>(isa, rules, std::move(holdings), different);
   } else {
     sweep_ = std::make_unique<NumberSweep<double>>(isa, rules, std::move(holdings), different);

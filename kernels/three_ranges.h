@@ -48,8 +48,6 @@ class ThreeRangesSweep {
   /// the board as any other, so that this need not be done for each.
   void CountCases();
 
-  /// Whether all sums fit 24 bits, which takes half of the time.
-  bool IsNarrow() const { return is_narrow_; }
   /// What was added for a hand of a range.
   ThreeTally Of(std::size_t player, std::size_t hand) const;
 
@@ -60,7 +58,6 @@ class ThreeRangesSweep {
 
   std::array<std::size_t, 3> seats_;                  // of the players in the sweep
   std::array<std::vector<std::uint16_t>, 3> places_;  // of their hands, by seat
-  bool is_narrow_;
   std::unique_ptr<Sweep> sweep_;
 };
 

@@ -1161,13 +1161,18 @@ TEST(Sampling, EndsWithAReasonWhereRangesHardlyFit) {
 // --- steps ---
 
 TEST(Calculation, StepsInAnyOrderAndPartsGiveTheSameBytes) {
-  for (const Method method : {Method::kExact, Method::kSampled}) {
-    const Result<Calculation> plan =
-        Plan({.players = {Holdings("TT+,AK"), Holdings("99+"), Holdings("AQs+,KQs")},
-              .board = Cards("2c7dTh"),
-              .method = method,
-              .detail = {.hands = true, .made = true},
-              .sampling = {.standard_error = 0, .trials = 30000}});
+  EquityQuestion question{.players = {Holdings("TT+,AK"), Holdings("99+"), Holdings("AQs+,KQs")},
+                          .board = Cards("2c7dTh"),
+                          .method = Method::kExact,
+                          .detail = {.hands = true, .made = true},
+                          .sampling = {.standard_error = 0, .trials = 30000}};
+  std::vector<EquityQuestion> questions(2, question);
+  questions[1].method = Method::kSampled;
+  questions.push_back(PooledQuestions()[2]);
+  questions[2].method = Method::kSampled;
+  questions[2].sampling = {.standard_error = 0, .trials = 20000};
+  for (const EquityQuestion& of : questions) {
+    const Result<Calculation> plan = Plan(of);
     ASSERT_TRUE(plan);
     ASSERT_GT(plan->steps(), 3);
     Sums whole = plan->NewSums();

@@ -61,6 +61,11 @@ class RandomQuestions {
                   question.players.begin() + static_cast<std::ptrdiff_t>(Below(2)),
                   question.players.end());
     }
+    // Three of them are counted on a complete board.
+    if (players == 3 && question.game == Game::kOmaha && known >= 3) {
+      question.street = static_cast<Street>(known);
+      question.folded.clear();
+    }
     question.seed = random_();
     return question;
   }

@@ -65,7 +65,7 @@ Tallies CountPlainly(const GameRules& rules, CardSet board, const Hands& hands) 
 TEST(ThreeRangesSweep, EqualsEveryTripleOfHands) {
   std::mt19937 random(5);
   const auto below = [&](std::size_t limit) { return random() % limit; };
-  std::int64_t narrow = 0, wide = 0, shared = 0;
+  std::int64_t shared = 0;
   for (int i = 0; i < 120; ++i) {
     SCOPED_TRACE(i);
     const GameRules& rules = kGames[below(3)];
@@ -113,10 +113,8 @@ TEST(ThreeRangesSweep, EqualsEveryTripleOfHands) {
           shared += once.shares3;
         }
       }
-      ++(sweep.IsNarrow() ? narrow : wide);
     }
   }
-  EXPECT_GT(std::min(narrow, wide), 50);
   EXPECT_GT(shared, 0);
 }
 
@@ -126,7 +124,7 @@ TEST(OmahaThreeSweep, EqualsEveryTripleOfHands) {
   const auto below = [&](std::size_t limit) { return random() % limit; };
   const GameRules& rules = RulesOf(Game::kOmaha);
   std::int64_t wins = 0, shared = 0;
-  for (int i = 0; i < 12; ++i) {
+  for (int i = 0; i < 6; ++i) {
     SCOPED_TRACE(i);
     std::vector<int> deck(52);
     std::iota(deck.begin(), deck.end(), 0);
