@@ -126,6 +126,18 @@ BENCHMARK(BM_Matchup)
     ->ArgsProduct({{0, 1, 2}, {4, 5}, {0, 1, 2}})
     ->Unit(benchmark::kMicrosecond);
 
+// The same from what the library knows, and so against every hand.
+void BM_KnownMatchup(benchmark::State& state) {
+  Matchup matchup = MatchupOf(state.range(0));
+  const PokerLogic logic;
+  double wins, boards;
+  for (auto _ : state) {
+    logic.getProbabilityOfWinWithNoBoard(matchup.hand1.data(), matchup.hand2.data(), wins, boards);
+    benchmark::DoNotOptimize(wins);
+  }
+}
+BENCHMARK(BM_KnownMatchup)->ArgName("hands")->DenseRange(0, 2);
+
 // The first so many hands of some; dealt out by BM_CalculatorPlain.
 void BM_SeveralHands(benchmark::State& state) {
   const std::vector<int> cards =

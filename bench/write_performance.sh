@@ -18,7 +18,7 @@ questions=$(
   cat <<'QUESTIONS'
 value of seven cards, one hand at a time | EvaluateCards | rate
 value of seven cards, in a batch | EvaluateBatch/. | rate
-Hold'em hand against hand, before the flop | Matchup/hands:1/board:5/isa:.
+Hold'em hand against hand, before the flop | KnownMatchup/hands:1
 hand against hand, on the flop | MatchupOnFlop
 hand against 15 % of all hands, before the flop | RangeOnEmptyBoard/percent:15
 hand against any other, before the flop | RangeOnEmptyBoard/percent:100

@@ -30,6 +30,12 @@ bool IsOfTwoRanges(const CheckedQuestion& question) {
          question.folded().empty() && !detail.next && !detail.made;
 }
 
+Deck DeckOf(const GameRules& rules) {
+  return !rules.IsShortDeck()        ? Deck::kFull
+         : rules.straight_over_trips ? Deck::kShortStraights
+                                     : Deck::kShort;
+}
+
 // What both kinds of work share: the hands, and how their tallies become sums.
 class TwoRangesWork : public Work {
  public:
@@ -104,13 +110,11 @@ class MatchupsWork final : public TwoRangesWork {
 
  private:
   void Count(std::int64_t, const TwoTallies& tallies) const override {
-    CountPreflopRanges(BestIsa(), ranges(), tallies);
+    CountPreflopRanges(BestIsa(), DeckOf(question().rules()), ranges(), tallies);
   }
 };
 
 // --- by classes ---
-
-Deck DeckOf(const GameRules& rules) { return rules.IsShortDeck() ? Deck::kShort : Deck::kFull; }
 
 // Rank classes that some ranges have together.
 int ClassesIn(std::span<const Side> sides) {
@@ -211,8 +215,8 @@ class BoardsWork final : public TwoRangesWork {
 }  // namespace
 
 std::optional<double> MatchupsCost(const CheckedQuestion& question) {
-  if (!IsOfTwoRanges(question) || question.rules().IsShortDeck() || question.street() != 5 ||
-      !question.board().empty() || !question.dead().empty()) {
+  if (!IsOfTwoRanges(question) || question.street() != 5 || !question.board().empty() ||
+      !question.dead().empty()) {
     return std::nullopt;
   }
   const auto size1 = static_cast<double>(question.players()[0].range.size());
@@ -225,7 +229,8 @@ std::unique_ptr<const Work> StartMatchups(const QuestionPointer& question) {
 }
 
 std::optional<double> ClassesCost(const CheckedQuestion& question) {
-  const bool knows_rules = !question.rules().IsShortDeck() || !question.rules().straight_over_trips;
+  const bool knows_rules =
+      question.board().empty() || DeckOf(question.rules()) != Deck::kShortStraights;
   const bool knows_board = question.board().empty() || question.board().size() >= 3;
   const bool dead = !question.dead().empty();
   if (!IsOfTwoRanges(question) || !knows_rules || !knows_board ||

@@ -110,6 +110,7 @@ std::string ShortDeckEquityFault(const std::string& path) {
   return EquityFault(path, Deck::kShort, kShortDeckMatchups, kShortDeckBoards);
 }
 
+template <Deck deck>
 std::string MatchupsFault(const std::string& path) {
   std::vector<std::uint8_t> bytes(FileLength(path).value_or(0));
   if (!ReadFile(path, bytes.data(), bytes.size())) return "it cannot be read to its end";
@@ -117,7 +118,7 @@ std::string MatchupsFault(const std::string& path) {
     return bytes[i] | bytes[i + 1] << 8 | bytes[i + 2] << 16;
   };
   for (std::size_t i = 0; i + 6 <= bytes.size(); i += 6) {
-    if (number_at(i) + number_at(i + 3) > BoardsOf(Street::kRiver)) {
+    if (number_at(i) + number_at(i + 3) > Choose(CardsOf(deck) - 4, 5)) {
       return fmt::format("record {} has more wins and ties than boards", i / 6 + 1);
     }
   }
@@ -230,8 +231,9 @@ bool BuildStatesFile(const TableFile& table, const std::string& path) {
   return WriteTable(table, path, {header, std::as_bytes(std::span(entries))});
 }
 
+template <Deck deck>
 bool BuildMatchups(const TableFile& table, const std::string& path) {
-  const std::vector<std::uint8_t> matchups = CountKnownMatchups();
+  const std::vector<std::uint8_t> matchups = CountKnownMatchups(deck);
   return WriteTable(table, path, {std::as_bytes(std::span(matchups))});
 }
 
@@ -354,7 +356,12 @@ constexpr TableFile kTables[] = {
      StatesFault<kSixPlus7File>},
     {"six-plus-equity", "six-plus-equity.bin", kShortDeckMatchups * sizeof(EquityRecord),
      0xfcc57c8b, BuildEquity<Deck::kShort, Street::kRiver>, ShortDeckEquityFault},
-    {"matchups", "holdem.matchups", 282516, 0xd3638a74, BuildMatchups, MatchupsFault},
+    {"matchups", "holdem.matchups", 314028, 0xd33dc624, BuildMatchups<Deck::kFull>,
+     MatchupsFault<Deck::kFull>},
+    {"six-plus-matchups", "shortdeck.matchups", 71766, 0xa5c65a3b, BuildMatchups<Deck::kShort>,
+     MatchupsFault<Deck::kShort>},
+    {"six-plus-straights-matchups", "shortdeck-straights.matchups", 71766, 0x2adb215d,
+     BuildMatchups<Deck::kShortStraights>, MatchupsFault<Deck::kShortStraights>},
     {"combinations", "VarnholtPC.dat", FiveCardMap::kHands * sizeof(CombinationRecord), 0x7a86dfc6,
      BuildCombinations, CombinationsFault},
     {"omaha-strength", "omaha-strength.csv", 769549, 0xbf7be6f9, BuildOmahaStrength<4>,

@@ -2,54 +2,54 @@
 
 #include <omp.h>
 
-#include "kernels/matchup.h"
+#include <vector>
+
 #include "kernels/matchups.h"
-#include "platform/isa.h"
+#include "kernels/range_count.h"
 
 namespace pokermath {
+namespace {
 
-CachedOpponents::CachedOpponents(Deck deck, std::span<const int, 2> hand,
-                                 std::span<const Combination> holdings, const Table& table,
-                                 Street street)
-    : groups_(EmptyBoardCounts(BestIsa(), deck, street), hand) {
+// Sums up what an equity table knows of a hand against holdings; the others are left.
+Tally CountCached(Deck deck, std::span<const int, 2> hand, std::span<const Combination> holdings,
+                  const EquityTable& table, int boards, std::vector<Combination>& left) {
   const std::uint64_t taken = Bits(hand) | AbsentCards(deck);
-  const int boards = EmptyBoardCounts(BestIsa(), deck, street).Boards();
   const int key = HandKey(hand[0], hand[1]);
+  Tally tally;
   for (const Combination& cards : holdings) {
     if ((Bits(cards) & taken) != 0) continue;
-    const auto entry =
-        table.empty() ? table.end() : table.find({key, HandKey(cards.first, cards.second)});
+    const auto entry = table.find({key, HandKey(cards.first, cards.second)});
     if (entry == table.end()) {
-      groups_.Add(cards);
+      left.push_back(cards);
     } else {
-      known_.ties += entry->second;  // half wins
-      known_.cases += boards;
+      tally.ties += entry->second;  // half wins
+      tally.cases += boards;
     }
   }
-  for (int rank_class = 0; rank_class < kRankClasses; ++rank_class) {
-    if (groups_.Has(rank_class)) classes_.push_back(rank_class);
-  }
+  return tally;
 }
 
-Tally CachedOpponents::Count() const {
-  Tally all = known_;
-  for (const int rank_class : classes_) all += groups_.Count(rank_class);
-  return all;
+Tally Count(Deck deck, std::span<const int, 2> hand, std::span<const Combination> holdings,
+            const EquityTable& table, Street street, int boards) {
+  if (table.empty()) return CountAgainst(deck, hand, holdings, {}, street);
+  std::vector<Combination> left;
+  Tally tally = CountCached(deck, hand, holdings, table, boards, left);
+  tally += CountAgainst(deck, hand, left, {}, street);
+  return tally;
 }
 
-Tally CachedOpponents::CountInParallel() const {
-  const int count = static_cast<int>(classes_.size());
-  std::vector<Tally> tallies(classes_.size());
-  omp_set_dynamic(1);
-  // Every index writes its own slot only.
-#pragma omp parallel for schedule(static)
-  for (int i = 0; i < count; ++i) {
-    const auto slot = static_cast<std::size_t>(i);
-    tallies[slot] = groups_.Count(classes_[slot]);
-  }
-  Tally all = known_;
-  for (const Tally& tally : tallies) all += tally;
-  return all;
+}  // namespace
+
+Tally CountWithTable(Deck deck, std::span<const int, 2> hand, std::span<const Combination> holdings,
+                     const EquityTable& table) {
+  omp_set_dynamic(1);  // once there was a team here, and hosts may count on the setting
+  return Count(deck, hand, holdings, table, Street::kRiver,
+               deck == Deck::kFull ? BoardsOf(Street::kRiver) : kShortDeckBoards);
+}
+
+Tally CountWithTurnTable(std::span<const int, 2> hand, std::span<const Combination> holdings,
+                         const EquityTable& table) {
+  return Count(Deck::kFull, hand, holdings, table, Street::kTurn, BoardsOf(Street::kTurn));
 }
 
 }  // namespace pokermath

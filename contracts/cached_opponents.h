@@ -3,37 +3,24 @@
 #ifndef POKERMATH_CONTRACTS_CACHED_OPPONENTS_H_
 #define POKERMATH_CONTRACTS_CACHED_OPPONENTS_H_
 
-#include <map>
 #include <span>
-#include <utility>
-#include <vector>
 
+#include "contracts/equity_files.h"
 #include "kernels/decks.h"
-#include "kernels/range_count.h"
+#include "pokermath/combination_set.h"
 #include "pokermath/equity.h"
 
 namespace pokermath {
 
-/// Holdings of a range that share no card with the hand: those whose matchup an equity table knows
-/// are summed up, the others are gathered to be counted.
-class CachedOpponents {
- public:
-  using Table = std::map<std::pair<int, int>, int>;  ///< hand keys → 2 * wins + ties
+/// A hand against the holdings that share no card with it, to the river: from an equity table, and
+/// what that lacks from the matchups that the library knows. Switches OpenMP's dynamic team sizing
+/// on.
+Tally CountWithTable(Deck deck, std::span<const int, 2> hand, std::span<const Combination> holdings,
+                     const EquityTable& table);
 
-  CachedOpponents(Deck deck, std::span<const int, 2> hand, std::span<const Combination> holdings,
-                  const Table& table, Street street);
-
-  /// The hand against all of them, by the calling thread.
-  Tally Count() const;
-  /// The same, shared out among OpenMP's workers. The counts are integers, so the result does not
-  /// depend on how many there are.
-  Tally CountInParallel() const;
-
- private:
-  OpponentGroups groups_;
-  Tally known_;
-  std::vector<int> classes_;  // of those to be counted
-};
+/// The same of Hold'em to the turn, where what the table lacks is counted.
+Tally CountWithTurnTable(std::span<const int, 2> hand, std::span<const Combination> holdings,
+                         const EquityTable& table);
 
 }  // namespace pokermath
 

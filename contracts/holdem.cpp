@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "contracts/cached_matchup.h"
-#include "kernels/matchup.h"
+#include "kernels/known_matchups.h"
 #include "kernels/matchups.h"
 #include "kernels/range_count.h"
 #include "kernels/trials.h"
@@ -16,8 +16,7 @@ namespace pokermath {
 Tally HoldemHandVsHand(std::span<const int, 2> hand1, std::span<const int, 2> hand2,
                        std::span<const int> board, Street street) {
   if (board.size() > static_cast<std::size_t>(street)) return {};
-  if (board.empty())
-    return CountMatchup(BestIsa(), Deck::kFull, hand1.data(), hand2.data(), street);
+  if (board.empty()) return CountBeforeFlop(Deck::kFull, hand1.data(), hand2.data(), street);
   const Combination opponent(hand2[0], hand2[1]);
   return CountAgainst(Deck::kFull, hand1, {&opponent, 1}, board, street);
 }
@@ -28,7 +27,7 @@ namespace {
 void CachedMatchup(const EquityTable& table, int* hand1, int* hand2, Street street, double& wins,
                    double& boards) {
   AnswerMatchup(table, hand1, hand2, BoardsOf(street), wins, boards,
-                [&] { return CountMatchup(BestIsa(), Deck::kFull, hand1, hand2, street); });
+                [&] { return CountBeforeFlop(Deck::kFull, hand1, hand2, street); });
 }
 
 }  // namespace
@@ -52,13 +51,13 @@ double PokerLogic::getProbabilityOfWin(int* hand, int* board, int boardCount, in
 void PokerLogic::getProbabilityOfWinWithNoBoard(int* hand1, int* hand2, double& wins,
                                                 double& boards) const {
   using namespace pokermath;
-  Answer(CountMatchup(BestIsa(), Deck::kFull, hand1, hand2, Street::kRiver), wins, boards);
+  Answer(CountBeforeFlop(Deck::kFull, hand1, hand2, Street::kRiver), wins, boards);
 }
 
 void PokerLogic::getProbabilityOfWinWithNoBoardToTurn(int* hand1, int* hand2, double& wins,
                                                       double& boards) const {
   using namespace pokermath;
-  Answer(CountMatchup(BestIsa(), Deck::kFull, hand1, hand2, Street::kTurn), wins, boards);
+  Answer(CountBeforeFlop(Deck::kFull, hand1, hand2, Street::kTurn), wins, boards);
 }
 
 int PokerLogic::GetWinHandVsHand(int* hand1, int* hand2, double& wins, double& boards) const {

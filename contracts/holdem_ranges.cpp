@@ -87,9 +87,7 @@ double PokerLogic::getProbabilityOfWinBySpectr(int* hand, int* board, int boardC
 
 double PokerLogic::getProbabilityOfWinBySpectrWithNoBoard(int* hand, const Spec& spec) const {
   using namespace pokermath;
-  return ShareOf(
-      CachedOpponents(Deck::kFull, HandOf(hand), HoldingsOf(spec), equityTable, Street::kRiver)
-          .CountInParallel());
+  return ShareOf(CountWithTable(Deck::kFull, HandOf(hand), HoldingsOf(spec), equityTable));
 }
 
 double PokerLogic::getProbabilityOfWinBySpectrWithFlop(int* hand, int* board,
@@ -122,9 +120,7 @@ double PokerLogic::getProbabilityOfWinBySpectrWithNoBoardToFlop(int* hand, const
 
 double PokerLogic::getProbabilityOfWinBySpectrWithNoBoardToTurn(int* hand, const Spec& spec) const {
   using namespace pokermath;
-  return ShareOf(
-      CachedOpponents(Deck::kFull, HandOf(hand), HoldingsOf(spec), equityTurnTable, Street::kTurn)
-          .Count());
+  return ShareOf(CountWithTurnTable(HandOf(hand), HoldingsOf(spec), equityTurnTable));
 }
 
 double PokerLogic::getProbabilityOfWinBySpectrWithFlopToTurn(int* hand, int* board,

@@ -8,7 +8,7 @@
 #include "contracts/cached_opponents.h"
 #include "contracts/state_machines.h"
 #include "contracts/stopwatch.h"
-#include "kernels/matchup.h"
+#include "kernels/known_matchups.h"
 #include "kernels/range_count.h"
 #include "kernels/trials.h"
 #include "kernels/weak_hand.h"
@@ -58,7 +58,7 @@ Tally CountAbsent(std::span<const int, 2> hand1, std::span<const int, 2> hand2) 
 
 Tally CountPair(std::span<const int, 2> hand1, std::span<const int, 2> hand2) {
   if (HoldsAbsentCard(hand1) || HoldsAbsentCard(hand2)) return CountAbsent(hand1, hand2);
-  return CountMatchup(BestIsa(), Deck::kShort, hand1.data(), hand2.data(), Street::kRiver);
+  return CountBeforeFlop(Deck::kShort, hand1.data(), hand2.data(), Street::kRiver);
 }
 
 // A card below six is worth nothing here, the other one plays.
@@ -307,9 +307,7 @@ double getProbabilityOfWinBySpectr6Plus(int* hand, int* board, int boardCount, c
 double getProbabilityOfWinBySpectrWithNoBoard6Plus(int* hand, const Spec& spec) {
   using namespace pokermath;
   if (HoldsAbsentCard(HandOf(hand))) return SumOfMatchups(hand, spec);
-  return ShareOf(
-      CachedOpponents(Deck::kShort, HandOf(hand), HoldingsOf(spec), LoadedTable(), Street::kRiver)
-          .CountInParallel());
+  return ShareOf(CountWithTable(Deck::kShort, HandOf(hand), HoldingsOf(spec), LoadedTable()));
 }
 
 double getProbabilityOfWinBySpectrWithFlop6Plus(int* hand, int* board, const Spec& spec) {

@@ -8,25 +8,29 @@
 #include <vector>
 
 #include "kernels/decks.h"
-#include "kernels/matchups.h"
+#include "kernels/known_matchups.h"
 #include "pokermath/equity.h"
 
 namespace pokermath {
 
-/// 2 * wins + ties of every matchup, worked out on demand: suits are interchangeable and the two
-/// hands mirror each other, so 47,008 counts serve all of Hold'em.
+/// 2 * wins + ties of every matchup: those to the river are known, others are worked out on demand.
+/// Suits are interchangeable and the two hands mirror each other, so 47,086 counts serve all of
+/// Hold'em.
 class MatchupValues {
  public:
-  MatchupValues(Deck deck, Street street)
-      : deck_(deck), street_(street), values_(kHands * kHands, -1) {}
+  MatchupValues(Deck deck, Street street);
 
-  /// Value of hand (a, b) against hand (c, d); a < b, c < d, all different.
+  /// Value of hand (a, b) against hand (c, d), all different.
   int Get(int a, int b, int c, int d);
 
  private:
+  int Count(ClassedHand classed1, const int* hand1, ClassedHand classed2, const int* hand2);
+
   Deck deck_;
   Street street_;
-  std::vector<std::int32_t> values_;  // [hand][hand], -1 = not yet
+  const KnownMatchups& known_;
+  MatchupPlaces places_;
+  std::vector<std::int32_t> values_;  // by place, -1 = not yet; none to the river
 };
 
 }  // namespace pokermath

@@ -3,18 +3,25 @@
 #ifndef POKERMATH_KERNELS_DECKS_H_
 #define POKERMATH_KERNELS_DECKS_H_
 
+#include <array>
 #include <cstdint>
+#include <span>
 
 #include "eval/compact_keys.h"
 #include "eval/short_deck.h"
+#include "eval/worth.h"
 #include "kernels/hole_cards.h"
 #include "pokermath/evaluators.h"
 
 namespace pokermath {
 
-enum class Deck { kFull, kShort };
+enum class Deck {
+  kFull,
+  kShort,
+  kShortStraights,  ///< a straight beats three of a kind; only what says so knows it
+};
 
-constexpr int LowestRank(Deck deck) { return deck == Deck::kShort ? kLowestShortDeckCard : 0; }
+constexpr int LowestRank(Deck deck) { return deck == Deck::kFull ? 0 : kLowestShortDeckCard; }
 constexpr int CardsOf(Deck deck) { return 4 * (13 - LowestRank(deck)); }
 /// The ranks that are not in a deck.
 constexpr RankSet AbsentRanks(Deck deck) {
@@ -50,6 +57,26 @@ struct DeckValues<Deck::kShort> {
   }
   static std::int16_t OfFlush(unsigned ranks) {
     return static_cast<std::int16_t>(ShortDeckValues::Get().OfFlush(ranks));
+  }
+};
+
+/// Slow: for tables that are made once. Flushes are those of kShort.
+template <>
+struct DeckValues<Deck::kShortStraights> : DeckValues<Deck::kShort> {
+  template <int count>
+  static std::int16_t OfRanks(std::uint32_t key) {
+    // Cards that stand for their ranks: dealt round the suits in rising order, no suit gets more
+    // than two of seven.
+    std::array<int, count> cards;
+    int size = 0;
+    for (int rank = kLowestShortDeckCard; rank < 13; ++rank) {
+      for (std::uint32_t of_rank = key / KeyOf(rank) & 7; of_rank > 0; --of_rank, ++size) {
+        cards[static_cast<std::size_t>(size)] = rank + 13 * (size % 4);
+      }
+    }
+    const std::span<const int> dealt(cards);
+    return static_cast<std::int16_t>(
+        WorthOf(RulesOf(Game::kShortDeckStraights), dealt.first(2), dealt.subspan(2)).high);
   }
 };
 

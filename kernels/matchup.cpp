@@ -75,8 +75,8 @@ POKERMATH_KERNEL std::array<DeadCard, 4> DeadCards(const MatchupTables<deck, kBo
 }
 
 template <typename Width, Deck deck, int kBoard>
-POKERMATH_KERNEL Counts Ranks(const Unseen& unseen, int class1, int class2) {
-  const auto& tables = MatchupTables<deck, kBoard>::Get();
+POKERMATH_KERNEL Counts Ranks(const MatchupTables<deck, kBoard>& tables, const Unseen& unseen,
+                              int class1, int class2) {
   const std::array<DeadCard, 4> dead = DeadCards(tables, unseen, class1, class2);
   using Register = typename Width::Register;
   using Modular = typename Width::Modular;
@@ -185,10 +185,9 @@ POKERMATH_KERNEL void CorrectFlushes(const SuitBoards& boards, const Suited& sui
 }
 
 template <typename Width, Deck deck, int kBoard>
-POKERMATH_KERNEL Counts Flushes(const Unseen& unseen, int suit, const SuitView& view1,
-                                const SuitView& view2) {
+POKERMATH_KERNEL Counts Flushes(const MatchupTables<deck, kBoard>& tables, const Unseen& unseen,
+                                int suit, const SuitView& view1, const SuitView& view2) {
   using Register = typename Width::Register;
-  const auto& tables = MatchupTables<deck, kBoard>::Get();
   const ClassValues& class1 = tables.Of(view1.rank_class);
   const ClassValues& class2 = tables.Of(view2.rank_class);
   const Suited suited = Join(unseen, suit, view1, view2);
@@ -210,44 +209,17 @@ POKERMATH_KERNEL Counts Flushes(const Unseen& unseen, int suit, const SuitView& 
   return counts;
 }
 
-template <Deck deck, int kBoard>
-Counts RanksBaseline(const Unseen& unseen, int class1, int class2) {
-  return Ranks<Registers16, deck, kBoard>(unseen, class1, class2);
-}
-template <Deck deck, int kBoard>
-POKERMATH_TARGET_AVX2 Counts RanksAvx2(const Unseen& unseen, int class1, int class2) {
-  return Ranks<Registers32, deck, kBoard>(unseen, class1, class2);
-}
-template <Deck deck, int kBoard>
-POKERMATH_TARGET_AVX512 Counts RanksAvx512(const Unseen& unseen, int class1, int class2) {
-  return Ranks<Registers64, deck, kBoard>(unseen, class1, class2);
-}
-template <Deck deck, int kBoard>
-Counts FlushesBaseline(const Unseen& unseen, int suit, const SuitView& view1,
-                       const SuitView& view2) {
-  return Flushes<Registers16, deck, kBoard>(unseen, suit, view1, view2);
-}
-template <Deck deck, int kBoard>
-POKERMATH_TARGET_AVX2 Counts FlushesAvx2(const Unseen& unseen, int suit, const SuitView& view1,
-                                         const SuitView& view2) {
-  return Flushes<Registers32, deck, kBoard>(unseen, suit, view1, view2);
-}
-template <Deck deck, int kBoard>
-POKERMATH_TARGET_AVX512 Counts FlushesAvx512(const Unseen& unseen, int suit, const SuitView& view1,
-                                             const SuitView& view2) {
-  return Flushes<Registers64, deck, kBoard>(unseen, suit, view1, view2);
-}
-
+// @tparam deck  the cards, kFull or kShort
 template <Deck deck, int kBoard>
 class EmptyBoard final : public ShowdownCounts {
  public:
-  explicit EmptyBoard(Isa isa) : isa_(isa) {}
-  EmptyBoard(Isa isa, CardSet dead) : isa_(isa), dead_cards_(dead.size()) {
-    const auto& tables = MatchupTables<deck, kBoard>::Get();
-    weights_ = tables.weights();
+  /// @param rules  the deck with its order of hands
+  EmptyBoard(Isa isa, Deck rules) : isa_(isa), rules_(rules) {}
+  EmptyBoard(Isa isa, Deck rules, CardSet dead)
+      : isa_(isa), rules_(rules), dead_cards_(dead.size()), weights_(tables().weights()) {
     for (const int card : dead) {
       int& left = unseen_.left[static_cast<std::size_t>(card % 13)];
-      const std::int16_t* counts = tables.CountsOf(card % 13);
+      const std::int16_t* counts = tables().CountsOf(card % 13);
       for (std::size_t i = 0; i < weights_.size(); ++i) {
         weights_[i] = static_cast<std::int16_t>(weights_[i] * (left - counts[i]) / left);
       }
@@ -259,24 +231,14 @@ class EmptyBoard final : public ShowdownCounts {
   }
 
   Counts CountRanks(int class1, int class2) const override {
-    switch (isa_) {
-      case Isa::kAvx512:
-        return RanksAvx512<deck, kBoard>(unseen_, class1, class2);
-      case Isa::kAvx2:
-        return RanksAvx2<deck, kBoard>(unseen_, class1, class2);
-      default:
-        return RanksBaseline<deck, kBoard>(unseen_, class1, class2);
-    }
+    return Dispatch(isa_, [&](auto level) POKERMATH_INLINE {
+      return Ranks<RegistersOf<level>>(tables(), unseen_, class1, class2);
+    });
   }
   Counts CorrectSuit(int suit, const SuitView& view1, const SuitView& view2) const override {
-    switch (isa_) {
-      case Isa::kAvx512:
-        return FlushesAvx512<deck, kBoard>(unseen_, suit, view1, view2);
-      case Isa::kAvx2:
-        return FlushesAvx2<deck, kBoard>(unseen_, suit, view1, view2);
-      default:
-        return FlushesBaseline<deck, kBoard>(unseen_, suit, view1, view2);
-    }
+    return Dispatch(isa_, [&](auto level) POKERMATH_INLINE {
+      return Flushes<RegistersOf<level>>(tables(), unseen_, suit, view1, view2);
+    });
   }
   int CardsToFlush(int) const override { return 5 - kBoard; }
   int LikeSuit(int suit) const override {
@@ -287,59 +249,76 @@ class EmptyBoard final : public ShowdownCounts {
   int Boards() const override { return Choose(CardsOf(deck) - dead_cards_ - 4, kBoard); }
 
  private:
+  const MatchupTables<deck, kBoard>& tables() const {
+    return MatchupTables<deck, kBoard>::Get(rules_);
+  }
+
   Isa isa_;
+  Deck rules_;
   int dead_cards_ = 0;
   Values weights_;  // with dead cards only
   Unseen unseen_;
 };
 
-}  // namespace
+// The cards of a deck, whatever its order of hands.
+constexpr Deck CardsAlone(Deck deck) { return deck == Deck::kFull ? Deck::kFull : Deck::kShort; }
 
-namespace {
-
-template <Deck deck, int kBoard>
+template <Deck rules, int kBoard>
 const ShowdownCounts& CountsOf(Isa isa) {
-  static const std::array<EmptyBoard<deck, kBoard>, 3> counts = {
-      EmptyBoard<deck, kBoard>(Isa::kBaseline), EmptyBoard<deck, kBoard>(Isa::kAvx2),
-      EmptyBoard<deck, kBoard>(Isa::kAvx512)};
+  using Empty = EmptyBoard<CardsAlone(rules), kBoard>;
+  static const std::array<Empty, 3> counts = {Empty(Isa::kBaseline, rules),
+                                              Empty(Isa::kAvx2, rules), Empty(Isa::kAvx512, rules)};
   return counts[static_cast<std::size_t>(isa)];
 }
 
-template <Deck deck>
+template <Deck rules>
 std::unique_ptr<const ShowdownCounts> CountsWithout(Isa isa, Street street, CardSet dead) {
+  constexpr Deck kCards = CardsAlone(rules);
   switch (street) {
     case Street::kFlop:
-      return std::make_unique<EmptyBoard<deck, 3>>(isa, dead);
+      return std::make_unique<EmptyBoard<kCards, 3>>(isa, rules, dead);
     case Street::kTurn:
-      return std::make_unique<EmptyBoard<deck, 4>>(isa, dead);
+      return std::make_unique<EmptyBoard<kCards, 4>>(isa, rules, dead);
     default:
-      return std::make_unique<EmptyBoard<deck, 5>>(isa, dead);
+      return std::make_unique<EmptyBoard<kCards, 5>>(isa, rules, dead);
   }
 }
 
-template <Deck deck>
+template <Deck rules>
 const ShowdownCounts& CountsOf(Isa isa, Street street) {
   switch (street) {
     case Street::kFlop:
-      return CountsOf<deck, 3>(isa);
+      return CountsOf<rules, 3>(isa);
     case Street::kTurn:
-      return CountsOf<deck, 4>(isa);
+      return CountsOf<rules, 4>(isa);
     default:
-      return CountsOf<deck, 5>(isa);
+      return CountsOf<rules, 5>(isa);
   }
 }
 
 }  // namespace
 
 const ShowdownCounts& EmptyBoardCounts(Isa isa, Deck deck, Street street) {
-  return deck == Deck::kShort ? CountsOf<Deck::kShort>(isa, street)
-                              : CountsOf<Deck::kFull>(isa, street);
+  switch (deck) {
+    case Deck::kShort:
+      return CountsOf<Deck::kShort>(isa, street);
+    case Deck::kShortStraights:
+      return CountsOf<Deck::kShortStraights>(isa, street);
+    default:
+      return CountsOf<Deck::kFull>(isa, street);
+  }
 }
 
 std::unique_ptr<const ShowdownCounts> EmptyBoardCountsWithout(CardSet dead, Isa isa, Deck deck,
                                                               Street street) {
-  return deck == Deck::kShort ? CountsWithout<Deck::kShort>(isa, street, dead)
-                              : CountsWithout<Deck::kFull>(isa, street, dead);
+  switch (deck) {
+    case Deck::kShort:
+      return CountsWithout<Deck::kShort>(isa, street, dead);
+    case Deck::kShortStraights:
+      return CountsWithout<Deck::kShortStraights>(isa, street, dead);
+    default:
+      return CountsWithout<Deck::kFull>(isa, street, dead);
+  }
 }
 
 Tally CountMatchup(Isa isa, Deck deck, const int* hand1, const int* hand2, Street street) {

@@ -13,7 +13,7 @@
 
 namespace pokermath {
 
-/// Counts of all three-, four- or five-card boards.
+/// Counts of all three-, four- or five-card boards, of any deck.
 ///
 /// @param isa  instructions to use; the machine must have them
 const ShowdownCounts& EmptyBoardCounts(Isa isa, Deck deck, Street street);

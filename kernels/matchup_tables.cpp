@@ -74,7 +74,11 @@ SuitBoards BuildSuitBoards(int suited, int others) {
 }  // namespace
 
 template <Deck deck, int kBoard>
-MatchupTables<deck, kBoard>::MatchupTables() : keys_(kSize) {
+MatchupTables<deck, kBoard>::MatchupTables(Deck rules)
+    : value_(DeckValues<deck>::template OfRanks<kBoard + 2>), keys_(kSize) {
+  if (rules == Deck::kShortStraights) {
+    value_ = DeckValues<Deck::kShortStraights>::OfRanks<kBoard + 2>;
+  }
   const std::vector<std::vector<int>> multisets = RankMultisets(deck, kBoard);
   weights_.resize(kSize, 0);
   counts_.resize(std::size_t{13} * kSize, 0);
@@ -96,18 +100,20 @@ MatchupTables<deck, kBoard>::MatchupTables() : keys_(kSize) {
 }
 
 template <Deck deck, int kBoard>
-const MatchupTables<deck, kBoard>& MatchupTables<deck, kBoard>::Get() {
-  static const MatchupTables tables;
-  return tables;
+const MatchupTables<deck, kBoard>& MatchupTables<deck, kBoard>::Get(Deck rules) {
+  if (deck == Deck::kFull || rules == deck) {
+    static const MatchupTables tables(deck);
+    return tables;
+  }
+  static const MatchupTables others(rules);
+  return others;
 }
 
 template <Deck deck, int kBoard>
 void MatchupTables<deck, kBoard>::Build(int rank_class, ClassValues& values) const {
   const auto [low, high] = RanksOf(rank_class);
   const std::uint32_t hole_key = DeckValues<deck>::KeyOf(high) + DeckValues<deck>::KeyOf(low);
-  const auto value = [hole_key](std::uint32_t key) {
-    return DeckValues<deck>::template OfRanks<kBoard + 2>(hole_key + key);
-  };
+  const auto value = [this, hole_key](std::uint32_t key) { return value_(hole_key + key); };
   values.by_multiset.resize(kSize);
   std::ranges::transform(keys_, values.by_multiset.begin(), value);
   for (std::size_t i = 0; i < suit_boards_.size(); ++i) {

@@ -68,13 +68,16 @@ struct ClassValues {
 
 /// The tables for boards of kBoard cards, 3 to 5. 10 MB when all is built for the river; the values
 /// of a class are built when they are first asked for, by any thread.
+///
+/// @tparam deck  the cards, kFull or kShort
 template <Deck deck, int kBoard>
 class MatchupTables {
  public:
   static constexpr int kMultisets = Choose(12 - LowestRank(deck) + kBoard, kBoard);
   static constexpr int kSize = (kMultisets + kGroup - 1) / kGroup * kGroup;
 
-  static const MatchupTables& Get();
+  /// @param rules  `deck`, or the same cards with another order of hands
+  static const MatchupTables& Get(Deck rules = deck);
 
   const ClassValues& Of(int rank_class) const {
     const auto index = static_cast<std::size_t>(rank_class);
@@ -91,9 +94,10 @@ class MatchupTables {
   const std::array<SuitBoards, kBoard - 2>& suit_boards() const { return suit_boards_; }
 
  private:
-  MatchupTables();
+  explicit MatchupTables(Deck rules);
   void Build(int rank_class, ClassValues& values) const;
 
+  std::int16_t (*value_)(std::uint32_t key);  // of kBoard + 2 cards by the sum of their rank keys
   Values weights_;
   Values counts_;
   std::vector<std::uint32_t> keys_;  // [multiset]

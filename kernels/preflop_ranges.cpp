@@ -13,10 +13,13 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <type_traits>
 
 #include "kernels/known_matchups.h"
+#include "kernels/matchup_rows.h"
 #include "kernels/matchups.h"
 #include "kernels/registers.h"
+#include "platform/dispatch.h"
 
 namespace pokermath {
 namespace {
@@ -55,13 +58,13 @@ struct ClassList {
   const std::uint8_t* end() const { return begin() + count; }
 };
 
-// A range by class and suiting.
+// A range of a deck by class and suiting.
 class ClassedRange {
  public:
-  explicit ClassedRange(std::span<const WeightedPair> hands) {
+  ClassedRange(const KnownMatchups& known, std::span<const WeightedPair> hands) {
     std::array<bool, kPreflopClasses> has{};
     for (const WeightedPair& hand : hands) {
-      const ClassedHand classed = Classed(hand.card1, hand.card2);
+      const ClassedHand classed = known.Class(hand.card1, hand.card2);
       has[classed.number] = true;
       weights_[classed.Place()] = hand.weight;
       total_ += hand.weight;
@@ -99,7 +102,7 @@ class ClassedRange {
 
  private:
   std::array<std::int32_t, kPlaces> weights_{};
-  std::array<double, KnownMatchups::AgainstClasses::kSize> whole_{};
+  std::array<double, MatchupRow::AgainstClasses::kSize> whole_{};
   std::int64_t total_ = 0;
   std::array<std::int64_t, 52> of_cards_{};
   std::array<ClassList, kShapes> classes_;
@@ -137,12 +140,12 @@ struct ClassSums {
   Register wins, ties;
   ClassSums<Register, registers - 1> others;
 
-  POKERMATH_KERNEL void Start(const KnownMatchups::Matchup& of_all) {
+  POKERMATH_KERNEL void Start(const MatchupRow::Matchup& of_all) {
     wins = Register{} + of_all.wins;
     ties = Register{} + of_all.ties;
     others.Start(of_all);
   }
-  POKERMATH_KERNEL void Add(const KnownMatchups::Matchup& matchup, const double* weights) {
+  POKERMATH_KERNEL void Add(const MatchupRow::Matchup& matchup, const double* weights) {
     Register of_suitings;
     Load(of_suitings, weights);
     wins += matchup.wins * of_suitings;
@@ -159,8 +162,8 @@ struct ClassSums {
 };
 template <typename Register>
 struct ClassSums<Register, 0> {
-  POKERMATH_KERNEL void Start(const KnownMatchups::Matchup&) {}
-  POKERMATH_KERNEL void Add(const KnownMatchups::Matchup&, const double*) {}
+  POKERMATH_KERNEL void Start(const MatchupRow::Matchup&) {}
+  POKERMATH_KERNEL void Add(const MatchupRow::Matchup&, const double*) {}
   POKERMATH_KERNEL void Keep(double*, double*, std::size_t) const {}
 };
 
@@ -173,8 +176,8 @@ POKERMATH_KERNEL double SumLanes(const Register& lanes) {
 
 // A hand of a class against the whole classes of a range: all suitings win alike.
 template <typename Register>
-POKERMATH_KERNEL KnownMatchups::Matchup CountWhole(const KnownMatchups::AgainstClasses& against,
-                                                   const ClassedRange& range) {
+POKERMATH_KERNEL MatchupRow::Matchup CountWhole(const MatchupRow::AgainstClasses& against,
+                                                const ClassedRange& range) {
   Register wins{}, ties{};
   for (std::size_t i = 0; i < against.kSize; i += kDoubles<Register>) {
     Register weights, all_wins, all_ties;
@@ -192,17 +195,16 @@ template <typename Register, Shape mine, std::size_t count>
 struct SumsOfClasses {
   ClassSums<Register, RegistersOf<Register>(mine)> first;
   SumsOfClasses<Register, mine, count - 1> others;
-  const KnownMatchups::Matchup* row;
+  const MatchupRow::Matchup* row;
 
-  POKERMATH_KERNEL void Start(const KnownMatchups& matchups, const std::uint8_t* numbers,
+  POKERMATH_KERNEL void Start(const MatchupRows& rows, const std::uint8_t* numbers,
                               const ClassedRange& range) {
-    first.Start(CountWhole<Register>(matchups.AgainstWhole(*numbers), range));
-    others.Start(matchups, numbers + 1, range);
+    first.Start(CountWhole<Register>(rows.Row(*numbers).whole(), range));
+    others.Start(rows, numbers + 1, range);
   }
-  POKERMATH_KERNEL void GoTo(const KnownMatchups& matchups, const std::uint8_t* numbers,
-                             Shape theirs) {
-    row = matchups.Row(*numbers, theirs);
-    others.GoTo(matchups, numbers + 1, theirs);
+  POKERMATH_KERNEL void GoTo(const MatchupRows& rows, const std::uint8_t* numbers, Shape theirs) {
+    row = rows.Row(*numbers).Against(theirs);
+    others.GoTo(rows, numbers + 1, theirs);
   }
   POKERMATH_KERNEL void Add(std::size_t place, const double* weights) {
     first.Add(row[place], weights);
@@ -216,8 +218,8 @@ struct SumsOfClasses {
 };
 template <typename Register, Shape mine>
 struct SumsOfClasses<Register, mine, 0> {
-  POKERMATH_KERNEL void Start(const KnownMatchups&, const std::uint8_t*, const ClassedRange&) {}
-  POKERMATH_KERNEL void GoTo(const KnownMatchups&, const std::uint8_t*, Shape) {}
+  POKERMATH_KERNEL void Start(const MatchupRows&, const std::uint8_t*, const ClassedRange&) {}
+  POKERMATH_KERNEL void GoTo(const MatchupRows&, const std::uint8_t*, Shape) {}
   POKERMATH_KERNEL void Add(std::size_t, const double*) {}
   POKERMATH_KERNEL void Keep(const std::uint8_t*, Results&) const {}
 };
@@ -238,23 +240,23 @@ POKERMATH_KERNEL const double* AddShape(const ClassedRange& range, const double*
 }
 
 template <typename Register, Shape mine, std::size_t count>
-POKERMATH_KERNEL void CountClasses(const std::uint8_t* numbers, const ClassedRange& range,
-                                   const double* weights, Results& results) {
-  const KnownMatchups& matchups = KnownMatchups::Get();
+POKERMATH_KERNEL void CountClasses(const MatchupRows& rows, const std::uint8_t* numbers,
+                                   const ClassedRange& range, const double* weights,
+                                   Results& results) {
   SumsOfClasses<Register, mine, count> sums;
-  sums.Start(matchups, numbers, range);
-  sums.GoTo(matchups, numbers, kPair);
+  sums.Start(rows, numbers, range);
+  sums.GoTo(rows, numbers, kPair);
   weights = AddShape<mine, kPair>(range, weights, sums);
-  sums.GoTo(matchups, numbers, kSuited);
+  sums.GoTo(rows, numbers, kSuited);
   weights = AddShape<mine, kSuited>(range, weights, sums);
-  sums.GoTo(matchups, numbers, kOffsuit);
+  sums.GoTo(rows, numbers, kOffsuit);
   AddShape<mine, kOffsuit>(range, weights, sums);
   sums.Keep(numbers, results);
 }
 
 template <typename Register, Shape mine>
-POKERMATH_KERNEL void CountShape(const ClassedRange& range1, const ClassedRange& range2,
-                                 double* weights, Results& results) {
+POKERMATH_KERNEL void CountShape(const MatchupRows& rows, const ClassedRange& range1,
+                                 const ClassedRange& range2, double* weights, Results& results) {
   constexpr std::size_t kSumRegisters = 12;  // leaves some of sixteen for what is loaded
   constexpr std::size_t kAtOnce = kSumRegisters / (2 * RegistersOf<Register>(mine));
   const ClassList& classes = range1.Of(mine);
@@ -264,16 +266,16 @@ POKERMATH_KERNEL void CountShape(const ClassedRange& range1, const ClassedRange&
   GatherWeights<Register, mine, kOffsuit>(range2, end);
   std::size_t done = 0;
   for (; done + kAtOnce <= classes.count; done += kAtOnce) {
-    CountClasses<Register, mine, kAtOnce>(&classes.numbers[done], range2, weights, results);
+    CountClasses<Register, mine, kAtOnce>(rows, &classes.numbers[done], range2, weights, results);
   }
   for (; done < classes.count; ++done) {
-    CountClasses<Register, mine, 1>(&classes.numbers[done], range2, weights, results);
+    CountClasses<Register, mine, 1>(rows, &classes.numbers[done], range2, weights, results);
   }
 }
 
 template <typename Register>
-POKERMATH_KERNEL void CountSide(const ClassedRange& range1, const ClassedRange& range2,
-                                Results& results) {
+POKERMATH_KERNEL void CountSide(const MatchupRows& rows, const ClassedRange& range1,
+                                const ClassedRange& range2, Results& results) {
   // Offsuit hands have the most patterns and suitings.
   std::size_t row = 0;
   for (const Shape theirs : {kPair, kSuited, kOffsuit}) {
@@ -281,67 +283,70 @@ POKERMATH_KERNEL void CountSide(const ClassedRange& range1, const ClassedRange& 
   }
   const auto weights =
       std::make_unique_for_overwrite<double[]>(row * PaddedSuitings<Register>(kOffsuit));
-  CountShape<Register, kPair>(range1, range2, weights.get(), results);
-  CountShape<Register, kSuited>(range1, range2, weights.get(), results);
-  CountShape<Register, kOffsuit>(range1, range2, weights.get(), results);
+  CountShape<Register, kPair>(rows, range1, range2, weights.get(), results);
+  CountShape<Register, kSuited>(rows, range1, range2, weights.get(), results);
+  CountShape<Register, kOffsuit>(rows, range1, range2, weights.get(), results);
 }
 
-void CountBaseline(const ClassedRange& range1, const ClassedRange& range2, Results& results) {
-  CountSide<Two>(range1, range2, results);
-}
-POKERMATH_TARGET_AVX2 void CountAvx2(const ClassedRange& range1, const ClassedRange& range2,
-                                     Results& results) {
-  CountSide<Four>(range1, range2, results);
-}
-POKERMATH_TARGET_AVX512 void CountAvx512(const ClassedRange& range1, const ClassedRange& range2,
-                                         Results& results) {
-  CountSide<Eight>(range1, range2, results);
-}
+template <Isa level>
+using DoublesOf = std::conditional_t<level == Isa::kAvx512, Eight,
+                                     std::conditional_t<level == Isa::kAvx2, Four, Two>>;
 
-void CountOne(Isa isa, const ClassedRange& range1, const ClassedRange& range2,
-              std::span<const WeightedPair> hands, std::span<Tally> tallies) {
+// Hands of a range, against the other one.
+struct Asked {
+  std::span<const WeightedPair> hands;
+  std::span<Tally> tallies;
+};
+
+void CountOne(Isa isa, Deck deck, const ClassedRange& range1, const ClassedRange& range2,
+              const Asked& asked) {
+  const KnownMatchups& known = KnownMatchups::Of(deck);
+  const MatchupRows& rows = MatchupRows::Of(deck);
   Results results;
-  switch (isa) {
-    case Isa::kAvx512:
-      CountAvx512(range1, range2, results);
-      break;
-    case Isa::kAvx2:
-      CountAvx2(range1, range2, results);
-      break;
-    default:
-      CountBaseline(range1, range2, results);
-  }
-  for (std::size_t i = 0; i < hands.size(); ++i) {
-    const std::size_t place = Classed(hands[i].card1, hands[i].card2).Place();
-    tallies[i] += {static_cast<std::int64_t>(results.wins[place]),
-                   static_cast<std::int64_t>(results.ties[place]),
-                   range2.Beside(hands[i], place) * BoardsOf(Street::kRiver)};
+  Dispatch(isa, [&](auto level) POKERMATH_INLINE {
+    CountSide<DoublesOf<level>>(rows, range1, range2, results);
+  });
+  for (std::size_t i = 0; i < asked.hands.size(); ++i) {
+    const WeightedPair& hand = asked.hands[i];
+    const std::size_t place = known.Class(hand.card1, hand.card2).Place();
+    asked.tallies[i] += {static_cast<std::int64_t>(results.wins[place]),
+                         static_cast<std::int64_t>(results.ties[place]),
+                         range2.Beside(hand, place) * known.boards()};
   }
 }
 
-// One hand each is a look-up.
-void CountHands(const WeightedPair& hand1, const WeightedPair& hand2, const TwoTallies& tallies) {
-  if (hand1.cards().Meets(hand2.cards())) return;
-  const auto [wins, ties] =
-      KnownMatchups::Get().Of(Classed(hand1.card1, hand1.card2), Classed(hand2.card1, hand2.card2));
-  const std::int64_t boards = BoardsOf(Street::kRiver);
-  tallies.of1[0] +=
-      {hand2.weight * std::int64_t{wins}, hand2.weight * std::int64_t{ties}, hand2.weight * boards};
-  tallies.of2[0] += {hand1.weight * (boards - wins - ties), hand1.weight * std::int64_t{ties},
-                     hand1.weight * boards};
+// One hand against some is a look-up for each. `one` is the tally of that hand.
+void CountOneHand(const KnownMatchups& known, const WeightedPair& hand, Tally& one,
+                  const Asked& others) {
+  const ClassedHand classed = known.Class(hand.card1, hand.card2);
+  const std::int64_t boards = known.boards();
+  for (std::size_t i = 0; i < others.hands.size(); ++i) {
+    const WeightedPair& other = others.hands[i];
+    if (hand.cards().Meets(other.cards())) continue;
+    const auto [wins, ties] = known.Count(classed, known.Class(other.card1, other.card2));
+    one += {other.weight * std::int64_t{wins}, other.weight * std::int64_t{ties},
+            other.weight * boards};
+    others.tallies[i] += {hand.weight * (boards - wins - ties), hand.weight * std::int64_t{ties},
+                          hand.weight * boards};
+  }
 }
 
 }  // namespace
 
-void CountPreflopRanges(Isa isa, const TwoRanges& ranges, const TwoTallies& tallies) {
-  if (ranges.hands1.size() == 1 && ranges.hands2.size() == 1) {
-    CountHands(ranges.hands1[0], ranges.hands2[0], tallies);
-    return;
+void CountPreflopRanges(Isa isa, Deck deck, const TwoRanges& ranges, const TwoTallies& tallies) {
+  const KnownMatchups& known = KnownMatchups::Of(deck);
+  const Asked asked1{ranges.hands1, tallies.of1};
+  const Asked asked2{ranges.hands2, tallies.of2};
+  if (ranges.hands1.size() == 1) {
+    return CountOneHand(known, ranges.hands1[0], tallies.of1[0], asked2);
   }
-  const ClassedRange range1(ranges.hands1);
-  const ClassedRange range2(ranges.hands2);
-  CountOne(isa, range1, range2, ranges.hands1, tallies.of1);
-  CountOne(isa, range2, range1, ranges.hands2, tallies.of2);
+  if (ranges.hands2.size() == 1) {
+    return CountOneHand(known, ranges.hands2[0], tallies.of2[0], asked1);
+  }
+  const ClassedRange range1(known, ranges.hands1);
+  const ClassedRange range2(known, ranges.hands2);
+  CountOne(isa, deck, range1, range2, asked1);
+  CountOne(isa, deck, range2, range1, asked2);
 }
 
 }  // namespace pokermath

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "kernels/board_judge.h"
+#include "kernels/known_matchups.h"
 #include "kernels/matchup.h"
 #include "kernels/runouts.h"
 #include "platform/isa.h"
@@ -104,6 +105,14 @@ void Deal(std::vector<int>& board, std::size_t cards, std::uint64_t taken, int f
   }
 }
 
+// Whether they are two different cards of the deck.
+bool IsHandOf(Deck deck, std::span<const int, 2> hand) {
+  const auto is_in_deck = [deck](int card) {
+    return static_cast<unsigned>(card) < 52 && (Bit(card) & AbsentCards(deck)) == 0;
+  };
+  return hand[0] != hand[1] && is_in_deck(hand[0]) && is_in_deck(hand[1]);
+}
+
 Tally CountGroups(const ShowdownCounts& counts, std::span<const int, 2> hand,
                   std::span<const Combination> opponents, std::uint64_t taken) {
   OpponentGroups groups(counts, hand);
@@ -173,6 +182,9 @@ Tally CountAgainst(Deck deck, std::span<const int, 2> hand, std::span<const Comb
     return tally;
   }
   if (board.empty()) {
+    if (street == Street::kRiver && IsHandOf(deck, hand)) {
+      return KnownMatchups::Of(deck).CountAgainst(hand, opponents);
+    }
     return CountGroups(EmptyBoardCounts(BestIsa(), deck, street), hand, opponents, taken);
   }
   if (board.size() >= 3) {

@@ -1,18 +1,17 @@
 // Vector registers of 16-bit and 64-bit numbers, by the compiler's vector extension.
 //
-// A kernel is a template that is inlined into one function for each instruction set.
+// A kernel is a template that is inlined into one function for each level (platform/dispatch.h).
 
 #ifndef POKERMATH_KERNELS_REGISTERS_H_
 #define POKERMATH_KERNELS_REGISTERS_H_
 
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
+
+#include "platform/dispatch.h"
 
 namespace pokermath {
-
-#define POKERMATH_KERNEL [[gnu::always_inline]] inline
-/// The same of a lambda, behind its parameters.
-#define POKERMATH_INLINE __attribute__((always_inline))
 
 // Registers, and the same for arithmetic modulo 2^16 and 2^64. Comparing two gives -1 in every lane
 // where it is true.
@@ -31,6 +30,12 @@ struct Registers64 {
   using Modular = std::uint16_t __attribute__((vector_size(64)));
   using Modular64 = std::uint64_t __attribute__((vector_size(64)));
 };
+
+/// The widest that a level has.
+template <Isa isa>
+using RegistersOf =
+    std::conditional_t<isa == Isa::kAvx512, Registers64,
+                       std::conditional_t<isa == Isa::kAvx2, Registers32, Registers16>>;
 
 template <typename Register>
 constexpr int kLanes = sizeof(Register) / sizeof(std::int16_t);

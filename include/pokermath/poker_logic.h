@@ -204,10 +204,10 @@ class POKERMATH_EXPORT PokerLogic {
   /// @param hand1,hand2  two card codes each (0..51), all four different; not checked
   /// @param wins    out: boards won by hand1, a tie as 0.5
   /// @param boards  out: boards counted, 1,712,304
-  /// Needs no table; about 3 µs.
+  /// A look-up in what the library knows; some ten nanoseconds.
   void getProbabilityOfWinWithNoBoard(int* hand1, int* hand2, double& wins, double& boards) const;
 
-  /// The same over the 194,580 four-card boards, hands of six cards.
+  /// The same over the 194,580 four-card boards, hands of six cards. Counted; about 1 µs.
   void getProbabilityOfWinWithNoBoardToTurn(int* hand1, int* hand2, double& wins,
                                             double& boards) const;
 
@@ -215,7 +215,8 @@ class POKERMATH_EXPORT PokerLogic {
   /// boards.
   ///
   /// Answered from equityTable where it holds the matchup in this order; at once where both hands
-  /// are pairs of one rank or suited hands of the same ranks; else counted. Always returns 1.
+  /// are pairs of one rank or suited hands of the same ranks; else from what the library knows.
+  /// Always returns 1.
   int GetWinHandVsHand(int* hand1, int* hand2, double& wins, double& boards) const;
   /// The same to the turn, from equityTurnTable, with 194,580 boards.
   int GetWinHandVsHandToTurn(int* hand1, int* hand2, double& wins, double& boards) const;
@@ -254,8 +255,8 @@ class POKERMATH_EXPORT PokerLogic {
   /// To the river, from 0 to 5 known board cards: exact for 0, 3, 4 and 5, over trialCount random
   /// boards for 1 and 2. 0.0 for another count.
   double getProbabilityOfWinBySpectr(int* hand, int* board, int boardCount, const Spec& spec);
-  /// From an empty board, by GetWinHandVsHand for each holding. The one function here that starts
-  /// threads: the holdings are shared out among OpenMP's workers.
+  /// From an empty board, by GetWinHandVsHand for each holding. Switches OpenMP's dynamic team
+  /// sizing on, but starts no thread.
   double getProbabilityOfWinBySpectrWithNoBoard(int* hand, const Spec& spec) const;
   /// From three board cards.
   double getProbabilityOfWinBySpectrWithFlop(int* hand, int* board, const Spec& spec) const;

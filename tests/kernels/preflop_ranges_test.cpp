@@ -17,27 +17,48 @@
 namespace pokermath {
 namespace {
 
+constexpr Deck kDecks[] = {Deck::kFull, Deck::kShort, Deck::kShortStraights};
+
+// The cards of a deck's highest ranks.
+std::vector<int> HighCards(int ranks) {
+  std::vector<int> cards;
+  for (int suit = 0; suit < 4; ++suit) {
+    for (int rank = 0; rank < ranks; ++rank) cards.push_back(suit * 13 + 12 - rank);
+  }
+  return cards;
+}
+
 TEST(KnownMatchups, AreThoseThatAreCounted) {
   std::mt19937 random(1);
   for (int trial = 0; trial < 20000; ++trial) {
+    const Deck deck = kDecks[trial % 3];
     // Of few ranks, so that hands of one class and shared ranks are among them.
-    const int ranks = trial % 2 == 0 ? 3 : 13;
-    std::vector<int> cards;
-    for (int suit = 0; suit < 4; ++suit) {
-      for (int rank = 0; rank < ranks; ++rank) cards.push_back(suit * 13 + 12 - rank);
-    }
+    std::vector<int> cards = HighCards(trial % 2 == 0 ? 3 : CardsOf(deck) / 4);
     std::shuffle(cards.begin(), cards.end(), random);
-    const Counts known =
-        KnownMatchups::Get().Of(Classed(cards[0], cards[1]), Classed(cards[2], cards[3]));
-    const Tally counted =
-        CountMatchup(BestIsa(), Deck::kFull, &cards[0], &cards[2], Street::kRiver);
-    ASSERT_EQ(known.wins, counted.wins) << cards[0] << cards[1] << cards[2] << cards[3];
-    ASSERT_EQ(known.ties, counted.ties);
+    ASSERT_TRUE(AreMatchup(deck, &cards[0], &cards[2]));
+    ASSERT_EQ(KnownMatchups::Of(deck).Count(&cards[0], &cards[2]),
+              CountMatchup(BestIsa(), deck, &cards[0], &cards[2], Street::kRiver))
+        << cards[0] << cards[1] << cards[2] << cards[3];
   }
 }
 
+// What no look-up knows is counted as if nothing were known.
+TEST(KnownMatchups, AreOfFourCardsOfTheDeck) {
+  for (const auto& [a, b, c, d] : {std::array{0, 1, 1, 2}, {3, 3, 4, 5}, {0, 1, 2, 52}}) {
+    const int hand1[2] = {a, b};
+    const int hand2[2] = {c, d};
+    EXPECT_FALSE(AreMatchup(Deck::kFull, hand1, hand2));
+    EXPECT_EQ(CountBeforeFlop(Deck::kFull, hand1, hand2, Street::kRiver),
+              CountMatchup(BestIsa(), Deck::kFull, hand1, hand2, Street::kRiver));
+  }
+  const int low[2] = {3, 12};
+  const int high[2] = {10, 11};
+  EXPECT_FALSE(AreMatchup(Deck::kShort, low, high));
+  EXPECT_TRUE(AreMatchup(Deck::kFull, low, high));
+}
+
 // Hands of every kind of class: all with one weight, some of them, all with weights of their own.
-std::vector<WeightedPair> RandomRange(std::mt19937& random) {
+std::vector<WeightedPair> RandomRange(std::mt19937& random, Deck deck) {
   std::array<std::size_t, kPreflopClasses> kinds;
   const std::size_t most = 3 + random() % 30;
   for (std::size_t& kind : kinds) kind = random() % most;
@@ -47,6 +68,7 @@ std::vector<WeightedPair> RandomRange(std::mt19937& random) {
   std::vector<WeightedPair> range;
   for (int card1 = 0; card1 < 52; ++card1) {
     for (int card2 = card1 + 1; card2 < 52; ++card2) {
+      if (std::min(card1 % 13, card2 % 13) < LowestRank(deck)) continue;
       const std::size_t number = Classed(card1, card2).number;
       if (kinds[number] == 0) range.push_back({card1, card2, weights[number]});
       if (kinds[number] == 1) range.push_back({card1, card2, weight()});
@@ -58,21 +80,24 @@ std::vector<WeightedPair> RandomRange(std::mt19937& random) {
 
 TEST(PreflopRanges, EqualHandAgainstHandAtAllInstructionLevels) {
   std::mt19937 random(2);
-  for (int trial = 0; trial < 12; ++trial) {
+  for (int trial = 0; trial < 18; ++trial) {
     SCOPED_TRACE(trial);
-    const std::vector<WeightedPair> hands1 = RandomRange(random);
-    std::vector<WeightedPair> hands2 = RandomRange(random);
+    const Deck deck = kDecks[trial % 3];
+    std::vector<WeightedPair> hands1 = RandomRange(random, deck);
+    std::vector<WeightedPair> hands2 = RandomRange(random, deck);
+    if (trial / 3 == 1) hands1.resize(1);
+    if (trial / 3 == 2) hands2.resize(1);
     std::shuffle(hands2.begin(), hands2.end(), random);
     const TwoRanges ranges{hands1, hands2};
     std::vector<Tally> plain1(hands1.size()), plain2(hands2.size());
-    const RangeMatchups matchups(EmptyBoardCounts(BestIsa(), Deck::kFull, Street::kRiver), ranges);
+    const RangeMatchups matchups(EmptyBoardCounts(BestIsa(), deck, Street::kRiver), ranges);
     for (std::size_t step = 0; step < matchups.steps(); ++step) {
       matchups.Count(step, {plain1, plain2});
     }
     for (const Isa isa : {Isa::kBaseline, Isa::kAvx2, Isa::kAvx512}) {
       if (isa > BestIsa()) continue;
       std::vector<Tally> tallies1(hands1.size()), tallies2(hands2.size());
-      CountPreflopRanges(isa, ranges, {tallies1, tallies2});
+      CountPreflopRanges(isa, deck, ranges, {tallies1, tallies2});
       EXPECT_EQ(tallies1, plain1) << IsaName(isa);
       EXPECT_EQ(tallies2, plain2) << IsaName(isa);
     }
@@ -106,8 +131,9 @@ TEST(EmptyBoard, LeavesOutDeadCards) {
   std::mt19937 random(3);
   for (int trial = 0; trial < 30; ++trial) {
     SCOPED_TRACE(trial);
-    const GameRules& rules = RulesOf(trial % 3 == 0 ? Game::kShortDeck : Game::kHoldem);
-    const Deck deck = rules.IsShortDeck() ? Deck::kShort : Deck::kFull;
+    constexpr Game kGamesOfDecks[] = {Game::kHoldem, Game::kShortDeck, Game::kShortDeckStraights};
+    const Deck deck = kDecks[trial % 3];
+    const GameRules& rules = RulesOf(kGamesOfDecks[trial % 3]);
     const CardSet all = rules.Deck();
     std::vector<int> cards(all.begin(), all.end());
     std::shuffle(cards.begin(), cards.end(), random);
