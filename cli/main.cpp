@@ -12,6 +12,7 @@
 #include <exception>
 #include <new>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -19,6 +20,7 @@
 #include "cli/errors.h"
 #include "cli/output.h"
 #include "platform/text.h"
+#include "pokermath/instructions.h"
 #include "pokermath/messages.h"
 #include "pokermath/version.h"
 #include "support/odbc/connect_text.h"
@@ -136,6 +138,20 @@ void CheckValues(CLI::App& command) {
   }
 }
 
+// The library passes over a level that it cannot use; a user who asked for one is told.
+void CheckInstructionLevel() {
+  const char* name = std::getenv("POKERMATH_ISA");
+  if (name == nullptr || *name == '\0' || UseInstructionLevel(name)) return;
+  std::string levels;
+  for (const std::string_view level : InstructionLevels()) {
+    levels += (levels.empty() ? "" : ", ") + std::string(level);
+  }
+  throw UsageError(
+      fmt::format("POKERMATH_ISA is {}, which is no level of instructions of this "
+                  "machine ({})",
+                  Quoted(name), levels));
+}
+
 int ParseAndRun(CLI::App& program, int argc, char** argv) {
   int exit_code = kExitDone;
   AddEval(Command(&program), exit_code);
@@ -172,6 +188,7 @@ int Run(int argc, char** argv) {
   program.require_subcommand(1);
   program.footer(kExamples);
   try {
+    CheckInstructionLevel();
     return ParseAndRun(program, argc, argv);
   } catch (const UsageError& error) {
     if (argc <= 1) {

@@ -119,7 +119,7 @@ struct BoardSweep::Choice {
 };
 
 BoardSweep::BoardSweep(Isa isa, const GameRules& rules, const TwoRanges& ranges, CardSet board)
-    : kernels_(SweepKernelsOf(isa)), rules_(rules), board_(board) {
+    : kernels_(isa), rules_(rules), board_(board) {
   sides_[0].hands = ranges.hands1;
   sides_[1].hands = ranges.hands2;
   std::array<bool, kRankClasses> held{};
@@ -167,7 +167,7 @@ void BoardSweep::Use(std::size_t view) {
   SuitsView& used = views_[view];
   if (used.classes.empty()) {
     used.classes.resize(classes_.size());
-    kernels_.use(tables_, used);
+    kernels_.Use(tables_, used);
     held_[view].fill(kNoPlace);
     for (std::size_t number = 0; number < kRankClasses; ++number) {
       const std::uint8_t place = places_[number];
@@ -372,14 +372,14 @@ void BoardSweep::CountGroup(const BoardGroup& group, std::uint32_t boards, int s
   spent_ += most;
   if (suit < 0) {
     Use(kAll);
-    kernels_.count(tables_, group, plain_);
+    kernels_.Count(tables_, group, plain_);
     return;
   }
   SetFlushes(suit, suited);
   const int count = std::popcount(suited);
   if (count == 5) {
     // Nobody has less than the flush of the board, and without a pair on it nobody more than one.
-    kernels_.count(tables_, group, flushes_);
+    kernels_.Count(tables_, group, flushes_);
     return;
   }
   const std::size_t view = ViewOf(suit, count == 3 ? kNotBoth : kNone);
@@ -392,11 +392,11 @@ void BoardSweep::CountGroup(const BoardGroup& group, std::uint32_t boards, int s
     items_[next++] = {item.value, item.place, static_cast<std::uint8_t>(view)};
   }
   std::copy(flush, flushes_.end(), items_.begin() + static_cast<std::ptrdiff_t>(next));
-  kernels_.count(tables_, group, items_);
+  kernels_.Count(tables_, group, items_);
 }
 
 void BoardSweep::Settle() {
-  for (SuitsView& view : views_) kernels_.settle(tables_, view);
+  for (SuitsView& view : views_) kernels_.Settle(tables_, view);
 }
 
 void BoardSweep::Spill() {

@@ -48,7 +48,7 @@ class BoardSweep {
   void Settle();
   void Spill();
 
-  const SweepKernels& kernels_;
+  SweepKernels kernels_;
   const GameRules& rules_;
   CardSet board_;
   struct Side {

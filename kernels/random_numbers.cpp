@@ -56,22 +56,6 @@ POKERMATH_KERNEL bool FillRows(RandomNumbers::State& state, const PairLimits& li
   return some != 0;
 }
 
-using Fill = bool(RandomNumbers::State& state, const PairLimits& limits, std::size_t rows,
-                  DrawnPair* drawn);
-
-bool FillBaseline(RandomNumbers::State& state, const PairLimits& limits, std::size_t rows,
-                  DrawnPair* drawn) {
-  return FillRows<Registers16>(state, limits, rows, drawn);
-}
-POKERMATH_TARGET_AVX2 bool FillAvx2(RandomNumbers::State& state, const PairLimits& limits,
-                                    std::size_t rows, DrawnPair* drawn) {
-  return FillRows<Registers32>(state, limits, rows, drawn);
-}
-POKERMATH_TARGET_AVX512 bool FillAvx512(RandomNumbers::State& state, const PairLimits& limits,
-                                        std::size_t rows, DrawnPair* drawn) {
-  return FillRows<Registers64>(state, limits, rows, drawn);
-}
-
 std::uint64_t Mix(std::uint64_t& state) {
   std::uint64_t z = state += 0x9E3779B97F4A7C15;
   z = (z ^ z >> 30) * 0xBF58476D1CE4E5B9;
@@ -91,14 +75,16 @@ RandomNumbers::RandomNumbers(std::uint64_t seed, std::int64_t step, Isa isa) : i
 }
 
 void RandomNumbers::Draw(const PairLimits& limits, std::span<DrawnPair> drawn) {
-  Fill* const fill = isa_ == Isa::kAvx512 ? FillAvx512
-                     : isa_ == Isa::kAvx2 ? FillAvx2
-                                          : FillBaseline;
+  const auto fill = [&](std::size_t rows, DrawnPair* to) {
+    return Dispatch(isa_, [&](auto level) POKERMATH_INLINE {
+      return FillRows<RegistersOf<level>>(state_, limits, rows, to);
+    });
+  };
   const std::size_t rows = drawn.size() / kLanes;
-  bool unfair = fill(state_, limits, rows, drawn.data());
+  bool unfair = fill(rows, drawn.data());
   if (const auto rest = drawn.subspan(rows * kLanes); !rest.empty()) {
     std::array<DrawnPair, kLanes> row;
-    unfair |= fill(state_, limits, 1, row.data());
+    unfair |= fill(1, row.data());
     std::copy_n(row.begin(), rest.size(), rest.begin());
   }
   if (!unfair) [[likely]]

@@ -15,7 +15,9 @@
 #include "kernels/runouts.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstddef>
+#include <mutex>
 #include <vector>
 
 #include "kernels/registers.h"
@@ -27,7 +29,6 @@ namespace {
 using Register = Registers32::Register;
 constexpr int kRow = kLanes<Register>;
 constexpr int kDistances = 7;  // of two ranks in the circle of 13, 0 among them
-using Values = LargeTable<std::int16_t>;
 
 // Place of a multiset of ranks among all of its size, by its ranks in rising order.
 constexpr auto kPlaces = [] {
@@ -40,38 +41,57 @@ constexpr auto kPlaces = [] {
   return places;
 }();
 
+// Rows of values, each made when it is first asked for, by any thread: a question needs few of
+// them.
+class KeptRows {
+ public:
+  KeptRows(int rows, int length)
+      : length_(static_cast<std::size_t>(length)),
+        made_(static_cast<std::size_t>(rows)),
+        values_(made_.size() * length_) {}
+
+  // @param make  called with a row to fill in
+  template <typename Make>
+  const std::int16_t* Get(int row, const Make& make) {
+    const auto number = static_cast<std::size_t>(row);
+    std::int16_t* values = &values_[number * length_];
+    if (!made_[number].load(std::memory_order_acquire)) [[unlikely]] {
+      const std::lock_guard lock(making_);
+      if (!made_[number].load(std::memory_order_relaxed)) make(values);
+      made_[number].store(true, std::memory_order_release);
+    }
+    return values;
+  }
+
+ private:
+  std::size_t length_;
+  std::vector<std::atomic<bool>> made_;
+  LargeTable<std::int16_t> values_;  // memory that nobody writes costs nothing
+  std::mutex making_;
+};
+
 // The values of `known` ranks with one or two more.
 template <Deck deck, int known, int to_come>
 class RankBlocks {
  public:
   static constexpr int kRows = to_come == 2 ? kDistances : 1;
 
-  static const RankBlocks& Get() {
-    static const RankBlocks blocks;
+  static RankBlocks& Get() {
+    static RankBlocks blocks;
     return blocks;
   }
-  const std::int16_t* Of(int place) const {
-    return &values_[static_cast<std::size_t>(place) * kRows * kRow];
+  // By the place of a multiset among all of its size, and the sum of its keys.
+  const std::int16_t* Of(int place, std::uint32_t key) {
+    return blocks_.Get(place, [key](std::int16_t* block) { Fill(key, block); });
   }
 
  private:
-  // The multisets in the order of their places: the highest rank changes last.
-  RankBlocks() {
-    values_.reserve(static_cast<std::size_t>(Choose(12 - kLowest + known, known)) * kRows * kRow);
-    AddMultisets(known, 12, 0);
-  }
-  void AddMultisets(int ranks, int highest, std::uint32_t key) {
-    if (ranks == 0) return AddBlock(key);
-    for (int rank = kLowest; rank <= highest; ++rank) {
-      AddMultisets(ranks - 1, rank, key + DeckValues<deck>::KeyOf(rank));
-    }
-  }
-  void AddBlock(std::uint32_t key) {
+  [[gnu::noinline]] static void Fill(std::uint32_t key, std::int16_t* block) {
     for (int row = 0; row < kRows; ++row) {
       for (int lane = 0; lane < kRow; ++lane) {
         const int other = (lane + row) % 13;
         const bool present = lane < 13 && std::min(lane, other) >= kLowest;
-        values_.push_back(present ? ValueWith(key, lane, other) : std::int16_t{0});
+        *block++ = present ? ValueWith(key, lane, other) : std::int16_t{0};
       }
     }
   }
@@ -82,46 +102,57 @@ class RankBlocks {
   }
 
   static constexpr int kLowest = LowestRank(deck);
-  Values values_;
+  KeptRows blocks_{Choose(12 - kLowest + known, known), kRows* kRow};
 };
+
+}  // namespace
+
+namespace {
+
+// Rank sets of three to six ranks, numbered.
+constexpr auto kSetNumbers = [] {
+  std::array<std::uint16_t, kAllRanks + 1> numbers{};
+  std::uint16_t number = 0;
+  for (unsigned set = 0; set <= kAllRanks; ++set) {
+    const int ranks = __builtin_popcount(set);
+    if (3 <= ranks && ranks <= 6) numbers[set] = number++;
+  }
+  return numbers;
+}();
 
 }  // namespace
 
 // The flushes that a rank set of three to six ranks makes with one more rank or two.
 class FlushBlocks {
  public:
-  static constexpr int kOneMore = 32;  // lanes: the circle of ranks twice over
-  static constexpr int kSize = kOneMore + (kDistances - 1) * kRow;
+  static constexpr int kOneMore = 32;               // lanes: the circle of ranks twice over
+  static constexpr int kTwoMore = kOneMore - kRow;  // row 1 is the first: no rank comes twice
+  static constexpr int kSize = kTwoMore + kDistances * kRow;
 
   template <Deck deck>
-  static const FlushBlocks& Get() {
-    static const FlushBlocks blocks(DeckValues<deck>::OfFlush);
+  static FlushBlocks& Get() {
+    static FlushBlocks blocks(DeckValues<deck>::OfFlush);
     return blocks;
   }
-  const std::int16_t* OneMore(RankSet set) const {
-    return &values_[static_cast<std::size_t>(places_[set] * kSize)];
+  const std::int16_t* Of(RankSet set) {
+    return blocks_.Get(kSetNumbers[set], [&](std::int16_t* block) { Fill(set, block); });
   }
-  std::int16_t Made(RankSet set) const { return OneMore(set)[__builtin_ctz(set)]; }
-  // Row 1 is the first: two ranks of a suit are not equal.
-  const std::int16_t* TwoMore(RankSet set) const { return OneMore(set) + kOneMore - kRow; }
 
  private:
-  explicit FlushBlocks(std::int16_t (*value)(unsigned ranks)) {
-    for (unsigned set = 0; set <= kAllRanks; ++set) {
-      const int ranks = __builtin_popcount(set);
-      if (ranks < 3 || ranks > 6) continue;
-      places_[set] = static_cast<int>(values_.size()) / kSize;
-      for (int lane = 0; lane < kOneMore; ++lane) values_.push_back(value(set | 1u << lane % 13));
-      for (int row = 1; row < kDistances; ++row) {
-        for (int lane = 0; lane < kRow; ++lane) {
-          values_.push_back(value(set | 1u << lane % 13 | 1u << (lane + row) % 13));
-        }
+  explicit FlushBlocks(std::int16_t (*value)(unsigned ranks))
+      : value_(value), blocks_(*std::ranges::max_element(kSetNumbers) + 1, kSize) {}
+
+  [[gnu::noinline]] void Fill(unsigned set, std::int16_t* block) const {
+    for (int lane = 0; lane < kOneMore; ++lane) *block++ = value_(set | 1u << lane % 13);
+    for (int row = 1; row < kDistances; ++row) {
+      for (int lane = 0; lane < kRow; ++lane) {
+        *block++ = value_(set | 1u << lane % 13 | 1u << (lane + row) % 13);
       }
     }
   }
 
-  std::array<int, kAllRanks + 1> places_{};
-  Values values_;
+  std::int16_t (*value_)(unsigned ranks);
+  KeptRows blocks_;
 };
 
 namespace {
@@ -249,9 +280,10 @@ struct Suited {
   const std::int16_t* values2;
   RankSet set1;  // the board's ranks of the suit and the hand's
   RankSet set2;
-  std::int16_t dead;  // ranks of the suit that cannot come, and kNoSet
-  Left others;        // unseen cards of the other suits
-  const FlushBlocks& flushes;
+  std::int16_t dead;             // ranks of the suit that cannot come, and kNoSet
+  Left others;                   // unseen cards of the other suits
+  const std::int16_t* flushes1;  // blocks of set1 and set2, of those who may have one
+  const std::int16_t* flushes2;
 };
 
 // Takes off what the ranks said of the run-outs of a row and adds what is true: f1 and f2 are the
@@ -282,8 +314,8 @@ POKERMATH_KERNEL void CorrectTwo(const Suited& suited, Sums& sums) {
     Register f2{};
     NotIn(suited.dead, 0, ways);
     NotIn(suited.dead, row, alive);
-    if (flush1) Load(f1, suited.flushes.TwoMore(suited.set1) + row * kRow);
-    if (flush2) Load(f2, suited.flushes.TwoMore(suited.set2) + row * kRow);
+    if (flush1) Load(f1, suited.flushes1 + FlushBlocks::kTwoMore + row * kRow);
+    if (flush2) Load(f2, suited.flushes2 + FlushBlocks::kTwoMore + row * kRow);
     ways &= alive;
     Correct<flush1, flush2>(suited, row, f1, f2, -ways, sums);
   }
@@ -302,8 +334,8 @@ POKERMATH_KERNEL void CorrectOne(const Suited& suited, int to_come, Sums& sums) 
       Register alive;
       NotIn(suited.dead, step, alive);
       ways = to_come == 2 ? ways & alive : -alive;
-      if (flush1) Load(f1, suited.flushes.OneMore(suited.set1) + step);
-      if (flush2) Load(f2, suited.flushes.OneMore(suited.set2) + step);
+      if (flush1) Load(f1, suited.flushes1 + step);
+      if (flush2) Load(f2, suited.flushes2 + step);
       Correct<flush1, flush2>(suited, row, f1, f2, ways, sums);
       if (row == 0) break;
     }
@@ -314,8 +346,10 @@ POKERMATH_KERNEL void CorrectOne(const Suited& suited, int to_come, Sums& sums) 
 template <bool flush1, bool flush2>
 POKERMATH_KERNEL void CorrectNone(const Suited& suited, int to_come, Sums& sums) {
   const Register zero{};
-  const Register f1 = zero + (flush1 ? suited.flushes.Made(suited.set1) : std::int16_t{0});
-  const Register f2 = zero + (flush2 ? suited.flushes.Made(suited.set2) : std::int16_t{0});
+  const Register f1 =
+      zero + (flush1 ? suited.flushes1[__builtin_ctz(suited.set1)] : std::int16_t{0});
+  const Register f2 =
+      zero + (flush2 ? suited.flushes2[__builtin_ctz(suited.set2)] : std::int16_t{0});
   const int rows = to_come == 2 ? kDistances : 1;
   for (int row = 0; row < rows; ++row) {
     Register ways;
@@ -342,15 +376,22 @@ POKERMATH_KERNEL Counts Flushes(const KnownBoard& board, int suit, const SuitVie
   const auto view_index = [](const SuitView& view) {
     return static_cast<std::size_t>(&view - kViews.data());
   };
+  const auto set1 = static_cast<RankSet>(known.held | view1.held);
+  const auto set2 = static_cast<RankSet>(known.held | view2.held);
+  const auto flushes_of = [&](const SuitView& view, RankSet set) POKERMATH_INLINE {
+    const bool may = known.held_count + board.to_come + view.held_count >= 5;
+    return may ? board.flushes->Of(set) : nullptr;
+  };
   const Suited suited{
       .values1 = board.values[static_cast<std::size_t>(view1.rank_class)],
       .values2 = board.values[static_cast<std::size_t>(view2.rank_class)],
-      .set1 = static_cast<RankSet>(known.held | view1.held),
-      .set2 = static_cast<RankSet>(known.held | view2.held),
+      .set1 = set1,
+      .set2 = set2,
       .dead =
           static_cast<std::int16_t>(known.held | view1.held | view2.held | board.absent | kNoSet),
       .others = {known.others, kOtherRanks[view_index(view1)], kOtherRanks[view_index(view2)]},
-      .flushes = *board.flushes};
+      .flushes1 = flushes_of(view1, set1),
+      .flushes2 = flushes_of(view2, set2)};
   Sums sums;
   for (int come = 0; come <= board.to_come; ++come) {
     const bool flush1 = known.held_count + come + view1.held_count >= 5;
@@ -366,28 +407,17 @@ POKERMATH_KERNEL Counts Flushes(const KnownBoard& board, int suit, const SuitVie
   return sums.Total();
 }
 
-Counts RanksBaseline(const KnownBoard& board, int class1, int class2) {
-  return Ranks(board, class1, class2);
-}
-POKERMATH_TARGET_AVX2 Counts RanksAvx2(const KnownBoard& board, int class1, int class2) {
-  return Ranks(board, class1, class2);
-}
-Counts FlushesBaseline(const KnownBoard& board, int suit, const SuitView& view1,
-                       const SuitView& view2) {
-  return Flushes(board, suit, view1, view2);
-}
-POKERMATH_TARGET_AVX2 Counts FlushesAvx2(const KnownBoard& board, int suit, const SuitView& view1,
-                                         const SuitView& view2) {
-  return Flushes(board, suit, view1, view2);
-}
-
 // Fills in the blocks of all rank classes on a board.
 template <Deck deck, int kBoard, int to_come>
 void SetValues(std::span<const int> cards, std::array<const std::int16_t*, kRankClasses>& values) {
   constexpr int kLowest = LowestRank(deck);
-  const auto& blocks = RankBlocks<deck, kBoard + 2, to_come>::Get();
+  auto& blocks = RankBlocks<deck, kBoard + 2, to_come>::Get();
   std::array<int, kBoard> ranks;
-  for (std::size_t i = 0; i < ranks.size(); ++i) ranks[i] = cards[i] % 13;
+  std::uint32_t key = 0;
+  for (std::size_t i = 0; i < ranks.size(); ++i) {
+    ranks[i] = cards[i] % 13;
+    key += DeckValues<deck>::KeyOf(ranks[i]);
+  }
   std::ranges::sort(ranks);
   const auto place_of = [](std::size_t before, int rank) {
     return kPlaces[before][static_cast<std::size_t>(rank - kLowest)];
@@ -405,7 +435,8 @@ void SetValues(std::span<const int> cards, std::array<const std::int16_t*, kRank
         place += place_of(before, ranks[i]);
       }
       place += place_of(below_low, low) + place_of(below_high, high);
-      values[static_cast<std::size_t>(RankClassOf(high, low))] = blocks.Of(place);
+      values[static_cast<std::size_t>(RankClassOf(high, low))] =
+          blocks.Of(place, key + DeckValues<deck>::KeyOf(high) + DeckValues<deck>::KeyOf(low));
     }
   }
 }
@@ -453,13 +484,13 @@ Runouts::Runouts(Isa isa, Deck deck, std::span<const int> board, int street) : i
 }
 
 Counts Runouts::CountRanks(int class1, int class2) const {
-  return isa_ == Isa::kBaseline ? RanksBaseline(board_, class1, class2)
-                                : RanksAvx2(board_, class1, class2);
+  return Dispatch<Isa::kAvx2>(isa_,
+                              [&](auto) POKERMATH_INLINE { return Ranks(board_, class1, class2); });
 }
 
 Counts Runouts::CorrectSuit(int suit, const SuitView& view1, const SuitView& view2) const {
-  return isa_ == Isa::kBaseline ? FlushesBaseline(board_, suit, view1, view2)
-                                : FlushesAvx2(board_, suit, view1, view2);
+  return Dispatch<Isa::kAvx2>(
+      isa_, [&](auto) POKERMATH_INLINE { return Flushes(board_, suit, view1, view2); });
 }
 
 int Runouts::CardsToFlush(int suit) const {

@@ -32,8 +32,8 @@ struct KnownBoard {
   std::array<const std::int16_t*, kRankClasses> values{};  ///< of a rank class, run-out by run-out
   RankLanes unseen{};                                      ///< unseen cards of a rank
   std::array<Suit, 4> suits{};
-  RankSet absent = 0;  ///< ranks that are not in the deck
-  const FlushBlocks* flushes = nullptr;
+  RankSet absent = 0;              ///< ranks that are not in the deck
+  FlushBlocks* flushes = nullptr;  ///< kept by all boards
 };
 
 class Runouts final : public ShowdownCounts {

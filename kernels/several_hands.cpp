@@ -591,16 +591,10 @@ POKERMATH_KERNEL void Count(const Showdown& showdown, int lowest_rank,
   }
 }
 
-void CountBaseline(const Showdown& showdown, int lowest_rank, std::span<std::int64_t> times) {
-  Count<Registers16>(showdown, lowest_rank, times);
-}
-POKERMATH_TARGET_AVX2 void CountAvx2(const Showdown& showdown, int lowest_rank,
-                                     std::span<std::int64_t> times) {
-  Count<Registers32>(showdown, lowest_rank, times);
-}
-POKERMATH_TARGET_AVX512 void CountAvx512(const Showdown& showdown, int lowest_rank,
-                                         std::span<std::int64_t> times) {
-  Count<Registers64>(showdown, lowest_rank, times);
+// Compiled once for all decks and boards.
+void Count(Isa isa, const Showdown& showdown, int lowest_rank, std::span<std::int64_t> times) {
+  Dispatch(isa, [&](auto level)
+                    POKERMATH_INLINE { Count<RegistersOf<level>>(showdown, lowest_rank, times); });
 }
 
 RankSet RanksOfSuit(CardSet cards, std::size_t suit) {
@@ -625,14 +619,7 @@ void Count(Isa isa, std::span<const CardSet> hands, CardSet dead, std::span<std:
     showdown.live[suit] =
         static_cast<RankSet>(kAllRanks & ~AbsentRanks(deck) & ~RanksOfSuit(dead, suit));
   }
-  switch (isa) {
-    case Isa::kAvx512:
-      return CountAvx512(showdown, LowestRank(deck), times);
-    case Isa::kAvx2:
-      return CountAvx2(showdown, LowestRank(deck), times);
-    default:
-      return CountBaseline(showdown, LowestRank(deck), times);
-  }
+  Count(isa, showdown, LowestRank(deck), times);
 }
 
 template <Deck deck>

@@ -29,27 +29,10 @@ POKERMATH_KERNEL void Find(std::span<const DealValues> values, DealValues& share
   }
 }
 
-void FindBaseline(std::span<const DealValues> values, DealValues& sharers) {
-  Find<Registers16>(values, sharers);
-}
-POKERMATH_TARGET_AVX2 void FindAvx2(std::span<const DealValues> values, DealValues& sharers) {
-  Find<Registers32>(values, sharers);
-}
-POKERMATH_TARGET_AVX512 void FindAvx512(std::span<const DealValues> values, DealValues& sharers) {
-  Find<Registers64>(values, sharers);
-}
-
 }  // namespace
 
 void FindSharers(Isa isa, std::span<const DealValues> values, DealValues& sharers) {
-  switch (isa) {
-    case Isa::kAvx512:
-      return FindAvx512(values, sharers);
-    case Isa::kAvx2:
-      return FindAvx2(values, sharers);
-    default:
-      return FindBaseline(values, sharers);
-  }
+  Dispatch(isa, [&](auto level) POKERMATH_INLINE { Find<RegistersOf<level>>(values, sharers); });
 }
 
 }  // namespace pokermath

@@ -350,25 +350,28 @@ POKERMATH_KERNEL void Settle(const SweepTables& tables, SuitsView& view) {
   }
 }
 
-#define POKERMATH_SWEEP(name, highs, target)                                                      \
-  target void Use##name(const SweepTables& tables, SuitsView& view) { Use<highs>(tables, view); } \
-  target void Count##name(const SweepTables& tables, const BoardGroup& group,                     \
-                          std::span<const SweptItem> items) {                                     \
-    Count<highs>(tables, group, items);                                                           \
-  }                                                                                               \
-  target void Settle##name(const SweepTables& tables, SuitsView& view) {                          \
-    Settle<highs>(tables, view);                                                                  \
-  }                                                                                               \
-  constexpr SweepKernels k##name{Use##name, Count##name, Settle##name};
-
-POKERMATH_SWEEP(Baseline, 1, )
-POKERMATH_SWEEP(Avx2, 2, POKERMATH_TARGET_AVX2)
-POKERMATH_SWEEP(Avx512, 4, POKERMATH_TARGET_AVX512)
+// Cards of the high rank side by side.
+template <Isa level>
+constexpr int kHighsOf = level == Isa::kAvx512 ? 4
+                         : level == Isa::kAvx2 ? 2
+                                               : 1;
 
 }  // namespace
 
-const SweepKernels& SweepKernelsOf(Isa isa) {
-  return isa == Isa::kAvx512 ? kAvx512 : isa == Isa::kAvx2 ? kAvx2 : kBaseline;
+void SweepKernels::Use(const SweepTables& tables, SuitsView& view) const {
+  Dispatch(isa_,
+           [&](auto level) POKERMATH_INLINE { pokermath::Use<kHighsOf<level>>(tables, view); });
+}
+
+void SweepKernels::Count(const SweepTables& tables, const BoardGroup& group,
+                         std::span<const SweptItem> items) const {
+  Dispatch(isa_, [&](auto level)
+                     POKERMATH_INLINE { pokermath::Count<kHighsOf<level>>(tables, group, items); });
+}
+
+void SweepKernels::Settle(const SweepTables& tables, SuitsView& view) const {
+  Dispatch(isa_,
+           [&](auto level) POKERMATH_INLINE { pokermath::Settle<kHighsOf<level>>(tables, view); });
 }
 
 }  // namespace pokermath

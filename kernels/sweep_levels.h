@@ -70,20 +70,23 @@ struct SweepTables {
   std::span<SuitsView> views;
 };
 
-/// For one instruction set.
-struct SweepKernels {
+class SweepKernels {
+ public:
+  /// @param isa  the machine must have it
+  explicit SweepKernels(Isa isa) : isa_(isa) {}
+
   /// Fills in the sums of a view.
-  void (*use)(const SweepTables& tables, SuitsView& view);
+  void Use(const SweepTables& tables, SuitsView& view) const;
   /// Counts a group of boards.
   /// @param items  of all hands, rising by value; their views are in use
-  void (*count)(const SweepTables& tables, const BoardGroup& group,
-                std::span<const SweptItem> items);
+  void Count(const SweepTables& tables, const BoardGroup& group,
+             std::span<const SweptItem> items) const;
   /// Brings what a view knows of ties into those of the classes.
-  void (*settle)(const SweepTables& tables, SuitsView& view);
-};
+  void Settle(const SweepTables& tables, SuitsView& view) const;
 
-/// @param isa  the machine must have it
-const SweepKernels& SweepKernelsOf(Isa isa);
+ private:
+  Isa isa_;
+};
 
 }  // namespace pokermath
 

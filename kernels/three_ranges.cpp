@@ -427,31 +427,19 @@ class LevelSweep {
   }
 };
 
-template <typename Number, bool cases>
-struct Functions {
-  template <std::size_t bytes>
-  POKERMATH_KERNEL static void Run(SweepData<Number>& data) {
+template <bool cases, typename Number>
+void RunSweep(Isa isa, SweepData<Number>& data) {
+  Dispatch(isa, [&](auto level) POKERMATH_INLINE {
+    constexpr std::size_t kBytes = level == Isa::kAvx512 ? 64
+                                   : level == Isa::kAvx2 ? 32
+                                                         : 4 * sizeof(Number);
     if constexpr (cases) {
-      LevelSweep<Number, bytes>::RunCases(data);
+      LevelSweep<Number, kBytes>::RunCases(data);
     } else {
-      LevelSweep<Number, bytes>::RunLevels(data);
+      LevelSweep<Number, kBytes>::RunLevels(data);
     }
-  }
-  static void Baseline(SweepData<Number>& data) { Run<4 * sizeof(Number)>(data); }
-  POKERMATH_TARGET_AVX2 static void Avx2(SweepData<Number>& data) { Run<32>(data); }
-  POKERMATH_TARGET_AVX512 static void Avx512(SweepData<Number>& data) { Run<64>(data); }
-
-  static void Run(Isa isa, SweepData<Number>& data) {
-    switch (isa) {
-      case Isa::kAvx512:
-        return Avx512(data);
-      case Isa::kAvx2:
-        return Avx2(data);
-      default:
-        return Baseline(data);
-    }
-  }
-};
+  });
+}
 
 // Puts hands in the order of their values: counts them by the place of their value among those that
 // occur.
@@ -648,7 +636,7 @@ class ThreeRangesSweep::NumberSweep final : public Sweep {
     data_.below.Clear(SetPlaces(board));
     StandByValue(board, data_.order);
     Reserve(by_value_.most());
-    Functions<Number, false>::Run(isa_, data_);
+    RunSweep<false>(isa_, data_);
   }
 
   void CountCases() override {
@@ -662,7 +650,7 @@ class ThreeRangesSweep::NumberSweep final : public Sweep {
       }
       Reserve(1);
     }
-    Functions<Number, true>::Run(isa_, data_);
+    RunSweep<true>(isa_, data_);
   }
 
  private:

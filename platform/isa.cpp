@@ -1,10 +1,20 @@
 #include "platform/isa.h"
 
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cstdlib>
 #include <utility>
 
-namespace pokermath {
+#include "pokermath/instructions.h"
 
-Isa BestIsa() {
+namespace pokermath {
+namespace {
+
+constexpr std::array<Isa, 3> kIsas = {Isa::kBaseline, Isa::kAvx2, Isa::kAvx512};
+constexpr std::array<std::string_view, kIsas.size()> kNames = {"baseline", "avx2", "avx512"};
+
+Isa IsaOfMachine() {
 #if defined(__x86_64__)
   static const Isa best = [] {
     __builtin_cpu_init();
@@ -19,6 +29,44 @@ Isa BestIsa() {
 #else
   return Isa::kBaseline;
 #endif
+}
+
+// How many levels the machine has.
+std::size_t LevelsOfMachine() { return static_cast<std::size_t>(IsaOfMachine()) + 1; }
+
+// Of the machine; nullptr for any other name.
+const Isa* FindIsa(std::string_view name) {
+  const auto names = InstructionLevels();
+  const auto place = std::ranges::find(names, name);
+  return place == names.end() ? nullptr : &kIsas[static_cast<std::size_t>(place - names.begin())];
+}
+
+std::atomic<Isa>& ChosenIsa() {
+  static std::atomic<Isa> chosen = [] {
+    const char* name = std::getenv("POKERMATH_ISA");
+    const Isa* isa = name != nullptr ? FindIsa(name) : nullptr;
+    return isa != nullptr ? *isa : IsaOfMachine();
+  }();
+  return chosen;
+}
+
+}  // namespace
+
+std::span<const Isa> IsasOfMachine() { return std::span(kIsas).first(LevelsOfMachine()); }
+
+Isa BestIsa() { return ChosenIsa().load(std::memory_order_relaxed); }
+
+std::span<const std::string_view> InstructionLevels() {
+  return std::span(kNames).first(LevelsOfMachine());
+}
+
+std::string_view InstructionLevel() { return kNames[static_cast<std::size_t>(BestIsa())]; }
+
+bool UseInstructionLevel(std::string_view name) {
+  const Isa* isa = FindIsa(name);
+  if (isa == nullptr) return false;
+  ChosenIsa().store(*isa, std::memory_order_relaxed);
+  return true;
 }
 
 const char* IsaName(Isa isa) {

@@ -1,16 +1,20 @@
-// Which vector instructions this machine has. Kernels are compiled once for each level and the
-// best one is chosen when the program runs.
+// Which vector instructions this machine has and kernels use. These are compiled once for each
+// level (platform/dispatch.h), and one is chosen when the program runs (pokermath/instructions.h).
 
 #ifndef POKERMATH_PLATFORM_ISA_H_
 #define POKERMATH_PLATFORM_ISA_H_
 
+#include <span>
 #include <string>
 
 namespace pokermath {
 
 enum class Isa { kBaseline, kAvx2, kAvx512 };
 
-/// The best level of this machine.
+/// All levels that this machine has, the baseline first.
+std::span<const Isa> IsasOfMachine();
+
+/// The level to run kernels at: the best one of this machine, or the one that was asked for.
 Isa BestIsa();
 
 /// "baseline", "AVX2", "AVX-512".

@@ -14,6 +14,7 @@
 #include "pokermath/game.h"
 #include "pokermath/hand_history.h"
 #include "pokermath/hand_range.h"
+#include "pokermath/instructions.h"
 #include "pokermath/large_table.h"
 #include "pokermath/markup.h"
 #include "pokermath/messages.h"

@@ -17,6 +17,13 @@ has "$asked" "$out" $'ODBC drivers\n'
 has "$asked" "$out" $'\n  SQLite3\n'
 has "$asked" "$out" $'\n\nNothing is broken.'
 
+# A level of instructions by name, and one that there is not.
+POKERMATH_ISA=baseline run doctor --dir "$work/data"
+has "$asked" "$out" $'\n  kernels           for baseline\n'
+POKERMATH_ISA=avx1024 run equity AhKd 7s7c
+expect_code 2
+has "$asked" "$err" "pokermath: POKERMATH_ISA is 'avx1024', which is no level of instructions of this machine (baseline"
+
 truncate -s 5 "$work/data/six-plus-5.bin"
 POKERMATH_DATA=$work/data run doctor --json
 expect_code 1

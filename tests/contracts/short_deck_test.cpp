@@ -133,8 +133,7 @@ TEST(ShortDeckEquity, KernelsAreThePlainCountAtEveryInstructionLevel) {
     const Cards board(cards.begin() + 4, cards.end());
     const Combination opponent(cards[2], cards[3]);
     const Score plain = Plain({cards[0], cards[1]}, board, street, {&opponent, 1});
-    for (const Isa isa : {Isa::kBaseline, Isa::kAvx2, Isa::kAvx512}) {
-      if (isa > BestIsa()) continue;
+    for (const Isa isa : IsasOfMachine()) {
       const Tally tally =
           known == 0
               ? CountMatchup(isa, Deck::kShort, &cards[0], &cards[2], static_cast<Street>(street))

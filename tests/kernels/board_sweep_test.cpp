@@ -100,12 +100,6 @@ void CountPlainly(const GameRules& rules, const TwoRanges& ranges, CardSet board
   }
 }
 
-std::vector<Isa> InstructionSets() {
-  std::vector<Isa> all{Isa::kBaseline, Isa::kAvx2, Isa::kAvx512};
-  std::erase_if(all, [](Isa isa) { return isa > BestIsa(); });
-  return all;
-}
-
 TEST(BoardSweep, GivesEveryHandWhatPlainLoopsGive) {
   for (const Game game : {Game::kHoldem, Game::kShortDeck, Game::kShortDeckStraights}) {
     const GameRules& rules = RulesOf(game);
@@ -129,7 +123,7 @@ TEST(BoardSweep, GivesEveryHandWhatPlainLoopsGive) {
       for (auto* tallies : {&plain.of1, &plain.of2}) {
         for (Tally& tally : *tallies) tally.cases = 0;
       }
-      for (const Isa isa : InstructionSets()) {
+      for (const Isa isa : IsasOfMachine()) {
         BoardSweep sweep(isa, rules, ranges, board - coming);
         sweep.Count(coming, from, to_come);
         Tallies swept(ranges);
@@ -155,7 +149,7 @@ TEST(BoardSweep, AddsUpManyBoardsOfHeavyHands) {
         tally = {kTimes * tally.wins, kTimes * tally.ties, kTimes * tally.cases};
       }
     }
-    for (const Isa isa : InstructionSets()) {
+    for (const Isa isa : IsasOfMachine()) {
       BoardSweep sweep(isa, rules, ranges, board);
       for (int i = 0; i < kTimes; ++i) sweep.Count({}, {}, 0);
       Tallies swept(ranges);

@@ -94,8 +94,7 @@ TEST(PreflopRanges, EqualHandAgainstHandAtAllInstructionLevels) {
     for (std::size_t step = 0; step < matchups.steps(); ++step) {
       matchups.Count(step, {plain1, plain2});
     }
-    for (const Isa isa : {Isa::kBaseline, Isa::kAvx2, Isa::kAvx512}) {
-      if (isa > BestIsa()) continue;
+    for (const Isa isa : IsasOfMachine()) {
       std::vector<Tally> tallies1(hands1.size()), tallies2(hands2.size());
       CountPreflopRanges(isa, deck, ranges, {tallies1, tallies2});
       EXPECT_EQ(tallies1, plain1) << IsaName(isa);
@@ -155,8 +154,7 @@ TEST(EmptyBoard, LeavesOutDeadCards) {
       CountPlainly(rules, ranges, choice.Of(live), {plain1, plain2});
       choice.MoveToNext();
     }
-    for (const Isa isa : {Isa::kBaseline, Isa::kAvx2, Isa::kAvx512}) {
-      if (isa > BestIsa()) continue;
+    for (const Isa isa : IsasOfMachine()) {
       const auto counts = EmptyBoardCountsWithout(all - CardSet(live), isa, deck, street);
       const RangeMatchups matchups(*counts, ranges);
       std::vector<Tally> tallies1(hands1.size()), tallies2(hands2.size());

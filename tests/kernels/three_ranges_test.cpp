@@ -99,8 +99,7 @@ TEST(ThreeRangesSweep, EqualsEveryTripleOfHands) {
       }
     }
     const Tallies plain = CountPlainly(rules, board, of_cards);
-    for (const Isa isa : {Isa::kBaseline, Isa::kAvx2, Isa::kAvx512}) {
-      if (isa > BestIsa()) continue;
+    for (const Isa isa : IsasOfMachine()) {
       ThreeRangesSweep sweep(isa, rules, {hands[0], hands[1], hands[2]});
       sweep.Count(board, times);
       sweep.CountCases();
