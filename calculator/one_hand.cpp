@@ -7,21 +7,13 @@
 #include "eval/rank_sets.h"
 
 namespace pokermath {
-namespace {
-
-std::size_t PlaceOf(std::uint64_t key) {
-  return kCompactTables.rows[0][key >> CompactTables::kColumnBits] +
-         (key & (CompactTables::kColumns - 1));
-}
-
-}  // namespace
 
 RankedBoards::RankedBoards(std::span<const DealtCards> boards) : count_(boards.size()) {
   // Moves counts up so that the highest bit of the four is set from three cards of a suit on.
   constexpr std::uint64_t kFromThree = 0x5555;
   ForEachDeal(boards.size(), [&](std::size_t deal) {
     const std::uint64_t word = boards[deal].word;
-    places_[deal] = static_cast<std::uint16_t>(PlaceOf(word >> CompactTables::kKeyShift));
+    places_[deal] = static_cast<std::uint16_t>(PlaceOfFive(word >> CompactTables::kKeyShift));
     suited_[suited_count_].deal = static_cast<std::uint16_t>(deal);
     suited_count_ += ((word + kFromThree) & CompactTables::kFlushBits) != 0 ? 1 : 0;
   });
@@ -42,8 +34,8 @@ OneHand<HoldemValues<5>>::OneHand(const GameRules&, const DealtCards& hand) {
   ForEachMultiset(left, ranks, [&](std::int64_t) {
     std::uint32_t key = 0;
     for (const int rank : ranks) key += kRankKeys[rank];
-    by_place_.resize(std::max(by_place_.size(), PlaceOf(key) + 1));
-    by_place_[PlaceOf(key)] = static_cast<std::int16_t>(ValueOfRanks<7>(key_of_hand + key));
+    by_place_.resize(std::max(by_place_.size(), PlaceOfFive(key) + 1));
+    by_place_[PlaceOfFive(key)] = static_cast<std::int16_t>(ValueOfRanks<7>(key_of_hand + key));
   });
   for (std::size_t suit = 0; suit < 4; ++suit) {
     ranks_[suit] = static_cast<std::uint16_t>(hand.cards.bits() >> 13 * suit & kAllRanks);

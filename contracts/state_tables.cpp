@@ -25,13 +25,14 @@ class ShortDeckRules final : public AnyFiveRules {
   std::uint32_t ValueOfRanks(const std::array<int, 13>& counts) const override {
     std::uint32_t key = 0;
     for (int rank = kLowestShortDeckCard; rank < 13; ++rank) {
-      key += static_cast<std::uint32_t>(counts[static_cast<std::size_t>(rank)]) *
-             ShortDeckValues::KeyOf(rank);
+      key +=
+          static_cast<std::uint32_t>(counts[static_cast<std::size_t>(rank)]) * kShortDeckKeys[rank];
     }
-    return static_cast<std::uint32_t>(ShortDeckValues::Get().OfRanks(cards_, key));
+    return static_cast<std::uint32_t>(cards_ == 5 ? kShortDeckTables.ValueOfRanks<5>(key)
+                                                  : kShortDeckTables.ValueOfRanks<7>(key));
   }
   std::uint32_t ValueOfFlush(unsigned ranks) const override {
-    return static_cast<std::uint32_t>(ShortDeckValues::Get().OfFlush(ranks));
+    return static_cast<std::uint32_t>(kShortDeckTables.FlushOf(0, ranks));
   }
 
  private:

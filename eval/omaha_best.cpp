@@ -11,33 +11,25 @@
 #include <array>
 #include <bit>
 #include <cstdint>
-#include <vector>
 
 #include "cards/card_list.h"
 #include "cards/omaha_sizes.h"
 #include "eval/compact_keys.h"
+#include "eval/omaha_rows.h"
 #include "eval/rank_sets.h"
 #include "eval/scales.h"
 #include "platform/require.h"
 #include "pokermath/evaluators.h"
-#include "pokermath/large_table.h"
 #include "pokermath/omaha.h"
 #include "pokermath/poker_logic.h"
 
 namespace pokermath {
 namespace {
 
-constexpr int kRankPairs = 91;
 // A pair of hole cards as a number, the first one the largest.
 constexpr int kMostHoles = 64;
 constexpr int kPairBits = 12;
 constexpr int kLastPair = (1 << kPairBits) - 1;
-
-constexpr int PairOf(int rank1, int rank2) {
-  const int high = rank1 > rank2 ? rank1 : rank2;
-  const int low = rank1 > rank2 ? rank2 : rank1;
-  return high * (high + 1) / 2 + low;
-}
 
 template <std::size_t kCards>
 std::array<int, kCards> RanksOf(std::span<const int> cards) {
@@ -46,73 +38,12 @@ std::array<int, kCards> RanksOf(std::span<const int> cards) {
   return ranks;
 }
 
-// The best value without a flush of five board ranks and two hole ranks.
-class BoardValues {
- public:
-  static const BoardValues& Get() {
-    static const BoardValues values;
-    return values;
-  }
-
-  /// [pair of ranks] for a board of five.
-  const std::uint16_t* Of(std::array<int, 5> ranks) const {
-    constexpr std::size_t kPairs[9][2] = {{0, 3}, {1, 4}, {0, 2}, {1, 3}, {0, 1},
-                                          {2, 4}, {1, 2}, {3, 4}, {2, 3}};
-    for (const auto& [a, b] : kPairs) {
-      const int smaller = std::min(ranks[a], ranks[b]);
-      ranks[b] = std::max(ranks[a], ranks[b]);
-      ranks[a] = smaller;
-    }
-    return &values_[static_cast<std::size_t>(MultisetNumber(ranks) * kRankPairs)];
-  }
-  /// The same by the sum of the rank keys.
-  const std::uint16_t* OfKey(std::uint64_t key) const {
-    return &values_[static_cast<std::size_t>(numbers_[PlaceOf(key)]) * kRankPairs];
-  }
-
- private:
-  BoardValues() {
-    for (int e = 0; e < 13; ++e)
-      for (int d = 0; d <= e; ++d)
-        for (int c = 0; c <= d; ++c)
-          for (int b = 0; b <= c; ++b)
-            for (int a = 0; a <= b; ++a) AddBoard({a, b, c, d, e});
-  }
-
-  // The compact evaluator has a place for each multiset of five ranks.
-  static std::size_t PlaceOf(std::uint64_t key) {
-    return kCompactTables.rows[0][key >> CompactTables::kColumnBits] +
-           (key & (CompactTables::kColumns - 1));
-  }
-  void AddBoard(const std::array<int, 5>& ranks) {
-    std::uint64_t key = 0;
-    for (const int rank : ranks) key += kRankKeys[rank];
-    // Five cards of a rank have no place of their own.
-    if (ranks[0] != ranks[4]) {
-      numbers_.resize(std::max(numbers_.size(), PlaceOf(key) + 1));
-      numbers_[PlaceOf(key)] = static_cast<std::uint16_t>(values_.size() / kRankPairs);
-    }
-    std::uint32_t triples[10];
-    std::uint32_t* next = triples;
-    for (std::size_t a = 0; a < 3; ++a)
-      for (std::size_t b = a + 1; b < 4; ++b)
-        for (std::size_t c = b + 1; c < 5; ++c) {
-          *next++ = kRankKeys[ranks[a]] + kRankKeys[ranks[b]] + kRankKeys[ranks[c]];
-        }
-    for (int high = 0; high < 13; ++high) {
-      for (int low = 0; low <= high; ++low) {
-        int best = 0;
-        for (const std::uint32_t triple : triples) {
-          best = std::max(best, ValueOfRanks<5>(triple + kRankKeys[high] + kRankKeys[low]));
-        }
-        values_.push_back(static_cast<std::uint16_t>(best));
-      }
-    }
-  }
-
-  LargeTable<std::uint16_t> values_;
-  std::vector<std::uint16_t> numbers_;  // by the place of a board's key
-};
+// The row of a board of five.
+const std::uint16_t* RowOf(const std::array<int, 5>& ranks) {
+  std::uint32_t key = 0;
+  for (const int rank : ranks) key += kRankKeys[rank];
+  return OmahaRows::Get().OfKey(key);
+}
 
 // The triples of a board, the first card changing last.
 template <int kCards>
@@ -179,7 +110,7 @@ auto TripleKeys(std::span<const int> board) {
 template <int kCards, typename Ranks, typename Keys>
 int BestPlain(const Ranks& ranks, std::span<const int> board, const Keys& keys) {
   const std::uint16_t* of_pairs = nullptr;
-  if constexpr (kCards == 5) of_pairs = BoardValues::Get().Of(RanksOf<5>(board));
+  if constexpr (kCards == 5) of_pairs = RowOf(RanksOf<5>(board));
   int best = 0;
   for (std::size_t i = 0; i + 1 < ranks.size(); ++i) {
     for (std::size_t j = i + 1; j < ranks.size(); ++j) {
@@ -320,8 +251,9 @@ int BestOfPairs(const std::uint16_t* of_pairs, CardSet hand) {
   return best;
 }
 
-// The best flush of two hole cards and three board cards of a suit.
-int BestFlushOfPairs(unsigned holes, unsigned board) {
+}  // namespace
+
+int BestOmahaFlush(unsigned holes, unsigned board) {
   int best = 0;
   for (unsigned a = holes; a != 0; a &= a - 1) {
     for (unsigned b = a & (a - 1); b != 0; b &= b - 1) {
@@ -331,13 +263,11 @@ int BestFlushOfPairs(unsigned holes, unsigned board) {
   return best;
 }
 
-}  // namespace
-
 int BestOmahaValue(CardSet hand, std::uint64_t hand_words, CardSet board,
                    std::uint64_t board_words) {
   POKERMATH_REQUIRE(board.size() == 5);
   const std::uint16_t* const of_pairs =
-      BoardValues::Get().OfKey(board_words >> CompactTables::kKeyShift);
+      OmahaRows::Get().OfKey(board_words >> CompactTables::kKeyShift);
   const int plain =
       ForOmahaSize(hand.size(), [=](auto cards) { return BestOfPairs<cards>(of_pairs, hand); });
   // Counts of a suit, four bits each, moved up so that the highest is set from two and from three.
@@ -348,7 +278,7 @@ int BestOmahaValue(CardSet hand, std::uint64_t hand_words, CardSet board,
   if (suits == 0) return plain;
   const int first = std::countr_zero(suits) / 4 * 13;
   return std::max(
-      plain, BestFlushOfPairs(hand.bits() >> first & kAllRanks, board.bits() >> first & kAllRanks));
+      plain, BestOmahaFlush(hand.bits() >> first & kAllRanks, board.bits() >> first & kAllRanks));
 }
 
 OmahaPairValues::OmahaPairValues(std::span<const int> board) {
@@ -377,7 +307,7 @@ void OmahaPairValues::AddPlain(const std::array<int, 5>& ranks, std::size_t size
           triples[triple_count++] = kRankKeys[ranks[a]] + kRankKeys[ranks[b]] + kRankKeys[ranks[c]];
         }
   }
-  const std::uint16_t* of_pairs = size == 5 ? BoardValues::Get().Of(ranks) : nullptr;
+  const std::uint16_t* of_pairs = size == 5 ? RowOf(ranks) : nullptr;
   for (int high = 0; high < 13; ++high) {
     for (int low = 0; low <= high; ++low) {
       int best = 0;

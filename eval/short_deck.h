@@ -6,9 +6,6 @@
 #ifndef POKERMATH_EVAL_SHORT_DECK_H_
 #define POKERMATH_EVAL_SHORT_DECK_H_
 
-#include <array>
-#include <cstdint>
-
 namespace pokermath {
 
 inline constexpr int kLowestShortDeckCard = 4;  ///< its rank, the six
@@ -25,30 +22,6 @@ constexpr int ToShortDeckOrder(int value) {
   if (value >= 5864 && value <= 7140) return value + 156;   // flush
   return value;
 }
-
-/// Values 1..1404 by ranks and by flushes.
-class ShortDeckValues {
- public:
-  static const ShortDeckValues& Get();
-
-  /// A sum of rank keys says which ranks five to seven cards have.
-  static constexpr std::uint32_t KeyOf(int rank) { return 1u << 3 * (rank - kLowestShortDeckCard); }
-  /// Value of `count` cards that are no flush; any number for ranks that no cards have.
-  int OfRanks(int count, std::uint32_t key) const {
-    return plain_[static_cast<std::size_t>(count - 5)][PlaceOf(key)];
-  }
-  /// Value of the best flush of a suit's ranks as bits 4..12; 0 below five.
-  int OfFlush(unsigned ranks) const { return flush_[ranks >> kLowestShortDeckCard]; }
-
- private:
-  static constexpr std::size_t kMostPlaces = 6435;  // of seven ranks out of nine
-
-  ShortDeckValues();
-  static std::size_t PlaceOf(std::uint32_t key);
-
-  std::array<std::array<std::uint16_t, kMostPlaces>, 3> plain_{};
-  std::array<std::uint16_t, 512> flush_{};
-};
 
 }  // namespace pokermath
 

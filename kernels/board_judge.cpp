@@ -4,22 +4,6 @@
 #include "pokermath/evaluators.h"
 
 namespace pokermath {
-namespace {
-
-// Ascending value of `count` cards by the sum of their words and by their bits, 13 a suit.
-template <int count>
-int ValueOf(std::uint64_t sum, std::uint64_t cards) {
-  const CompactTables& tables = kCompactTables;
-  if (const std::uint64_t flush = sum & CompactTables::kFlushBits; flush != 0) [[unlikely]] {
-    const int suit = __builtin_ctzll(flush) / 4;
-    return tables.flush_values[cards >> (13 * suit) & 0x1FFF];
-  }
-  const std::uint64_t key = sum >> CompactTables::kKeyShift;
-  const std::uint16_t row = tables.rows[count - 5][key >> CompactTables::kColumnBits];
-  return tables.values[count - 5][row + (key & (CompactTables::kColumns - 1))];
-}
-
-}  // namespace
 
 BoardJudge::BoardJudge(std::span<const int, 2> hand, std::span<const Combination> opponents) {
   const auto holding = [](int card1, int card2) {
@@ -40,10 +24,10 @@ void BoardJudge::JudgeHoldings(std::span<const int> board, std::uint64_t dead, T
   for (const int card : board) sum += kCompactTables.card_words[card];
   const std::uint64_t cards = Bits(board);
   const std::uint64_t taken = cards | dead;
-  const int value = ValueOf<kCards>(sum + hero_.word, cards | hero_.cards);
+  const int value = kCompactTables.ValueOf<kCards>(sum + hero_.word, cards | hero_.cards);
   for (const Holding& opponent : opponents_) {
     if ((opponent.cards & taken) != 0) continue;
-    const int other = ValueOf<kCards>(sum + opponent.word, cards | opponent.cards);
+    const int other = kCompactTables.ValueOf<kCards>(sum + opponent.word, cards | opponent.cards);
     tally.wins += value > other ? 1 : 0;
     tally.ties += value == other ? 1 : 0;
     ++tally.cases;

@@ -50,13 +50,13 @@ struct DeckValues {
 
 template <>
 struct DeckValues<Deck::kShort> {
-  static std::uint32_t KeyOf(int rank) { return ShortDeckValues::KeyOf(rank); }
+  static std::uint32_t KeyOf(int rank) { return kShortDeckKeys[rank]; }
   template <int count>
   static std::int16_t OfRanks(std::uint32_t key) {
-    return static_cast<std::int16_t>(ShortDeckValues::Get().OfRanks(count, key));
+    return static_cast<std::int16_t>(kShortDeckTables.ValueOfRanks<count>(key));
   }
   static std::int16_t OfFlush(unsigned ranks) {
-    return static_cast<std::int16_t>(ShortDeckValues::Get().OfFlush(ranks));
+    return static_cast<std::int16_t>(kShortDeckTables.FlushOf(0, ranks));
   }
 };
 

@@ -173,7 +173,8 @@ Tally CountAgainst(Deck deck, std::span<const int, 2> hand, std::span<const Comb
   // river it is worth nothing, to the turn what its other cards make.
   const bool in_deck = (known & AbsentCards(deck)) == 0;
   if (deck == Deck::kShort && (!in_deck || board.size() == cards)) {
-    const ValueOfCards value = street == Street::kTurn ? ValueWithoutAbsent : EvaluateShortDeck;
+    const ValueOfCards evaluate = EvaluateShortDeck;
+    const ValueOfCards value = street == Street::kTurn ? ValueWithoutAbsent : evaluate;
     return CountBoardByBoard(hand, opponents, board, street, value);
   }
   Tally tally;

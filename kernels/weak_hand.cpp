@@ -36,14 +36,14 @@ RankCounts Without(RankCounts counts, std::span<const int> ranks) {
 
 std::uint32_t KeyOf(std::span<const int> ranks) {
   std::uint32_t key = 0;
-  for (const int rank : ranks) key += ShortDeckValues::KeyOf(rank);
+  for (const int rank : ranks) key += kShortDeckKeys[rank];
   return key;
 }
 
 std::uint32_t KeyOf(RankSet set) {
   std::uint32_t key = 0;
   for (unsigned rest = set; rest != 0; rest &= rest - 1) {
-    key += ShortDeckValues::KeyOf(std::countr_zero(rest));
+    key += kShortDeckKeys[std::countr_zero(rest)];
   }
   return key;
 }
@@ -72,7 +72,9 @@ class WeakHand {
   std::span<const int> Own() const { return std::span(own_).first(own_count_); }
 
   int ValueOfRanks(std::uint32_t board) const {
-    return values_.OfRanks(static_cast<int>(kBoard + own_count_), board + KeyOf(Own()));
+    const std::uint32_t key = board + KeyOf(Own());
+    return own_count_ == 0 ? kShortDeckTables.ValueOfRanks<5>(key)
+                           : kShortDeckTables.ValueOfRanks<6>(key);
   }
 
   void Add(int value, int other, std::int64_t ways) {
@@ -90,7 +92,7 @@ class WeakHand {
       std::array<int, 2> opponent;
       ForEachMultiset(Without(deck, board), opponent, [&](std::int64_t opponents) {
         tally_.cases += boards * opponents;
-        Add(value, values_.OfRanks(7, key + KeyOf(opponent)), boards * opponents);
+        Add(value, kShortDeckTables.ValueOfRanks<7>(key + KeyOf(opponent)), boards * opponents);
       });
     });
   }
@@ -116,7 +118,7 @@ class WeakHand {
   void CorrectBoard(RankSet own, RankSet set, std::uint32_t key, const RankCounts& others,
                     std::int64_t boards) {
     const int plain = ValueOfRanks(key);
-    const int flush = values_.OfFlush(set | own);
+    const int flush = kShortDeckTables.FlushOf(0, set | own);
     const int value = flush > 0 ? flush : plain;
     for (int suited = 0; suited <= 2; ++suited) {
       if (flush == 0 && std::popcount(set) + suited < 5) continue;
@@ -124,8 +126,8 @@ class WeakHand {
         std::array<int, 2> rest_ranks;
         const auto rest = std::span(rest_ranks).first(static_cast<std::size_t>(2 - suited));
         ForEachMultiset(others, rest, [&](std::int64_t opponents) {
-          const int other_plain = values_.OfRanks(7, key + KeyOf(held) + KeyOf(rest));
-          const int other_flush = values_.OfFlush(set | held);
+          const int other_plain = kShortDeckTables.ValueOfRanks<7>(key + KeyOf(held) + KeyOf(rest));
+          const int other_flush = kShortDeckTables.FlushOf(0, set | held);
           Add(plain, other_plain, -boards * opponents);
           Add(value, other_flush > 0 ? other_flush : other_plain, boards * opponents);
         });
@@ -133,7 +135,6 @@ class WeakHand {
     }
   }
 
-  const ShortDeckValues& values_ = ShortDeckValues::Get();
   std::array<int, 2> own_{};
   std::size_t own_count_ = 0;
   Tally tally_;

@@ -69,6 +69,17 @@ bool UseInstructionLevel(std::string_view name) {
   return true;
 }
 
+bool HasVbmi() {
+#if defined(__x86_64__)
+  static const bool machine_has = __builtin_cpu_supports("avx512cd") &&
+                                  __builtin_cpu_supports("avx512vbmi") &&
+                                  __builtin_cpu_supports("avx512vbmi2");
+  return machine_has && BestIsa() == Isa::kAvx512;
+#else
+  return false;
+#endif
+}
+
 const char* IsaName(Isa isa) {
   return isa == Isa::kAvx512 ? "AVX-512" : isa == Isa::kAvx2 ? "AVX2" : "baseline";
 }
@@ -77,14 +88,18 @@ std::string UsableInstructionSets() {
   std::string names;
 #if defined(__x86_64__)
   __builtin_cpu_init();
-  const std::pair<const char*, bool> sets[] = {{"popcnt", __builtin_cpu_supports("popcnt")},
-                                               {"bmi", __builtin_cpu_supports("bmi")},
-                                               {"bmi2", __builtin_cpu_supports("bmi2")},
-                                               {"avx2", __builtin_cpu_supports("avx2")},
-                                               {"avx512f", __builtin_cpu_supports("avx512f")},
-                                               {"avx512bw", __builtin_cpu_supports("avx512bw")},
-                                               {"avx512dq", __builtin_cpu_supports("avx512dq")},
-                                               {"avx512vl", __builtin_cpu_supports("avx512vl")}};
+  const std::pair<const char*, bool> sets[] = {
+      {"popcnt", __builtin_cpu_supports("popcnt")},
+      {"bmi", __builtin_cpu_supports("bmi")},
+      {"bmi2", __builtin_cpu_supports("bmi2")},
+      {"avx2", __builtin_cpu_supports("avx2")},
+      {"avx512f", __builtin_cpu_supports("avx512f")},
+      {"avx512bw", __builtin_cpu_supports("avx512bw")},
+      {"avx512dq", __builtin_cpu_supports("avx512dq")},
+      {"avx512vl", __builtin_cpu_supports("avx512vl")},
+      {"avx512cd", __builtin_cpu_supports("avx512cd")},
+      {"avx512vbmi", __builtin_cpu_supports("avx512vbmi")},
+      {"avx512vbmi2", __builtin_cpu_supports("avx512vbmi2")}};
   for (const auto& [name, is_there] : sets) {
     if (is_there) names += (names.empty() ? "" : " ") + std::string(name);
   }

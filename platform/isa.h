@@ -17,6 +17,9 @@ std::span<const Isa> IsasOfMachine();
 /// The level to run kernels at: the best one of this machine, or the one that was asked for.
 Isa BestIsa();
 
+/// Whether a machine of the level AVX-512 can permute bytes (VBMI), as all but the first ones can.
+bool HasVbmi();
+
 /// "baseline", "AVX2", "AVX-512".
 const char* IsaName(Isa isa);
 
@@ -28,9 +31,14 @@ std::string UsableInstructionSets();
 #define POKERMATH_TARGET_AVX2 __attribute__((target("avx2,bmi,bmi2,popcnt")))
 #define POKERMATH_TARGET_AVX512 \
   __attribute__((target("avx512f,avx512bw,avx512dq,avx512vl,avx2,bmi,bmi2,popcnt")))
+#define POKERMATH_TARGET_VBMI                                                           \
+  __attribute__((                                                                       \
+      target("avx512f,avx512bw,avx512dq,avx512vl,avx512cd,avx512vbmi,avx512vbmi2,avx2," \
+             "bmi,bmi2,popcnt")))
 #else
 #define POKERMATH_TARGET_AVX2
 #define POKERMATH_TARGET_AVX512
+#define POKERMATH_TARGET_VBMI
 #endif
 
 }  // namespace pokermath

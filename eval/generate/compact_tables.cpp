@@ -1,11 +1,12 @@
-// Fills the tables of the compact evaluator: the value of five, six or seven cards by the sum of
-// their rank keys.
+// Fills the tables of the compact evaluator, of any deck: the value of five, six or seven cards by
+// the sum of their rank keys.
 //
-// Keys are numbers such that no two hands of different value have the same key sum; we draw key
-// sets until one is right. A deuce has the key 0, and no key exceeds a seventh of 2^26, so that
-// sums have 26 bits. A sum is cut into a row (upper 13 bits) and a column (lower 13 bits). The rows
-// are laid over one another in one array, those with most entries first, each at the first offset
-// where its entries fall on free places or on equal values.
+// Keys are numbers such that no two multisets of seven ranks have the same sum: that of the lowest
+// rank is 0 and each one the smallest that is right with those before it. Sums of such keys crowd
+// in few rows. So keys are multiplied by an odd number modulo a power of two that no sum reaches,
+// which keeps different sums different and spreads them. A sum is cut into a row (upper bits) and a
+// column (lower bits). The rows are laid over one another in one array, those with most entries
+// first, each at the first offset where its entries fall on free places or on equal values.
 
 #include "eval/generate/compact_tables.h"
 
@@ -14,7 +15,6 @@
 #include <cstdint>
 #include <functional>
 #include <map>
-#include <random>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -25,21 +25,74 @@
 namespace pokermath {
 namespace {
 
-constexpr std::uint32_t kMaxKey = ((1u << 26) - 1) / 7;
-constexpr int kColumnBits = CompactTables::kColumnBits;
-constexpr std::uint32_t kColumns = CompactTables::kColumns;
-constexpr std::size_t kRows = 8192;
-
 using Keys = std::array<std::uint32_t, 13>;
+
+constexpr std::size_t kCards = 7;
+constexpr std::size_t kMostOfRank = 4;
+
+// Sums of keys, rising, by how many cards there are.
+using SumsByCards = std::array<std::vector<std::uint32_t>, kCards + 1>;
+
+SumsByCards WithRank(const SumsByCards& sums, std::uint32_t key) {
+  SumsByCards all;
+  for (std::size_t cards = 0; cards <= kCards; ++cards) {
+    for (std::size_t of_rank = 0; of_rank <= std::min(cards, kMostOfRank); ++of_rank) {
+      for (const std::uint32_t sum : sums[cards - of_rank]) {
+        all[cards].push_back(sum + static_cast<std::uint32_t>(of_rank) * key);
+      }
+    }
+    std::ranges::sort(all[cards]);
+  }
+  return all;
+}
+
+// The smallest key above `last` with which no sums of seven cards fall together: x is wrong if
+// two multisets with i and j cards of its rank have sums a + i x = b + j x.
+std::uint32_t NextKey(const SumsByCards& sums, std::uint32_t last) {
+  constexpr std::uint32_t kLimit = 1u << 21;
+  std::vector<bool> wrong(kLimit);
+  for (std::size_t i = 0; i <= kMostOfRank; ++i) {
+    for (std::size_t j = i + 1; j <= kMostOfRank; ++j) {
+      const auto more = static_cast<std::uint32_t>(j - i);
+      const std::vector<std::uint32_t>& larger = sums[kCards - i];
+      for (const std::uint32_t smaller : sums[kCards - j]) {
+        for (auto sum = std::ranges::lower_bound(larger, smaller); sum != larger.end(); ++sum) {
+          const std::uint32_t key = (*sum - smaller) / more;
+          if (key >= kLimit) break;
+          if (key * more == *sum - smaller) wrong[key] = true;
+        }
+      }
+    }
+  }
+  const auto found = std::find(wrong.begin() + last + 1, wrong.end(), false);
+  if (found == wrong.end()) throw std::runtime_error("no key fits a rank");
+  return static_cast<std::uint32_t>(found - wrong.begin());
+}
+
+Keys FindKeys(const DeckRules& rules, int key_bits) {
+  Keys keys{};
+  SumsByCards sums;
+  sums[0] = {0};
+  sums = WithRank(sums, 0);
+  const auto lowest = static_cast<std::size_t>(rules.lowest_rank);
+  for (std::size_t rank = lowest + 1; rank < 13; ++rank) {
+    keys[rank] = NextKey(sums, keys[rank - 1]);
+    sums = WithRank(sums, keys[rank]);
+  }
+  if (sums[kCards].back() >> key_bits != 0) throw std::runtime_error("keys are too large");
+  constexpr std::uint32_t kSpread = 0x9E3779B1;  // odd, near 2^32 / the golden ratio
+  for (std::uint32_t& key : keys) key = key * kSpread & ((1u << key_bits) - 1);
+  return keys;
+}
 
 // Ascending value of every rank multiset of `cards` cards that are no flush.
 std::map<RankCounts, int> ValuesOfRanks(int cards, const ReferenceValues& reference) {
   std::map<RankCounts, int> values;
   const std::map<RankCounts, int> fewer =
       cards > 5 ? ValuesOfRanks(cards - 1, reference) : std::map<RankCounts, int>();
-  for (const RankCounts& counts : AllRankCounts(cards)) {
+  for (const RankCounts& counts : AllRankCounts(reference.rules(), cards)) {
     int& best = values[counts];
-    if (cards == 5) best = 7463 - reference.Of(counts, false);
+    if (cards == 5) best = reference.Ascending(counts, false);
     for (std::size_t rank = 0; rank < 13 && cards > 5; ++rank) {
       if (counts[rank] == 0) continue;
       RankCounts without = counts;
@@ -57,42 +110,46 @@ struct SumValue {
   auto operator<=>(const SumValue&) const = default;
 };
 
-// All key sums with their values, rising; none if two different values have the same sum.
-std::vector<SumValue> ValuesBySum(const std::map<RankCounts, int>& values, const Keys& keys) {
+std::vector<SumValue> ValuesBySum(const std::map<RankCounts, int>& values, const Keys& keys,
+                                  int key_bits) {
   std::vector<SumValue> by_sum;
   for (const auto& [counts, value] : values) {
     std::uint32_t sum = 0;
     for (std::size_t rank = 0; rank < 13; ++rank) {
       sum += static_cast<std::uint32_t>(counts[rank]) * keys[rank];
     }
-    by_sum.push_back({sum, value});
+    by_sum.push_back({sum & ((1u << key_bits) - 1), value});
   }
   std::ranges::sort(by_sum);
-  by_sum.erase(std::unique(by_sum.begin(), by_sum.end()), by_sum.end());
   const auto same_sum = [](const SumValue& a, const SumValue& b) { return a.sum == b.sum; };
-  if (std::ranges::adjacent_find(by_sum, same_sum) != by_sum.end()) by_sum.clear();
+  if (std::ranges::adjacent_find(by_sum, same_sum) != by_sum.end()) {
+    throw std::runtime_error("two hands have the same sum of keys");
+  }
   return by_sum;
 }
 
 struct Packed {
-  std::vector<std::uint32_t> rows = std::vector<std::uint32_t>(kRows);
+  std::vector<std::uint32_t> rows;
   std::vector<int> values;
 };
 
-Packed Pack(const std::vector<SumValue>& by_sum) {
+Packed Pack(const std::vector<SumValue>& by_sum, int key_bits, int column_bits) {
   struct Entry {
     std::uint32_t column;
     int value;
   };
-  std::vector<std::vector<Entry>> rows(kRows);
+  const std::size_t row_count = std::size_t{1} << (key_bits - column_bits);
+  const std::uint32_t columns = 1u << column_bits;
+  std::vector<std::vector<Entry>> rows(row_count);
   for (const auto& [sum, value] : by_sum) {
-    rows[sum >> kColumnBits].push_back({sum % kColumns, value});
+    rows[sum >> column_bits].push_back({sum % columns, value});
   }
-  std::vector<std::size_t> order(kRows);
-  for (std::size_t i = 0; i < kRows; ++i) order[i] = i;
+  std::vector<std::size_t> order(row_count);
+  for (std::size_t i = 0; i < row_count; ++i) order[i] = i;
   std::ranges::stable_sort(order, std::greater<>(), [&](std::size_t i) { return rows[i].size(); });
 
   Packed packed;
+  packed.rows.resize(row_count);
   packed.values.resize(1u << 17);
   std::uint32_t last_offset = 0;
   for (const std::size_t row : order) {
@@ -108,75 +165,133 @@ Packed Pack(const std::vector<SumValue>& by_sum) {
   }
   if (last_offset > 0xFFFF) throw std::runtime_error("a row offset exceeds 16 bits");
   // Any key sum at all, of impossible cards too, stays inside the array.
-  packed.values.resize(last_offset + kColumns);
+  packed.values.resize(last_offset + columns);
   return packed;
 }
 
-// Best flush value, ascending, of every rank mask.
+// Best flush value, ascending, of every set of a deck's ranks.
 std::vector<int> FlushValues(const ReferenceValues& reference) {
-  std::vector<int> values(8192);
-  for (std::uint32_t mask = 0; mask < 8192; ++mask) {
+  const int lowest = reference.rules().lowest_rank;
+  std::vector<int> values(1u << (13 - lowest));
+  for (std::uint32_t mask = 0; mask < values.size(); ++mask) {
     const int ranks = __builtin_popcount(mask);
     if (ranks == 5) {
       RankCounts counts{};
-      for (std::size_t rank = 0; rank < 13; ++rank) counts[rank] = (mask >> rank & 1) != 0 ? 1 : 0;
-      values[mask] = 7463 - reference.Of(counts, true);
+      for (int rank = lowest; rank < 13; ++rank) {
+        counts[static_cast<std::size_t>(rank)] = static_cast<int>(mask >> (rank - lowest) & 1);
+      }
+      values[mask] = reference.Ascending(counts, true);
     }
-    for (std::uint32_t rank = 0; rank < 13 && ranks > 5; ++rank) {
-      if ((mask >> rank & 1) != 0)
-        values[mask] = std::max(values[mask], values[mask & ~(1u << rank)]);
+    for (std::uint32_t rest = mask; rest != 0 && ranks > 5; rest &= rest - 1) {
+      values[mask] = std::max(values[mask], values[mask & ~(rest & -rest)]);
     }
   }
   return values;
 }
 
-// What each card adds: its rank's key from bit 38, and 1 in the counter of its suit.
+// What each card adds: its rank's key at the top, and 1 in the counter of its suit.
+template <typename Tables>
 std::vector<std::string> CardWords(const Keys& keys) {
   std::vector<std::string> words;
   for (int card = 0; card < 52; ++card) {
     const std::uint64_t key = keys[static_cast<std::size_t>(card % 13)];
-    words.push_back(
-        std::to_string(key << CompactTables::kKeyShift | std::uint64_t{1} << (card / 13 * 4)) +
-        "u");
+    const std::uint64_t suit = card % 13 < Tables::kLowestRank
+                                   ? Tables::kAbsentBits & -Tables::kAbsentBits
+                                   : std::uint64_t{1} << (card / 13 * 4);
+    words.push_back(std::to_string(key << Tables::kKeyShift | suit) + "u");
   }
   return words;
 }
 
-}  // namespace
-
-void WriteCompactTables(std::ostream& out, const ReferenceValues& reference) {
-  std::array<std::map<RankCounts, int>, 3> values;
-  for (int cards = 5; cards <= 7; ++cards) {
-    values[static_cast<std::size_t>(cards - 5)] = ValuesOfRanks(cards, reference);
+// The same in 32 bits, without a counter of the last suit.
+template <typename Tables>
+std::vector<std::uint32_t> ShortWords(const Keys& keys) {
+  std::vector<std::uint32_t> words;
+  for (int card = 0; card < 52; ++card) {
+    const std::uint32_t suit = card < 39 ? 1u << (card / 13 * 3) : 0;
+    words.push_back(keys[static_cast<std::size_t>(card % 13)] << Tables::kShortKeyShift | suit);
   }
-  std::mt19937 random(1);
-  Keys keys;
-  std::array<std::vector<SumValue>, 3> by_sum;
-  const auto works = [&](std::size_t i) {
-    return !(by_sum[i] = ValuesBySum(values[i], keys)).empty();
-  };
-  do {
-    for (std::uint32_t& key : keys) key = static_cast<std::uint32_t>(random() % (kMaxKey + 1));
-    keys[0] = 0;
-  } while (!(works(2) && works(1) && works(0)));
+  return words;
+}
 
-  out << "// Written by pokermath_generate.\n#include \"eval/compact_keys.h\"\n"
-         "#include \"pokermath/evaluators.h\"\n"
-         "namespace pokermath {\nnamespace {\n";
-  for (std::size_t i = 0; i < 3; ++i) {
-    const Packed packed = Pack(by_sum[i]);
-    const std::string name = std::to_string(i + 5);
+// Pairs by card + 256 * card. Of each 256 places one deck takes 64, the next deck the next ones.
+constexpr std::size_t kPairRow = 256;
+constexpr std::size_t kPairDeck = 64;
+
+void AddPairs(const std::vector<std::uint32_t>& words, std::size_t place,
+              std::vector<std::uint32_t>& pairs) {
+  for (std::size_t i = 0; i < 52; ++i) {
+    for (std::size_t j = 0; j < 52; ++j) pairs[kPairRow * i + place + j] = words[i] + words[j];
+  }
+}
+
+// The suit of five and more out of `cards`, from 1, by the counts of three suits; 0 for none.
+std::vector<int> FlushSuits(int cards) {
+  std::vector<int> suits(512);
+  for (std::size_t counts = 0; counts < suits.size(); ++counts) {
+    int left = cards;
+    for (int suit = 0; suit < 3; ++suit) {
+      const int count = static_cast<int>(counts >> (3 * suit) & 7);
+      if (count >= 5) suits[counts] = suit + 1;
+      left -= count;
+    }
+    if (left >= 5) suits[counts] = 4;
+  }
+  return suits;
+}
+
+// Everything of one deck but the pairs, which follow those of the decks before.
+template <typename Tables>
+void WriteDeck(std::ostream& out, const ReferenceValues& reference, const Keys& keys,
+               const std::string& deck, std::size_t pair_place) {
+  out << "namespace {\n";
+  for (int cards = 5; cards <= 7; ++cards) {
+    const std::vector<SumValue> by_sum =
+        ValuesBySum(ValuesOfRanks(cards, reference), keys, Tables::kKeyBits);
+    const Packed packed = Pack(by_sum, Tables::kKeyBits, Tables::kColumnBits);
+    const std::string name = deck + std::to_string(cards);
     WriteArray(out, "const std::uint16_t kRows" + name + "[]", packed.rows);
     WriteArray(out, "const std::uint16_t kValues" + name + "[]", packed.values);
   }
   out << "}  // namespace\n";
-  WriteArray(out, "const std::uint32_t kRankKeys[13]", keys);
-  out << "const CompactTables kCompactTables = {\n.card_words = ";
-  WriteBraces(out, CardWords(keys));
+  out << "const " << deck << "Tables k" << deck << "Tables = {\n.card_words = ";
+  WriteBraces(out, CardWords<Tables>(keys));
+  out << ",\n.short_words = ";
+  WriteBraces(out, ShortWords<Tables>(keys));
   out << ",\n.flush_values = ";
   WriteBraces(out, FlushValues(reference));
-  out << ",\n.rows = {kRows5, kRows6, kRows7},\n.values = {kValues5, kValues6, kValues7},\n};\n"
-         "}  // namespace pokermath\n";
+  const auto all = [](const std::string& name) {
+    return "{" + name + "5, " + name + "6, " + name + "7}";
+  };
+  out << ",\n.rows = " << all("kRows" + deck) << ",\n.values = " << all("kValues" + deck)
+      << ",\n.pair_words = kPairWords + " << pair_place
+      << ",\n.flush_suits = " << all("kFlushSuits") << "};\n";
+}
+
+}  // namespace
+
+void WriteCompactTables(std::ostream& out, const ReferenceValues& values) {
+  const ReferenceValues short_values(kShortDeck);
+  const Keys keys = FindKeys(values.rules(), CompactTables::kKeyBits);
+  const Keys short_keys = FindKeys(short_values.rules(), ShortDeckTables::kKeyBits);
+  std::vector<std::uint32_t> pairs(52 * kPairRow);
+  AddPairs(ShortWords<CompactTables>(keys), 0, pairs);
+  AddPairs(ShortWords<ShortDeckTables>(short_keys), kPairDeck, pairs);
+
+  out << "// Written by pokermath_generate.\n#include \"eval/compact_keys.h\"\n"
+         "#include \"pokermath/evaluators.h\"\n"
+         "namespace pokermath {\nnamespace {\n";
+  WriteArray(out, "const std::uint32_t kPairWords[]", pairs);
+  for (int cards = 5; cards <= 7; ++cards) {
+    WriteArray(out, "const std::uint8_t kFlushSuits" + std::to_string(cards) + "[]",
+               FlushSuits(cards));
+  }
+  out << "}  // namespace\n";
+  WriteArray(out, "const std::uint32_t kRankKeys[13]", keys);
+  WriteArray(out, "const std::uint32_t kShortDeckKeys[13]", short_keys);
+  WriteDeck<CompactTables>(out, values, keys, "Compact", 0);
+  WriteDeck<ShortDeckTables>(out, short_values, short_keys, "ShortDeck", kPairDeck);
+  out << "}  // namespace pokermath\n";
 }
 
 }  // namespace pokermath

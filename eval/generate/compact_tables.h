@@ -7,7 +7,9 @@
 
 namespace pokermath {
 
-/// Writes the source of pokermath::kCompactTables.
+/// Writes the source of pokermath::kCompactTables and pokermath::kShortDeckTables.
+///
+/// @param values  of the full deck
 void WriteCompactTables(std::ostream& out, const ReferenceValues& values);
 
 }  // namespace pokermath

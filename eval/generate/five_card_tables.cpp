@@ -31,7 +31,7 @@ struct MaskTables {
 
 MaskTables FillMaskTables(const ReferenceValues& values) {
   MaskTables tables;
-  for (const RankCounts& counts : AllRankCounts(5)) {
+  for (const RankCounts& counts : AllRankCounts(kFullDeck, 5)) {
     if (std::ranges::max(counts) > 1) continue;
     std::size_t mask = 0;
     for (std::size_t rank = 0; rank < 13; ++rank) {
@@ -45,7 +45,7 @@ MaskTables FillMaskTables(const ReferenceValues& values) {
 
 std::map<std::uint32_t, int> FillProducts(const ReferenceValues& values) {
   std::map<std::uint32_t, int> products;
-  for (const RankCounts& counts : AllRankCounts(5)) {
+  for (const RankCounts& counts : AllRankCounts(kFullDeck, 5)) {
     if (std::ranges::max(counts) == 1) continue;
     std::uint32_t product = 1;
     for (std::size_t rank = 0; rank < 13; ++rank) {

@@ -29,7 +29,7 @@ int main(int argc, char** argv) {
   try {
     if (argc != 2) throw std::runtime_error("usage: pokermath_generate FOLDER");
     const std::string folder = argv[1];
-    const pokermath::ReferenceValues values;
+    const pokermath::ReferenceValues values(pokermath::kFullDeck);
     pokermath::WriteSource(folder + "/five_card_tables_data.cpp", values,
                            pokermath::WriteFiveCardTables);
     pokermath::WriteSource(folder + "/compact_tables_data.cpp", values,

@@ -8,7 +8,6 @@ namespace pokermath {
 namespace {
 
 constexpr int kAce = 12;
-constexpr int kFive = 3;
 
 // The ranks that are held `times` times, from the highest.
 std::vector<int> RanksHeld(const RankCounts& counts, int times) {
@@ -19,12 +18,13 @@ std::vector<int> RanksHeld(const RankCounts& counts, int times) {
   return ranks;
 }
 
-// The highest rank of a straight, or -1. The ace also counts below the deuce.
-int StraightTop(const std::vector<int>& singles) {
+// The highest rank of a straight, or -1. The ace also counts below the lowest rank.
+int StraightTop(const DeckRules& rules, const std::vector<int>& singles) {
   if (singles.size() != 5) return -1;
   if (singles.front() - singles.back() == 4) return singles.front();
-  const bool wheel = singles[0] == kAce && singles[1] == kFive;
-  return wheel ? kFive : -1;
+  const int wheel_top = rules.lowest_rank + 3;
+  const bool wheel = singles[0] == kAce && singles[1] == wheel_top;
+  return wheel ? wheel_top : -1;
 }
 
 Strength Make(int category, const std::vector<int>& ranks) {
@@ -40,28 +40,29 @@ std::vector<int> Join(std::vector<int> first, const std::vector<int>& second) {
 
 }  // namespace
 
-Strength Classify(const RankCounts& counts, bool one_suit) {
+Strength Classify(const DeckRules& rules, const RankCounts& counts, bool one_suit) {
   const std::vector<int> fours = RanksHeld(counts, 4);
   const std::vector<int> threes = RanksHeld(counts, 3);
   const std::vector<int> pairs = RanksHeld(counts, 2);
   const std::vector<int> singles = RanksHeld(counts, 1);
-  const int straight = StraightTop(singles);
+  const int straight = StraightTop(rules, singles);
 
   if (straight >= 0 && one_suit) return Make(9, {straight});
   if (!fours.empty()) return Make(8, Join(fours, singles));
-  if (!threes.empty() && !pairs.empty()) return Make(7, Join(threes, pairs));
-  if (one_suit) return Make(6, singles);
-  if (straight >= 0) return Make(5, {straight});
-  if (!threes.empty()) return Make(4, Join(threes, singles));
+  const bool full_house = !threes.empty() && !pairs.empty();
+  if (full_house) return Make(rules.short_order ? 6 : 7, Join(threes, pairs));
+  if (one_suit) return Make(rules.short_order ? 7 : 6, singles);
+  if (straight >= 0) return Make(rules.short_order ? 4 : 5, {straight});
+  if (!threes.empty()) return Make(rules.short_order ? 5 : 4, Join(threes, singles));
   if (pairs.size() == 2) return Make(3, Join(pairs, singles));
   if (pairs.size() == 1) return Make(2, Join(pairs, singles));
   return Make(1, singles);
 }
 
-std::vector<RankCounts> AllRankCounts(int cards) {
+std::vector<RankCounts> AllRankCounts(const DeckRules& rules, int cards) {
   std::vector<RankCounts> all = {RankCounts{}};
-  std::vector<int> lowest = {
-      0};  // cards are added in rising rank, so that each multiset comes once
+  // Cards are added in rising rank, so that each multiset comes once.
+  std::vector<int> lowest = {rules.lowest_rank};
   for (int added = 0; added < cards; ++added) {
     std::vector<RankCounts> next;
     std::vector<int> next_lowest;
@@ -79,12 +80,12 @@ std::vector<RankCounts> AllRankCounts(int cards) {
   return all;
 }
 
-ReferenceValues::ReferenceValues() {
+ReferenceValues::ReferenceValues(const DeckRules& rules) : rules_(rules) {
   std::vector<Strength> strengths;
-  for (const RankCounts& counts : AllRankCounts(5)) {
-    strengths.push_back(Classify(counts, false));
+  for (const RankCounts& counts : AllRankCounts(rules, 5)) {
+    strengths.push_back(Classify(rules, counts, false));
     const bool can_be_one_suit = std::ranges::max(counts) == 1;
-    if (can_be_one_suit) strengths.push_back(Classify(counts, true));
+    if (can_be_one_suit) strengths.push_back(Classify(rules, counts, true));
   }
   std::ranges::sort(strengths, std::greater<>());
   for (const Strength& strength : strengths) {

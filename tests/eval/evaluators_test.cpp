@@ -9,8 +9,10 @@
 #include <vector>
 
 #include "eval/batch.h"
+#include "eval/short_deck.h"
 #include "platform/isa.h"
 #include "pokermath/cards.h"
+#include "pokermath/hand_sum.h"
 #include "tests/cards/dealer.h"
 #include "tests/eval/oracle.h"
 
@@ -129,33 +131,94 @@ TEST(Words, OfValuesAndHands) {
   }
 }
 
+// So many cards of rank `lowest` and better.
+std::vector<int> DealFrom(Dealer& dealer, int count, int lowest) {
+  std::vector<int> cards;
+  while (cards.size() < static_cast<std::size_t>(count)) {
+    cards = dealer.Deal(20);
+    std::erase_if(cards, [lowest](int card) { return card % 13 < lowest; });
+  }
+  cards.resize(static_cast<std::size_t>(count));
+  return cards;
+}
+
+// A deck's evaluators, all of which are to agree with the one for a count known at run time.
+struct DeckEvaluators {
+  int lowest_rank;
+  int (*value)(const int* cards, int count);
+  void (*batch)(int count, const std::uint8_t* cards, std::size_t hands, std::uint16_t* values);
+  void (*batch_of)(Isa isa, int count, const std::uint8_t* cards, std::size_t hands,
+                   std::uint16_t* values);
+};
+const DeckEvaluators kFull = {0, EvaluateCards, EvaluateBatch, EvaluateBatch};
+const DeckEvaluators kShort = {kLowestShortDeckCard, EvaluateShortDeck, EvaluateShortDeckBatch,
+                               EvaluateShortDeckBatch};
+
+// Ints, bytes, and a sum that cards are added to and taken from.
+template <typename Sum, int count>
+void CheckSingle(const auto& tables, const DeckEvaluators& deck, Dealer& dealer) {
+  const std::vector<int> cards = DealFrom(dealer, count + 1, deck.lowest_rank);
+  const int value = deck.value(cards.data(), count);
+  ASSERT_EQ(tables.template ValueOf<count>(cards.data()), value) << CardNames(cards);
+  const std::vector<std::uint8_t> bytes(cards.begin(), cards.begin() + count);
+  ASSERT_EQ(tables.template ValueOf<count>(bytes.data()), value) << CardNames(cards);
+  Sum sum;
+  for (const int card : cards) sum.Add(card);
+  ASSERT_EQ(sum.Evaluate(), deck.value(cards.data(), count + 1));
+  sum.Remove(cards.back());
+  ASSERT_EQ(sum.Evaluate(), value) << CardNames(cards);
+  ASSERT_EQ(sum.cards(), CardSet(std::span(cards).first(count)));
+  ASSERT_EQ(sum.size(), count);
+  const auto half = std::span(cards).first(static_cast<std::size_t>(dealer.Below(count)));
+  ASSERT_EQ(Sum(sum.cards() - CardSet(half)).With(Sum(CardSet(half))).Evaluate(), value);
+}
+
+TEST(Single, EveryWayToGiveTheCardsIsWorthTheSame) {
+  Dealer dealer(5);
+  SCOPED_TRACE(dealer.Trace());
+  for (int trial = 0; trial < 20'000 && !HasFatalFailure(); ++trial) {
+    CheckSingle<HandSum, 5>(kCompactTables, kFull, dealer);
+    CheckSingle<HandSum, 6>(kCompactTables, kFull, dealer);
+    CheckSingle<HandSum, 7>(kCompactTables, kFull, dealer);
+    CheckSingle<ShortDeckHandSum, 5>(kShortDeckTables, kShort, dealer);
+    CheckSingle<ShortDeckHandSum, 6>(kShortDeckTables, kShort, dealer);
+    CheckSingle<ShortDeckHandSum, 7>(kShortDeckTables, kShort, dealer);
+  }
+}
+
 // The buffers have exactly the bytes that the contract asks for: under AddressSanitizer a read or
 // a write beyond them is seen.
 TEST(Batch, EveryLengthAndAlignmentStaysInItsBuffers) {
   Dealer dealer(4);
   SCOPED_TRACE(dealer.Trace());
-  std::vector<std::size_t> lengths = {511, 512, 513, 514, 1023, 1024, 1025, 5001};
+  std::vector<std::size_t> lengths = {511, 512, 513, 514, 515, 516, 517, 1023, 1024, 1025, 5001};
   for (std::size_t length = 0; length < 70; ++length) lengths.push_back(length);
   for (const std::size_t length : lengths) {
+    const DeckEvaluators& deck = length % 2 == 0 ? kFull : kShort;
+    const int count = 5 + static_cast<int>(length / 2 % 3);
     const std::size_t shift = length % 8;
-    std::vector<std::uint8_t> bytes(shift + 7 * length);
+    std::vector<std::uint8_t> bytes(shift);
     std::vector<std::uint16_t> expected;
     for (std::size_t hand = 0; hand < length; ++hand) {
-      const std::vector<int> cards = dealer.Deal(7);
-      std::copy(cards.begin(), cards.end(), bytes.data() + shift + 7 * hand);
-      expected.push_back(static_cast<std::uint16_t>(EvaluateCards<7>(cards.data())));
+      const std::vector<int> cards = DealFrom(dealer, count, deck.lowest_rank);
+      bytes.insert(bytes.end(), cards.begin(), cards.end());
+      expected.push_back(static_cast<std::uint16_t>(deck.value(cards.data(), count)));
     }
+    bytes.shrink_to_fit();
     const auto check = [&](auto evaluate) {
       std::vector<std::uint16_t> values(length);
-      evaluate(bytes.data() + shift, length, values.data());
-      ASSERT_EQ(values, expected) << length << " hands";
+      evaluate(count, bytes.data() + shift, length, values.data());
+      ASSERT_EQ(values, expected) << length << " hands of " << count;
     };
-    check([](auto... all) { EvaluateBatch(all...); });
+    check(deck.batch);
     for (const Isa isa : {Isa::kBaseline, Isa::kAvx2, Isa::kAvx512}) {
       SCOPED_TRACE("level " + std::to_string(static_cast<int>(isa)));
-      if (isa <= BestIsa()) check([isa](auto... all) { EvaluateBatch(isa, all...); });
+      if (isa <= BestIsa()) check([&](auto... all) { deck.batch_of(isa, all...); });
     }
   }
+  std::uint16_t values[2] = {7, 7};
+  EvaluateBatch(4, nullptr, 2, values);
+  EXPECT_EQ(values[0] + values[1], 0) << "no such count";
 }
 
 }  // namespace
