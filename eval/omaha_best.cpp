@@ -251,9 +251,22 @@ int BestOfPairs(const std::uint16_t* of_pairs, CardSet hand) {
   return best;
 }
 
+// The highest bits of a number that has so many.
+template <int kBits>
+unsigned Highest(unsigned bits) {
+  unsigned highest = 0;
+  for (int i = 0; i < kBits; ++i) highest |= std::bit_floor(bits & ~highest);
+  return highest;
+}
+
 }  // namespace
 
 int BestOmahaFlush(unsigned holes, unsigned board) {
+  // The highest ranks of both make the best flush, unless there may be a straight.
+  constexpr int kBestFlush = kCategoryStarts[8];
+  if (kCompactTables.flush_values[holes | board] <= kBestFlush) [[likely]] {
+    return kCompactTables.flush_values[Highest<2>(holes) | Highest<3>(board)];
+  }
   int best = 0;
   for (unsigned a = holes; a != 0; a &= a - 1) {
     for (unsigned b = a & (a - 1); b != 0; b &= b - 1) {

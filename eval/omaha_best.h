@@ -33,8 +33,10 @@ int BestOmahaValue(std::span<const int> hand, std::span<const int> board);
 int BestOmahaValue(CardSet hand, std::uint64_t hand_words, CardSet board,
                    std::uint64_t board_words);
 
-/// The best flush of two hole cards and three board cards of a suit, by their ranks as bits; 0 for
-/// none.
+/// The best flush of two hole cards and three board cards of a suit, by their ranks as bits.
+///
+/// @param holes  two ranks and more
+/// @param board  three and more, others
 int BestOmahaFlush(unsigned holes, unsigned board);
 
 /// What every pair of hole cards makes with a board of three to five cards.

@@ -9,6 +9,7 @@
 #include "eval/generate/compact_tables.h"
 #include "eval/generate/five_card_states.h"
 #include "eval/generate/five_card_tables.h"
+#include "eval/generate/low_tables.h"
 #include "eval/generate/reference.h"
 
 namespace pokermath {
@@ -36,6 +37,8 @@ int main(int argc, char** argv) {
                            pokermath::WriteCompactTables);
     pokermath::WriteSource(folder + "/five_card_states_data.cpp", values,
                            pokermath::WriteFiveCardStates);
+    pokermath::WriteSource(folder + "/low_tables_data.cpp", values,
+                           [](std::ostream& out, const auto&) { pokermath::WriteLowTables(out); });
   } catch (const std::exception& error) {
     std::cerr << "pokermath_generate: " << error.what() << "\n";
     return 1;
