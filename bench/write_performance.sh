@@ -100,7 +100,8 @@ HEAD
       }
       print "\n## Every benchmark\n"
       print "\"Plain\" rows are the loops as one would write them first, in the same program, so that the ratio"
-      print "holds on any machine; \"Former\" rows are how it was done before. isa 0 is baseline x86-64, 1 is AVX2, 2 is AVX-512; the library chooses the best"
+      print "holds on any machine; \"Former\" rows are how it was done before. isa or level 0 is baseline"
+      print "x86-64, 1 is AVX2, 2 is AVX-512; the library chooses the best"
       print "one that the machine has. board 3 is the flop, 4 the turn, 5 the river. hands 0 is AhKd against QcJs,"
       print "1 is 7c7d against AsKs, 2 is AhKh against QdJd. flop 0 is 2c7dTh, 1 is 2c7cTh, 2 is 2c7cTc. Rates are"
       print "hands, or deals, a second.\n"

@@ -233,23 +233,15 @@ POKERMATH_TARGET_VBMI inline Eight LoadEight(const std::uint8_t* cards, std::siz
     }
     return spread;
   }();
-  const __mmask64 readable = ~std::uint64_t{0} >> (64 - kCount * hands);
+  const __mmask64 readable = hands == 0 ? 0 : ~std::uint64_t{0} >> (64 - kCount * hands);
   return _mm512_permutexvar_epi8(_mm512_loadu_si512(kSpread.data()),
                                  _mm512_maskz_loadu_epi8(readable, cards));
 }
 
-// The columns of the hands' key sums and their rows, 16 bits each.
-template <typename Tables>
-POKERMATH_TARGET_VBMI inline __m256i ColumnsAndRows(const CardBytes& bytes, Eight cards,
-                                                    __mmask64 places) {
-  const Eight sums =
-      Joined(Joined(SumOf(bytes.key[0], cards, places), SumOf(bytes.key[1], cards, places), 8),
-             SumOf(bytes.key[2], cards, places), 16);
-  const Eight columns = _mm512_and_si512(sums, _mm512_set1_epi64(Tables::kColumns - 1));
-  const Eight rows =
-      _mm512_and_si512(_mm512_slli_epi64(sums, 16 - Tables::kColumnBits),
-                       _mm512_set1_epi64((Tables::kKeys / Tables::kColumns - 1) << 16));
-  return _mm512_cvtepi64_epi32(_mm512_or_si512(columns, rows));
+// The sums of the hands' keys.
+POKERMATH_TARGET_VBMI inline Eight SumKeys(const CardBytes& bytes, Eight cards, __mmask64 places) {
+  return Joined(Joined(SumOf(bytes.key[0], cards, places), SumOf(bytes.key[1], cards, places), 8),
+                SumOf(bytes.key[2], cards, places), 16);
 }
 
 // The bytes of up to eight hands of a list.
@@ -275,25 +267,38 @@ POKERMATH_TARGET_VBMI inline Eight FlushRanks(const CardBytes& bytes, Eight card
   return Joined(SumOf(bytes.rank[0], cards, of_suit), SumOf(bytes.rank[1], cards, of_suit), 8);
 }
 
-// Up to kBlock hands: the columns and rows of their key sums, and a list of the flushes.
+// Sixteen hands go as two times eight, side by side in 32 bits each: hand i and hand 8 + i.
+constexpr std::size_t kPairOfEights = 16;
+constexpr std::size_t HandOf(std::size_t lane) { return lane / 2 + lane % 2 * 8; }
+
+// Up to kBlock hands: the columns and rows of their key sums, 16 bits each, in the order of lanes;
+// and a list of the flushes, in any order.
 template <typename Tables, int kCount>
-POKERMATH_TARGET_VBMI std::size_t SumKeys(const CardBytes& bytes, const std::uint8_t* cards,
+POKERMATH_TARGET_VBMI std::size_t Prepare(const CardBytes& bytes, const std::uint8_t* cards,
                                           std::size_t hands, std::uint16_t* columns_and_rows,
                                           std::uint32_t* flushes) {
-  __m256i numbers = _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7);
+  constexpr __mmask64 kPlaces = kCardPlaces<kCount>;
+  __m512i numbers = _mm512_setr_epi32(0, 8, 1, 9, 2, 10, 3, 11, 4, 12, 5, 13, 6, 14, 7, 15);
   std::size_t flush_count = 0;
-  for (std::size_t first = 0; first < hands; first += 8) {
-    const std::size_t there = std::min<std::size_t>(hands - first, 8);
-    const Eight eight = LoadEight<kCount>(cards + kCount * first, there);
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(columns_and_rows + 2 * first),
-                        ColumnsAndRows<Tables>(bytes, eight, kCardPlaces<kCount>));
-    const Eight suits = SuitsOfFive(bytes, eight, kCardPlaces<kCount>);
-    const auto flush =
-        static_cast<__mmask8>(_mm512_test_epi64_mask(suits, suits) & ((1u << there) - 1));
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(flushes + flush_count),
-                        _mm256_maskz_compress_epi32(flush, numbers));
+  for (std::size_t first = 0; first < hands; first += kPairOfEights) {
+    const std::size_t there = std::min(hands - first, kPairOfEights);
+    const std::uint8_t* from = cards + kCount * first;
+    const Eight low = LoadEight<kCount>(from, std::min<std::size_t>(there, 8));
+    const Eight high = there <= 8 ? low : LoadEight<kCount>(from + 8 * kCount, there - 8);
+    const __m512i sums = Joined(SumKeys(bytes, low, kPlaces), SumKeys(bytes, high, kPlaces), 32);
+    const __m512i columns = _mm512_and_si512(sums, _mm512_set1_epi32(Tables::kColumns - 1));
+    const __m512i rows =
+        _mm512_and_si512(_mm512_slli_epi32(sums, 16 - Tables::kColumnBits),
+                         _mm512_set1_epi32((Tables::kKeys / Tables::kColumns - 1) << 16));
+    _mm512_storeu_si512(columns_and_rows + 2 * first, _mm512_or_si512(columns, rows));
+
+    const __m512i suits =
+        Joined(SuitsOfFive(bytes, low, kPlaces), SuitsOfFive(bytes, high, kPlaces), 32);
+    const __mmask16 flush = _mm512_mask_test_epi32_mask(
+        _mm512_cmplt_epu32_mask(numbers, _mm512_set1_epi32(static_cast<int>(hands))), suits, suits);
+    _mm512_storeu_si512(flushes + flush_count, _mm512_maskz_compress_epi32(flush, numbers));
     flush_count += static_cast<std::size_t>(__builtin_popcount(flush));
-    numbers = _mm256_add_epi32(numbers, _mm256_set1_epi32(8));
+    numbers = _mm512_add_epi32(numbers, _mm512_set1_epi32(kPairOfEights));
   }
   return flush_count;
 }
@@ -303,9 +308,18 @@ template <const auto& kTables, int kCount>
 void LookUp(const std::uint16_t* columns_and_rows, std::size_t hands, std::uint16_t* values) {
   const std::uint16_t* rows = kTables.rows[kCount - 5];
   const std::uint16_t* without_suits = kTables.values[kCount - 5];
-#pragma GCC unroll 8
-  for (std::size_t i = 0; i < hands; ++i) {
-    values[i] = without_suits[columns_and_rows[2 * i] + rows[columns_and_rows[2 * i + 1]]];
+  const auto value = [=](std::size_t place) {
+    return without_suits[columns_and_rows[2 * place] + rows[columns_and_rows[2 * place + 1]]];
+  };
+  std::size_t first = 0;
+  for (; first + kPairOfEights <= hands; first += kPairOfEights) {
+#pragma GCC unroll 16
+    for (std::size_t lane = 0; lane < kPairOfEights; ++lane) {
+      values[first + HandOf(lane)] = value(first + lane);
+    }
+  }
+  for (std::size_t lane = 0; lane < kPairOfEights; ++lane) {
+    if (first + HandOf(lane) < hands) values[first + HandOf(lane)] = value(first + lane);
   }
 }
 
@@ -315,11 +329,11 @@ POKERMATH_TARGET_VBMI void EvaluateVbmi(const std::uint8_t* cards, std::size_t h
   static const CardBytes bytes(KeysOf(kTables));
   using Tables = std::remove_cvref_t<decltype(kTables)>;
   std::uint16_t columns_and_rows[2 * kBlock];
-  std::uint32_t flushes[kBlock + 8];
+  std::uint32_t flushes[kBlock + kPairOfEights];
   for (std::size_t done = 0; done < hands; done += kBlock) {
     const std::size_t size = std::min(hands - done, kBlock);
     const std::size_t flush_count =
-        SumKeys<Tables, kCount>(bytes, cards, size, columns_and_rows, flushes);
+        Prepare<Tables, kCount>(bytes, cards, size, columns_and_rows, flushes);
     LookUp<kTables, kCount>(columns_and_rows, size, values);
     for (std::size_t first = 0; first < flush_count; first += 8) {
       const std::size_t there = std::min<std::size_t>(flush_count - first, 8);
