@@ -303,11 +303,14 @@ Result<Sums> Calculation::ReadSums(std::string_view bytes) const {
     const UnsignedInt128 byte = static_cast<unsigned char>(bytes[i]);
     sums.numbers[i / kBytes] |= static_cast<Int128>(byte << 8 * (i % kBytes));
   }
+  // Steps may take off what others add, so only all of them are never below 0.
   constexpr Int128 kMost = Int128{1} << 126;
-  for (const Int128 number : sums.numbers) {
-    if (number < 0 || number >= kMost) return Error{ErrorCode::kText, "damaged sums"};
+  const Int128 done = sums.numbers[SumsLayout::kSteps];
+  const Int128 least = done == steps() ? 0 : 1 - kMost;
+  const auto is_sum = [=](Int128 number) { return least <= number && number < kMost; };
+  if (done < 0 || done > steps() || !std::ranges::all_of(sums.numbers, is_sum)) {
+    return Error{ErrorCode::kText, "damaged sums"};
   }
-  if (sums.numbers[SumsLayout::kSteps] > steps()) return Error{ErrorCode::kText, "damaged sums"};
   return sums;
 }
 

@@ -18,7 +18,7 @@
 
 namespace pokermath {
 
-/// Sets of so many cards out of some, up to five, all as likely: drawn as two parts from lists,
+/// Sets of so many cards out of some, up to six, all as likely: drawn as two parts from lists,
 /// again where these share a card. Every set comes in as many ways.
 class CardDraw {
  public:

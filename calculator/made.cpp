@@ -143,6 +143,8 @@ std::optional<double> MadeCost(const CheckedQuestion& question) {
   if (!question.asked().detail.made || !question.folded().empty()) return std::nullopt;
   const QuestionPointer totals = TotalsOf(question);
   if (CheapestFor(*totals).solver == nullptr) return std::nullopt;
+  // Too many hands for an answer by hand; of fewer, a board leaves fewer still.
+  if (!OnBoard(question, {}, kByHand)) return std::nullopt;
   const Boards boards(question);
   const SuitSymmetry symmetry(question);
   return CheapestFor(*totals).cost +

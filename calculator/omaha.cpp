@@ -267,8 +267,9 @@ class OmahaBeforeFlopWork final : public OmahaWork {
   // What a class takes for its ranks, for the sets of them that hands have of a suit, most of which
   // are met early, and for hands.
   static double CostOfClass(const CheckedQuestion& question, double hands) {
-    const double most =
-        std::array{50, 120, 250}[static_cast<std::size_t>(question.rules().hand_size) - 4];
+    constexpr std::array kMost = {50, 120, 250};
+    static_assert(kMost.size() == kOmahaHandSizes.size());
+    const double most = kMost[static_cast<std::size_t>(question.rules().hand_size) - 4];
     return (question.rules().high_low ? 2 : 1) * (1e4 + 2e3 * std::min(hands, most)) + 100 * hands;
   }
 

@@ -255,8 +255,7 @@ class OmahaRangesWork final : public Work {
     for (const std::size_t player : {0u, 1u}) AddPlayer(player, sweep, times, sums);
   }
 
-  // All boards that allow no flush, and of those that do, the lows. What is taken off has been
-  // added before, so that no sum is ever below 0.
+  // All boards that allow no flush, and of those that do, the lows.
   void CountByClasses(std::span<Int128> sums) const requires(hand_size == 4) {
     const OmahaClassRunouts all(BestIsa(), ranges_, question_->board(), question_->live(),
                                 question_->to_come(), question_->rules().high_low);

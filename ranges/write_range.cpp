@@ -25,6 +25,7 @@ namespace {
 // weights; of the others single hands are listed.
 template <int cards>
 constexpr std::size_t kMostPatternLists = std::size_t{16} >> 2 * (cards - 4);
+static_assert(kMostPatternLists<kOmahaHandSizes.back()> > 0);
 
 // Higher ranks first, as players say it.
 std::string HandText(CardSet hand) {

@@ -51,11 +51,14 @@ class OmahaTermReader : PieceCursor {
  private:
   static std::string Size() {
     constexpr std::array kWords = {"no", "one", "two", "three", "four", "five", "six"};
+    static_assert(cards < kWords.size());
     return kWords[cards];
   }
 
   static std::string Expected() {
-    const std::string hand = std::string("AsKsQhJh9c8d").substr(0, 2 * cards);
+    constexpr std::string_view kHand = "AsKsQhJh9c8d";
+    static_assert(2 * cards <= kHand.size());
+    const std::string hand(kHand.substr(0, 2 * cards));
     const std::string any(cards - 2, 'x');
     return Size() + " cards (" + hand + ", AA" + any + ", [T-A][T-A]" + any + ")" +
            (HasOmahaOrder(cards) ? ", a percentage (10%, 5%-20%)" : "") + " or random";

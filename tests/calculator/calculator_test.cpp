@@ -1171,6 +1171,17 @@ TEST(Calculation, StepsInAnyOrderAndPartsGiveTheSameBytes) {
   questions.push_back(PooledQuestions()[2]);
   questions[2].method = Method::kSampled;
   questions[2].sampling = {.standard_error = 0, .trials = 20000};
+  // Steps of these take off what the first one adds.
+  const auto ask = [&](Game game, const char* first, const char* second, const char* board) {
+    questions.push_back(
+        {.game = game,
+         .players = {ReadRange(game, first).value().range, ReadRange(game, second).value().range},
+         .board = Cards(board),
+         .method = Method::kExact,
+         .detail = {.hands = true}});
+  };
+  ask(Game::kOmaha, "AsKsQhJh", "AAxx", "2c7dTh");
+  ask(Game::kOmahaHighLow, "AA2x", "A23x", "2c7dTh");
   for (const EquityQuestion& of : questions) {
     const Result<Calculation> plan = Plan(of);
     ASSERT_TRUE(plan);
