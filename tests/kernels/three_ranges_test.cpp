@@ -128,9 +128,10 @@ TEST(OmahaThreeSweep, EqualsEveryTripleOfHands) {
     std::vector<int> deck(52);
     std::iota(deck.begin(), deck.end(), 0);
     std::shuffle(deck.begin(), deck.end(), random);
-    if (i % 3 == 0) std::ranges::stable_partition(deck, [](int card) { return card < 13; });
+    if (i % 3 == 0)
+      std::stable_partition(deck.begin(), deck.end(), [](int card) { return card < 13; });
     if (i % 3 == 1) std::ranges::stable_sort(deck, {}, [](int card) { return card % 13 / 6; });
-    const std::size_t board_size = 5 - i % 4 / 2;
+    const std::size_t board_size = i % 4 < 2 ? 5 : 4;
     const CardSet board{std::span<const int>(deck).first(board_size)};
     // Of 14 cards nearly all hands clash, and equal ones are in several ranges.
     deck.resize(board_size + (i % 2 == 0 ? 14 : 40));
