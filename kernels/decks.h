@@ -63,11 +63,13 @@ struct DeckValues<Deck::kShort> {
 /// Slow: for tables that are made once. Flushes are those of kShort.
 template <>
 struct DeckValues<Deck::kShortStraights> : DeckValues<Deck::kShort> {
+  /// Counts of the ranks, three bits each.
+  static std::uint32_t KeyOf(int rank) { return 1u << 3 * (rank - kLowestShortDeckCard); }
   template <int count>
   static std::int16_t OfRanks(std::uint32_t key) {
     // Cards that stand for their ranks: dealt round the suits in rising order, no suit gets more
     // than two of seven.
-    std::array<int, count> cards;
+    std::array<int, count> cards{};
     int size = 0;
     for (int rank = kLowestShortDeckCard; rank < 13; ++rank) {
       for (std::uint32_t of_rank = key / KeyOf(rank) & 7; of_rank > 0; --of_rank, ++size) {

@@ -21,18 +21,18 @@ std::vector<std::vector<int>> RankMultisets(Deck deck, int size) {
   return multisets;
 }
 
-template <Deck deck>
-std::uint32_t KeyOf(const std::vector<int>& ranks) {
+using KeyOfRank = std::uint32_t (*)(int rank);
+
+std::uint32_t KeyOf(KeyOfRank key_of, const std::vector<int>& ranks) {
   std::uint32_t key = 0;
-  for (const int rank : ranks) key += DeckValues<deck>::KeyOf(rank);
+  for (const int rank : ranks) key += key_of(rank);
   return key;
 }
 
-template <Deck deck>
-std::uint32_t KeyOf(RankSet ranks) {
+std::uint32_t KeyOf(KeyOfRank key_of, RankSet ranks) {
   std::uint32_t key = 0;
-  for (int rank = LowestRank(deck); rank < 13; ++rank) {
-    if ((ranks >> rank & 1) != 0) key += DeckValues<deck>::KeyOf(rank);
+  for (int rank = 0; rank < 13; ++rank) {
+    if ((ranks >> rank & 1) != 0) key += key_of(rank);
   }
   return key;
 }
@@ -49,16 +49,16 @@ std::vector<RankSet> RankSets(Deck deck, int size) {
 }
 
 template <Deck deck>
-SuitBoards BuildSuitBoards(int suited, int others) {
+SuitBoards BuildSuitBoards(KeyOfRank key_of, int suited, int others) {
   const std::vector<RankSet> sets = RankSets(deck, suited);
   SuitBoards boards;
   boards.suited = suited;
   boards.sets = static_cast<int>(sets.size());
   boards.rests = RankMultisets(deck, others);
-  for (const std::vector<int>& rest : boards.rests) boards.rest_keys.push_back(KeyOf<deck>(rest));
+  for (const std::vector<int>& rest : boards.rests) boards.rest_keys.push_back(KeyOf(key_of, rest));
   for (const RankSet set : sets) {
     boards.set_ranks.push_back(static_cast<std::int16_t>(set));
-    boards.set_keys.push_back(KeyOf<deck>(set));
+    boards.set_keys.push_back(KeyOf(key_of, set));
   }
   boards.flushes.resize(kHoldings * sets.size());
   for (RankSet hole = 0; hole <= kAllRanks; ++hole) {
@@ -75,15 +75,18 @@ SuitBoards BuildSuitBoards(int suited, int others) {
 
 template <Deck deck, int kBoard>
 MatchupTables<deck, kBoard>::MatchupTables(Deck rules)
-    : value_(DeckValues<deck>::template OfRanks<kBoard + 2>), keys_(kSize) {
+    : key_of_(DeckValues<deck>::KeyOf),
+      value_(DeckValues<deck>::template OfRanks<kBoard + 2>),
+      keys_(kSize) {
   if (rules == Deck::kShortStraights) {
+    key_of_ = DeckValues<Deck::kShortStraights>::KeyOf;
     value_ = DeckValues<Deck::kShortStraights>::OfRanks<kBoard + 2>;
   }
   const std::vector<std::vector<int>> multisets = RankMultisets(deck, kBoard);
   weights_.resize(kSize, 0);
   counts_.resize(std::size_t{13} * kSize, 0);
   for (std::size_t i = 0; i < multisets.size(); ++i) {
-    keys_[i] = KeyOf<deck>(multisets[i]);
+    keys_[i] = KeyOf(key_of_, multisets[i]);
     int weight = 1;
     for (std::size_t rank = 0; rank < 13; ++rank) {
       const auto held = std::ranges::count(multisets[i], static_cast<int>(rank));
@@ -94,7 +97,7 @@ MatchupTables<deck, kBoard>::MatchupTables(Deck rules)
   }
   int suited = 3;
   for (SuitBoards& boards : suit_boards_) {
-    boards = BuildSuitBoards<deck>(suited, kBoard - suited);
+    boards = BuildSuitBoards<deck>(key_of_, suited, kBoard - suited);
     ++suited;
   }
 }
@@ -112,7 +115,7 @@ const MatchupTables<deck, kBoard>& MatchupTables<deck, kBoard>::Get(Deck rules) 
 template <Deck deck, int kBoard>
 void MatchupTables<deck, kBoard>::Build(int rank_class, ClassValues& values) const {
   const auto [low, high] = RanksOf(rank_class);
-  const std::uint32_t hole_key = DeckValues<deck>::KeyOf(high) + DeckValues<deck>::KeyOf(low);
+  const std::uint32_t hole_key = key_of_(high) + key_of_(low);
   const auto value = [this, hole_key](std::uint32_t key) { return value_(hole_key + key); };
   values.by_multiset.resize(kSize);
   std::ranges::transform(keys_, values.by_multiset.begin(), value);

@@ -97,6 +97,7 @@ class MatchupTables {
   explicit MatchupTables(Deck rules);
   void Build(int rank_class, ClassValues& values) const;
 
+  std::uint32_t (*key_of_)(int rank);
   std::int16_t (*value_)(std::uint32_t key);  // of kBoard + 2 cards by the sum of their rank keys
   Values weights_;
   Values counts_;
