@@ -114,13 +114,15 @@ class Pools::Part {
     half1_ = part_of(std::move(draw));
     RandomNumbers random = NumbersToLook();
     std::int64_t attempts = 0;
-    double pairs = 0, all = 0;
+    double pairs = 0, all = 0, deals = 0;
     for (std::size_t count = kLooks; count <= kMostDeals; count *= 4) {
       const Halves halves = DrawHalves(random, count, attempts);
       ForEachPair(halves, attempts, [&](std::size_t, std::size_t) { ++pairs; });
       all += static_cast<double>(halves[0].size()) * static_cast<double>(halves[1].size());
+      deals += static_cast<double>(count);
       if (pairs >= kEnoughPairs) break;
     }
+    attempts_a_deal_ = static_cast<double>(attempts) / deals;
     fit_ = std::max(pairs, 0.5) / std::max(all, 1.0);
   }
 
@@ -162,6 +164,8 @@ class Pools::Part {
     return std::min(of_half(*half1_), of_half(*half2_));
   }
   double fit() const { return fit_; }
+  // What a deal of each half takes, about.
+  double attempts_a_deal() const { return attempts_a_deal_; }
   const std::vector<std::size_t>& players() const { return players_; }
 
  private:
@@ -211,6 +215,7 @@ class Pools::Part {
   std::optional<RangeDraw> whole_;
   std::unique_ptr<const Part> half1_, half2_;
   double fit_ = 1;  // of the pairs of deals of both halves
+  double attempts_a_deal_ = 0;
 };
 
 bool Pools::PayFor(const RangeDraw& draw) {
@@ -228,6 +233,7 @@ Pools::Pools(RangeDraw draw, int to_come, std::int64_t trials)
   deals_ = std::max(all_->SizeFor(uses * uses / all_->fit()), kFewestDeals);
   if (trials > 0) deals_ = std::min(deals_, all_->SizeFor(static_cast<double>(trials) / kPools));
   trials_ = all_->PairsOf(deals_);
+  attempts_ = all_->attempts_a_deal() * static_cast<double>(deals_);
 }
 Pools::Pools(Pools&&) noexcept = default;
 Pools::~Pools() = default;
@@ -241,7 +247,6 @@ std::int64_t Pools::Deal(RandomNumbers& random, std::int64_t& attempts, DealtBlo
   };
   std::array<Pair, DealtBlock::kMost> pairs;
   std::size_t count = 0;
-  std::int64_t trials = 0;
   const auto use = [&] {
     for (std::size_t i = 0; i < count; ++i) {
       held[i] = halves[0].held[pairs[i].first] | halves[1].held[pairs[i].second];
@@ -255,16 +260,21 @@ std::int64_t Pools::Deal(RandomNumbers& random, std::int64_t& attempts, DealtBlo
         block.places[player][i] = hand.place;
       }
     }
-    trials += static_cast<std::int64_t>(count);
     visit(count);
     count = 0;
   };
+  // Trials that share no deal of a half are independent.
+  std::array<std::vector<bool>, 2> used{std::vector<bool>(halves[0].size()),
+                                        std::vector<bool>(halves[1].size())};
   Part::ForEachPair(halves, attempts, [&](std::size_t i, std::size_t j) {
+    used[0][i] = used[1][j] = true;
     pairs[count++] = {static_cast<std::uint32_t>(i), static_cast<std::uint32_t>(j)};
     if (count == pairs.size()) use();
   });
   if (count > 0) use();
-  return std::min(trials, static_cast<std::int64_t>(all_->FewestDrawn(deals_)));
+  return std::min({static_cast<std::int64_t>(all_->FewestDrawn(deals_)),
+                   static_cast<std::int64_t>(std::ranges::count(used[0], true)),
+                   static_cast<std::int64_t>(std::ranges::count(used[1], true))});
 }
 
 }  // namespace pokermath

@@ -32,12 +32,14 @@ class Pools {
   std::size_t deals() const { return deals_; }
   /// Trials of a pool, about.
   double trials() const { return trials_; }
+  /// What a pool takes, about, in deals that are drawn.
+  double attempts() const { return attempts_; }
 
   /// Deals one pool: fills blocks and calls visit(trials) with each of them.
   ///
   /// @param attempts  in and out: more by what it takes, in deals that are drawn
   /// @param held      out: the cards of all of them
-  /// @return of the trials, so many at the least are independent
+  /// @return about how many of the trials are independent
   std::int64_t Deal(RandomNumbers& random, std::int64_t& attempts, DealtBlock& block,
                     std::span<CardSet> held, const std::function<void(std::size_t)>& visit) const;
 
@@ -47,6 +49,7 @@ class Pools {
   std::unique_ptr<const Part> all_;
   std::size_t deals_ = 0;
   double trials_ = 0;
+  double attempts_ = 0;
 };
 
 }  // namespace pokermath

@@ -86,8 +86,9 @@ class SamplingWork : public Work {
         std::max(kMostDealsATrial * trials / static_cast<double>(pools.deals()), kFewestPools);
     pools_ =
         static_cast<std::int64_t>(std::ceil(std::min(kMorePools * trials / pools.trials(), most)));
-    pools_a_step_ = static_cast<std::int64_t>(
-        std::max(1.0, static_cast<double>(kTrialsAStep) / pools.trials()));
+    const double most_a_step = std::min(static_cast<double>(kTrialsAStep) / pools.trials(),
+                                        static_cast<double>(kMostAttemptsAStep) / pools.attempts());
+    pools_a_step_ = static_cast<std::int64_t>(std::max(1.0, most_a_step));
   }
 
   void Deal(std::int64_t step, RandomNumbers& random, DealtBlock& block, std::span<Int128> sums,

@@ -22,8 +22,8 @@ namespace {
 
 constexpr const char* kTablesHelp =
     R"(Tables: hand-ranks, river-equity, turn-equity, six-plus-5, six-plus-7, six-plus-equity,
-matchups, combinations, omaha-strength, omaha5-strength, omaha-order, omaha5-order, omaha7; without
-a name, all of them (520 MB).
+matchups, six-plus-matchups, six-plus-straights-matchups, combinations, omaha-strength,
+omaha5-strength, omaha-order, omaha5-order, omaha7; without a name, all of them (520 MB).
 omaha5-strength takes the longest, a minute or two on one processor; when it or omaha-strength is
 stopped, the next build goes on from there.
 Folder: --dir, else $POKERMATH_DATA, else $XDG_DATA_HOME/pokermath, else

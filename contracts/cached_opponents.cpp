@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "kernels/decks.h"
 #include "kernels/matchups.h"
 #include "kernels/range_count.h"
 
@@ -42,9 +43,22 @@ Tally Count(Deck deck, std::span<const int, 2> hand, std::span<const Combination
 
 Tally CountWithTable(Deck deck, std::span<const int, 2> hand, std::span<const Combination> holdings,
                      const EquityTable& table) {
-  omp_set_dynamic(1);  // once there was a team here, and hosts may count on the setting
-  return Count(deck, hand, holdings, table, Street::kRiver,
-               deck == Deck::kFull ? BoardsOf(Street::kRiver) : kShortDeckBoards);
+  const int boards = deck == Deck::kFull ? BoardsOf(Street::kRiver) : kShortDeckBoards;
+  // Matchups that are known are looked up one by one, others counted together.
+  const std::size_t together = IsHandOf(deck, hand) ? 1 : holdings.size();
+  const auto parts = static_cast<int>(together == 0 ? 0 : holdings.size() / together);
+  std::vector<Tally> tallies(static_cast<std::size_t>(parts));
+  omp_set_dynamic(1);
+  // Every index writes its own slot only.
+#pragma omp parallel for schedule(static)
+  for (int i = 0; i < parts; ++i) {
+    const auto slot = static_cast<std::size_t>(i);
+    tallies[slot] = Count(deck, hand, holdings.subspan(slot * together, together), table,
+                          Street::kRiver, boards);
+  }
+  Tally all;
+  for (const Tally& tally : tallies) all += tally;
+  return all;
 }
 
 Tally CountWithTurnTable(std::span<const int, 2> hand, std::span<const Combination> holdings,

@@ -14,7 +14,7 @@ namespace pokermath {
 
 /// A hand against the holdings that share no card with it, to the river: from an equity table, and
 /// what that lacks from the matchups that the library knows. Switches OpenMP's dynamic team sizing
-/// on.
+/// on and shares the holdings out among its team.
 Tally CountWithTable(Deck deck, std::span<const int, 2> hand, std::span<const Combination> holdings,
                      const EquityTable& table);
 

@@ -76,11 +76,20 @@ struct DeckValues<Deck::kShortStraights> : DeckValues<Deck::kShort> {
         cards[static_cast<std::size_t>(size)] = rank + 13 * (size % 4);
       }
     }
+    if (size != count) return 0;  // where there is no set of ranks
     const std::span<const int> dealt(cards);
     return static_cast<std::int16_t>(
         WorthOf(RulesOf(Game::kShortDeckStraights), dealt.first(2), dealt.subspan(2)).high);
   }
 };
+
+/// Whether they are two different cards of the deck.
+inline bool IsHandOf(Deck deck, std::span<const int, 2> hand) {
+  const auto is_in_deck = [deck](int card) {
+    return static_cast<unsigned>(card) < 52 && (AbsentCards(deck) >> card & 1) == 0;
+  };
+  return hand[0] != hand[1] && is_in_deck(hand[0]) && is_in_deck(hand[1]);
+}
 
 }  // namespace pokermath
 

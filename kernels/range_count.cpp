@@ -105,14 +105,6 @@ void Deal(std::vector<int>& board, std::size_t cards, std::uint64_t taken, int f
   }
 }
 
-// Whether they are two different cards of the deck.
-bool IsHandOf(Deck deck, std::span<const int, 2> hand) {
-  const auto is_in_deck = [deck](int card) {
-    return static_cast<unsigned>(card) < 52 && (Bit(card) & AbsentCards(deck)) == 0;
-  };
-  return hand[0] != hand[1] && is_in_deck(hand[0]) && is_in_deck(hand[1]);
-}
-
 Tally CountGroups(const ShowdownCounts& counts, std::span<const int, 2> hand,
                   std::span<const Combination> opponents, std::uint64_t taken) {
   OpponentGroups groups(counts, hand);

@@ -59,8 +59,8 @@ POKERMATH_EXPORT int load_equity_table_6Plus(CString path);
 /// To the river: exact for 0, 3, 4 and 5 board cards; 0.0 for another count.
 POKERMATH_EXPORT double getProbabilityOfWinBySpectr6Plus(int* hand, int* board, int boardCount,
                                                          const Spec& spec);
-/// From an empty board, by GetWinHandVsHand6Plus for each holding. Switches OpenMP's dynamic team
-/// sizing on, but starts no thread.
+/// From an empty board, by GetWinHandVsHand6Plus for each holding; shared out among OpenMP's
+/// workers.
 POKERMATH_EXPORT double getProbabilityOfWinBySpectrWithNoBoard6Plus(int* hand, const Spec& spec);
 /// From three board cards, and from four.
 POKERMATH_EXPORT double getProbabilityOfWinBySpectrWithFlop6Plus(int* hand, int* board,

@@ -255,8 +255,8 @@ class POKERMATH_EXPORT PokerLogic {
   /// To the river, from 0 to 5 known board cards: exact for 0, 3, 4 and 5, over trialCount random
   /// boards for 1 and 2. 0.0 for another count.
   double getProbabilityOfWinBySpectr(int* hand, int* board, int boardCount, const Spec& spec);
-  /// From an empty board, by GetWinHandVsHand for each holding. Switches OpenMP's dynamic team
-  /// sizing on, but starts no thread.
+  /// From an empty board, by GetWinHandVsHand for each holding. The one function here that starts
+  /// threads: the holdings are shared out among OpenMP's workers.
   double getProbabilityOfWinBySpectrWithNoBoard(int* hand, const Spec& spec) const;
   /// From three board cards.
   double getProbabilityOfWinBySpectrWithFlop(int* hand, int* board, const Spec& spec) const;

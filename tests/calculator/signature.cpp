@@ -33,7 +33,11 @@ const Words& WordsOf(int hand_size) {
       {"AhKdQsJsAc", "8s8c7d7h6s"},
       "AAKKQ,JJTT8@40",
       {"AsAd8h7hKs,KhQsJd9d7s@50", "AcKdQcJc6s@30,8s8c7d7cAh", "QhJs8d6d6h,AhKh7s6sJc@70"}};
-  return hand_size == 2 ? two : hand_size == 4 ? four : five;
+  static const Words six{{"AhKdQsJsAcKh", "8s8c7d7h6s8d"},
+                         "AsAdKsKc5h5d,JdJc8h8d7c7h@40",
+                         {"AsAd8h7hKsQs,KhQsJd9d7sAs@50", "AcKdQcJc6s9s@30,8s8c7d7cAh6h",
+                          "QhJs8d6dKhJd,AhKh7s6sJcQc@70"}};
+  return hand_size == 2 ? two : hand_size == 4 ? four : hand_size == 5 ? five : six;
 }
 
 HandRange RangeOf(Game game, std::string_view text) {
