@@ -60,8 +60,8 @@ QUESTIONS
 
 Written by `bench/write_performance.sh`; run it to see your own machine's figures. Every time is the
 median of five repetitions on one core of a release build. The tables that a program's first question
-builds are not in them: what `pokermath equity AhKd 7s7c` prints, a millisecond or more, is nearly all
-for these, and microseconds are what its next questions take.
+builds are not in them. `pokermath equity AhKd 7s7c` needs none: what it prints, some 0.1 ms, is what a
+process takes to do anything for the first time.
 
 HEAD
   printf 'Machine: %s, %s\n\n' \
