@@ -135,7 +135,7 @@ void Evaluate(const Deals& deals, const std::uint8_t* hands, std::size_t count,
 
 #if defined(__x86_64__)
 
-// The two cards of each pair of a hand, 16 bits each; the last pair again where there is none.
+// The two cards of each pair of a hand, 16 bits each; the first pair again where there is none.
 template <int kHoles>
 struct PairPlaces {
   alignas(32) std::array<std::int8_t, 32> card[2];

@@ -115,24 +115,23 @@ struct OmahaBeforeFlop::Kernel {
     }
   }
 
+  // What two hands make; without lows there are none.
+  struct Rows {
+    const std::int16_t *hero, *other, *hero_low, *other_low;
+  };
+
   // Who has the best low.
-  POKERMATH_KERNEL static std::array<Register, kStates> StatesOf(const std::int16_t* hero,
-                                                                 const std::int16_t* other) {
+  POKERMATH_KERNEL static std::array<Register, kStates> StatesOf(const Rows& rows, int place) {
     std::array<Register, kStates> states{};
     if constexpr (lows) {
       Register low1, low2;
-      Load(low1, hero);
-      Load(low2, other);
+      Load(low1, rows.hero_low + place);
+      Load(low2, rows.other_low + place);
       const Register none = (low1 | low2) == 0;
       states = {none, low1 > low2, (low1 == low2) & ~none, low1 < low2};
     }
     return states;
   }
-
-  // What two hands make.
-  struct Rows {
-    const std::int16_t *hero, *other, *hero_low, *other_low;
-  };
 
   // By ranks alone.
   POKERMATH_KERNEL static void CountRanks(const Rows& rows, const std::int16_t* ways,
@@ -148,7 +147,7 @@ struct OmahaBeforeFlop::Kernel {
         Load(hero, rows.hero + i);
         Load(other, rows.other + i);
         Load(weight, ways + i);
-        const auto states = StatesOf(rows.hero_low + i, rows.other_low + i);
+        const auto states = StatesOf(rows, i);
         Add((hero > other) & weight, states, sums.wins);
         Add((hero == other) & weight, states, sums.ties);
         Add(weight, states, all);
@@ -170,7 +169,7 @@ struct OmahaBeforeFlop::Kernel {
     const Register flush1 = hero_flush - Register{}, flush2 = other_flush - Register{};
     const Register true1 = hero > flush1 ? hero : flush1;
     const Register true2 = other > flush2 ? other : flush2;
-    const auto states = StatesOf(rows.hero_low + place, rows.other_low + place);
+    const auto states = StatesOf(rows, place);
     Add(((hero > other) - (true1 > true2)) * weight, states, sums.wins);
     Add(((hero == other) - (true1 == true2)) * weight, states, sums.ties);
   }

@@ -91,7 +91,7 @@ void ForEachSet(const Visit& visit) {
 
 constexpr int kSubsets(int hand_size) { return 1 << hand_size; }
 
-// The number of a multiset of fewer cards than a hand has, or of the hand among those of its size.
+// The number of a multiset of fewer cards than a hand has.
 template <int hand_size>
 using SetOf =
     std::conditional_t<FirstSet(hand_size) <= UINT16_MAX + 1, std::uint16_t, std::uint32_t>;
@@ -99,7 +99,7 @@ using SetOf =
 template <int hand_size>
 struct Hand {
   std::array<std::uint8_t, hand_size> kinds;  // rising
-  // The multisets that its cards make, small ones first; the last one is the hand itself.
+  // The multisets that its cards make, small ones first.
   std::array<SetOf<hand_size>, kSubsets(hand_size) - 1> sets;
   LastKind last;
   std::uint16_t ranks;  // the number of the multiset of its ranks
