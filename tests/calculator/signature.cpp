@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <map>
 #include <span>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "pokermath/calculator.h"
@@ -40,10 +42,14 @@ const Words& WordsOf(int hand_size) {
   return hand_size == 2 ? two : hand_size == 4 ? four : hand_size == 5 ? five : six;
 }
 
+// Read once: text of six cards takes some time.
 HandRange RangeOf(Game game, std::string_view text) {
+  static std::map<std::pair<Game, std::string_view>, HandRange> ranges;
+  const auto known = ranges.find({game, text});
+  if (known != ranges.end()) return known->second;
   const auto read = ReadRange(game, text);
   if (!read) throw std::logic_error(read.error().text);
-  return read->range;
+  return ranges.emplace(std::pair(game, text), read->range).first->second;
 }
 
 EquityQuestion QuestionOf(Game game, std::initializer_list<const char*> players) {
