@@ -18,6 +18,7 @@
 #include "cli/output.h"
 #include "cli/sql_script.h"
 #include "cli/stop_signals.h"
+#include "pages/json.h"
 #include "platform/text.h"
 #include "pokermath/messages.h"
 #include "pokermath/odbc.h"

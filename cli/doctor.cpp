@@ -11,9 +11,10 @@
 #include <vector>
 
 #include "cli/command.h"
-#include "cli/errors.h"
 #include "cli/output.h"
 #include "cli/table_report.h"
+#include "pages/errors.h"
+#include "pages/json.h"
 #include "platform/text.h"
 #include "pokermath/version.h"
 #include "support/odbc/catalog.h"

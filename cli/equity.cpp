@@ -7,15 +7,16 @@
 #include <thread>
 
 #include "cli/command.h"
-#include "cli/equity_detail.h"
-#include "cli/equity_object.h"
-#include "cli/equity_report.h"
 #include "cli/equity_run.h"
-#include "cli/equity_svg.h"
-#include "cli/equity_words.h"
 #include "cli/errors.h"
 #include "cli/line_mode.h"
 #include "cli/output.h"
+#include "pages/equity_detail.h"
+#include "pages/equity_object.h"
+#include "pages/equity_report.h"
+#include "pages/equity_svg.h"
+#include "pages/equity_words.h"
+#include "pages/json.h"
 
 namespace pokermath::cli {
 namespace {
@@ -97,7 +98,7 @@ void PrintWarnings(const AskedEquity& asked) {
 EquityRun RunLine(const AskedEquity& asked, int threads) {
   PrintWarnings(asked);
   try {
-    return Run(asked, {.threads = threads});
+    return AnswerEquity(asked, threads, false);
   } catch (const Failure& failure) {
     throw UsageError(failure.what());
   }
@@ -158,7 +159,7 @@ int RunEquity(const EquityOptions& options) {
   }
   const AskedEquity asked = ReadOne(options);
   PrintWarnings(asked);
-  const EquityRun run = Run(asked, {.threads = ThreadsOf(options), .attended = true});
+  const EquityRun run = AnswerEquity(asked, ThreadsOf(options), true);
   if (options.csv) WriteDocument(*options.csv, DetailCsv(asked, run, asked.by[0]));
   if (options.svg) WriteDocument(*options.svg, DetailSvg(asked, run, asked.by[0]));
   if (csv_alone || svg_alone) return kExitDone;
@@ -166,7 +167,7 @@ int RunEquity(const EquityOptions& options) {
     Print(JsonLine(EquityJson(asked, run, {})));
     return kExitDone;
   }
-  const Colours colours = Colours::ForStandardOutput();
+  const Colours colours = ColoursForStandardOutput();
   std::string page = EquityPage(asked, run, colours);
   for (const By by : asked.by) page += DetailText(asked, run, by, colours);
   Print(page);

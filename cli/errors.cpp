@@ -11,17 +11,6 @@ Failure SystemFailure(const std::string& what, int error_number) {
   return Failure(what + ": " + SystemReason(error_number));
 }
 
-std::string Quoted(std::string_view text) {
-  constexpr std::size_t kLongest = 200;
-  std::string quoted = "'";
-  for (const char c : text.substr(0, kLongest)) {
-    const auto byte = static_cast<unsigned char>(c);
-    quoted += byte < 0x20 || byte == 0x7F ? '?' : c;
-  }
-  if (text.size() > kLongest) quoted += "...";
-  return quoted + "'";
-}
-
 void PrintError(std::string_view text) {
   const std::string line = "pokermath: " + std::string(text) + "\n";
   std::fwrite(line.data(), 1, line.size(), stderr);

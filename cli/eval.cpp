@@ -9,13 +9,14 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
-#include "cli/card_words.h"
 #include "cli/command.h"
-#include "cli/errors.h"
 #include "cli/eval_omaha.h"
-#include "cli/game.h"
 #include "cli/line_mode.h"
 #include "cli/output.h"
+#include "pages/card_words.h"
+#include "pages/errors.h"
+#include "pages/game.h"
+#include "pages/json.h"
 #include "pokermath/cards.h"
 #include "pokermath/evaluators.h"
 #include "pokermath/poker_logic.h"
@@ -152,7 +153,7 @@ std::string Headline(const EvalAnswer& answer, const Colours& colours) {
 }
 
 std::string ToText(const EvalAnswer& answer) {
-  const Colours colours = Colours::ForStandardOutput();
+  const Colours colours = ColoursForStandardOutput();
   const auto row = [&](std::string_view scale, int value, std::string_view meaning) {
     return fmt::format("  {:<10}  {:>5}   {}\n", scale, value, colours.Faint(meaning));
   };
@@ -221,7 +222,7 @@ int Judge(bool short_deck, Showdown showdown) {
 int RunVersus(const EvalWords& words, bool short_deck) {
   const Showdown showdown = ReadShowdown(words, short_deck);
   const int verdict = Judge(short_deck, showdown);
-  const Colours colours = Colours::ForStandardOutput();
+  const Colours colours = ColoursForStandardOutput();
   Json json = {{"schema", kJsonSchema}, {"board", CardsJson(showdown.board)}};
   std::string text;
   for (const std::vector<int>& hand : showdown.hands) {

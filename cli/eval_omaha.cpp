@@ -33,7 +33,7 @@ Json ToJson(const OmahaHand& hand) {
 
 int RunEvalOmaha(const OmahaWords& words) {
   const OmahaHand hand = ReadOmahaHand(words, 5);
-  Print(words.json ? JsonLine(ToJson(hand)) : ToText(hand, Colours::ForStandardOutput()));
+  Print(words.json ? JsonLine(ToJson(hand)) : ToText(hand, ColoursForStandardOutput()));
   return kExitDone;
 }
 

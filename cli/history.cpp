@@ -11,9 +11,10 @@
 
 #include "cli/command.h"
 #include "cli/errors.h"
-#include "cli/number_text.h"
 #include "cli/output.h"
 #include "cli/stop_signals.h"
+#include "pages/json.h"
+#include "pages/number_text.h"
 #include "platform/text.h"
 #include "pokermath/hand_history.h"
 #include "pokermath/showdown.h"

@@ -20,6 +20,7 @@
 #include "cli/command.h"
 #include "cli/errors.h"
 #include "cli/output.h"
+#include "pages/json.h"
 
 namespace pokermath::cli {
 namespace {

@@ -8,8 +8,9 @@
 #include <string_view>
 #include <utility>
 
-#include "cli/errors.h"
 #include "cli/output.h"
+#include "pages/errors.h"
+#include "pages/json.h"
 
 namespace pokermath::cli {
 

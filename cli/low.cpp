@@ -128,7 +128,7 @@ Json ToJson(const LowAnswer& answer) {
 
 int RunLow(const OmahaWords& words) {
   const LowAnswer answer = FindLow(ReadOmahaHand(words, 5));
-  Print(words.json ? JsonLine(ToJson(answer)) : ToText(answer, Colours::ForStandardOutput()));
+  Print(words.json ? JsonLine(ToJson(answer)) : ToText(answer, ColoursForStandardOutput()));
   return kExitDone;
 }
 

@@ -10,11 +10,11 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/command.h"
-#include "cli/number_text.h"
 #include "cli/omaha_cards.h"
-#include "cli/range_picture.h"
 #include "kernels/hole_cards.h"
 #include "kernels/omaha_cliques.h"
+#include "pages/number_text.h"
+#include "pages/range_picture.h"
 #include "pokermath/cards.h"
 #include "pokermath/evaluators.h"
 #include "pokermath/omaha.h"
@@ -119,7 +119,7 @@ Json ToJson(const NutsAnswer& answer) {
 
 int RunNuts(const OmahaWords& words) {
   const NutsAnswer answer = FindNuts(ReadOmahaHand(words, 5));
-  Print(words.json ? JsonLine(ToJson(answer)) : ToText(answer, Colours::ForStandardOutput()));
+  Print(words.json ? JsonLine(ToJson(answer)) : ToText(answer, ColoursForStandardOutput()));
   return kExitDone;
 }
 

@@ -6,10 +6,10 @@
 #include <nlohmann/json.hpp>
 #include <span>
 
-#include "cli/card_words.h"
-#include "cli/errors.h"
-#include "cli/game.h"
 #include "eval/omaha_best.h"
+#include "pages/card_words.h"
+#include "pages/errors.h"
+#include "pages/game.h"
 #include "pokermath/cards.h"
 #include "pokermath/evaluators.h"
 

@@ -9,6 +9,7 @@
 
 #include "cli/command.h"
 #include "cli/output.h"
+#include "pages/json.h"
 
 namespace pokermath::cli {
 

@@ -9,9 +9,9 @@
 #include <set>
 
 #include "cli/command.h"
-#include "cli/deck_picture.h"
 #include "cli/omaha_cards.h"
 #include "omaha/next_card.h"
+#include "pages/deck_picture.h"
 #include "pokermath/cards.h"
 #include "pokermath/evaluators.h"
 #include "pokermath/omaha.h"
@@ -221,7 +221,7 @@ int RunOuts(const OutsWords& words) {
                                                                   answer.all.nut_cards.size())));
   }
   if (picture_only) return kExitDone;
-  Print(words.json ? JsonLine(ToJson(answer)) : ToText(answer, Colours::ForStandardOutput()));
+  Print(words.json ? JsonLine(ToJson(answer)) : ToText(answer, ColoursForStandardOutput()));
   return kExitDone;
 }
 

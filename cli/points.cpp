@@ -5,9 +5,10 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
-#include "cli/card_words.h"
 #include "cli/command.h"
 #include "cli/output.h"
+#include "pages/card_words.h"
+#include "pages/json.h"
 #include "pokermath/ranges.h"
 
 namespace pokermath::cli {
@@ -30,7 +31,7 @@ struct PointsWords {
 
 int RunPoints(const PointsWords& words) {
   Json json = {{"schema", kJsonSchema}, {"count", words.high_low ? "hilo" : "high"}};
-  const Colours colours = Colours::ForStandardOutput();
+  const Colours colours = ColoursForStandardOutput();
   std::string text;
   for (const std::string& word : words.hands) {
     const std::vector<int> hand = ReadCards(word, 4, 4, "a starting hand has 4");

@@ -9,9 +9,10 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/command.h"
-#include "cli/errors.h"
-#include "cli/number_text.h"
 #include "cli/output.h"
+#include "pages/errors.h"
+#include "pages/json.h"
+#include "pages/number_text.h"
 #include "pokermath/showdown.h"
 
 namespace pokermath::cli {
@@ -85,7 +86,7 @@ std::string PotText(const Pot& pot) {
 
 std::string ToText(const std::vector<int>& stakes, const std::vector<int>& scores,
                    const std::vector<Pot>& pots, const std::vector<std::int64_t>& winnings) {
-  const Colours colours = Colours::ForStandardOutput();
+  const Colours colours = ColoursForStandardOutput();
   std::string text;
   for (std::size_t i = 0; i < pots.size(); ++i) {
     text +=

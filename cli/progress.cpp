@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <utility>
 
-#include "cli/number_text.h"
+#include "pages/number_text.h"
 
 namespace pokermath::cli {
 namespace {

@@ -10,12 +10,13 @@
 #include <optional>
 
 #include "cli/command.h"
-#include "cli/errors.h"
-#include "cli/game.h"
 #include "cli/output.h"
-#include "cli/player_words.h"
 #include "cli/range_omaha.h"
-#include "cli/range_picture.h"
+#include "pages/errors.h"
+#include "pages/game.h"
+#include "pages/json.h"
+#include "pages/player_words.h"
+#include "pages/range_picture.h"
 #include "pokermath/ranges.h"
 #include "ranges/hand_classes.h"
 #include "ranges/percent_ranges.h"
@@ -109,7 +110,7 @@ Json ToJson(const RangeAnswer& answer, const RangeWords& words) {
 
 std::string ToText(const RangeAnswer& answer, const RangeOptions& options) {
   const RangeMatrix matrix(answer.range, options.short_deck);
-  const Colours colours = Colours::ForStandardOutput();
+  const Colours colours = ColoursForStandardOutput();
   return fmt::format("{}\n\n{}\n{} of {} holdings, {:.2f} %\n",
                      colours.Strong(answer.text.empty() ? "an empty range" : answer.text),
                      MatrixText(matrix, colours), answer.combos,

@@ -10,12 +10,13 @@
 #include <vector>
 
 #include "cards/omaha_sizes.h"
-#include "cli/card_words.h"
 #include "cli/command.h"
-#include "cli/errors.h"
-#include "cli/number_text.h"
 #include "cli/output.h"
 #include "eval/rank_sets.h"
+#include "pages/card_words.h"
+#include "pages/errors.h"
+#include "pages/json.h"
+#include "pages/number_text.h"
 #include "platform/text.h"
 #include "pokermath/cards.h"
 #include "pokermath/omaha_ranges.h"
@@ -151,7 +152,7 @@ std::string Headline(const std::string& text) {
 
 std::string ToText(const OmahaRangeAnswer& answer) {
   constexpr std::size_t kMostTypes = 12;
-  const Colours colours = Colours::ForStandardOutput();
+  const Colours colours = ColoursForStandardOutput();
   std::string text =
       fmt::format("{}\n\n{} of {} hands, {:.4g} %\n", colours.Strong(Headline(answer.text)),
                   Grouped(answer.hands), Grouped(answer.all_hands), answer.percent);
@@ -204,7 +205,7 @@ int RunRank(const OmahaRangeQuestion& question) {
                     {"percentile", *percentile}}));
     return kExitDone;
   }
-  const Colours colours = Colours::ForStandardOutput();
+  const Colours colours = ColoursForStandardOutput();
   Print(fmt::format("{}   {}\n\n  among the strongest  {:.4g} %\n", colours.Cards(hand), name,
                     *percentile));
   return kExitDone;

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "cli/game.h"
+#include "pages/game.h"
 
 namespace pokermath::cli {
 

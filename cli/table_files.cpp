@@ -15,7 +15,6 @@
 #include <vector>
 
 #include "cli/errors.h"
-#include "cli/number_text.h"
 #include "cli/omaha_strength.h"
 #include "cli/progress.h"
 #include "cli/stop_signals.h"
@@ -24,6 +23,7 @@
 #include "contracts/state_tables.h"
 #include "kernels/known_matchups.h"
 #include "kernels/matchups.h"
+#include "pages/number_text.h"
 #include "platform/files.h"
 #include "pokermath/evaluators.h"
 #include "pokermath/five_card_map.h"

@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <nlohmann/json.hpp>
 
-#include "cli/errors.h"
-#include "cli/number_text.h"
+#include "pages/errors.h"
+#include "pages/number_text.h"
 
 namespace pokermath::cli {
 namespace {

@@ -8,6 +8,7 @@
 
 #include "cli/output.h"
 #include "cli/table_files.h"
+#include "pages/json.h"
 
 namespace pokermath::cli {
 

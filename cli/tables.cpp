@@ -15,6 +15,7 @@
 #include "cli/stop_signals.h"
 #include "cli/table_files.h"
 #include "cli/table_report.h"
+#include "pages/json.h"
 #include "platform/files.h"
 
 namespace pokermath::cli {

@@ -108,8 +108,8 @@ class WeightedListReader {
     const std::optional<std::string> closed =
         may_close ? CloseGap(before.base, base) : std::nullopt;
     if (!closed) return read_piece_(base, hands);
-    sheet_.Warn(Quoted(base) + " at position " + std::to_string(place_ + 1) + " is read as " +
-                Quoted(*closed) + ", from where " + Quoted(before.base) + " ends");
+    sheet_.Warn(QuotedPiece(base) + " at position " + std::to_string(place_ + 1) + " is read as " +
+                QuotedPiece(*closed) + ", from where " + QuotedPiece(before.base) + " ends");
     return read_piece_(*closed, hands);
   }
 

@@ -73,7 +73,7 @@ std::optional<Fault> PieceCursor::ReadBand(PercentBand& band) {
   return std::nullopt;
 }
 
-std::string Quoted(std::string_view piece) {
+std::string QuotedPiece(std::string_view piece) {
   constexpr std::size_t kLongest = 40;
   std::wstring text = OnOneLine(FromUtf8(piece.substr(0, 4 * kLongest + 4)));
   const bool cut = text.size() > kLongest;
@@ -86,7 +86,7 @@ std::string Quoted(std::string_view piece) {
 
 TextError ErrorOf(const Fault& fault, std::string_view piece, std::size_t place) {
   const std::size_t position = place + fault.position;
-  std::string message = Quoted(piece);
+  std::string message = QuotedPiece(piece);
   message += " at position " + std::to_string(position + 1) + ": expected ";
   message += fault.expected;
   return {position, std::move(message)};

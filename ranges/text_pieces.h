@@ -70,7 +70,7 @@ class PieceCursor {
 };
 
 /// A piece as a message quotes it: on one line, valid and short.
-std::string Quoted(std::string_view piece);
+std::string QuotedPiece(std::string_view piece);
 
 /// The error that a piece's fault makes.
 ///

@@ -29,7 +29,7 @@ void WeightSheet::Begin(std::string_view piece, std::size_t place, int weight) {
 void WeightSheet::End() {
   if (replaced_.hands == 0) return;
   const auto name = [](const Piece& piece) {
-    return Quoted(piece.text) + " at position " + std::to_string(piece.place + 1);
+    return QuotedPiece(piece.text) + " at position " + std::to_string(piece.place + 1);
   };
   const std::string hands =
       std::to_string(replaced_.hands) + (replaced_.hands == 1 ? " hand" : " hands");

@@ -1,14 +1,14 @@
 // Pictures of what --by shows.
 
-#ifndef POKERMATH_CLI_EQUITY_SVG_H_
-#define POKERMATH_CLI_EQUITY_SVG_H_
+#ifndef POKERMATH_PAGES_EQUITY_SVG_H_
+#define POKERMATH_PAGES_EQUITY_SVG_H_
 
 #include <string>
 
-#include "cli/equity_run.h"
-#include "cli/equity_words.h"
+#include "pages/equity_run.h"
+#include "pages/equity_words.h"
 
-namespace pokermath::cli {
+namespace pokermath {
 
 /// Throws UsageError if there is no picture of that.
 void CheckPicture(const AskedEquity& asked, By by);
@@ -17,6 +17,6 @@ void CheckPicture(const AskedEquity& asked, By by);
 /// hands' equities.
 std::string DetailSvg(const AskedEquity& asked, const EquityRun& run, By by);
 
-}  // namespace pokermath::cli
+}  // namespace pokermath
 
-#endif  // POKERMATH_CLI_EQUITY_SVG_H_
+#endif  // POKERMATH_PAGES_EQUITY_SVG_H_

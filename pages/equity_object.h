@@ -1,12 +1,12 @@
 // A question of equity as a JSON object.
 
-#ifndef POKERMATH_CLI_EQUITY_OBJECT_H_
-#define POKERMATH_CLI_EQUITY_OBJECT_H_
+#ifndef POKERMATH_PAGES_EQUITY_OBJECT_H_
+#define POKERMATH_PAGES_EQUITY_OBJECT_H_
 
-#include "cli/equity_words.h"
-#include "cli/output.h"
+#include "pages/equity_words.h"
+#include "pages/json.h"
 
-namespace pokermath::cli {
+namespace pokermath {
 
 /// Parses the text of an object; throws UsageError for any other text.
 Json ParseObject(std::string_view text);
@@ -15,6 +15,6 @@ Json ParseObject(std::string_view text);
 /// caller's. Throws UsageError that names a key that is none, or whose value cannot be read.
 EquityWords ReadObject(const Json& object, const EquityWords& defaults);
 
-}  // namespace pokermath::cli
+}  // namespace pokermath
 
-#endif  // POKERMATH_CLI_EQUITY_OBJECT_H_
+#endif  // POKERMATH_PAGES_EQUITY_OBJECT_H_

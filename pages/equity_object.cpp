@@ -1,13 +1,13 @@
-#include "cli/equity_object.h"
+#include "pages/equity_object.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "cli/errors.h"
+#include "pages/errors.h"
 
-namespace pokermath::cli {
+namespace pokermath {
 namespace {
 
 struct Key {
@@ -123,4 +123,4 @@ EquityWords ReadObject(const Json& object, const EquityWords& defaults) {
   return words;
 }
 
-}  // namespace pokermath::cli
+}  // namespace pokermath

@@ -1,4 +1,4 @@
-#include "cli/equity_svg.h"
+#include "pages/equity_svg.h"
 
 #include <fmt/format.h>
 
@@ -7,14 +7,14 @@
 #include <map>
 #include <utility>
 
-#include "cli/equity_detail.h"
-#include "cli/equity_report.h"
-#include "cli/errors.h"
-#include "cli/game.h"
-#include "cli/range_picture.h"
+#include "pages/equity_detail.h"
+#include "pages/equity_report.h"
+#include "pages/errors.h"
+#include "pages/game.h"
+#include "pages/range_picture.h"
 #include "pokermath/cards.h"
 
-namespace pokermath::cli {
+namespace pokermath {
 namespace {
 
 // Orange where a player has no chance, blue where he cannot lose, pale in between.
@@ -257,4 +257,4 @@ std::string DetailSvg(const AskedEquity& asked, const EquityRun& run, By by) {
   return Stacked(pictures);
 }
 
-}  // namespace pokermath::cli
+}  // namespace pokermath

@@ -1,4 +1,4 @@
-#include "cli/equity_report.h"
+#include "pages/equity_report.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -9,11 +9,11 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
-#include "cli/equity_detail.h"
-#include "cli/game.h"
+#include "pages/equity_detail.h"
+#include "pages/game.h"
 #include "pokermath/cards.h"
 
-namespace pokermath::cli {
+namespace pokermath {
 namespace {
 
 const char* StreetName(Street street) {
@@ -360,4 +360,4 @@ Json EquityJson(const AskedEquity& asked, const EquityRun& run, const Json& id) 
   return json;
 }
 
-}  // namespace pokermath::cli
+}  // namespace pokermath

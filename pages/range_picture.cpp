@@ -1,4 +1,4 @@
-#include "cli/range_picture.h"
+#include "pages/range_picture.h"
 
 #include <fmt/format.h>
 
@@ -6,7 +6,7 @@
 
 #include "ranges/hand_classes.h"
 
-namespace pokermath::cli {
+namespace pokermath {
 namespace {
 
 constexpr std::string_view kRanks = "AKQJT98765432";
@@ -121,4 +121,4 @@ std::string GridSvg(int rows, int columns, const std::string& title,
   return svg + "</svg>\n";
 }
 
-}  // namespace pokermath::cli
+}  // namespace pokermath

@@ -1,13 +1,13 @@
-#include "cli/deck_picture.h"
+#include "pages/deck_picture.h"
 
 #include <fmt/format.h>
 
 #include <vector>
 
-#include "cli/range_picture.h"
+#include "pages/range_picture.h"
 #include "pokermath/cards.h"
 
-namespace pokermath::cli {
+namespace pokermath {
 namespace {
 
 // Spades first, aces first.
@@ -70,4 +70,4 @@ std::string DeckSvg(const MarkedDeck& deck, const std::string& title) {
   return GridSvg(4, 13, title, cells);
 }
 
-}  // namespace pokermath::cli
+}  // namespace pokermath

@@ -1,15 +1,16 @@
 // How the answer to a question of equity is printed.
 
-#ifndef POKERMATH_CLI_EQUITY_REPORT_H_
-#define POKERMATH_CLI_EQUITY_REPORT_H_
+#ifndef POKERMATH_PAGES_EQUITY_REPORT_H_
+#define POKERMATH_PAGES_EQUITY_REPORT_H_
 
 #include <string>
 
-#include "cli/equity_run.h"
-#include "cli/equity_words.h"
-#include "cli/output.h"
+#include "pages/colours.h"
+#include "pages/equity_run.h"
+#include "pages/equity_words.h"
+#include "pages/json.h"
 
-namespace pokermath::cli {
+namespace pokermath {
 
 /// Version of the JSON layout of answers about equity.
 inline constexpr int kEquitySchema = 2;
@@ -30,6 +31,6 @@ Json EquityJson(const AskedEquity& asked, const EquityRun& run, const Json& id);
 Json CountJson(const CaseCount& count);
 std::string CountText(const CaseCount& count);
 
-}  // namespace pokermath::cli
+}  // namespace pokermath
 
-#endif  // POKERMATH_CLI_EQUITY_REPORT_H_
+#endif  // POKERMATH_PAGES_EQUITY_REPORT_H_

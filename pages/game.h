@@ -1,7 +1,7 @@
 // Which game a question is about.
 
-#ifndef POKERMATH_CLI_GAME_H_
-#define POKERMATH_CLI_GAME_H_
+#ifndef POKERMATH_PAGES_GAME_H_
+#define POKERMATH_PAGES_GAME_H_
 
 #include <array>
 #include <cstddef>
@@ -10,7 +10,7 @@
 
 #include "pokermath/game.h"
 
-namespace pokermath::cli {
+namespace pokermath {
 
 /// Omaha with all numbers of hole cards, with lows or without.
 constexpr auto OmahaGames(bool high_low) {
@@ -49,6 +49,6 @@ inline std::size_t HandSize(Game game) { return static_cast<std::size_t>(RulesOf
 /// Throws UsageError if one of the cards is not in the deck.
 void CheckDeck(bool short_deck, std::span<const int> cards);
 
-}  // namespace pokermath::cli
+}  // namespace pokermath
 
-#endif  // POKERMATH_CLI_GAME_H_
+#endif  // POKERMATH_PAGES_GAME_H_

@@ -1,4 +1,4 @@
-#include "cli/equity_words.h"
+#include "pages/equity_words.h"
 
 #include <fmt/format.h>
 
@@ -6,13 +6,13 @@
 #include <charconv>
 #include <limits>
 
-#include "cli/card_words.h"
-#include "cli/errors.h"
-#include "cli/number_text.h"
-#include "cli/player_words.h"
+#include "pages/card_words.h"
+#include "pages/errors.h"
+#include "pages/number_text.h"
+#include "pages/player_words.h"
 #include "pokermath/cards.h"
 
-namespace pokermath::cli {
+namespace pokermath {
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r";
@@ -168,6 +168,15 @@ AskedEquity ReadOptions(const EquityWords& words) {
   return asked;
 }
 
+// The player that an error is about, with the words that he was given in.
+UsageError Refused(const Error& error, const AskedEquity& asked) {
+  const std::string player = fmt::format("player {}", error.player + 1);
+  if (error.player < 0 || !error.text.starts_with(player)) return UsageError(error.text);
+  return UsageError(fmt::format("{}, {}{}", player,
+                                Quoted(asked.players[static_cast<std::size_t>(error.player)]),
+                                error.text.substr(player.size())));
+}
+
 }  // namespace
 
 std::string EquityWords::Named(std::string_view option) const {
@@ -247,4 +256,10 @@ AskedEquity ReadEquity(const EquityWords& words) {
   return asked;
 }
 
-}  // namespace pokermath::cli
+Calculation PlanOf(const AskedEquity& asked) {
+  Result<Calculation> plan = Plan(asked.question);
+  if (!plan) throw Refused(plan.error(), asked);
+  return *std::move(plan);
+}
+
+}  // namespace pokermath

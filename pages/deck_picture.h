@@ -1,14 +1,14 @@
 // The deck as a picture, a suit a row: on the terminal and as SVG.
 
-#ifndef POKERMATH_CLI_DECK_PICTURE_H_
-#define POKERMATH_CLI_DECK_PICTURE_H_
+#ifndef POKERMATH_PAGES_DECK_PICTURE_H_
+#define POKERMATH_PAGES_DECK_PICTURE_H_
 
 #include <array>
 #include <string>
 
-#include "cli/output.h"
+#include "pages/colours.h"
 
-namespace pokermath::cli {
+namespace pokermath {
 
 enum class CardMark { kNone, kHand, kBoard, kOut, kNutOut };
 
@@ -21,6 +21,6 @@ std::string DeckText(const MarkedDeck& deck, const Colours& colours);
 /// A stand-alone SVG document.
 std::string DeckSvg(const MarkedDeck& deck, const std::string& title);
 
-}  // namespace pokermath::cli
+}  // namespace pokermath
 
-#endif  // POKERMATH_CLI_DECK_PICTURE_H_
+#endif  // POKERMATH_PAGES_DECK_PICTURE_H_

@@ -1,4 +1,4 @@
-#include "cli/player_words.h"
+#include "pages/player_words.h"
 
 #include <fmt/format.h>
 
@@ -6,13 +6,13 @@
 #include <span>
 #include <utility>
 
-#include "cli/card_words.h"
-#include "cli/errors.h"
-#include "cli/game.h"
-#include "cli/output.h"
+#include "pages/card_words.h"
+#include "pages/colours.h"
+#include "pages/errors.h"
+#include "pages/game.h"
 #include "pokermath/cards.h"
 
-namespace pokermath::cli {
+namespace pokermath {
 namespace {
 
 constexpr std::string_view kBetweenPieces = " \t\r\n,;";
@@ -88,4 +88,4 @@ PlayerReading ReadPlayer(std::string_view text, Game game) {
   throw UsageError(read.error().text);
 }
 
-}  // namespace pokermath::cli
+}  // namespace pokermath

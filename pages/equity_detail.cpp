@@ -1,4 +1,4 @@
-#include "cli/equity_detail.h"
+#include "pages/equity_detail.h"
 
 #include <fmt/format.h>
 
@@ -6,14 +6,14 @@
 #include <map>
 #include <nlohmann/json.hpp>
 
-#include "cli/equity_report.h"
-#include "cli/game.h"
-#include "cli/range_picture.h"
+#include "pages/equity_report.h"
+#include "pages/game.h"
+#include "pages/range_picture.h"
 #include "pokermath/cards.h"
 #include "pokermath/omaha_ranges.h"
 #include "ranges/hand_classes.h"
 
-namespace pokermath::cli {
+namespace pokermath {
 namespace {
 
 // As people write hands: the highest rank first.
@@ -415,4 +415,4 @@ void AddDetailJson(const AskedEquity& asked, const EquityRun& run, By by, Json& 
   }
 }
 
-}  // namespace pokermath::cli
+}  // namespace pokermath

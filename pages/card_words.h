@@ -1,14 +1,14 @@
 // Cards as the words of a question name them.
 
-#ifndef POKERMATH_CLI_CARD_WORDS_H_
-#define POKERMATH_CLI_CARD_WORDS_H_
+#ifndef POKERMATH_PAGES_CARD_WORDS_H_
+#define POKERMATH_PAGES_CARD_WORDS_H_
 
 #include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace pokermath::cli {
+namespace pokermath {
 
 /// Any number of cards; throws UsageError for a text that is none.
 std::vector<int> ReadCards(std::string_view text);
@@ -20,6 +20,6 @@ std::vector<int> ReadCards(std::string_view text, std::size_t least, std::size_t
 /// "'AhKd7c' has 3 cards".
 std::string CountOfCards(std::string_view text, std::size_t count);
 
-}  // namespace pokermath::cli
+}  // namespace pokermath
 
-#endif  // POKERMATH_CLI_CARD_WORDS_H_
+#endif  // POKERMATH_PAGES_CARD_WORDS_H_

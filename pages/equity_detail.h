@@ -1,16 +1,17 @@
 // What --by shows of an answer: every hand, every class of hands, what comes next, what is made.
 
-#ifndef POKERMATH_CLI_EQUITY_DETAIL_H_
-#define POKERMATH_CLI_EQUITY_DETAIL_H_
+#ifndef POKERMATH_PAGES_EQUITY_DETAIL_H_
+#define POKERMATH_PAGES_EQUITY_DETAIL_H_
 
 #include <string>
 #include <vector>
 
-#include "cli/equity_run.h"
-#include "cli/equity_words.h"
-#include "cli/output.h"
+#include "pages/colours.h"
+#include "pages/equity_run.h"
+#include "pages/equity_words.h"
+#include "pages/json.h"
 
-namespace pokermath::cli {
+namespace pokermath {
 
 /// One line of a detail: of a player's hand, class or category, or of cards that come next.
 struct DetailRow {
@@ -48,6 +49,6 @@ std::string DetailCsv(const AskedEquity& asked, const EquityRun& run, By by);
 /// Puts the detail into the object of an answer.
 void AddDetailJson(const AskedEquity& asked, const EquityRun& run, By by, Json& json);
 
-}  // namespace pokermath::cli
+}  // namespace pokermath
 
-#endif  // POKERMATH_CLI_EQUITY_DETAIL_H_
+#endif  // POKERMATH_PAGES_EQUITY_DETAIL_H_

@@ -1,8 +1,8 @@
-#include "cli/number_text.h"
+#include "pages/number_text.h"
 
 #include <fmt/format.h>
 
-namespace pokermath::cli {
+namespace pokermath {
 
 std::string Grouped(std::int64_t number) {
   std::string text = std::to_string(number);
@@ -34,4 +34,4 @@ std::string RoughCount(double number) {
   return fmt::format("{:.3g} million", number / 1e6);
 }
 
-}  // namespace pokermath::cli
+}  // namespace pokermath

@@ -1,7 +1,7 @@
 // Numbers as people read and write them.
 
-#ifndef POKERMATH_CLI_NUMBER_TEXT_H_
-#define POKERMATH_CLI_NUMBER_TEXT_H_
+#ifndef POKERMATH_PAGES_NUMBER_TEXT_H_
+#define POKERMATH_PAGES_NUMBER_TEXT_H_
 
 #include <fmt/format.h>
 
@@ -11,9 +11,9 @@
 #include <string>
 #include <string_view>
 
-#include "cli/errors.h"
+#include "pages/errors.h"
 
-namespace pokermath::cli {
+namespace pokermath {
 
 using Seconds = std::chrono::duration<double>;
 
@@ -41,6 +41,6 @@ Number ReadNumber(const char* option, std::string_view text, Number low, Number 
   return number;
 }
 
-}  // namespace pokermath::cli
+}  // namespace pokermath
 
-#endif  // POKERMATH_CLI_NUMBER_TEXT_H_
+#endif  // POKERMATH_PAGES_NUMBER_TEXT_H_

@@ -1,13 +1,13 @@
-#include "cli/game.h"
+#include "pages/game.h"
 
 #include <algorithm>
 #include <iterator>
 
-#include "cli/errors.h"
+#include "pages/errors.h"
 #include "pokermath/cards.h"
 #include "ranges/hand_classes.h"
 
-namespace pokermath::cli {
+namespace pokermath {
 
 std::string NamesOf(std::span<const Game> games) {
   std::string names;
@@ -36,4 +36,4 @@ void CheckDeck(bool short_deck, std::span<const int> cards) {
   }
 }
 
-}  // namespace pokermath::cli
+}  // namespace pokermath

@@ -1,7 +1,7 @@
 // A player as a user words him: a hand, a range, or anybody.
 
-#ifndef POKERMATH_CLI_PLAYER_WORDS_H_
-#define POKERMATH_CLI_PLAYER_WORDS_H_
+#ifndef POKERMATH_PAGES_PLAYER_WORDS_H_
+#define POKERMATH_PAGES_PLAYER_WORDS_H_
 
 #include <string>
 #include <string_view>
@@ -9,7 +9,7 @@
 
 #include "pokermath/hand_range.h"
 
-namespace pokermath::cli {
+namespace pokermath {
 
 /// The pieces of a list with a comma between them.
 std::string Pieces(std::string_view text);
@@ -27,6 +27,6 @@ struct PlayerReading {
 /// Reads one player; throws UsageError for a text that is none.
 PlayerReading ReadPlayer(std::string_view text, Game game);
 
-}  // namespace pokermath::cli
+}  // namespace pokermath
 
-#endif  // POKERMATH_CLI_PLAYER_WORDS_H_
+#endif  // POKERMATH_PAGES_PLAYER_WORDS_H_

@@ -1,17 +1,17 @@
 // A range as a matrix of classes: on the terminal and as an SVG picture.
 
-#ifndef POKERMATH_CLI_RANGE_PICTURE_H_
-#define POKERMATH_CLI_RANGE_PICTURE_H_
+#ifndef POKERMATH_PAGES_RANGE_PICTURE_H_
+#define POKERMATH_PAGES_RANGE_PICTURE_H_
 
 #include <array>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "cli/output.h"
+#include "pages/colours.h"
 #include "ranges/hand_classes.h"
 
-namespace pokermath::cli {
+namespace pokermath {
 
 /// How much of every class a range holds, in the matrix layout of ranges.h.
 class RangeMatrix {
@@ -61,6 +61,6 @@ std::string GridSvg(int size, const std::string& title, std::vector<GridCell> ce
 std::string GridSvg(int rows, int columns, const std::string& title,
                     const std::vector<GridCell>& cells);
 
-}  // namespace pokermath::cli
+}  // namespace pokermath
 
-#endif  // POKERMATH_CLI_RANGE_PICTURE_H_
+#endif  // POKERMATH_PAGES_RANGE_PICTURE_H_

@@ -1,11 +1,11 @@
-#include "cli/card_words.h"
+#include "pages/card_words.h"
 
 #include <fmt/format.h>
 
-#include "cli/errors.h"
+#include "pages/errors.h"
 #include "pokermath/cards.h"
 
-namespace pokermath::cli {
+namespace pokermath {
 
 std::vector<int> ReadCards(std::string_view text) {
   CardsResult read = ParseCards(text);
@@ -26,4 +26,4 @@ std::string CountOfCards(std::string_view text, std::size_t count) {
   return fmt::format("{} has {} {}", Quoted(text), count, count == 1 ? "card" : "cards");
 }
 
-}  // namespace pokermath::cli
+}  // namespace pokermath

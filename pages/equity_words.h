@@ -1,7 +1,7 @@
 // A question of equity as a user words it, and what it means.
 
-#ifndef POKERMATH_CLI_EQUITY_WORDS_H_
-#define POKERMATH_CLI_EQUITY_WORDS_H_
+#ifndef POKERMATH_PAGES_EQUITY_WORDS_H_
+#define POKERMATH_PAGES_EQUITY_WORDS_H_
 
 #include <chrono>
 #include <cstdint>
@@ -12,7 +12,7 @@
 
 #include "pokermath/calculator.h"
 
-namespace pokermath::cli {
+namespace pokermath {
 
 /// What an answer is broken down by.
 enum class By { kHand, kClass, kNext, kMade };
@@ -62,6 +62,9 @@ void CheckOptions(const EquityWords& words);
 /// has an answer is the calculator's to say.
 AskedEquity ReadEquity(const EquityWords& words);
 
-}  // namespace pokermath::cli
+/// The plan that answers it; throws UsageError for a question that the calculator refuses.
+Calculation PlanOf(const AskedEquity& asked);
 
-#endif  // POKERMATH_CLI_EQUITY_WORDS_H_
+}  // namespace pokermath
+
+#endif  // POKERMATH_PAGES_EQUITY_WORDS_H_

@@ -1,0 +1,16 @@
+#include "pages/errors.h"
+
+namespace pokermath {
+
+std::string Quoted(std::string_view text) {
+  constexpr std::size_t kLongest = 200;
+  std::string quoted = "'";
+  for (const char c : text.substr(0, kLongest)) {
+    const auto byte = static_cast<unsigned char>(c);
+    quoted += byte < 0x20 || byte == 0x7F ? '?' : c;
+  }
+  if (text.size() > kLongest) quoted += "...";
+  return quoted + "'";
+}
+
+}  // namespace pokermath
