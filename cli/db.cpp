@@ -28,7 +28,7 @@
 namespace pokermath::cli {
 namespace {
 
-constexpr const char* kHelp =
+constexpr const char* kDbHelp =
     R"(Examples:
   pokermath db drivers
   pokermath db tables --connect 'Driver=SQLite3;Database=hands.db'
@@ -470,7 +470,7 @@ void AddAction(Command db, const Action& action, int& exit_code) {
 void AddDb(Command program, int& exit_code) {
   Command db = program.AddCommand("db", "Databases behind ODBC: tables, queries, scripts");
   db.RequireCommand();
-  db.SetFooter(kHelp);
+  db.SetFooter(kDbHelp);
   for (const Action& action : kActions) AddAction(db, action, exit_code);
 }
 

@@ -23,7 +23,7 @@
 namespace pokermath::cli {
 namespace {
 
-constexpr const char* kHelp =
+constexpr const char* kDoctorHelp =
     R"(Prints the operating system, the processor, the tables with their state and the ODBC drivers. Every
 table that is there is read to its end, which takes about a second for all of them. Exit code 1 if
 something is broken: a table that is damaged or cannot be read, a file in place of the folder of the
@@ -138,7 +138,7 @@ void AddDoctor(Command program, int& exit_code) {
       "doctor", "The machine, the tables and the database drivers, for a report of a fault");
   command.AddOption("--dir", options->dir, "Folder of the tables").ValueName("FOLDER");
   command.AddFlag("--json", options->json, "Print a JSON object");
-  command.SetFooter(kHelp);
+  command.SetFooter(kDoctorHelp);
   command.SetAction([options, &exit_code] { exit_code = RunDoctor(*options); });
 }
 

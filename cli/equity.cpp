@@ -21,7 +21,7 @@
 namespace pokermath::cli {
 namespace {
 
-constexpr const char* kExamples =
+constexpr const char* kEquityExamples =
     R"(A player is one word: a hand, a range or 'random'; a comma joins the pieces of a range, and a
 board is one word. The cards of a hand may be apart. How ranges are written: pokermath range --help.
 What takes less than about a second is counted exactly, everything else sampled to a standard error
@@ -238,7 +238,7 @@ void AddEquity(Command program, int& exit_code) {
   command.AddOption("--players", options->players, "").Hide();
   command.AddFlag("--by-class", options->by_class, "").Hide();
   command.AddFlag("--json", options->json, "Print a JSON object (one a line with -)");
-  command.SetFooter(kExamples);
+  command.SetFooter(kEquityExamples);
   command.SetAction([options, command, &exit_code] {
     CheckOrder(command, options->words);
     exit_code = RunEquity(*options);

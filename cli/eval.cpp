@@ -26,7 +26,7 @@
 namespace pokermath::cli {
 namespace {
 
-constexpr const char* kExamples =
+constexpr const char* kEvalExamples =
     R"(Scales: descending 1..7462, smaller is better (1 = royal flush);
         ascending 1..7462, larger is better;
         hand_ranks = category * 4096 + place in it, larger is better;
@@ -303,7 +303,7 @@ void AddEval(Command program, int& exit_code) {
       .AddOption("--board", options->board, "Cards that hands share: three to five with --versus")
       .ValueName("CARDS");
   command.AddFlag("--json", options->json, "Print a JSON object (one a line with -)");
-  command.SetFooter(kExamples);
+  command.SetFooter(kEvalExamples);
   command.SetAction([options, &exit_code] { exit_code = RunEval(*options); });
 }
 

@@ -22,7 +22,7 @@
 namespace pokermath::cli {
 namespace {
 
-constexpr const char* kHelp =
+constexpr const char* kHistoryHelp =
     R"(Lines go to standard output as UTF-8. With --json each is an object, with the game's code where the
 line names a game, and the last object says at which position the next call goes on; a line that is
 not complete yet is marked and comes again then, whole. From a position beyond its end a file is
@@ -113,7 +113,7 @@ void AddHistory(Command program, int& exit_code) {
       .ValueName("POSITION");
   command.AddFlag("--follow", options->follow, "Go on while the file grows, until Ctrl-C");
   command.AddFlag("--json", options->json, "Print JSON objects, one a line");
-  command.SetFooter(kHelp);
+  command.SetFooter(kHistoryHelp);
   command.SetAction([options, &exit_code] { exit_code = RunHistory(*options); });
 }
 

@@ -13,7 +13,7 @@
 namespace pokermath::cli {
 namespace {
 
-constexpr const char* kExamples =
+constexpr const char* kLowExamples =
     R"(A low is five different ranks of eight or below, the ace low, of exactly two hole cards and
 three board cards. Its value is the ranks as digits, the highest first: 54321 is the best.
 The board has three to five cards. An out gives a hand without a low one; a nut out is a next
@@ -139,7 +139,7 @@ void AddLow(Command program, int& exit_code) {
   words->low = true;
   Command command = program.AddCommand("low", "The low of an Omaha Hi/Lo hand");
   AddOmahaWords(command, *words);
-  command.SetFooter(kExamples);
+  command.SetFooter(kLowExamples);
   command.SetAction([words, &exit_code] { exit_code = RunLow(*words); });
 }
 

@@ -28,7 +28,7 @@
 namespace pokermath::cli {
 namespace {
 
-constexpr const char* kExamples =
+constexpr const char* kMainExamples =
     R"(Cards are a rank (23456789TJQKA or 10) and a suit (cdhs or ♣♦♥♠), in either case: AhKd, 10c.
 
 Examples:
@@ -186,7 +186,7 @@ int Run(int argc, char** argv) {
   CLI::App program("Exact poker mathematics: hand values, equity, ranges, tables.", "pokermath");
   program.set_version_flag("--version", std::string("pokermath ") + Version(), "Print the version");
   program.require_subcommand(1);
-  program.footer(kExamples);
+  program.footer(kMainExamples);
   try {
     CheckInstructionLevel();
     return ParseAndRun(program, argc, argv);

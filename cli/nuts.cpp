@@ -23,7 +23,7 @@
 namespace pokermath::cli {
 namespace {
 
-constexpr const char* kExamples =
+constexpr const char* kNutsExamples =
     R"(The board has three to five cards. Exactly two hole cards and three board cards play, so a
 hand is the nuts when no two unseen cards make more. Hands of as many unseen cards that beat it
 are counted, too. Values are 1..7462, larger is better.
@@ -129,7 +129,7 @@ void AddNuts(Command program, int& exit_code) {
   auto words = std::make_shared<OmahaWords>();
   Command command = program.AddCommand("nuts", "What beats an Omaha hand, and the nuts");
   AddOmahaWords(command, *words);
-  command.SetFooter(kExamples);
+  command.SetFooter(kNutsExamples);
   command.SetAction([words, &exit_code] { exit_code = RunNuts(*words); });
 }
 

@@ -19,7 +19,7 @@
 namespace pokermath::cli {
 namespace {
 
-constexpr const char* kExamples =
+constexpr const char* kOutsExamples =
     R"(An out is an unseen card that makes a hand of a higher category if it comes next; a nut out
 makes a hand that no two other cards beat. The board has three or four cards.
 Straights are the two ranks that make one with the board, and no flush; a flush draw is a suit
@@ -234,7 +234,7 @@ void AddOuts(Command program, int& exit_code) {
   AddOmahaWords(command, *words);
   command.AddOption("--svg", words->svg, "Also write the deck as a picture; - for a picture alone")
       .ValueName("FILE");
-  command.SetFooter(kExamples);
+  command.SetFooter(kOutsExamples);
   command.SetAction([words, &exit_code] { exit_code = RunOuts(*words); });
 }
 

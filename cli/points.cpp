@@ -14,7 +14,7 @@
 namespace pokermath::cli {
 namespace {
 
-constexpr const char* kExamples =
+constexpr const char* kPointsExamples =
     R"(Points by the Hutchison count: suited cards, pairs, cards that make straights together; with
 --hilo low cards, pairs and suits. More is better. A hand is four cards, and one word.
 
@@ -54,7 +54,7 @@ void AddPoints(Command program, int& exit_code) {
       .ValueName("");
   command.AddFlag("--hilo", words->high_low, "Count for Hi/Lo");
   command.AddFlag("--json", words->json, "Print a JSON object");
-  command.SetFooter(kExamples);
+  command.SetFooter(kPointsExamples);
   command.SetAction([words, &exit_code] { exit_code = RunPoints(*words); });
 }
 

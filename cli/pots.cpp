@@ -18,7 +18,7 @@
 namespace pokermath::cli {
 namespace {
 
-constexpr const char* kExamples =
+constexpr const char* kPotsExamples =
     R"(Seats are numbered from 0 in the order given. A score says how strong a hand is: larger is
 better, equal scores share, 0 for a player who has folded. What is only claimed by scores
 below 0 goes back to its owners. Equal scores share up to 1000 chips of each player at a
@@ -132,7 +132,7 @@ void AddPots(Command program, int& exit_code) {
       .Required()
       .ValueName("SCORES");
   command.AddFlag("--json", words->json, "Print a JSON object");
-  command.SetFooter(kExamples);
+  command.SetFooter(kPotsExamples);
   command.SetAction([words, &exit_code] { exit_code = RunPots(*words); });
 }
 

@@ -24,7 +24,7 @@
 namespace pokermath::cli {
 namespace {
 
-constexpr const char* kExamples =
+constexpr const char* kRangeExamples =
     R"(A list of classes (AA, AKs, AKo, AK), classes and all better ones (TT+, A9s+, KJo+),
 runs (JJ-88, A9s-A5s), holdings (AhKd), percentages (15%) and the word random.
 In the matrix a star marks a class of which the range holds some holdings only.
@@ -227,7 +227,7 @@ void AddRange(Command program, int& exit_code) {
   command.AddOption("--dead", words->dead, "Omaha: cards that no hand may hold").ValueName("CARDS");
   command.AddFlag("--list", words->list, "Omaha: print every hand, one a line");
   command.AddFlag("--json", words->json, "Print a JSON object");
-  command.SetFooter(kExamples);
+  command.SetFooter(kRangeExamples);
   command.SetAction([words, &exit_code] { exit_code = RunRange(*words); });
 }
 
