@@ -685,7 +685,7 @@ TEST(Solvers, EqualPlainEnumerationWhereSuitsAreAlike) {
 }
 
 TEST(SolversSlow, AllEqualPlainEnumeration) {
-  const std::map<std::string, int> fitted = CompareSolvers(23, 800);
+  const std::map<std::string, int> fitted = CompareSolvers(3156, 800);
   EXPECT_EQ(fitted.size(), Solvers().size());
   for (const auto& [name, times] : fitted) EXPECT_GE(times, 5) << name;
 }

@@ -96,8 +96,9 @@ class RandomQuestions {
     EquityQuestion question = Next();
     while (!RulesOf(question.game).IsOmaha()) question.game = kGames[Below(kGames.size())].game;
     question = {.game = question.game};
-    question.dead = CardSet(std::span(deck_).subspan(31));
-    deck_.resize(31);
+    constexpr std::size_t kLive = 26;
+    question.dead = CardSet(std::span(deck_).subspan(kLive));
+    deck_.resize(kLive);
     question.players = {HandRange::Of(question.game, HandOf(RulesOf(question.game))),
                         Range(question.game, 6)};
     if (Below(2) == 0) std::swap(question.players[0], question.players[1]);
@@ -108,8 +109,8 @@ class RandomQuestions {
 
  private:
   CardSet HandOf(const GameRules& rules) {
-    const auto near = static_cast<std::ptrdiff_t>(Below(2) == 0 ? 30 : deck_.size());
-    std::vector<int> cards(deck_.begin() + 3, deck_.begin() + near);
+    const std::size_t near = std::min<std::size_t>(Below(2) == 0 ? 30 : 52, deck_.size());
+    std::vector<int> cards(deck_.begin() + 3, deck_.begin() + static_cast<std::ptrdiff_t>(near));
     std::shuffle(cards.begin(), cards.end(), random_);
     return CardSet(std::span(cards).first(static_cast<std::size_t>(rules.hand_size)));
   }

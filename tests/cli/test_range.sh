@@ -87,11 +87,12 @@ same "$asked" "$out" '{"schema":1,"game":"omaha","text":"AAKK","dead":[],"hands"
 '"examples":["AsAhKsKh","AsAdKsKc","AsAdKhKd","AhAdKsKh","AdAcKsKh","AhAcKhKc"]}'
 run range --game omaha 'AsAhKs[23]' --list --dead 2s3h
 same "$asked" "$out" $'AsAhKs3s\nAsAhKs2h\nAsAhKs3d\nAsAhKs2d\nAsAhKs3c\nAsAhKs2c'
-for text in 10%:ds 'AAxxx!AAAxx, KKxxx:ss' '5%-8%!AsKsxxx'; do
-  run range --game omaha5 "$text" --json
+for question in 'omaha AAxx!AAAx, KKxx:ss' 'omaha 5%-8%!AsKsxx' 'omaha5 2%:ds'; do
+  game=${question%% *}
+  run range --game "$game" "${question#* }" --json
   expect_code 0
   first=$out
-  run range --game omaha5 "$(value_of text | tr -d '"')" --json
+  run range --game "$game" "$(value_of text | tr -d '"')" --json
   same "$asked" "$out" "$first"
 done
 run range --game omaha6 'AAAAxx!xxxxxx:ts, AAAKKK' --json
