@@ -86,7 +86,7 @@ expect_code 0
 has "a warning" "$err" "pokermath: warning: "
 run equity random random --exact --json
 same "random against random" "$(value equity) $(value hands 2)" "0.5 1326"
-run equity AhKd QcJs --folded 7c7d --folded KcKh,KcKs --exact --json
+run equity AhKd QcJs --folded 7c7d --folded KcKh,KcKs --to turn --exact --json
 has "$asked" "$out" '"folded":["7c7d","KcKh,KcKs"],'
 expect_code 0
 refuses 2 "folded player 1: Ah is in the hand of player 1 already" equity AhKd QcJs --folded AhAd
@@ -291,7 +291,7 @@ same "boxes" "$(grep -o '<rect x=[^>]*/><text [^>]*>[0-9]' "$work/types.svg" | w
 # What takes little is counted: a hand and a range before the flop, every hand of both; what comes
 # next for hands; what ranges make on a turn.
 for words in 'AhAdKhKd AAxx --by hand' 'AhAdKhKd2c AAxxx --game omaha5-hilo' \
-  'AhAdKhKd JsTs9c8c --by hand --game omaha-hilo' 'AhAdKhKd JsTs9c8c --by next' \
+  'AhAdKhKd JsTs9c8c --by hand --game omaha-hilo' 'AhAdKhKd JsTs9c8c --by next --to turn' \
   'AAxx:ds QQxx:ds --board AsKs7c2d --by made'; do
   [[ $words == *--game* ]] || words+=' --game omaha'
   # shellcheck disable=SC2086

@@ -51,10 +51,10 @@ random     148,995   55.902 %     1.062 %   59,260,066   48.50 %   18,372,649   
 
 122,175,900 cases of board and hands, counted exactly (counting takes less than a second), T.
 Equity is the share of the pot; where somebody has a low, half of it is the low's."
-run equity Ah2h3c4d random --game omaha-hilo --exact --json
+run equity Ah2h3c4d random --game omaha-hilo --to turn --exact --json
 exact=$(value equity)
 low=$(value low)
-run equity Ah2h3c4d random --game omaha-hilo --sampled --json
+run equity Ah2h3c4d random --game omaha-hilo --to turn --sampled --standard-error 0.1% --json
 near "sampled Hi/Lo" "$(value equity)" "$exact" "$(value standard_error)"
 near "its lows" "$(value low)" "$low" "$(value standard_error)"
 
@@ -156,7 +156,7 @@ for words in 'AAKKQJ random --board 2c7dTh4s5s' 'AhAdKhKdQcJs random --board 2c7
   'AhAdKhKdQcJs AAxxxx:ts@50,KKQQJx --board 2c7dTh4s'; do
   for game in omaha6 omaha6-hilo; do
     # shellcheck disable=SC2086
-    run equity $words --game $game --sampled --seed 3 --json
+    run equity $words --game $game --sampled --standard-error 0.1% --seed 3 --json
     expect_code 0
     sampled=$(value equity) error=$(value standard_error)
     [[ $words == AAKK* ]] && continue

@@ -168,8 +168,8 @@ TEST(ShortDeckEquity, EveryRangeFunctionIsThePlainCount) {
                 plain(known == 3 ? 3 : 4, 4));
     }
     EXPECT_EQ(getProbabilityOfWinBySpectrToFlop6Plus(hand.data(), nullptr, 0, spec), plain(0, 3));
-    EXPECT_EQ(getProbabilityOfWinBySpectrToTurn6Plus(hand.data(), nullptr, 0, spec), plain(0, 4));
     if (trial == 0) {
+      EXPECT_EQ(getProbabilityOfWinBySpectrToTurn6Plus(hand.data(), nullptr, 0, spec), plain(0, 4));
       const double river = plain(0, 5);
       for (const int workers : {1, 3}) {
         omp_set_num_threads(workers);

@@ -57,27 +57,31 @@ class Deals {
 void CountPlainly(const GameRules& rules, const TwoRanges& ranges, CardSet board,
                   const TwoTallies& tallies) {
   const std::vector<int> board_cards(board.begin(), board.end());
-  const auto values_of = [&](std::span<const WeightedPair> hands) {
-    std::vector<int> values;
-    for (const auto& [card1, card2, weight] : hands) {
-      const int cards[] = {card1, card2};
-      values.push_back(CardSet(cards).Meets(board) ? -1 : WorthOf(rules, cards, board_cards).high);
+  struct Played {
+    std::uint64_t cards;
+    int value, weight;
+    Tally* tally;
+  };
+  const auto played = [&](std::span<const WeightedPair> hands, std::span<Tally> of) {
+    std::vector<Played> values;
+    for (std::size_t i = 0; i < hands.size(); ++i) {
+      const int cards[] = {hands[i].card1, hands[i].card2};
+      if (CardSet(cards).Meets(board)) continue;
+      const int value = WorthOf(rules, cards, board_cards).high;
+      values.push_back({CardSet(cards).bits(), value, hands[i].weight, &of[i]});
     }
     return values;
   };
-  const std::vector<int> values1 = values_of(ranges.hands1);
-  const std::vector<int> values2 = values_of(ranges.hands2);
-  for (std::size_t i = 0; i < values1.size(); ++i) {
-    for (std::size_t j = 0; j < values2.size(); ++j) {
-      const WeightedPair& hand1 = ranges.hands1[i];
-      const WeightedPair& hand2 = ranges.hands2[j];
-      if (values1[i] < 0 || values2[j] < 0 || hand1.cards().Meets(hand2.cards())) continue;
-      const std::int64_t tie = values1[i] == values2[j] ? 1 : 0;
-      tallies.of1[i] +=
-          {values1[i] > values2[j] ? hand2.weight : 0, tie * hand2.weight, hand2.weight};
-      tallies.of2[j] +=
-          {values1[i] < values2[j] ? hand1.weight : 0, tie * hand1.weight, hand1.weight};
+  const std::vector<Played> all2 = played(ranges.hands2, tallies.of2);
+  for (const Played& hand1 : played(ranges.hands1, tallies.of1)) {
+    Tally tally;
+    for (const Played& hand2 : all2) {
+      if ((hand1.cards & hand2.cards) != 0) continue;
+      const bool wins = hand1.value > hand2.value, ties = hand1.value == hand2.value;
+      tally += {wins ? hand2.weight : 0, ties ? hand2.weight : 0, hand2.weight};
+      *hand2.tally += {wins || ties ? 0 : hand1.weight, ties ? hand1.weight : 0, hand1.weight};
     }
+    *hand1.tally += tally;
   }
 }
 
@@ -114,7 +118,7 @@ TEST(BoardSweep, GivesEveryHandWhatPlainLoopsGive) {
       if (deals.Below(2) == 0) coming.Add(*board.begin());
       CardSet from = rules.Deck() - board;
       if (deals.Below(2) == 0) from -= deals.Board(3);
-      const std::size_t one_in = to_come == 2 ? 60 : 1 + deals.Below(8);
+      const std::size_t one_in = to_come == 2 ? 60 : (to_come == 1 ? 4 : 1) + deals.Below(8);
       const std::vector<WeightedPair> hands1 = deals.Range(one_in);
       const std::vector<WeightedPair> hands2 = deals.Range(one_in);
       const TwoRanges ranges{hands1, hands2};

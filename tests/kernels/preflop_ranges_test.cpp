@@ -128,7 +128,7 @@ void CountPlainly(const GameRules& rules, const TwoRanges& ranges, CardSet board
 // Dead cards, many of one rank or suit at times, against every board that they leave.
 TEST(EmptyBoard, LeavesOutDeadCards) {
   std::mt19937 random(3);
-  for (int trial = 0; trial < 30; ++trial) {
+  for (int trial = 0; trial < 18; ++trial) {
     SCOPED_TRACE(trial);
     constexpr Game kGamesOfDecks[] = {Game::kHoldem, Game::kShortDeck, Game::kShortDeckStraights};
     const Deck deck = kDecks[trial % 3];

@@ -176,7 +176,7 @@ TEST(OmahaOuts, ByKind) {
   const PokerLogic logic;
   Dealer dealer(92);
   SCOPED_TRACE(dealer.Trace());
-  for (int trial = 0; trial < 60; ++trial) {
+  for (int trial = 0; trial < 24; ++trial) {
     Situation now = Random(dealer, 4, 3 + trial % 2);
     SCOPED_TRACE(CardNames(now.hole) + " on " + CardNames(now.board));
     const int n = Count(now.board);
