@@ -1082,7 +1082,7 @@ std::vector<EquityQuestion> PooledQuestions() {
 
 // With the error that they tell: that is how far answers of many seeds are from the truth.
 TEST(Sampling, PoolsComeNearTheCount) {
-  constexpr int kSeeds = 80;
+  constexpr int kSeeds = 40;
   for (EquityQuestion& question : PooledQuestions()) {
     SCOPED_TRACE(Trace(question));
     question.method = Method::kExact;
