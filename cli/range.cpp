@@ -147,7 +147,7 @@ int RunRank(const RangeWords& words, const RangeOptions& options) {
   Spec holdings;
   AddCell(cell, holdings);
   const Combination holding = *holdings.combinations().begin();
-  const auto& table = RangesByPercent(options.percent_table, options.short_deck);
+  const auto table = RangesByPercent(options.percent_table, options.short_deck);
   const auto enters = std::ranges::find_if(
       table, [&](const auto& row) { return row.second.combinations().contains(holding); });
   const bool short_deck = options.short_deck;

@@ -11,10 +11,11 @@ namespace pokermath {
 
 /// The ranges of a table by percent, the widest last. The short-deck table that hosts know files
 /// one range far below its width; here it stands at its own.
-const std::map<double, Spec>& RangesByPercent(PercentTable table, bool short_deck);
+std::map<double, Spec> RangesByPercent(PercentTable table, bool short_deck);
 
-/// The widest of them that is no wider than `percent`; the first one for less than that.
-const Spec& RangeWithin(double percent, PercentTable table, bool short_deck);
+/// The widest of them that is no wider than `percent`; the first one for less than that. No other
+/// range is built for it.
+Spec RangeWithin(double percent, PercentTable table, bool short_deck);
 
 }  // namespace pokermath
 

@@ -10,6 +10,7 @@
 #include <cmath>
 #include <iterator>
 #include <string_view>
+#include <vector>
 
 #include "ranges/hand_classes.h"
 #include "ranges/percent_ranges.h"
@@ -114,16 +115,52 @@ void FillSteps(const Steps& steps, RangeMap& ranges, TextMap* texts) {
   }
 }
 
-// Calls visit(name, range) for every class of an order, the range growing by it.
+// Calls visit(name, holdings) for every class of an order, with the holdings up to it.
 template <typename Visit>
-void GrowAlong(std::string_view order, Visit visit) {
-  Spec range;
+void WalkAlong(std::string_view order, Visit visit) {
+  std::size_t holdings = 0;
   while (!order.empty()) {
     const std::string_view name = order.substr(0, order.find(' '));
     order.remove_prefix(std::min(order.size(), name.size() + 1));
-    AddClasses(name, range);
-    visit(name, range);
+    holdings += name[0] == name[1] ? 6 : name[2] == 's' ? 4 : 12;
+    visit(name, holdings);
   }
+}
+
+double HoldemKey(std::string_view name, std::size_t holdings) {
+  if (name == "AA") return 0.45;
+  return std::round(static_cast<double>(holdings) / kHoldemPercent * 10) / 10;
+}
+
+// Holdings / 6.3, rounded up to two decimals in whole numbers.
+double ShortDeckKey(std::string_view name, std::size_t holdings) {
+  return name == "AA" ? 0.95 : static_cast<double>((holdings * 1000 + 62) / 63) / 100;
+}
+
+// 87s is filed under this key, in one table near its own and in the other far below it; look-ups
+// pair ranges and texts by place.
+constexpr double kKeyOf87s = 34.9;
+
+// What a step of a table adds to the one before, without texts.
+struct PercentStep {
+  double percent;
+  std::string_view classes;
+};
+
+std::vector<PercentStep> StepsOf(PercentTable table, bool short_deck) {
+  std::vector<PercentStep> steps;
+  if (short_deck) {
+    WalkAlong(kShortDeckOrder, [&](std::string_view name, std::size_t holdings) {
+      steps.push_back({ShortDeckKey(name, holdings), name});
+    });
+  } else if (table == PercentTable::kCorvelle) {
+    for (const Step& step : kCorvelle) steps.push_back({step.percent, step.classes});
+  } else {
+    WalkAlong(kHoldemOrder, [&](std::string_view name, std::size_t holdings) {
+      steps.push_back({name == "87s" ? kKeyOf87s : HoldemKey(name, holdings), name});
+    });
+  }
+  return steps;
 }
 
 // The last of the entries whose keys are no greater than the percentage, or the first; texts are
@@ -198,30 +235,23 @@ void Interpolate(const Game& game, RangeMap& ranges, TextMap& texts) {
 }  // namespace
 }  // namespace pokermath
 
-const std::map<double, Spec>& pokermath::RangesByPercent(PercentTable table, bool short_deck) {
-  static const CStatSpectr holdem = [] {
-    CStatSpectr tables;
-    tables.InitEquil();
-    tables.InitCorvelle();
-    return tables;
-  }();
-  static const std::map<double, Spec> short_deck_ranges = [] {
-    CStatSpectr tables;
-    tables.InitEquil6Plus();
-    std::map<double, Spec> ranges = tables.equilibrium();
-    auto misfiled = ranges.extract(34.9);
-    misfiled.key() = 64.45;
-    ranges.insert(std::move(misfiled));
-    return ranges;
-  }();
-  if (short_deck) return short_deck_ranges;
-  return table == PercentTable::kCorvelle ? holdem.corvelle() : holdem.equilibrium();
+std::map<double, Spec> pokermath::RangesByPercent(PercentTable table, bool short_deck) {
+  std::map<double, Spec> ranges;
+  Spec range;
+  for (const PercentStep& step : StepsOf(table, short_deck)) {
+    AddClasses(step.classes, range);
+    ranges.emplace(step.percent, range);
+  }
+  return ranges;
 }
 
-const Spec& pokermath::RangeWithin(double percent, PercentTable table, bool short_deck) {
-  const auto& ranges = RangesByPercent(table, short_deck);
-  const auto wider = ranges.upper_bound(percent);
-  return wider == ranges.begin() ? wider->second : std::prev(wider)->second;
+Spec pokermath::RangeWithin(double percent, PercentTable table, bool short_deck) {
+  Spec range;
+  for (const PercentStep& step : StepsOf(table, short_deck)) {
+    if (step.percent > percent && !range.combinations().empty()) break;
+    AddClasses(step.classes, range);
+  }
+  return range;
 }
 
 void CStatSpectr::Init() {
@@ -238,12 +268,11 @@ void CStatSpectr::InitCorvelle() {
 void CStatSpectr::InitEquil() {
   equilibrium_.clear();
   equilibrium_texts_.clear();
-  pokermath::GrowAlong(pokermath::kHoldemOrder, [this](std::string_view name, const Spec& range) {
-    const auto holdings = static_cast<double>(range.combinations().size());
-    const double key =
-        name == "AA" ? 0.45 : std::round(holdings / pokermath::kHoldemPercent * 10) / 10;
-    // 87s is filed under two keys; look-ups pair ranges and texts by place.
-    equilibrium_[name == "87s" ? 34.9 : key] = range;
+  Spec range;
+  pokermath::WalkAlong(pokermath::kHoldemOrder, [&](std::string_view name, std::size_t holdings) {
+    pokermath::AddClasses(name, range);
+    const double key = pokermath::HoldemKey(name, holdings);
+    equilibrium_[name == "87s" ? pokermath::kKeyOf87s : key] = range;
     equilibrium_texts_[key] = pokermath::RangeText(range, false, L"o");
   });
 }
@@ -251,19 +280,20 @@ void CStatSpectr::InitEquil() {
 void CStatSpectr::InitEquil6Plus() {
   equilibrium_.clear();
   equilibrium_texts_.clear();
-  pokermath::GrowAlong(
-      pokermath::kShortDeckOrder, [this](std::string_view name, const Spec& range) {
-        // Holdings / 6.3, rounded up to two decimals in whole numbers.
-        const auto holdings = static_cast<int>(range.combinations().size());
-        const double key = name == "AA" ? 0.95 : (holdings * 1000 + 62) / 63 / 100.0;
-        // Filed between 33.34 and 35.88, far below its text: look-ups pair by place, so from there
-        // up to the next key, 66.35, a range comes with the text of the next one.
-        equilibrium_[name == "87s" ? 34.9 : key] = range;
-        CString text = pokermath::RangeText(range, true, L"o");
-        if (key == 47.94) text = L"66+,A2s+,K6s+,Q8s+,J8s+,T9s,A8o+,K9o+,QTo+,JTo";
-        if (key >= 92.39) text.replace(text.find(L"86s+"), 4, L"87s+");
-        equilibrium_texts_[key] = text;
-      });
+  Spec range;
+  pokermath::WalkAlong(pokermath::kShortDeckOrder,
+                       [&](std::string_view name, std::size_t holdings) {
+                         pokermath::AddClasses(name, range);
+                         const double key = pokermath::ShortDeckKey(name, holdings);
+                         // Filed between 33.34 and 35.88, far below its text: look-ups pair by
+                         // place, so from there up to the next key, 66.35, a range comes with the
+                         // text of the next one.
+                         equilibrium_[name == "87s" ? pokermath::kKeyOf87s : key] = range;
+                         CString text = pokermath::RangeText(range, true, L"o");
+                         if (key == 47.94) text = L"66+,A2s+,K6s+,Q8s+,J8s+,T9s,A8o+,K9o+,QTo+,JTo";
+                         if (key >= 92.39) text.replace(text.find(L"86s+"), 4, L"87s+");
+                         equilibrium_texts_[key] = text;
+                       });
 }
 
 void CStatSpectr::GetSpecByPercent(double percent, Spec& spec, CString& text, int table) const {

@@ -91,7 +91,7 @@ class TermReader : PieceCursor {
     PercentBand band;
     if (std::optional<Fault> fault = ReadBand(band)) return fault;
     if (!AtEnd()) return Here("an exclusion (!AA) or the end");
-    const auto within = [this](double percent) -> const Spec& {
+    const auto within = [this](double percent) {
       return RangeWithin(percent, PercentTable::kEquilibrium, rules_.IsShortDeck());
     };
     hands_.Unite(SetOf(within(band.to)));

@@ -30,6 +30,10 @@ Spec Read(const CString& text, RangeOptions options) {
   return read.range;
 }
 
+Spec WithinPercent(double percent, RangeOptions options) {
+  return Read(std::to_wstring(percent) + L"%", options);
+}
+
 TEST(Equilibrium, HoldemRowsAreThoseThatHostsKnow) {
   CStatSpectr tables;
   Spec range;
@@ -55,8 +59,8 @@ TEST(Equilibrium, HoldemRowsAreThoseThatHostsKnow) {
   EXPECT_TRUE(all.text.starts_with(L"22+,A2s+,K2s+,") && all.text.ends_with(L",42o+,32o"));
 }
 
-// Every row in steps of a hundredth of a percent: each range is as wide as its key says, and its
-// text reads back to it.
+// Every row in steps of a hundredth of a percent: each range is as wide as its key says, is what
+// range text means by it, and its text reads back to it.
 TEST(Equilibrium, EveryTextIsItsRange) {
   CStatSpectr tables;
   tables.InitEquil();
@@ -72,8 +76,10 @@ TEST(Equilibrium, EveryTextIsItsRange) {
     ++rows;
     EXPECT_NEAR(static_cast<double>(size) / 13.26, key / 100.0, 0.1);
     EXPECT_EQ(Read(text, {}).combinations(), range.combinations()) << key;
+    EXPECT_EQ(WithinPercent(key / 100.0, {}).combinations(), range.combinations()) << key;
   }
   EXPECT_EQ(rows, 169);
+  EXPECT_EQ(WithinPercent(0.01, {}).combinations(), WithinPercent(0.89, {}).combinations());
 }
 
 TEST(Equilibrium, ShortDeckReplacesHoldemAndKeepsItsOddities) {
@@ -121,6 +127,9 @@ TEST(Corvelle, StepsAndTextsAgree) {
     CString text;
     tables.GetSpecByPercent(key, range, text, 1);
     EXPECT_EQ(Read(text, {}).combinations(), range.combinations()) << key;
+    EXPECT_EQ(WithinPercent(key + 0.01, {.percent_table = PercentTable::kCorvelle}).combinations(),
+              range.combinations())
+        << key;
   }
   EXPECT_EQ(At(tables, 7.2, 1).text, L"88+,AJ+,KQs");
   EXPECT_EQ(At(tables, 99, 1).holdings, At(tables, 40, 1).holdings);
