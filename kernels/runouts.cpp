@@ -21,6 +21,7 @@
 #include <vector>
 
 #include "kernels/registers.h"
+#include "platform/mutex.h"
 #include "pokermath/large_table.h"
 
 namespace pokermath {
@@ -67,7 +68,7 @@ class KeptRows {
   std::size_t length_;
   std::vector<std::atomic<bool>> made_;
   LargeTable<std::int16_t> values_;  // memory that nobody writes costs nothing
-  std::mutex making_;
+  Mutex making_;
 };
 
 // The values of `known` ranks with one or two more.

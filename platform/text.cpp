@@ -1,6 +1,6 @@
 #include "platform/text.h"
 
-#include <utf8.h>
+#include <utf8/unchecked.h>
 
 #include <algorithm>
 #include <cstring>
@@ -25,7 +25,8 @@ wchar_t* DecodeUtf8(std::string_view bytes, wchar_t* out) {
     return utf8::unchecked::utf8to32(bytes.begin(), bytes.end(), out);
   }
   std::string valid;
-  utf8::replace_invalid(bytes.begin(), bytes.end(), std::back_inserter(valid), kReplacement);
+  utf8::unchecked::replace_invalid(bytes.begin(), bytes.end(), std::back_inserter(valid),
+                                   kReplacement);
   return utf8::unchecked::utf8to32(valid.begin(), valid.end(), out);
 }
 

@@ -3,6 +3,7 @@
 #include <charconv>
 
 #include "cards/card_text.h"
+#include "platform/decimal.h"
 #include "platform/text.h"
 
 namespace pokermath {
@@ -49,9 +50,9 @@ std::optional<int> PieceCursor::ReadSuit() {
 std::optional<double> PieceCursor::ReadPercent() {
   double percent = 0;
   const std::string_view rest = Rest();
-  const char* end = rest.data() + rest.size();
-  const auto [stop, error] = std::from_chars(rest.data(), end, percent, std::chars_format::fixed);
-  if (error != std::errc{} || stop == end || *stop != '%' || !(percent > 0 && percent <= 100)) {
+  const auto [stop, error] = ReadDecimal(rest, percent);
+  if (error != std::errc{} || stop == rest.data() + rest.size() || *stop != '%' ||
+      !(percent > 0 && percent <= 100)) {
     return std::nullopt;
   }
   Advance(static_cast<std::size_t>(stop - rest.data()) + 1);

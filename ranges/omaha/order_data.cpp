@@ -1,23 +1,11 @@
-// The files of ranges/data as a part of the program. The assembler takes them in: compilers are
-// slow with arrays of that size.
+// The files of ranges/data as a part of the program.
 
 #include "cards/omaha_sizes.h"
+#include "platform/embedded_file.h"
 #include "ranges/omaha/order.h"
 
-asm(R"(
-  .pushsection .rodata
-pokermath_omaha4_order:
-  .incbin ")" POKERMATH_RANGES_DATA R"(/omaha4.order"
-pokermath_omaha5_order:
-  .incbin ")" POKERMATH_RANGES_DATA R"(/omaha5.order"
-pokermath_omaha_orders_end:
-  .popsection
-)");
-
-// Hidden, or the compiler would look for them in other libraries.
-extern "C" [[gnu::visibility("hidden")]] const std::uint8_t pokermath_omaha4_order[];
-extern "C" [[gnu::visibility("hidden")]] const std::uint8_t pokermath_omaha5_order[];
-extern "C" [[gnu::visibility("hidden")]] const std::uint8_t pokermath_omaha_orders_end[];
+POKERMATH_EMBED_FILE(pokermath_omaha4_order, POKERMATH_RANGES_DATA "/omaha4.order", 0);
+POKERMATH_EMBED_FILE(pokermath_omaha5_order, POKERMATH_RANGES_DATA "/omaha5.order", 0);
 
 namespace pokermath {
 namespace {
@@ -29,11 +17,11 @@ std::span<const std::uint8_t> Order() {
 }
 template <>
 std::span<const std::uint8_t> Order<4>() {
-  return {pokermath_omaha4_order, pokermath_omaha5_order};
+  return POKERMATH_EMBEDDED(pokermath_omaha4_order);
 }
 template <>
 std::span<const std::uint8_t> Order<5>() {
-  return {pokermath_omaha5_order, pokermath_omaha_orders_end};
+  return POKERMATH_EMBEDDED(pokermath_omaha5_order);
 }
 
 }  // namespace
