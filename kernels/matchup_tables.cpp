@@ -87,11 +87,12 @@ MatchupTables<deck, kBoard>::MatchupTables(Deck rules)
   counts_.resize(std::size_t{13} * kSize, 0);
   for (std::size_t i = 0; i < multisets.size(); ++i) {
     keys_[i] = KeyOf(key_of_, multisets[i]);
+    // Ways to take k + 1 of a rank's four cards are those to take k, times 4 - k, by k + 1.
     int weight = 1;
-    for (std::size_t rank = 0; rank < 13; ++rank) {
-      const auto held = std::ranges::count(multisets[i], static_cast<int>(rank));
-      weight *= Choose(4, static_cast<int>(held));
-      counts_[rank * kSize + i] = static_cast<std::int16_t>(held);
+    for (const int rank : multisets[i]) {
+      std::int16_t& held = counts_[static_cast<std::size_t>(rank * kSize) + i];
+      weight = weight * (4 - held) / (held + 1);
+      ++held;
     }
     weights_[i] = static_cast<std::int16_t>(weight);
   }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <bit>
 
-#include "eval/omaha_best.h"
+#include "eval/compact_keys.h"
 #include "eval/omaha_low.h"
 #include "kernels/decks.h"
 
@@ -32,8 +32,13 @@ std::vector<std::uint16_t> SuitedPlaces() {
           for (int rank = 0; rank < 13; ++rank) {
             if ((set >> rank & 1) != 0) board[size++] = rank;
           }
-          for (std::size_t i = 0; i < others; ++i) board[size++] = rest[1 - i];
-          std::ranges::sort(board);
+          for (std::size_t i = 0; i < others; ++i) {
+            std::size_t place = size++;
+            for (; place > 0 && board[place - 1] > rest[1 - i]; --place) {
+              board[place] = board[place - 1];
+            }
+            board[place] = rest[1 - i];
+          }
           const std::size_t number =
               others == 2 ? static_cast<std::size_t>(rest[1] * (rest[1] + 1) / 2 + rest[0])
                           : static_cast<std::size_t>(rest[1]);
@@ -46,56 +51,87 @@ std::vector<std::uint16_t> SuitedPlaces() {
   return places;
 }
 
-// Visits all multisets of five ranks.
-template <typename Visit>
-void ForEachBoard(const Visit& visit) {
-  constexpr std::int8_t kFive = 5;
+// Visits all multisets of so many ranks.
+template <std::size_t size, typename Visit>
+void ForEachMultisetOf(const Visit& visit) {
   RankCounts counts;
-  counts.fill(kFive);
-  std::array<int, 5> board{};
-  ForEachMultiset(counts, board, [&](std::int64_t) { visit(board); });
+  counts.fill(static_cast<std::int8_t>(size));
+  std::array<int, size> ranks{};
+  ForEachMultiset(counts, ranks, [&](std::int64_t) { visit(ranks); });
 }
+
+// The numbers of the ten triples of every board, and of the multisets behind them in a row.
+struct BoardNumbers {
+  BoardNumbers() : triples(MultisetsOf(5)) {
+    ForEachMultisetOf<5>([this](const std::array<int, 5>& board) {
+      auto triple = triples[static_cast<std::size_t>(MultisetNumber(board))].begin();
+      for (std::size_t c = 2; c < 5; ++c)
+        for (std::size_t b = 1; b < c; ++b)
+          for (std::size_t a = 0; a < b; ++a) {
+            *triple++ = static_cast<std::uint16_t>(
+                MultisetNumber(std::array{board[a], board[b], board[c]}));
+          }
+    });
+  }
+  static const BoardNumbers& Get() {
+    static const BoardNumbers numbers;
+    return numbers;
+  }
+
+  std::vector<std::array<std::uint16_t, 10>> triples;
+  std::vector<std::uint16_t> suited = SuitedPlaces();
+};
 
 }  // namespace
 
-template <typename ValuesOf>
-OmahaRankValues::OmahaRankValues(const ValuesOf& values_of) {
-  constexpr std::int16_t kNothing = 0;
-  for (Row& row : rows_) row.resize(OmahaRow::kSize, kNothing);
-  ForEachBoard([&](const std::array<int, 5>& board) {
-    const auto values = values_of(board);
-    const auto number = static_cast<std::size_t>(MultisetNumber(board));
-    for (int high = 0; high < 13; ++high) {
-      for (int low = 0; low <= high; ++low) {
-        rows_[static_cast<std::size_t>(RankClassOf(high, low))][number] =
-            static_cast<std::int16_t>(values.Of(high, low));
-      }
-    }
+void OmahaRankValues::Build(int rank_class, Row& row) const {
+  const auto [low, high] = RanksOf(rank_class);
+  std::array<std::int16_t, MultisetsOf(3)> of_triple{};
+  ForEachMultisetOf<3>([&, hole1 = high, hole2 = low](const std::array<int, 3>& board) {
+    of_triple[static_cast<std::size_t>(MultisetNumber(board))] =
+        static_cast<std::int16_t>(value_(hole1, hole2, board));
   });
-  const std::vector<std::uint16_t> places = SuitedPlaces();
-  for (Row& row : rows_) {
-    for (std::size_t i = 0; i < places.size(); ++i) {
-      row[OmahaRow::kMultisets + i] = row[places[i]];
-    }
+  const BoardNumbers& numbers = BoardNumbers::Get();
+  constexpr std::int16_t kNothing = 0;
+  row.resize(OmahaRow::kSize, kNothing);
+  for (std::size_t i = 0; i < numbers.triples.size(); ++i) {
+    std::int16_t best = 0;
+    for (const std::uint16_t triple : numbers.triples[i]) best = std::max(best, of_triple[triple]);
+    row[i] = best;
+  }
+  for (std::size_t i = 0; i < numbers.suited.size(); ++i) {
+    row[OmahaRow::kMultisets + i] = row[numbers.suited[i]];
   }
 }
 
+const OmahaRankValues::Row& OmahaRankValues::Of(int rank_class) const {
+  const auto index = static_cast<std::size_t>(rank_class);
+  std::call_once(built_[index], [&] { Build(rank_class, rows_[index]); });
+  return rows_[index];
+}
+
 const OmahaRankValues& OmahaRankValues::High() {
-  static const OmahaRankValues values(
-      [](const std::array<int, 5>& board) { return OmahaPairValues(board, -1, 0); });
+  static const OmahaRankValues values([](int hole1, int hole2, const std::array<int, 3>& board) {
+    std::uint32_t key = kRankKeys[hole1] + kRankKeys[hole2];
+    for (const int rank : board) key += kRankKeys[rank];
+    return ValueOfRanks<5>(key);
+  });
   return values;
 }
 
 const OmahaRankValues& OmahaRankValues::Low() {
-  static const OmahaRankValues values(
-      [](const std::array<int, 5>& board) { return OmahaPairLows(board); });
+  static const OmahaRankValues values([](int hole1, int hole2, const std::array<int, 3>& board) {
+    unsigned ranks = 0;
+    for (const int rank : board) ranks |= LowBit(rank);
+    return BestLow(LowBit(hole1) | LowBit(hole2), ranks);
+  });
   return values;
 }
 
 RankWays::RankWays() {
   constexpr std::int16_t kNone = 0;
   counts_.resize(std::size_t{13} * OmahaRow::kMultisets, kNone);
-  ForEachBoard([&](const std::array<int, 5>& board) {
+  ForEachMultisetOf<5>([&](const std::array<int, 5>& board) {
     for (const int rank : board) {
       ++counts_[static_cast<std::size_t>(rank * OmahaRow::kMultisets + MultisetNumber(board))];
     }
@@ -112,25 +148,29 @@ OmahaSuitSets::OmahaSuitSets() {
     const std::vector<RankSet> sets = SetsOf(size);
     sets_.insert(sets_.end(), sets.begin(), sets.end());
   }
-  std::vector<std::size_t> place_of(std::size_t{kAllRanks} + 1);
-  for (std::size_t i = 0; i < sets_.size(); ++i) place_of[sets_[i]] = i;
-  for (int high = 1; high < 13; ++high) {
-    for (int low = 0; low < high; ++low) {
-      Flushes& flushes = of_pairs_.emplace_back();
-      const unsigned two = 1u << high | 1u << low;
-      for (std::size_t i = 0; i < sets_.size(); ++i) {
-        if ((sets_[i] & two) != 0) continue;
-        if (std::popcount(sets_[i]) == 3) {
-          flushes[i] = DeckValues<Deck::kFull>::OfFlush(two | sets_[i]);
-          continue;
-        }
-        // Three of the set play.
-        for (unsigned rest = sets_[i]; rest != 0; rest &= rest - 1) {
-          flushes[i] = std::max(flushes[i], flushes[place_of[sets_[i] & ~(rest & -rest)]]);
-        }
+  place_of_.resize(std::size_t{kAllRanks} + 1);
+  for (std::size_t i = 0; i < sets_.size(); ++i)
+    place_of_[sets_[i]] = static_cast<std::uint16_t>(i);
+}
+
+const OmahaSuitSets::Flushes& OmahaSuitSets::OfPair(int high, int low) const {
+  const auto index = static_cast<std::size_t>(high * (high - 1) / 2 + low);
+  std::call_once(built_[index], [&] {
+    Flushes& flushes = of_pairs_[index];
+    const unsigned two = 1u << high | 1u << low;
+    for (std::size_t i = 0; i < sets_.size(); ++i) {
+      if ((sets_[i] & two) != 0) continue;
+      if (i < OmahaRow::kSets[0]) {
+        flushes[i] = DeckValues<Deck::kFull>::OfFlush(two | sets_[i]);
+        continue;
+      }
+      // Three of the set play.
+      for (unsigned rest = sets_[i]; rest != 0; rest &= rest - 1) {
+        flushes[i] = std::max(flushes[i], flushes[place_of_[sets_[i] & ~(rest & -rest)]]);
       }
     }
-  }
+  });
+  return of_pairs_[index];
 }
 
 const OmahaSuitSets& OmahaSuitSets::Get() {
@@ -141,7 +181,7 @@ const OmahaSuitSets& OmahaSuitSets::Get() {
 void OmahaSuitSets::AddFlushes(RankSet held, Flushes& flushes) const {
   ForEachSubset(held, 2, [&](RankSet two) {
     const int low = std::countr_zero(two), high = std::bit_width(two) - 1;
-    const Flushes& of_pair = of_pairs_[static_cast<std::size_t>(high * (high - 1) / 2 + low)];
+    const Flushes& of_pair = OfPair(high, low);
     for (std::size_t i = 0; i < kSize; ++i) flushes[i] = std::max(flushes[i], of_pair[i]);
   });
 }

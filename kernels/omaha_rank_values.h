@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cstdint>
+#include <mutex>
 #include <vector>
 
 #include "eval/rank_sets.h"
@@ -33,10 +34,12 @@ struct OmahaRow {
   static constexpr int kSize = Padded(kFirst[2] + kSets[2], 32);
 };
 
-/// Some 10 MB each, built in some 20 ms when they are first asked for, by any thread.
+/// Rows of 0.1 MB, each built when it is first asked for, by any thread.
 class OmahaRankValues {
  public:
   using Row = LargeTable<std::int16_t>;
+  /// What two hole cards and three of the board make, by their ranks.
+  using Value = int (*)(int hole1, int hole2, const std::array<int, 3>& board);
 
   /// Ascending values.
   static const OmahaRankValues& High();
@@ -44,13 +47,15 @@ class OmahaRankValues {
   static const OmahaRankValues& Low();
 
   /// By the rank class of a pair of cards.
-  const Row& Of(int rank_class) const { return rows_[static_cast<std::size_t>(rank_class)]; }
+  const Row& Of(int rank_class) const;
 
  private:
-  template <typename ValuesOf>
-  explicit OmahaRankValues(const ValuesOf& values_of);
+  explicit OmahaRankValues(Value value) : value_(value) {}
+  void Build(int rank_class, Row& row) const;
 
-  std::array<Row, kRankClasses> rows_;
+  Value value_;
+  mutable std::array<std::once_flag, kRankClasses> built_;
+  mutable std::array<Row, kRankClasses> rows_;
 };
 
 /// Multisets of five ranks and the ways to draw them.
@@ -85,8 +90,14 @@ class OmahaSuitSets {
  private:
   OmahaSuitSets();
 
+  const Flushes& OfPair(int high, int low) const;
+
   std::vector<RankSet> sets_;
-  std::vector<Flushes> of_pairs_;  // high * (high - 1) / 2 + low
+  std::vector<std::uint16_t> place_of_;  // [set]
+  // [high * (high - 1) / 2 + low], built when it is first asked for.
+  static constexpr int kPairs = Choose(13, 2);
+  mutable std::array<std::once_flag, kPairs> built_;
+  mutable std::array<Flushes, kPairs> of_pairs_;
 };
 
 }  // namespace pokermath
