@@ -124,7 +124,7 @@ std::string AnswerWords(std::string_view line, const EquityOptions& options, int
 }
 
 int AnswerQuestionLines(const EquityOptions& options) {
-  CheckOptions(options.words);
+  ReadOptions(options.words);
   const LineForm form{.json = options.json, .schema = kEquitySchema, .threads = ThreadsOf(options)};
   return AnswerLines(form, [&](std::string_view line, int threads, std::string& out) {
     const bool is_object = line.find_first_not_of(" \t") == line.find('{');

@@ -4,7 +4,7 @@ set -euo pipefail
 cd "${1:-$(dirname "$(readlink -f "$0")")/..}"
 
 # From the ground up: a room may include those before it, or those alone that stand behind its colon.
-order="include: platform cards eval ranges kernels calculator omaha showdown pages jobs contracts \
+order="include: platform cards eval ranges kernels calculator omaha showdown pages jobs python contracts \
 support:platform cli"
 no_rooms="bench build cmake docs tests"
 

@@ -110,6 +110,7 @@ Json ParseObject(std::string_view text) {
 EquityWords ReadObject(const Json& object, const EquityWords& defaults) {
   EquityWords words;
   words.of_object = true;
+  words.by_name = "detail";
   for (const auto& [name, value] : object.items()) {
     const auto key = std::ranges::find(kKeys, name, &Key::name);
     if (key == std::ranges::end(kKeys)) {

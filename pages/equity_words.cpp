@@ -142,30 +142,14 @@ By ReadBy(const std::string& name, std::string_view text) {
 }
 
 void ReadDetail(const EquityWords& words, AskedEquity& asked) {
-  const std::string name = words.of_object ? "detail" : "--by";
   Detail& detail = asked.question.detail;
   for (const std::string& text : words.by) {
-    const By by = ReadBy(name, text);
+    const By by = ReadBy(words.by_name, text);
     asked.by.push_back(by);
     detail.hands = detail.hands || by == By::kHand || by == By::kClass;
     detail.next = detail.next || by == By::kNext;
     detail.made = detail.made || by == By::kMade;
   }
-}
-
-AskedEquity ReadOptions(const EquityWords& words) {
-  AskedEquity asked;
-  EquityQuestion& question = asked.question;
-  if (words.game) question.game = ReadGame(words.Named("--game"), *words.game);
-  if (words.to) question.street = ReadStreet(words.Named("--to"), *words.to);
-  if (words.board) asked.board = ReadCards(*words.board);
-  if (words.dead) asked.dead = ReadCards(*words.dead);
-  question.board = CardSet(asked.board);
-  question.dead = CardSet(asked.dead);
-  ReadMethod(words, question);
-  ReadDetail(words, asked);
-  ReadLimits(words, asked);
-  return asked;
 }
 
 // The player that an error is about, with the words that he was given in.
@@ -236,7 +220,20 @@ EquityWords SplitLine(std::string_view line, const EquityWords& defaults) {
   return words;
 }
 
-void CheckOptions(const EquityWords& words) { ReadOptions(words); }
+AskedEquity ReadOptions(const EquityWords& words) {
+  AskedEquity asked;
+  EquityQuestion& question = asked.question;
+  if (words.game) question.game = ReadGame(words.Named("--game"), *words.game);
+  if (words.to) question.street = ReadStreet(words.Named("--to"), *words.to);
+  if (words.board) asked.board = ReadCards(*words.board);
+  if (words.dead) asked.dead = ReadCards(*words.dead);
+  question.board = CardSet(asked.board);
+  question.dead = CardSet(asked.dead);
+  ReadMethod(words, question);
+  ReadDetail(words, asked);
+  ReadLimits(words, asked);
+  return asked;
+}
 
 AskedEquity ReadEquity(const EquityWords& words) {
   AskedEquity asked = ReadOptions(words);

@@ -26,7 +26,8 @@ struct EquityWords {
   bool exact = false;
   bool sampled = false;
   bool any_method = false;  ///< whatever the defaults say
-  bool of_object = false;   ///< keys have the options' names, and every player is one text
+  std::string by_name = "--by";  ///< what `by` is called where the words come from
+  bool of_object = false;        ///< keys have the options' names, and every player is one text
 
   /// An option's name as the user wrote it: "--time-ms", or the key "time_ms".
   std::string Named(std::string_view option) const;
@@ -55,8 +56,9 @@ void CheckWordBehind(std::string_view option, std::string_view cards, std::strin
 /// UsageError for an option that is none.
 EquityWords SplitLine(std::string_view line, const EquityWords& defaults);
 
-/// Throws UsageError for options that are wrong whatever the players are.
-void CheckOptions(const EquityWords& words);
+/// The question without its players; throws UsageError for options that are wrong whatever the
+/// players are.
+AskedEquity ReadOptions(const EquityWords& words);
 
 /// Reads what the words say; throws UsageError for words that cannot be read. Whether the question
 /// has an answer is the calculator's to say.

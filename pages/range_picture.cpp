@@ -66,12 +66,14 @@ std::string MatrixText(const RangeMatrix& matrix, const Colours& colours) {
   return text;
 }
 
-std::string MatrixSvg(const RangeMatrix& matrix, const std::string& title) {
+std::string MatrixSvg(const RangeMatrix& matrix, const std::string& title,
+                      std::span<const std::string> notes) {
   std::vector<GridCell> cells;
   for (int row = 0; row < 13; ++row) {
     for (int column = 0; column < 13; ++column) {
       const bool present = matrix.Present(row, column) != 0;
-      cells.push_back({FillOf(matrix, row, column), present ? "#14202b" : "#a3abb5", ""});
+      cells.push_back({FillOf(matrix, row, column), present ? "#14202b" : "#a3abb5",
+                       notes.empty() ? "" : notes[static_cast<std::size_t>(row * 13 + column)]});
     }
   }
   return GridSvg(matrix.size(), title, cells);

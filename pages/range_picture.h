@@ -4,6 +4,7 @@
 #define POKERMATH_PAGES_RANGE_PICTURE_H_
 
 #include <array>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,7 +37,10 @@ class RangeMatrix {
 std::string MatrixText(const RangeMatrix& matrix, const Colours& colours);
 
 /// A stand-alone SVG document.
-std::string MatrixSvg(const RangeMatrix& matrix, const std::string& title);
+///
+/// @param notes  a second line in every cell, 169 of them, or nothing
+std::string MatrixSvg(const RangeMatrix& matrix, const std::string& title,
+                      std::span<const std::string> notes = {});
 
 /// A text as SVG has it, without signs that mean something there.
 std::string Escape(std::string_view text);

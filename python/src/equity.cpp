@@ -1,0 +1,410 @@
+// equity(): words are read by pages/, as those of the command line are, and so are the answer's
+// texts written. An answer is kept as the library gave it, and turned into what is asked of it.
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <chrono>
+#include <limits>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <thread>
+
+#include "jobs/run.h"
+#include "pages/equity_detail.h"
+#include "pages/equity_report.h"
+#include "pages/equity_svg.h"
+#include "pages/equity_words.h"
+#include "pages/errors.h"
+#include "pages/game.h"
+#include "pokermath/cards.h"
+#include "python/src/attend.h"
+#include "python/src/bindings.h"
+#include "python/src/convert.h"
+#include "python/src/ranges.h"
+
+namespace pokermath {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+struct Answered {
+  AskedEquity asked;
+  EquityRun run;
+
+  const EquityAnswer& answer() const { return run.answer; }
+  const PlayerAnswer& player(std::size_t i) const { return run.answer.players[i]; }
+};
+using AnswerPointer = std::shared_ptr<const Answered>;
+
+// --- asking ---
+
+struct EquityArguments {
+  EquityWords words;
+  std::vector<PlayerArgument> players, folded;
+  int threads = 1;
+
+  Game game() const { return words.game ? FindGame(*words.game).value_or(Game::kHoldem) : Game(); }
+
+  /// Whether reading them and finding the way to answer takes no time worth a thread.
+  bool IsShort() const {
+    const auto is_short = [&](const PlayerArgument& player) { return player.IsShort(game()); };
+    return std::ranges::all_of(players, is_short) && std::ranges::all_of(folded, is_short);
+  }
+};
+
+AskedEquity Read(const EquityArguments& arguments) {
+  AskedEquity asked = ReadOptions(arguments.words);
+  if (arguments.players.empty()) {
+    throw UsageError("players are needed, like equity('AhKd', '7s7c')");
+  }
+  const auto read = [&](const PlayerArgument& argument, std::vector<HandRange>& ranges,
+                        std::vector<std::string>& names) {
+    PlayerReading player = argument.Read(asked.question.game);
+    ranges.push_back(std::move(player.range));
+    names.push_back(std::move(player.name));
+    for (std::string& warning : player.warnings) asked.warnings.push_back(std::move(warning));
+  };
+  for (const PlayerArgument& player : arguments.players) {
+    read(player, asked.question.players, asked.players);
+  }
+  for (const PlayerArgument& folded : arguments.folded) {
+    read(folded, asked.question.folded, asked.folded);
+  }
+  return asked;
+}
+
+RunOptions OptionsFor(const AskedEquity& asked, int threads) {
+  return {.threads = threads, .time = asked.time};
+}
+
+std::shared_ptr<Answered> Answer(AskedEquity asked, const Calculation& plan, RunOptions options,
+                                 Clock::time_point start) {
+  auto answered = std::make_shared<Answered>();
+  answered->run = Run(plan, options);
+  answered->run.elapsed = Clock::now() - start;
+  answered->asked = std::move(asked);
+  return answered;
+}
+
+std::shared_ptr<Answered> AnswerAttended(AskedEquity asked, const Calculation& plan, int threads,
+                                         Clock::time_point start, Attention& attention) {
+  RunOptions options = OptionsFor(asked, threads);
+  options.go_on = [&](const RunState& state) {
+    attention.done = state.done;
+    attention.part = state.part;
+    return !attention.stop;
+  };
+  auto answered = Answer(std::move(asked), plan, options, start);
+  attention.done = plan.method() == Method::kSampled
+                       ? static_cast<std::int64_t>(answered->run.answer.cases.units)
+                       : plan.steps();
+  return answered;
+}
+
+std::shared_ptr<Answered> Ask(EquityArguments arguments, const py::object& progress) {
+  const Clock::time_point start = Clock::now();
+  const int threads = arguments.threads;
+  if (!arguments.IsShort()) {
+    return Attended(
+        [=](Attention& attention) {
+          AskedEquity asked = Read(arguments);
+          const Calculation plan = PlanOf(asked);
+          return AnswerAttended(std::move(asked), plan, threads, start, attention);
+        },
+        progress);
+  }
+  AskedEquity asked = Read(arguments);
+  auto plan = std::make_shared<const Calculation>(PlanOf(asked));
+  // One step of what is short takes less than a look at signals.
+  if (plan->steps() > 1) {
+    return Attended(
+        [=, asked = std::move(asked)](Attention& attention) mutable {
+          return AnswerAttended(std::move(asked), *plan, threads, start, attention);
+        },
+        progress);
+  }
+  const bool quick = std::ranges::all_of(asked.question.players,
+                                         [](const HandRange& range) { return range.size() == 1; });
+  const auto answer = [&] {
+    return Answer(std::move(asked), *plan, OptionsFor(asked, threads), start);
+  };
+  return quick ? answer() : WithoutLock(answer);
+}
+
+// --- arguments ---
+
+void ReadMethod(py::handle value, EquityWords& words) {
+  const std::string_view method = ViewOf("method", value);
+  words.exact = method == "exact";
+  words.sampled = method == "sampled";
+  if (!words.exact && !words.sampled && method != "auto") {
+    throw UsageError(fmt::format("method {} is not known: auto, exact or sampled", Quoted(method)));
+  }
+}
+
+// One or several of what text_of reads.
+void ReadBy(py::handle value, EquityWords& words) {
+  if (PyUnicode_Check(value.ptr())) {
+    words.by = {TextOf("by", value)};
+    return;
+  }
+  if (!PySequence_Check(value.ptr())) RefuseType("by", "a str or a sequence of them", value);
+  for (const py::handle item : py::reinterpret_borrow<py::object>(value)) {
+    words.by.push_back(TextOf("by", item));
+  }
+}
+
+int ThreadsOf(py::handle value) {
+  constexpr int kMostThreads = 1024;
+  if (value.is_none()) {
+    return std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMostThreads);
+  }
+  return ReadNumber("threads", WholeTextOf("threads", value), 1, kMostThreads);
+}
+
+std::vector<PlayerArgument> PlayersOf(py::handle values) {
+  std::vector<PlayerArgument> players;
+  for (const py::handle value : py::reinterpret_borrow<py::object>(values)) {
+    players.emplace_back(value);
+  }
+  return players;
+}
+
+// An empty sequence of cards is none.
+std::optional<std::string> SomeCardsOf(const char* name, py::handle value) {
+  std::string cards = CardsTextOf(name, value);
+  return cards.empty() ? std::nullopt : std::optional(std::move(cards));
+}
+
+std::shared_ptr<Answered> Equity(const py::tuple& players, py::handle game, py::handle board,
+                                 py::handle dead, py::handle folded, py::handle to,
+                                 py::handle method, py::handle standard_error, py::handle trials,
+                                 py::handle time_ms, py::handle seed, py::handle threads,
+                                 py::handle by, const py::object& progress) {
+  EquityArguments arguments;
+  EquityWords& words = arguments.words;
+  words.of_object = true;
+  words.by_name = "by";
+  const Game of = GameOf(game);
+  if (of != Game::kHoldem) words.game = NameOf(of);
+  arguments.players = PlayersOf(players);
+  if (!folded.is_none()) arguments.folded = PlayersOf(folded);
+  if (!board.is_none()) words.board = SomeCardsOf("board", board);
+  if (!dead.is_none()) words.dead = SomeCardsOf("dead", dead);
+  if (!to.is_none()) words.to = TextOf("to", to);
+  ReadMethod(method, words);
+  if (!standard_error.is_none()) {
+    words.standard_error = NumberTextOf("standard_error", standard_error);
+  }
+  if (!trials.is_none()) words.trials = WholeTextOf("trials", trials);
+  if (!time_ms.is_none()) words.time_ms = WholeTextOf("time_ms", time_ms);
+  if (!seed.is_none()) words.seed = WholeTextOf("seed", seed);
+  if (!by.is_none()) ReadBy(by, words);
+  arguments.threads = ThreadsOf(threads);
+  std::shared_ptr<Answered> answered = Ask(std::move(arguments), progress);
+  Warn(answered->asked.warnings);
+  return answered;
+}
+
+// --- answers ---
+
+struct PlayerView {
+  AnswerPointer of;
+  std::size_t place;
+
+  const PlayerAnswer& answer() const { return of->player(place); }
+  const Outcome& total() const { return answer().total; }
+};
+
+CaseCount Losses(const Outcome& outcome) {
+  return {outcome.cases.units - outcome.wins.units - outcome.ties.units, outcome.cases.unit};
+}
+
+py::tuple PlayersOf(const AnswerPointer& of) {
+  py::tuple players(of->answer().players.size());
+  for (std::size_t i = 0; i < players.size(); ++i) players[i] = PlayerView{of, i};
+  return players;
+}
+
+py::tuple SharedOf(const PlayerView& player) {
+  py::tuple shared(player.of->answer().players.size());
+  for (std::size_t k = 0; k < shared.size(); ++k) shared[k] = CountOf(player.answer().shared[k]);
+  return shared;
+}
+
+std::string PageOf(const Answered& answered) {
+  const Colours plain(false);
+  std::string page = EquityPage(answered.asked, answered.run, plain);
+  for (const By by : answered.asked.by) {
+    page += DetailText(answered.asked, answered.run, by, plain);
+  }
+  return page;
+}
+
+std::size_t PlaceOf(const Answered& answered, py::ssize_t player) {
+  const auto players = static_cast<py::ssize_t>(answered.answer().players.size());
+  if (player < -players || player >= players) {
+    throw py::index_error(
+        fmt::format("there is no player {}: {} players, the first one is 0", player, players));
+  }
+  return static_cast<std::size_t>(player < 0 ? player + players : player);
+}
+
+void CheckAsked(const Answered& answered, By by, const char* name) {
+  if (std::ranges::count(answered.asked.by, by) != 0) return;
+  throw UsageError(fmt::format("the question was not asked by='{}'", name));
+}
+
+// Rows of a detail as a structured array.
+class RowTable {
+ public:
+  RowTable(const Answered& answered, std::vector<Column> front, std::size_t rows)
+      : high_low_(IsHighLow(answered.asked.question.game)),
+        whole_(answered.answer().cases.IsWhole() &&
+               answered.answer().cases.units <= std::numeric_limits<std::int64_t>::max()),
+        table_(Columns(std::move(front), high_low_, whole_), rows) {}
+
+  Table& table() { return table_; }
+
+  void Add(const Outcome& outcome) {
+    const bool any = outcome.cases.units != 0;
+    constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+    table_.Add(any ? outcome.equity : kNone);
+    if (high_low_) table_.Add(any ? outcome.low : kNone);
+    for (const CaseCount* count : {&outcome.wins, &outcome.ties, &outcome.cases}) {
+      table_.Add(*count, whole_);
+    }
+  }
+
+  py::array array() const { return table_.array(); }
+
+ private:
+  static std::vector<Column> Columns(std::vector<Column> columns, bool high_low, bool whole) {
+    const char* const count = whole ? "i8" : "f8";
+    columns.push_back({"equity", "f8"});
+    if (high_low) columns.push_back({"low", "f8"});
+    for (const char* name : {"wins", "ties", "cases"}) columns.push_back({name, count});
+    return columns;
+  }
+
+  bool high_low_;
+  bool whole_;
+  Table table_;
+};
+
+std::string TextType(std::size_t width) {
+  return fmt::format("U{}", std::max<std::size_t>(width, 1));
+}
+
+py::array HandsOf(const Answered& answered, py::ssize_t of) {
+  CheckAsked(answered, By::kHand, "hand");
+  const std::vector<HandOutcome>& hands = answered.player(PlaceOf(answered, of)).hands;
+  std::vector<const HandOutcome*> order;
+  for (const HandOutcome& hand : hands) order.push_back(&hand);
+  std::ranges::stable_sort(order, std::ranges::greater{},
+                           [](const HandOutcome* hand) { return hand->outcome.equity; });
+  const std::size_t width = 2 * HandSize(answered.asked.question.game);
+  RowTable rows(answered, {{"hand", TextType(width)}, {"weight", "f8"}}, hands.size());
+  for (const HandOutcome* hand : order) {
+    std::vector<int> cards(hand->hand.cards.begin(), hand->hand.cards.end());
+    std::ranges::sort(cards, comparefun);
+    rows.table().Add(CardsText(cards), width);
+    rows.table().Add(static_cast<double>(hand->hand.weight) / kWholeWeight);
+    rows.Add(hand->outcome);
+  }
+  return rows.array();
+}
+
+// Classes and categories, as the pages list them.
+py::array RowsOf(const Answered& answered, py::ssize_t of, By by, const char* asked,
+                 const char* name) {
+  CheckAsked(answered, by, asked);
+  const std::size_t player = PlaceOf(answered, of);
+  std::vector<DetailRow> list = DetailRows(answered.asked, answered.run, by);
+  std::erase_if(list, [=](const DetailRow& row) { return row.player != player; });
+  std::size_t width = 1;
+  for (const DetailRow& row : list) width = std::max(width, row.name.size());
+  std::vector<Column> front = {{name, TextType(width)}};
+  const bool sized = by != By::kMade;
+  if (sized) front.push_back({by == By::kNext ? "alike" : "hands", "i8"});
+  RowTable rows(answered, std::move(front), list.size());
+  for (const DetailRow& row : list) {
+    rows.table().Add(row.name, width);
+    if (sized) rows.table().Add(static_cast<std::int64_t>(std::stoll(row.size)));
+    rows.Add(row.outcome);
+  }
+  return rows.array();
+}
+
+// The picture of the first detail that has one; None if there is none.
+std::optional<std::string> SvgOf(const Answered& answered) {
+  for (const By by : answered.asked.by) {
+    if (by == By::kMade || (by == By::kNext && !ComesOneCard(answered.asked))) continue;
+    return DetailSvg(answered.asked, answered.run, by);
+  }
+  return std::nullopt;
+}
+
+void AddPlayer(py::module_& module) {
+  py::class_<PlayerView>(module, "Player")
+      .def_property_readonly("range",
+                             [](const PlayerView& p) { return p.of->asked.players[p.place]; })
+      .def_property_readonly("hands", [](const PlayerView& p) { return p.answer().hands_left; })
+      .def_property_readonly("equity", [](const PlayerView& p) { return p.total().equity; })
+      .def_property_readonly("low", [](const PlayerView& p) { return p.total().low; })
+      .def_property_readonly("wins", [](const PlayerView& p) { return CountOf(p.total().wins); })
+      .def_property_readonly("ties", [](const PlayerView& p) { return CountOf(p.total().ties); })
+      .def_property_readonly("losses",
+                             [](const PlayerView& p) { return CountOf(Losses(p.total())); })
+      .def_property_readonly("shared", SharedOf)
+      .def_property_readonly("standard_error", [](const PlayerView& p) -> py::object {
+        const std::optional<double> error = p.answer().standard_error;
+        return error ? py::object(py::float_(*error)) : py::none();
+      });
+}
+
+}  // namespace
+
+void AddEquity(py::module_& module) {
+  AddPlayer(module);
+  py::class_<Answered, std::shared_ptr<Answered>>(module, "Answer")
+      .def_property_readonly("game",
+                             [](const Answered& a) { return NameOf(a.asked.question.game); })
+      .def_property_readonly("board", [](const Answered& a) { return CodesOf(a.asked.board); })
+      .def_property_readonly("dead", [](const Answered& a) { return CodesOf(a.asked.dead); })
+      .def_property_readonly("method",
+                             [](const Answered& a) {
+                               return a.answer().method == Method::kSampled ? "sampled" : "exact";
+                             })
+      .def_property_readonly("reason", [](const Answered& a) { return a.answer().reason; })
+      .def_property_readonly("cases", [](const Answered& a) { return CountOf(a.answer().cases); })
+      .def_property_readonly("elapsed_ms",
+                             [](const Answered& a) { return 1e3 * a.run.elapsed.count(); })
+      .def_property_readonly("equity", [](const Answered& a) { return a.player(0).total.equity; })
+      .def_property_readonly("players",
+                             [](const std::shared_ptr<Answered>& a) { return PlayersOf(a); })
+      .def_property_readonly("by_hand", [](const Answered& a) { return HandsOf(a, 0); })
+      .def("hands", HandsOf, py::arg("player") = 0)
+      .def(
+          "classes",
+          [](const Answered& a, py::ssize_t i) {
+            return RowsOf(a, i, By::kClass, "class", "class");
+          },
+          py::arg("player") = 0)
+      .def(
+          "next",
+          [](const Answered& a, py::ssize_t i) { return RowsOf(a, i, By::kNext, "next", "next"); },
+          py::arg("player") = 0)
+      .def(
+          "made",
+          [](const Answered& a, py::ssize_t i) { return RowsOf(a, i, By::kMade, "made", "made"); },
+          py::arg("player") = 0)
+      .def("to_dict",
+           [](const Answered& a) { return ObjectOf(EquityJson(a.asked, a.run, Json())); })
+      .def("_svg", SvgOf)
+      .def("__repr__", PageOf);
+  module.def("equity", Equity);
+}
+
+}  // namespace pokermath
