@@ -1,56 +1,19 @@
-// An Omaha hand on a board, as the questions about one read it.
+// The words of questions about an Omaha hand on a board.
 
 #ifndef POKERMATH_CLI_OMAHA_CARDS_H_
 #define POKERMATH_CLI_OMAHA_CARDS_H_
 
-#include <optional>
-#include <string>
-#include <vector>
-
 #include "cli/command.h"
-#include "cli/output.h"
-#include "pages/json.h"
+#include "pages/omaha_hand.h"
 
 namespace pokermath::cli {
 
-/// A hand, a board, and the best that they make.
-struct OmahaHand {
-  std::vector<int> hand;
-  std::vector<int> board;
-  std::vector<int> hole;        // the two that play
-  std::vector<int> from_board;  // the three that play
-  int value;                    // ascending
-
-  /// "omaha", by the number of hole cards.
-  const char* Game() const;
-  /// "flush Ace high".
-  std::string Words() const;
-  int Unseen() const { return 52 - static_cast<int>(hand.size() + board.size()); }
-  /// "AhKhQsJs on Th9h2h".
-  std::string Cards(const Colours& colours) const;
-};
-
-/// The best of two hole cards or more on a board of three to five; not checked.
-OmahaHand BestOfOmaha(std::vector<int> hand, std::vector<int> board);
-
-/// A line that says what the hand is and which cards play.
-std::string OmahaHeadline(const OmahaHand& hand, const Colours& colours);
-
-/// Game, hand and board as the first keys of an answer.
-Json OmahaJson(const OmahaHand& hand);
-
-struct OmahaWords {
-  std::string hand, board;
-  std::optional<std::string> game;  // otherwise the hand has four to six cards
+struct OmahaWords : OmahaQuestion {
   bool json = false;
-  bool low = false;  // the question is about the low hand, and games may be Hi/Lo
 };
 
 /// Adds HAND, BOARD, --game and --json to a subcommand.
 void AddOmahaWords(Command command, OmahaWords& words);
-
-/// Throws UsageError for cards that are no such hand with a board of three to `most_board`.
-OmahaHand ReadOmahaHand(const OmahaWords& words, std::size_t most_board);
 
 }  // namespace pokermath::cli
 

@@ -1,15 +1,14 @@
 // `pokermath points`: points of Omaha starting hands.
 
-#include <fmt/format.h>
+#include "pages/points.h"
 
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 #include "cli/command.h"
 #include "cli/output.h"
 #include "pages/card_words.h"
-#include "pages/json.h"
-#include "pokermath/ranges.h"
 
 namespace pokermath::cli {
 namespace {
@@ -30,17 +29,12 @@ struct PointsWords {
 };
 
 int RunPoints(const PointsWords& words) {
-  Json json = {{"schema", kJsonSchema}, {"count", words.high_low ? "hilo" : "high"}};
-  const Colours colours = ColoursForStandardOutput();
-  std::string text;
+  std::vector<std::vector<int>> hands;
   for (const std::string& word : words.hands) {
-    const std::vector<int> hand = ReadCards(word, 4, 4, "a starting hand has 4");
-    const Json points = words.high_low ? Json(HutchisonPointsOmahaHL(hand.data()))
-                                       : Json(HutchisonPointsOmaha(hand.data()));
-    text += fmt::format("{}  {:>6}\n", colours.Cards(hand), points.get<double>());
-    json["hands"].push_back({{"hand", CardsJson(hand)}, {"points", points}});
+    hands.push_back(ReadCards(word, 4, 4, "a starting hand has 4"));
   }
-  Print(words.json ? JsonLine(json) : text);
+  const PointsAnswer answer = FindPoints(std::move(hands), words.high_low);
+  Print(words.json ? JsonLine(PointsJson(answer)) : PointsText(answer, ColoursForStandardOutput()));
   return kExitDone;
 }
 

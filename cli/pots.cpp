@@ -1,5 +1,7 @@
 // `pokermath pots`: who gets what of the pot and the side pots.
 
+#include "pages/pots.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -11,9 +13,6 @@
 #include "cli/command.h"
 #include "cli/output.h"
 #include "pages/errors.h"
-#include "pages/json.h"
-#include "pages/number_text.h"
-#include "pokermath/showdown.h"
 
 namespace pokermath::cli {
 namespace {
@@ -55,68 +54,11 @@ std::vector<int> ReadNumbers(const char* option, std::string_view text, int low)
   }
 }
 
-std::vector<std::int64_t> WinningsOf(const std::vector<Pot>& pots, std::size_t seats) {
-  std::vector<std::int64_t> winnings(seats);
-  for (const Pot& pot : pots) {
-    for (std::size_t seat = 0; seat < seats; ++seat) winnings[seat] += pot.won[seat];
-  }
-  return winnings;
-}
-
-Json ToJson(const std::vector<Pot>& pots, const std::vector<std::int64_t>& winnings) {
-  Json list = Json::array();
-  for (const Pot& pot : pots) {
-    list.push_back(
-        {{"chips", pot.chips}, {"winners", pot.winners}, {"paid", pot.paid}, {"won", pot.won}});
-  }
-  return {{"schema", kJsonSchema}, {"winnings", winnings}, {"pots", list}};
-}
-
-// "seat 1 wins 150", "seat 0 wins 35, seat 1 wins 33", "seat 2 gets 1 back".
-std::string PotText(const Pot& pot) {
-  std::string text;
-  for (std::size_t seat = 0; seat < pot.won.size(); ++seat) {
-    if (pot.won[seat] == 0) continue;
-    const bool own = pot.won[seat] == pot.paid[seat];
-    text += fmt::format("{}seat {} {} {}{}", text.empty() ? "" : ", ", seat, own ? "gets" : "wins",
-                        Grouped(pot.won[seat]), own ? " back" : "");
-  }
-  return text;
-}
-
-std::string ToText(const std::vector<int>& stakes, const std::vector<int>& scores,
-                   const std::vector<Pot>& pots, const std::vector<std::int64_t>& winnings) {
-  const Colours colours = ColoursForStandardOutput();
-  std::string text;
-  for (std::size_t i = 0; i < pots.size(); ++i) {
-    text +=
-        fmt::format("pot {}: {}, {}\n", i + 1, Counted(pots[i].chips, "chip"), PotText(pots[i]));
-  }
-  text += "\n" +
-          colours.Faint(fmt::format("{:<6}{:>15}{:>13}{:>15}", "seat", "stake", "score", "gets")) +
-          "\n";
-  for (std::size_t seat = 0; seat < stakes.size(); ++seat) {
-    text += fmt::format("{:<6}{:>15}{:>13}{}\n", seat, Grouped(stakes[seat]), scores[seat],
-                        colours.Strong(fmt::format("{:>15}", Grouped(winnings[seat]))));
-  }
-  return text;
-}
-
 int RunPots(const PotsWords& words) {
-  const std::vector<int> stakes = ReadNumbers("--stakes", words.stakes, 0);
-  const std::vector<int> scores =
-      ReadNumbers("--scores", words.scores, std::numeric_limits<int>::min());
-  if (stakes.size() != scores.size()) {
-    throw UsageError(fmt::format("--stakes has {} and --scores has {} numbers: one each for a seat",
-                                 stakes.size(), scores.size()));
-  }
-  constexpr std::size_t kMostSeats = 1000;
-  if (stakes.size() > kMostSeats) {
-    throw UsageError(fmt::format("{} seats are too many: up to {}", stakes.size(), kMostSeats));
-  }
-  const std::vector<Pot> pots = SplitPots(stakes, scores);
-  const std::vector<std::int64_t> winnings = WinningsOf(pots, stakes.size());
-  Print(words.json ? JsonLine(ToJson(pots, winnings)) : ToText(stakes, scores, pots, winnings));
+  const PotsAnswer answer =
+      FindPots(ReadNumbers("--stakes", words.stakes, 0),
+               ReadNumbers("--scores", words.scores, std::numeric_limits<int>::min()));
+  Print(words.json ? JsonLine(PotsJson(answer)) : PotsText(answer, ColoursForStandardOutput()));
   return kExitDone;
 }
 

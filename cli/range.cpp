@@ -2,9 +2,8 @@
 // one hand stands among all. Omaha has a source of its own.
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
-#include <algorithm>
-#include <iterator>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -14,12 +13,8 @@
 #include "cli/range_omaha.h"
 #include "pages/errors.h"
 #include "pages/game.h"
-#include "pages/json.h"
 #include "pages/player_words.h"
-#include "pages/range_picture.h"
-#include "pokermath/ranges.h"
-#include "ranges/hand_classes.h"
-#include "ranges/percent_ranges.h"
+#include "pages/range_page.h"
 
 namespace pokermath::cli {
 namespace {
@@ -54,124 +49,18 @@ struct RangeWords {
   bool json = false;
 };
 
-std::string TableOf(const RangeWords& words) { return words.table.value_or("equilibrium"); }
-
-RangeOptions ReadOptions(const RangeWords& words) {
-  const std::string table = TableOf(words);
-  if (table != "equilibrium" && table != "corvelle") {
-    throw UsageError("--table " + Quoted(table) + " is not known: equilibrium or corvelle");
-  }
+RangeOptions ReadOptions(const RangeWords& words, Game game) {
+  const RangeOptions options =
+      ReadRangeOptions(game, words.table.value_or("equilibrium"), words.bare_offsuit);
   if (words.dead || words.list) {
     throw UsageError(fmt::format("{} goes with --game {}", words.dead ? "--dead" : "--list",
                                  NamesOf(OmahaGames(false))));
-  }
-  RangeOptions options;
-  options.bare_offsuit = words.bare_offsuit;
-  options.short_deck = words.game == NameOf(Game::kShortDeck);
-  if (table == "corvelle") options.percent_table = PercentTable::kCorvelle;
-  if (options.short_deck && table == "corvelle") {
-    throw UsageError("--table corvelle is for 52 cards: the short deck has its equilibrium only");
   }
   return options;
 }
 
 std::string TextOf(const RangeWords& words) {
   return fmt::format("{}", fmt::join(words.text, " "));
-}
-
-Spec ReadRange(const std::string& text, const RangeOptions& options) {
-  RangeResult read = ParseRange(text, options);
-  if (!read.error.empty()) throw UsageError(read.error);
-  return std::move(read.range);
-}
-
-struct RangeAnswer {
-  Spec range;
-  std::string text;
-  std::size_t combos;
-  double percent;
-};
-
-RangeAnswer Describe(const RangeWords& words, const RangeOptions& options) {
-  RangeAnswer answer;
-  answer.range = ReadRange(TextOf(words), options);
-  answer.text = FormatRange(answer.range, options);
-  answer.combos = answer.range.combinations().size();
-  answer.percent = 100.0 * static_cast<double>(answer.combos) / (options.short_deck ? 630 : 1326);
-  return answer;
-}
-
-Json ToJson(const RangeAnswer& answer, const RangeWords& words) {
-  std::array<int, kHandClasses> matrix{};
-  answer.range.MakeMatrix(matrix.data());
-  return {{"schema", kJsonSchema},   {"game", words.game},        {"text", answer.text},
-          {"combos", answer.combos}, {"percent", answer.percent}, {"matrix", matrix}};
-}
-
-std::string ToText(const RangeAnswer& answer, const RangeOptions& options) {
-  const RangeMatrix matrix(answer.range, options.short_deck);
-  const Colours colours = ColoursForStandardOutput();
-  return fmt::format("{}\n\n{}\n{} of {} holdings, {:.2f} %\n",
-                     colours.Strong(answer.text.empty() ? "an empty range" : answer.text),
-                     MatrixText(matrix, colours), answer.combos,
-                     options.short_deck ? "630" : "1,326", answer.percent);
-}
-
-void WriteSvg(const std::string& path, const RangeAnswer& answer, bool short_deck) {
-  constexpr std::size_t kLongestTitle = 70;
-  std::string title = fmt::format("{}  ({:.1f} %)", answer.text, answer.percent);
-  if (title.size() > kLongestTitle) {
-    title = fmt::format("{} holdings, {:.1f} %", answer.combos, answer.percent);
-  }
-  WriteDocument(path, MatrixSvg(RangeMatrix(answer.range, short_deck), title));
-}
-
-// The matrix cell of the only class that a text names.
-int ReadClass(const std::string& text, const RangeOptions& options) {
-  std::array<int, kHandClasses> matrix{};
-  ReadRange(text, options).MakeMatrix(matrix.data());
-  const auto classes = std::ranges::count(matrix, 1);
-  if (classes != 1) {
-    throw UsageError(
-        fmt::format("{} names {} classes: one hand is ranked, like AA, AKs, AKo or AhKd",
-                    Quoted(text), classes));
-  }
-  return static_cast<int>(std::ranges::find(matrix, 1) - matrix.begin());
-}
-
-// Where one class stands. The order of all classes and the Sklansky groups are for 52 cards; in the
-// short deck the order is that of the percentages.
-int RunRank(const RangeWords& words, const RangeOptions& options) {
-  const int cell = ReadClass(*words.rank, options);
-  const std::string name = RangeMatrix::Name(cell / 13, cell % 13);
-  Spec holdings;
-  AddCell(cell, holdings);
-  const Combination holding = *holdings.combinations().begin();
-  const auto table = RangesByPercent(options.percent_table, options.short_deck);
-  const auto enters = std::ranges::find_if(
-      table, [&](const auto& row) { return row.second.combinations().contains(holding); });
-  const bool short_deck = options.short_deck;
-  const auto order = short_deck ? 1 + std::distance(table.begin(), enters) : HandClassRank[cell];
-  const int group = SklanskyGroup(CCard(holding.first), CCard(holding.second));
-  if (words.json) {
-    Json answer = {
-        {"schema", kJsonSchema}, {"game", words.game},      {"hand", name},
-        {"class_order", order},  {"table", TableOf(words)}, {"enters_at_percent", nullptr}};
-    if (enters != table.end()) answer["enters_at_percent"] = enters->first;
-    if (!short_deck) answer["sklansky_group"] = group;
-    Print(JsonLine(answer));
-    return kExitDone;
-  }
-  std::string text = fmt::format(
-      "{}\n\n  class order      {} of {}, 1 is the strongest\n  {:<15}  {}\n", name, order,
-      short_deck ? 81 : 169, TableOf(words),
-      enters == table.end() ? "in none of its ranges" : fmt::format("at {} %", enters->first));
-  if (!short_deck) {
-    text += fmt::format("  Sklansky group   {}\n",
-                        group == 0 ? "none" : fmt::format("{} of 8, 1 is the best", group));
-  }
-  Print(text);
-  return kExitDone;
 }
 
 int AskOmaha(const RangeWords& words, Game game) {
@@ -192,18 +81,20 @@ int RunRange(const RangeWords& words) {
                                    : "a range is needed, like 'TT+,A9s+' or 15%");
   }
   if (IsOmaha(game)) return AskOmaha(words, game);
-  const RangeOptions options = ReadOptions(words);
+  const RangeOptions options = ReadOptions(words, game);
   if (words.rank) {
     if (!words.text.empty() || words.svg) {
       throw UsageError("--rank stands alone: it asks about one hand, not a range");
     }
-    return RunRank(words, options);
+    const RankAnswer answer = FindRank(*words.rank, options);
+    Print(words.json ? JsonLine(RankJson(answer)) : RankPage(answer));
+    return kExitDone;
   }
   const bool picture_only = IsAlone("--svg", words.svg, words.json);
-  const RangeAnswer answer = Describe(words, options);
-  if (words.svg) WriteSvg(*words.svg, answer, options.short_deck);
+  const RangeAnswer answer = DescribeRange(TextOf(words), options);
+  if (words.svg) WriteDocument(*words.svg, RangeSvg(answer));
   if (picture_only) return kExitDone;
-  Print(words.json ? JsonLine(ToJson(answer, words)) : ToText(answer, options));
+  Print(words.json ? JsonLine(RangeJson(answer)) : RangePage(answer, ColoursForStandardOutput()));
   return kExitDone;
 }
 

@@ -1,228 +1,45 @@
 #include "cli/range_omaha.h"
 
-#include <fmt/format.h>
-
-#include <algorithm>
-#include <array>
-#include <map>
 #include <nlohmann/json.hpp>
-#include <utility>
 #include <vector>
 
-#include "cards/omaha_sizes.h"
 #include "cli/command.h"
 #include "cli/output.h"
-#include "eval/rank_sets.h"
 #include "pages/card_words.h"
 #include "pages/errors.h"
-#include "pages/json.h"
-#include "pages/number_text.h"
-#include "platform/text.h"
-#include "pokermath/cards.h"
-#include "pokermath/omaha_ranges.h"
-#include "ranges/omaha/hands.h"
-#include "ranges/omaha/shapes.h"
+#include "pages/omaha_range_page.h"
 
 namespace pokermath::cli {
 namespace {
 
-// What hands are called and how many there are, the most frequent first.
-using Kinds = std::vector<std::pair<std::string, int>>;
-
-struct OmahaRangeAnswer {
-  std::string text;
-  std::vector<int> dead;
-  int hands = 0;
-  int all_hands = 0;
-  double percent = 0;
-  Kinds suits, types;
-  std::vector<std::vector<int>> examples;
-};
-
-Kinds SortedKinds(const std::map<std::string, int>& counts) {
-  Kinds kinds(counts.begin(), counts.end());
-  std::ranges::stable_sort(kinds, std::ranges::greater(), &Kinds::value_type::second);
-  return kinds;
-}
-
-// High ranks first, and of equal ones spades first.
-std::vector<int> InOrder(std::span<const int> hand) {
-  std::vector<int> cards(hand.begin(), hand.end());
-  std::ranges::sort(cards, std::ranges::greater(),
-                    [](int card) { return card % 13 * 4 + card / 13; });
-  return cards;
-}
-
-template <int cards>
-OmahaSpec<cards> ReadRange(const OmahaRangeQuestion& question, const std::vector<int>& dead) {
-  const OmahaRangeResult<cards> read = ParseOmahaRange<cards>(question.text);
-  if (!read.error.empty()) throw UsageError(read.error);
-  OmahaSpec<cards> range;
-  read.range.Exclude(dead, range);
-  return range;
-}
-
-// Hands of the same ranks: how many there are of each split of suits, and one of them.
-template <int cards>
-struct Alike {
-  static constexpr std::size_t kSplits = kSuitSplits<cards>.size();
-  std::array<typename OmahaSpec<cards>::Hand, kSplits> hand;
-  std::array<int, kSplits> count{};
-};
-
-template <int cards>
-OmahaRangeAnswer Describe(const OmahaSpec<cards>& range, const std::vector<int>& dead) {
-  OmahaRangeAnswer answer;
-  answer.text = ToUtf8(range.MakeString());
-  answer.dead = dead;
-  answer.all_hands = OmahaSpec<cards>::kAllHands;
-  answer.percent = range.Percent();
-  answer.hands = range.Count();
-  // There may be millions of hands: those of the same ranks and suit shape have one name.
-  std::vector<Alike<cards>> alike(static_cast<std::size_t>(MultisetsOf(cards)));
-  const std::int64_t examples = std::min(6, answer.hands);
-  std::int64_t left = answer.hands;
-  OmahaBits::ForEachHand(range, [&](const auto& hand) {
-    auto ranks = hand;
-    for (int& card : ranks) card %= 13;
-    std::ranges::sort(ranks);
-    Alike<cards>& kind = alike[static_cast<std::size_t>(MultisetNumber(ranks))];
-    const std::size_t split = SplitOf<cards>(hand);
-    kind.hand[split] = hand;
-    ++kind.count[split];
-    // The first of them last, and about as many hands between each two.
-    const std::int64_t behind = --left;
-    const auto next = examples - 1 - static_cast<std::int64_t>(answer.examples.size());
-    if (behind == next * answer.hands / examples) answer.examples.push_back(InOrder(hand));
-  });
-  std::ranges::reverse(answer.examples);
-  std::map<std::string, int> suits, types;
-  for (const Alike<cards>& kind : alike) {
-    for (std::size_t split = 0; split < kind.count.size(); ++split) {
-      if (kind.count[split] == 0) continue;
-      const std::string name = OmahaHandName(kind.hand[split]);
-      const std::size_t comma = name.find(", ");
-      types[name.substr(0, comma)] += kind.count[split];
-      suits[name.substr(comma + 2)] += kind.count[split];
-    }
+void PrintRank(const OmahaRangeQuestion& question) {
+  if (!question.text.empty() || question.dead || question.list) {
+    throw UsageError("--rank stands alone: it asks about one hand, not a range");
   }
-  answer.suits = SortedKinds(suits);
-  answer.types = SortedKinds(types);
-  return answer;
-}
-
-Json KindsJson(const Kinds& kinds) {
-  Json json = Json::object();
-  for (const auto& [name, count] : kinds) json[name] = count;
-  return json;
-}
-
-Json ToJson(const OmahaRangeAnswer& answer, Game game) {
-  Json json = {{"schema", kJsonSchema}, {"game", NameOf(game)}, {"text", answer.text}};
-  json["dead"] = CardsJson(answer.dead);
-  json["hands"] = answer.hands;
-  json["percent"] = answer.percent;
-  json["suits"] = KindsJson(answer.suits);
-  json["types"] = KindsJson(answer.types);
-  json["examples"] = Json::array();
-  for (const auto& hand : answer.examples) json["examples"].push_back(CardsText(hand));
-  return json;
-}
-
-std::string KindsText(const Kinds& kinds, std::size_t most, int all) {
-  std::string text = "\n";
-  for (std::size_t i = 0; i < kinds.size() && i < most; ++i) {
-    const auto& [name, count] = kinds[i];
-    text += fmt::format("  {:<40} {:>9}  {:>6.2f} %\n", name, Grouped(count), 100.0 * count / all);
-  }
-  if (kinds.size() <= most) return text;
-  const auto more = static_cast<std::int64_t>(kinds.size() - most);
-  return text + fmt::format("  and {}\n", Counted(more, "more type"));
-}
-
-// Text that fits on a screen; JSON has all of it.
-std::string Headline(const std::string& text) {
-  constexpr std::size_t kLongest = 600;
-  if (text.empty()) return "an empty range";
-  if (text.size() <= kLongest) return text;
-  return fmt::format("{}... ({} characters, --json has them all)",
-                     text.substr(0, std::min(text.find_last_of(",!", kLongest), kLongest)),
-                     Grouped(static_cast<std::int64_t>(text.size())));
-}
-
-std::string ToText(const OmahaRangeAnswer& answer) {
-  constexpr std::size_t kMostTypes = 12;
-  const Colours colours = ColoursForStandardOutput();
-  std::string text =
-      fmt::format("{}\n\n{} of {} hands, {:.4g} %\n", colours.Strong(Headline(answer.text)),
-                  Grouped(answer.hands), Grouped(answer.all_hands), answer.percent);
-  if (answer.hands == 0) return text;
-  text += KindsText(answer.suits, answer.suits.size(), answer.hands);
-  text += KindsText(answer.types, kMostTypes, answer.hands);
-  text += "\n  for example";
-  for (const auto& hand : answer.examples) text += "  " + colours.Cards(hand);
-  return text + "\n";
-}
-
-// Every hand on a line; the high cards first.
-template <int cards>
-std::string ListOf(const OmahaSpec<cards>& range) {
-  std::string list;
-  const auto hands = range.Hands();
-  for (auto hand = hands.rbegin(); hand != hands.rend(); ++hand) {
-    list += CardsText(InOrder(*hand)) + "\n";
-  }
-  return list;
-}
-
-template <int cards>
-int RunRange(const OmahaRangeQuestion& question) {
-  const std::vector<int> dead = ReadCards(question.dead.value_or(""));
-  const OmahaSpec<cards> range = ReadRange<cards>(question, dead);
-  if (question.list) {
-    Print(ListOf(range));
-    return kExitDone;
-  }
-  const OmahaRangeAnswer answer = Describe(range, dead);
-  Print(question.json ? JsonLine(ToJson(answer, question.game)) : ToText(answer));
-  return kExitDone;
-}
-
-int RunRank(const OmahaRangeQuestion& question) {
-  const std::size_t size = HandSize(question.game);
-  const std::vector<int> hand =
-      InOrder(ReadCards(*question.rank, size, size,
-                        fmt::format("a hand of {} has {}", TitleOf(question.game), size)));
-  const Result<double> percentile = OmahaPercentile(hand);
-  if (!percentile)
-    throw UsageError("--rank " + Quoted(*question.rank) + ": " + percentile.error().text);
-  const std::string name = OmahaHandName(hand);
-  if (question.json) {
-    Print(JsonLine({{"schema", kJsonSchema},
-                    {"game", NameOf(question.game)},
-                    {"hand", CardsJson(hand)},
-                    {"name", name},
-                    {"percentile", *percentile}}));
-    return kExitDone;
-  }
-  const Colours colours = ColoursForStandardOutput();
-  Print(fmt::format("{}   {}\n\n  among the strongest  {:.4g} %\n", colours.Cards(hand), name,
-                    *percentile));
-  return kExitDone;
+  const OmahaRankAnswer answer = FindOmahaRank(question.game, *question.rank);
+  Print(question.json ? JsonLine(OmahaRankJson(answer))
+                      : OmahaRankPage(answer, ColoursForStandardOutput()));
 }
 
 }  // namespace
 
 int RunRangeOmaha(const OmahaRangeQuestion& question) {
-  if (question.rank) {
-    if (!question.text.empty() || question.dead || question.list) {
-      throw UsageError("--rank stands alone: it asks about one hand, not a range");
-    }
-    return RunRank(question);
+  if (question.list && question.json && !question.rank) {
+    throw UsageError("--list prints hands as text, not as JSON");
   }
-  if (question.list && question.json) throw UsageError("--list prints hands as text, not as JSON");
-  return ForOmahaSize(RulesOf(question.game).hand_size,
-                      [&](auto cards) { return RunRange<cards>(question); });
+  if (question.rank) {
+    PrintRank(question);
+    return kExitDone;
+  }
+  const std::vector<int> dead = ReadCards(question.dead.value_or(""));
+  if (question.list) {
+    Print(OmahaRangeList(question.game, question.text, dead));
+    return kExitDone;
+  }
+  const OmahaRangeAnswer answer = DescribeOmahaRange(question.game, question.text, dead);
+  Print(question.json ? JsonLine(OmahaRangeJson(answer))
+                      : OmahaRangePage(answer, ColoursForStandardOutput()));
+  return kExitDone;
 }
 
 }  // namespace pokermath::cli

@@ -25,7 +25,7 @@ struct EquityWords {
   std::vector<std::string> by;  ///< "hand", "class", "next", "made"
   bool exact = false;
   bool sampled = false;
-  bool any_method = false;  ///< whatever the defaults say
+  bool any_method = false;       ///< whatever the defaults say
   std::string by_name = "--by";  ///< what `by` is called where the words come from
   bool of_object = false;        ///< keys have the options' names, and every player is one text
 

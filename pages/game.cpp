@@ -18,13 +18,13 @@ std::string NamesOf(std::span<const Game> games) {
   return names;
 }
 
-Game ReadGame(const std::string& name, std::span<const Game> accepted) {
+Game ReadGame(const std::string& name, std::span<const Game> accepted, const char* option) {
   std::string names;
   for (const Game game : accepted) {
     if (name == NameOf(game)) return game;
     names += (names.empty() ? "" : ", ") + std::string(NameOf(game));
   }
-  throw UsageError("--game " + Quoted(name) + " is not " +
+  throw UsageError(std::string(option) + " " + Quoted(name) + " is not " +
                    (FindGame(name) ? "for this question" : "known") + ": " + names);
 }
 

@@ -35,7 +35,10 @@ inline constexpr auto kHighGames = [] {
 std::string NamesOf(std::span<const Game> games);
 
 /// The game of a name; throws UsageError unless it is one of those that a question has answers for.
-Game ReadGame(const std::string& name, std::span<const Game> accepted);
+///
+/// @param option  what the name is called where it comes from
+Game ReadGame(const std::string& name, std::span<const Game> accepted,
+              const char* option = "--game");
 /// The name that ReadGame reads.
 inline const char* NameOf(Game game) { return RulesOf(game).name; }
 /// "Texas Hold'em", "five-card Omaha".

@@ -42,7 +42,7 @@ using AnswerPointer = std::shared_ptr<const Answered>;
 struct EquityArguments {
   EquityWords words;
   std::vector<PlayerArgument> players, folded;
-  int threads = 1;
+  int threads = 0;  ///< 0 for as many as there are processors, which takes a while to find out
 
   Game game() const { return words.game ? FindGame(*words.game).value_or(Game::kHoldem) : Game(); }
 
@@ -74,8 +74,11 @@ AskedEquity Read(const EquityArguments& arguments) {
   return asked;
 }
 
-RunOptions OptionsFor(const AskedEquity& asked, int threads) {
-  return {.threads = threads, .time = asked.time};
+constexpr int kMostThreads = 1024;
+
+int ThreadsOrAll(int threads) {
+  if (threads > 0) return threads;
+  return std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMostThreads);
 }
 
 std::shared_ptr<Answered> Answer(AskedEquity asked, const Calculation& plan, RunOptions options,
@@ -89,7 +92,7 @@ std::shared_ptr<Answered> Answer(AskedEquity asked, const Calculation& plan, Run
 
 std::shared_ptr<Answered> AnswerAttended(AskedEquity asked, const Calculation& plan, int threads,
                                          Clock::time_point start, Attention& attention) {
-  RunOptions options = OptionsFor(asked, threads);
+  RunOptions options{.threads = ThreadsOrAll(threads), .time = asked.time};
   options.go_on = [&](const RunState& state) {
     attention.done = state.done;
     attention.part = state.part;
@@ -126,9 +129,7 @@ std::shared_ptr<Answered> Ask(EquityArguments arguments, const py::object& progr
   }
   const bool quick = std::ranges::all_of(asked.question.players,
                                          [](const HandRange& range) { return range.size() == 1; });
-  const auto answer = [&] {
-    return Answer(std::move(asked), *plan, OptionsFor(asked, threads), start);
-  };
+  const auto answer = [&] { return Answer(std::move(asked), *plan, {}, start); };
   return quick ? answer() : WithoutLock(answer);
 }
 
@@ -156,10 +157,7 @@ void ReadBy(py::handle value, EquityWords& words) {
 }
 
 int ThreadsOf(py::handle value) {
-  constexpr int kMostThreads = 1024;
-  if (value.is_none()) {
-    return std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMostThreads);
-  }
+  if (value.is_none()) return 0;
   return ReadNumber("threads", WholeTextOf("threads", value), 1, kMostThreads);
 }
 

@@ -19,4 +19,6 @@ PYBIND11_MODULE(_core, module) {
   module.attr("__version__") = POKERMATH_VERSION_STRING;
   AddRanges(module);
   AddEquity(module);
+  AddEvaluators(module);
+  AddHands(module);
 }
