@@ -336,72 +336,131 @@ py::array RowsOf(const Answered& answered, py::ssize_t of, By by, const char* as
 }
 
 // The picture of the first detail that has one; None if there is none.
-std::optional<std::string> SvgOf(const Answered& answered) {
+py::object SvgOf(const Answered& answered) {
   for (const By by : answered.asked.by) {
     if (by == By::kMade || (by == By::kNext && !ComesOneCard(answered.asked))) continue;
-    return DetailSvg(answered.asked, answered.run, by);
+    return py::str(DetailSvg(answered.asked, answered.run, by));
   }
-  return std::nullopt;
+  return py::none();
 }
 
 void AddPlayer(py::module_& module) {
-  py::class_<PlayerView>(module, "Player")
-      .def_property_readonly("range",
-                             [](const PlayerView& p) { return p.of->asked.players[p.place]; })
-      .def_property_readonly("hands", [](const PlayerView& p) { return p.answer().hands_left; })
-      .def_property_readonly("equity", [](const PlayerView& p) { return p.total().equity; })
-      .def_property_readonly("low", [](const PlayerView& p) { return p.total().low; })
-      .def_property_readonly("wins", [](const PlayerView& p) { return CountOf(p.total().wins); })
-      .def_property_readonly("ties", [](const PlayerView& p) { return CountOf(p.total().ties); })
-      .def_property_readonly("losses",
-                             [](const PlayerView& p) { return CountOf(Losses(p.total())); })
-      .def_property_readonly("shared", SharedOf)
-      .def_property_readonly("standard_error", [](const PlayerView& p) -> py::object {
+  py::class_<PlayerView> type(module, "Player",
+                              "What a player wins. Not made by hand: `Answer.players`.");
+  const auto add = [&](const char* name, const auto& get, const char* meaning) {
+    type.def_property_readonly(name, get, meaning);
+  };
+  add(
+      "range", [](const PlayerView& p) { return p.of->asked.players[p.place]; },
+      "The player as he was worded: \"AhKd\", \"TT+,AQs+\", \"random\".");
+  add(
+      "hands", [](const PlayerView& p) { return p.answer().hands_left; },
+      "Hands of the range that the known cards leave.");
+  add(
+      "equity", [](const PlayerView& p) { return p.total().equity; },
+      "Share of the pot, 0..1: a pot shared by k players counts 1/k.");
+  add(
+      "low", [](const PlayerView& p) { return p.total().low; },
+      "In Hi/Lo, what of the equity comes from low hands; else 0.");
+  add(
+      "wins", [](const PlayerView& p) { return CountOf(p.total().wins); },
+      "Cases that he wins alone; in Hi/Lo, in which he takes the whole pot. An int, or a float "
+      "where\n"
+      "weights are not whole.");
+  add(
+      "ties", [](const PlayerView& p) { return CountOf(p.total().ties); },
+      "Cases in which he takes a part of the pot.");
+  add(
+      "losses", [](const PlayerView& p) { return CountOf(Losses(p.total())); },
+      "Cases in which he takes nothing.");
+  add("shared", SharedOf,
+      "[k]: cases in which k + 1 players share the best hand, he among them; in Hi/Lo the best "
+      "high.");
+  add(
+      "standard_error",
+      [](const PlayerView& p) -> py::object {
         const std::optional<double> error = p.answer().standard_error;
         return error ? py::object(py::float_(*error)) : py::none();
-      });
+      },
+      "Of the equity, 0..1, where it was sampled; None where it was counted, and below two "
+      "trials.");
+  type.def("__repr__", [](const PlayerView& p) {
+    return fmt::format("<Player {}: equity {:.6f}>", p.of->asked.players[p.place],
+                       p.total().equity);
+  });
+}
+
+// A picture that the package's own Python draws.
+py::object Drawn(const char* name, const std::shared_ptr<Answered>& answered) {
+  return py::module_::import("pokermath._pictures").attr(name)(answered);
 }
 
 }  // namespace
 
 void AddEquity(py::module_& module) {
   AddPlayer(module);
-  py::class_<Answered, std::shared_ptr<Answered>>(module, "Answer")
-      .def_property_readonly("game",
-                             [](const Answered& a) { return NameOf(a.asked.question.game); })
-      .def_property_readonly("board", [](const Answered& a) { return CodesOf(a.asked.board); })
-      .def_property_readonly("dead", [](const Answered& a) { return CodesOf(a.asked.dead); })
-      .def_property_readonly("method",
-                             [](const Answered& a) {
-                               return a.answer().method == Method::kSampled ? "sampled" : "exact";
-                             })
-      .def_property_readonly("reason", [](const Answered& a) { return a.answer().reason; })
-      .def_property_readonly("cases", [](const Answered& a) { return CountOf(a.answer().cases); })
-      .def_property_readonly("elapsed_ms",
-                             [](const Answered& a) { return 1e3 * a.run.elapsed.count(); })
-      .def_property_readonly("equity", [](const Answered& a) { return a.player(0).total.equity; })
-      .def_property_readonly("players",
-                             [](const std::shared_ptr<Answered>& a) { return PlayersOf(a); })
-      .def_property_readonly("by_hand", [](const Answered& a) { return HandsOf(a, 0); })
-      .def("hands", HandsOf, py::arg("player") = 0)
-      .def(
-          "classes",
-          [](const Answered& a, py::ssize_t i) {
-            return RowsOf(a, i, By::kClass, "class", "class");
-          },
-          py::arg("player") = 0)
-      .def(
-          "next",
-          [](const Answered& a, py::ssize_t i) { return RowsOf(a, i, By::kNext, "next", "next"); },
-          py::arg("player") = 0)
-      .def(
-          "made",
-          [](const Answered& a, py::ssize_t i) { return RowsOf(a, i, By::kMade, "made", "made"); },
-          py::arg("player") = 0)
-      .def("to_dict",
-           [](const Answered& a) { return ObjectOf(EquityJson(a.asked, a.run, Json())); })
-      .def("_svg", SvgOf)
-      .def("__repr__", PageOf);
+  py::class_<Answered, std::shared_ptr<Answered>> type(
+      module, "Answer",
+      "The answer of equity(). It prints as a page, and in a notebook as a table with a picture.");
+  const auto add = [&](const char* name, const auto& get, const char* meaning) {
+    type.def_property_readonly(name, get, meaning);
+  };
+  add(
+      "game", [](const Answered& a) { return NameOf(a.asked.question.game); }, "Name of the game.");
+  add(
+      "board", [](const Answered& a) { return CodesOf(a.asked.board); }, "Card codes, as given.");
+  add(
+      "dead", [](const Answered& a) { return CodesOf(a.asked.dead); }, "Card codes, as given.");
+  add(
+      "method",
+      [](const Answered& a) { return a.answer().method == Method::kSampled ? "sampled" : "exact"; },
+      "\"exact\" or \"sampled\".");
+  add(
+      "reason", [](const Answered& a) { return a.answer().reason; }, "Why that method, in words.");
+  add(
+      "cases", [](const Answered& a) { return CountOf(a.answer().cases); },
+      "Cases of boards and hands, or trials. An int, or a float where weights are not whole.");
+  add(
+      "elapsed_ms", [](const Answered& a) { return 1e3 * a.run.elapsed.count(); },
+      "Milliseconds that it took.");
+  add(
+      "equity", [](const Answered& a) { return a.player(0).total.equity; },
+      "Share of the pot of the first player, 0..1.");
+  add(
+      "players", [](const std::shared_ptr<Answered>& a) { return PlayersOf(a); },
+      "Every player's results, a tuple of Player.");
+  add(
+      "by_hand", [](const Answered& a) { return HandsOf(a, 0); }, "hands(0).");
+  type.def("hands", HandsOf, py::arg("player") = 0,
+           "Every hand of a player, asked for with by=\"hand\": a structured array that\n"
+           "pandas.DataFrame takes as it is, the best equity first.\n\n"
+           "Fields: hand (text), weight (0..1), equity (0..1, nan for a hand without a case), in\n"
+           "Hi/Lo low, then wins, ties and cases (int64; float64 where weights are not whole).\n"
+           "IndexError for a player that there is not, ValueError if it was not asked for.");
+  type.def(
+      "classes",
+      [](const Answered& a, py::ssize_t i) { return RowsOf(a, i, By::kClass, "class", "class"); },
+      py::arg("player") = 0,
+      "The classes of a player's hands (by=\"class\"): fields class (\"AKs\"), hands, then as of "
+      "hands().");
+  type.def(
+      "next",
+      [](const Answered& a, py::ssize_t i) { return RowsOf(a, i, By::kNext, "next", "next"); },
+      py::arg("player") = 0,
+      "A player by what comes next (by=\"next\"): fields next (cards), alike (how many flops it\n"
+      "stands for), then as of hands().");
+  type.def(
+      "made",
+      [](const Answered& a, py::ssize_t i) { return RowsOf(a, i, By::kMade, "made", "made"); },
+      py::arg("player") = 0,
+      "What a player makes (by=\"made\"): fields made (\"flush\"), then as of hands().");
+  type.def(
+      "to_dict", [](const Answered& a) { return ObjectOf(EquityJson(a.asked, a.run, Json())); },
+      "What the command line prints with --json.");
+  type.def("_svg", SvgOf);
+  type.def("_repr_html_", [](const std::shared_ptr<Answered>& a) { return Drawn("table", a); });
+  type.def("_repr_svg_", [](const std::shared_ptr<Answered>& a) { return Drawn("picture", a); });
+  type.def("__repr__", PageOf);
   module.def("equity", Equity);
 }
 

@@ -16,6 +16,8 @@ PYBIND11_MODULE(_core, module) {
       PyErr_SetString(PyExc_ValueError, error.what());
     }
   });
+  py::options options;
+  options.disable_function_signatures();
   module.attr("__version__") = POKERMATH_VERSION_STRING;
   AddRanges(module);
   AddEquity(module);

@@ -73,10 +73,18 @@ std::string NameOfHand(const Hand& hand) {
 }
 
 void AddHand(py::module_& module) {
-  py::class_<Hand>(module, "Hand")
+  py::class_<Hand>(module, "Hand",
+                   "Two to seven cards without an order: Hand(\"AhKd\"). As a sequence, its card "
+                   "codes, the highest\nrank first; as text, \"AhKd\". ValueError for what is no "
+                   "such hand.")
       .def(py::init(&HandOf), py::arg("cards"))
-      .def_property_readonly("cards", [](const Hand& h) { return CodesOf(InOrder(h.cards)); })
-      .def_property_readonly("name", NameOfHand)
+      .def_property_readonly(
+          "cards", [](const Hand& h) { return CodesOf(InOrder(h.cards)); },
+          "Card codes, the highest rank first.")
+      .def_property_readonly(
+          "name", NameOfHand,
+          "\"AKo\" of two cards, \"aces, double-suited\" of four to six; else the "
+          "cards.")
       .def("__len__", [](const Hand& h) { return h.cards.size(); })
       .def("__getitem__", CardAt)
       .def("__iter__", [](const Hand& h) { return py::iter(CodesOf(InOrder(h.cards))); })
@@ -252,9 +260,9 @@ std::string ReprOf(const NamedRange& range) {
   return repr + ")";
 }
 
-std::optional<std::string> SvgOf(const NamedRange& named) {
+py::object SvgOf(const NamedRange& named) {
   const HandRange& range = named.range;
-  if (HasLargeRanges(range.game())) return std::nullopt;
+  if (HasLargeRanges(range.game())) return py::none();
   Spec spec;
   std::array<std::int64_t, 169> units{}, hands{};
   for (const WeightedHand& hand : range.hands()) {
@@ -274,8 +282,8 @@ std::optional<std::string> SvgOf(const NamedRange& named) {
   const std::string text = named.Name();
   const std::string holds = fmt::format("{} hands, {:.2f} %", range.size(), 100 * ShareOf(range));
   const bool is_short = text.size() <= kLongestTitle && !text.empty();
-  return MatrixSvg(RangeMatrix(spec, RulesOf(range.game()).IsShortDeck()),
-                   is_short ? fmt::format("{}  ({})", text, holds) : holds, notes);
+  return py::str(MatrixSvg(RangeMatrix(spec, RulesOf(range.game()).IsShortDeck()),
+                           is_short ? fmt::format("{}  ({})", text, holds) : holds, notes));
 }
 
 // --- hash and pickle ---
@@ -384,39 +392,73 @@ void AddRanges(py::module_& module) {
   py::class_<HandIterator>(module, "_HandIterator")
       .def("__iter__", [](HandIterator& i) -> HandIterator& { return i; })
       .def("__next__", &HandIterator::Next);
-  py::class_<NamedRange>(module, "Range")
+  py::class_<NamedRange>(
+      module, "Range",
+      "Hands of a game with weights, 0.0001 to 1: Range(\"TT+,AQs+:0.5\"), Range(\"AAxx:ds\",\n"
+      "game=\"omaha\"). Never changes.\n\n"
+      "Text: classes (AA, AKs, AKo, AK), with all better ones (TT+, A9s+), runs (JJ-88), hands\n"
+      "(AhKd), percentages (15%), random; a weight behind a colon. ValueError says where a text\n"
+      "cannot be read and what was expected; a UserWarning what may be meant otherwise.\n\n"
+      "len() is the number of hands, and iteration gives them, each a Hand; items() gives pairs "
+      "of\n"
+      "hand and weight, range[hand] its weight (KeyError if it is not there). `in` takes a hand, "
+      "or\n"
+      "a text or range of which all hands have to be there.\n\n"
+      "a | b has the hands of both, the larger weight holds; a & b those that are in both, the\n"
+      "smaller weight holds; a - b those of a that are not in b. Equal are ranges of the same "
+      "game,\n"
+      "hands and weights.")
       .def(py::init([](const std::string& text, py::handle game) {
              return RangeOf(text, GameOf(game));
            }),
            py::arg("text"), py::kw_only(), py::arg("game") = "holdem")
       .def_static(
           "of", [](const py::object& hands, py::handle game) { return RangeOfHands(hands, game); },
-          py::arg("hands"), py::kw_only(), py::arg("game") = "holdem")
+          py::arg("hands"), py::kw_only(), py::arg("game") = "holdem",
+          "The range of some hands, or of a dict of hands and their weights, 0.0001 to 1. Of a "
+          "hand\n"
+          "given twice the last weight holds.")
       .def_static(
           "percent",
           [](double percent, py::handle game) {
             return RangeOf(fmt::format("{}%", percent), GameOf(game));
           },
-          py::arg("percent"), py::kw_only(), py::arg("game") = "holdem")
+          py::arg("percent"), py::kw_only(), py::arg("game") = "holdem",
+          "The strongest so many percent, 0..100, as in the text \"15%\".")
       .def_static(
           "random", [](py::handle game) { return RangeOf("random", GameOf(game)); }, py::kw_only(),
-          py::arg("game") = "holdem")
-      .def_property_readonly("game", [](const NamedRange& r) { return NameOf(r.range.game()); })
-      .def_property_readonly("text", [](const NamedRange& r) { return WrittenText(r.range); })
-      .def_property_readonly("combos", [](const NamedRange& r) { return WeightOfAll(r.range); })
-      .def_property_readonly("share", [](const NamedRange& r) { return ShareOf(r.range); })
-      .def_property_readonly("weights", [](const NamedRange& r) { return WeightsOf(r.range); })
-      .def_property_readonly("hands", [](const NamedRange& r) { return CodesOfHands(r.range); })
+          py::arg("game") = "holdem", "Every hand.")
+      .def_property_readonly(
+          "game", [](const NamedRange& r) { return NameOf(r.range.game()); }, "Name of the game.")
+      .def_property_readonly(
+          "text", [](const NamedRange& r) { return WrittenText(r.range); },
+          "Range text that reads back to the same range, the shortest one that is found.")
+      .def_property_readonly(
+          "combos", [](const NamedRange& r) { return WeightOfAll(r.range); }, "Sum of all weights.")
+      .def_property_readonly(
+          "share", [](const NamedRange& r) { return ShareOf(r.range); },
+          "Sum of all weights, of all hands of the game, 0..1.")
+      .def_property_readonly(
+          "weights", [](const NamedRange& r) { return WeightsOf(r.range); },
+          "Weights in the order of iteration, shape (n,), float64, 0..1.")
+      .def_property_readonly(
+          "hands", [](const NamedRange& r) { return CodesOfHands(r.range); },
+          "Card codes in the order of iteration, shape (n, cards of a hand), uint8, the highest "
+          "rank first.")
       .def("__len__", [](const NamedRange& r) { return r.range.size(); })
       .def("__iter__", [](const NamedRange& r) { return HandIterator{r.range}; })
-      .def("items",
-           [](const NamedRange& r) { return HandIterator{.range = r.range, .with_weights = true}; })
+      .def(
+          "items",
+          [](const NamedRange& r) { return HandIterator{.range = r.range, .with_weights = true}; },
+          "Pairs of hand and weight.")
       .def("__contains__", Holds)
       .def("__getitem__", WeightIn)
-      .def("without",
-           [](const NamedRange& r, py::handle dead) {
-             return NamedRange{r.range.Without(CardSet(CardsOf("dead", dead))), ""};
-           })
+      .def(
+          "without",
+          [](const NamedRange& r, py::handle dead) {
+            return NamedRange{r.range.Without(CardSet(CardsOf("dead", dead))), ""};
+          },
+          py::arg("dead"), "The hands that hold none of these cards.")
       .def(
           "__or__",
           [](const NamedRange& a, const NamedRange& b) {
