@@ -20,6 +20,7 @@
 #include "pokermath/cards.h"
 #include "python/src/attend.h"
 #include "python/src/bindings.h"
+#include "python/src/constructed.h"
 #include "python/src/convert.h"
 #include "python/src/ranges.h"
 
@@ -36,6 +37,23 @@ struct Answered {
   const PlayerAnswer& player(std::size_t i) const { return run.answer.players[i]; }
 };
 using AnswerPointer = std::shared_ptr<const Answered>;
+
+struct PlayerView {
+  AnswerPointer of;
+  std::size_t place;
+
+  const PlayerAnswer& answer() const { return of->player(place); }
+  const Outcome& total() const { return answer().total; }
+};
+
+}  // namespace
+}  // namespace pokermath
+
+POKERMATH_CONSTRUCTED(pokermath::Answered);
+POKERMATH_CONSTRUCTED(pokermath::PlayerView);
+
+namespace pokermath {
+namespace {
 
 // --- asking ---
 
@@ -56,7 +74,7 @@ struct EquityArguments {
 AskedEquity Read(const EquityArguments& arguments) {
   AskedEquity asked = ReadOptions(arguments.words);
   if (arguments.players.empty()) {
-    throw UsageError("players are needed, like equity('AhKd', '7s7c')");
+    throw UsageError("players are needed, like AhKd 7s7c");
   }
   const auto read = [&](const PlayerArgument& argument, std::vector<HandRange>& ranges,
                         std::vector<std::string>& names) {
@@ -95,7 +113,7 @@ std::shared_ptr<Answered> AnswerAttended(AskedEquity asked, const Calculation& p
   RunOptions options{.threads = ThreadsOrAll(threads), .time = asked.time};
   options.go_on = [&](const RunState& state) {
     attention.done = state.done;
-    attention.part = state.part;
+    attention.part = std::min(state.part, 1.0);  // time may be over
     return !attention.stop;
   };
   auto answered = Answer(std::move(asked), plan, options, start);
@@ -206,14 +224,6 @@ std::shared_ptr<Answered> Equity(const py::tuple& players, py::handle game, py::
 }
 
 // --- answers ---
-
-struct PlayerView {
-  AnswerPointer of;
-  std::size_t place;
-
-  const PlayerAnswer& answer() const { return of->player(place); }
-  const Outcome& total() const { return answer().total; }
-};
 
 CaseCount Losses(const Outcome& outcome) {
   return {outcome.cases.units - outcome.wins.units - outcome.ties.units, outcome.cases.unit};

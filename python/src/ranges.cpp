@@ -44,6 +44,24 @@ struct Hand {
   bool operator==(const Hand&) const = default;
 };
 
+// The hands of a range one by one.
+struct HandIterator {
+  HandRange range;
+  std::size_t next = 0;
+  bool with_weights = false;
+
+  py::object Next();
+};
+
+}  // namespace
+}  // namespace pokermath
+
+POKERMATH_CONSTRUCTED(pokermath::Hand);
+POKERMATH_CONSTRUCTED(pokermath::HandIterator);
+
+namespace pokermath {
+namespace {
+
 Hand HandOf(py::handle value) {
   if (py::isinstance<Hand>(value)) return value.cast<Hand>();
   const std::string text = CardsTextOf("a hand", value);
@@ -347,19 +365,12 @@ NamedRange OfState(const std::string& game_name, const std::string& name, std::u
   return {HandRange(*game, std::move(hands)), name};
 }
 
-// The hands of a range one by one.
-struct HandIterator {
-  HandRange range;
-  std::size_t next = 0;
-  bool with_weights = false;
-
-  py::object Next() {
-    if (next >= range.size()) throw py::stop_iteration();
-    const WeightedHand& hand = range.hands()[next++];
-    py::object cards = py::cast(Hand{hand.cards});
-    return with_weights ? py::make_tuple(std::move(cards), Share(hand.weight)) : std::move(cards);
-  }
-};
+py::object HandIterator::Next() {
+  if (next >= range.size()) throw py::stop_iteration();
+  const WeightedHand& hand = range.hands()[next++];
+  py::object cards = py::cast(Hand{hand.cards});
+  return with_weights ? py::make_tuple(std::move(cards), Share(hand.weight)) : std::move(cards);
+}
 
 }  // namespace
 
@@ -408,8 +419,8 @@ void AddRanges(py::module_& module) {
       "smaller weight holds; a - b those of a that are not in b. Equal are ranges of the same "
       "game,\n"
       "hands and weights.")
-      .def(py::init([](const std::string& text, py::handle game) {
-             return RangeOf(text, GameOf(game));
+      .def(py::init([](py::handle text, py::handle game) {
+             return RangeOf(TextOf("a range", text), GameOf(game));
            }),
            py::arg("text"), py::kw_only(), py::arg("game") = "holdem")
       .def_static(

@@ -1,0 +1,56 @@
+"""Builds the module with CMake, with the core of the library in it and nothing beside it."""
+
+from __future__ import annotations
+
+import os
+import re
+import subprocess
+import sys
+from pathlib import Path
+
+from setuptools import Extension, setup
+from setuptools.command.build_ext import build_ext
+
+LIBRARY = Path(__file__).resolve().parent.parent
+
+
+def version() -> str:
+    header = (LIBRARY / "include/pokermath/version.h").read_text()
+    found = re.search(r'POKERMATH_VERSION_STRING "(.*)"', header)
+    assert found, "no version in version.h"
+    return found[1]
+
+
+class CMakeBuild(build_ext):
+    def build_extension(self, extension: Extension) -> None:
+        folder = Path(self.build_temp).resolve() / "cmake"
+        folder.mkdir(parents=True, exist_ok=True)
+        target = Path(self.get_ext_fullpath(extension.name)).resolve()
+        subprocess.run(
+            [
+                "cmake",
+                f"-S{LIBRARY}",
+                f"-B{folder}",
+                "-DCMAKE_BUILD_TYPE=Release",
+                "-DPOKERMATH_CORE_ONLY=ON",
+                "-DPOKERMATH_PYTHON=ON",
+                f"-DPOKERMATH_PYTHON_EXECUTABLE={sys.executable}",
+                "-DPOKERMATH_FMT=fmt::fmt-header-only",
+            ],
+            check=True,
+        )
+        jobs = os.environ.get("CMAKE_BUILD_PARALLEL_LEVEL", str(os.cpu_count() or 1))
+        subprocess.run(
+            ["cmake", "--build", folder, "--target", "pokermath_python", "--parallel", jobs],
+            check=True,
+        )
+        (module,) = (folder / "python/pokermath").glob("_core.*.so")
+        target.parent.mkdir(parents=True, exist_ok=True)
+        self.copy_file(str(module), str(target))
+
+
+setup(
+    version=version(),
+    ext_modules=[Extension("pokermath._core", sources=[])],
+    cmdclass={"build_ext": CMakeBuild},
+)
