@@ -11,7 +11,7 @@ import random
 import sys
 import time
 import warnings
-from typing import Any
+from typing import Any, Callable
 
 import numpy as np
 
@@ -65,7 +65,7 @@ class Fuzzer:
         codes = self.rng.sample(range(52), self.rng.randint(0, most))
         if self.rng.random() < 0.1:
             codes.append(self.rng.choice([52, 255, -1, 0, 2**40]))
-        forms = [
+        forms: list[Callable[[], Any]] = [
             lambda: codes,
             lambda: tuple(codes),
             lambda: pm.card_text(codes),
@@ -87,7 +87,7 @@ class Fuzzer:
         return array
 
     def anything(self, depth: int = 0) -> Any:
-        forms = [
+        forms: list[Callable[[], Any]] = [
             lambda: None,
             lambda: self.rng.choice([0, 1, -1, 2**63, 2**64, 10**30, 5, 1000]),
             lambda: self.rng.choice([0.5, float("nan"), float("inf"), -1.0, 1e-9]),
@@ -101,17 +101,19 @@ class Fuzzer:
             if depth < 3
             else [],
             lambda: {self.text(): self.anything(depth + 1)} if depth < 3 else {},
-            lambda: self.rng.choice([pm.Range, pm.Hand, pm.Answer]).__new__(
-                self.rng.choice([pm.Range, pm.Hand, pm.Answer])
-            ),
+            self.never_made,
         ]
         return self.rng.choice(forms)()
+
+    def never_made(self) -> Any:
+        kinds: list[Any] = [pm.Range, pm.Hand, pm.Answer, pm.Player]
+        return self.rng.choice(kinds).__new__(self.rng.choice(kinds))
 
     def sane_or_not(self, sane: Any) -> Any:
         return self.anything() if self.rng.random() < 0.15 else sane
 
     def player(self) -> Any:
-        hands = [lambda: self.text(), lambda: self.cards(6), lambda: self.anything()]
+        hands: list[Callable[[], Any]] = [lambda: self.text(), lambda: self.cards(6), lambda: self.anything()]
         return self.rng.choice(hands)()
 
     def equity(self) -> Any:
@@ -150,7 +152,7 @@ class Fuzzer:
         functions = [getattr(_core, name) for name in dir(_core) if not name.startswith("__")]
         public = [getattr(pm, name) for name in pm.__all__ if callable(getattr(pm, name))]
         two = [it for it in self.kept if isinstance(it, pm.Range)]
-        choices = [
+        choices: list[Callable[[], Any]] = [
             self.equity,
             self.equity,
             lambda: pm.Range(self.sane_or_not(self.text()), game=rng.choice(GAMES)),

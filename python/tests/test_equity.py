@@ -7,6 +7,7 @@ import subprocess
 import sys
 import threading
 import time
+from typing import Any
 from xml.etree import ElementTree
 
 import numpy as np
@@ -34,13 +35,15 @@ def test_attributes() -> None:
 
 def test_ways_to_word_the_same_question() -> None:
     expected = pm.equity("AhKd", "QhQd", board="2c7dTh", dead="3c4c").equity
-    for players in (
+    wordings: tuple[Any, ...] = (
         (["AhKd", "QhQd"],),
         ((pm.Hand("AhKd"), pm.Range("QhQd")),),
         (pm.cards("AhKd"), ["Qh", "Qd"]),
         (np.array([38, 24]), np.array([36, 23], dtype=np.uint8)),
-    ):
-        for board in ("2c7dTh", "2c 7d Th", ["2c", "7d", "Th"], pm.cards("2c7dTh")):
+    )
+    boards: tuple[Any, ...] = ("2c7dTh", "2c 7d Th", ["2c", "7d", "Th"], pm.cards("2c7dTh"))
+    for players in wordings:
+        for board in boards:
             answer = pm.equity(*players, board=board, dead=[1, 2])
             assert answer.equity == expected
     assert pm.equity("AhKd", "QhQd", board=[], dead=()).equity == pm.equity("AhKd", "QhQd").equity
@@ -108,7 +111,7 @@ def test_details_that_were_not_asked_for() -> None:
         {"speed": 9},
     ],
 )
-def test_wrong_types(options: dict) -> None:  # type: ignore[type-arg]
+def test_wrong_types(options: dict[str, Any]) -> None:
     with pytest.raises(TypeError):
         pm.equity("AhKd", "7s7c", **options)
 
@@ -128,7 +131,7 @@ def test_wrong_types(options: dict) -> None:  # type: ignore[type-arg]
         ({"threads": 0}, "threads '0' is not accepted"),
     ],
 )
-def test_wrong_values(options: dict, says: str) -> None:  # type: ignore[type-arg]
+def test_wrong_values(options: dict[str, Any], says: str) -> None:
     with pytest.raises(ValueError, match=says):
         pm.equity("AhKd", "7s7c", **options)
 

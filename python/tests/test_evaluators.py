@@ -18,7 +18,8 @@ DECKS = {"holdem": np.arange(52), "shortdeck": np.arange(52)[np.arange(52) % 13 
 
 def deals(rows: int, width: int, game: str = "holdem") -> NDArray[np.uint8]:
     order = RNG.random((rows, len(DECKS[game]))).argsort(axis=1)[:, :width]
-    return DECKS[game][order].astype(np.uint8)
+    hands: NDArray[np.uint8] = DECKS[game][order].astype(np.uint8)
+    return hands
 
 
 @pytest.mark.parametrize("width", [5, 6, 7])
@@ -130,7 +131,7 @@ def test_bad_cards_of_the_short_deck_and_of_boards() -> None:
         (lambda: pm.evaluate(["AhKhQhJhTx"]), ValueError),
         (lambda: pm.evaluate([None]), TypeError),
         (lambda: pm.evaluate([]), ValueError),
-        (lambda: pm.evaluate(5), TypeError),
+        (lambda: pm.evaluate(5), TypeError),  # type: ignore[call-overload]
         (lambda: pm.omaha_evaluate(np.zeros((3, 4), np.uint8), np.zeros((2, 5), np.uint8)), ValueError),
         (lambda: pm.omaha_evaluate(np.zeros((3, 3), np.uint8), "2c7dThJs3h"), ValueError),
         (lambda: pm.omaha_evaluate(np.array(3, np.uint8), "2c7dThJs3h"), ValueError),

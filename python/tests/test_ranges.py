@@ -5,6 +5,8 @@ from __future__ import annotations
 import copy
 import pickle
 import random
+from collections.abc import Callable
+from typing import Any
 from xml.etree import ElementTree
 
 import numpy as np
@@ -124,7 +126,7 @@ def test_hands() -> None:
         (lambda: pm.cards("Xx"), "'Xx' is not a card"),
     ],
 )
-def test_wrong_values_say_what_is_wrong(wrong, says: str) -> None:  # type: ignore[no-untyped-def]
+def test_wrong_values_say_what_is_wrong(wrong: Callable[[], object], says: str) -> None:
     with pytest.raises(ValueError, match=says.replace("(", r"\(")):
         wrong()
 
@@ -154,11 +156,18 @@ def test_damaged_pickles_are_refused() -> None:
 
 
 def test_what_was_never_made_is_no_object() -> None:
-    for never in (pm.Range, pm.Hand, pm.Answer, pm.Player):
-        nothing = never.__new__(never)
-        for use in (repr, len, iter, lambda it: it.game, lambda it: pm.equity(it, "AA")):
+    kinds: tuple[Any, ...] = (pm.Range, pm.Hand, pm.Answer, pm.Player)
+    uses: tuple[Callable[[Any], object], ...] = (
+        repr,
+        len,
+        iter,
+        lambda it: it.game,
+        lambda it: pm.equity(it, "AA"),
+    )
+    for kind in kinds:
+        for use in uses:
             with pytest.raises((TypeError, RuntimeError, ValueError, AttributeError)):
-                use(nothing)
+                use(kind.__new__(kind))
 
 
 def test_matrix_is_well_formed() -> None:

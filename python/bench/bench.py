@@ -1,0 +1,103 @@
+"""Measures what the package costs on top of C++: bench.py [POKERMATH_BENCH].
+
+POKERMATH_BENCH is the benchmark program of the same build, for the figures of C++ in the same run.
+Best of several rounds on one core; other work on the machine makes all of them slower.
+"""
+
+from __future__ import annotations
+
+import json
+import subprocess
+import sys
+import threading
+import time
+from typing import Callable
+
+import numpy as np
+
+import pokermath as pm
+
+ROUNDS = 15
+
+
+def best(call: Callable[[], object], number: int = 1, rounds: int = ROUNDS) -> float:
+    """Seconds of a call."""
+    found = float("inf")
+    for _ in range(rounds):
+        start = time.perf_counter()
+        for _ in range(number):
+            call()
+        found = min(found, (time.perf_counter() - start) / number)
+    return found
+
+
+def line(what: str, figure: str, beside: str = "") -> None:
+    print(f"{what:46}{figure:>12}   {beside}".rstrip(), flush=True)
+
+
+def batch_of_cpp(program: str) -> float:
+    """Milliseconds that C++ takes for a million seven-card hands."""
+    words = [program, "--benchmark_filter=BM_EvaluateBatch/", "--benchmark_format=json"]
+    words += ["--benchmark_repetitions=5"]
+    runs = json.loads(subprocess.run(words, capture_output=True, text=True).stdout)["benchmarks"]
+    return min(1e9 / float(run["items_per_second"]) for run in runs if "items_per_second" in run)
+
+
+def evaluators(program: str | None) -> None:
+    rng = np.random.default_rng(1)
+    hands = np.concatenate(
+        [rng.random((10_000, 52)).argpartition(7)[:, :7].astype(np.uint8) for _ in range(100)]
+    )
+    cpp = f"C++ batch: {batch_of_cpp(program):.2f} ms" if program else ""
+    line("evaluate, 1,000,000 hands of seven", f"{1e3 * best(lambda: pm.evaluate(hands)):.2f} ms", cpp)
+    one = best(lambda: [pm.evaluate(hands) for _ in range(4)])
+
+    def twice() -> None:
+        threads = [
+            threading.Thread(target=lambda: [pm.evaluate(hands) for _ in range(4)])
+            for _ in range(2)
+        ]
+        for thread in threads:
+            thread.start()
+        for thread in threads:
+            thread.join()
+
+    line("the same in two threads of Python", f"{2 * one / best(twice):.2f} times as fast")
+
+
+def questions() -> None:
+    seconds = best(lambda: pm.equity("AhKd", "7s7c"), 2000)
+    line('equity("AhKd", "7s7c")', f"{1e6 * seconds:.2f} us")
+    first, second = pm.Range("15%"), pm.Range("TT+,AQs+:0.5")
+    over, whole = float("inf"), 0.0
+    for _ in range(300):
+        start = time.perf_counter()
+        answer = pm.equity(first, second, board="2c7dTh", threads=1)
+        took = 1e3 * (time.perf_counter() - start)
+        if took - answer.elapsed_ms < over:
+            over, whole = took - answer.elapsed_ms, answer.elapsed_ms
+    line("range against range on a flop", f"{1e3 * whole:.0f} us", f"and {1e3 * over:.1f} us of Python")
+    ask = "AhKd", "random", "random"
+    one, two = (
+        best(lambda: pm.equity(*ask, trials=3_000_000, threads=n), rounds=5) for n in (1, 2)
+    )
+    line("3,000,000 trials on two threads", f"{one / two:.2f} times as fast", f"{1e3 * one:.0f} ms on one")
+
+
+def imports() -> None:
+    """Of the package alone: numpy is there already."""
+    program = (
+        "import time, numpy, numpy.typing, dataclasses\nt = time.perf_counter()\nimport pokermath\n"
+        "print(time.perf_counter() - t)"
+    )
+    seconds = min(
+        float(subprocess.run([sys.executable, "-c", program], capture_output=True, text=True).stdout)
+        for _ in range(5)
+    )
+    line("import pokermath, without numpy's own time", f"{1e3 * seconds:.1f} ms")
+
+
+if __name__ == "__main__":
+    questions()
+    evaluators(sys.argv[1] if len(sys.argv) > 1 else None)
+    imports()
