@@ -12,6 +12,7 @@ from setuptools import Extension, setup
 from setuptools.command.build_ext import build_ext
 
 LIBRARY = Path(__file__).resolve().parent.parent
+BUILD = LIBRARY / "build/wheel"
 
 
 def version() -> str:
@@ -49,8 +50,10 @@ class CMakeBuild(build_ext):
         self.copy_file(str(module), str(target))
 
 
+BUILD.mkdir(parents=True, exist_ok=True)
 setup(
     version=version(),
     ext_modules=[Extension("pokermath._core", sources=[])],
     cmdclass={"build_ext": CMakeBuild},
+    options={"build": {"build_base": str(BUILD)}, "egg_info": {"egg_base": str(BUILD)}},
 )

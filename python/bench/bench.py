@@ -87,7 +87,7 @@ def questions() -> None:
 def imports() -> None:
     """Of the package alone: numpy is there already."""
     program = (
-        "import time, numpy, numpy.typing, dataclasses\nt = time.perf_counter()\nimport pokermath\n"
+        "import time, numpy\nt = time.perf_counter()\nimport pokermath\n"
         "print(time.perf_counter() - t)"
     )
     seconds = min(

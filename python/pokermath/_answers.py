@@ -6,39 +6,37 @@ Every answer prints as the page of the command line, and `to_dict()` is its JSON
 from __future__ import annotations
 
 from collections.abc import Sequence
-from dataclasses import dataclass, fields
-from typing import TYPE_CHECKING, Any, Optional, TypeVar
+from typing import TYPE_CHECKING, Any, NamedTuple, Optional
 
 import numpy as np
-from numpy.typing import NDArray
 
 from . import _core
 
 if TYPE_CHECKING:
+    from numpy.typing import NDArray  # takes longer than all of the package
+
     from . import Cards
 
 _Made = tuple[dict[str, Any], str, Optional[str]]
-_F = TypeVar("_F", bound="Facts")
 
 
 class Facts:
-    """An answer with its page, its dict and, where it has one, its picture."""
+    """An answer with its page, its dict and, where it has one, its picture.
 
-    _facts: dict[str, Any]
-    _page: str
-    _svg: str | None
+    What a class annotates it has from the dict; None for what is not there.
+    """
 
-    @classmethod
-    def _of(cls: type[_F], made: _Made) -> _F:
-        facts, page, svg = made
-        answer = cls(**{field.name: facts.get(field.name) for field in fields(cls)})
-        for name, value in (("_facts", facts), ("_page", page), ("_svg", svg)):
-            object.__setattr__(answer, name, value)
-        return answer
+    def __init__(self, made: _Made) -> None:
+        self._facts, self._page, self._svg = made
+        for name in type(self).__annotations__:
+            setattr(self, name, self._facts.get(name))
 
     def to_dict(self) -> dict[str, Any]:
         """What the command line prints with --json."""
         return self._facts
+
+    def __eq__(self, other: object) -> bool:
+        return type(other) is type(self) and other._facts == self._facts  # type: ignore[attr-defined]
 
     def __repr__(self) -> str:
         return self._page
@@ -47,7 +45,6 @@ class Facts:
         return self._svg
 
 
-@dataclass(frozen=True, repr=False)
 class BestHand(Facts):
     """What cards are worth."""
 
@@ -71,10 +68,9 @@ class BestHand(Facts):
 
 def best_hand(cards: Cards, *, board: Cards | None = None, game: str = "holdem") -> BestHand:
     """What five to seven cards make, those of the board counted; or an Omaha hand and its board."""
-    return BestHand._of(_core.best_hand(cards, board, game))
+    return BestHand(_core.best_hand(cards, board, game))
 
 
-@dataclass(frozen=True, repr=False)
 class Outs(Facts):
     """The cards that lift an Omaha hand to a higher category when they come next."""
 
@@ -98,10 +94,9 @@ def outs(hand: Cards, board: Cards, *, game: str | None = None) -> Outs:
 
     `game` refuses another number of hole cards than its own. In a notebook the answer is a deck.
     """
-    return Outs._of(_core.outs(hand, board, game))
+    return Outs(_core.outs(hand, board, game))
 
 
-@dataclass(frozen=True, repr=False)
 class Nuts(Facts):
     """What beats an Omaha hand, and the best that two unseen cards make."""
 
@@ -124,10 +119,9 @@ class Nuts(Facts):
 
 def nuts(hand: Cards, board: Cards, *, game: str | None = None) -> Nuts:
     """Whether an Omaha hand of four to six cards is the nuts on a board of three to five."""
-    return Nuts._of(_core.nuts(hand, board, game))
+    return Nuts(_core.nuts(hand, board, game))
 
 
-@dataclass(frozen=True, repr=False)
 class Low(Facts):
     """The low of an Omaha Hi/Lo hand."""
 
@@ -151,11 +145,10 @@ class Low(Facts):
 
 def low(hand: Cards, board: Cards, *, game: str | None = None) -> Low:
     """The low of an Omaha hand of four to six cards on a board of three to five."""
-    return Low._of(_core.low(hand, board, game))
+    return Low(_core.low(hand, board, game))
 
 
-@dataclass(frozen=True)
-class Pot:
+class Pot(NamedTuple):
     """A pot, main or side; lists with an entry a seat."""
 
     chips: int
@@ -165,7 +158,6 @@ class Pot:
     won: list[int]
 
 
-@dataclass(frozen=True, repr=False)
 class Pots(Facts):
     """Who gets what."""
 
@@ -184,10 +176,9 @@ def pots(stakes: Sequence[int], scores: Sequence[int]) -> Pots:
         stakes: chips that each seat has put in, 0 or more.
         scores: how strong each seat's hand is; larger is better, equal ones share, 0 has folded.
     """
-    return Pots._of(_core.pots(stakes, scores))
+    return Pots(_core.pots(stakes, scores))
 
 
-@dataclass(frozen=True, repr=False)
 class Rank(Facts):
     """Where a class of hands stands among all."""
 
@@ -202,7 +193,6 @@ class Rank(Facts):
     """1 (best) .. 8, 0 for none; None in the short deck."""
 
 
-@dataclass(frozen=True, repr=False)
 class OmahaRank(Facts):
     """Where an Omaha hand stands among all."""
 
@@ -220,10 +210,9 @@ def rank(
     `table` is "equilibrium" or "corvelle", for two cards.
     """
     made = _core.rank(hand, game, table)
-    return Rank._of(made) if "class_order" in made[0] else OmahaRank._of(made)
+    return Rank(made) if "class_order" in made[0] else OmahaRank(made)
 
 
-@dataclass(frozen=True, repr=False)
 class RangeFacts(Facts):
     """What a range of two cards holds."""
 
@@ -238,7 +227,6 @@ class RangeFacts(Facts):
         return np.array(self._facts["matrix"], dtype=bool).reshape(13, 13)
 
 
-@dataclass(frozen=True, repr=False)
 class OmahaRangeFacts(Facts):
     """What a range of Omaha holds."""
 
@@ -271,4 +259,4 @@ def describe_range(
         dead: in Omaha, cards that no hand may hold.
     """
     made = _core.describe_range(text, game, table, bare_offsuit, dead)
-    return RangeFacts._of(made) if "combos" in made[0] else OmahaRangeFacts._of(made)
+    return RangeFacts(made) if "combos" in made[0] else OmahaRangeFacts(made)

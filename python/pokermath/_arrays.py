@@ -2,18 +2,21 @@
 
 from __future__ import annotations
 
-from collections.abc import Callable, Iterable
-from typing import Any, Union, overload
+from typing import TYPE_CHECKING, Any, Union, overload
 
 import numpy as np
-from numpy.typing import NDArray
 
 from . import _core
 from ._core import Hand
 
-Rows = Union[NDArray[Any], Iterable[Any]]
-Codes = NDArray[np.uint8]
-Values = NDArray[np.uint16]
+if TYPE_CHECKING:
+    from collections.abc import Callable, Iterable
+
+    from numpy.typing import NDArray  # takes longer than all of the package
+
+    Rows = Union[NDArray[Any], Iterable[Any]]
+    Codes = NDArray[np.uint8]
+    Values = NDArray[np.uint16]
 
 
 def _codes(rows: Rows) -> Codes:
