@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "cards/omaha_sizes.h"
+#include "platform/dispatch.h"
 
 namespace pokermath {
 
@@ -11,8 +12,9 @@ namespace pokermath {
 // the first card taken from `first`. One card of a vertex and two of its twins leave the same cards
 // to choose from, so all numbers are counted at once.
 template <int most>
-[[gnu::always_inline]] inline LiveCards::Cliques<most> LiveCards::CountCliques(
-    const CardGraph& graph, std::uint64_t first, std::uint64_t among) const {
+POKERMATH_KERNEL LiveCards::Cliques<most> LiveCards::CountCliques(const CardGraph& graph,
+                                                                  std::uint64_t first,
+                                                                  std::uint64_t among) const {
   constexpr int kChoose[5][5] = {{}, {0, 1}, {0, 2, 1}, {0, 3, 3, 1}, {0, 4, 6, 4, 1}};
   Cliques<most> cliques{1, __builtin_popcountll(among)};
   if constexpr (most > 1) {
@@ -36,28 +38,20 @@ template <int most>
   return cliques;
 }
 
-// With and without an instruction that counts bits.
-template <int size>
-std::int64_t LiveCards::CliquesBaseline(const CardGraph& graph, std::uint64_t first) const {
-  return CountCliques<size>(graph, first, (std::uint64_t{1} << cards_) - 1)[size];
-}
-template <int size>
-POKERMATH_TARGET_AVX2 std::int64_t LiveCards::CliquesAvx2(const CardGraph& graph,
-                                                          std::uint64_t first) const {
-  return CountCliques<size>(graph, first, (std::uint64_t{1} << cards_) - 1)[size];
-}
-
 std::int64_t LiveCards::CountHands(Isa isa, std::size_t hand_size, const CardGraph& graph) const {
   // A clique may start with twins only that are joined with any behind or with each other.
   std::uint64_t first = 0;
   for (std::size_t i = 0; i < size_; ++i) {
     if (graph.joined[i] != 0 || graph.among_themselves[i]) first |= bits_[i];
   }
-  const bool fast = isa != Isa::kBaseline;
-  if (hand_size == 2) return fast ? CliquesAvx2<2>(graph, first) : CliquesBaseline<2>(graph, first);
-  return ForOmahaSize(static_cast<int>(hand_size), [&](auto size) {
-    return fast ? CliquesAvx2<size>(graph, first) : CliquesBaseline<size>(graph, first);
-  });
+  // With and without an instruction that counts bits.
+  const auto count = [&](auto size) {
+    return Dispatch<Isa::kAvx2>(isa, [&](auto) POKERMATH_INLINE -> std::int64_t {
+      return CountCliques<size>(graph, first, (std::uint64_t{1} << cards_) - 1)[size];
+    });
+  };
+  if (hand_size == 2) return count(std::integral_constant<int, 2>());
+  return ForOmahaSize(static_cast<int>(hand_size), count);
 }
 
 }  // namespace pokermath

@@ -91,10 +91,6 @@ class LiveCards {
   template <int most>
   Cliques<most> CountCliques(const CardGraph& graph, std::uint64_t first,
                              std::uint64_t among) const;
-  template <int size>
-  std::int64_t CliquesBaseline(const CardGraph& graph, std::uint64_t first) const;
-  template <int size>
-  std::int64_t CliquesAvx2(const CardGraph& graph, std::uint64_t first) const;
 
   std::size_t size_ = 0;
   int cards_ = 0;

@@ -282,22 +282,6 @@ struct OmahaBeforeFlop::Kernel {
       }
     }
   }
-
-  // By instruction sets.
-  static void Baseline(const OmahaBeforeFlop& hero, std::span<const CardSet> hands,
-                       std::span<OmahaDuel> duels) {
-    Count(hero, hands, duels);
-  }
-  POKERMATH_TARGET_AVX2 static void Avx2(const OmahaBeforeFlop& hero,
-                                         std::span<const CardSet> hands,
-                                         std::span<OmahaDuel> duels) {
-    Count(hero, hands, duels);
-  }
-  POKERMATH_TARGET_AVX512 static void Avx512(const OmahaBeforeFlop& hero,
-                                             std::span<const CardSet> hands,
-                                             std::span<OmahaDuel> duels) {
-    Count(hero, hands, duels);
-  }
 };
 
 OmahaBeforeFlop::OmahaBeforeFlop(Isa isa, CardSet hero, CardSet dead, bool high_low)
@@ -333,21 +317,14 @@ OmahaBeforeFlop::OmahaBeforeFlop(Isa isa, CardSet hero, CardSet dead, bool high_
 std::vector<OmahaDuel> OmahaBeforeFlop::Count(std::span<const CardSet> hands) const {
   std::vector<OmahaDuel> duels(hands.size());
   if (hands.empty()) return duels;
-  using CountAll = void (*)(const OmahaBeforeFlop&, std::span<const CardSet>, std::span<OmahaDuel>);
-  const auto of = [&](CountAll high, CountAll lows) {
-    (high_low_ ? lows : high)(*this, hands, duels);
-  };
-  switch (isa_) {
-    case Isa::kBaseline:
-      of(Kernel<Registers16, false>::Baseline, Kernel<Registers16, true>::Baseline);
-      break;
-    case Isa::kAvx2:
-      of(Kernel<Registers32, false>::Avx2, Kernel<Registers32, true>::Avx2);
-      break;
-    case Isa::kAvx512:
-      of(Kernel<Registers32, false>::Avx512, Kernel<Registers32, true>::Avx512);
-      break;
-  }
+  Dispatch<Isa::kAvx2>(isa_, [&](auto level) POKERMATH_INLINE {
+    using Registers = RegistersOf<level>;
+    if (high_low_) {
+      Kernel<Registers, true>::Count(*this, hands, duels);
+    } else {
+      Kernel<Registers, false>::Count(*this, hands, duels);
+    }
+  });
   return duels;
 }
 

@@ -441,20 +441,6 @@ POKERMATH_KERNEL void CountSide(const Question& question, const ClassesOf& own,
   }
 }
 
-using CountSideFunction = void (*)(const Question& question, const ClassesOf& own,
-                                   const ClassesOf& others,
-                                   std::array<std::vector<OmahaCounts>, kOmahaContests>& counts);
-
-void CountSideBaseline(const Question& question, const ClassesOf& own, const ClassesOf& others,
-                       std::array<std::vector<OmahaCounts>, kOmahaContests>& counts) {
-  CountSide<Registers16::Register>(question, own, others, counts);
-}
-POKERMATH_TARGET_AVX2 void CountSideAvx2(
-    const Question& question, const ClassesOf& own, const ClassesOf& others,
-    std::array<std::vector<OmahaCounts>, kOmahaContests>& counts) {
-  CountSide<Registers32::Register>(question, own, others, counts);
-}
-
 }  // namespace
 
 OmahaClassRunouts::OmahaClassRunouts(Isa isa, const OmahaTensors<4>& ranges, CardSet board,
@@ -467,9 +453,11 @@ OmahaClassRunouts::OmahaClassRunouts(Isa isa, const OmahaTensors<4>& ranges, Car
   for (const int card : live) ++question.live[static_cast<std::size_t>(card % 13)];
   ClassesOf sides[2] = {ClassesOf(ranges[0]), ClassesOf(ranges[1])};
   SetRunouts(question, board, sides);
-  const CountSideFunction count = isa == Isa::kBaseline ? CountSideBaseline : CountSideAvx2;
   for (const std::size_t side : {0u, 1u}) {
-    count(question, sides[side], sides[1 - side], counts_[side]);
+    Dispatch<Isa::kAvx2>(isa, [&](auto level) POKERMATH_INLINE {
+      using Register = typename RegistersOf<level>::Register;
+      CountSide<Register>(question, sides[side], sides[1 - side], counts_[side]);
+    });
   }
 }
 

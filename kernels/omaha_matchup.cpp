@@ -374,24 +374,15 @@ POKERMATH_KERNEL void Count(const Layout& layout, Tables tables, const Boards& b
 }
 
 template <int kHands, int kTables>
-void CountBaseline(const Layout& layout, Tables tables, const Boards& boards, Sums& sums) {
-  Count<Registers16::Register, kHands, kTables>(layout, tables, boards, sums);
-}
-template <int kHands, int kTables>
-POKERMATH_TARGET_AVX2 void CountAvx2(const Layout& layout, Tables tables, const Boards& boards,
-                                     Sums& sums) {
-  Count<Registers32::Register, kHands, kTables>(layout, tables, boards, sums);
-}
-
-template <int kHands, int kTables>
 void CountHands(Isa isa, const Layout& layout, Tables tables, const Boards& boards, Sums& sums) {
   if constexpr (kHands <= SharedTally::kMostHands) {
     if (tables.size() > kHands * kTables) {
       return CountHands<kHands + 1, kTables>(isa, layout, tables, boards, sums);
     }
-    const auto count =
-        isa == Isa::kBaseline ? CountBaseline<kHands, kTables> : CountAvx2<kHands, kTables>;
-    count(layout, tables, boards, sums);
+    Dispatch<Isa::kAvx2>(isa, [&](auto level) POKERMATH_INLINE {
+      using Register = typename RegistersOf<level>::Register;
+      Count<Register, kHands, kTables>(layout, tables, boards, sums);
+    });
   }
 }
 

@@ -226,20 +226,6 @@ POKERMATH_KERNEL Sums CountRows(std::span<const Row<words>> rows,
   return sums;
 }
 
-template <std::size_t words, std::size_t cards>
-Sums CountBaseline(std::span<const Row<words>> rows, std::span<const std::array<int, cards>> hands,
-                   std::span<const int> weights) {
-  return CountRows<std::conditional_t<words == 1, Word, TwoWords>, words, cards>(rows, hands,
-                                                                                 weights);
-}
-template <std::size_t words, std::size_t cards>
-POKERMATH_TARGET_AVX2 Sums CountAvx2(std::span<const Row<words>> rows,
-                                     std::span<const std::array<int, cards>> hands,
-                                     std::span<const int> weights) {
-  return CountRows<std::conditional_t<words == 1, Word, FourWords>, words, cards>(rows, hands,
-                                                                                  weights);
-}
-
 }  // namespace
 
 template <int cards>
@@ -271,14 +257,17 @@ template <int cards>
 template <std::size_t words>
 Tally OmahaRangeContest<cards>::CountBlocks(Isa isa, std::int64_t first, std::int64_t last) const {
   constexpr std::int64_t kSize = words * kBits;
-  const auto count = isa == Isa::kBaseline ? CountBaseline<words, cards> : CountAvx2<words, cards>;
   BoardsToCome boards(taken_, board_, street_, first * kSize);
   std::vector<Row<words>> rows(kCardPairs);
   Tally tally;
   for (std::int64_t block = first; block < last; ++block) {
     const std::int64_t size = std::min(kSize, boards.Count() - block * kSize);
     FillRows<words>(hand_, boards, static_cast<int>(size), rows);
-    const Sums sums = count(rows, hands_, weights_);
+    const Sums sums = Dispatch<Isa::kAvx2>(isa, [&](auto level) POKERMATH_INLINE {
+      using Several = std::conditional_t<level() == Isa::kBaseline, TwoWords, FourWords>;
+      return CountRows<std::conditional_t<words == 1, Word, Several>, words, cards>(rows, hands_,
+                                                                                    weights_);
+    });
     tally.wins += size * weight_ - sums.not_less;
     tally.ties += sums.ties;
   }

@@ -23,6 +23,7 @@
 
 #include "kernels/omaha_blocks.h"
 #include "kernels/omaha_board.h"
+#include "platform/dispatch.h"
 #include "platform/require.h"
 
 namespace pokermath {
@@ -216,19 +217,6 @@ POKERMATH_KERNEL void SweepLevel(const Sweeping<hand_size>& sweeping, Level<hand
   }
 }
 
-template <std::size_t hand_size>
-using SweepLevelFunction = void (*)(const Sweeping<hand_size>& sweeping, Level<hand_size> level);
-
-template <std::size_t hand_size>
-void SweepLevelBaseline(const Sweeping<hand_size>& sweeping, Level<hand_size> level) {
-  SweepLevel<Four>(sweeping, level);
-}
-template <std::size_t hand_size>
-POKERMATH_TARGET_AVX2 void SweepLevelAvx2(const Sweeping<hand_size>& sweeping,
-                                          Level<hand_size> level) {
-  SweepLevel<Eight>(sweeping, level);
-}
-
 // --- flushes ---
 
 // A hand with a flush.
@@ -405,7 +393,7 @@ struct OmahaSweep<hand_size>::State {
   const OmahaTensors<hand_size>& ranges_;
   bool high_low_;
   OmahaSweepPart part_;
-  SweepLevelFunction<hand_size> sweep_level_;
+  Isa isa_;
   // Empty between sweeps.
   std::unique_ptr<std::array<Inserted<hand_size>, 2>> inserted_ =
       std::make_unique<std::array<Inserted<hand_size>, 2>>();
@@ -421,11 +409,7 @@ struct OmahaSweep<hand_size>::State {
 template <std::size_t hand_size>
 OmahaSweep<hand_size>::State::State(Isa isa, const OmahaTensors<hand_size>& of_ranges,
                                     bool with_lows, OmahaSweepPart of_contests)
-    : ranges_(of_ranges),
-      high_low_(with_lows),
-      part_(of_contests),
-      sweep_level_(isa == Isa::kBaseline ? SweepLevelBaseline<hand_size>
-                                         : SweepLevelAvx2<hand_size>) {
+    : ranges_(of_ranges), high_low_(with_lows), part_(of_contests), isa_(isa) {
   std::uint64_t most = 1;
   for (const std::size_t side : {0u, 1u}) {
     most = std::max(most, ranges_[side].weight());
@@ -601,7 +585,10 @@ void OmahaSweep<hand_size>::State::SweepClasses(const Sweeping<hand_size>& sweep
     const auto end = std::ranges::find_if(
         classes, [&](const ClassOnBoard<hand_size>& of) { return of.value != classes[0].value; });
     const auto size = static_cast<std::size_t>(end - classes.begin());
-    sweep_level_(sweeping, classes.first(size));
+    Dispatch<Isa::kAvx2>(isa_, [&](auto isa) POKERMATH_INLINE {
+      using Register = std::conditional_t<isa() == Isa::kBaseline, Four, Eight>;
+      SweepLevel<Register>(sweeping, classes.first(size));
+    });
     classes = classes.subspan(size);
   }
 }

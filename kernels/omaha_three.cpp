@@ -22,7 +22,7 @@
 #include <cstring>
 
 #include "eval/omaha_best.h"
-#include "kernels/registers.h"
+#include "platform/dispatch.h"
 
 namespace pokermath {
 namespace {
@@ -285,30 +285,12 @@ POKERMATH_KERNEL void CountFor(const AllWeights& weights, const std::array<bool,
   }
 }
 
-void CountBaseline(const AllWeights& weights, const std::array<bool, 3>& players,
-                   const FourCards& hand, Sums& counts) {
-  CountFor(weights, players, hand, counts);
-}
-POKERMATH_TARGET_AVX2 void CountAvx2(const AllWeights& weights, const std::array<bool, 3>& players,
-                                     const FourCards& hand, Sums& counts) {
-  CountFor(weights, players, hand, counts);
-}
-POKERMATH_TARGET_AVX512 void CountAvx512(const AllWeights& weights,
-                                         const std::array<bool, 3>& players, const FourCards& hand,
-                                         Sums& counts) {
-  CountFor(weights, players, hand, counts);
-}
-
 }  // namespace
 
 // Hands that are in so far.
 class OmahaThreeSweep::Inserted {
  public:
-  Inserted(Isa isa, std::size_t live)
-      : count_(isa == Isa::kAvx512 ? CountAvx512
-               : isa == Isa::kAvx2 ? CountAvx2
-                                   : CountBaseline),
-        weights_{live} {}
+  Inserted(Isa isa, std::size_t live) : isa_(isa), weights_{live} {}
 
   // A hand, one time or, to take it out, minus one time.
   void Add(const Holding& holding, std::int32_t times = 1) {
@@ -335,7 +317,8 @@ class OmahaThreeSweep::Inserted {
     }
     Sums counts{};
     if (std::ranges::count(with_pairs, true) == 0) return counts;
-    count_(weights_, with_pairs, holding.cards, counts);
+    Dispatch(isa_,
+             [&](auto) POKERMATH_INLINE { CountFor(weights_, with_pairs, holding.cards, counts); });
     for (std::size_t i = 0; i < 3; ++i) {
       counts[i] += products_[i].Beside(holding.cards, is_in ? ProductOf(holding, i) : 0);
       if (!with_pairs[i]) counts[i] = 0;
@@ -348,7 +331,7 @@ class OmahaThreeSweep::Inserted {
     return std::int64_t{holding.weights[(player + 1) % 3]} * holding.weights[(player + 2) % 3];
   }
 
-  void (*count_)(const AllWeights&, const std::array<bool, 3>&, const FourCards&, Sums&);
+  Isa isa_;
   AllWeights weights_;
   std::array<Products, 3> products_;  // of the two others of a player
   std::array<std::int64_t, 3> hands_{};
