@@ -20,6 +20,7 @@
 #include <type_traits>
 
 #include "eval/compact_keys.h"
+#include "eval/eight_hands.h"
 #include "platform/intrinsics.h"
 #include "pokermath/evaluators.h"
 
@@ -40,11 +41,6 @@ constexpr std::size_t kBlock = 512;
 const std::uint32_t* KeysOf(const CompactTables&) { return kRankKeys; }
 const std::uint32_t* KeysOf(const ShortDeckTables&) { return kShortDeckKeys; }
 
-// Byte `place` of the key of each rank.
-std::uint8_t KeyByte(const std::uint32_t* keys, std::size_t rank, std::size_t place) {
-  return static_cast<std::uint8_t>(keys[rank] >> (8 * place));
-}
-
 // ---- AVX2 ----
 
 // The bytes of the rank keys as 16-entry tables for a shuffle.
@@ -53,7 +49,9 @@ struct KeyBytes {
 
   explicit KeyBytes(const std::uint32_t* keys) {
     for (std::size_t rank = 0; rank < 13; ++rank) {
-      for (std::size_t i = 0; i < 3; ++i) byte[i][rank] = KeyByte(keys, rank, i);
+      for (std::size_t i = 0; i < 3; ++i) {
+        byte[i][rank] = static_cast<std::uint8_t>(keys[rank] >> (8 * i));
+      }
     }
   }
 };
@@ -173,98 +171,11 @@ POKERMATH_TARGET_AVX2 void EvaluateAvx2(const std::uint8_t* cards, std::size_t h
 
 // ---- AVX-512 with VBMI ----
 
-// What cards add, as 64-entry tables of bytes.
-struct CardBytes {
-  using Table = std::array<std::uint8_t, 64>;
-
-  alignas(64) Table key[3] = {};   // bytes of their keys
-  alignas(64) Table suit[2] = {};  // four bits for each of two suits
-  alignas(64) Table rank[2] = {};  // a bit for the rank, the lower eight and the upper five
-  alignas(64) Table zeros = {};    // leading zeros of the flush bit of their suits
-
-  explicit CardBytes(const std::uint32_t* keys) {
-    for (std::size_t card = 0; card < 52; ++card) {
-      const std::size_t s = card / 13;
-      for (std::size_t i = 0; i < 3; ++i) key[i][card] = KeyByte(keys, card % 13, i);
-      suit[s / 2][card] = s % 2 == 0 ? 1 : 16;
-      rank[card % 13 / 8][card] = static_cast<std::uint8_t>(1u << (card % 13 % 8));
-      zeros[card] = static_cast<std::uint8_t>(60 - 4 * s);
-    }
-  }
-};
-
-using Eight = __m512i;  // 64 bits for each of eight hands
-
-// Where the cards of eight hands are.
-template <int kCount>
-constexpr __mmask64 kCardPlaces = 0x0101010101010101u * ((1u << kCount) - 1);
-
-POKERMATH_TARGET_VBMI inline Eight Load(const CardBytes::Table& table) {
-  return _mm512_load_si512(table.data());
-}
-
-// Sums of what the cards of each hand add, and where they count.
-POKERMATH_TARGET_VBMI inline Eight SumOf(const CardBytes::Table& table, Eight cards,
-                                         __mmask64 places) {
-  return _mm512_sad_epu8(_mm512_maskz_permutexvar_epi8(places, cards, Load(table)),
-                         _mm512_setzero_si512());
-}
-
-POKERMATH_TARGET_VBMI inline Eight Joined(Eight low, Eight high, unsigned shift) {
-  return _mm512_add_epi64(low, _mm512_slli_epi64(high, shift));
-}
-
 // The highest of four bits is set for a suit that has five cards.
-POKERMATH_TARGET_VBMI inline Eight SuitsOfFive(const CardBytes& bytes, Eight cards,
-                                               __mmask64 places) {
-  const Eight counts =
-      Joined(SumOf(bytes.suit[0], cards, places), SumOf(bytes.suit[1], cards, places), 8);
-  return _mm512_and_si512(_mm512_add_epi64(counts, _mm512_set1_epi64(CompactTables::kSuitStart)),
-                          _mm512_set1_epi64(CompactTables::kFlushBits));
-}
-
-// Up to eight hands.
 template <int kCount>
-POKERMATH_TARGET_VBMI inline Eight LoadEight(const std::uint8_t* cards, std::size_t hands) {
-  constexpr auto kSpread = [] {
-    CardBytes::Table spread{};
-    for (std::size_t i = 0; i < 64; ++i) {
-      spread[i] = static_cast<std::uint8_t>(i / 8 * kCount + i % 8);
-    }
-    return spread;
-  }();
-  const __mmask64 readable = hands == 0 ? 0 : ~std::uint64_t{0} >> (64 - kCount * hands);
-  return _mm512_permutexvar_epi8(_mm512_loadu_si512(kSpread.data()),
-                                 _mm512_maskz_loadu_epi8(readable, cards));
-}
-
-// The sums of the hands' keys.
-POKERMATH_TARGET_VBMI inline Eight SumKeys(const CardBytes& bytes, Eight cards, __mmask64 places) {
-  return Joined(Joined(SumOf(bytes.key[0], cards, places), SumOf(bytes.key[1], cards, places), 8),
-                SumOf(bytes.key[2], cards, places), 16);
-}
-
-// The bytes of up to eight hands of a list.
-template <int kCount>
-POKERMATH_TARGET_VBMI inline Eight Collect(const std::uint8_t* cards, const std::uint32_t* hands,
-                                           std::size_t there) {
-  alignas(64) std::uint8_t bytes[8][8] = {};
-  for (std::size_t i = 0; i < there; ++i) std::memcpy(bytes[i], cards + kCount * hands[i], kCount);
-  return _mm512_load_si512(bytes);
-}
-
-// The ranks of the suits that five cards have, as bits: different cards of a suit add different
-// ones.
-template <int kCount>
-POKERMATH_TARGET_VBMI inline Eight FlushRanks(const CardBytes& bytes, Eight cards) {
-  const __mmask64 places = kCardPlaces<kCount>;
-  const Eight zeros = _mm512_lzcnt_epi64(SuitsOfFive(bytes, cards, places));
-  // The lowest byte of each hand in all of them.
-  const Eight to_all = _mm512_set4_epi32(0x08080808, 0x08080808, 0, 0);
-  const __mmask64 of_suit =
-      _mm512_mask_cmpeq_epi8_mask(places, _mm512_permutexvar_epi8(cards, Load(bytes.zeros)),
-                                  _mm512_shuffle_epi8(zeros, to_all));
-  return Joined(SumOf(bytes.rank[0], cards, of_suit), SumOf(bytes.rank[1], cards, of_suit), 8);
+POKERMATH_TARGET_VBMI inline Eight SuitsOfFive(const CardBytes& bytes, Eight cards) {
+  return _mm512_and_si512(SumSuits<kCount>(bytes, cards, CompactTables::kSuitStart),
+                          _mm512_set1_epi64(kSuitBits));
 }
 
 // Sixteen hands go as two times eight, side by side in 32 bits each: hand i and hand 8 + i.
@@ -277,7 +188,6 @@ template <typename Tables, int kCount>
 POKERMATH_TARGET_VBMI std::size_t Prepare(const CardBytes& bytes, const std::uint8_t* cards,
                                           std::size_t hands, std::uint16_t* columns_and_rows,
                                           std::uint32_t* flushes) {
-  constexpr __mmask64 kPlaces = kCardPlaces<kCount>;
   __m512i numbers = _mm512_setr_epi32(0, 8, 1, 9, 2, 10, 3, 11, 4, 12, 5, 13, 6, 14, 7, 15);
   std::size_t flush_count = 0;
   for (std::size_t first = 0; first < hands; first += kPairOfEights) {
@@ -285,7 +195,7 @@ POKERMATH_TARGET_VBMI std::size_t Prepare(const CardBytes& bytes, const std::uin
     const std::uint8_t* from = cards + kCount * first;
     const Eight low = LoadEight<kCount>(from, std::min<std::size_t>(there, 8));
     const Eight high = there <= 8 ? low : LoadEight<kCount>(from + 8 * kCount, there - 8);
-    const __m512i sums = Joined(SumKeys(bytes, low, kPlaces), SumKeys(bytes, high, kPlaces), 32);
+    const __m512i sums = Joined(SumKeys<kCount>(bytes, low), SumKeys<kCount>(bytes, high), 32);
     const __m512i columns = _mm512_and_si512(sums, _mm512_set1_epi32(Tables::kColumns - 1));
     const __m512i rows =
         _mm512_and_si512(_mm512_slli_epi32(sums, 16 - Tables::kColumnBits),
@@ -293,7 +203,7 @@ POKERMATH_TARGET_VBMI std::size_t Prepare(const CardBytes& bytes, const std::uin
     _mm512_storeu_si512(columns_and_rows + 2 * first, _mm512_or_si512(columns, rows));
 
     const __m512i suits =
-        Joined(SuitsOfFive(bytes, low, kPlaces), SuitsOfFive(bytes, high, kPlaces), 32);
+        Joined(SuitsOfFive<kCount>(bytes, low), SuitsOfFive<kCount>(bytes, high), 32);
     const __mmask16 flush = _mm512_mask_test_epi32_mask(
         _mm512_cmplt_epu32_mask(numbers, _mm512_set1_epi32(static_cast<int>(hands))), suits, suits);
     _mm512_storeu_si512(flushes + flush_count, _mm512_maskz_compress_epi32(flush, numbers));
@@ -338,8 +248,9 @@ POKERMATH_TARGET_VBMI void EvaluateVbmi(const std::uint8_t* cards, std::size_t h
     for (std::size_t first = 0; first < flush_count; first += 8) {
       const std::size_t there = std::min<std::size_t>(flush_count - first, 8);
       alignas(64) std::uint64_t ranks[8];
+      const Eight listed = LoadListed<kCount>(cards, flushes + first, there);
       _mm512_store_si512(ranks,
-                         FlushRanks<kCount>(bytes, Collect<kCount>(cards, flushes + first, there)));
+                         RanksOfSuits<kCount>(bytes, listed, SuitsOfFive<kCount>(bytes, listed)));
       for (std::size_t i = 0; i < there; ++i) {
         values[flushes[first + i]] = static_cast<std::uint16_t>(kTables.FlushOf(0, ranks[i]));
       }

@@ -10,6 +10,7 @@
 
 #include "eval/best_pair.h"
 #include "pokermath/card_set.h"
+#include "pokermath/evaluators.h"
 
 namespace pokermath {
 
@@ -33,11 +34,33 @@ int BestOmahaValue(std::span<const int> hand, std::span<const int> board);
 int BestOmahaValue(CardSet hand, std::uint64_t hand_words, CardSet board,
                    std::uint64_t board_words);
 
+/// Ranks as bits, an ace as a one too, below the deuce.
+constexpr unsigned FromAce(unsigned ranks) { return ranks << 1 | ranks >> 12; }
+/// The lowest ranks of five in a row.
+constexpr unsigned FiveInRow(unsigned from_ace) {
+  const unsigned two = from_ace & from_ace >> 1;
+  return two & two >> 2 & from_ace >> 4;
+}
+
+/// The highest bits of a number that has so many.
+template <int bits>
+inline unsigned Highest(unsigned number) {
+  unsigned highest = 0;
+  for (int i = 0; i < bits; ++i) highest |= 1u << (31 ^ __builtin_clz(number & ~highest));
+  return highest;
+}
+
 /// The best flush of two hole cards and three board cards of a suit, by their ranks as bits.
 ///
 /// @param holes  two ranks and more
 /// @param board  three and more, others
-int BestOmahaFlush(unsigned holes, unsigned board);
+int BestOmahaStraightFlush(unsigned holes, unsigned board);  // 0 for none
+inline int BestOmahaFlush(unsigned holes, unsigned board) {
+  if (FiveInRow(FromAce(holes | board)) != 0) [[unlikely]] {
+    if (const int value = BestOmahaStraightFlush(holes, board); value != 0) return value;
+  }
+  return kCompactTables.flush_values[Highest<2>(holes) | Highest<3>(board)];
+}
 
 /// What every pair of hole cards makes with a board of three to five cards.
 class OmahaPairValues {

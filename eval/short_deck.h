@@ -9,7 +9,6 @@
 namespace pokermath {
 
 inline constexpr int kLowestShortDeckCard = 4;  ///< its rank, the six
-inline constexpr int kBestShortDeckValue = 1404;
 
 /// Puts the ascending value 1..7462 of five short-deck cards into short-deck order.
 constexpr int ToShortDeckOrder(int value) {

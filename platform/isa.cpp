@@ -66,19 +66,26 @@ bool UseInstructionLevel(std::string_view name) {
   const Isa* isa = FindIsa(name);
   if (isa == nullptr) return false;
   ChosenIsa().store(*isa, std::memory_order_relaxed);
+  internal::FindVbmi();
   return true;
 }
 
-bool HasVbmi() {
+namespace internal {
+
+constinit std::atomic<int> has_vbmi = -1;
+
+bool FindVbmi() {
 #if defined(__x86_64__)
-  static const bool machine_has = __builtin_cpu_supports("avx512cd") &&
-                                  __builtin_cpu_supports("avx512vbmi") &&
-                                  __builtin_cpu_supports("avx512vbmi2");
-  return machine_has && BestIsa() == Isa::kAvx512;
+  const bool found = BestIsa() == Isa::kAvx512 && __builtin_cpu_supports("avx512cd") &&
+                     __builtin_cpu_supports("avx512vbmi") && __builtin_cpu_supports("avx512vbmi2");
 #else
-  return false;
+  constexpr bool found = false;
 #endif
+  has_vbmi.store(found ? 1 : 0, std::memory_order_relaxed);
+  return found;
 }
+
+}  // namespace internal
 
 const char* IsaName(Isa isa) {
   return isa == Isa::kAvx512 ? "AVX-512" : isa == Isa::kAvx2 ? "AVX2" : "baseline";

@@ -4,6 +4,7 @@
 #ifndef POKERMATH_PLATFORM_ISA_H_
 #define POKERMATH_PLATFORM_ISA_H_
 
+#include <atomic>
 #include <span>
 #include <string>
 
@@ -17,8 +18,15 @@ std::span<const Isa> IsasOfMachine();
 /// The level to run kernels at: the best one of this machine, or the one that was asked for.
 Isa BestIsa();
 
+namespace internal {
+extern std::atomic<int> has_vbmi;
+bool FindVbmi();
+}  // namespace internal
+
 /// Whether a machine of the level AVX-512 can permute bytes (VBMI), as all but the first ones can.
-bool HasVbmi();
+/// 1, 0 or, before the first question, -1: a single load for functions that take few nanoseconds.
+inline int KnownVbmi() { return internal::has_vbmi.load(std::memory_order_relaxed); }
+inline bool HasVbmi() { return KnownVbmi() >= 0 ? KnownVbmi() != 0 : internal::FindVbmi(); }
 
 /// "baseline", "AVX2", "AVX-512".
 const char* IsaName(Isa isa);

@@ -1,12 +1,13 @@
 // Fills the tables of the compact evaluator, of any deck: the value of five, six or seven cards by
-// the sum of their rank keys.
+// the sum of their rank keys. And keys of Omaha boards, whose sums find a place for each.
 //
-// Keys are numbers such that no two multisets of seven ranks have the same sum: that of the lowest
-// rank is 0 and each one the smallest that is right with those before it. Sums of such keys crowd
-// in few rows. So keys are multiplied by an odd number modulo a power of two that no sum reaches,
-// which keeps different sums different and spreads them. A sum is cut into a row (upper bits) and a
-// column (lower bits). The rows are laid over one another in one array, those with most entries
-// first, each at the first offset where its entries fall on free places or on equal values.
+// Keys are numbers such that no two multisets of seven ranks (of a board: five) have the same sum:
+// that of the lowest rank is 0 and each one the smallest that is right with those before it. Sums
+// of such keys crowd in few rows. So keys are multiplied by an odd number modulo a power of two
+// that no sum reaches, which keeps different sums different and spreads them. A sum is cut into a
+// row (upper bits) and a column (lower bits). The rows are laid over one another in one array,
+// those with most entries first, each at the first offset where its entries fall on free places or
+// on equal values.
 
 #include "eval/generate/compact_tables.h"
 
@@ -20,6 +21,7 @@
 #include <vector>
 
 #include "eval/generate/array_text.h"
+#include "eval/omaha_keys.h"
 #include "pokermath/evaluators.h"
 
 namespace pokermath {
@@ -27,15 +29,14 @@ namespace {
 
 using Keys = std::array<std::uint32_t, 13>;
 
-constexpr std::size_t kCards = 7;
 constexpr std::size_t kMostOfRank = 4;
 
 // Sums of keys, rising, by how many cards there are.
-using SumsByCards = std::array<std::vector<std::uint32_t>, kCards + 1>;
+using SumsByCards = std::vector<std::vector<std::uint32_t>>;
 
 SumsByCards WithRank(const SumsByCards& sums, std::uint32_t key) {
-  SumsByCards all;
-  for (std::size_t cards = 0; cards <= kCards; ++cards) {
+  SumsByCards all(sums.size());
+  for (std::size_t cards = 0; cards < sums.size(); ++cards) {
     for (std::size_t of_rank = 0; of_rank <= std::min(cards, kMostOfRank); ++of_rank) {
       for (const std::uint32_t sum : sums[cards - of_rank]) {
         all[cards].push_back(sum + static_cast<std::uint32_t>(of_rank) * key);
@@ -46,16 +47,17 @@ SumsByCards WithRank(const SumsByCards& sums, std::uint32_t key) {
   return all;
 }
 
-// The smallest key above `last` with which no sums of seven cards fall together: x is wrong if
-// two multisets with i and j cards of its rank have sums a + i x = b + j x.
+// The smallest key above `last` with which no sums of all cards fall together: x is wrong if two
+// multisets with i and j cards of its rank have sums a + i x = b + j x.
 std::uint32_t NextKey(const SumsByCards& sums, std::uint32_t last) {
   constexpr std::uint32_t kLimit = 1u << 21;
+  const std::size_t cards = sums.size() - 1;
   std::vector<bool> wrong(kLimit);
   for (std::size_t i = 0; i <= kMostOfRank; ++i) {
     for (std::size_t j = i + 1; j <= kMostOfRank; ++j) {
       const auto more = static_cast<std::uint32_t>(j - i);
-      const std::vector<std::uint32_t>& larger = sums[kCards - i];
-      for (const std::uint32_t smaller : sums[kCards - j]) {
+      const std::vector<std::uint32_t>& larger = sums[cards - i];
+      for (const std::uint32_t smaller : sums[cards - j]) {
         for (auto sum = std::ranges::lower_bound(larger, smaller); sum != larger.end(); ++sum) {
           const std::uint32_t key = (*sum - smaller) / more;
           if (key >= kLimit) break;
@@ -69,9 +71,9 @@ std::uint32_t NextKey(const SumsByCards& sums, std::uint32_t last) {
   return static_cast<std::uint32_t>(found - wrong.begin());
 }
 
-Keys FindKeys(const DeckRules& rules, int key_bits) {
+Keys FindKeys(const DeckRules& rules, std::size_t cards, int key_bits) {
   Keys keys{};
-  SumsByCards sums;
+  SumsByCards sums(cards + 1);
   sums[0] = {0};
   sums = WithRank(sums, 0);
   const auto lowest = static_cast<std::size_t>(rules.lowest_rank);
@@ -79,7 +81,7 @@ Keys FindKeys(const DeckRules& rules, int key_bits) {
     keys[rank] = NextKey(sums, keys[rank - 1]);
     sums = WithRank(sums, keys[rank]);
   }
-  if (sums[kCards].back() >> key_bits != 0) throw std::runtime_error("keys are too large");
+  if (sums[cards].back() >> key_bits != 0) throw std::runtime_error("keys are too large");
   constexpr std::uint32_t kSpread = 0x9E3779B1;  // odd, near 2^32 / the golden ratio
   for (std::uint32_t& key : keys) key = key * kSpread & ((1u << key_bits) - 1);
   return keys;
@@ -268,17 +270,32 @@ void WriteDeck(std::ostream& out, const ReferenceValues& reference, const Keys& 
       << ",\n.flush_suits = " << all("kFlushSuits") << "};\n";
 }
 
+// The keys of boards, and a place of its own for each.
+void WriteOmahaKeys(std::ostream& out) {
+  const Keys keys = FindKeys(kFullDeck, 5, kOmahaKeyBits);
+  std::map<RankCounts, int> boards;
+  int number = 0;
+  for (const RankCounts& counts : AllRankCounts(kFullDeck, 5)) boards[counts] = ++number;
+  const Packed packed =
+      Pack(ValuesBySum(boards, keys, kOmahaKeyBits), kOmahaKeyBits, kOmahaColumnBits);
+  if (packed.values.size() > kOmahaPlaces) throw std::runtime_error("too many places of boards");
+  WriteArray(out, "const std::uint32_t kOmahaKeys[13]", keys);
+  WriteArray(out, "const std::uint16_t kOmahaOffsets[]", packed.rows);
+}
+
 }  // namespace
 
 void WriteCompactTables(std::ostream& out, const ReferenceValues& values) {
   const ReferenceValues short_values(kShortDeck);
-  const Keys keys = FindKeys(values.rules(), CompactTables::kKeyBits);
-  const Keys short_keys = FindKeys(short_values.rules(), ShortDeckTables::kKeyBits);
+  constexpr std::size_t kMostCards = 7;
+  const Keys keys = FindKeys(values.rules(), kMostCards, CompactTables::kKeyBits);
+  const Keys short_keys = FindKeys(short_values.rules(), kMostCards, ShortDeckTables::kKeyBits);
   std::vector<std::uint32_t> pairs(52 * kPairRow);
   AddPairs(ShortWords<CompactTables>(keys), 0, pairs);
   AddPairs(ShortWords<ShortDeckTables>(short_keys), kPairDeck, pairs);
 
   out << "// Written by pokermath_generate.\n#include \"eval/compact_keys.h\"\n"
+         "#include \"eval/omaha_keys.h\"\n"
          "#include \"pokermath/evaluators.h\"\n"
          "namespace pokermath {\nnamespace {\n";
   WriteArray(out, "const std::uint32_t kPairWords[]", pairs);
@@ -291,6 +308,7 @@ void WriteCompactTables(std::ostream& out, const ReferenceValues& values) {
   WriteArray(out, "const std::uint32_t kShortDeckKeys[13]", short_keys);
   WriteDeck<CompactTables>(out, values, keys, "Compact", 0);
   WriteDeck<ShortDeckTables>(out, short_values, short_keys, "ShortDeck", kPairDeck);
+  WriteOmahaKeys(out);
   out << "}  // namespace pokermath\n";
 }
 

@@ -7,7 +7,8 @@
 
 namespace pokermath {
 
-/// Writes the source of pokermath::kCompactTables and pokermath::kShortDeckTables.
+/// Writes the source of pokermath::kCompactTables and pokermath::kShortDeckTables, and the keys of
+/// Omaha boards.
 ///
 /// @param values  of the full deck
 void WriteCompactTables(std::ostream& out, const ReferenceValues& values);

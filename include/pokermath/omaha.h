@@ -14,9 +14,9 @@ class Spec;
 // that take a hand count; boards of three to five. Values are on the ascending scale 1..7462,
 // larger is better. `record` receives which cards make the value, as five indexes: two into the
 // hand, three into the board, each rising; of equal choices the first. Nothing has to be loaded;
-// any number of threads. The first board of five in a process takes 4 ms. Where the counts are no
-// hand and board, -1 is the value and nothing is written. PokerLogic has the same functions on the
-// descending scale.
+// any number of threads. The first board of five in a process takes a millisecond. Where the counts
+// are no hand and board, -1 is the value and nothing is written. PokerLogic has the same functions
+// on the descending scale.
 
 POKERMATH_EXPORT int getCombinationOmahaFsm5(int* hand, int* board, int* record);
 POKERMATH_EXPORT int getCombinationOmahaTurnFsm5(int* hand, int* board, int* record);

@@ -4,7 +4,9 @@
 // High values are on the ascending scale 1..7462 of EvaluateCards, larger is better. Lows are hands
 // of five different ranks of eight and below, the ace low: 1 (8-7-6-5-4) .. 56 (5-4-3-2-A), larger
 // is better, 0 for none. Cards are card codes, all different, not checked. Everything may run in
-// any number of threads; the first high value in a process takes 4 ms more, for a table of 1.4 MB.
+// any number of threads; the first high value in a process takes a millisecond more, for a table of
+// 1.2 MB. No compiler flag of the host matters: what is not a table look-up is in the library,
+// which chooses the instructions that the machine has.
 
 #ifndef POKERMATH_OMAHA_EVALUATORS_H_
 #define POKERMATH_OMAHA_EVALUATORS_H_
@@ -23,7 +25,8 @@ namespace pokermath {
 ///
 /// @param hand   `holes` cards, 4, 5 or 6
 /// @param board  five cards
-/// Exists for bytes and ints. About 10, 14 and 20 ns.
+/// Exists for bytes, which are the fastest, and ints. About 9, 11 and 12 ns with AVX-512 (VBMI),
+/// 10, 14 and 18 ns without.
 template <int holes, typename Card>
 POKERMATH_EXPORT int EvaluateOmaha(const Card* hand, const Card* board);
 
@@ -34,7 +37,7 @@ POKERMATH_EXPORT int EvaluateOmaha(const Card* hand, const Card* board);
 /// @param boards  five bytes a board, likewise
 /// @param count   how many hands
 /// @param values  out: one value a hand
-/// About 5 ns a hand with AVX-512, 7 to 13 ns without.
+/// About 5 to 7 ns a hand with AVX-512 (VBMI), 7 to 13 ns without.
 POKERMATH_EXPORT void EvaluateOmahaBatch(int holes, const std::uint8_t* hands,
                                          const std::uint8_t* boards, std::size_t count,
                                          std::uint16_t* values);

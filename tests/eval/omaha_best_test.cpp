@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -107,6 +108,47 @@ TEST(OmahaBest, EveryFunctionGivesValueAndFirstChoice) {
   six.SetValueCombination(logic);
   six.SetValueCombinationOmaha(logic);
   EXPECT_EQ(six.value[0], 0) << "too few cards";
+}
+
+// Sets of ranks by their sizes.
+std::vector<std::vector<unsigned>> SetsOfRanks() {
+  std::vector<std::vector<unsigned>> sets(14);
+  for (unsigned set = 0; set < 1u << 13; ++set) {
+    sets[static_cast<std::size_t>(std::popcount(set))].push_back(set);
+  }
+  return sets;
+}
+
+TEST(OmahaBest, EveryFlushIsTheBestOfItsChoices) {
+  const auto sets = SetsOfRanks();
+  // What two hole cards make with a board.
+  std::vector<int> of_two(1 << 13);
+  for (std::size_t size = 3; size <= 5; ++size) {
+    for (const unsigned board : sets[size]) {
+      for (const unsigned two : sets[2]) {
+        int& best = of_two[two] = 0;
+        for (unsigned out = board; size > 3 && out != 0; out = (out - 1) & board) {
+          if (static_cast<std::size_t>(std::popcount(out)) + 3 == size) {
+            best = std::max<int>(best, kCompactTables.flush_values[two | (board & ~out)]);
+          }
+        }
+        if (size == 3) best = kCompactTables.flush_values[two | board];
+      }
+      for (std::size_t holes = 2; holes <= 6; ++holes) {
+        for (std::size_t i = board % 7; i < sets[holes].size(); i += 7) {
+          const unsigned hand = sets[holes][i];
+          if ((hand & board) != 0) continue;
+          int best = 0;
+          for (unsigned a = hand; a != 0; a &= a - 1) {
+            for (unsigned b = a & (a - 1); b != 0; b &= b - 1) {
+              best = std::max(best, of_two[(a & -a) | (b & -b)]);
+            }
+          }
+          ASSERT_EQ(BestOmahaFlush(hand, board), best) << hand << " on " << board;
+        }
+      }
+    }
+  }
 }
 
 TEST(Combinations, TheFileIsTheGoldenTableAndLoadsBack) {

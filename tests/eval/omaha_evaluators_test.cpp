@@ -11,6 +11,7 @@
 
 #include "eval/omaha_batch.h"
 #include "pokermath/cards.h"
+#include "pokermath/instructions.h"
 #include "tests/cards/dealer.h"
 #include "tests/eval/oracle.h"
 
@@ -67,8 +68,11 @@ void CheckSingle(const Cards& hand, const Cards& board, Deals& deals) {
   const Bytes board_bytes(board.begin(), board.end());
   const std::string trace = CardNames(hand) + " on " + CardNames(board);
   const int value = High(hand, board);
-  ASSERT_EQ(EvaluateOmaha<holes>(hand.data(), board.data()), value) << trace;
-  ASSERT_EQ(EvaluateOmaha<holes>(hand_bytes.data(), board_bytes.data()), value) << trace;
+  for (const std::string_view level : InstructionLevels()) {
+    ASSERT_TRUE(UseInstructionLevel(level));
+    ASSERT_EQ(EvaluateOmaha<holes>(hand.data(), board.data()), value) << trace << level;
+    ASSERT_EQ(EvaluateOmaha<holes>(hand_bytes.data(), board_bytes.data()), value) << trace << level;
+  }
   const int low = EvaluateOmahaLow<holes>(hand.data(), board.data());
   ASSERT_EQ(LowDigits(low), DigitsOf(Best(hand, board, LowWorth))) << trace;
   ASSERT_EQ(EvaluateOmahaLow<holes>(hand_bytes.data(), board_bytes.data()), low) << trace;
@@ -101,6 +105,7 @@ void CheckDeals(Dealer& dealer, int count) {
 }
 
 TEST(OmahaEvaluators, EveryWayToAskEqualsAllChoices) {
+  const std::string before(InstructionLevel());
   Dealer dealer(81);
   SCOPED_TRACE(dealer.Trace());
   for (const int count : {0, 1, 7, 127, 128, 129, 1500}) {
@@ -109,6 +114,7 @@ TEST(OmahaEvaluators, EveryWayToAskEqualsAllChoices) {
     CheckDeals<6>(dealer, count);
     if (HasFatalFailure()) return;
   }
+  ASSERT_TRUE(UseInstructionLevel(before));
   std::uint16_t value = 7;
   EvaluateOmahaBatch(3, nullptr, nullptr, 1, &value);
   EXPECT_EQ(value, 0) << "no such hands";

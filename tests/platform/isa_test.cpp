@@ -23,6 +23,7 @@ TEST(InstructionLevel, IsTheOneThatWasAskedForIfTheMachineHasIt) {
   }
   for (const char* name : {"baseline", "avx2", "avx512", "AVX2", "sse9", ""}) {
     EXPECT_TRUE(UseInstructionLevel("baseline"));
+    EXPECT_FALSE(HasVbmi());
     const bool has = std::ranges::count(levels, std::string_view(name)) > 0;
     EXPECT_EQ(UseInstructionLevel(name), has) << name;
     EXPECT_EQ(InstructionLevel(), has ? name : "baseline");
