@@ -2,7 +2,8 @@
 //
 // A hand takes eight bytes of a register, those behind its cards empty. Byte shuffles turn cards
 // into the three bytes of their rank keys, and one sum of absolute differences adds each of them up
-// over a hand. The look-ups by these sums are plain loads, which are faster than gathers. Flushes
+// over a hand. The look-ups by these sums are plain loads, which are faster than gathers and may be
+// under way while the next hands are summed up. Flushes
 // are listed without a branch and done at the end of a block: a branch that cannot be predicted
 // would stop the look-ups that are under way, and a table look-up for every hand's flush would push
 // the values out of the nearest cache.
@@ -182,13 +183,17 @@ POKERMATH_TARGET_VBMI inline Eight SuitsOfFive(const CardBytes& bytes, Eight car
 constexpr std::size_t kPairOfEights = 16;
 constexpr std::size_t HandOf(std::size_t lane) { return lane / 2 + lane % 2 * 8; }
 
-// Up to kBlock hands: the columns and rows of their key sums, 16 bits each, in the order of lanes;
-// and a list of the flushes, in any order.
+// Between the two passes, sums and look-ups, lie so many hands: enough for the first one to be done
+// when the second one reads, and few enough for that to be under way with the first of the next.
+constexpr std::size_t kGroup = 32;
+
+// The columns and rows of the key sums of up to kGroup hands, 16 bits each, in the order of lanes;
+// and adds the flushes to a list, in any order. Returns how many they are.
 template <typename Tables, int kCount>
-POKERMATH_TARGET_VBMI std::size_t Prepare(const CardBytes& bytes, const std::uint8_t* cards,
-                                          std::size_t hands, std::uint16_t* columns_and_rows,
-                                          std::uint32_t* flushes) {
-  __m512i numbers = _mm512_setr_epi32(0, 8, 1, 9, 2, 10, 3, 11, 4, 12, 5, 13, 6, 14, 7, 15);
+[[gnu::always_inline]] POKERMATH_TARGET_VBMI inline std::size_t Prepare(
+    const CardBytes& bytes, const std::uint8_t* cards, std::size_t hands, std::size_t first_number,
+    std::uint16_t* columns_and_rows, std::uint32_t* flushes) {
+  const __m512i places = _mm512_setr_epi32(0, 8, 1, 9, 2, 10, 3, 11, 4, 12, 5, 13, 6, 14, 7, 15);
   std::size_t flush_count = 0;
   for (std::size_t first = 0; first < hands; first += kPairOfEights) {
     const std::size_t there = std::min(hands - first, kPairOfEights);
@@ -205,46 +210,62 @@ POKERMATH_TARGET_VBMI std::size_t Prepare(const CardBytes& bytes, const std::uin
     const __m512i suits =
         Joined(SuitsOfFive<kCount>(bytes, low), SuitsOfFive<kCount>(bytes, high), 32);
     const __mmask16 flush = _mm512_mask_test_epi32_mask(
-        _mm512_cmplt_epu32_mask(numbers, _mm512_set1_epi32(static_cast<int>(hands))), suits, suits);
+        _mm512_cmplt_epu32_mask(places, _mm512_set1_epi32(static_cast<int>(there))), suits, suits);
+    const __m512i numbers =
+        _mm512_add_epi32(places, _mm512_set1_epi32(static_cast<int>(first_number + first)));
     _mm512_storeu_si512(flushes + flush_count, _mm512_maskz_compress_epi32(flush, numbers));
     flush_count += static_cast<std::size_t>(__builtin_popcount(flush));
-    numbers = _mm512_add_epi32(numbers, _mm512_set1_epi32(kPairOfEights));
   }
   return flush_count;
 }
 
 // The values of hands without their suits.
 template <const auto& kTables, int kCount>
-void LookUp(const std::uint16_t* columns_and_rows, std::size_t hands, std::uint16_t* values) {
+[[gnu::always_inline]] inline void LookUp(const std::uint16_t* columns_and_rows, std::size_t hands,
+                                          std::uint16_t* values) {
   const std::uint16_t* rows = kTables.rows[kCount - 5];
   const std::uint16_t* without_suits = kTables.values[kCount - 5];
   const auto value = [=](std::size_t place) {
     return without_suits[columns_and_rows[2 * place] + rows[columns_and_rows[2 * place + 1]]];
   };
-  std::size_t first = 0;
-  for (; first + kPairOfEights <= hands; first += kPairOfEights) {
+  for (std::size_t first = 0; first < hands; first += kPairOfEights) {
 #pragma GCC unroll 16
     for (std::size_t lane = 0; lane < kPairOfEights; ++lane) {
-      values[first + HandOf(lane)] = value(first + lane);
+      if (first + HandOf(lane) < hands) values[first + HandOf(lane)] = value(first + lane);
     }
   }
-  for (std::size_t lane = 0; lane < kPairOfEights; ++lane) {
-    if (first + HandOf(lane) < hands) values[first + HandOf(lane)] = value(first + lane);
+}
+
+// Up to kBlock hands without their suits, and a list of the flushes.
+template <const auto& kTables, int kCount>
+POKERMATH_TARGET_VBMI std::size_t EvaluateRanks(const CardBytes& bytes, const std::uint8_t* cards,
+                                                std::size_t hands, std::uint16_t* values,
+                                                std::uint32_t* flushes) {
+  using Tables = std::remove_cvref_t<decltype(kTables)>;
+  std::uint16_t columns_and_rows[2 * kGroup];
+  std::size_t flush_count = 0;
+  std::size_t first = 0;
+  // Inlined for a number that is known and for another one.
+  for (; first + kGroup <= hands; first += kGroup) {
+    flush_count += Prepare<Tables, kCount>(bytes, cards + kCount * first, kGroup, first,
+                                           columns_and_rows, flushes + flush_count);
+    LookUp<kTables, kCount>(columns_and_rows, kGroup, values + first);
   }
+  flush_count += Prepare<Tables, kCount>(bytes, cards + kCount * first, hands - first, first,
+                                         columns_and_rows, flushes + flush_count);
+  LookUp<kTables, kCount>(columns_and_rows, hands - first, values + first);
+  return flush_count;
 }
 
 template <const auto& kTables, int kCount>
 POKERMATH_TARGET_VBMI void EvaluateVbmi(const std::uint8_t* cards, std::size_t hands,
                                         std::uint16_t* values) {
   static const CardBytes bytes(KeysOf(kTables));
-  using Tables = std::remove_cvref_t<decltype(kTables)>;
-  std::uint16_t columns_and_rows[2 * kBlock];
   std::uint32_t flushes[kBlock + kPairOfEights];
   for (std::size_t done = 0; done < hands; done += kBlock) {
     const std::size_t size = std::min(hands - done, kBlock);
     const std::size_t flush_count =
-        Prepare<Tables, kCount>(bytes, cards, size, columns_and_rows, flushes);
-    LookUp<kTables, kCount>(columns_and_rows, size, values);
+        EvaluateRanks<kTables, kCount>(bytes, cards, size, values, flushes);
     for (std::size_t first = 0; first < flush_count; first += 8) {
       const std::size_t there = std::min<std::size_t>(flush_count - first, 8);
       alignas(64) std::uint64_t ranks[8];
