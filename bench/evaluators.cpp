@@ -11,7 +11,6 @@
 #include "bench/former_evaluators.h"
 #include "eval/batch.h"
 #include "eval/omaha_batch.h"
-#include "eval/omaha_best.h"
 #include "eval/omaha_low.h"
 #include "pokermath/hand_sum.h"
 
@@ -218,7 +217,7 @@ BENCHMARK(BM_ShortDeckBatch)->DenseRange(0, 2)->Unit(benchmark::kMicrosecond);
 template <int holes>
 void BM_FormerOmaha(benchmark::State& state) {
   MeasureSingle<int>(state, holes + 5, 0, [](const int* cards) {
-    return BestOmahaValue({cards, holes}, {cards + holes, 5});
+    return FormerOmaha::Value<holes>(cards, cards + holes);
   });
 }
 template <int holes>

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "eval/compact_keys.h"
+#include "eval/omaha_rows.h"
 #include "pokermath/evaluators.h"
 
 namespace pokermath {
@@ -120,6 +121,79 @@ class FormerTables {
       for (const Entry& entry : entries[row]) packed[offset + entry.column] = entry.value;
       rows[count - 5][row] = static_cast<std::uint16_t>(offset);
     }
+  }
+};
+
+/// Omaha hands on boards of five, every pair with its number beside its value.
+class FormerOmaha {
+ public:
+  template <std::size_t holes>
+  static int Value(const int* hand, const int* board) {
+    const int plain = BestPlain<holes>(hand, board);
+    const int suit = SuitOf<holes>(hand, board);
+    return std::max(plain, suit >= 0 ? BestSuited<holes>(hand, board, suit) : 0) >> kPairBits;
+  }
+
+ private:
+  static constexpr int kPairBits = 12;
+
+  static int Packed(int value, std::size_t i, std::size_t j) {
+    return value << kPairBits | static_cast<int>(4095 - (i * 64 + j));
+  }
+
+  template <std::size_t holes>
+  static int BestPlain(const int* hand, const int* board) {
+    std::uint32_t key = 0;
+    for (std::size_t i = 0; i < 5; ++i) key += kRankKeys[board[i] % 13];
+    const std::uint16_t* of_pairs = OmahaRows::Get().OfCompactKey(key);
+    int ranks[holes];
+    for (std::size_t i = 0; i < holes; ++i) ranks[i] = hand[i] % 13;
+    int best = 0;
+    for (std::size_t i = 0; i + 1 < holes; ++i) {
+      for (std::size_t j = i + 1; j < holes; ++j) {
+        best = std::max(best, Packed(of_pairs[PairOf(ranks[i], ranks[j])], i, j));
+      }
+    }
+    return best;
+  }
+
+  template <std::size_t holes>
+  static int SuitOf(const int* hand, const int* board) {
+    unsigned on_board = 0x7D7D7D7D;
+    unsigned in_hand = 0x7E7E7E7E;
+    for (std::size_t i = 0; i < 5; ++i) on_board += 1u << board[i] / 13 * 8;
+    for (std::size_t i = 0; i < holes; ++i) in_hand += 1u << hand[i] / 13 * 8;
+    const unsigned suits = on_board & in_hand & 0x80808080;
+    return suits == 0 ? -1 : __builtin_ctz(suits) / 8;
+  }
+
+  template <std::size_t holes>
+  static int BestSuited(const int* hand, const int* board, int suit) {
+    unsigned ranks = 0;
+    for (std::size_t i = 0; i < 5; ++i) {
+      ranks |= board[i] / 13 == suit ? 1u << board[i] % 13 : 0u;
+    }
+    int best = 0;
+    for (std::size_t i = 0; i + 1 < holes; ++i) {
+      for (std::size_t j = i + 1; j < holes; ++j) {
+        if (hand[i] / 13 != suit || hand[j] / 13 != suit) continue;
+        best = std::max(best, Packed(Flush(ranks, 1u << hand[i] % 13 | 1u << hand[j] % 13), i, j));
+      }
+    }
+    return best;
+  }
+
+  static int Flush(unsigned board, unsigned holes) {
+    int best = 0;
+    for (unsigned a = board; a != 0; a &= a - 1) {
+      for (unsigned b = a & (a - 1); b != 0; b &= b - 1) {
+        for (unsigned c = b & (b - 1); c != 0; c &= c - 1) {
+          const unsigned ranks = (a & -a) | (b & -b) | (c & -c) | holes;
+          best = std::max<int>(best, kCompactTables.flush_values[ranks]);
+        }
+      }
+    }
+    return best;
   }
 };
 

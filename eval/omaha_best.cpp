@@ -21,6 +21,7 @@
 #include "platform/require.h"
 #include "pokermath/evaluators.h"
 #include "pokermath/omaha.h"
+#include "pokermath/omaha_evaluators.h"
 #include "pokermath/poker_logic.h"
 
 namespace pokermath {
@@ -211,6 +212,11 @@ OmahaChoice FindBestOmaha(std::span<const int> hand, std::span<const int> board)
 
 int BestOmahaValue(std::span<const int> hand, std::span<const int> board) {
   if (hand.size() < 2 || hand.size() > kMostHoles) return 0;
+  if (board.size() == 5 && hand.size() >= 4 && hand.size() <= 6) {
+    return ForOmahaSize(static_cast<int>(hand.size()), [=](auto holes) {
+      return EvaluateOmaha<holes>(hand.data(), board.data());
+    });
+  }
   switch (board.size()) {
     case 5:
       return BestValue<5>(hand, board);
