@@ -228,42 +228,39 @@ POKERMATH_TARGET_VBMI inline Eight FlushSuits(const CardBytes& bytes, Eight hand
                                    _mm512_set1_epi64(kSuitBits), kAnd);
 }
 
-// Finds the rows of a block, and lists the deals that can flush.
+// Finds the rows of up to eight deals, and lists those that can flush, by their numbers. Returns
+// how many these are.
 template <int kHoles>
-POKERMATH_TARGET_VBMI std::size_t FindRows(const CardBytes& bytes, const OmahaRows& all_rows,
-                                           const std::uint8_t* hands, const std::uint8_t* boards,
-                                           std::size_t count, const std::uint16_t** rows,
-                                           std::uint32_t* flushes) {
-  Eight numbers = _mm512_setr_epi64(0, 1, 2, 3, 4, 5, 6, 7);
-  std::size_t flush_count = 0;
-  for (std::size_t first = 0; first < count; first += 8) {
-    const std::size_t there = std::min<std::size_t>(count - first, 8);
-    const Eight eight_boards = LoadEight<5>(boards + 5 * first, there);
-    const Eight eight_hands = LoadEight<kHoles>(hands + kHoles * first, there);
-    alignas(64) std::uint64_t keys[8];
-    _mm512_store_si512(keys, SumKeys<5>(bytes, eight_boards));
-    for (std::size_t i = 0; i < 8; ++i) {
-      rows[first + i] = all_rows.OfKey(static_cast<std::uint32_t>(keys[i]));
-      Prefetch(rows[first + i]);
-    }
-    const Eight suits = FlushSuits<kHoles>(bytes, eight_hands, eight_boards);
-    const __mmask8 flush =
-        _mm512_mask_test_epi64_mask(static_cast<__mmask8>((1u << there) - 1), suits, suits);
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(flushes + flush_count),
-                        _mm512_cvtepi64_epi32(_mm512_maskz_compress_epi64(flush, numbers)));
-    flush_count += static_cast<std::size_t>(__builtin_popcount(flush));
-    numbers = _mm512_add_epi64(numbers, _mm512_set1_epi64(8));
+[[gnu::always_inline]] POKERMATH_TARGET_VBMI inline std::size_t FindRows(
+    const CardBytes& bytes, const OmahaRows& all_rows, const std::uint8_t* hands,
+    const std::uint8_t* boards, std::size_t count, std::size_t first_number,
+    const std::uint16_t** rows, std::uint32_t* flushes) {
+  const Eight eight_boards = LoadEight<5>(boards, count);
+  const Eight eight_hands = LoadEight<kHoles>(hands, count);
+  alignas(64) std::uint64_t keys[8];
+  _mm512_store_si512(keys, SumKeys<5>(bytes, eight_boards));
+  for (std::size_t i = 0; i < 8; ++i) {
+    rows[i] = all_rows.OfKey(static_cast<std::uint32_t>(keys[i]));
+    Prefetch(rows[i]);
   }
-  return flush_count;
+  const Eight suits = FlushSuits<kHoles>(bytes, eight_hands, eight_boards);
+  const __mmask8 flush =
+      _mm512_mask_test_epi64_mask(static_cast<__mmask8>((1u << count) - 1), suits, suits);
+  const Eight numbers = _mm512_add_epi64(_mm512_setr_epi64(0, 1, 2, 3, 4, 5, 6, 7),
+                                         _mm512_set1_epi64(static_cast<long long>(first_number)));
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(flushes),
+                      _mm512_cvtepi64_epi32(_mm512_maskz_compress_epi64(flush, numbers)));
+  return static_cast<std::size_t>(__builtin_popcount(flush));
 }
 
-// The values of a block without flushes.
+// The values of up to eight hands without flushes.
 template <int kHoles>
-POKERMATH_TARGET_VBMI void EvaluatePlain(const std::uint16_t* const* rows,
-                                         const std::uint8_t* hands, std::size_t count,
-                                         std::uint16_t* values) {
+[[gnu::always_inline]] POKERMATH_TARGET_VBMI inline void EvaluatePlain(
+    const std::uint16_t* const* rows, const std::uint8_t* hands, std::size_t count,
+    std::uint16_t* values) {
   constexpr std::size_t kHands = kHandsInRegister<kHoles>;
   constexpr std::uint64_t kBytes = (std::uint64_t{1} << kHands * kHoles) - 1;
+#pragma GCC unroll 4
   for (std::size_t first = 0; first < count; first += kHands) {
     const std::size_t there = std::min(count - first, kHands);
     const __mmask64 readable = kBytes >> (kHands - there) * kHoles;
@@ -338,11 +335,22 @@ POKERMATH_TARGET_VBMI void EvaluateBlockVbmi(const OmahaRows& all_rows, const st
   static const CardBytes bytes(kOmahaKeys);
   const std::uint16_t* rows[kBlock];
   std::uint32_t flushes[kBlock + 8];
+  std::size_t flush_count = 0;
   // Of whole registers, those behind the last hand too.
   std::uint16_t best[kBlock];
-  const std::size_t flush_count =
-      FindRows<kHoles>(bytes, all_rows, hands, boards, count, rows, flushes);
-  EvaluatePlain<kHoles>(rows, hands, count, best);
+  // Inlined for a number that is known and for another one.
+  const std::size_t whole = count / 8 * 8;
+  const auto find = [&](std::size_t first, std::size_t size) POKERMATH_TARGET_VBMI {
+    flush_count += FindRows<kHoles>(bytes, all_rows, hands + kHoles * first, boards + 5 * first,
+                                    size, first, rows + first, flushes + flush_count);
+  };
+  for (std::size_t first = 0; first < whole; first += 8) find(first, 8);
+  if (whole < count) find(whole, count - whole);
+  const auto evaluate = [&](std::size_t first, std::size_t size) POKERMATH_TARGET_VBMI {
+    EvaluatePlain<kHoles>(rows + first, hands + kHoles * first, size, best + first);
+  };
+  for (std::size_t first = 0; first < whole; first += 8) evaluate(first, 8);
+  if (whole < count) evaluate(whole, count - whole);
   for (std::size_t first = 0; first < flush_count; first += 8) {
     AddFlushes<kHoles>(bytes, hands, boards, flushes + first,
                        std::min<std::size_t>(flush_count - first, 8), best);
