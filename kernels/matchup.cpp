@@ -55,9 +55,6 @@ struct Unseen {
 template <Deck deck, int kBoard>
 POKERMATH_KERNEL std::array<DeadCard, 4> DeadCards(const MatchupTables<deck, kBoard>& tables,
                                                    const Unseen& unseen, int class1, int class2) {
-  // Of 0 as well: hands that no cards are left for.
-  constexpr std::uint16_t kInverses[5] = {0, 1, 1, 43691, 1};
-  constexpr int kShifts[5] = {0, 0, 1, 0, 2};
   const std::array<int, 2>& hand1 = RanksOf(class1);
   const std::array<int, 2>& hand2 = RanksOf(class2);
   const int ranks[4] = {hand1[0], hand1[1], hand2[0], hand2[1]};

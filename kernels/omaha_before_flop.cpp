@@ -24,11 +24,8 @@ namespace pokermath {
 namespace {
 
 // Drawing a multiset that holds k cards of a rank, when one of the n cards of that rank goes away:
-// its weight shrinks to (n - k) / n. The division is exact, so it is a multiplication modulo 2^16
-// by the inverse of the odd part of n, and a shift.
+// its weight shrinks to (n - k) / n. The division is exact.
 POKERMATH_KERNEL void Remove(const std::int16_t* counts, int left, std::int16_t* ways) {
-  constexpr std::uint16_t kInverses[5] = {0, 1, 1, 43691, 1};
-  constexpr int kShifts[5] = {0, 0, 1, 0, 2};
   const auto n = static_cast<std::uint16_t>(left);
   const std::uint16_t inverse = kInverses[left];
   const int shift = kShifts[left];

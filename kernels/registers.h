@@ -40,6 +40,11 @@ using RegistersOf =
 template <typename Register>
 constexpr int kLanes = sizeof(Register) / sizeof(std::int16_t);
 
+/// Exact division by a number up to 4 modulo 2^16: a product with the inverse of its odd part, and
+/// a shift. 0 gives 0.
+inline constexpr std::uint16_t kInverses[5] = {0, 1, 1, 43691, 1};
+inline constexpr int kShifts[5] = {0, 0, 1, 0, 2};
+
 template <typename Register>
 POKERMATH_KERNEL void Load(Register& to, const std::int16_t* from) {
   std::memcpy(&to, from, sizeof to);

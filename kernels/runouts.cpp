@@ -20,6 +20,7 @@
 #include <mutex>
 #include <vector>
 
+#include "eval/rank_sets.h"
 #include "kernels/registers.h"
 #include "platform/mutex.h"
 #include "pokermath/large_table.h"
@@ -30,17 +31,6 @@ namespace {
 using Register = Registers32::Register;
 constexpr int kRow = kLanes<Register>;
 constexpr int kDistances = 7;  // of two ranks in the circle of 13, 0 among them
-
-// Place of a multiset of ranks among all of its size, by its ranks in rising order.
-constexpr auto kPlaces = [] {
-  std::array<std::array<int, 13>, 6> places{};
-  for (int i = 0; i < 6; ++i) {
-    for (int rank = 0; rank < 13; ++rank) {
-      places[static_cast<std::size_t>(i)][static_cast<std::size_t>(rank)] = Choose(rank + i, i + 1);
-    }
-  }
-  return places;
-}();
 
 // Rows of values, each made when it is first asked for, by any thread: a question needs few of
 // them.
@@ -421,7 +411,7 @@ void SetValues(std::span<const int> cards, std::array<const std::int16_t*, kRank
   }
   std::ranges::sort(ranks);
   const auto place_of = [](std::size_t before, int rank) {
-    return kPlaces[before][static_cast<std::size_t>(rank - kLowest)];
+    return kMultisetPlaces[before][static_cast<std::size_t>(rank - kLowest)];
   };
   for (int high = kLowest; high < 13; ++high) {
     for (int low = kLowest; low <= high; ++low) {
