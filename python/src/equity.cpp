@@ -64,10 +64,16 @@ struct EquityArguments {
 
   Game game() const { return words.game ? FindGame(*words.game).value_or(Game::kHoldem) : Game(); }
 
-  /// Whether reading them and finding the way to answer takes no time worth a thread.
+  /// Whether reading them and finding the way to answer takes some milliseconds at the most, and so
+  /// does a way of one step: hands against each other, and two ranges of two cards.
   bool IsShort() const {
-    const auto is_short = [&](const PlayerArgument& player) { return player.IsShort(game()); };
-    return std::ranges::all_of(players, is_short) && std::ranges::all_of(folded, is_short);
+    const auto takes_boards = [](const std::string& what) {
+      return what == "next" || what == "made";
+    };
+    if (!folded.empty() || std::ranges::any_of(words.by, takes_boards)) return false;
+    if (players.size() <= 2 && !HasLargeRanges(game())) return true;
+    return std::ranges::all_of(players,
+                               [&](const PlayerArgument& player) { return player.IsHand(game()); });
   }
 };
 
@@ -137,7 +143,6 @@ std::shared_ptr<Answered> Ask(EquityArguments arguments, const py::object& progr
   }
   AskedEquity asked = Read(arguments);
   auto plan = std::make_shared<const Calculation>(PlanOf(asked));
-  // One step of what is short takes less than a look at signals.
   if (plan->steps() > 1) {
     return Attended(
         [=, asked = std::move(asked)](Attention& attention) mutable {

@@ -384,8 +384,7 @@ PlayerArgument::PlayerArgument(py::handle value) {
   }
 }
 
-bool PlayerArgument::IsShort(Game game) const {
-  if (!HasLargeRanges(game)) return true;
+bool PlayerArgument::IsHand(Game game) const {
   return !range && ParseCards(text).cards.size() == HandSize(game);
 }
 

@@ -34,8 +34,8 @@ struct PlayerArgument {
 
   /// Throws TypeError for what is no player.
   explicit PlayerArgument(py::handle value);
-  /// Whether it takes no time to read.
-  bool IsShort(Game game) const;
+  /// Whether it is one hand, as text.
+  bool IsHand(Game game) const;
   PlayerReading Read(Game game) const;
 };
 
