@@ -83,6 +83,40 @@ std::vector<EquityQuestion> Kinds(Game game, int board_cards, int to_come) {
   return kinds;
 }
 
+// What comes next for ranges, counted and sampled.
+std::vector<EquityQuestion> NextKinds(Game game) {
+  const Words& words = WordsOf(RulesOf(game).hand_size);
+  EquityQuestion question = QuestionOf(game, {words.lists[0], words.lists[1]});
+  question.board = CardSet(ParseCards("Th9h6cTc").cards);
+  question.detail = {.hands = true, .next = true};
+  std::vector<EquityQuestion> kinds = {question};
+  question.board = CardSet(ParseCards("Th9h6c").cards);
+  question.street = Street::kTurn;
+  kinds.push_back(question);
+  question.board = {};
+  question.street = Street::kRiver;
+  question.method = Method::kSampled;
+  kinds.push_back(question);
+  return kinds;
+}
+
+// Ranges that hardly ever fit together, and nothing that is certain: dealt in pools.
+std::vector<EquityQuestion> PooledKinds() {
+  std::vector<EquityQuestion> kinds;
+  for (const Game game : {Game::kHoldem, Game::kShortDeck, Game::kShortDeckStraights}) {
+    for (const Street street : {Street::kFlop, Street::kTurn, Street::kRiver}) {
+      EquityQuestion question = QuestionOf(game, {});
+      question.players.assign(5, RangeOf(game, "QQ+:0.5,AKs"));
+      question.street = street;
+      question.board = CardSet(ParseCards("8c7dTh").cards);
+      question.method = Method::kSampled;
+      question.detail.hands = true;
+      kinds.push_back(question);
+    }
+  }
+  return kinds;
+}
+
 // A hash of whole numbers in their order.
 class Hash {
  public:
@@ -107,6 +141,10 @@ class Hash {
         Add(made.outcome);
       }
     }
+    for (const NextOutcome& next : answer.next) {
+      Add(static_cast<Int128>(next.cards.bits()));
+      for (const Outcome& outcome : next.players) Add(outcome);
+    }
   }
   std::uint64_t value() const { return value_; }
 
@@ -129,6 +167,7 @@ std::string SignatureOfAnswers() {
     if (!answer) throw std::logic_error(answer.error().text);
     hash.Add(*answer);
     ++answers;
+    return answer->solver;
   };
   for (const GameRules& rules : kGames) {
     for (const int board_cards : {0, 3, 4, 5}) {
@@ -145,6 +184,12 @@ std::string SignatureOfAnswers() {
         }
       }
     }
+  }
+  for (const GameRules& rules : kGames) {
+    for (const EquityQuestion& question : NextKinds(rules.game)) ask(question);
+  }
+  for (const EquityQuestion& question : PooledKinds()) {
+    if (ask(question) != "random deals in pools") throw std::logic_error("not in pools");
   }
   char text[64];
   std::snprintf(text, sizeof text, "0x%016llx of %d answers",

@@ -10,7 +10,7 @@ namespace pokermath {
 /// Asks some four hundred questions: every game, street and number of board cards, hands and
 /// ranges with weights, dead and folded cards, counted and sampled.
 ///
-/// @return "0x0123456789abcdef of 405 answers", a hash over their whole numbers
+/// @return "0x0123456789abcdef of 441 answers", a hash over their whole numbers
 std::string SignatureOfAnswers();
 
 }  // namespace pokermath
