@@ -179,6 +179,27 @@ std::optional<double> LargestError(const CheckedQuestion& question, const Sums& 
   return largest;
 }
 
+// Whether sums can be those of trials; of others the error may not fit into its numbers.
+bool CanBeOfTrials(const CheckedQuestion& question, std::span<const Int128> sums) {
+  const SumsLayout layout(question);
+  const Int128 trials = sums[SumsLayout::kCases];
+  if (trials < 0 || trials > 2 * kMostTrials) return false;
+  static_assert(kMostTrials < (std::int64_t{1} << 41) && kPot < (1 << 13));  // squares: 110 bits
+  const Int128 pool_squares = sums[SumsLayout::kPoolSquares];
+  if (pool_squares < 0 || pool_squares > trials * trials) return false;
+  const Int128 most_together = pool_squares > 0 ? trials : 1;
+  for (std::size_t i = 0; i < question.players().size(); ++i) {
+    const Int128 points = sums[layout.Total(i).points()];
+    const Int128 squares = sums[layout.Squares(i)], products = sums[layout.Products(i)];
+    if (points < 0 || points > kPot * trials || squares < 0 ||
+        squares > kPot * kPot * trials * most_together || products < 0 ||
+        products > kPot * trials * trials || points * points > trials * squares) {
+      return false;
+    }
+  }
+  return true;
+}
+
 Error Stopped(std::string text) { return {ErrorCode::kStopped, std::move(text)}; }
 
 }  // namespace
@@ -308,7 +329,8 @@ Result<Sums> Calculation::ReadSums(std::string_view bytes) const {
   const Int128 done = sums.numbers[SumsLayout::kSteps];
   const Int128 least = done == steps() ? 0 : 1 - kMost;
   const auto is_sum = [=](Int128 number) { return least <= number && number < kMost; };
-  if (done < 0 || done > steps() || !std::ranges::all_of(sums.numbers, is_sum)) {
+  if (done < 0 || done > steps() || !std::ranges::all_of(sums.numbers, is_sum) ||
+      (method() == Method::kSampled && !CanBeOfTrials(*question_, sums.numbers))) {
     return Error{ErrorCode::kText, "damaged sums"};
   }
   return sums;

@@ -26,8 +26,6 @@ constexpr double kMostDealsATrial = 128;
 constexpr double kFewestPools = 64;
 // So that pools are not too few by chance.
 constexpr double kMorePools = 1.1;
-// Without a limit of trials; a standard error is reached long before.
-constexpr std::int64_t kMostTrials = std::int64_t{1} << 40;
 
 class SamplingWork : public Work {
  public:

@@ -20,6 +20,8 @@ namespace pokermath {
 
 inline constexpr int kPot = 5040;
 inline constexpr int kHalfPot = kPot / 2;
+/// Of a sample without a limit; a standard error is reached long before. Pools may have a few more.
+inline constexpr std::int64_t kMostTrials = std::int64_t{1} << 40;
 
 /// Numbers that stand for an outcome; `cases` first where there is one.
 struct OutcomePlace {

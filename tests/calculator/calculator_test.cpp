@@ -1200,6 +1200,15 @@ TEST(Calculation, StepsInAnyOrderAndPartsGiveTheSameBytes) {
     }
     EXPECT_EQ(parts.Bytes(), whole.Bytes());
     EXPECT_FALSE(plan->ReadSums(whole.Bytes() + "x"));
+    if (of.method != Method::kSampled) continue;
+    // Numbers that trials cannot have: an error worked out from them would not fit.
+    const SumsLayout layout(*Check(of));
+    for (const std::size_t place : {SumsLayout::kCases, SumsLayout::kPoolSquares,
+                                    layout.Total(0).points(), layout.Squares(1)}) {
+      Sums damaged = whole;
+      damaged.numbers[place] = Int128{1} << 100;
+      EXPECT_FALSE(plan->ReadSums(damaged.Bytes())) << place;
+    }
   }
 }
 
