@@ -76,7 +76,7 @@ TEST(OmahaNuts, Golden) {
   for (const auto& row : rows) {
     Cards hole = CardsOf(row[0]), board = CardsOf(row[1]);
     const int size = Count(hole), n = Count(board);
-    if (row[3] != "n/a") {
+    if (size == 4) {
       EXPECT_EQ(logic.IsMyHandNutsOmaha(hole.data(), board.data(), n), std::stoi(row[3])) << row[0];
     }
     EXPECT_EQ(logic.IsMyHandNutsOmahaCommon(hole.data(), size, board.data(), n), std::stoi(row[4]));
