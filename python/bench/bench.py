@@ -1,7 +1,8 @@
 """Measures what the package costs on top of C++: bench.py [POKERMATH_BENCH].
 
 POKERMATH_BENCH is the benchmark program of the same build, for the figures of C++ in the same run.
-Best of several rounds on one core; other work on the machine makes all of them slower.
+Best of several rounds on one core; other work on the machine makes all of them slower. Short calls
+are timed by the processor's time, as the benchmark program does, and threads by the clock.
 """
 
 from __future__ import annotations
@@ -22,14 +23,19 @@ import pokermath as pm
 ROUNDS = 15
 
 
-def best(call: Callable[[], object], number: int = 1, rounds: int = ROUNDS) -> float:
-    """Seconds of a call."""
+def best(
+    call: Callable[[], object],
+    number: int = 1,
+    rounds: int = ROUNDS,
+    clock: Callable[[], float] = time.perf_counter,
+) -> float:
+    """Seconds of a call; with time.thread_time those of the processor, which others do not change."""
     found = float("inf")
     for _ in range(rounds):
-        start = time.perf_counter()
+        start = clock()
         for _ in range(number):
             call()
-        found = min(found, (time.perf_counter() - start) / number)
+        found = min(found, (clock() - start) / number)
     return found
 
 
@@ -51,7 +57,8 @@ def evaluators(program: str | None) -> None:
         [rng.random((10_000, 52)).argpartition(7)[:, :7].astype(np.uint8) for _ in range(100)]
     )
     cpp = f"C++ batch: {batch_of_cpp(program):.2f} ms" if program else ""
-    line("evaluate, 1,000,000 hands of seven", f"{1e3 * best(lambda: pm.evaluate(hands)):.2f} ms", cpp)
+    alone = best(lambda: pm.evaluate(hands), rounds=40, clock=time.thread_time)
+    line("evaluate, 1,000,000 hands of seven", f"{1e3 * alone:.2f} ms", cpp)
     one = best(lambda: [pm.evaluate(hands) for _ in range(4)])
 
     def twice() -> None:
@@ -68,7 +75,7 @@ def evaluators(program: str | None) -> None:
 
 
 def questions() -> None:
-    seconds = best(lambda: pm.equity("AhKd", "7s7c"), 2000)
+    seconds = best(lambda: pm.equity("AhKd", "7s7c"), 500, 100, time.thread_time)
     line('equity("AhKd", "7s7c")', f"{1e6 * seconds:.2f} us")
     first, second = pm.Range("15%"), pm.Range("TT+,AQs+:0.5")
     over, whole = float("inf"), 0.0
