@@ -22,30 +22,38 @@ def version() -> str:
     return found[1]
 
 
+def build_module(folder: Path) -> Path:
+    """Builds the module in a folder of its own."""
+    folder.mkdir(parents=True, exist_ok=True)
+    subprocess.run(
+        [
+            "cmake",
+            f"-S{LIBRARY}",
+            f"-B{folder}",
+            "-DCMAKE_BUILD_TYPE=Release",
+            "-DPOKERMATH_CORE_ONLY=ON",
+            "-DPOKERMATH_PYTHON=ON",
+            f"-DPOKERMATH_PYTHON_EXECUTABLE={sys.executable}",
+            "-DPOKERMATH_FMT=fmt::fmt-header-only",
+        ],
+        check=True,
+    )
+    jobs = os.environ.get("CMAKE_BUILD_PARALLEL_LEVEL", str(os.cpu_count() or 1))
+    subprocess.run(
+        ["cmake", "--build", folder, "--target", "pokermath_python", "--parallel", jobs],
+        check=True,
+    )
+    (module,) = (folder / "python/pokermath").glob("_core.*.so")
+    return module
+
+
 class CMakeBuild(build_ext):
+    """Takes the module that POKERMATH_MODULE names, or builds it, which takes minutes."""
+
     def build_extension(self, extension: Extension) -> None:
-        folder = Path(self.build_temp).resolve() / "cmake"
-        folder.mkdir(parents=True, exist_ok=True)
+        built = os.environ.get("POKERMATH_MODULE")
+        module = Path(built) if built else build_module(Path(self.build_temp).resolve() / "cmake")
         target = Path(self.get_ext_fullpath(extension.name)).resolve()
-        subprocess.run(
-            [
-                "cmake",
-                f"-S{LIBRARY}",
-                f"-B{folder}",
-                "-DCMAKE_BUILD_TYPE=Release",
-                "-DPOKERMATH_CORE_ONLY=ON",
-                "-DPOKERMATH_PYTHON=ON",
-                f"-DPOKERMATH_PYTHON_EXECUTABLE={sys.executable}",
-                "-DPOKERMATH_FMT=fmt::fmt-header-only",
-            ],
-            check=True,
-        )
-        jobs = os.environ.get("CMAKE_BUILD_PARALLEL_LEVEL", str(os.cpu_count() or 1))
-        subprocess.run(
-            ["cmake", "--build", folder, "--target", "pokermath_python", "--parallel", jobs],
-            check=True,
-        )
-        (module,) = (folder / "python/pokermath").glob("_core.*.so")
         target.parent.mkdir(parents=True, exist_ok=True)
         self.copy_file(str(module), str(target))
 

@@ -1,4 +1,4 @@
-"""How often seven random cards make what: a million hands dealt with numpy, evaluated as an array."""
+"""How often seven random cards make what: a million hands, dealt and evaluated as an array."""
 
 from __future__ import annotations
 

@@ -36,7 +36,7 @@ class Facts:
         return self._facts
 
     def __eq__(self, other: object) -> bool:
-        return type(other) is type(self) and other._facts == self._facts  # type: ignore[attr-defined]
+        return isinstance(other, type(self)) and other._facts == self._facts
 
     def __repr__(self) -> str:
         return self._page
@@ -205,7 +205,7 @@ class OmahaRank(Facts):
 def rank(
     hand: Cards, *, game: str = "holdem", table: str = "equilibrium"
 ) -> Rank | OmahaRank:
-    """Where a starting hand stands among all: "AKs", "AhKd", or an Omaha hand of four or five cards.
+    """Where a starting hand stands among all: "AKs", "AhKd", or four or five cards of Omaha.
 
     `table` is "equilibrium" or "corvelle", for two cards.
     """
@@ -223,7 +223,7 @@ class RangeFacts(Facts):
 
     @property
     def matrix(self) -> NDArray[np.bool_]:
-        """Whether the range has a class, shape (13, 13), aces first: suited ones above the diagonal."""
+        """Whether it has a class, shape (13, 13), aces first, suited ones above the diagonal."""
         return np.array(self._facts["matrix"], dtype=bool).reshape(13, 13)
 
 

@@ -78,7 +78,7 @@ def low_evaluate(hands: str | Hand) -> int: ...  # type: ignore[misc]
 @overload
 def low_evaluate(hands: Rows) -> Codes: ...
 def low_evaluate(hands: Rows | str | Hand) -> int | Codes:
-    """Lows of five different ranks of eight and below, the ace low: 1 (8-7-6-5-4) .. 56 (the wheel).
+    """Lows of five ranks of eight and below, the ace low: 1 (8-7-6-5-4) .. 56 (the wheel).
 
     Larger is better, 0 is no low. Arguments as of `evaluate`; uint8.
     """
@@ -102,7 +102,7 @@ def omaha_evaluate(holes: Rows, boards: Rows | str) -> Values:
 
 
 def omaha_low_evaluate(holes: Rows, boards: Rows | str) -> Codes:
-    """Lows of Omaha hands: 1..56, larger is better, 0 for none. Arguments as of `omaha_evaluate`."""
+    """Lows of Omaha hands: 1..56, larger is better, 0 for none. Arguments as of the other."""
     return _core.omaha_low_evaluate(_codes(holes), _boards(boards))
 
 

@@ -65,7 +65,8 @@ def _bars(answer: Answer) -> str:
         wide = (width - 24) * player.equity
         colour = _COLOURS[i % len(_COLOURS)]
         y = bar + line * i + 36
-        parts.append(f'<rect x="{x:.1f}" y="12" width="{wide:.1f}" height="{bar}" fill="{colour}"/>')
+        box = f'width="{wide:.1f}" height="{bar}" fill="{colour}"'
+        parts.append(f'<rect x="{x:.1f}" y="12" {box}/>')
         parts.append(f'<rect x="12" y="{y - 11}" width="12" height="12" fill="{colour}"/>')
         parts.append(
             f'<text x="32" y="{y}" font-size="13" fill="#222">'
