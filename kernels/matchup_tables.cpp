@@ -6,24 +6,29 @@
 namespace pokermath {
 namespace {
 
-std::vector<std::vector<int>> RankMultisets(Deck deck, int size) {
-  std::vector<std::vector<int>> multisets = {{}};
-  for (int i = 0; i < size; ++i) {
-    std::vector<std::vector<int>> longer;
-    for (const std::vector<int>& shorter : multisets) {
-      for (int rank = shorter.empty() ? LowestRank(deck) : shorter.back(); rank < 13; ++rank) {
-        longer.push_back(shorter);
-        longer.back().push_back(rank);
-      }
-    }
-    multisets = std::move(longer);
+void AddMultisets(const RankList& shorter, int lowest, int missing,
+                  std::vector<RankList>& multisets) {
+  if (missing == 0) {
+    multisets.push_back(shorter);
+    return;
   }
+  for (int rank = lowest; rank < 13; ++rank) {
+    RankList longer = shorter;
+    longer.Add(rank);
+    AddMultisets(longer, rank, missing - 1, multisets);
+  }
+}
+
+// In rising order.
+std::vector<RankList> RankMultisets(Deck deck, int size) {
+  std::vector<RankList> multisets;
+  AddMultisets({}, LowestRank(deck), size, multisets);
   return multisets;
 }
 
 using KeyOfRank = std::uint32_t (*)(int rank);
 
-std::uint32_t KeyOf(KeyOfRank key_of, const std::vector<int>& ranks) {
+std::uint32_t KeyOf(KeyOfRank key_of, const RankList& ranks) {
   std::uint32_t key = 0;
   for (const int rank : ranks) key += key_of(rank);
   return key;
@@ -55,7 +60,7 @@ SuitBoards BuildSuitBoards(KeyOfRank key_of, int suited, int others) {
   boards.suited = suited;
   boards.sets = static_cast<int>(sets.size());
   boards.rests = RankMultisets(deck, others);
-  for (const std::vector<int>& rest : boards.rests) boards.rest_keys.push_back(KeyOf(key_of, rest));
+  for (const RankList& rest : boards.rests) boards.rest_keys.push_back(KeyOf(key_of, rest));
   for (const RankSet set : sets) {
     boards.set_ranks.push_back(static_cast<std::int16_t>(set));
     boards.set_keys.push_back(KeyOf(key_of, set));
@@ -82,7 +87,7 @@ MatchupTables<deck, kBoard>::MatchupTables(Deck rules)
     key_of_ = DeckValues<Deck::kShortStraights>::KeyOf;
     value_ = DeckValues<Deck::kShortStraights>::OfRanks<kBoard + 2>;
   }
-  const std::vector<std::vector<int>> multisets = RankMultisets(deck, kBoard);
+  const std::vector<RankList> multisets = RankMultisets(deck, kBoard);
   weights_.resize(kSize, 0);
   counts_.resize(std::size_t{13} * kSize, 0);
   for (std::size_t i = 0; i < multisets.size(); ++i) {

@@ -30,14 +30,26 @@ inline int HoldingOf(RankSet ranks) {
 inline constexpr int kGroup = 32;
 using Values = LargeTable<std::int16_t>;  // for its alignment
 
+/// Up to five ranks in rising order, some of them perhaps equal.
+class RankList {
+ public:
+  const std::int8_t* begin() const { return ranks_.data(); }
+  const std::int8_t* end() const { return ranks_.data() + size_; }
+  void Add(int rank) { ranks_[size_++] = static_cast<std::int8_t>(rank); }
+
+ private:
+  std::array<std::int8_t, 5> ranks_{};
+  std::uint8_t size_ = 0;
+};
+
 /// Boards with `suited` cards of one suit: a set of ranks in that suit and the rest, a multiset of
 /// ranks in the other suits.
 struct SuitBoards {
   int suited = 0;
-  int sets = 0;                         ///< a multiple of kGroup
-  std::vector<std::vector<int>> rests;  ///< each as its ranks in rising order
-  Values set_ranks;                     ///< [set]: the rank set itself, or kNoSet
-  Values flushes;                       ///< [holding][set]: the flush of set and hole cards, or 0
+  int sets = 0;  ///< a multiple of kGroup
+  std::vector<RankList> rests;
+  Values set_ranks;  ///< [set]: the rank set itself, or kNoSet
+  Values flushes;    ///< [holding][set]: the flush of set and hole cards, or 0
   // Sums of rank keys, to build the values of a class with.
   std::vector<std::uint32_t> set_keys;
   std::vector<std::uint32_t> rest_keys;
@@ -48,7 +60,7 @@ struct SuitBoards {
 /// @param others  cards of each rank that are left in them
 POKERMATH_KERNEL void WeighRests(const SuitBoards& boards, const std::array<int, 13>& others,
                                  std::int16_t* weights) {
-  for (const std::vector<int>& rest : boards.rests) {
+  for (const RankList& rest : boards.rests) {
     int weight = 1;
     int repeated = -1;
     for (const int rank : rest) {
