@@ -236,7 +236,7 @@ struct HighLowTally {
 ///         must be different.
 ///
 /// 0.2 ms without a board, less with one. Thread-safe. The first board of five cards in a process
-/// takes 4 ms: it builds a table of 1 MB, as all that follows here does.
+/// takes a millisecond more, for a table of 1 MB, as all that follows here does.
 POKERMATH_EXPORT SharedTally OmahaHands(std::span<const int> cards, int hand_size,
                                         std::span<const int> board = {},
                                         std::span<const int> dead = {});
