@@ -183,17 +183,18 @@ std::optional<double> LargestError(const CheckedQuestion& question, const Sums& 
 bool CanBeOfTrials(const CheckedQuestion& question, std::span<const Int128> sums) {
   const SumsLayout layout(question);
   const Int128 trials = sums[SumsLayout::kCases];
-  if (trials < 0 || trials > 2 * kMostTrials) return false;
-  static_assert(kMostTrials < (std::int64_t{1} << 41) && kPot < (1 << 13));  // squares: 110 bits
+  if (std::ranges::any_of(sums, [](Int128 number) { return number < 0; })) return false;
+  if (trials > 2 * kMostTrials) return false;
+  static_assert(kMostTrials < (std::int64_t{1} << 41) && kPot < (1 << 13));  // products: 110 bits
   const Int128 pool_squares = sums[SumsLayout::kPoolSquares];
-  if (pool_squares < 0 || pool_squares > trials * trials) return false;
-  const Int128 most_together = pool_squares > 0 ? trials : 1;
+  if (pool_squares > trials * trials) return false;
+  const bool in_pools = pool_squares > 0;
+  const Int128 most_squares = kPot * kPot * (in_pools ? pool_squares : trials);
   for (std::size_t i = 0; i < question.players().size(); ++i) {
     const Int128 points = sums[layout.Total(i).points()];
     const Int128 squares = sums[layout.Squares(i)], products = sums[layout.Products(i)];
-    if (points < 0 || points > kPot * trials || squares < 0 ||
-        squares > kPot * kPot * trials * most_together || products < 0 ||
-        products > kPot * trials * trials || points * points > trials * squares) {
+    if (points > kPot * trials || squares > most_squares || products > kPot * pool_squares ||
+        (!in_pools && points * points > trials * squares)) {
       return false;
     }
   }
@@ -324,7 +325,7 @@ Result<Sums> Calculation::ReadSums(std::string_view bytes) const {
     const UnsignedInt128 byte = static_cast<unsigned char>(bytes[i]);
     sums.numbers[i / kBytes] |= static_cast<Int128>(byte << 8 * (i % kBytes));
   }
-  // Steps may take off what others add, so only all of them are never below 0.
+  // Steps of a count may take off what others add, so only all of them are never below 0.
   constexpr Int128 kMost = Int128{1} << 126;
   const Int128 done = sums.numbers[SumsLayout::kSteps];
   const Int128 least = done == steps() ? 0 : 1 - kMost;

@@ -42,19 +42,21 @@ constexpr unsigned FiveInRow(unsigned from_ace) {
   return two & two >> 2 & from_ace >> 4;
 }
 
-/// The highest bits of a number that has so many.
+/// The highest bits of a number that has so many; if it has fewer, with the lowest one.
 template <int bits>
 inline unsigned Highest(unsigned number) {
   unsigned highest = 0;
-  for (int i = 0; i < bits; ++i) highest |= 1u << (31 ^ __builtin_clz(number & ~highest));
+  for (int i = 0; i < bits; ++i) highest |= 1u << (31 ^ __builtin_clz((number & ~highest) | 1));
   return highest;
 }
 
+/// The best straight flush of two hole cards and three board cards of a suit, 0 for none; arguments
+/// as of BestOmahaFlush.
+int BestOmahaStraightFlush(unsigned holes, unsigned board);
 /// The best flush of two hole cards and three board cards of a suit, by their ranks as bits.
 ///
 /// @param holes  two ranks and more
 /// @param board  three and more, others
-int BestOmahaStraightFlush(unsigned holes, unsigned board);  // 0 for none
 inline int BestOmahaFlush(unsigned holes, unsigned board) {
   if (FiveInRow(FromAce(holes | board)) != 0) [[unlikely]] {
     if (const int value = BestOmahaStraightFlush(holes, board); value != 0) return value;

@@ -157,6 +157,7 @@ const OmahaSuitSets::Flushes& OmahaSuitSets::OfPair(int high, int low) const {
   const auto index = static_cast<std::size_t>(high * (high - 1) / 2 + low);
   std::call_once(built_[index], [&] {
     Flushes& flushes = of_pairs_[index];
+    flushes.fill(0);
     const unsigned two = 1u << high | 1u << low;
     for (std::size_t i = 0; i < sets_.size(); ++i) {
       if ((sets_[i] & two) != 0) continue;

@@ -8,8 +8,8 @@
 
 namespace pokermath {
 
-/// A number without an exponent at the start of a text, rounded to the nearest double; the result
-/// is that of std::from_chars, which not every standard library has for doubles.
+/// A number without an exponent at the start of a text, rounded to the nearest double, as
+/// std::from_chars reads it, which not every standard library has for doubles.
 std::from_chars_result ReadDecimal(std::string_view text, double& number);
 
 }  // namespace pokermath

@@ -14,11 +14,11 @@
 #define POKERMATH_EMBED_SECTION(name) ".section .rodata." #name ",\"\",@\n"
 #define POKERMATH_EMBED_END ".text"
 #else
-#define POKERMATH_EMBED_SECTION(name) ".pushsection .rodata." #name ",\"a\",@progbits\n"
+#define POKERMATH_EMBED_SECTION(name) ".pushsection .rodata." #name ",\"a\",%progbits\n"
 #define POKERMATH_EMBED_END ".popsection"
 #endif
 
-/// At file scope. The linker keeps the name, so it has to be one of a kind.
+/// At file scope, with a name that is one of a kind.
 ///
 /// @param path     a text
 /// @param padding  zero bytes that stand behind the file, for who reads several bytes at a time

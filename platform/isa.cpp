@@ -65,7 +65,7 @@ std::string_view InstructionLevel() { return kNames[static_cast<std::size_t>(Bes
 bool UseInstructionLevel(std::string_view name) {
   const Isa* isa = FindIsa(name);
   if (isa == nullptr) return false;
-  ChosenIsa().store(*isa, std::memory_order_relaxed);
+  ChosenIsa().store(*isa);
   internal::FindVbmi();
   return true;
 }
@@ -74,14 +74,18 @@ namespace internal {
 
 constinit std::atomic<int> has_vbmi = -1;
 
+// Once more if another thread has changed the level meanwhile: the last one stays.
 bool FindVbmi() {
+  Isa isa;
+  bool found = false;
+  do {
+    isa = ChosenIsa().load();
 #if defined(__x86_64__)
-  const bool found = BestIsa() == Isa::kAvx512 && __builtin_cpu_supports("avx512cd") &&
-                     __builtin_cpu_supports("avx512vbmi") && __builtin_cpu_supports("avx512vbmi2");
-#else
-  constexpr bool found = false;
+    found = isa == Isa::kAvx512 && __builtin_cpu_supports("avx512cd") &&
+            __builtin_cpu_supports("avx512vbmi") && __builtin_cpu_supports("avx512vbmi2");
 #endif
-  has_vbmi.store(found ? 1 : 0, std::memory_order_relaxed);
+    has_vbmi.store(found ? 1 : 0);
+  } while (ChosenIsa().load() != isa);
   return found;
 }
 

@@ -23,9 +23,11 @@ extern std::atomic<int> has_vbmi;
 bool FindVbmi();
 }  // namespace internal
 
-/// Whether a machine of the level AVX-512 can permute bytes (VBMI), as all but the first ones can.
-/// 1, 0 or, before the first question, -1: a single load for functions that take few nanoseconds.
+/// 1, 0 or, before HasVbmi was asked first, -1: a single load for functions that take few
+/// nanoseconds.
 inline int KnownVbmi() { return internal::has_vbmi.load(std::memory_order_relaxed); }
+/// Whether the level in use is AVX-512 and the machine can permute bytes (VBMI), as all but the
+/// first ones of that level can.
 inline bool HasVbmi() { return KnownVbmi() >= 0 ? KnownVbmi() != 0 : internal::FindVbmi(); }
 
 /// "baseline", "AVX2", "AVX-512".

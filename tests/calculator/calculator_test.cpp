@@ -1208,7 +1208,13 @@ TEST(Calculation, StepsInAnyOrderAndPartsGiveTheSameBytes) {
       Sums damaged = whole;
       damaged.numbers[place] = Int128{1} << 100;
       EXPECT_FALSE(plan->ReadSums(damaged.Bytes())) << place;
+      damaged.numbers[place] = -1;
+      EXPECT_FALSE(plan->ReadSums(damaged.Bytes())) << place;
     }
+    Sums pool = whole;
+    pool.numbers[SumsLayout::kPoolSquares] = 1;
+    pool.numbers[layout.Squares(1)] = Int128{1} << 100;
+    EXPECT_FALSE(plan->ReadSums(pool.Bytes()));
   }
 }
 
