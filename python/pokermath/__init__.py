@@ -99,7 +99,7 @@ def equity(
     game: str = "holdem",
     board: Cards | None = None,
     dead: Cards | None = None,
-    folded: Iterable[PlayerLike] | None = None,
+    folded: str | Range | Hand | Iterable[PlayerLike] | None = None,
     to: str | None = None,
     method: str = "auto",
     standard_error: float | None = None,
@@ -121,7 +121,7 @@ def equity(
         game: see the module.
         board: up to five cards.
         dead: cards that nobody holds and that cannot come.
-        folded: the ranges of players who are out: their hands take cards away.
+        folded: the ranges of players who are out, one or several: their hands take cards away.
         to: "flop", "turn" or "river" [river]: where the hands are compared.
         method: "auto", "exact" (counted, however long that takes) or "sampled".
         standard_error: sample until every equity is as good as this, a share of the pot, 0..1
@@ -137,12 +137,13 @@ def equity(
     """
     if len(players) == 1 and isinstance(players[0], (list, tuple)):
         players = tuple(players[0])
+    out = [folded] if isinstance(folded, (str, Range, Hand)) else folded
     return _core.equity(
         players,
         game,
         board,
         dead,
-        folded,
+        out,
         to,
         method,
         standard_error,

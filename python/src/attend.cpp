@@ -63,10 +63,14 @@ bool WaitALook(Job& job) {
 
 }  // namespace
 
-PyThreadState* GiveLock() { return PyEval_SaveThread(); }
+PyThreadState* GiveLock() {
+  // Who has the lock while the interpreter ends is the thread that ends it, and keeps it.
+  return IsEnding() ? nullptr : PyEval_SaveThread();
+}
 
 void TakeLock(PyThreadState* state) {
-  // Who asks for the lock while the interpreter ends would be ended in the middle of a call.
+  if (state == nullptr) return;
+  // Any other that asks for the lock then would be ended in the middle of a call.
   while (IsEnding()) std::this_thread::sleep_for(std::chrono::hours(1));
   PyEval_RestoreThread(state);
 }

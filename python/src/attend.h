@@ -43,7 +43,7 @@ auto Attended(Work work, const pybind11::object& progress = pybind11::none()) {
   return std::move(**value);
 }
 
-/// Gives the interpreter's lock away, and takes it again.
+/// Gives the interpreter's lock away, and takes it again; null if it is kept.
 PyThreadState* GiveLock();
 void TakeLock(PyThreadState* state);
 

@@ -143,7 +143,7 @@ std::shared_ptr<Answered> Ask(EquityArguments arguments, const py::object& progr
   }
   AskedEquity asked = Read(arguments);
   auto plan = std::make_shared<const Calculation>(PlanOf(asked));
-  if (plan->steps() > 1) {
+  if (plan->steps() > 1 || !progress.is_none()) {
     return Attended(
         [=, asked = std::move(asked)](Attention& attention) mutable {
           return AnswerAttended(std::move(asked), *plan, threads, start, attention);

@@ -104,9 +104,11 @@ class OmahaRows {
           fmt::format("boards has the shape {}: expected (5,) or ({}, 5)", ShapeOf(boards), rows_));
     }
     if (!one_board_) return;
-    const std::string fault = FaultOf({boards_, kBoard}, false);
+    std::array<std::uint8_t, kBoard> codes;
+    std::copy_n(boards_, kBoard, codes.begin());
+    const std::string fault = FaultOf(codes, false);
     if (!fault.empty()) throw UsageError("boards: " + fault);
-    std::copy_n(boards_, kBoard, board_.begin());
+    std::ranges::copy(codes, board_.begin());
   }
 
   std::size_t width() const { return width_; }

@@ -63,7 +63,7 @@ namespace pokermath {
 namespace {
 
 Hand HandOf(py::handle value) {
-  if (py::isinstance<Hand>(value)) return value.cast<Hand>();
+  if (IsA<Hand>(value)) return value.cast<Hand>();
   const std::string text = CardsTextOf("a hand", value);
   CardsResult read = ParseCards(text);
   if (!read.error.empty()) throw UsageError(read.error);
@@ -162,12 +162,13 @@ std::int32_t WeightOf(double weight) {
 NamedRange RangeOfHands(const py::object& hands, py::handle game) {
   const Game of = GameOf(game);
   std::vector<WeightedHand> list;
-  const bool weighted = py::isinstance<py::dict>(hands);
+  const bool weighted = PyMapping_Check(hands.ptr()) != 0 && py::hasattr(hands, "items");
   for (const py::handle item : weighted ? py::object(hands.attr("items")()) : hands) {
     const py::object pair = py::reinterpret_borrow<py::object>(item);
     const Hand hand = HandOf(weighted ? py::object(pair[py::int_(0)]) : pair);
     CheckHand(hand.cards, of);
-    const double weight = weighted ? pair[py::int_(1)].cast<double>() : 1;
+    const double weight = weighted ? PyFloat_AsDouble(py::object(pair[py::int_(1)]).ptr()) : 1;
+    if (PyErr_Occurred() != nullptr) throw py::error_already_set();
     list.push_back({hand.cards, WeightOf(weight)});
   }
   return {HandRange(of, std::move(list)), ""};
@@ -177,12 +178,11 @@ NamedRange RangeOfHands(const py::object& hands, py::handle game) {
 
 bool Holds(const NamedRange& all, py::handle value) {
   const Game game = all.range.game();
-  if (!PyUnicode_Check(value.ptr()) && !py::isinstance<NamedRange>(value)) {
+  if (!PyUnicode_Check(value.ptr()) && !IsA<NamedRange>(value)) {
     return all.range.WeightOf(HandOf(value).cards) > 0;
   }
-  const HandRange part = py::isinstance<NamedRange>(value)
-                             ? value.cast<const NamedRange&>().range
-                             : RangeOf(TextOf("a hand", value), game).range;
+  const HandRange part = IsA<NamedRange>(value) ? value.cast<const NamedRange&>().range
+                                                : RangeOf(TextOf("a hand", value), game).range;
   if (part.empty()) return true;
   return WithoutLock([&] {
     return std::ranges::all_of(
@@ -321,6 +321,14 @@ std::size_t HashOf(const HandRange& range) {
 
 constexpr std::size_t kHandBytes = 12;  // the bits of the cards, the weight
 
+// A range whose text may be anything: it is kept only if it reads to the range.
+NamedRange WithName(NamedRange named) {
+  if (named.name.empty()) return named;
+  std::vector<std::string> warnings;
+  if (ReadNamed(named.name, named.range.game(), warnings).range == named.range) return named;
+  throw UsageError("these are no bytes of a pickled range");
+}
+
 py::tuple StateOf(const NamedRange& named) {
   const HandRange& range = named.range;
   std::string bytes;
@@ -338,18 +346,26 @@ py::tuple StateOf(const NamedRange& named) {
   return py::make_tuple(NameOf(range.game()), named.name, every, py::bytes(bytes));
 }
 
-NamedRange OfState(const std::string& game_name, const std::string& name, std::uint64_t every,
-                   const py::bytes& bytes) {
+NamedRange OfState(py::handle game_name, py::handle text, py::handle every_of, py::handle bytes) {
   const auto refuse = [] { throw UsageError("these are no bytes of a pickled range"); };
-  const std::optional<Game> game = FindGame(game_name);
+  const std::string name = TextOf("name", text);
+  const std::optional<Game> game = FindGame(TextOf("game", game_name));
   if (!game) refuse();
+  if (!PyLong_Check(every_of.ptr())) RefuseType("cards", "an int", every_of);
+  if (!PyBytes_Check(bytes.ptr())) RefuseType("hands", "bytes", bytes);
+  const std::uint64_t every = PyLong_AsUnsignedLongLong(every_of.ptr());
+  if (PyErr_Occurred() != nullptr) {
+    PyErr_Clear();
+    refuse();
+  }
   const CardSet deck = RulesOf(*game).Deck();
   if (every != 0) {
     const CardSet cards = CardSet::OfBits(every);
     if (!(cards - deck).empty()) refuse();
-    return {HandRange::Every(*game).Without(deck - cards), name};
+    return WithName({HandRange::Every(*game).Without(deck - cards), name});
   }
-  const std::string_view view = bytes;
+  const std::string_view view(PyBytes_AS_STRING(bytes.ptr()),
+                              static_cast<std::size_t>(PyBytes_GET_SIZE(bytes.ptr())));
   if (view.size() % kHandBytes != 0) refuse();
   std::vector<WeightedHand> hands(view.size() / kHandBytes);
   for (std::size_t i = 0; i < hands.size(); ++i) {
@@ -362,7 +378,7 @@ NamedRange OfState(const std::string& game_name, const std::string& name, std::u
       refuse();
     }
   }
-  return {HandRange(*game, std::move(hands)), name};
+  return WithName({HandRange(*game, std::move(hands)), name});
 }
 
 py::object HandIterator::Next() {
@@ -377,7 +393,7 @@ py::object HandIterator::Next() {
 PlayerArgument::PlayerArgument(py::handle value) {
   if (PyUnicode_Check(value.ptr())) {
     text = TextOf("a player", value);
-  } else if (py::isinstance<NamedRange>(value)) {
+  } else if (IsA<NamedRange>(value)) {
     range = value.cast<NamedRange>();
   } else {
     text = CardsTextOf("a player", value);
@@ -399,6 +415,7 @@ PlayerReading PlayerArgument::Read(Game game) const {
 
 void AddRanges(py::module_& module) {
   AddHand(module);
+  module.def("unpickled_range", OfState);
   py::class_<HandIterator>(module, "_HandIterator")
       .def("__iter__", [](HandIterator& i) -> HandIterator& { return i; })
       .def("__next__", &HandIterator::Next);
@@ -493,11 +510,10 @@ void AddRanges(py::module_& module) {
       .def("__hash__", [](const NamedRange& r) { return HashOf(r.range); })
       .def("__repr__", ReprOf)
       .def("_repr_svg_", SvgOf)
-      .def(py::pickle(&StateOf, [](const py::tuple& state) {
-        if (state.size() != 4) throw UsageError("these are no bytes of a pickled range");
-        return OfState(state[0].cast<std::string>(), state[1].cast<std::string>(),
-                       state[2].cast<std::uint64_t>(), state[3].cast<py::bytes>());
-      }));
+      .def("__reduce__", [](const NamedRange& r) {
+        const auto pickled = py::module_::import("pokermath._pickled");
+        return py::make_tuple(pickled.attr("unpickled_range"), StateOf(r));
+      });
 }
 
 }  // namespace pokermath

@@ -161,8 +161,8 @@ class Fuzzer:
             lambda: pm.Range.of(self.anything(), game=rng.choice(GAMES)),
             lambda: rng.choice(two) | rng.choice(two) & rng.choice(two) - rng.choice(two),
             lambda: pickle.loads(pickle.dumps(rng.choice(two))),
-            lambda: pm.Range.__new__(pm.Range).__setstate__(
-                (rng.choice(GAMES), self.text(), rng.randrange(2**64), rng.randbytes(24))
+            lambda: pm._core.unpickled_range(
+                rng.choice(GAMES), self.text(), rng.randrange(2**64), rng.randbytes(24)
             ),
             lambda: rng.choice([pm.evaluate, pm.shortdeck_evaluate, pm.low_evaluate])(self.array()),
             lambda: pm.omaha_evaluate(self.array(), self.array()),

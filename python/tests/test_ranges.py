@@ -5,6 +5,8 @@ from __future__ import annotations
 import copy
 import pickle
 import random
+import subprocess
+import sys
 from collections.abc import Callable
 from typing import Any
 from xml.etree import ElementTree
@@ -152,7 +154,47 @@ def test_damaged_pickles_are_refused() -> None:
         ("omaha", "", 0, b"\3" + bytes(7) + b"\1\0\0\0"),
     ):
         with pytest.raises(ValueError, match="pickled"):
-            pm.Range.__new__(pm.Range).__setstate__(state)
+            pm._core.unpickled_range(*state)
+    wrong: tuple[tuple[Any, ...], ...] = ((3, "", 0, b""), ("holdem", b"AA", 0, b""))
+    for types in (*wrong, ("holdem", "", "", b"")):
+        with pytest.raises(TypeError):
+            pm._core.unpickled_range(*types)
+
+
+def test_no_object_becomes_another() -> None:
+    hand, held = pm.Hand("AhKd"), pm.Range("AA:0.5,KK")
+    for protocol in range(pickle.HIGHEST_PROTOCOL + 1):
+        assert pickle.loads(pickle.dumps(held, protocol)) == held
+        assert pickle.loads(pickle.dumps(hand, protocol)) == hand
+    base: Any = pm.Range.__base__
+    metaclass: Any = type(pm.Range)
+    claims = type("Claims", (), {"__slots__": (), "__class__": property(lambda it: pm.Range)})
+    forbidden: tuple[Callable[[], object], ...] = (
+        lambda: setattr(hand, "__class__", pm.Range),
+        lambda: setattr(pm.Range, "__len__", None),
+        lambda: type("Child", (pm.Range,), {}),
+        lambda: type("Child", (base,), {})(),
+        lambda: metaclass("Child", (), {})(),
+        base,
+        lambda: pm.Range.__new__(pm.Range),
+        lambda: base.__new__(pm.Range),
+        lambda: pm.equity(claims(), "AA"),
+        lambda: pm.Range("AA") | claims(),
+    )
+    for way in forbidden:
+        with pytest.raises(TypeError):
+            way()
+
+
+def test_destructors_at_the_end_of_the_program() -> None:
+    program = (
+        "import pokermath as pm\n"
+        "class Late:\n"
+        "    def __del__(self): print(len(pm.Range('AA') | pm.Range('KK')))\n"
+        "late = Late()\n"
+    )
+    run = subprocess.run([sys.executable, "-c", program], capture_output=True, timeout=60)
+    assert (run.returncode, run.stdout) == (0, b"12\n")
 
 
 def test_what_was_never_made_is_no_object() -> None:
