@@ -22,6 +22,13 @@ namespace pokermath {
 
 namespace py = pybind11;
 
+/// Whether an object is of a class of the module, whatever its __class__ says.
+template <typename Class>
+bool IsA(py::handle object) {
+  return PyObject_TypeCheck(object.ptr(),
+                            reinterpret_cast<PyTypeObject*>(py::type::of<Class>().ptr())) != 0;
+}
+
 /// Throws a TypeError "`name` is ..., not int".
 [[noreturn]] void RefuseType(std::string_view name, std::string_view expected, py::handle value);
 

@@ -20,7 +20,6 @@
 #include "pokermath/cards.h"
 #include "python/src/attend.h"
 #include "python/src/bindings.h"
-#include "python/src/constructed.h"
 #include "python/src/convert.h"
 #include "python/src/ranges.h"
 
@@ -45,15 +44,6 @@ struct PlayerView {
   const PlayerAnswer& answer() const { return of->player(place); }
   const Outcome& total() const { return answer().total; }
 };
-
-}  // namespace
-}  // namespace pokermath
-
-POKERMATH_CONSTRUCTED(pokermath::Answered);
-POKERMATH_CONSTRUCTED(pokermath::PlayerView);
-
-namespace pokermath {
-namespace {
 
 // --- asking ---
 
@@ -187,6 +177,8 @@ int ThreadsOf(py::handle value) {
 std::vector<PlayerArgument> PlayersOf(py::handle values) {
   std::vector<PlayerArgument> players;
   for (const py::handle value : py::reinterpret_borrow<py::object>(values)) {
+    // There may be no end to them.
+    if (PyErr_CheckSignals() != 0) throw py::error_already_set();
     players.emplace_back(value);
   }
   return players;

@@ -53,15 +53,6 @@ struct HandIterator {
   py::object Next();
 };
 
-}  // namespace
-}  // namespace pokermath
-
-POKERMATH_CONSTRUCTED(pokermath::Hand);
-POKERMATH_CONSTRUCTED(pokermath::HandIterator);
-
-namespace pokermath {
-namespace {
-
 Hand HandOf(py::handle value) {
   if (IsA<Hand>(value)) return value.cast<Hand>();
   const std::string text = CardsTextOf("a hand", value);

@@ -7,7 +7,6 @@
 
 #include "pages/player_words.h"
 #include "pokermath/hand_range.h"
-#include "python/src/constructed.h"
 #include "python/src/convert.h"
 
 namespace pokermath {
@@ -20,12 +19,6 @@ struct NamedRange {
   /// The text that it was read from, or one that reads back to it.
   std::string Name() const { return name.empty() ? RangeText(range) : name; }
 };
-
-}  // namespace pokermath
-
-POKERMATH_CONSTRUCTED(pokermath::NamedRange);
-
-namespace pokermath {
 
 /// A player as an argument, not yet read: a text, or a range.
 struct PlayerArgument {

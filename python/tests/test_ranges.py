@@ -176,7 +176,6 @@ def test_no_object_becomes_another() -> None:
         lambda: type("Child", (base,), {})(),
         lambda: metaclass("Child", (), {})(),
         base,
-        lambda: pm.Range.__new__(pm.Range),
         lambda: base.__new__(pm.Range),
         lambda: pm.equity(claims(), "AA"),
         lambda: pm.Range("AA") | claims(),
@@ -199,17 +198,11 @@ def test_destructors_at_the_end_of_the_program() -> None:
 
 def test_what_was_never_made_is_no_object() -> None:
     kinds: tuple[Any, ...] = (pm.Range, pm.Hand, pm.Answer, pm.Player)
-    uses: tuple[Callable[[Any], object], ...] = (
-        repr,
-        len,
-        iter,
-        lambda it: it.game,
-        lambda it: pm.equity(it, "AA"),
-    )
     for kind in kinds:
-        for use in uses:
-            with pytest.raises((TypeError, RuntimeError, ValueError, AttributeError)):
-                use(kind.__new__(kind))
+        with pytest.raises(TypeError):
+            kind.__new__(kind)
+        with pytest.raises(TypeError):
+            kind()
 
 
 def test_matrix_is_well_formed() -> None:
