@@ -1,44 +1,24 @@
-// Values come from cards that stand for their ranks: in rising order, dealt round the four suits,
-// equal ranks never meet in a suit and no suit gets more than two of seven cards.
+// What is made without a flush follows from the sum of the rank keys of board and hole cards.
 
 #include "kernels/board_order.h"
 
 #include <algorithm>
-#include <memory>
-#include <mutex>
-#include <utility>
 #include <vector>
 
-#include "eval/worth.h"
+#include "kernels/decks.h"
+#include "platform/made_once.h"
 #include "platform/require.h"
 
 namespace pokermath {
 namespace {
 
-// Entries that are made when they are first asked for, by any thread.
-template <typename Entry>
-class KeptEntries {
- public:
-  explicit KeptEntries(std::size_t size) : made_(size), entries_(new Entry[size]) {}
-
-  template <typename Make>
-  const Entry& Get(std::size_t number, const Make& make) {
-    std::call_once(made_[number], [&] { make(entries_[number]); });
-    return entries_[number];
-  }
-
- private:
-  std::vector<std::once_flag> made_;
-  std::unique_ptr<Entry[]> entries_;  // memory that nobody writes costs nothing
-};
-
 // Of a game.
 struct Orders {
-  std::array<KeptEntries<RankOrder>, 3> ranks{
-      KeptEntries<RankOrder>(static_cast<std::size_t>(MultisetsOf(3))),
-      KeptEntries<RankOrder>(static_cast<std::size_t>(MultisetsOf(4))),
-      KeptEntries<RankOrder>(static_cast<std::size_t>(MultisetsOf(5)))};
-  KeptEntries<FlushOrder> flushes{kAllRanks + 1};
+  std::array<MadeOnce<RankOrder>, 3> ranks{
+      MadeOnce<RankOrder>(static_cast<std::size_t>(MultisetsOf(3))),
+      MadeOnce<RankOrder>(static_cast<std::size_t>(MultisetsOf(4))),
+      MadeOnce<RankOrder>(static_cast<std::size_t>(MultisetsOf(5)))};
+  MadeOnce<FlushOrder> flushes{std::size_t{kAllRanks} + 1};
 };
 
 Orders& OrdersOf(const GameRules& rules) {
@@ -55,63 +35,83 @@ Orders& OrdersOf(const GameRules& rules) {
   return orders;
 }
 
-std::int16_t ValueOf(const GameRules& rules, std::span<const int> cards) {
-  return static_cast<std::int16_t>(WorthOf(rules, cards.first(2), cards.subspan(2)).high);
-}
+// What an order is sorted by, and what stands in it: one number, which sorts fast.
+template <typename Thing>
+struct Placed {
+  static_assert(sizeof(Thing) <= 2);
+  std::uint32_t bits;
 
-// Whether a class is in the deck beside the board; and its value without a flush.
-bool ValueOfClass(const GameRules& rules, int rank_class, std::span<const int> board_ranks,
-                  std::int16_t& value) {
-  const std::array<int, 2>& held = RanksOf(rank_class);  // rising
-  if (held[0] < rules.lowest_rank) return false;
-  std::array<int, 7> cards;
-  std::ranges::merge(held, board_ranks, cards.begin());
-  const std::span<int> dealt(cards.data(), 2 + board_ranks.size());
-  for (std::size_t i = 0; i + 4 < dealt.size(); ++i) {
-    if (dealt[i] == dealt[i + 4]) return false;
-  }
-  for (std::size_t i = 0; i < dealt.size(); ++i) dealt[i] += 13 * static_cast<int>(i % 4);
-  value = ValueOf(rules, dealt);
-  return true;
-}
+  Placed() = default;
+  Placed(std::int16_t value, Thing thing)
+      : bits(static_cast<std::uint32_t>(value) << 16 | static_cast<std::uint32_t>(thing)) {}
+  std::int16_t value() const { return static_cast<std::int16_t>(bits >> 16); }
+  Thing thing() const { return static_cast<Thing>(bits & 0xFFFF); }
+};
 
-// Both members of an order by value.
-template <typename Order, typename Things, typename Thing>
-void Sort(std::vector<std::pair<std::int16_t, Thing>>& pairs, Order& order, Things& things) {
-  std::ranges::sort(pairs);
-  order.size = static_cast<std::uint8_t>(pairs.size());
-  for (std::size_t i = 0; i < pairs.size(); ++i) {
-    order.values[i] = pairs[i].first;
-    things[i] = pairs[i].second;
+// Puts the first ones of a list into an order, by their values.
+template <typename Order, typename Thing, std::size_t most>
+void Sort(std::array<Placed<Thing>, most>& all, std::size_t size, Order& order,
+          std::array<Thing, most>& things) {
+  const std::span<Placed<Thing>> placed(all.data(), size);
+  std::ranges::sort(placed, {}, &Placed<Thing>::bits);
+  order.size = static_cast<std::uint8_t>(size);
+  for (std::size_t i = 0; i < size; ++i) {
+    order.values[i] = placed[i].value();
+    things[i] = placed[i].thing();
   }
 }
 
-void Make(const GameRules& rules, std::span<const int> board_ranks, RankOrder& order) {
-  std::vector<std::pair<std::int16_t, std::uint8_t>> pairs;
-  pairs.reserve(kRankClasses);
-  for (int rank_class = 0; rank_class < kRankClasses; ++rank_class) {
-    std::int16_t value = 0;
-    if (!ValueOfClass(rules, rank_class, board_ranks, value)) continue;
-    pairs.emplace_back(value, static_cast<std::uint8_t>(rank_class));
+template <Deck deck, int kCards>
+void Make(std::span<const int> board_ranks, RankOrder& order) {
+  std::array<int, 13> left;
+  left.fill(4);
+  std::uint32_t key = 0;
+  for (const int rank : board_ranks) {
+    --left[static_cast<std::size_t>(rank)];
+    key += DeckValues<deck>::KeyOf(rank);
   }
-  Sort(pairs, order, order.classes);
-}
-
-void Make(const GameRules& rules, RankSet suited, FlushOrder& order) {
-  const unsigned deck = kAllRanks & ~((1u << rules.lowest_rank) - 1);
-  std::vector<std::pair<std::int16_t, RankSet>> pairs;
-  pairs.reserve(FlushOrder::kMost);
-  for (int count = 5 - __builtin_popcount(suited); count <= 2; ++count) {
-    ForEachSubset(static_cast<RankSet>(deck & ~suited), count, [&](RankSet held) {
-      std::array<int, 7> cards;
-      std::size_t size = 0;
-      for (unsigned rest = suited | held; rest != 0; rest &= rest - 1) {
-        cards[size++] = __builtin_ctz(rest);
+  std::array<Placed<std::uint8_t>, kRankClasses> placed;
+  std::size_t size = 0;
+  for (int high = LowestRank(deck); high < 13; ++high) {
+    for (int low = LowestRank(deck); low <= high; ++low) {
+      if (left[static_cast<std::size_t>(low)] < (low == high ? 2 : 1) ||
+          left[static_cast<std::size_t>(high)] == 0) {
+        continue;
       }
-      pairs.emplace_back(ValueOf(rules, std::span(cards).first(size)), held);
-    });
+      const std::uint32_t keys = key + DeckValues<deck>::KeyOf(low) + DeckValues<deck>::KeyOf(high);
+      placed[size++] = {DeckValues<deck>::template OfRanks<kCards>(keys),
+                        static_cast<std::uint8_t>(RankClassOf(low, high))};
+    }
   }
-  Sort(pairs, order, order.held);
+  Sort(placed, size, order, order.classes);
+}
+
+template <Deck deck>
+void Make(std::span<const int> board_ranks, RankOrder& order) {
+  if (board_ranks.size() == 3) return Make<deck, 5>(board_ranks, order);
+  if (board_ranks.size() == 4) return Make<deck, 6>(board_ranks, order);
+  Make<deck, 7>(board_ranks, order);
+}
+
+template <Deck deck>
+void Make(RankSet suited, FlushOrder& order) {
+  std::array<Placed<RankSet>, FlushOrder::kMost> placed;
+  std::size_t size = 0;
+  for (int count = 5 - __builtin_popcount(suited); count <= 2; ++count) {
+    ForEachSubset(static_cast<RankSet>(kAllRanks & ~AbsentRanks(deck) & ~suited), count,
+                  [&](RankSet held) {
+                    placed[size++] = {DeckValues<deck>::OfFlush(suited | held), held};
+                  });
+  }
+  Sort(placed, size, order, order.held);
+}
+
+// The order of a game's deck; of flushes both orders of the short deck have the same.
+template <typename Order, typename Known>
+void MakeFor(const GameRules& rules, Known known, Order& order) {
+  if (!rules.IsShortDeck()) return Make<Deck::kFull>(known, order);
+  if (!rules.straight_over_trips) return Make<Deck::kShort>(known, order);
+  Make<Deck::kShortStraights>(known, order);
 }
 
 }  // namespace
@@ -120,12 +120,12 @@ const RankOrder& RankOrderOf(const GameRules& rules, std::span<const int> ranks)
   POKERMATH_REQUIRE(ranks.size() >= 3 && ranks.size() <= 5);
   return OrdersOf(rules).ranks[ranks.size() - 3].Get(
       static_cast<std::size_t>(MultisetNumber(ranks)),
-      [&](RankOrder& order) { Make(rules, ranks, order); });
+      [&](RankOrder& order) { MakeFor(rules, ranks, order); });
 }
 
 const FlushOrder& FlushOrderOf(const GameRules& rules, RankSet suited) {
   return OrdersOf(rules).flushes.Get(suited,
-                                     [&](FlushOrder& order) { Make(rules, suited, order); });
+                                     [&](FlushOrder& order) { MakeFor(rules, suited, order); });
 }
 
 BoardOrder OrderOf(const GameRules& rules, CardSet board) {

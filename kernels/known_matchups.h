@@ -37,17 +37,23 @@ class MatchupPlaces {
   }
 
   constexpr std::size_t size() const { return size_; }
-  /// @param hand1  of a class that is not behind the one of hand2
-  std::size_t Of(ClassedHand hand1, ClassedHand hand2) const {
-    const Shape shape1 = ShapeOf(hand1.number);
-    const Shape shape2 = ShapeOf(hand2.number);
-    const SuitPatterns& patterns = kSuitPatterns[shape1][shape2];
-    const std::size_t class1 = hand1.number - kShapesOfClasses[shape1].first;
-    const std::size_t class2 = hand2.number - kShapesOfClasses[shape2].first;
+  /// Where those of two classes begin, one place for each way that suits lie.
+  ///
+  /// @param number1  of a class that is not behind the other one
+  std::size_t OfClasses(std::size_t number1, std::size_t number2) const {
+    const Shape shape1 = ShapeOf(number1);
+    const Shape shape2 = ShapeOf(number2);
+    const std::size_t class1 = number1 - kShapesOfClasses[shape1].first;
+    const std::size_t class2 = number2 - kShapesOfClasses[shape2].first;
     const std::size_t before =
         shape1 == shape2 ? class2 * (class2 + 1) / 2 : class2 * classes_[shape1];
-    return starts_[shape1][shape2] + (before + class1) * patterns.count +
-           patterns.of[hand1.suiting][hand2.suiting];
+    return starts_[shape1][shape2] + (before + class1) * kSuitPatterns[shape1][shape2].count;
+  }
+  /// @param hand1  of a class that is not behind the one of hand2
+  std::size_t Of(ClassedHand hand1, ClassedHand hand2) const {
+    return OfClasses(hand1.number, hand2.number) +
+           kSuitPatterns[ShapeOf(hand1.number)][ShapeOf(hand2.number)]
+               .of[hand1.suiting][hand2.suiting];
   }
 
  private:
@@ -76,10 +82,22 @@ class KnownMatchups {
   bool Has(ClassedHand hand1, ClassedHand hand2) const { return Record(hand1, hand2) != 0; }
   /// A hand against one that shares no card with it; with shared cards, any number.
   Counts Count(ClassedHand hand1, ClassedHand hand2) const {
-    const std::uint64_t record = Record(hand1, hand2);
-    const int wins = static_cast<int>(record & 0xFFFFFF);
-    const int ties = static_cast<int>(record >> 24);
-    return {hand1.number <= hand2.number ? wins : boards_ - wins - ties, ties};
+    return CountsOf(Record(hand1, hand2), hand1.number <= hand2.number);
+  }
+  /// A class against another, pattern by pattern: calls visit with the number of each pattern in
+  /// which they share no card, and its counts.
+  template <typename Visit>
+  void ForEachPattern(std::size_t number1, std::size_t number2, const Visit& visit) const {
+    const bool in_order = number1 <= number2;
+    const SuitPatterns& patterns = kSuitPatterns[ShapeOf(number1)][ShapeOf(number2)];
+    const SuitPatterns& turned = kSuitPatterns[ShapeOf(number2)][ShapeOf(number1)];
+    const std::size_t first =
+        in_order ? places_.OfClasses(number1, number2) : places_.OfClasses(number2, number1);
+    for (std::size_t i = 0; i < patterns.count; ++i) {
+      const auto [of1, of2] = patterns.first[i];
+      const std::uint64_t record = RecordAt(first + (in_order ? i : turned.of[of2][of1]));
+      if (record != 0) visit(i, CountsOf(record, in_order));
+    }
   }
   /// Two card codes each.
   Tally Count(const int* hand1, const int* hand2) const {
@@ -95,8 +113,16 @@ class KnownMatchups {
   KnownMatchups(Deck deck, const std::uint8_t* data);
 
   std::uint64_t Record(ClassedHand hand1, ClassedHand hand2) const {
-    const std::size_t place =
-        hand1.number <= hand2.number ? places_.Of(hand1, hand2) : places_.Of(hand2, hand1);
+    return RecordAt(hand1.number <= hand2.number ? places_.Of(hand1, hand2)
+                                                 : places_.Of(hand2, hand1));
+  }
+  // Of the hand whose class stands first, or else of the other one.
+  Counts CountsOf(std::uint64_t record, bool of_first) const {
+    const int wins = static_cast<int>(record & 0xFFFFFF);
+    const int ties = static_cast<int>(record >> 24);
+    return {of_first ? wins : boards_ - wins - ties, ties};
+  }
+  std::uint64_t RecordAt(std::size_t place) const {
     std::uint64_t record;  // and two bytes behind it, which are there
     std::memcpy(&record, data_ + place * kBytes, sizeof record);
     return record & ~(~std::uint64_t{0} << 8 * kBytes);

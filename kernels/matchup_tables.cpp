@@ -22,76 +22,89 @@ void AddMultisets(const RankList& shorter, int lowest, int missing,
 // In rising order.
 std::vector<RankList> RankMultisets(Deck deck, int size) {
   std::vector<RankList> multisets;
+  multisets.reserve(static_cast<std::size_t>(MultisetsOf(size)));
   AddMultisets({}, LowestRank(deck), size, multisets);
   return multisets;
 }
 
-using KeyOfRank = std::uint32_t (*)(int rank);
-
-std::uint32_t KeyOf(KeyOfRank key_of, const RankList& ranks) {
+template <typename Values>
+std::uint32_t KeyOf(const RankList& ranks) {
   std::uint32_t key = 0;
-  for (const int rank : ranks) key += key_of(rank);
+  for (const int rank : ranks) key += Values::KeyOf(rank);
   return key;
 }
 
-std::uint32_t KeyOf(KeyOfRank key_of, RankSet ranks) {
+template <typename Values>
+std::uint32_t KeyOf(RankSet ranks) {
   std::uint32_t key = 0;
-  for (int rank = 0; rank < 13; ++rank) {
-    if ((ranks >> rank & 1) != 0) key += key_of(rank);
-  }
+  for (unsigned rest = ranks; rest != 0; rest &= rest - 1)
+    key += Values::KeyOf(__builtin_ctz(rest));
   return key;
 }
 
 // Sets of `size` ranks, with kNoSet up to full groups.
 std::vector<RankSet> RankSets(Deck deck, int size) {
   std::vector<RankSet> sets;
-  for (unsigned set = 0; set <= kAllRanks; ++set) {
-    if ((set & AbsentRanks(deck)) != 0) continue;
-    if (__builtin_popcount(set) == size) sets.push_back(static_cast<RankSet>(set));
-  }
+  ForEachSubset(static_cast<RankSet>(kAllRanks & ~AbsentRanks(deck)), size,
+                [&sets](RankSet set) { sets.push_back(set); });
   while (sets.size() % kGroup != 0) sets.push_back(kNoSet);
   return sets;
 }
 
-template <Deck deck>
-SuitBoards BuildSuitBoards(KeyOfRank key_of, int suited, int others) {
+// Calls use with the DeckValues of the rules, which have the cards of `deck`.
+template <Deck deck, typename Use>
+void WithValues(Deck rules, const Use& use) {
+  if (rules == deck) return use(DeckValues<deck>());
+  if constexpr (deck == Deck::kShort) use(DeckValues<Deck::kShortStraights>());
+}
+
+template <Deck deck, typename Values>
+SuitBoards BuildSuitBoards(int suited, int others) {
   const std::vector<RankSet> sets = RankSets(deck, suited);
   SuitBoards boards;
   boards.suited = suited;
   boards.sets = static_cast<int>(sets.size());
   boards.rests = RankMultisets(deck, others);
-  for (const RankList& rest : boards.rests) boards.rest_keys.push_back(KeyOf(key_of, rest));
+  for (const RankList& rest : boards.rests) boards.rest_keys.push_back(KeyOf<Values>(rest));
   for (const RankSet set : sets) {
     boards.set_ranks.push_back(static_cast<std::int16_t>(set));
-    boards.set_keys.push_back(KeyOf(key_of, set));
+    boards.set_keys.push_back(KeyOf<Values>(set));
   }
   boards.flushes.resize(kHoldings * sets.size());
-  for (RankSet hole = 0; hole <= kAllRanks; ++hole) {
-    if (__builtin_popcount(hole) > 2) continue;
-    std::int16_t* place = &boards.flushes[static_cast<std::size_t>(HoldingOf(hole)) * sets.size()];
-    for (const RankSet set : sets) {
-      *place++ = DeckValues<deck>::OfFlush((set | hole) & kAllRanks);
-    }
+  for (int held = 0; held <= 2; ++held) {
+    ForEachSubset(static_cast<RankSet>(kAllRanks), held, [&](RankSet hole) {
+      std::int16_t* place =
+          &boards.flushes[static_cast<std::size_t>(HoldingOf(hole)) * sets.size()];
+      for (const RankSet set : sets) {
+        *place++ = DeckValues<deck>::OfFlush((set | hole) & kAllRanks);
+      }
+    });
   }
   return boards;
+}
+
+// What a rank class makes with boards, by their rank keys.
+template <typename ValueOfKey>
+void FillSuitBoards(const SuitBoards& boards, const ValueOfKey& value, Values& table) {
+  table.resize(boards.set_keys.size() * boards.rests.size());
+  std::int16_t* place = table.data();
+  for (std::size_t group = 0; group < boards.set_keys.size(); group += kGroup) {
+    for (const std::uint32_t rest_key : boards.rest_keys) {
+      for (std::size_t set = group; set < group + kGroup; ++set) {
+        *place++ = value(rest_key + boards.set_keys[set]);
+      }
+    }
+  }
 }
 
 }  // namespace
 
 template <Deck deck, int kBoard>
-MatchupTables<deck, kBoard>::MatchupTables(Deck rules)
-    : key_of_(DeckValues<deck>::KeyOf),
-      value_(DeckValues<deck>::template OfRanks<kBoard + 2>),
-      keys_(kSize) {
-  if (rules == Deck::kShortStraights) {
-    key_of_ = DeckValues<Deck::kShortStraights>::KeyOf;
-    value_ = DeckValues<Deck::kShortStraights>::OfRanks<kBoard + 2>;
-  }
+MatchupTables<deck, kBoard>::MatchupTables(Deck rules) : rules_(rules), keys_(kSize) {
   const std::vector<RankList> multisets = RankMultisets(deck, kBoard);
   weights_.resize(kSize, 0);
   counts_.resize(std::size_t{13} * kSize, 0);
   for (std::size_t i = 0; i < multisets.size(); ++i) {
-    keys_[i] = KeyOf(key_of_, multisets[i]);
     // Ways to take k + 1 of a rank's four cards are those to take k, times 4 - k, by k + 1.
     int weight = 1;
     for (const int rank : multisets[i]) {
@@ -101,11 +114,15 @@ MatchupTables<deck, kBoard>::MatchupTables(Deck rules)
     }
     weights_[i] = static_cast<std::int16_t>(weight);
   }
-  int suited = 3;
-  for (SuitBoards& boards : suit_boards_) {
-    boards = BuildSuitBoards<deck>(key_of_, suited, kBoard - suited);
-    ++suited;
-  }
+  WithValues<deck>(rules, [&]<typename Values>(Values) {
+    std::ranges::transform(multisets, keys_.begin(),
+                           [](const RankList& ranks) { return KeyOf<Values>(ranks); });
+    int suited = 3;
+    for (SuitBoards& boards : suit_boards_) {
+      boards = BuildSuitBoards<deck, Values>(suited, kBoard - suited);
+      ++suited;
+    }
+  });
 }
 
 template <Deck deck, int kBoard>
@@ -120,24 +137,18 @@ const MatchupTables<deck, kBoard>& MatchupTables<deck, kBoard>::Get(Deck rules) 
 
 template <Deck deck, int kBoard>
 void MatchupTables<deck, kBoard>::Build(int rank_class, ClassValues& values) const {
-  const auto [low, high] = RanksOf(rank_class);
-  const std::uint32_t hole_key = key_of_(high) + key_of_(low);
-  const auto value = [this, hole_key](std::uint32_t key) { return value_(hole_key + key); };
-  values.by_multiset.resize(kSize);
-  std::ranges::transform(keys_, values.by_multiset.begin(), value);
-  for (std::size_t i = 0; i < suit_boards_.size(); ++i) {
-    const SuitBoards& boards = suit_boards_[i];
-    Values& table = values.by_suit_boards[i];
-    table.resize(boards.set_keys.size() * boards.rests.size());
-    std::int16_t* place = table.data();
-    for (std::size_t group = 0; group < boards.set_keys.size(); group += kGroup) {
-      for (const std::uint32_t rest_key : boards.rest_keys) {
-        for (std::size_t set = group; set < group + kGroup; ++set) {
-          *place++ = value(rest_key + boards.set_keys[set]);
-        }
-      }
+  WithValues<deck>(rules_, [&]<typename Of>(Of) {
+    const auto [low, high] = RanksOf(rank_class);
+    const std::uint32_t hole_key = Of::KeyOf(high) + Of::KeyOf(low);
+    const auto value = [hole_key](std::uint32_t key) {
+      return Of::template OfRanks<kBoard + 2>(hole_key + key);
+    };
+    values.by_multiset.resize(kSize);
+    std::ranges::transform(keys_, values.by_multiset.begin(), value);
+    for (std::size_t i = 0; i < suit_boards_.size(); ++i) {
+      FillSuitBoards(suit_boards_[i], value, values.by_suit_boards[i]);
     }
-  }
+  });
 }
 
 template class MatchupTables<Deck::kFull, 3>;

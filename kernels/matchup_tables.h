@@ -8,12 +8,12 @@
 
 #include <array>
 #include <cstdint>
-#include <mutex>
 #include <vector>
 
 #include "kernels/decks.h"
 #include "kernels/hole_cards.h"
 #include "kernels/registers.h"
+#include "platform/made_once.h"
 #include "pokermath/large_table.h"
 
 namespace pokermath {
@@ -92,9 +92,8 @@ class MatchupTables {
   static const MatchupTables& Get(Deck rules = deck);
 
   const ClassValues& Of(int rank_class) const {
-    const auto index = static_cast<std::size_t>(rank_class);
-    std::call_once(built_[index], [&] { Build(rank_class, classes_[index]); });
-    return classes_[index];
+    return classes_.Get(static_cast<std::size_t>(rank_class),
+                        [&](ClassValues& values) { Build(rank_class, values); });
   }
   /// [multiset]: ways to draw it from a full deck.
   const Values& weights() const { return weights_; }
@@ -109,14 +108,12 @@ class MatchupTables {
   explicit MatchupTables(Deck rules);
   void Build(int rank_class, ClassValues& values) const;
 
-  std::uint32_t (*key_of_)(int rank);
-  std::int16_t (*value_)(std::uint32_t key);  // of kBoard + 2 cards by the sum of their rank keys
+  Deck rules_;
   Values weights_;
   Values counts_;
   std::vector<std::uint32_t> keys_;  // [multiset]
   std::array<SuitBoards, kBoard - 2> suit_boards_;
-  mutable std::array<std::once_flag, kRankClasses> built_;
-  mutable std::array<ClassValues, kRankClasses> classes_;
+  MadeOnce<ClassValues> classes_{kRankClasses};
 };
 
 }  // namespace pokermath

@@ -105,9 +105,7 @@ void OmahaRankValues::Build(int rank_class, Row& row) const {
 }
 
 const OmahaRankValues::Row& OmahaRankValues::Of(int rank_class) const {
-  const auto index = static_cast<std::size_t>(rank_class);
-  std::call_once(built_[index], [&] { Build(rank_class, rows_[index]); });
-  return rows_[index];
+  return rows_.Get(static_cast<std::size_t>(rank_class), [&](Row& row) { Build(rank_class, row); });
 }
 
 const OmahaRankValues& OmahaRankValues::High() {
@@ -154,9 +152,8 @@ OmahaSuitSets::OmahaSuitSets() {
 }
 
 const OmahaSuitSets::Flushes& OmahaSuitSets::OfPair(int high, int low) const {
-  const auto index = static_cast<std::size_t>(high * (high - 1) / 2 + low);
-  std::call_once(built_[index], [&] {
-    Flushes& flushes = of_pairs_[index];
+  const auto number = static_cast<std::size_t>(high * (high - 1) / 2 + low);
+  return of_pairs_.Get(number, [&](Flushes& flushes) {
     flushes.fill(0);
     const unsigned two = 1u << high | 1u << low;
     for (std::size_t i = 0; i < sets_.size(); ++i) {
@@ -171,7 +168,6 @@ const OmahaSuitSets::Flushes& OmahaSuitSets::OfPair(int high, int low) const {
       }
     }
   });
-  return of_pairs_[index];
 }
 
 const OmahaSuitSets& OmahaSuitSets::Get() {

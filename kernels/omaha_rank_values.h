@@ -9,11 +9,11 @@
 
 #include <array>
 #include <cstdint>
-#include <mutex>
 #include <vector>
 
 #include "eval/rank_sets.h"
 #include "kernels/hole_cards.h"
+#include "platform/made_once.h"
 #include "pokermath/large_table.h"
 
 namespace pokermath {
@@ -54,8 +54,7 @@ class OmahaRankValues {
   void Build(int rank_class, Row& row) const;
 
   Value value_;
-  mutable std::array<std::once_flag, kRankClasses> built_;
-  mutable std::array<Row, kRankClasses> rows_;
+  MadeOnce<Row> rows_{kRankClasses};
 };
 
 /// Multisets of five ranks and the ways to draw them.
@@ -96,8 +95,7 @@ class OmahaSuitSets {
   std::vector<std::uint16_t> place_of_;  // [set]
   // [high * (high - 1) / 2 + low], built when it is first asked for.
   static constexpr int kPairs = Choose(13, 2);
-  mutable std::array<std::once_flag, kPairs> built_;
-  mutable std::array<Flushes, kPairs> of_pairs_;
+  MadeOnce<Flushes> of_pairs_{kPairs};
 };
 
 }  // namespace pokermath

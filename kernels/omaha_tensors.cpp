@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/made_once.h"
+
 namespace pokermath {
 namespace {
 
@@ -80,39 +82,20 @@ std::size_t PlaceOfCards(Cards... cards) {
   return set.size() == sizeof...(cards) ? PlaceOf(Arranged<sizeof...(Cards)>(set)) : 0;
 }
 
-// Where the tensor of some of the cards of a class begins.
-template <std::size_t size, std::size_t hand_size>
-std::size_t TensorOf(const std::array<std::uint8_t, hand_size>& ranks, std::size_t cards) {
-  CardList<size> of{};
-  std::size_t next = 0;
-  for (std::size_t i = 0; i < hand_size; ++i) {
-    if ((cards >> i & 1) != 0) of[next++] = NumberOf(ranks[i]);
-  }
-  return PlaceOf(of);
-}
-
+// Of each part of a class the tensor begins where all its cards are of the first suit.
 template <std::size_t hand_size>
 HandClass<hand_size> ClassOf(const std::array<std::uint8_t, hand_size>& ranks) {
   HandClass<hand_size> of{};
   of.ranks = ranks;
-  const auto tensor_of = [&](std::size_t cards) -> std::size_t {
-    switch (std::popcount(cards)) {
-      case 1:
-        return TensorOf<1>(ranks, cards);
-      case 2:
-        return TensorOf<2>(ranks, cards);
-      case 3:
-        return TensorOf<3>(ranks, cards);
-      default:
-        return TensorOf<4>(ranks, cards);
-    }
-  };
   std::size_t pairs = 0;
   for (std::size_t cards = 1; cards + 1 < of.of_cards.size(); ++cards) {
-    of.of_cards[cards] = static_cast<PartPlace<hand_size>>(tensor_of(cards));
-    if (std::popcount(cards) == 2) {
-      of.rank_pairs[pairs++] = static_cast<std::uint8_t>(of.of_cards[cards] / 16);
+    std::size_t number = 0, size = 0;
+    for (std::size_t i = hand_size; i-- > 0;) {
+      if ((cards >> i & 1) == 0) continue;
+      number += static_cast<std::size_t>(kMultisetPlaces[size++][ranks[i]]);
     }
+    of.of_cards[cards] = static_cast<PartPlace<hand_size>>(number << 2 * size);
+    if (size == 2) of.rank_pairs[pairs++] = static_cast<std::uint8_t>(number);
   }
   return of;
 }
@@ -162,15 +145,16 @@ void SetSuit(SuitedHand<hand_size>& hand, const CardList<hand_size>& cards,
   }
 }
 
-// Calls visit(card1, card2) for every two cards of a suit, in the order of their pairs' numbers.
-template <typename Visit>
-void ForEachSuitedPair(const Visit& visit) {
-  for (int suit = 0; suit < 4; ++suit) {
-    for (int high = 1; high < 13; ++high) {
-      for (int low = 0; low < high; ++low) visit(suit * 13 + high, suit * 13 + low);
-    }
-  }
+// The two cards of a suit whose pair of ranks has a number, the higher one first.
+std::pair<int, int> CardsOfPair(std::size_t suit, std::size_t pair) {
+  int high = 1;
+  auto low = static_cast<int>(pair);
+  for (; low >= high; ++high) low -= high;
+  const int first = static_cast<int>(suit) * 13;
+  return {first + high, first + low};
 }
+
+constexpr std::size_t kAllSuitedPairs = 4 * kSuitedPairs;
 
 }  // namespace
 
@@ -195,44 +179,37 @@ std::span<const HandClass<hand_size>, kHandClasses<hand_size>> HandClasses() {
 }
 
 const SuitedPairPlaces& PlacesOf(std::size_t suit, std::size_t pair) {
-  static const std::vector<SuitedPairPlaces> places = [] {
-    std::vector<SuitedPairPlaces> all;
+  static const MadeOnce<SuitedPairPlaces> all(kAllSuitedPairs);
+  return all.Get(suit * kSuitedPairs + pair, [&](SuitedPairPlaces& of) {
+    const auto [card1, card2] = CardsOfPair(suit, pair);
     const auto place = [](auto... cards) {
       return static_cast<std::uint16_t>(PlaceOfCards(cards...));
     };
-    ForEachSuitedPair([&](int card1, int card2) {
-      SuitedPairPlaces& of = all.emplace_back();
-      of.singles = {place(card1), place(card2)};
-      of.both = place(card1, card2);
-      for (int card = 0; card < 52; ++card) {
-        const auto i = static_cast<std::size_t>(card);
-        of.pair1[i] = place(card1, card);
-        of.pair2[i] = place(card2, card);
-        of.triple[i] = place(card1, card2, card);
-      }
-    });
-    return all;
-  }();
-  return places[suit * kSuitedPairs + pair];
+    of.singles = {place(card1), place(card2)};
+    of.both = place(card1, card2);
+    for (int card = 0; card < 52; ++card) {
+      const auto i = static_cast<std::size_t>(card);
+      of.pair1[i] = place(card1, card);
+      of.pair2[i] = place(card2, card);
+      of.triple[i] = place(card1, card2, card);
+    }
+  });
 }
 
 const PlacesWithPairs& PlacesWithPairsOf(std::size_t suit, std::size_t pair) {
-  static const std::vector<PlacesWithPairs> places = [] {
-    std::vector<PlacesWithPairs> all;
-    ForEachSuitedPair([&](int card1, int card2) {
-      PlacesWithPairs& of = all.emplace_back();
-      for (int other1 = 0; other1 < 52; ++other1) {
-        for (int other2 = 0; other2 < other1; ++other2) {
-          const std::size_t i = PlaceOfCards(other1, other2);
-          of.triple1[i] = static_cast<std::uint16_t>(PlaceOfCards(card1, other1, other2));
-          of.triple2[i] = static_cast<std::uint16_t>(PlaceOfCards(card2, other1, other2));
-          of.quad[i] = static_cast<std::uint32_t>(PlaceOfCards(card1, card2, other1, other2));
-        }
+  static const MadeOnce<PlacesWithPairs> all(kAllSuitedPairs);
+  return all.Get(suit * kSuitedPairs + pair, [&](PlacesWithPairs& of) {
+    const auto [card1, card2] = CardsOfPair(suit, pair);
+    of = {};
+    for (int other1 = 0; other1 < 52; ++other1) {
+      for (int other2 = 0; other2 < other1; ++other2) {
+        const std::size_t i = PlaceOfCards(other1, other2);
+        of.triple1[i] = static_cast<std::uint16_t>(PlaceOfCards(card1, other1, other2));
+        of.triple2[i] = static_cast<std::uint16_t>(PlaceOfCards(card2, other1, other2));
+        of.quad[i] = static_cast<std::uint32_t>(PlaceOfCards(card1, card2, other1, other2));
       }
-    });
-    return all;
-  }();
-  return places[suit * kSuitedPairs + pair];
+    }
+  });
 }
 
 template <std::size_t hand_size>

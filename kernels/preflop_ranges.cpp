@@ -102,7 +102,7 @@ class ClassedRange {
 
  private:
   std::array<std::int32_t, kPlaces> weights_{};
-  std::array<double, MatchupRow::AgainstClasses::kSize> whole_{};
+  std::array<double, AgainstClasses::kSize> whole_{};
   std::int64_t total_ = 0;
   std::array<std::int64_t, 52> of_cards_{};
   std::array<ClassList, kShapes> classes_;
@@ -176,7 +176,7 @@ POKERMATH_KERNEL double SumLanes(const Register& lanes) {
 
 // A hand of a class against the whole classes of a range: all suitings win alike.
 template <typename Register>
-POKERMATH_KERNEL MatchupRow::Matchup CountWhole(const MatchupRow::AgainstClasses& against,
+POKERMATH_KERNEL MatchupRow::Matchup CountWhole(const AgainstClasses& against,
                                                 const ClassedRange& range) {
   Register wins{}, ties{};
   for (std::size_t i = 0; i < against.kSize; i += kDoubles<Register>) {
@@ -199,7 +199,7 @@ struct SumsOfClasses {
 
   POKERMATH_KERNEL void Start(const MatchupRows& rows, const std::uint8_t* numbers,
                               const ClassedRange& range) {
-    first.Start(CountWhole<Register>(rows.Row(*numbers).whole(), range));
+    first.Start(CountWhole<Register>(rows.Whole(*numbers), range));
     others.Start(rows, numbers + 1, range);
   }
   POKERMATH_KERNEL void GoTo(const MatchupRows& rows, const std::uint8_t* numbers, Shape theirs) {
@@ -226,8 +226,11 @@ struct SumsOfClasses<Register, mine, 0> {
 
 // Some classes of a shape against the other range's mixed classes of a shape.
 template <Shape mine, Shape theirs, typename Register, std::size_t count>
-POKERMATH_KERNEL const double* AddShape(const ClassedRange& range, const double* weights,
+POKERMATH_KERNEL const double* AddShape(const MatchupRows& rows, const std::uint8_t* numbers,
+                                        const ClassedRange& range, const double* weights,
                                         SumsOfClasses<Register, mine, count>& sums) {
+  if (range.MixedOf(theirs).count == 0) return weights;  // and rows need not be unpacked
+  sums.GoTo(rows, numbers, theirs);
   constexpr std::size_t kPatterns = kSuitPatterns[mine][theirs].count;
   for (const std::size_t number : range.MixedOf(theirs)) {
     const std::size_t place = (number - kShapesOfClasses[theirs].first) * kPatterns;
@@ -245,12 +248,9 @@ POKERMATH_KERNEL void CountClasses(const MatchupRows& rows, const std::uint8_t* 
                                    Results& results) {
   SumsOfClasses<Register, mine, count> sums;
   sums.Start(rows, numbers, range);
-  sums.GoTo(rows, numbers, kPair);
-  weights = AddShape<mine, kPair>(range, weights, sums);
-  sums.GoTo(rows, numbers, kSuited);
-  weights = AddShape<mine, kSuited>(range, weights, sums);
-  sums.GoTo(rows, numbers, kOffsuit);
-  AddShape<mine, kOffsuit>(range, weights, sums);
+  weights = AddShape<mine, kPair>(rows, numbers, range, weights, sums);
+  weights = AddShape<mine, kSuited>(rows, numbers, range, weights, sums);
+  AddShape<mine, kOffsuit>(rows, numbers, range, weights, sums);
   sums.Keep(numbers, results);
 }
 

@@ -33,9 +33,7 @@ template <Deck deck>
 class Builder {
  public:
   explicit Builder(int board) {
-    for (int tail = 0; tail < kTails; ++tail) {
-      AddTails(static_cast<Tail>(tail), boards_.tails[static_cast<std::size_t>(tail)]);
-    }
+    AddTails();
     for (const Pattern& pattern : PatternsOf(board)) AddHeads(pattern);
     boards_.size = (boards_.size + kGroup - 1) / kGroup * kGroup;
   }
@@ -43,14 +41,18 @@ class Builder {
   const RankBoards& boards() const { return boards_; }
 
  private:
-  static void AddTails(Tail tail, std::vector<std::int16_t>& sets) {
-    for (int set = 0; set <= kAllRanks; ++set) {
-      if ((set & AbsentRanks(deck)) != 0 ||
-          __builtin_popcount(static_cast<unsigned>(set)) != RanksIn(tail))
-        continue;
-      sets.push_back(static_cast<std::int16_t>(set));
+  void AddTails() {
+    for (unsigned set = 0; set <= kAllRanks; ++set) {
+      if ((set & AbsentRanks(deck)) != 0) continue;
+      const int ranks = __builtin_popcount(set);
+      for (int tail = 0; tail < kTails; ++tail) {
+        if (RanksIn(static_cast<Tail>(tail)) != ranks) continue;
+        boards_.tails[static_cast<std::size_t>(tail)].push_back(static_cast<std::int16_t>(set));
+      }
     }
-    sets.resize(sets.size() + kGroup, static_cast<std::int16_t>(kAllRanks));
+    for (std::vector<std::int16_t>& sets : boards_.tails) {
+      sets.resize(sets.size() + kGroup, static_cast<std::int16_t>(kAllRanks));
+    }
   }
 
   void AddHeads(const Pattern& pattern) {
@@ -95,8 +97,8 @@ std::uint32_t KeyOf(const RankBoards& boards, const BoardBlock& block, int place
   }
   const int tail =
       boards.tails[static_cast<std::size_t>(block.tail)][static_cast<std::size_t>(place)];
-  for (int rank = 0; rank < 13; ++rank) {
-    if ((tail >> rank & 1) != 0) add(rank, block.tail == Tail::kPair ? 2 : 1);
+  for (auto rest = static_cast<unsigned>(tail); rest != 0; rest &= rest - 1) {
+    add(__builtin_ctz(rest), block.tail == Tail::kPair ? 2 : 1);
   }
   return key;
 }
@@ -105,6 +107,7 @@ std::uint32_t KeyOf(const RankBoards& boards, const BoardBlock& block, int place
 
 template <Deck deck, int kBoard>
 RankBoardTables<deck, kBoard>::RankBoardTables() : boards_(Builder<deck>(kBoard).boards()) {
+  keys_.reserve(static_cast<std::size_t>(boards_.size));
   for (const BoardBlock& block : boards_.blocks) {
     for (int place = 0; place < block.size; ++place)
       keys_.push_back(KeyOf<deck>(boards_, block, place));

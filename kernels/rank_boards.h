@@ -10,12 +10,12 @@
 
 #include <array>
 #include <cstdint>
-#include <mutex>
 #include <vector>
 
 #include "kernels/decks.h"
 #include "kernels/hole_cards.h"
 #include "kernels/matchup_tables.h"
+#include "platform/made_once.h"
 
 namespace pokermath {
 
@@ -55,9 +55,8 @@ class RankBoardTables {
   const RankBoards& boards() const { return boards_; }
   /// Ascending, suits left aside.
   const Values& Of(int rank_class) const {
-    const auto index = static_cast<std::size_t>(rank_class);
-    std::call_once(built_[index], [&] { Build(rank_class, classes_[index]); });
-    return classes_[index];
+    return classes_.Get(static_cast<std::size_t>(rank_class),
+                        [&](Values& values) { Build(rank_class, values); });
   }
 
  private:
@@ -66,8 +65,7 @@ class RankBoardTables {
 
   RankBoards boards_;
   std::vector<std::uint32_t> keys_;
-  mutable std::array<std::once_flag, kRankClasses> built_;
-  mutable std::array<Values, kRankClasses> classes_;
+  MadeOnce<Values> classes_{kRankClasses};
 };
 
 }  // namespace pokermath
