@@ -13,14 +13,17 @@ namespace {
 
 // Takes so many more cards from a place of the deck on, where the high ranks come first.
 void AddClasses(int place, int cards, OmahaClass& hands, std::vector<OmahaClass>& classes) {
-  if (cards == 0) return classes.push_back(hands);
   for (; place < 52; ++place) {
     const auto suit = static_cast<std::size_t>(place % 4);
     const RankSet before = hands.suits[suit];
     const auto after = static_cast<RankSet>(before | 1 << (12 - place / 4));
     if (suit > 0 && after > hands.suits[suit - 1]) continue;
     hands.suits[suit] = after;
-    AddClasses(place + 1, cards - 1, hands, classes);
+    if (cards == 1) {
+      classes.push_back(hands);
+    } else {
+      AddClasses(place + 1, cards - 1, hands, classes);
+    }
     hands.suits[suit] = before;
   }
 }
@@ -37,13 +40,13 @@ OmahaClass OmahaClassOf(std::span<const int> hand) {
 }
 
 int HandsOf(const OmahaClass& hands) {
-  int count = 24;
-  int alike = 1;
+  // By which suits hold the same as the one before.
+  constexpr int kPermutations[8] = {24, 12, 12, 4, 12, 6, 4, 1};
+  unsigned alike = 0;
   for (std::size_t suit = 1; suit < 4; ++suit) {
-    alike = hands.suits[suit] == hands.suits[suit - 1] ? alike + 1 : 1;
-    count /= alike;
+    alike |= hands.suits[suit] == hands.suits[suit - 1] ? 1u << (suit - 1) : 0;
   }
-  return count;
+  return kPermutations[alike];
 }
 
 std::vector<int> CardsOf(const OmahaClass& hands) {

@@ -85,10 +85,12 @@ class OmahaBits {
   /// Calls `visit` with the cards, in rising order, of every hand of a set.
   template <int cards, typename Visit>
   static void ForEachHand(const OmahaSpec<cards>& range, const Visit& visit) {
+    std::array<int, static_cast<std::size_t>(cards)> hand;
+    for (std::size_t i = 0; i < hand.size(); ++i) hand[i] = static_cast<int>(i);
     for (std::size_t i = 0; i < range.bits_.size(); ++i) {
       for (std::uint64_t word = range.bits_[i]; word != 0; word &= word - 1) {
-        const auto number = static_cast<int>(64 * i) + std::countr_zero(word);
-        visit(HandOfNumber<static_cast<std::size_t>(cards)>(number));
+        GoTo(static_cast<int>(64 * i) + std::countr_zero(word), hand);
+        visit(hand);
       }
     }
   }
@@ -117,6 +119,22 @@ class OmahaBits {
   }
 
  private:
+  // From a hand to one with a larger number: the high cards stay or rise, the others start again
+  // where a higher one rose.
+  template <std::size_t cards>
+  static void GoTo(int number, std::array<int, cards>& hand) {
+    bool rose = false;
+    for (std::size_t i = cards - 1; i > 0; --i) {
+      const auto& place = kHandPlaces[i];
+      auto card = static_cast<std::size_t>(rose ? static_cast<int>(i) : hand[i]);
+      while (card + 1 < place.size() && place[card + 1] <= number) ++card;
+      rose = rose || static_cast<int>(card) != hand[i];
+      hand[i] = static_cast<int>(card);
+      number -= place[card];
+    }
+    hand[0] = number;
+  }
+
   struct Place {
     std::size_t word;
     int shift;

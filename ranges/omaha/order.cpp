@@ -59,14 +59,14 @@ std::vector<std::uint8_t> PackOmahaOrder(int hand_size, std::span<const std::uin
 std::vector<std::uint32_t> UnpackOmahaOrder(int hand_size, std::span<const std::uint8_t> packed) {
   const int width = BitsOfNumber(hand_size);
   std::vector<std::uint32_t> order(static_cast<std::size_t>(OmahaClassCount(hand_size)));
-  std::uint32_t bits = 0;
-  int count = 0;
-  auto next = packed.begin();
+  // Four bytes at a time hold any number; the last four are there for the last ones.
+  std::size_t bit = 0;
   for (std::uint32_t& number : order) {
-    for (; count < width; count += 8) bits |= static_cast<std::uint32_t>(*next++) << count;
-    number = bits & ((1u << width) - 1);
-    bits >>= width;
-    count -= width;
+    const std::size_t byte = std::min(bit / 8, packed.size() - 4);
+    std::uint32_t bits = 0;
+    for (std::size_t i = 0; i < 4; ++i) bits |= std::uint32_t{packed[byte + i]} << 8 * i;
+    number = bits >> (bit - 8 * byte) & ((1u << width) - 1);
+    bit += static_cast<std::size_t>(width);
   }
   return order;
 }
