@@ -22,6 +22,7 @@
 
 #include "eval/compact_keys.h"
 #include "eval/eight_hands.h"
+#include "platform/dispatch.h"
 #include "platform/intrinsics.h"
 #include "pokermath/evaluators.h"
 
@@ -284,13 +285,16 @@ POKERMATH_TARGET_VBMI void EvaluateVbmi(const std::uint8_t* cards, std::size_t h
 #endif  // __x86_64__
 
 template <const auto& kTables, int kCount>
-void Evaluate([[maybe_unused]] Isa isa, const std::uint8_t* cards, std::size_t hands,
-              std::uint16_t* values) {
+void Evaluate(Isa isa, const std::uint8_t* cards, std::size_t hands, std::uint16_t* values) {
+  using Batch = void(const std::uint8_t* cards, std::size_t hands, std::uint16_t* values);
+  constexpr Versions<Batch> kVersions = {
+    EvaluateOneByOne<kTables, kCount>,
 #if defined(__x86_64__)
-  if (isa == Isa::kAvx512 && HasVbmi()) return EvaluateVbmi<kTables, kCount>(cards, hands, values);
-  if (isa != Isa::kBaseline) return EvaluateAvx2<kTables, kCount>(cards, hands, values);
+    EvaluateAvx2<kTables, kCount>,
+    EvaluateVbmi<kTables, kCount>,
 #endif
-  EvaluateOneByOne<kTables, kCount>(cards, hands, values);
+  };
+  kVersions.At(isa)(cards, hands, values);
 }
 
 template <const auto& kTables>

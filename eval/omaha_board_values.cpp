@@ -10,6 +10,7 @@
 #include "eval/omaha_best.h"
 #include "eval/omaha_pairs.h"
 #include "eval/omaha_rows.h"
+#include "platform/dispatch.h"
 #include "platform/intrinsics.h"
 
 namespace pokermath {
@@ -189,12 +190,15 @@ POKERMATH_TARGET_VBMI void OmahaBoardKernels::Vbmi(const OmahaBoardValues& board
 #endif  // __x86_64__
 
 template <int kHoles>
-void OmahaBoardKernels::Any([[maybe_unused]] Isa isa, const OmahaBoardValues& board,
-                            const std::uint8_t* hands, std::size_t count, std::uint16_t* values) {
+void OmahaBoardKernels::Any(Isa isa, const OmahaBoardValues& board, const std::uint8_t* hands,
+                            std::size_t count, std::uint16_t* values) {
+  constexpr Versions<decltype(Plain<kHoles>)> kVersions = {
+    .baseline = Plain<kHoles>,
 #if defined(__x86_64__)
-  if (isa == Isa::kAvx512 && HasVbmi()) return Vbmi<kHoles>(board, hands, count, values);
+    .vbmi = Vbmi<kHoles>,
 #endif
-  Plain<kHoles>(board, hands, count, values);
+  };
+  kVersions.At(isa)(board, hands, count, values);
 }
 
 void OmahaBoardKernels::Evaluate(Isa isa, const OmahaBoardValues& board, int holes,

@@ -21,6 +21,7 @@
 #include "eval/omaha_pairs.h"
 #include "eval/omaha_rows.h"
 #include "eval/rank_sets.h"
+#include "platform/dispatch.h"
 #include "platform/intrinsics.h"
 
 namespace pokermath {
@@ -361,12 +362,17 @@ POKERMATH_TARGET_VBMI void EvaluateBlockVbmi(const OmahaRows& all_rows, const st
 #endif  // __x86_64__
 
 template <int kHoles>
-void EvaluateDeals([[maybe_unused]] Isa isa, const std::uint8_t* hands, const std::uint8_t* boards,
+void EvaluateDeals(Isa isa, const std::uint8_t* hands, const std::uint8_t* boards,
                    std::size_t count, std::uint16_t* values) {
-  auto* evaluate = EvaluateBlock<kHoles>;
+  using Block = void(const OmahaRows& rows, const std::uint8_t* hands, const std::uint8_t* boards,
+                     std::size_t count, std::uint16_t* values);
+  constexpr Versions<Block> kVersions = {
+    .baseline = EvaluateBlock<kHoles>,
 #if defined(__x86_64__)
-  if (isa == Isa::kAvx512 && HasVbmi()) evaluate = EvaluateBlockVbmi<kHoles>;
+    .vbmi = EvaluateBlockVbmi<kHoles>,
 #endif
+  };
+  Block* const evaluate = kVersions.At(isa);
   const OmahaRows& rows = OmahaRows::Get();
   for (std::size_t size; count > 0; count -= size) {
     size = std::min(count, kBlock);

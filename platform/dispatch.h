@@ -6,6 +6,7 @@
 //   });
 //
 // What the lambda calls has to be inlined into it (POKERMATH_KERNEL), or it stays at the baseline.
+// What is written anew for a level is chosen by Versions.
 
 #ifndef POKERMATH_PLATFORM_DISPATCH_H_
 #define POKERMATH_PLATFORM_DISPATCH_H_
@@ -53,6 +54,21 @@ auto Dispatch(Isa isa, const Kernel& kernel) {
   }
   return internal::RunAvx2(kernel);
 }
+
+/// Functions that do the same in different ways, for levels that are too far apart for one kernel.
+/// Where one is not there, the one before it serves.
+template <typename Function>
+struct Versions {
+  Function* baseline;
+  Function* avx2 = nullptr;
+  Function* vbmi = nullptr;  ///< AVX-512 with its permutations of bytes
+
+  /// The one for a level that the machine must have.
+  Function* At(Isa isa) const {
+    if (isa == Isa::kAvx512 && vbmi != nullptr && HasVbmi()) return vbmi;
+    return isa != Isa::kBaseline && avx2 != nullptr ? avx2 : baseline;
+  }
+};
 
 }  // namespace pokermath
 

@@ -82,7 +82,7 @@ bool FindVbmi() {
     isa = ChosenIsa().load();
 #if defined(__x86_64__)
     found = isa == Isa::kAvx512 && __builtin_cpu_supports("avx512cd") &&
-            __builtin_cpu_supports("avx512vbmi") && __builtin_cpu_supports("avx512vbmi2");
+            __builtin_cpu_supports("avx512vbmi");
 #endif
     has_vbmi.store(found ? 1 : 0);
   } while (ChosenIsa().load() != isa);
@@ -109,8 +109,7 @@ std::string UsableInstructionSets() {
       {"avx512dq", __builtin_cpu_supports("avx512dq")},
       {"avx512vl", __builtin_cpu_supports("avx512vl")},
       {"avx512cd", __builtin_cpu_supports("avx512cd")},
-      {"avx512vbmi", __builtin_cpu_supports("avx512vbmi")},
-      {"avx512vbmi2", __builtin_cpu_supports("avx512vbmi2")}};
+      {"avx512vbmi", __builtin_cpu_supports("avx512vbmi")}};
   for (const auto& [name, is_there] : sets) {
     if (is_there) names += (names.empty() ? "" : " ") + std::string(name);
   }

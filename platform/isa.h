@@ -41,10 +41,9 @@ std::string UsableInstructionSets();
 #define POKERMATH_TARGET_AVX2 __attribute__((target("avx2,bmi,bmi2,popcnt")))
 #define POKERMATH_TARGET_AVX512 \
   __attribute__((target("avx512f,avx512bw,avx512dq,avx512vl,avx2,bmi,bmi2,popcnt")))
-#define POKERMATH_TARGET_VBMI                                                           \
-  __attribute__((                                                                       \
-      target("avx512f,avx512bw,avx512dq,avx512vl,avx512cd,avx512vbmi,avx512vbmi2,avx2," \
-             "bmi,bmi2,popcnt")))
+#define POKERMATH_TARGET_VBMI \
+  __attribute__((             \
+      target("avx512f,avx512bw,avx512dq,avx512vl,avx512cd,avx512vbmi,avx2,bmi,bmi2,popcnt")))
 #else
 #define POKERMATH_TARGET_AVX2
 #define POKERMATH_TARGET_AVX512
