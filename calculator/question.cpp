@@ -29,11 +29,11 @@ std::string NamesOf(CardSet cards) {
 
 // A player as errors name him.
 struct Seat {
-  int player;  // -1 for a folded one
-  std::size_t number;
+  std::size_t number;  // from 0, folded ones by themselves
+  bool folded;
 
   std::string Name() const {
-    return (player < 0 ? "folded player " : "player ") + std::to_string(number);
+    return (folded ? "folded player " : "player ") + std::to_string(number + 1);
   }
 };
 
@@ -42,10 +42,10 @@ class Gate {
   explicit Gate(const EquityQuestion& question)
       : question_(question), rules_(RulesOf(question.game)) {
     for (std::size_t i = 0; i < question.players.size(); ++i) {
-      Add(question.players[i], {static_cast<int>(i), i + 1});
+      Add(question.players[i], {i, false});
     }
     for (std::size_t i = 0; i < question.folded.size(); ++i) {
-      Add(question.folded[i], {-1, i + 1});
+      Add(question.folded[i], {i, true});
     }
   }
 
@@ -75,7 +75,9 @@ class Gate {
 
   static Error Wrong(ErrorCode code, std::string text) { return {code, std::move(text)}; }
   Error Wrong(ErrorCode code, std::size_t seat, const std::string& text, int card = -1) const {
-    return {code, seats_[seat].Name() + ": " + text, seats_[seat].player, card};
+    Error error{code, seats_[seat].Name() + ": " + text, -1, card};
+    (seats_[seat].folded ? error.folded : error.player) = static_cast<int>(seats_[seat].number);
+    return error;
   }
 
   Found CheckNumbers() {

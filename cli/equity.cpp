@@ -113,7 +113,7 @@ std::string AnswerObject(std::string_view line, const EquityWords& defaults, int
     const AskedEquity asked = ReadEquity(ReadObject(object, defaults));
     return JsonLine(EquityJson(asked, RunLine(asked, threads), id));
   } catch (const UsageError& error) {
-    throw LineError(error.what(), id.is_null() ? "" : JsonLine(id));
+    throw LineError(error, id.is_null() ? "" : JsonLine(id));
   }
 }
 

@@ -220,6 +220,7 @@ class LineAnswerer {
     if (!id.empty()) object["id"] = Json::parse(id);
     object["line"] = number;
     object["error"] = error.what();
+    if (!error.field().empty()) object["field"] = error.field();
     out_ += JsonLine(object);
   }
 

@@ -18,7 +18,7 @@ namespace pokermath::cli {
 class LineError : public UsageError {
  public:
   /// @param id  JSON text; empty for none
-  LineError(const std::string& error, std::string id) : UsageError(error), id_(std::move(id)) {}
+  LineError(const UsageError& error, std::string id) : UsageError(error), id_(std::move(id)) {}
   const std::string& id() const { return id_; }
 
  private:

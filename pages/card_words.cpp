@@ -7,9 +7,9 @@
 
 namespace pokermath {
 
-std::vector<int> ReadCards(std::string_view text) {
+std::vector<int> ReadCards(std::string_view text, std::string_view field) {
   CardsResult read = ParseCards(text);
-  if (!read.error.empty()) throw UsageError(read.error);
+  if (!read.error.empty()) Refuse(read.error, field);
   return std::move(read.cards);
 }
 
@@ -17,7 +17,7 @@ std::vector<int> ReadCards(std::string_view text, std::size_t least, std::size_t
                            std::string_view accepted) {
   std::vector<int> cards = ReadCards(text);
   if (cards.size() < least || cards.size() > most) {
-    throw UsageError(fmt::format("{}: {}", CountOfCards(text, cards.size()), accepted));
+    Refuse(fmt::format("{}: {}", CountOfCards(text, cards.size()), accepted));
   }
   return cards;
 }

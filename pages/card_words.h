@@ -10,10 +10,10 @@
 
 namespace pokermath {
 
-/// Any number of cards; throws UsageError for a text that is none.
-std::vector<int> ReadCards(std::string_view text);
+/// Any number of cards; refuses a text that is none, as `field`.
+std::vector<int> ReadCards(std::string_view text, std::string_view field = "");
 
-/// The same, and throws UsageError with `accepted` if their number is not within the bounds.
+/// The same, and refuses with `accepted` if their number is not within the bounds.
 std::vector<int> ReadCards(std::string_view text, std::size_t least, std::size_t most,
                            std::string_view accepted);
 

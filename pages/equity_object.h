@@ -8,11 +8,11 @@
 
 namespace pokermath {
 
-/// Parses the text of an object; throws UsageError for any other text.
+/// Parses the text of an object; refuses any other text.
 Json ParseObject(std::string_view text);
 
 /// The words of an object, and the options of `defaults` that it does not have itself; "id" is the
-/// caller's. Throws UsageError that names a key that is none, or whose value cannot be read.
+/// caller's. Refuses a key that is none, and a value that cannot be read.
 EquityWords ReadObject(const Json& object, const EquityWords& defaults);
 
 }  // namespace pokermath

@@ -242,8 +242,7 @@ std::string Curves(const AskedEquity& asked, const EquityRun& run) {
 
 void CheckPicture(const AskedEquity& asked, By by) {
   if (by == By::kHand || by == By::kClass || (by == By::kNext && ComesOneCard(asked))) return;
-  throw UsageError(
-      "--svg draws --by hand, --by class, and --by next where one card comes, not a flop");
+  Refuse("--svg draws --by hand, --by class, and --by next where one card comes, not a flop");
 }
 
 std::string DetailSvg(const AskedEquity& asked, const EquityRun& run, By by) {

@@ -10,7 +10,7 @@
 
 namespace pokermath {
 
-/// Throws UsageError if there is no picture of that.
+/// Refuses what there is no picture of.
 void CheckPicture(const AskedEquity& asked, By by);
 
 /// A stand-alone SVG document: heat maps of classes, decks of next cards, or the curves of all

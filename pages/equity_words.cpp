@@ -3,13 +3,13 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <charconv>
 #include <limits>
 
 #include "pages/card_words.h"
 #include "pages/errors.h"
 #include "pages/number_text.h"
 #include "pages/player_words.h"
+#include "platform/decimal.h"
 #include "pokermath/cards.h"
 
 namespace pokermath {
@@ -49,12 +49,12 @@ constexpr NamedFlag kFlags[] = {{"--exact", &EquityWords::exact},
 
 [[noreturn]] void RefuseOption(std::string_view name) {
   if (name == "--players") {
-    throw UsageError("--players is no option: write 'random' once for each opponent");
+    Refuse("--players is no option: write 'random' once for each opponent");
   }
   std::string accepted;
   for (const NamedOption& known : kOptions) accepted += std::string(known.name) + ", ";
-  throw UsageError(fmt::format("{} is not an option of a question: {}--folded, --exact, --sampled",
-                               Quoted(name), accepted));
+  Refuse(fmt::format("{} is not an option of a question: {}--folded, --exact, --sampled",
+                     Quoted(name), accepted));
 }
 
 // Sets a flag of that name; false if it is none.
@@ -62,34 +62,34 @@ bool SetFlag(std::string_view word, EquityWords& words) {
   for (const NamedFlag& known : kFlags) {
     if (word == known.name) return words.*known.flag = true;
     if (word.starts_with(known.name) && word[known.name.size()] == '=') {
-      throw UsageError(std::string(known.name) + " has no value");
+      Refuse(std::string(known.name) + " has no value");
     }
   }
   return false;
 }
 
 void SetOption(std::string_view name, std::string_view value, EquityWords& words) {
-  if (value.empty()) throw UsageError(std::string(name) + " needs a value");
+  if (value.empty()) Refuse(std::string(name) + " needs a value");
   if (name == kFolded) {
     words.folded.emplace_back(value);
     return;
   }
   const auto known = std::ranges::find(kOptions, name, &NamedOption::name);
   std::optional<std::string>& option = words.*known->option;
-  if (option) throw UsageError(std::string(name) + " is given twice");
+  if (option) Refuse(std::string(name) + " is given twice");
   option = value;
 }
 
 Game ReadGame(const std::string& name, const std::string& text) {
   if (const std::optional<Game> game = FindGame(text)) return *game;
-  throw UsageError(fmt::format("{} {} is not known: {}", name, Quoted(text), GameNames()));
+  Refuse(fmt::format("{} {} is not known: {}", name, Quoted(text), GameNames()), "game");
 }
 
 Street ReadStreet(const std::string& name, std::string_view text) {
   if (text == "flop") return Street::kFlop;
   if (text == "turn") return Street::kTurn;
   if (text == "river") return Street::kRiver;
-  throw UsageError(name + " " + Quoted(text) + " is not known: flop, turn or river");
+  Refuse(name + " " + Quoted(text) + " is not known: flop, turn or river", "to");
 }
 
 // A share of the pot, or with its sign a percentage.
@@ -97,17 +97,17 @@ double ReadStandardError(const std::string& name, std::string_view text) {
   const bool percent = text.ends_with('%');
   const std::string_view digits = text.substr(0, text.size() - (percent ? 1 : 0));
   double error = 0;
-  const auto [end, code] = std::from_chars(digits.data(), digits.data() + digits.size(), error);
+  const auto [end, code] = ReadDecimal(digits, error, std::chars_format::general);
   if (percent) error /= 100;
   if (code != std::errc{} || end != digits.data() + digits.size() || !(error > 0 && error <= 1)) {
-    throw UsageError(name + " " + Quoted(text) +
-                     " is not accepted: a share of the pot, like 0.0005 or 0.05%");
+    Refuse(name + " " + Quoted(text) + " is not accepted: a share of the pot, like 0.0005 or 0.05%",
+           "standard_error");
   }
   return error;
 }
 
 void ReadMethod(const EquityWords& words, EquityQuestion& question) {
-  if (words.exact && words.sampled) throw UsageError("--exact does not go with --sampled");
+  if (words.exact && words.sampled) Refuse("--exact does not go with --sampled", "method");
   if (words.exact) question.method = Method::kExact;
   if (words.sampled) question.method = Method::kSampled;
 }
@@ -116,20 +116,20 @@ void ReadMethod(const EquityWords& words, EquityQuestion& question) {
 void ReadLimits(const EquityWords& words, AskedEquity& asked) {
   SamplingLimits& limits = asked.question.sampling;
   if (words.trials || words.time_ms) limits = {.standard_error = 0, .trials = kMostTrials};
-  if (words.trials)
-    limits.trials =
-        ReadNumber(words.Named("--trials").c_str(), *words.trials, std::int64_t{1}, kMostTrials);
+  const auto number = [&](const char* key, const std::string& text, auto low, auto high) {
+    return ReadNumber(words.Named(key).c_str(), text, low, high, key);
+  };
+  if (words.trials) limits.trials = number("trials", *words.trials, std::int64_t{1}, kMostTrials);
   if (words.standard_error)
-    limits.standard_error =
-        ReadStandardError(words.Named("--standard-error"), *words.standard_error);
+    limits.standard_error = ReadStandardError(words.Named("standard_error"), *words.standard_error);
   if (words.time_ms) {
     constexpr std::int64_t kDay = 86'400'000;
-    asked.time = std::chrono::milliseconds(
-        ReadNumber(words.Named("--time-ms").c_str(), *words.time_ms, std::int64_t{1}, kDay));
+    asked.time =
+        std::chrono::milliseconds(number("time_ms", *words.time_ms, std::int64_t{1}, kDay));
   }
   if (words.seed) {
-    asked.question.seed = ReadNumber(words.Named("--seed").c_str(), *words.seed, std::uint64_t{0},
-                                     std::numeric_limits<std::uint64_t>::max());
+    asked.question.seed =
+        number("seed", *words.seed, std::uint64_t{0}, std::numeric_limits<std::uint64_t>::max());
   }
 }
 
@@ -138,7 +138,7 @@ By ReadBy(const std::string& name, std::string_view text) {
   if (text == "class") return By::kClass;
   if (text == "next") return By::kNext;
   if (text == "made") return By::kMade;
-  throw UsageError(name + " " + Quoted(text) + " is not known: hand, class, next or made");
+  Refuse(name + " " + Quoted(text) + " is not known: hand, class, next or made", "detail");
 }
 
 void ReadDetail(const EquityWords& words, AskedEquity& asked) {
@@ -152,24 +152,35 @@ void ReadDetail(const EquityWords& words, AskedEquity& asked) {
   }
 }
 
+// The key of a question that an error of the calculator is about, with the place in its list.
+std::string FieldOf(const Error& error, const AskedEquity& asked) {
+  if (error.player >= 0) return fmt::format("players/{}", error.player);
+  if (error.folded >= 0) return fmt::format("folded/{}", error.folded);
+  if (error.code == ErrorCode::kPlayers) return "players";
+  if (error.code == ErrorCode::kBoard) return "board";
+  if (error.code == ErrorCode::kLimit) return "detail";
+  if (error.code != ErrorCode::kCard) return "";
+  return std::ranges::find(asked.board, error.card) != asked.board.end() ? "board" : "dead";
+}
+
 // The player that an error is about, with the words that he was given in.
-UsageError Refused(const Error& error, const AskedEquity& asked) {
+[[noreturn]] void RefuseQuestion(const Error& error, const AskedEquity& asked) {
+  std::string text = error.text;
   const std::string player = fmt::format("player {}", error.player + 1);
-  if (error.player < 0 || !error.text.starts_with(player)) return UsageError(error.text);
-  return UsageError(fmt::format("{}, {}{}", player,
-                                Quoted(asked.players[static_cast<std::size_t>(error.player)]),
-                                error.text.substr(player.size())));
+  if (error.player >= 0 && text.starts_with(player)) {
+    const std::string& words = asked.players[static_cast<std::size_t>(error.player)];
+    text = fmt::format("{}, {}{}", player, Quoted(words), text.substr(player.size()));
+  }
+  Refuse(text, FieldOf(error, asked));
 }
 
 }  // namespace
 
-std::string EquityWords::Named(std::string_view option) const {
-  std::string name(option);
-  if (of_object) {
-    name.erase(0, 2);
-    std::ranges::replace(name, '-', '_');
-  }
-  return name;
+std::string EquityWords::Named(std::string_view key) const {
+  if (of_object) return std::string(key);
+  std::string option = "--" + std::string(key);
+  std::ranges::replace(option, '_', '-');
+  return option;
 }
 
 void EquityWords::TakeMissing(const EquityWords& defaults) {
@@ -192,7 +203,7 @@ void CheckWordBehind(std::string_view option, std::string_view cards, std::strin
   const bool completes =
       is_board && known < 3 && more > 0 && known + more >= 3 && known + more <= 5;
   if (more != 1 && !completes) return;
-  throw UsageError(fmt::format(
+  Refuse(fmt::format(
       "{} stands behind {} {}: {} one word, like 2c3d4h, and hands stand before {} or are one word",
       Quoted(word), option, cards, is_board ? "a board is" : "dead cards are", option));
 }
@@ -223,10 +234,10 @@ EquityWords SplitLine(std::string_view line, const EquityWords& defaults) {
 AskedEquity ReadOptions(const EquityWords& words) {
   AskedEquity asked;
   EquityQuestion& question = asked.question;
-  if (words.game) question.game = ReadGame(words.Named("--game"), *words.game);
-  if (words.to) question.street = ReadStreet(words.Named("--to"), *words.to);
-  if (words.board) asked.board = ReadCards(*words.board);
-  if (words.dead) asked.dead = ReadCards(*words.dead);
+  if (words.game) question.game = ReadGame(words.Named("game"), *words.game);
+  if (words.to) question.street = ReadStreet(words.Named("to"), *words.to);
+  if (words.board) asked.board = ReadCards(*words.board, "board");
+  if (words.dead) asked.dead = ReadCards(*words.dead, "dead");
   question.board = CardSet(asked.board);
   question.dead = CardSet(asked.dead);
   ReadMethod(words, question);
@@ -238,24 +249,25 @@ AskedEquity ReadOptions(const EquityWords& words) {
 AskedEquity ReadEquity(const EquityWords& words) {
   AskedEquity asked = ReadOptions(words);
   EquityQuestion& question = asked.question;
-  if (words.players.empty()) throw UsageError("players are needed, like AhKd 7s7c");
+  if (words.players.empty()) Refuse("players are needed, like AhKd 7s7c", "players");
   const std::vector<std::string> texts =
       words.of_object ? words.players : PlayerTexts(words.players, question.game);
-  const auto read = [&](const std::string& text, std::vector<HandRange>& ranges,
+  const auto read = [&](const char* key, const std::string& text, std::vector<HandRange>& ranges,
                         std::vector<std::string>& names) {
-    PlayerReading player = ReadPlayer(text, question.game);
+    PlayerReading player =
+        ReadPlayer(text, question.game, fmt::format("{}/{}", key, ranges.size()));
     ranges.push_back(std::move(player.range));
     names.push_back(std::move(player.name));
     for (const std::string& warning : player.warnings) asked.warnings.push_back(warning);
   };
-  for (const std::string& text : texts) read(text, question.players, asked.players);
-  for (const std::string& text : words.folded) read(text, question.folded, asked.folded);
+  for (const std::string& text : texts) read("players", text, question.players, asked.players);
+  for (const std::string& text : words.folded) read("folded", text, question.folded, asked.folded);
   return asked;
 }
 
 Calculation PlanOf(const AskedEquity& asked) {
   Result<Calculation> plan = Plan(asked.question);
-  if (!plan) throw Refused(plan.error(), asked);
+  if (!plan) RefuseQuestion(plan.error(), asked);
   return *std::move(plan);
 }
 

@@ -29,8 +29,8 @@ struct EquityWords {
   std::string by_name = "--by";  ///< what `by` is called where the words come from
   bool of_object = false;        ///< keys have the options' names, and every player is one text
 
-  /// An option's name as the user wrote it: "--time-ms", or the key "time_ms".
-  std::string Named(std::string_view option) const;
+  /// A key's name as the user wrote it: "time_ms", or the option "--time-ms".
+  std::string Named(std::string_view key) const;
   /// Takes the options that are not there from others.
   void TakeMissing(const EquityWords& defaults);
 };
@@ -47,24 +47,23 @@ struct AskedEquity {
   std::vector<std::string> warnings;  ///< a line each
 };
 
-/// Throws UsageError if a word that follows the cards of --board or --dead at once is a card, or
-/// cards that make a whole board of a part of one: it was meant as one of them and would be read as
+/// Refuses a word that follows the cards of --board or --dead at once and is a card, or cards that
+/// make a whole board of a part of one: it was meant as one of them and would be read as
 /// a player's.
 void CheckWordBehind(std::string_view option, std::string_view cards, std::string_view word);
 
-/// The words of a line, and the options of `defaults` that it does not have itself; throws
-/// UsageError for an option that is none.
+/// The words of a line, and the options of `defaults` that it does not have itself;
+/// refuses an option that is none.
 EquityWords SplitLine(std::string_view line, const EquityWords& defaults);
 
-/// The question without its players; throws UsageError for options that are wrong whatever the
-/// players are.
+/// The question without its players; refuses options that are wrong whatever the players are.
 AskedEquity ReadOptions(const EquityWords& words);
 
-/// Reads what the words say; throws UsageError for words that cannot be read. Whether the question
-/// has an answer is the calculator's to say.
+/// Reads what the words say; refuses words that cannot be read. Whether the question has
+/// an answer is the calculator's to say.
 AskedEquity ReadEquity(const EquityWords& words);
 
-/// The plan that answers it; throws UsageError for a question that the calculator refuses.
+/// The plan that answers it; refuses a question that the calculator refuses.
 Calculation PlanOf(const AskedEquity& asked);
 
 }  // namespace pokermath

@@ -29,7 +29,7 @@ struct EvalAnswer {
   }
 };
 
-/// @param hand  five to seven cards; throws UsageError for those that the short deck has not
+/// @param hand  five to seven cards; refuses those that the short deck has not
 EvalAnswer Evaluate(bool short_deck, std::vector<int> hand);
 
 /// "AhKd2c7dTh: high card, Ah Kd Th 7d 2c", a line.

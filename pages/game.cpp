@@ -24,15 +24,15 @@ Game ReadGame(const std::string& name, std::span<const Game> accepted, const cha
     if (name == NameOf(game)) return game;
     names += (names.empty() ? "" : ", ") + std::string(NameOf(game));
   }
-  throw UsageError(std::string(option) + " " + Quoted(name) + " is not " +
-                   (FindGame(name) ? "for this question" : "known") + ": " + names);
+  Refuse(std::string(option) + " " + Quoted(name) + " is not " +
+         (FindGame(name) ? "for this question" : "known") + ": " + names);
 }
 
 void CheckDeck(bool short_deck, std::span<const int> cards) {
   if (!short_deck) return;
   for (const int card : cards) {
     if (GetCardRank(card) >= kLowestShortDeckRank) continue;
-    throw UsageError(CardName(card) + " is not in the short deck, which has six to ace");
+    Refuse(CardName(card) + " is not in the short deck, which has six to ace");
   }
 }
 

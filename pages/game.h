@@ -34,7 +34,7 @@ inline constexpr auto kHighGames = [] {
 /// Their names for a person: "omaha, omaha5 or omaha6".
 std::string NamesOf(std::span<const Game> games);
 
-/// The game of a name; throws UsageError unless it is one of those that a question has answers for.
+/// The game of a name; refuses all but those that a question has answers for.
 ///
 /// @param option  what the name is called where it comes from
 Game ReadGame(const std::string& name, std::span<const Game> accepted,
@@ -49,7 +49,7 @@ inline bool IsOmaha(Game game) { return RulesOf(game).IsOmaha(); }
 /// Hole cards.
 inline std::size_t HandSize(Game game) { return static_cast<std::size_t>(RulesOf(game).hand_size); }
 
-/// Throws UsageError if one of the cards is not in the deck.
+/// Refuses cards that are not in the deck.
 void CheckDeck(bool short_deck, std::span<const int> cards);
 
 }  // namespace pokermath

@@ -29,14 +29,16 @@ std::string DurationText(Seconds duration);
 /// About how many: "950", "12.3 thousand", "4.56 million".
 std::string RoughCount(double number);
 
-/// The value of an option; throws UsageError for what is no number from `low` to `high`.
+/// The value of an option; refuses what is no number from `low` to `high`, as `field`.
 template <typename Number>
-Number ReadNumber(const char* option, std::string_view text, Number low, Number high) {
+Number ReadNumber(const char* option, std::string_view text, Number low, Number high,
+                  std::string_view field = "") {
   Number number{};
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   if (error != std::errc{} || end != text.data() + text.size() || number < low || number > high) {
-    throw UsageError(fmt::format("{} {} is not accepted: a whole number from {} to {}", option,
-                                 Quoted(text), low, high));
+    Refuse(fmt::format("{} {} is not accepted: a whole number from {} to {}", option, Quoted(text),
+                       low, high),
+           field);
   }
   return number;
 }

@@ -47,7 +47,7 @@ struct OmahaQuestion {
   const char* game_option = "--game";  ///< what `game` is called where the words come from
 };
 
-/// Throws UsageError for cards that are no such hand with a board of three to `most_board`.
+/// Refuses cards that are no such hand with a board of three to `most_board`.
 OmahaHand ReadOmahaHand(const OmahaQuestion& question, std::size_t most_board);
 
 }  // namespace pokermath

@@ -39,7 +39,7 @@ std::vector<int> InOrder(std::span<const int> hand) {
 template <int cards>
 OmahaSpec<cards> Read(const std::string& text, const std::vector<int>& dead) {
   const OmahaRangeResult<cards> read = ParseOmahaRange<cards>(text);
-  if (!read.error.empty()) throw UsageError(read.error);
+  if (!read.error.empty()) Refuse(read.error);
   OmahaSpec<cards> range;
   read.range.Exclude(dead, range);
   return range;
@@ -180,7 +180,7 @@ OmahaRankAnswer FindOmahaRank(Game game, const std::string& text, std::string_vi
       InOrder(ReadCards(text, size, size, fmt::format("a hand of {} has {}", TitleOf(game), size)));
   const Result<double> percentile = OmahaPercentile(answer.hand);
   if (!percentile) {
-    throw UsageError(fmt::format("{}{}: {}", option, Quoted(text), percentile.error().text));
+    Refuse(fmt::format("{}{}: {}", option, Quoted(text), percentile.error().text));
   }
   answer.name = OmahaHandName(answer.hand);
   answer.percentile = *percentile;

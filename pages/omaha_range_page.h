@@ -29,7 +29,7 @@ struct OmahaRangeAnswer {
   std::vector<std::vector<int>> examples;  ///< six hands at the most
 };
 
-/// A range without the hands that hold a dead card; throws UsageError for a text that is none.
+/// A range without the hands that hold a dead card; refuses a text that is none.
 ///
 /// @param game  without lows: of OmahaGames(false)
 OmahaRangeAnswer DescribeOmahaRange(Game game, const std::string& text,
@@ -49,7 +49,7 @@ struct OmahaRankAnswer {
   double percentile;
 };
 
-/// Throws UsageError for a text that is no hand of the game, and for a game without an order.
+/// Refuses a text that is no hand of the game, and for a game without an order.
 ///
 /// @param option  what the text is called where it comes from
 OmahaRankAnswer FindOmahaRank(Game game, const std::string& text,

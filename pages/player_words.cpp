@@ -66,7 +66,7 @@ std::vector<std::string> PlayerTexts(const std::vector<std::string>& words, Game
   return texts;
 }
 
-PlayerReading ReadPlayer(std::string_view text, Game game) {
+PlayerReading ReadPlayer(std::string_view text, Game game, std::string_view field) {
   constexpr const char* kPlayer = "a player is a hand, a range or the word random";
   const std::size_t size = HandSize(game);
   const CardsResult cards = ParseCards(text);
@@ -74,18 +74,19 @@ PlayerReading ReadPlayer(std::string_view text, Game game) {
     return {HandRange::Of(game, CardSet(cards.cards)), CardsText(cards.cards), {}};
   }
   std::string pieces = Pieces(text);
-  if (pieces.empty()) throw UsageError(fmt::format("{}: {}", Quoted(text), kPlayer));
+  if (pieces.empty()) Refuse(fmt::format("{}: {}", Quoted(text), kPlayer), field);
   if (IsRandom(pieces)) return {HandRange::Every(game), "random", {}};
   Result<RangeReading> read = ReadRange(game, text);
   if (read) return {read->range, std::move(pieces), read->warnings};
   // What is cards only, but no list of holdings, was meant as a hand.
   const bool is_list = pieces.find(',') != pieces.npos && cards.cards.size() > size;
   if (cards.error.empty() && !is_list) {
-    throw UsageError(fmt::format("{}: a hand of {} has {}", CountOfCards(text, cards.cards.size()),
-                                 NameOf(game), size));
+    Refuse(fmt::format("{}: a hand of {} has {}", CountOfCards(text, cards.cards.size()),
+                       NameOf(game), size),
+           field);
   }
-  if (IsLikeRandom(pieces)) throw UsageError(fmt::format("{}: {}", Quoted(text), kPlayer));
-  throw UsageError(read.error().text);
+  if (IsLikeRandom(pieces)) Refuse(fmt::format("{}: {}", Quoted(text), kPlayer), field);
+  Refuse(read.error().text, field);
 }
 
 }  // namespace pokermath

@@ -24,8 +24,8 @@ struct PlayerReading {
   std::vector<std::string> warnings;  ///< about what reads well but may be meant otherwise
 };
 
-/// Reads one player; throws UsageError for a text that is none.
-PlayerReading ReadPlayer(std::string_view text, Game game);
+/// Reads one player; refuses a text that is none, as `field`.
+PlayerReading ReadPlayer(std::string_view text, Game game, std::string_view field = "");
 
 }  // namespace pokermath
 

@@ -35,13 +35,12 @@ std::string PotText(const Pot& pot) {
 
 PotsAnswer FindPots(std::vector<int> stakes, std::vector<int> scores, const char* prefix) {
   if (stakes.size() != scores.size()) {
-    throw UsageError(
-        fmt::format("{0}stakes has {1} and {0}scores has {2} numbers: one each for a seat", prefix,
-                    stakes.size(), scores.size()));
+    Refuse(fmt::format("{0}stakes has {1} and {0}scores has {2} numbers: one each for a seat",
+                       prefix, stakes.size(), scores.size()));
   }
   constexpr std::size_t kMostSeats = 1000;
   if (stakes.size() > kMostSeats) {
-    throw UsageError(fmt::format("{} seats are too many: up to {}", stakes.size(), kMostSeats));
+    Refuse(fmt::format("{} seats are too many: up to {}", stakes.size(), kMostSeats));
   }
   PotsAnswer answer = {std::move(stakes), std::move(scores), {}, {}};
   answer.pots = SplitPots(answer.stakes, answer.scores);

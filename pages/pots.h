@@ -20,7 +20,7 @@ struct PotsAnswer {
   std::vector<std::int64_t> winnings;
 };
 
-/// Throws UsageError for too many seats, or not as many scores as stakes.
+/// Refuses too many seats, or not as many scores as stakes.
 ///
 /// @param prefix  of the names of the two lists where they come from
 PotsAnswer FindPots(std::vector<int> stakes, std::vector<int> scores, const char* prefix = "--");

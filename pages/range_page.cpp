@@ -27,7 +27,7 @@ const char* TableName(const RangeOptions& options) {
 
 Spec Read(const std::string& text, const RangeOptions& options) {
   RangeResult read = ParseRange(text, options);
-  if (!read.error.empty()) throw UsageError(read.error);
+  if (!read.error.empty()) Refuse(read.error);
   return std::move(read.range);
 }
 
@@ -37,9 +37,8 @@ int ReadClass(const std::string& text, const RangeOptions& options) {
   Read(text, options).MakeMatrix(matrix.data());
   const auto classes = std::ranges::count(matrix, 1);
   if (classes != 1) {
-    throw UsageError(
-        fmt::format("{} names {} classes: one hand is ranked, like AA, AKs, AKo or AhKd",
-                    Quoted(text), classes));
+    Refuse(fmt::format("{} names {} classes: one hand is ranked, like AA, AKs, AKo or AhKd",
+                       Quoted(text), classes));
   }
   return static_cast<int>(std::ranges::find(matrix, 1) - matrix.begin());
 }
@@ -49,16 +48,15 @@ int ReadClass(const std::string& text, const RangeOptions& options) {
 RangeOptions ReadRangeOptions(Game game, std::string_view table, bool bare_offsuit,
                               std::string_view option) {
   if (table != "equilibrium" && table != "corvelle") {
-    throw UsageError(
-        fmt::format("{} {} is not known: equilibrium or corvelle", option, Quoted(table)));
+    Refuse(fmt::format("{} {} is not known: equilibrium or corvelle", option, Quoted(table)));
   }
   RangeOptions options;
   options.bare_offsuit = bare_offsuit;
   options.short_deck = game == Game::kShortDeck;
   if (table == "corvelle") options.percent_table = PercentTable::kCorvelle;
   if (options.short_deck && table == "corvelle") {
-    throw UsageError(fmt::format(
-        "{} corvelle is for 52 cards: the short deck has its equilibrium only", option));
+    Refuse(fmt::format("{} corvelle is for 52 cards: the short deck has its equilibrium only",
+                       option));
   }
   return options;
 }

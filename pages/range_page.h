@@ -15,7 +15,7 @@
 
 namespace pokermath {
 
-/// How range text is read, as words; throws UsageError for a table that is none.
+/// How range text is read, as words; refuses a table that is none.
 ///
 /// @param option  what the table is called where the words come from
 RangeOptions ReadRangeOptions(Game game, std::string_view table, bool bare_offsuit,
@@ -30,7 +30,7 @@ struct RangeAnswer {
   double percent;
 };
 
-/// Throws UsageError for a text that is no range.
+/// Refuses a text that is no range.
 RangeAnswer DescribeRange(const std::string& text, const RangeOptions& options);
 
 std::string RangePage(const RangeAnswer& answer, const Colours& colours);
@@ -48,7 +48,7 @@ struct RankAnswer {
   int group;                      ///< 1 (best) .. 8, 0 for none
 };
 
-/// Throws UsageError for a text that is not one class.
+/// Refuses a text that is not one class.
 RankAnswer FindRank(const std::string& text, const RangeOptions& options);
 
 std::string RankPage(const RankAnswer& answer);

@@ -29,6 +29,7 @@ struct Error {
   int player = -1;           ///< 0 for the first one; -1 where it is nobody's
   int card = -1;             ///< card code; -1 where it is no card
   std::size_t position = 0;  ///< in a text, in bytes
+  int folded = -1;           ///< 0 for the first folded player; -1 where it is none of theirs
 };
 
 /// A value or an error; which one has to be looked at first.

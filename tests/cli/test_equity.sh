@@ -170,8 +170,8 @@ run equity - --json <<<$'AhKd 7s7c --to turn\nAhKd 10c\nAhKd Ah7c'
 expect_code 1
 same "lines as JSON" "$(sed -E 's/"game".*/.../' <<<"$out")" \
   '{"schema":2,...
-{"schema":2,"line":2,"error":"'"'10c' has 1 card: a hand of holdem has 2"'"}
-{"schema":2,"line":3,"error":"'"player 2, 'Ah7c': Ah is in the hand of player 1 already"'"}'
+{"schema":2,"line":2,"error":"'"'10c' has 1 card: a hand of holdem has 2"'","field":"players/1"}
+{"schema":2,"line":3,"error":"'"player 2, 'Ah7c': Ah is in the hand of player 1 already"'","field":"players/1"}'
 
 # A line may be an object, whose id comes back; cards are texts or lists.
 run equity - --seed 4 <<'END'
@@ -195,10 +195,10 @@ same "objects" "$(sed -E 's/"players":\[.*"elapsed.*/.../; s/(trials":1[0-9])[0-
 AhKd QcJs --to turn equity 0.688442 0.311558 wins 133957 60623 ties 0 0 of 194580 cases exact
 {\"schema\":2,\"id\":7,\"game\":\"omaha\",\"board\":[],\"dead\":[],\"to\":\"river\",\"method\":\"sampled\",\"reason\":\"as asked for\",\"trials\":300,...
 {\"schema\":2,\"id\":8,\"game\":\"holdem\",\"board\":[],\"dead\":[],\"to\":\"river\",\"method\":\"sampled\",\"reason\":\"as asked for\",\"trials\":65536,...
-{\"schema\":2,\"id\":[9],\"line\":6,\"error\":\"player 2, 'Ah7c': Ah is in the hand of player 1 already\"}
-{\"schema\":2,\"id\":10,\"line\":7,\"error\":\"the value of 'players' is '\\\"AhKd\\\"': expected a list with a text or a list of cards for each\"}
-{\"schema\":2,\"line\":8,\"error\":\"'boards' is not a key of a question: id, game, players, folded, board, dead, to, method, standard_error, trials, time_ms, seed, detail\"}
-{\"schema\":2,\"line\":9,\"error\":\"trials '0.5' is not accepted: a whole number from 1 to 1000000000000\"}
+{\"schema\":2,\"id\":[9],\"line\":6,\"error\":\"player 2, 'Ah7c': Ah is in the hand of player 1 already\",\"field\":\"players/1\"}
+{\"schema\":2,\"id\":10,\"line\":7,\"error\":\"the value of 'players' is '\\\"AhKd\\\"': expected a list with a text or a list of cards for each\",\"field\":\"players\"}
+{\"schema\":2,\"line\":8,\"error\":\"'boards' is not a key of a question: id, game, players, folded, board, dead, to, method, standard_error, trials, time_ms, seed, detail\",\"field\":\"boards\"}
+{\"schema\":2,\"line\":9,\"error\":\"trials '0.5' is not accepted: a whole number from 1 to 1000000000000\",\"field\":\"trials\"}
 {\"schema\":2,\"line\":10,\"error\":\"'{\\\"players\\\":[\\\"AhKd\\\",' is no JSON object at byte 20\"}
 {\"schema\":2,\"line\":11,\"error\":\"'{\\\"id\\\":1e400}' has a number that is too large\"}
 error: '[]' at position 2: expected a weight in percent, like 50 or 12.5"

@@ -83,7 +83,7 @@ run equity - --game omaha5 --json <<<$'Ah2h3c4dKd As2s5d6dQc --dead 7c\nAhKd QcJ
 expect_code 1
 same "lines" "$(sed -E 's/"reason.*/.../' <<<"$out")" \
   '{"schema":2,"game":"omaha5","board":[],"dead":["7c"],"to":"river","method":"exact",...
-{"schema":2,"line":2,"error":"'"'AhKd' has 2 cards: a hand of omaha5 has 5"'"}
+{"schema":2,"line":2,"error":"'"'AhKd' has 2 cards: a hand of omaha5 has 5"'","field":"players/0"}
 {"schema":2,"game":"omaha5","board":[],"dead":[],"to":"river","method":"sampled",...'
 
 # Against a random hand, with cards dead; to the flop.
