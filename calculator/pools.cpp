@@ -186,7 +186,7 @@ class Pools::Part {
     while (deals.size() < count && left > 0) {
       const std::size_t wanted = std::min(count - deals.size(), DealtBlock::kMost);
       const std::size_t dealt = whole_->Deal(random, wanted, left, block, held);
-      deals.held.insert(deals.held.end(), held.begin(), held.begin() + dealt);
+      deals.held.insert(deals.held.end(), held.data(), held.data() + dealt);
       for (const std::size_t player : players_) {
         for (std::size_t i = 0; i < dealt; ++i) {
           deals.of_players[player].push_back({block.hands[player][i], block.places[player][i]});

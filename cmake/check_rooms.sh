@@ -4,7 +4,7 @@ set -euo pipefail
 cd "${1:-$(dirname "$(readlink -f "$0")")/..}"
 
 # From the ground up: a room may include those before it, or those alone that stand behind its colon.
-order="include: platform cards eval ranges kernels calculator omaha showdown pages jobs python contracts \
+order="include: platform cards eval ranges kernels calculator omaha showdown pages jobs web python contracts \
 support:platform cli"
 no_rooms="bench build cmake docs tests"
 
@@ -14,10 +14,10 @@ for word in $order; do
   room=${word%%:*}
   [[ $word == *:* ]] && allowed=${word#*:} || allowed=$before
   # A path with dots in it may lead anywhere.
-  ! grep -rnE '^\s*#\s*include\s*[<"]([^>"]*/)?\.\.?/' "$room" || code=1
+  ! grep --exclude-dir=node_modules -rnE '^\s*#\s*include\s*[<"]([^>"]*/)?\.\.?/' "$room" || code=1
   for folder in */; do
     [[ " $room $allowed " == *" ${folder%/} "* ]] && continue
-    ! grep -rnE "^\s*#\s*include\s*[<\"]$folder" "$room" || code=1
+    ! grep --exclude-dir=node_modules -rnE "^\s*#\s*include\s*[<\"]$folder" "$room" || code=1
   done
   before+=" $room"
 done

@@ -34,7 +34,7 @@ template <std::size_t size>
 CardList<size> Arranged(CardSet cards) {
   std::uint64_t bits = 0;
   for (unsigned suit = 0; suit < 4; ++suit) {
-    const std::uint64_t ranks = cards.bits() >> 13 * suit & kAllRanks;
+    const auto ranks = static_cast<std::size_t>(cards.bits() >> 13 * suit & kAllRanks);
     bits |= (kWithRoom[ranks & 127] | kWithRoom[ranks >> 7] << 28) << (3 - suit);
   }
   CardList<size> numbers;

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "pages/errors.h"
 #include "pokermath/cards.h"
 
@@ -20,6 +22,12 @@ std::vector<int> ReadCards(std::string_view text, std::size_t least, std::size_t
     Refuse(fmt::format("{}: {}", CountOfCards(text, cards.size()), accepted));
   }
   return cards;
+}
+
+std::vector<int> InOrder(CardSet cards) {
+  std::vector<int> codes(cards.begin(), cards.end());
+  std::ranges::sort(codes, comparefun);
+  return codes;
 }
 
 std::string CountOfCards(std::string_view text, std::size_t count) {

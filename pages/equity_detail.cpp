@@ -6,6 +6,7 @@
 #include <map>
 #include <nlohmann/json.hpp>
 
+#include "pages/card_words.h"
 #include "pages/equity_report.h"
 #include "pages/game.h"
 #include "pages/range_picture.h"
@@ -15,13 +16,6 @@
 
 namespace pokermath {
 namespace {
-
-// As people write hands: the highest rank first.
-std::vector<int> CardsOf(CardSet cards) {
-  std::vector<int> codes(cards.begin(), cards.end());
-  std::ranges::sort(codes, comparefun);
-  return codes;
-}
 
 // Names go by the order of strength, in which the short decks differ.
 const char* CategoryName(Game game, int category) {
@@ -78,7 +72,7 @@ std::vector<HandClass> CellsOf(const PlayerAnswer& player) {
 void AddHands(std::size_t player, const PlayerAnswer& answer, std::vector<DetailRow>& rows) {
   for (const HandOutcome& hand : answer.hands) {
     rows.push_back(
-        {player, CardsText(CardsOf(hand.hand.cards)), WeightText(hand.hand.weight), hand.outcome});
+        {player, CardsText(InOrder(hand.hand.cards)), WeightText(hand.hand.weight), hand.outcome});
   }
 }
 
@@ -269,7 +263,7 @@ std::string NextList(const AskedEquity& asked, const EquityRun& run, const Colou
   }
   std::string text = "\n" + colours.Faint(head) + "\n";
   for (const NextOutcome* next : all) {
-    text += fmt::format("{:<8}{:>8}", CardsText(CardsOf(next->cards)), next->alike);
+    text += fmt::format("{:<8}{:>8}", CardsText(InOrder(next->cards)), next->alike);
     for (const Outcome& outcome : next->players) {
       text += fmt::format("{:>10.3f} %", 100 * outcome.equity);
     }
@@ -324,7 +318,7 @@ Json RowJson(const DetailRow& row, By by, bool high_low) {
 void AddNextJson(const EquityRun& run, bool high_low, Json& json) {
   Json& list = json["next"] = Json::array();
   for (const NextOutcome& next : run.answer.next) {
-    Json one = {{"cards", CardsJson(CardsOf(next.cards))}, {"alike", next.alike}};
+    Json one = {{"cards", CardsJson(InOrder(next.cards))}, {"alike", next.alike}};
     Json& players = one["players"] = Json::array();
     for (const Outcome& outcome : next.players) {
       Json player = Json::object();
@@ -343,7 +337,7 @@ std::vector<HandClass> ClassesOf(const PlayerAnswer& player) {
   if (player.hands.empty() || player.hands[0].hand.cards.size() == 2) return CellsOf(player);
   std::map<std::string, HandClass> by_name;
   for (const auto& [hand, outcome] : player.hands) {
-    const std::string name = OmahaHandName(CardsOf(hand.cards));
+    const std::string name = OmahaHandName(InOrder(hand.cards));
     AddTo(by_name.try_emplace(name, HandClass{name, 0, {}}).first->second, outcome);
   }
   std::vector<HandClass> classes;
@@ -357,7 +351,7 @@ std::vector<DetailRow> DetailRows(const AskedEquity& asked, const EquityRun& run
     for (const NextOutcome& next : run.answer.next) {
       for (std::size_t i = 0; i < next.players.size(); ++i) {
         rows.push_back(
-            {i, CardsText(CardsOf(next.cards)), std::to_string(next.alike), next.players[i]});
+            {i, CardsText(InOrder(next.cards)), std::to_string(next.alike), next.players[i]});
       }
     }
     return rows;

@@ -47,12 +47,14 @@ POKERMATH_TARGET_AVX512 auto RunAvx512(const Kernel& kernel) {
 /// @tparam most    the highest level that the kernel is compiled for, not the baseline
 /// @param  kernel  called with an IsaLevel
 template <Isa most = Isa::kAvx512, typename Kernel>
-auto Dispatch(Isa isa, const Kernel& kernel) {
-  if (isa == Isa::kBaseline) return internal::RunBaseline(kernel);
+auto Dispatch([[maybe_unused]] Isa isa, const Kernel& kernel) {
+#if defined(__x86_64__)
   if constexpr (most == Isa::kAvx512) {
     if (isa == Isa::kAvx512) return internal::RunAvx512(kernel);
   }
-  return internal::RunAvx2(kernel);
+  if (isa != Isa::kBaseline) return internal::RunAvx2(kernel);
+#endif
+  return internal::RunBaseline(kernel);
 }
 
 /// Functions that do the same in different ways, for levels that are too far apart for one kernel.

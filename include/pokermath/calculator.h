@@ -166,6 +166,8 @@ class POKERMATH_EXPORT Calculation {
   ~Calculation();
 
   Method method() const;
+  /// Why that method, in words; of a sample, the answer may know better.
+  const std::string& reason() const { return reason_; }
   /// Steps that there are. Sampling to a standard error ends before the last one.
   std::int64_t steps() const;
   /// Sums of no steps.

@@ -13,6 +13,7 @@
 #include <memory>
 #include <numeric>
 
+#include "pages/card_words.h"
 #include "pages/colours.h"
 #include "pages/errors.h"
 #include "pages/game.h"
@@ -28,13 +29,6 @@ namespace {
 using Hands = std::span<const WeightedHand>;
 
 double Share(std::int32_t weight) { return static_cast<double>(weight) / kWholeWeight; }
-
-// As people write hands: the highest rank first.
-std::vector<int> InOrder(CardSet hand) {
-  std::vector<int> cards(hand.begin(), hand.end());
-  std::ranges::sort(cards, comparefun);
-  return cards;
-}
 
 // --- Hand ---
 
