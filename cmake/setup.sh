@@ -34,3 +34,14 @@ need_packages() {
   { "${apt[@]}" update && "${apt[@]}" install --no-install-recommends "${missing[@]}"; } \
     </dev/null >/dev/null || fail "apt-get could not install them"
 }
+
+# The same for the web page, and for those named.
+need_web_packages() {
+  local node=(nodejs npm)
+  # Whoever has a newer one keeps it.
+  if command -v npm >/dev/null && (($(node -p 'parseInt(process.versions.node)' || echo 0) >= 18)); then
+    node=()
+  fi
+  need_packages clang-19 lld-19 wasi-libc libc++-19-dev-wasm32 libc++abi-19-dev-wasm32 \
+    libclang-rt-19-dev-wasm32 "${node[@]}" "$@"
+}

@@ -3,8 +3,9 @@
 // A request is written to the room that pokermath_request gives, before the call that reads it. A
 // reply has the length that the call returned and stands at pokermath_reply() until the next call.
 // What goes wrong never comes back: the host's function pokermath.refuse is called with the error
-// and the part of the question that caused it, and throws. The module is left as it stood then, so
-// that the host goes on with a new one.
+// and the part of the question that caused it, and throws. The host then sets __stack_pointer back
+// to what it was before the call, and may go on: the question that was open before still is. What
+// the call had allocated is lost.
 
 #include <cstddef>
 #include <cstdint>
