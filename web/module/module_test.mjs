@@ -72,7 +72,7 @@ class Host {
 
   answer(question) {
     const { steps } = this.ask("open", question);
-    for (let done = 0; done < steps && !this.calls.pokermath_enough(done); ) {
+    for (let done = 0; done < steps && !this.calls.pokermath_enough(done);) {
       const stop = this.calls.pokermath_next_stop(done);
       this.calls.pokermath_do(done, stop);
       done = stop;
@@ -209,7 +209,10 @@ test("ranges are told and written", () => {
   const range = host.ask("describe", { game: "holdem", text });
   assert.equal(range.hands, 38);
   assert.equal(range.weights.length, 38);
-  assert.deepEqual(range.weights.find(([hand]) => hand === "AhKh"), ["AhKh", 0.5]);
+  assert.deepEqual(
+    range.weights.find(([hand]) => hand === "AhKh"),
+    ["AhKh", 0.5],
+  );
   assert.equal(host.ask("range_text", { game: "holdem", weights: range.weights }).text, text);
   const shapes = host.ask("describe", { game: "omaha", text: "AAxx:ds" });
   assert.deepEqual([shapes.hands, shapes.weights.length, shapes.cut], [864, 500, true]);
