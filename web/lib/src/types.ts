@@ -132,7 +132,17 @@ export interface Progress {
 
 export interface CalculateOptions {
   signal?: AbortSignal;
+  /** Called for questions that take longer than a moment, and at the end with part 1. */
   onProgress?: (progress: Progress) => void;
+  /** What is odd about a question that is answered nevertheless. */
+  onWarning?: (warning: string) => void;
+}
+
+/** Of the library inside. */
+export interface Version {
+  version: string;
+  /** The instructions that it is compiled for. */
+  isa: string;
 }
 
 /** What a player's text means. */
@@ -172,5 +182,7 @@ export interface PokermathCalculator {
   rangeText(game: Game, weights: readonly (readonly [string, number])[]): Promise<string>;
   /** The last answer as the command-line tool prints it; csv and svg need what it is about. */
   document(kind: DocumentKind, by?: DetailName): Promise<string>;
+  version(): Promise<Version>;
+  /** Ends all work; what is waiting rejects. */
   close(): void;
 }

@@ -1,0 +1,175 @@
+// The calculator: who works, which question is next, and what was answered last.
+//
+// Questions are answered one after another. Texts of ranges and documents go to a worker of their
+// own, the reader, which no question keeps busy and no cancelled question takes along.
+
+import { Job } from "./job.js";
+import { moduleBytes } from "./module_source.js";
+import { platform } from "./platform.js";
+import type { Answered } from "./protocol.js";
+import { Remote, Stopped } from "./remote.js";
+import {
+  type Answer,
+  type CalculateOptions,
+  type DetailName,
+  type DocumentKind,
+  type Game,
+  type PokermathCalculator,
+  PokermathError,
+  type Question,
+  type RangeReading,
+  type Version,
+} from "./types.js";
+
+const kMostWorkers = 8; // the reader among them: each has memory of its own
+
+type Bytes = Uint8Array | ArrayBuffer;
+
+export interface CalculatorOptions {
+  /** Workers for one question. [as many as the processor has cores, 7 at the most] */
+  threads?: number;
+  /** The bytes of pokermath.wasm, for who keeps it elsewhere. [the file beside the package's] */
+  module?: Bytes | Promise<Bytes>;
+}
+
+interface Asked {
+  question: string;
+  options: CalculateOptions;
+  resolve: (answer: Answer) => void;
+  reject: (reason: unknown) => void;
+}
+
+export class Calculator implements PokermathCalculator {
+  readonly #options: CalculatorOptions;
+  readonly #workers: Remote[] = [];
+  readonly #queue: Asked[] = [];
+  #module: Promise<WebAssembly.Module> | undefined;
+  #reader: Remote | undefined;
+  #running: Asked | undefined;
+  #last: { json: string; answered: Promise<Answered> } | undefined;
+  #closed = false;
+
+  constructor(options: CalculatorOptions = {}) {
+    this.#options = options;
+  }
+
+  calculate(question: Question, options: CalculateOptions = {}): Promise<Answer> {
+    const { signal } = options;
+    if (this.#closed) return Promise.reject(new Stopped("the calculator is closed"));
+    if (signal?.aborted) return Promise.reject(signal.reason as Error);
+    let asked: Asked;
+    const abort = () => this.#cancel(asked);
+    signal?.addEventListener("abort", abort);
+    const answer = new Promise<Answer>((resolve, reject) => {
+      asked = { question: JSON.stringify(question), options, resolve, reject };
+      this.#queue.push(asked);
+      void this.#advance();
+    });
+    return answer.finally(() => signal?.removeEventListener("abort", abort));
+  }
+
+  async describe(game: Game, text: string): Promise<RangeReading> {
+    const request = JSON.stringify({ game, text });
+    return JSON.parse(await this.#read().call("describe", request)) as RangeReading;
+  }
+
+  async rangeText(game: Game, weights: readonly (readonly [string, number])[]): Promise<string> {
+    const request = JSON.stringify({ game, weights });
+    const reply = JSON.parse(await this.#read().call("rangeText", request)) as { text: string };
+    return reply.text;
+  }
+
+  async document(kind: DocumentKind, by?: DetailName): Promise<string> {
+    if (!this.#last) throw new PokermathError("nothing has been answered yet", "");
+    if (kind === "json") return this.#last.json;
+    if (kind !== "text" && !by) {
+      throw new PokermathError(`${kind} is of something: hand, class, next or made`, "by");
+    }
+    return this.#read().call("document", await this.#last.answered, kind, by ?? "hand");
+  }
+
+  async version(): Promise<Version> {
+    return JSON.parse(await this.#read().call("version")) as Version;
+  }
+
+  close(): void {
+    this.#closed = true;
+    const error = new Stopped("the calculator is closed");
+    for (const { reject } of [this.#running, ...this.#queue.splice(0)].filter((a) => !!a)) {
+      reject(error);
+    }
+    for (const worker of [this.#reader, ...this.#workers]) worker?.terminate();
+  }
+
+  #cancel(asked: Asked): void {
+    asked.reject(asked.options.signal?.reason);
+    if (this.#running !== asked) {
+      this.#queue.splice(this.#queue.indexOf(asked), 1);
+      return;
+    }
+    // The first one is what the question waits for in the end, busy or not.
+    this.#workers[0]?.terminate();
+    this.#stopBusy();
+    this.#worker(0); // the next question comes soon
+  }
+
+  async #advance(): Promise<void> {
+    if (this.#running) return;
+    while ((this.#running = this.#queue.shift())) {
+      try {
+        await this.#answer(this.#running);
+      } catch (error) {
+        this.#running.reject(error);
+        this.#stopBusy();
+      }
+    }
+  }
+
+  async #answer({ question, options, resolve }: Asked): Promise<void> {
+    const job = new Job(
+      { most: () => this.#most(), at: (i) => this.#worker(i) },
+      question,
+      options,
+    );
+    const json = await job.run();
+    const answer = JSON.parse(json) as Answer;
+    const answered = job.answered(answer.elapsed_ms / 1e3);
+    this.#last = { json, answered };
+    resolve(answer);
+    await answered;
+  }
+
+  #stopBusy(): void {
+    for (const worker of this.#workers) if (worker.busy) worker.terminate();
+  }
+
+  async #most(): Promise<number> {
+    const cores = Math.min((await platform()).cores, kMostWorkers - 1);
+    return Math.max(1, this.#options.threads ?? cores);
+  }
+
+  #worker(i: number): Remote {
+    const worker = this.#workers[i];
+    return !worker || worker.dead ? (this.#workers[i] = this.#start()) : worker;
+  }
+
+  #read(): Remote {
+    return !this.#reader || this.#reader.dead ? (this.#reader = this.#start()) : this.#reader;
+  }
+
+  #start(): Remote {
+    if (this.#closed) throw new Stopped("the calculator is closed");
+    this.#module ??= this.#compile();
+    return new Remote(this.#module);
+  }
+
+  async #compile(): Promise<WebAssembly.Module> {
+    try {
+      const bytes = await (this.#options.module ?? moduleBytes());
+      return await WebAssembly.compile(bytes as BufferSource);
+    } catch (error) {
+      this.#module = undefined; // the next question may find it
+      throw error;
+    }
+  }
+}
