@@ -22,6 +22,7 @@ import {
 } from "./types.js";
 
 const kMostWorkers = 8; // the reader among them: each has memory of its own
+const kGraceMs = 40; // in which a worker may end what it does for a cancelled question
 
 type Bytes = Uint8Array | ArrayBuffer;
 
@@ -46,6 +47,7 @@ export class Calculator implements PokermathCalculator {
   #module: Promise<WebAssembly.Module> | undefined;
   #reader: Remote | undefined;
   #running: Asked | undefined;
+  #job: Job | undefined;
   #last: { json: string; answered: Promise<Answered> } | undefined;
   #closed = false;
 
@@ -101,16 +103,15 @@ export class Calculator implements PokermathCalculator {
     for (const worker of [this.#reader, ...this.#workers]) worker?.terminate();
   }
 
+  // A worker that comes to the end of a slice soon keeps what it has built; others hear nothing.
   #cancel(asked: Asked): void {
     asked.reject(asked.options.signal?.reason);
     if (this.#running !== asked) {
       this.#queue.splice(this.#queue.indexOf(asked), 1);
       return;
     }
-    // The first one is what the question waits for in the end, busy or not.
-    this.#workers[0]?.terminate();
-    this.#stopBusy();
-    this.#worker(0); // the next question comes soon
+    this.#job?.cancel();
+    for (const worker of this.#workers) worker.finishWithin(kGraceMs);
   }
 
   async #advance(): Promise<void> {
@@ -120,25 +121,23 @@ export class Calculator implements PokermathCalculator {
         await this.#answer(this.#running);
       } catch (error) {
         this.#running.reject(error);
-        this.#stopBusy();
+        if (!(error instanceof PokermathError || error instanceof Stopped)) this.#stopBusy();
       }
     }
   }
 
   async #answer({ question, options, resolve }: Asked): Promise<void> {
-    const job = new Job(
-      { most: () => this.#most(), at: (i) => this.#worker(i) },
-      question,
-      options,
-    );
-    const json = await job.run();
+    const workers = { most: () => this.#most(), at: (i: number) => this.#worker(i) };
+    this.#job = new Job(workers, question, options);
+    const json = await this.#job.run();
     const answer = JSON.parse(json) as Answer;
-    const answered = job.answered(answer.elapsed_ms / 1e3);
+    const answered = this.#job.answered(answer.elapsed_ms / 1e3);
     this.#last = { json, answered };
     resolve(answer);
     await answered;
   }
 
+  // Of a question that has failed.
   #stopBusy(): void {
     for (const worker of this.#workers) if (worker.busy) worker.terminate();
   }

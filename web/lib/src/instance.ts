@@ -38,7 +38,7 @@ export class Instance {
 
   constructor(module: WebAssembly.Module) {
     const complain = ConsoleStdout.lineBuffered((line) => (this.complaint += `: ${line}`));
-    const wasi = new WASI([], [], [complain, complain, complain]);
+    const wasi = new WASI([], [], [complain, complain, complain], { debug: false });
     const refuse = (text: number, length: number, field: number, fieldLength: number) => {
       throw new PokermathError(this.#text(text, length), this.#text(field, fieldLength));
     };
@@ -112,7 +112,7 @@ export class Instance {
   }
 
   #request(bytes: Uint8Array): void {
-    const place = this.#exports.pokermath_request(bytes.length);
+    const place = this.#exports.pokermath_request(bytes.length) >>> 0;
     new Uint8Array(this.#exports.memory.buffer, place, bytes.length).set(bytes);
   }
 
@@ -121,11 +121,13 @@ export class Instance {
   }
 
   #bytes(length: number): Uint8Array<ArrayBuffer> {
-    const place = this.#exports.pokermath_reply();
+    const place = this.#exports.pokermath_reply() >>> 0;
     return new Uint8Array(this.#exports.memory.buffer.slice(place, place + length) as ArrayBuffer);
   }
 
   #text(place: number, length: number): string {
-    return new TextDecoder().decode(new Uint8Array(this.#exports.memory.buffer, place, length));
+    return new TextDecoder().decode(
+      new Uint8Array(this.#exports.memory.buffer, place >>> 0, length),
+    );
   }
 }

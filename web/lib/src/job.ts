@@ -7,11 +7,11 @@
 // what.
 
 import type { Answered, Begun, Plan, Standing } from "./protocol.js";
-import type { Remote } from "./remote.js";
+import { type Remote, Stopped } from "./remote.js";
 import type { CalculateOptions } from "./types.js";
 
 const kPatienceMs = 30; // of the first worker alone
-const kSliceMs = 50; // of a worker, so that there is progress to tell
+const kSliceMs = 30; // of a worker, so that there is progress to tell and it can be stopped
 const kReportMs = 40; // between reports
 const kTellingMs = 200; // before it can be said how long it will take
 
@@ -26,7 +26,9 @@ export class Job {
   readonly #first: Remote;
   readonly #question: string;
   readonly #options: CalculateOptions;
+  #sharing: Sharing | undefined;
   #outOfTime = false;
+  #cancelled = false;
 
   constructor(workers: Workers, question: string, options: CalculateOptions) {
     this.#workers = workers;
@@ -38,12 +40,20 @@ export class Job {
   /** The answer as JSON. */
   async run(): Promise<string> {
     const begun = await this.#first.call("ask", this.#question, kPatienceMs);
+    if (this.#cancelled) throw new Stopped("the question was cancelled");
     for (const warning of begun.plan.warnings) this.#options.onWarning?.(warning);
     const sharing = new Sharing(this.#workers, this.#first, this.#question, begun, this.#options);
+    this.#sharing = sharing;
     this.#outOfTime = begun.answer === null ? await sharing.run() : begun.outOfTime;
     const answer = begun.answer ?? (await this.#first.call("answer", this.#outOfTime));
     sharing.report(1);
     return answer;
+  }
+
+  /** Workers end what they are doing, and run() rejects. */
+  cancel(): void {
+    this.#cancelled = true;
+    this.#sharing?.cancel();
   }
 
   /** What it takes to have the answer again; once, after run(). */
@@ -70,6 +80,7 @@ class Sharing {
   #done: number;
   #part = 0;
   #reportedAt = -Infinity;
+  #cancelled = false;
 
   constructor(
     workers: Workers,
@@ -99,12 +110,17 @@ class Sharing {
         this.#stop = this.#standing.stop;
         for (const worker of this.#ready) this.#join(worker);
         while (this.#labours.size > 0) await Promise.all(this.#labours);
+        if (this.#cancelled) throw new Stopped("the question was cancelled");
         this.#standing = await this.#gather();
       }
       return !this.#standing.enough;
     } finally {
       this.#stop = 0;
     }
+  }
+
+  cancel(): void {
+    this.#cancelled = true;
   }
 
   report(part?: number): void {
@@ -155,7 +171,7 @@ class Sharing {
   // The end of a slice; 0 if there is none. Towards the end they are small, so that all end alike.
   #take(): number {
     const left = this.#stop - this.#next;
-    if (left <= 0 || this.#timeLeft() <= 0) return 0;
+    if (left <= 0 || this.#cancelled || this.#timeLeft() <= 0) return 0;
     const fair = Math.ceil(left / (2 * this.#ready.length));
     return this.#next + Math.min(fair, Math.max(1, Math.floor(kSliceMs / this.#msPerStep)));
   }

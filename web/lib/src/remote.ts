@@ -18,6 +18,7 @@ export class Remote {
   readonly #port: Promise<Port>;
   #running: Port | undefined;
   #waiting: Waiting[] = [];
+  #replies = 0;
   #failure: Error | undefined;
 
   constructor(module: Promise<WebAssembly.Module>) {
@@ -53,6 +54,15 @@ export class Remote {
     return this.#failure !== undefined;
   }
 
+  /** Terminates unless the calls that were made up to now are answered so soon. */
+  finishWithin(ms: number): void {
+    if (!this.busy) return;
+    const due = this.#replies + this.#waiting.length;
+    setTimeout(() => {
+      if (this.#replies < due) this.terminate();
+    }, ms);
+  }
+
   /** At once, whatever it is doing. */
   terminate(): void {
     this.#fail(new Stopped("the worker was stopped"));
@@ -73,6 +83,7 @@ export class Remote {
 
   #receive(reply: Reply): void {
     const waiting = this.#waiting.shift();
+    ++this.#replies;
     if (!this.busy) this.#running?.hold(false);
     if ("value" in reply) {
       waiting?.resolve(reply.value);

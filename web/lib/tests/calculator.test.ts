@@ -1,0 +1,152 @@
+import { afterAll, beforeEach, describe, expect, test, vi } from "vitest";
+
+import { Calculator, PokermathError, type Progress, type Question } from "../src/index.js";
+import type { Platform } from "../src/platform.js";
+
+// What each worker that was started was asked to do.
+const workers = vi.hoisted((): string[][] => []);
+
+vi.mock("../src/platform.js", async (original) => {
+  const real = await original<typeof import("../src/platform.js")>();
+  const platform = async (): Promise<Platform> => {
+    const found = await real.platform();
+    const start: Platform["start"] = (onReply, onFailure) => {
+      const port = found.start(onReply, onFailure);
+      const calls: string[] = [];
+      workers.push(calls);
+      const post: typeof port.post = (message, transfer) => {
+        if ("name" in message) calls.push(message.name);
+        port.post(message, transfer);
+      };
+      return { ...port, post };
+    };
+    return { ...found, start };
+  };
+  return { ...real, platform };
+});
+
+const kShort: Question = { players: ["AhKd", "QcJs"], board: "2c7dTh" };
+const kSampled: Question = { players: ["AhKd", "15%", "random"], method: "sampled" };
+// 211 billion cases.
+const kEndless: Question = { game: "omaha", players: ["AhAdKhKd", "20%"], method: "exact" };
+
+const one = new Calculator({ threads: 1 });
+const three = new Calculator({ threads: 3 });
+afterAll(() => [one, three].forEach((calculator) => calculator.close()));
+beforeEach(() => void (workers.length = 0));
+
+async function textOf(calculator: Calculator, question: Question): Promise<string> {
+  await calculator.calculate(question);
+  return (await calculator.document("json")).replace(/"elapsed_ms":[0-9.e-]+/, "");
+}
+
+describe("the answer is the same for one worker and three:", () => {
+  const questions: Record<string, Question> = {
+    short: { ...kShort, detail: ["next"] },
+    exact: { players: ["30%", "40%", "AhKd"], board: "2c7d", method: "exact", detail: ["class"] },
+    "to an error": { ...kSampled, standard_error: 0.0002 },
+    trials: { ...kSampled, trials: 1000001, seed: 7, detail: ["hand", "made"] },
+    omaha: { game: "omaha", players: ["10%", "AAxx:ds"], board: "AsKs7c", method: "exact" },
+  };
+  for (const [name, question] of Object.entries(questions)) {
+    test(name, async () => {
+      expect(await textOf(three, question)).toBe(await textOf(one, question));
+    });
+  }
+});
+
+test("helpers are started for a long question only, and each does a part of it", async () => {
+  const calculator = new Calculator({ threads: 3 });
+  await calculator.calculate(kShort);
+  expect(workers).toEqual([["ask", "takeSums"]]);
+  await calculator.calculate({ ...kSampled, standard_error: 0.0001 });
+  expect(workers).toHaveLength(3);
+  for (const helper of workers.slice(1)) {
+    expect(helper[0]).toBe("open");
+    expect(helper).toContain("steps");
+    expect(helper).toContain("takeSums");
+  }
+  calculator.close();
+});
+
+test("progress rises to 1 and says how long it will take", async () => {
+  const seen: Progress[] = [];
+  const onProgress = (progress: Progress) => seen.push(progress);
+  const { trials } = await three.calculate({ ...kSampled, standard_error: 0.0001 }, { onProgress });
+  const parts = seen.map(({ part }) => part);
+  expect(parts.length).toBeGreaterThan(3);
+  expect(parts).toEqual([...parts].sort((a, b) => a - b));
+  expect(seen.at(-1)).toEqual({ part: 1, done: trials, method: "sampled", secondsLeft: 0 });
+  expect(seen.some(({ secondsLeft }) => secondsLeft !== null && secondsLeft > 0)).toBe(true);
+});
+
+test("time ends sampling", async () => {
+  const begun = performance.now();
+  const answer = await three.calculate({ ...kSampled, time_ms: 300 });
+  expect(performance.now() - begun).toBeGreaterThan(290);
+  expect(answer["trials"]).toBeGreaterThan(0);
+  expect(await three.document("text")).toContain("So many deals were possible in 300 ms.");
+});
+
+test("a cancelled question rejects at once, and others go on", async () => {
+  const stop = new AbortController();
+  const { signal } = stop;
+  let told = () => {};
+  const works = new Promise<void>((resolve) => (told = resolve));
+  const endless = three.calculate(kEndless, { signal, onProgress: () => told() });
+  const waiting = three.calculate(kEndless, { signal });
+  const next = three.calculate(kShort);
+  await works;
+  const stopped = Promise.allSettled([endless, waiting]);
+  const begun = performance.now();
+  stop.abort(new Error("enough"));
+  expect(await stopped).toEqual(Array(2).fill({ status: "rejected", reason: signal.reason }));
+  expect(performance.now() - begun).toBeLessThan(20);
+  expect((await next).players[0]?.hands).toBe(1);
+  await expect(three.calculate(kShort, { signal })).rejects.toBe(signal.reason);
+});
+
+test("ranges are read and documents written while a question is counted", async () => {
+  const text = await textOf(three, { ...kShort, detail: ["next"] });
+  const stop = new AbortController();
+  const endless = three.calculate(kEndless, { signal: stop.signal });
+  const reading = await three.describe("holdem", "TT+,AKs:0.5,AhKh:0.25");
+  expect(reading).toMatchObject({ every: false, hands: 34, cut: false, warnings: [] });
+  expect(reading.weights).toContainEqual(["AhKh", 0.25]);
+  const written = await three.rangeText("holdem", reading.weights);
+  expect((await three.describe("holdem", written)).weights).toEqual(reading.weights);
+  expect(await three.document("json")).toContain(text.slice(0, 200));
+  expect(await three.document("csv", "next")).toMatch(/^card/);
+  expect(await three.document("svg", "next")).toMatch(/^<svg/);
+  stop.abort();
+  await expect(endless).rejects.toBe(stop.signal.reason);
+});
+
+test("errors name the field, and the calculator goes on", async () => {
+  const refused = async (question: object) => {
+    const error: unknown = await three.calculate(question as Question).catch((e: unknown) => e);
+    expect(error).toBeInstanceOf(PokermathError);
+    return error as PokermathError;
+  };
+  expect(await refused({ players: ["AhKd", "AhX"] })).toMatchObject({ field: "players/1" });
+  expect(await refused({ ...kShort, board: "AhTc2d" })).toMatchObject({ field: "board" });
+  expect(await refused({ ...kShort, standard_error: 7 })).toMatchObject({
+    field: "standard_error",
+  });
+  await expect(three.describe("holdem", "TT+,XX")).rejects.toThrow(/XX/);
+  await expect(three.document("svg")).rejects.toMatchObject({ field: "by" });
+  expect((await three.calculate(kShort)).players).toHaveLength(2);
+});
+
+test("closing ends what runs and what waits", async () => {
+  const calculator = new Calculator({ threads: 2 });
+  const asked = [kEndless, kShort].map((question) => calculator.calculate(question));
+  const settled = Promise.allSettled([...asked, calculator.describe("holdem", "TT+")]);
+  setTimeout(() => calculator.close(), 100);
+  expect((await settled).map(({ status }) => status)).toEqual([
+    "rejected",
+    "rejected",
+    "fulfilled",
+  ]);
+  await expect(calculator.calculate(kShort)).rejects.toThrow("closed");
+});
