@@ -24,6 +24,7 @@ function named(fileName: string): Plugin {
 
 export default defineConfig({
   root: here("page"),
+  logLevel: "warn",
   plugins: [workerProgram(), moduleInside(), viteSingleFile(), named("pokermath.html")],
   resolve: { alias: { pokermath: here("lib/src/index.ts") } },
   esbuild: { jsx: "automatic", jsxImportSource: "preact" },
@@ -32,5 +33,9 @@ export default defineConfig({
     outDir: here("../build/web"),
     emptyOutDir: true,
   },
-  test: { root: here("."), include: ["lib/**/*.test.ts", "page/**/*.test.{ts,tsx}"] },
+  test: {
+    root: here("."),
+    include: ["lib/**/*.test.ts", "page/**/*.test.{ts,tsx}"],
+    testTimeout: 30_000,
+  },
 });

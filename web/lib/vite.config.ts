@@ -3,13 +3,21 @@
 import { readFileSync } from "node:fs";
 import { fileURLToPath } from "node:url";
 
-import { defineConfig } from "vite";
+import { createLogger, defineConfig } from "vite";
 
 import { kModuleFile, workerProgram } from "../inlined.js";
 
 const here = (path: string) => fileURLToPath(new URL(path, import.meta.url));
 
+// The module is beside the built file, not beside its source.
+const customLogger = createLogger("warn");
+const { warnOnce } = customLogger;
+customLogger.warnOnce = (message, options) => {
+  if (!message.includes("pokermath.wasm")) warnOnce(message, options);
+};
+
 export default defineConfig({
+  customLogger,
   plugins: [
     workerProgram(),
     {

@@ -68,8 +68,9 @@ export class Remote {
     this.#fail(new Stopped("the worker was stopped"));
   }
 
+  // The worker starts while the module is still being compiled.
   async #start(module: Promise<WebAssembly.Module>): Promise<Port> {
-    const [system, compiled] = await Promise.all([platform(), module]);
+    const system = await platform();
     if (this.#failure) throw this.#failure;
     const port = system.start(
       (reply) => this.#receive(reply),
@@ -77,7 +78,7 @@ export class Remote {
     );
     this.#running = port;
     port.hold(this.busy);
-    port.post({ module: compiled }, []);
+    port.post({ module: await module }, []);
     return port;
   }
 
