@@ -47,7 +47,6 @@ export class Calculator implements PokermathCalculator {
   #module: Promise<WebAssembly.Module> | undefined;
   #reader: Remote | undefined;
   #running: Asked | undefined;
-  #job: Job | undefined;
   #last: { json: string; answered: Promise<Answered> } | undefined;
   #closed = false;
 
@@ -110,7 +109,6 @@ export class Calculator implements PokermathCalculator {
       this.#queue.splice(this.#queue.indexOf(asked), 1);
       return;
     }
-    this.#job?.cancel();
     for (const worker of this.#workers) worker.finishWithin(kGraceMs);
   }
 
@@ -120,18 +118,20 @@ export class Calculator implements PokermathCalculator {
       try {
         await this.#answer(this.#running);
       } catch (error) {
-        this.#running.reject(error);
-        if (!(error instanceof PokermathError || error instanceof Stopped)) this.#stopBusy();
+        const { reject, options } = this.#running;
+        reject(error);
+        if (!(error instanceof PokermathError || options.signal?.aborted)) this.#stopBusy();
+        if (!this.#closed) this.#worker(0); // if it was stopped: the next question comes soon
       }
     }
   }
 
   async #answer({ question, options, resolve }: Asked): Promise<void> {
     const workers = { most: () => this.#most(), at: (i: number) => this.#worker(i) };
-    this.#job = new Job(workers, question, options);
-    const json = await this.#job.run();
+    const job = new Job(workers, question, options);
+    const json = await job.run();
     const answer = JSON.parse(json) as Answer;
-    const answered = this.#job.answered(answer.elapsed_ms / 1e3);
+    const answered = job.answered(answer.elapsed_ms / 1e3);
     this.#last = { json, answered };
     resolve(answer);
     await answered;

@@ -7,7 +7,7 @@
 // what.
 
 import type { Answered, Begun, Plan, Standing } from "./protocol.js";
-import { type Remote, Stopped } from "./remote.js";
+import type { Remote } from "./remote.js";
 import type { CalculateOptions } from "./types.js";
 
 const kPatienceMs = 30; // of the first worker alone
@@ -26,9 +26,7 @@ export class Job {
   readonly #first: Remote;
   readonly #question: string;
   readonly #options: CalculateOptions;
-  #sharing: Sharing | undefined;
   #outOfTime = false;
-  #cancelled = false;
 
   constructor(workers: Workers, question: string, options: CalculateOptions) {
     this.#workers = workers;
@@ -37,23 +35,18 @@ export class Job {
     this.#options = options;
   }
 
-  /** The answer as JSON. */
+  /** The answer as JSON. After the signal, workers end what they are doing, and it rejects. */
   async run(): Promise<string> {
+    const { signal, onWarning } = this.#options;
     const begun = await this.#first.call("ask", this.#question, kPatienceMs);
-    if (this.#cancelled) throw new Stopped("the question was cancelled");
-    for (const warning of begun.plan.warnings) this.#options.onWarning?.(warning);
+    signal?.throwIfAborted();
+    for (const warning of begun.plan.warnings) onWarning?.(warning);
     const sharing = new Sharing(this.#workers, this.#first, this.#question, begun, this.#options);
-    this.#sharing = sharing;
     this.#outOfTime = begun.answer === null ? await sharing.run() : begun.outOfTime;
     const answer = begun.answer ?? (await this.#first.call("answer", this.#outOfTime));
+    signal?.throwIfAborted();
     sharing.report(1);
     return answer;
-  }
-
-  /** Workers end what they are doing, and run() rejects. */
-  cancel(): void {
-    this.#cancelled = true;
-    this.#sharing?.cancel();
   }
 
   /** What it takes to have the answer again; once, after run(). */
@@ -80,7 +73,6 @@ class Sharing {
   #done: number;
   #part = 0;
   #reportedAt = -Infinity;
-  #cancelled = false;
 
   constructor(
     workers: Workers,
@@ -110,17 +102,13 @@ class Sharing {
         this.#stop = this.#standing.stop;
         for (const worker of this.#ready) this.#join(worker);
         while (this.#labours.size > 0) await Promise.all(this.#labours);
-        if (this.#cancelled) throw new Stopped("the question was cancelled");
+        this.#options.signal?.throwIfAborted();
         this.#standing = await this.#gather();
       }
       return !this.#standing.enough;
     } finally {
       this.#stop = 0;
     }
-  }
-
-  cancel(): void {
-    this.#cancelled = true;
   }
 
   report(part?: number): void {
@@ -171,7 +159,7 @@ class Sharing {
   // The end of a slice; 0 if there is none. Towards the end they are small, so that all end alike.
   #take(): number {
     const left = this.#stop - this.#next;
-    if (left <= 0 || this.#cancelled || this.#timeLeft() <= 0) return 0;
+    if (left <= 0 || this.#options.signal?.aborted || this.#timeLeft() <= 0) return 0;
     const fair = Math.ceil(left / (2 * this.#ready.length));
     return this.#next + Math.min(fair, Math.max(1, Math.floor(kSliceMs / this.#msPerStep)));
   }

@@ -111,8 +111,12 @@ export interface Answer {
   method: "exact" | "sampled";
   /** Why that method, in words. */
   reason: string;
-  /** Of boards and hands, or trials. */
-  cases: number;
+  /** Ranges of players who are out, if there are any. */
+  folded?: string[];
+  /** Of boards and hands, where it is exact. */
+  cases?: number;
+  /** Random deals, where it is sampled. */
+  trials?: number;
   players: PlayerAnswer[];
   next?: NextOutcome[];
   elapsed_ms: number;

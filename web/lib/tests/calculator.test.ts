@@ -5,15 +5,17 @@ import type { Platform } from "../src/platform.js";
 
 // What each worker that was started was asked to do.
 const workers = vi.hoisted((): string[][] => []);
+// Those whose replies never come, as if a step of theirs took for ever.
+const deaf = vi.hoisted(() => new Set<string[]>());
 
 vi.mock("../src/platform.js", async (original) => {
   const real = await original<typeof import("../src/platform.js")>();
   const platform = async (): Promise<Platform> => {
     const found = await real.platform();
     const start: Platform["start"] = (onReply, onFailure) => {
-      const port = found.start(onReply, onFailure);
       const calls: string[] = [];
       workers.push(calls);
+      const port = found.start((reply) => deaf.has(calls) || onReply(reply), onFailure);
       const post: typeof port.post = (message, transfer) => {
         if ("name" in message) calls.push(message.name);
         port.post(message, transfer);
@@ -87,7 +89,7 @@ test("time ends sampling", async () => {
   const begun = performance.now();
   const answer = await three.calculate({ ...kSampled, time_ms: 300 });
   expect(performance.now() - begun).toBeGreaterThan(290);
-  expect(answer["trials"]).toBeGreaterThan(0);
+  expect(answer.trials).toBeGreaterThan(0);
   expect(await three.document("text")).toContain("So many deals were possible in 300 ms.");
 });
 
@@ -107,6 +109,19 @@ test("a cancelled question rejects at once, and others go on", async () => {
   expect(performance.now() - begun).toBeLessThan(20);
   expect((await next).players[0]?.hands).toBe(1);
   await expect(three.calculate(kShort, { signal })).rejects.toBe(signal.reason);
+});
+
+test("a worker that hears nothing is replaced when its question is cancelled", async () => {
+  const calculator = new Calculator({ threads: 1 });
+  await calculator.calculate(kShort);
+  await calculator.document("text"); // its first worker is at rest then
+  const known = workers.length;
+  for (const worker of workers) if (worker.includes("ask")) deaf.add(worker);
+  const endless = calculator.calculate(kShort, { signal: AbortSignal.timeout(10) });
+  await expect(endless).rejects.toThrow("timeout");
+  expect((await calculator.calculate(kShort)).players).toHaveLength(2);
+  expect(workers).toHaveLength(known + 1);
+  calculator.close();
 });
 
 test("ranges are read and documents written while a question is counted", async () => {
