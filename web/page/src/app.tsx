@@ -1,0 +1,189 @@
+// The whole page: question on the left, answer on the right, and who tells whom.
+
+import { useCallback, useEffect, useMemo, useState } from "preact/hooks";
+import type { DetailName } from "pokermath";
+import { AnswerPanel, DETAIL_OF } from "./answer.js";
+import { useAnswer, type Asking } from "./calculator.js";
+import { GAMES, holeCards } from "./cards.js";
+import { IconButton, Select } from "./controls.js";
+import { usePage } from "./query.js";
+import { QuestionPanel } from "./question.js";
+import { THEMES, useSettings, type Settings } from "./settings.js";
+import { questionOf, withGame, type Query } from "./state.js";
+import { copy } from "./take_along.js";
+import { GAME_NAMES, T, percent } from "./texts.js";
+
+export function App() {
+  const page = usePage();
+  const { query, view, onView, onText: onKeyedText } = page;
+  const [settings, setSettings] = useSettings();
+  const [suits, setSuits] = useState(false);
+  const [told, setTold] = useTold();
+  const question = useMemo(
+    () => questionOf(query, detailOf(query, view.tab, suits)),
+    [query, view.tab, suits],
+  );
+  const asking = useAnswer(question);
+  const { last, error } = asking;
+  const earlier = last !== null && bare(last.question) !== bare(question);
+  const answer = last?.answer ?? null;
+  const fits = answer !== null && answer.players.length === query.players.length;
+
+  const onText = useCallback(
+    (at: number, text: string, typed: boolean) =>
+      onKeyedText(at, text, typed ? `players/${at}` : ""),
+    [onKeyedText],
+  );
+  const onChoose = useCallback((player: number) => onView({ player, tab: "range" }), [onView]);
+
+  return (
+    <>
+      <header class="top">
+        <h1>
+          <span class="logo" aria-hidden="true">
+            ♠
+          </span>
+          {T.title} <span class="tagline">{T.tagline}</span>
+        </h1>
+        <Select
+          label={T.game}
+          quiet
+          value={query.game}
+          options={GAMES.map((value) => ({ value, name: GAME_NAMES[value] }))}
+          onChange={(game) => page.onChange(withGame(query, game), "")}
+        />
+        <div class="top-buttons">
+          <IconButton icon="undo" label={T.undo} disabled={!page.canUndo} onClick={page.undo} />
+          <IconButton icon="redo" label={T.redo} disabled={!page.canRedo} onClick={page.redo} />
+          <IconButton
+            icon="link"
+            label={T.copyLink}
+            onClick={() =>
+              void copy(page.address()).then(
+                () => setTold(T.linkCopied),
+                (problem: unknown) => setTold(T.failed(String(problem))),
+              )
+            }
+          />
+          <Switches settings={settings} onSettings={setSettings} />
+        </div>
+      </header>
+      <main class={earlier && error !== null ? "earlier-answer" : ""}>
+        <QuestionPanel
+          query={query}
+          chosen={view.player}
+          error={error}
+          players={fits ? answer.players : null}
+          cases={answer === null ? 0 : casesOf(answer)}
+          low={query.game.endsWith("hilo")}
+          onChange={page.onChange}
+          onText={onText}
+          onRemove={page.onRemove}
+          onChoose={onChoose}
+        />
+        <AnswerPanel
+          query={query}
+          view={view}
+          asking={asking}
+          earlier={earlier}
+          onView={onView}
+          onText={onKeyedText}
+          onSuits={setSuits}
+          onTold={setTold}
+        />
+      </main>
+      <p class="told" role="status" data-shown={told !== ""}>
+        {told}
+      </p>
+      <Spoken asking={asking} />
+    </>
+  );
+}
+
+function detailOf(query: Query, tab: keyof typeof DETAIL_OF, suits: boolean): DetailName[] {
+  const detail = [DETAIL_OF[tab]];
+  if (tab === "range" && suits && holeCards(query.game) === 2) detail.push("hand");
+  return detail;
+}
+
+/** The question itself, whatever it is broken down by. */
+function bare(question: object): string {
+  return JSON.stringify({ ...question, detail: [] });
+}
+
+/** Cases of an exact answer, deals of a sampled one. */
+function casesOf(answer: { cases?: number; trials?: unknown }): number {
+  return answer.cases ?? (typeof answer.trials === "number" ? answer.trials : 0);
+}
+
+interface SwitchesProps {
+  settings: Settings;
+  onSettings: (settings: Settings) => void;
+}
+
+function Switches({ settings, onSettings }: SwitchesProps) {
+  const { theme, fourColours } = settings;
+  const after = THEMES[(THEMES.indexOf(theme) + 1) % THEMES.length] ?? "auto";
+  return (
+    <>
+      <IconButton
+        icon={theme}
+        label={T.theme[theme]}
+        onClick={() => onSettings({ ...settings, theme: after })}
+      />
+      <button
+        type="button"
+        class="icon-button four"
+        aria-pressed={fourColours}
+        aria-label={T.fourColours}
+        title={T.fourColours}
+        onClick={() => onSettings({ ...settings, fourColours: !fourColours })}
+      >
+        <span class="suit-s">♠</span>
+        <span class="suit-h">♥</span>
+        <span class="suit-d">♦</span>
+        <span class="suit-c">♣</span>
+      </button>
+    </>
+  );
+}
+
+/** A message that goes by itself. */
+function useTold(): [string, (message: string) => void] {
+  const [told, setTold] = useState({ message: "", at: 0 });
+  useEffect(() => {
+    if (told.message === "") return;
+    const timer = setTimeout(() => setTold({ message: "", at: 0 }), 2500);
+    return () => clearTimeout(timer);
+  }, [told]);
+  const tell = useCallback((message: string) => setTold({ message, at: Date.now() }), []);
+  return [told.message, tell];
+}
+
+const SPEAK_AFTER_MS = 700;
+
+/** The result for those who hear the page, once the typing rests. */
+function Spoken({ asking }: { asking: Asking }) {
+  const { last, error, running } = asking;
+  const [said, setSaid] = useState("");
+  const answer = last?.answer;
+  useEffect(() => {
+    if (running) return;
+    const text =
+      error !== null
+        ? T.spokenError(error.message)
+        : answer === undefined
+          ? ""
+          : T.spoken(
+              answer.method === "exact" ? T.exact : T.sampled,
+              answer.players.map(({ range, equity }) => `${range} ${percent(equity, 1)}`),
+            );
+    const timer = setTimeout(() => setSaid(text), SPEAK_AFTER_MS);
+    return () => clearTimeout(timer);
+  }, [answer, error, running]);
+  return (
+    <p class="unseen" id="spoken" role="status" aria-live="polite">
+      {said}
+    </p>
+  );
+}

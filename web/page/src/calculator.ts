@@ -1,0 +1,150 @@
+// The page's two calculators: one answers questions and is cancelled by newer ones, the other reads and
+// writes ranges meanwhile, so that the grid never waits for a long count.
+
+import { createContext } from "preact";
+import { useContext, useEffect, useRef, useState } from "preact/hooks";
+import { PokermathError } from "pokermath";
+import type { Answer, Game, PokermathCalculator, Progress, Question, RangeReading } from "pokermath";
+
+export interface Calculators {
+  answers: PokermathCalculator;
+  ranges: PokermathCalculator;
+}
+
+export const CalculatorContext = createContext<Calculators | null>(null);
+
+export function useCalculators(): Calculators {
+  const calculators = useContext(CalculatorContext);
+  if (calculators === null) throw new Error("no calculators");
+  return calculators;
+}
+
+/** What is known about the question; the last good answer stays until there is a better one. */
+export interface Asked {
+  /** With the question that it answers. */
+  last: { question: Question; answer: Answer } | null;
+  /** What is wrong with the present question. */
+  error: PokermathError | null;
+  running: boolean;
+  progress: Progress | null;
+  stopped: boolean;
+}
+
+const NOTHING: Asked = { last: null, error: null, running: true, progress: null, stopped: false };
+/** Letters that come faster than this are one question. */
+const REST_MS = 20;
+
+export interface Asking extends Asked {
+  stop: () => void;
+  again: () => void;
+}
+
+/** Asks the question, and again whenever another one is given; an older one is cancelled. */
+export function useAnswer(question: Question): Asking {
+  const { answers } = useCalculators();
+  const [asked, setAsked] = useState(NOTHING);
+  const [round, setRound] = useState(0);
+  const abort = useRef<AbortController | null>(null);
+  const key = JSON.stringify(question);
+
+  useEffect(() => {
+    const mine = new AbortController();
+    abort.current = mine;
+    const { signal } = mine;
+    const show = (change: Partial<Asked>) => {
+      if (!signal.aborted) setAsked((before) => ({ ...before, ...change }));
+    };
+    const ask = async () => {
+      try {
+        show({ running: true, progress: null, stopped: false });
+        const onProgress = (progress: Progress) => show({ progress });
+        const answer = await answers.calculate(question, { signal, onProgress });
+        show({ last: { question, answer }, error: null, running: false, progress: null });
+      } catch (problem) {
+        show({ error: errorOf(problem), running: false, progress: null });
+      }
+    };
+    const timer = setTimeout(() => void ask(), REST_MS);
+    return () => {
+      clearTimeout(timer);
+      mine.abort();
+    };
+    // The key stands for the question, which is another object at every drawing.
+    // eslint-disable-next-line react-hooks/exhaustive-deps
+  }, [answers, key, round]);
+
+  return {
+    ...asked,
+    stop: () => {
+      abort.current?.abort();
+      setAsked((before) => ({ ...before, running: false, progress: null, stopped: true }));
+    },
+    again: () => setRound((before) => before + 1),
+  };
+}
+
+function errorOf(problem: unknown): PokermathError {
+  if (problem instanceof PokermathError) return problem;
+  return new PokermathError(problem instanceof Error ? problem.message : String(problem), "");
+}
+
+/** The error of a field, "players/1", or null. */
+export function errorAt(error: PokermathError | null, field: string): string | null {
+  return error?.field === field ? error.message : null;
+}
+
+const FEW = 200;
+const readings = new Map<string, Promise<RangeReading>>();
+
+function read(ranges: PokermathCalculator, game: Game, text: string): Promise<RangeReading> {
+  const key = `${game} ${text}`;
+  const known = readings.get(key);
+  if (known !== undefined) return known;
+  const reading = ranges.describe(game, text);
+  if (readings.size >= FEW) readings.clear();
+  readings.set(key, reading);
+  return reading;
+}
+
+/** What a text means; while it is typed or wrong, what it meant before. */
+export function useReading(game: Game, text: string): RangeReading | null {
+  const { ranges } = useCalculators();
+  const [shown, setShown] = useState<{ game: Game; reading: RangeReading } | null>(null);
+  useEffect(() => {
+    let current = true;
+    read(ranges, game, text).then(
+      (reading) => {
+        if (current) setShown({ game, reading });
+      },
+      () => undefined, // the answer says what is wrong, at the field
+    );
+    return () => {
+      current = false;
+    };
+  }, [ranges, game, text]);
+  return shown?.game === game ? shown.reading : null;
+}
+
+/** Does the newest of several jobs that come faster than they are done; those between are left out. */
+export function useLatest<T>(work: (job: T) => Promise<void>): (job: T) => void {
+  const state = useRef<{ busy: boolean; next: T | null }>({ busy: false, next: null });
+  const run = async (job: T) => {
+    const mine = state.current;
+    if (mine.busy) {
+      mine.next = job;
+      return;
+    }
+    mine.busy = true;
+    let now: T | null = job;
+    while (now !== null) {
+      mine.next = null;
+      try {
+        await work(now);
+      } finally {
+        now = mine.next;
+      }
+    }
+    mine.busy = false;
+  };
+  return (job) => void run(job);
+}

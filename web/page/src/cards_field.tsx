@@ -1,0 +1,178 @@
+// Cards that are typed, or picked from a deck that opens below the field.
+
+import { useEffect, useId, useRef, useState } from "preact/hooks";
+import { SUITS, readCards, spokenCard, toggleCard, typeCard } from "./cards.js";
+import { neighbour } from "./grid.js";
+import { Card, IconButton, Note } from "./controls.js";
+import { T } from "./texts.js";
+
+interface DeckProps {
+  name: string;
+  ranks: string;
+  chosen: readonly string[];
+  /** Cards that others have. */
+  used: ReadonlySet<string>;
+  full: boolean;
+  onToggle: (card: string) => void;
+  onBack: () => void;
+  onClose: () => void;
+}
+
+/** All cards of the deck; one is in the order of tabs, arrows lead to the others. */
+export function Deck({ name, ranks, chosen, used, full, onToggle, onBack, onClose }: DeckProps) {
+  const [at, setAt] = useState(0);
+  const [pending, setPending] = useState("");
+  const box = useRef<HTMLDivElement>(null);
+  const cards = [...SUITS].flatMap((suit) => [...ranks].map((rank) => rank + suit));
+  const blocked = (card: string) => !chosen.includes(card) && (full || used.has(card));
+
+  useEffect(() => box.current?.querySelector<HTMLButtonElement>("[tabindex='0']")?.focus(), [at]);
+
+  const move = (key: string): boolean => {
+    const size = ranks.length;
+    const row = Math.floor(at / size);
+    if (key === "ArrowUp" || key === "ArrowDown") {
+      const next = row + (key === "ArrowUp" ? -1 : 1);
+      if (next >= 0 && next < SUITS.length) setAt(next * size + (at % size));
+      return true;
+    }
+    const to = neighbour(at % size, key, size);
+    if (to !== null) setAt(row * size + to);
+    return to !== null;
+  };
+  const onKey = (event: KeyboardEvent) => {
+    if (event.ctrlKey || event.metaKey || event.altKey) return;
+    if (event.key === "Escape") onClose();
+    else if (event.key === "Backspace") onBack();
+    else if (!move(event.key)) {
+      const typed = typeCard(pending, event.key);
+      setPending(typed.pending);
+      if (typed.card !== undefined && cards.includes(typed.card)) onToggle(typed.card);
+      if (event.key.length !== 1 || event.key === " ") return;
+    }
+    event.preventDefault();
+  };
+
+  return (
+    <div class="deck-box" ref={box} onKeyDown={onKey}>
+      <div
+        class="deck"
+        role="group"
+        aria-label={T.deck(name)}
+        style={{ gridTemplateColumns: `repeat(${ranks.length}, 1fr)` }}
+      >
+        {cards.map((card, index) => (
+          <button
+            key={card}
+            type="button"
+            class="deck-card"
+            tabIndex={index === at ? 0 : -1}
+            aria-pressed={chosen.includes(card)}
+            aria-disabled={blocked(card)}
+            aria-label={spokenCard(card)}
+            data-card={card}
+            onFocus={() => setAt(index)}
+            onClick={() => {
+              if (!blocked(card)) onToggle(card);
+            }}
+          >
+            <Card card={card} />
+          </button>
+        ))}
+      </div>
+      <div class="deck-foot">
+        <Note kind="hint">
+          {T.deckHint}
+          {pending !== "" && <b> {pending}…</b>}
+        </Note>
+        <button type="button" class="button" onClick={onClose}>
+          {T.closeDeck}
+        </button>
+      </div>
+    </div>
+  );
+}
+
+interface FieldProps {
+  name: string;
+  id: string;
+  value: string;
+  /** Places that are shown though they are empty. */
+  places: number;
+  most: number;
+  ranks: string;
+  used: ReadonlySet<string>;
+  placeholder: string;
+  hint?: string;
+  error: string | null;
+  /** `typed` where letters follow each other. */
+  onChange: (text: string, typed: boolean) => void;
+}
+
+export function CardsField(props: FieldProps) {
+  const { name, id, value, places, most, ranks, used, error, onChange } = props;
+  const [open, setOpen] = useState(false);
+  const note = useId();
+  const opener = useRef<HTMLButtonElement>(null);
+  const cards = readCards(value) ?? [];
+  const empty = Math.max(0, places - cards.length);
+  const close = () => {
+    setOpen(false);
+    opener.current?.focus();
+  };
+  return (
+    <div class="cards-field">
+      <div class="cards-line">
+        <button
+          ref={opener}
+          type="button"
+          class="places"
+          aria-expanded={open}
+          aria-label={T.pick(name)}
+          title={T.pick(name)}
+          onClick={() => setOpen(!open)}
+        >
+          {cards.map((card, index) => (
+            <Card key={`${index}${card}`} card={card} />
+          ))}
+          {Array.from({ length: empty }, (_, index) => (
+            <span key={index} class="card place" />
+          ))}
+          {places === 0 && cards.length === 0 && <span class="card place" />}
+        </button>
+        <input
+          id={id}
+          type="text"
+          value={value}
+          placeholder={props.placeholder}
+          aria-label={name}
+          aria-invalid={error !== null}
+          aria-describedby={note}
+          autocomplete="off"
+          autocapitalize="off"
+          spellcheck={false}
+          onInput={(event) => onChange(event.currentTarget.value, true)}
+        />
+        {value !== "" && (
+          <IconButton icon="close" label={T.clear(name)} onClick={() => onChange("", false)} />
+        )}
+      </div>
+      <div id={note}>
+        {error !== null && <Note kind="error">{error}</Note>}
+        {props.hint !== undefined && error === null && <Note kind="hint">{props.hint}</Note>}
+      </div>
+      {open && (
+        <Deck
+          name={name}
+          ranks={ranks}
+          chosen={cards}
+          used={used}
+          full={cards.length >= most}
+          onToggle={(card) => onChange(toggleCard(value, card, most), false)}
+          onBack={() => onChange(cards.slice(0, -1).join(""), false)}
+          onClose={close}
+        />
+      )}
+    </div>
+  );
+}

@@ -1,0 +1,23 @@
+// Ranges as people paste them. The calculator reads the usual notations itself; what is done here is only
+// what copying does to text (line ends, dashes, quotes) and two spellings that it does not know.
+
+/** A pasted range as the calculator reads it. */
+export function tidyRange(text: string): string {
+  return text
+    .replace(/[\u00a0\u2000-\u200b\ufeff]/g, " ")
+    .replace(/[\u2010-\u2015\u2212]/g, "-")
+    .replace(/[\u201c\u201d\u2018\u2019"'`]/g, "")
+    .replace(/[\r\n\t|]+/g, ",")
+    .replace(/\s*([:@])\s*(?=[\d.])/g, "$1")
+    .replace(/(\w)\s*-\s*(?=\w)/g, "$1-")
+    .replace(/(\d)\s+%/g, "$1%")
+    .replace(/(\d*\.?\d+)\(([^()]*)\)/g, (_, weight: string, hands: string) => weigh(hands, weight))
+    .replace(/\s*([,;])[\s,;]*/g, "$1")
+    .replace(/^[\s,;]+|[\s,;]+$/g, "");
+}
+
+/** 0.4(AsKs,QQ) is AsKs:0.4,QQ:0.4. */
+function weigh(hands: string, weight: string): string {
+  const pieces = hands.split(/[\s,;]+/).filter((piece) => piece !== "");
+  return pieces.map((piece) => `${piece}:${weight}`).join(",");
+}

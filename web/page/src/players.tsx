@@ -1,0 +1,179 @@
+// The players: what each may hold, and what that is worth.
+
+import { memo } from "preact/compat";
+import { useId, useRef } from "preact/hooks";
+import type { Game, PlayerAnswer } from "pokermath";
+import { useReading } from "./calculator.js";
+import { holeCards } from "./cards.js";
+import { Icon } from "./icons.js";
+import { IconButton, Note } from "./controls.js";
+import { tidyRange } from "./paste.js";
+import { T, count, percent } from "./texts.js";
+
+/** Win solid, the shares of tied pots striped behind it. */
+function EquityBar({ player, cases }: { player: PlayerAnswer; cases: number }) {
+  const win = cases > 0 ? Math.min(player.wins / cases, player.equity) : 0;
+  const tie = Math.max(0, player.equity - win);
+  return (
+    <div class="bar" aria-hidden="true">
+      <span class="bar-win" style={{ width: `${100 * win}%` }} />
+      <span class="bar-tie" style={{ width: `${100 * tie}%` }} />
+    </div>
+  );
+}
+
+function Figures({ player, cases }: { player: PlayerAnswer; cases: number }) {
+  const part = (number: number) => (cases > 0 ? number / cases : null);
+  return (
+    <dl class="figures">
+      <div>
+        <dt>{T.win}</dt>
+        <dd>
+          {percent(part(player.wins))} <small>{count(player.wins)}</small>
+        </dd>
+      </div>
+      <div>
+        <dt>{T.tie}</dt>
+        <dd>
+          {percent(part(player.ties))} <small>{count(player.ties)}</small>
+        </dd>
+      </div>
+      {player.low !== undefined && (
+        <div>
+          <dt>{T.low}</dt>
+          <dd>{percent(player.low)}</dd>
+        </div>
+      )}
+      <div class="figures-hands">
+        <dd>
+          <small>{T.hands(player.hands)}</small>
+        </dd>
+      </div>
+    </dl>
+  );
+}
+
+interface RangeTextProps {
+  id: string;
+  value: string;
+  label: string;
+  placeholder: string;
+  error: string | null;
+  warnings: readonly string[];
+  onText: (text: string, typed: boolean) => void;
+}
+
+/** A range as text, as many lines as it needs; what is pasted is tidied. */
+export function RangeText(props: RangeTextProps) {
+  const note = useId();
+  const onPaste = (event: ClipboardEvent) => {
+    const pasted = event.clipboardData?.getData("text/plain") ?? "";
+    const box = event.currentTarget as HTMLTextAreaElement;
+    event.preventDefault();
+    const before = box.value.slice(0, box.selectionStart);
+    const after = box.value.slice(box.selectionEnd);
+    props.onText(before + tidyRange(pasted) + after, false);
+  };
+  return (
+    <>
+      <textarea
+        id={props.id}
+        class="range-text"
+        rows={1}
+        value={props.value}
+        placeholder={props.placeholder}
+        aria-label={props.label}
+        aria-invalid={props.error !== null}
+        aria-describedby={note}
+        autocomplete="off"
+        autocapitalize="off"
+        spellcheck={false}
+        onInput={(event) => props.onText(event.currentTarget.value.replace(/\n/g, " "), true)}
+        onKeyDown={(event) => {
+          if (event.key === "Enter") event.preventDefault();
+        }}
+        onPaste={onPaste}
+      />
+      <div id={note} class="notes">
+        {props.error !== null && <Note kind="error">{props.error}</Note>}
+        {props.error === null &&
+          props.warnings.map((warning) => (
+            <Note key={warning} kind="warning">
+              {warning}
+            </Note>
+          ))}
+      </div>
+    </>
+  );
+}
+
+interface PlayerProps {
+  at: number;
+  game: Game;
+  text: string;
+  chosen: boolean;
+  removable: boolean;
+  answer: PlayerAnswer | null;
+  cases: number;
+  error: string | null;
+  onText: (at: number, text: string, typed: boolean) => void;
+  onRemove: (at: number) => void;
+  onChoose: (at: number) => void;
+}
+
+export const Player = memo(function Player(props: PlayerProps) {
+  const { at, answer, text, game } = props;
+  const reading = useReading(game, text);
+  const field = useRef(`player-${at}`);
+  const placeholder = holeCards(game) === 2 ? T.rangePlaceholder : T.omahaPlaceholder;
+  return (
+    <li class={`player p${at % 10} ${props.chosen ? "chosen" : ""}`}>
+      <div class="player-head">
+        <button
+          type="button"
+          class="player-name"
+          aria-pressed={props.chosen}
+          aria-label={T.showPlayer(at)}
+          onClick={() => props.onChoose(at)}
+        >
+          <span class="dot" />
+          {T.player(at)}
+          <Icon name="grid" />
+        </button>
+        <span class="equity" data-equity={at}>
+          {answer === null ? "" : percent(answer.equity)}
+          {answer?.standard_error != null && <small>{T.standardError(answer.standard_error)}</small>}
+        </span>
+        {props.removable && (
+          <IconButton icon="close" label={T.removePlayer(at)} onClick={() => props.onRemove(at)} />
+        )}
+      </div>
+      <RangeText
+        id={field.current}
+        value={text}
+        label={T.rangeOf(at)}
+        placeholder={placeholder}
+        error={props.error}
+        warnings={reading?.warnings ?? []}
+        onText={(next, typed) => props.onText(at, next, typed)}
+      />
+      {answer !== null && (
+        <div class="player-answer">
+          <EquityBar player={answer} cases={props.cases} />
+          <Figures player={answer} cases={props.cases} />
+        </div>
+      )}
+    </li>
+  );
+});
+
+/** All shares of the pot in one line. */
+export function PotBar({ players }: { players: readonly PlayerAnswer[] }) {
+  return (
+    <div class="pot-bar" aria-hidden="true">
+      {players.map((player, at) => (
+        <span key={at} class={`p${at % 10}`} style={{ width: `${100 * player.equity}%` }} />
+      ))}
+    </div>
+  );
+}

@@ -1,0 +1,103 @@
+import { describe, expect, it } from "vitest";
+import { readHash, writeHash, type View } from "./hash.js";
+import { tidyRange } from "./paste.js";
+import { OPENING, begin, cardsInUse, change, redo, undo, withGame, type Query } from "./state.js";
+
+describe("history", () => {
+  const typed = (text: string): Query => ({ ...OPENING, players: ["AhKd", text] });
+
+  it("takes letters typed one after the other as one step", () => {
+    let history = begin(OPENING);
+    history = change(history, typed("Q"), "players/1", 1000);
+    history = change(history, typed("QQ"), "players/1", 1200);
+    history = change(history, typed("QQ+"), "players/1", 9000);
+    expect(history.past.length).toBe(2);
+    history = undo(history);
+    expect(history.present.players[1]).toBe("QQ");
+    history = undo(history);
+    expect(history.present).toEqual(OPENING);
+    expect(undo(history)).toBe(history);
+    history = redo(redo(history));
+    expect(history.present.players[1]).toBe("QQ+");
+    expect(redo(history)).toBe(history);
+  });
+
+  it("forgets what was undone at the next change, and no change is no step", () => {
+    let history = change(begin(OPENING), typed("AA"), "", 0);
+    history = change(undo(history), typed("KK"), "", 1);
+    expect(history.future).toEqual([]);
+    expect(change(history, typed("KK"), "", 2)).toBe(history);
+  });
+});
+
+describe("another game", () => {
+  it("begins hands anew only where they have another number of cards", () => {
+    const board = { ...OPENING, board: "2c7dTh" };
+    const short = withGame(board, "shortdeck");
+    expect(short.players).toEqual(OPENING.players);
+    expect(short.board).toBe("7dTh");
+    const omaha = withGame({ ...board, players: ["AA", "KK", "QQ"] }, "omaha");
+    expect(omaha.players.length).toBe(3);
+    expect(omaha.players[2]).toBe("random");
+    expect(omaha.board).toBe("2c7dTh");
+    expect(withGame({ ...board, board: "oops" }, "shortdeck").board).toBe("oops");
+  });
+
+  it("knows the cards in sight", () => {
+    expect([...cardsInUse({ ...OPENING, dead: "3s" })].sort()).toEqual(
+      ["2c", "3s", "7d", "Ah", "Kd", "Th"].sort(),
+    );
+  });
+});
+
+describe("the address", () => {
+  const view: View = { tab: "next", player: 1 };
+
+  it("brings back every question, whatever was typed", () => {
+    const odd: Query = {
+      game: "omaha-hilo",
+      players: ["AAxx:ds!AAAx@50", "[25.0]AAxx,KK&=#[/25.0]", "10%,ü", ""],
+      folded: ["5%-20%"],
+      board: "A♥ K♦",
+      dead: "2c",
+      to: "turn",
+      method: "sampled",
+      standardError: 0.001,
+      timeMs: 500,
+    };
+    for (const query of [odd, OPENING]) {
+      expect(readHash(writeHash(query, view))).toEqual({ query, view });
+    }
+  });
+
+  it("stays readable", () => {
+    expect(writeHash({ ...OPENING, players: ["AhKd", "TT+,AQs:0.5"] }, view)).toBe(
+      "#p=AhKd&p=TT+,AQs:0.5&board=2c7dTh&view=next&of=2",
+    );
+  });
+
+  it("makes something of what others wrote", () => {
+    expect(readHash("")).toBeNull();
+    expect(readHash("#p=AA")).toBeNull();
+    const read = readHash("#p=AA&p=15%&game=chess&to=showdown&of=7&view=x&ms=-1");
+    expect(read?.query).toEqual({ ...OPENING, players: ["AA", "15%"], board: "" });
+    expect(read?.view).toEqual({ tab: "range", player: 0 });
+  });
+});
+
+describe("pasted ranges", () => {
+  it.each([
+    ["TT+,AQs+:0.5", "TT+,AQs+:0.5"],
+    ["AA: 0.5, KK : 1", "AA:0.5,KK:1"],
+    ["AA:0.5\r\nKK\nQQ:0.25\n", "AA:0.5,KK,QQ:0.25"],
+    ["\u201cTT\u2013 88\u201d", "TT-88"],
+    ["[50]AA, KK[/50]", "[50]AA,KK[/50]"],
+    ["AA@50; KK @ 25", "AA@50;KK@25"],
+    ["0.4(AsKs, QQ),JJ", "AsKs:0.4,QQ:0.4,JJ"],
+    ["15\u00a0%", "15%"],
+    ["AAxx:ds!AAAx@50", "AAxx:ds!AAAx@50"],
+    ["AA KK", "AA KK"],
+  ])("%j becomes %j", (pasted, tidy) => {
+    expect(tidyRange(pasted)).toBe(tidy);
+  });
+});
