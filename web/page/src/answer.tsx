@@ -167,7 +167,7 @@ function Status({ asking, earlier }: { asking: Asking; earlier: boolean }) {
     return () => clearTimeout(timer);
   }, [running]);
   return (
-    <div class="status" data-state={running ? "running" : error === null ? "done" : "wrong"}>
+    <div class="status" data-state={stateOf(asking)}>
       {running && slow ? (
         <Work asking={asking} />
       ) : (
@@ -189,6 +189,11 @@ function Status({ asking, earlier }: { asking: Asking; earlier: boolean }) {
       )}
     </div>
   );
+}
+
+function stateOf({ running, stopped, error }: Asking): string {
+  if (running) return "running";
+  return stopped ? "stopped" : error === null ? "done" : "wrong";
 }
 
 /** Errors of a field stand at that field. */
@@ -222,9 +227,7 @@ function Work({ asking }: { asking: Asking }) {
     <div class="work">
       <div class="work-line">
         <span>
-          {progress === null
-            ? T.loading
-            : T.working(progress.method, part, progress.secondsLeft)}
+          {progress === null ? T.loading : T.working(progress.method, part, progress.secondsLeft)}
         </span>
         <button type="button" class="button stop" onClick={asking.stop}>
           {T.stop}

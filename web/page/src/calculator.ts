@@ -1,22 +1,24 @@
-// The page's two calculators: one answers questions and is cancelled by newer ones, the other reads and
-// writes ranges meanwhile, so that the grid never waits for a long count.
+// What the page asks its calculator: one question at a time, which a newer one cancels, and meanwhile what
+// ranges mean.
 
 import { createContext } from "preact";
 import { useContext, useEffect, useRef, useState } from "preact/hooks";
 import { PokermathError } from "pokermath";
-import type { Answer, Game, PokermathCalculator, Progress, Question, RangeReading } from "pokermath";
+import type {
+  Answer,
+  Game,
+  PokermathCalculator,
+  Progress,
+  Question,
+  RangeReading,
+} from "pokermath";
 
-export interface Calculators {
-  answers: PokermathCalculator;
-  ranges: PokermathCalculator;
-}
+export const CalculatorContext = createContext<PokermathCalculator | null>(null);
 
-export const CalculatorContext = createContext<Calculators | null>(null);
-
-export function useCalculators(): Calculators {
-  const calculators = useContext(CalculatorContext);
-  if (calculators === null) throw new Error("no calculators");
-  return calculators;
+export function useCalculator(): PokermathCalculator {
+  const calculator = useContext(CalculatorContext);
+  if (calculator === null) throw new Error("no calculator");
+  return calculator;
 }
 
 /** What is known about the question; the last good answer stays until there is a better one. */
@@ -25,23 +27,25 @@ export interface Asked {
   last: { question: Question; answer: Answer } | null;
   /** What is wrong with the present question. */
   error: PokermathError | null;
-  running: boolean;
   progress: Progress | null;
+  /** The question, as JSON, that was answered, refused or stopped last; "" for none. */
+  settled: string;
   stopped: boolean;
 }
 
-const NOTHING: Asked = { last: null, error: null, running: true, progress: null, stopped: false };
+const NOTHING: Asked = { last: null, error: null, progress: null, settled: "", stopped: false };
 /** Letters that come faster than this are one question. */
 const REST_MS = 20;
 
 export interface Asking extends Asked {
+  running: boolean;
   stop: () => void;
   again: () => void;
 }
 
 /** Asks the question, and again whenever another one is given; an older one is cancelled. */
 export function useAnswer(question: Question): Asking {
-  const { answers } = useCalculators();
+  const calculator = useCalculator();
   const [asked, setAsked] = useState(NOTHING);
   const [round, setRound] = useState(0);
   const abort = useRef<AbortController | null>(null);
@@ -56,12 +60,12 @@ export function useAnswer(question: Question): Asking {
     };
     const ask = async () => {
       try {
-        show({ running: true, progress: null, stopped: false });
+        show({ progress: null, settled: "", stopped: false });
         const onProgress = (progress: Progress) => show({ progress });
-        const answer = await answers.calculate(question, { signal, onProgress });
-        show({ last: { question, answer }, error: null, running: false, progress: null });
+        const answer = await calculator.calculate(question, { signal, onProgress });
+        show({ last: { question, answer }, error: null, settled: key });
       } catch (problem) {
-        show({ error: errorOf(problem), running: false, progress: null });
+        show({ error: errorOf(problem), settled: key });
       }
     };
     const timer = setTimeout(() => void ask(), REST_MS);
@@ -71,13 +75,14 @@ export function useAnswer(question: Question): Asking {
     };
     // The key stands for the question, which is another object at every drawing.
     // eslint-disable-next-line react-hooks/exhaustive-deps
-  }, [answers, key, round]);
+  }, [calculator, key, round]);
 
   return {
     ...asked,
+    running: asked.settled !== key,
     stop: () => {
       abort.current?.abort();
-      setAsked((before) => ({ ...before, running: false, progress: null, stopped: true }));
+      setAsked((before) => ({ ...before, settled: key, stopped: true }));
     },
     again: () => setRound((before) => before + 1),
   };
@@ -96,11 +101,11 @@ export function errorAt(error: PokermathError | null, field: string): string | n
 const FEW = 200;
 const readings = new Map<string, Promise<RangeReading>>();
 
-function read(ranges: PokermathCalculator, game: Game, text: string): Promise<RangeReading> {
+function read(calculator: PokermathCalculator, game: Game, text: string): Promise<RangeReading> {
   const key = `${game} ${text}`;
   const known = readings.get(key);
   if (known !== undefined) return known;
-  const reading = ranges.describe(game, text);
+  const reading = calculator.describe(game, text);
   if (readings.size >= FEW) readings.clear();
   readings.set(key, reading);
   return reading;
@@ -108,11 +113,11 @@ function read(ranges: PokermathCalculator, game: Game, text: string): Promise<Ra
 
 /** What a text means; while it is typed or wrong, what it meant before. */
 export function useReading(game: Game, text: string): RangeReading | null {
-  const { ranges } = useCalculators();
+  const calculator = useCalculator();
   const [shown, setShown] = useState<{ game: Game; reading: RangeReading } | null>(null);
   useEffect(() => {
     let current = true;
-    read(ranges, game, text).then(
+    read(calculator, game, text).then(
       (reading) => {
         if (current) setShown({ game, reading });
       },
@@ -121,7 +126,7 @@ export function useReading(game: Game, text: string): RangeReading | null {
     return () => {
       current = false;
     };
-  }, [ranges, game, text]);
+  }, [calculator, game, text]);
   return shown?.game === game ? shown.reading : null;
 }
 

@@ -65,7 +65,13 @@ interface SelectProps<T extends string> {
   quiet?: boolean;
 }
 
-export function Select<T extends string>({ label, value, options, onChange, quiet }: SelectProps<T>) {
+export function Select<T extends string>({
+  label,
+  value,
+  options,
+  onChange,
+  quiet,
+}: SelectProps<T>) {
   return (
     <label class="field">
       <span class={quiet === true ? "unseen" : "field-name"}>{label}</span>

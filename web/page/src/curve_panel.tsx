@@ -16,7 +16,11 @@ interface Line {
   steps: readonly Step[];
 }
 
-export const CurvePanel = memo(function CurvePanel({ players }: { players: readonly PlayerAnswer[] }) {
+export const CurvePanel = memo(function CurvePanel({
+  players,
+}: {
+  players: readonly PlayerAnswer[];
+}) {
   const [place, setPlace] = useState<number | null>(null);
   const lines = useMemo(
     () =>

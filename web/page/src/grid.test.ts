@@ -66,7 +66,8 @@ describe("painting", () => {
   });
 
   it("takes a hand and the better ones of its line", () => {
-    const names = (label: string) => andBetter(cells.indexOf(cell(label)), 13).map((at) => cells[at]?.label);
+    const names = (label: string) =>
+      andBetter(cells.indexOf(cell(label)), 13).map((at) => cells[at]?.label);
     expect(names("QQ")).toEqual(["AA", "KK", "QQ"]);
     expect(names("ATs")).toEqual(["AKs", "AQs", "AJs", "ATs"]);
     expect(names("K9o")).toEqual(["KQo", "KJo", "KTo", "K9o"]);

@@ -96,7 +96,10 @@ export interface Point {
  * several cells between two events; all of them count.
  */
 export function cellsBetween(from: Point, to: Point, size: number): number[] {
-  const steps = Math.max(1, Math.ceil(4 * Math.max(Math.abs(to.x - from.x), Math.abs(to.y - from.y))));
+  const steps = Math.max(
+    1,
+    Math.ceil(4 * Math.max(Math.abs(to.x - from.x), Math.abs(to.y - from.y))),
+  );
   const passed = new Set<number>();
   for (let step = 0; step <= steps; ++step) {
     const column = Math.floor(from.x + ((to.x - from.x) * step) / steps);

@@ -9,7 +9,13 @@ import { T, count, percent } from "./texts.js";
 
 const PAGE = 60;
 
-export function HandList({ reading, answer }: { reading: RangeReading | null; answer: PlayerAnswer | null }) {
+export function HandList({
+  reading,
+  answer,
+}: {
+  reading: RangeReading | null;
+  answer: PlayerAnswer | null;
+}) {
   return (
     <div class="hand-list">
       {answer?.classes !== undefined && <Kinds classes={answer.classes} />}
@@ -69,7 +75,8 @@ function Hands({ reading }: { reading: RangeReading }) {
   return (
     <section>
       <h3>
-        {T.handList} <span class="muted">{reading.cut ? T.firstOf(weights.length, hands) : count(hands)}</span>
+        {T.handList}{" "}
+        <span class="muted">{reading.cut ? T.firstOf(weights.length, hands) : count(hands)}</span>
       </h3>
       <ul class="hands">
         {weights.slice(0, shown).map(([hand, weight]) => (

@@ -61,7 +61,10 @@ export function readHash(hash: string): { query: Query; view: View } | null {
     timeMs: positive(one("ms")),
   };
   const player = (positive(one("of")) ?? 1) - 1;
-  const view = { tab: among(TABS, one("view"), "range"), player: players[player] === undefined ? 0 : player };
+  const view = {
+    tab: among(TABS, one("view"), "range"),
+    player: players[player] === undefined ? 0 : player,
+  };
   return { query, view };
 }
 

@@ -4,7 +4,11 @@ import { memo } from "preact/compat";
 import type { MadeOutcome, PlayerAnswer } from "pokermath";
 import { T, percent } from "./texts.js";
 
-export const MadePanel = memo(function MadePanel({ players }: { players: readonly PlayerAnswer[] }) {
+export const MadePanel = memo(function MadePanel({
+  players,
+}: {
+  players: readonly PlayerAnswer[];
+}) {
   const categories = categoriesOf(players);
   return (
     <div class="made" tabIndex={0} role="region" aria-label={T.category}>

@@ -6,11 +6,10 @@ import { App } from "./app.js";
 import { CalculatorContext } from "./calculator.js";
 import "./style.css";
 
-const calculators = { answers: new Calculator(), ranges: new Calculator({ threads: 1 }) };
 const place = document.getElementById("page");
 if (place !== null) {
   render(
-    <CalculatorContext.Provider value={calculators}>
+    <CalculatorContext.Provider value={new Calculator()}>
       <App />
     </CalculatorContext.Provider>,
     place,

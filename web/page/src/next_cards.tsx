@@ -30,7 +30,10 @@ interface Row {
 
 export const NextCards = memo(function NextCards({ next, player, equity, ranks }: NextProps) {
   const [sort, setSort] = useState<Sort>("suit");
-  const rows = useMemo(() => sorted(rowsOf(next, player), sort, ranks), [next, player, sort, ranks]);
+  const rows = useMemo(
+    () => sorted(rowsOf(next, player), sort, ranks),
+    [next, player, sort, ranks],
+  );
   if (rows.length === 0) return <p class="muted">{T.noNext}</p>;
   const flops = (rows[0]?.cards.length ?? 1) > 1;
   return (
@@ -46,9 +49,7 @@ export const NextCards = memo(function NextCards({ next, player, equity, ranks }
           }))}
           onChange={setSort}
         />
-        <span class="muted">
-          {flops ? T.flops(rows.length) : T.nowAt(percent(equity, 1))}
-        </span>
+        <span class="muted">{flops ? T.flops(rows.length) : T.nowAt(percent(equity, 1))}</span>
       </div>
       {flops ? (
         <Flops rows={rows} equity={equity} />

@@ -142,7 +142,9 @@ export const Player = memo(function Player(props: PlayerProps) {
         </button>
         <span class="equity" data-equity={at}>
           {answer === null ? "" : percent(answer.equity)}
-          {answer?.standard_error != null && <small>{T.standardError(answer.standard_error)}</small>}
+          {answer?.standard_error != null && (
+            <small>{T.standardError(answer.standard_error)}</small>
+          )}
         </span>
         {props.removable && (
           <IconButton icon="close" label={T.removePlayer(at)} onClick={() => props.onRemove(at)} />

@@ -104,10 +104,7 @@ export function usePage() {
       dispatch({ do: "text", at, text, key, now: Date.now() }),
     [],
   );
-  const onRemove = useCallback(
-    (at: number) => dispatch({ do: "remove", at, now: Date.now() }),
-    [],
-  );
+  const onRemove = useCallback((at: number) => dispatch({ do: "remove", at, now: Date.now() }), []);
   const onView = useCallback((view: Partial<View>) => dispatch({ do: "view", view }), []);
   return {
     query,

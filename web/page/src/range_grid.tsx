@@ -25,7 +25,8 @@ interface CellProps {
 
 const GridCell = memo(function GridCell(props: CellProps) {
   const { at, label, weight, equity, blocked } = props;
-  const kind = weight === 0 ? "out" : blocked ? "blocked" : equity === null ? "plain" : heat(equity).side;
+  const kind =
+    weight === 0 ? "out" : blocked ? "blocked" : equity === null ? "plain" : heat(equity).side;
   return (
     <div
       role="gridcell"

@@ -6,7 +6,7 @@
 
 import { useMemo, useRef, useState } from "preact/hooks";
 import type { Game, PlayerAnswer, RangeReading } from "pokermath";
-import { useCalculators, useLatest, useReading } from "./calculator.js";
+import { useCalculator, useLatest, useReading } from "./calculator.js";
 import { canonical, holeCards, ranksOf } from "./cards.js";
 import { Icon } from "./icons.js";
 import { cellsOf, listOf, paint, weightsOf, type Weights } from "./grid.js";
@@ -42,12 +42,18 @@ interface Draft {
 }
 
 /** The weights that stand for the text, and a way to change them. */
-function usePaintedText({ game, at, text, onText, reading }: RangeProps & { reading: RangeReading | null }) {
-  const { ranges } = useCalculators();
+function usePaintedText({
+  game,
+  at,
+  text,
+  onText,
+  reading,
+}: RangeProps & { reading: RangeReading | null }) {
+  const calculator = useCalculator();
   const [draft, setDraft] = useState<Draft | null>(null);
   const read = useMemo(() => weightsOf(reading?.weights ?? []), [reading]);
   const write = useLatest(async (job: { at: number; weights: Weights }) => {
-    const written = await ranges.rangeText(game, listOf(job.weights));
+    const written = await calculator.rangeText(game, listOf(job.weights));
     setDraft((now) => (now?.weights === job.weights ? { ...now, text: written } : now));
     onText(job.at, written, `paint/${job.at}`);
   });
@@ -83,7 +89,15 @@ function GridPanel(props: RangeProps & { reading: RangeReading | null }) {
         brush={brush}
         onBrush={setBrush}
         onText={(text, key) => props.onText(at, text, key)}
-        onAll={() => onPaint(paint(NO_WEIGHTS, cells.flatMap((cell) => cell.hands), brush))}
+        onAll={() =>
+          onPaint(
+            paint(
+              NO_WEIGHTS,
+              cells.flatMap((cell) => cell.hands),
+              brush,
+            ),
+          )
+        }
         onNone={() => onPaint(NO_WEIGHTS)}
         onSuits={() => openSuits(open === null ? focused.current : null)}
         suitsOpen={open !== null}
@@ -221,12 +235,7 @@ function Tools(props: ToolsProps) {
         <button type="button" class="button" onClick={props.onNone}>
           {T.noHands}
         </button>
-        <button
-          type="button"
-          class="button"
-          aria-pressed={props.suitsOpen}
-          onClick={props.onSuits}
-        >
+        <button type="button" class="button" aria-pressed={props.suitsOpen} onClick={props.onSuits}>
           <Icon name="cards" /> {T.suits}
         </button>
       </div>

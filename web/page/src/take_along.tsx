@@ -1,7 +1,7 @@
 // What one takes along: the answer as text, JSON and CSV, and the picture of what is looked at.
 
 import type { DetailName, DocumentKind } from "pokermath";
-import { useCalculators } from "./calculator.js";
+import { useCalculator } from "./calculator.js";
 import { T } from "./texts.js";
 
 interface TakeProps {
@@ -13,10 +13,10 @@ interface TakeProps {
 }
 
 export function TakeAlong({ by, picture, disabled, onTold }: TakeProps) {
-  const { answers } = useCalculators();
+  const calculator = useCalculator();
   const take = async (kind: DocumentKind) => {
     try {
-      const text = await answers.document(kind, by);
+      const text = await calculator.document(kind, by);
       if (kind === "svg") save(text, `equity-${T.detailNames[by]}.svg`);
       else await copy(text);
       onTold(kind === "svg" ? T.saved : T.copied(T.whats[kind]));

@@ -178,7 +178,11 @@ export const T = {
     weight === 0
       ? `${name}: not in the range`
       : `${name}: ${Math.round(100 * weight)} % in the range` +
-        (equity === null ? (blocked ? ", blocked" : "") : `, equity ${(100 * equity).toFixed(1)} %`),
+        (equity === null
+          ? blocked
+            ? ", blocked"
+            : ""
+          : `, equity ${(100 * equity).toFixed(1)} %`),
   holding: (name: string, weight: number, equity: number | null) =>
     `${name}: weight ${Math.round(100 * weight)} %` +
     (equity === null ? "" : `, equity ${(100 * equity).toFixed(1)} %`),
