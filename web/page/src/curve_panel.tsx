@@ -9,6 +9,7 @@ import { T, percent } from "./texts.js";
 const SIZE = 400;
 const LEFT = 44;
 const TOP = 12;
+const WIDE = LEFT + SIZE + 24;
 const MARKS = [0, 0.25, 0.5, 0.75, 1];
 
 interface Line {
@@ -33,12 +34,12 @@ export const CurvePanel = memo(function CurvePanel({
   return (
     <div class="curve">
       <svg
-        viewBox={`0 0 ${SIZE + LEFT + 16} ${SIZE + TOP + 44}`}
+        viewBox={`0 0 ${WIDE} ${SIZE + TOP + 44}`}
         role="img"
         aria-label={T.curve}
         onPointerMove={(event) => {
           const { left, width } = event.currentTarget.getBoundingClientRect();
-          const x = (((event.clientX - left) / width) * (SIZE + LEFT + 16) - LEFT) / SIZE;
+          const x = (((event.clientX - left) / width) * WIDE - LEFT) / SIZE;
           setPlace(x < 0 || x > 1 ? null : x);
         }}
         onPointerLeave={() => setPlace(null)}

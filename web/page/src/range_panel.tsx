@@ -84,26 +84,26 @@ function GridPanel(props: RangeProps & { reading: RangeReading | null }) {
   const all = (ranks.length * 4 * (ranks.length * 4 - 1)) / 2;
   return (
     <div class="range-panel">
-      <Tools
-        game={game}
-        brush={brush}
-        onBrush={setBrush}
-        onText={(text, key) => props.onText(at, text, key)}
-        onAll={() =>
-          onPaint(
-            paint(
-              NO_WEIGHTS,
-              cells.flatMap((cell) => cell.hands),
-              brush,
-            ),
-          )
-        }
-        onNone={() => onPaint(NO_WEIGHTS)}
-        onSuits={() => openSuits(open === null ? focused.current : null)}
-        suitsOpen={open !== null}
-        top={props.text}
-      />
-      <div class="grid-and-suits">
+      <div class="range-parts">
+        <Tools
+          game={game}
+          brush={brush}
+          onBrush={setBrush}
+          onText={(text, key) => props.onText(at, text, key)}
+          onAll={() =>
+            onPaint(
+              paint(
+                NO_WEIGHTS,
+                cells.flatMap((cell) => cell.hands),
+                brush,
+              ),
+            )
+          }
+          onNone={() => onPaint(NO_WEIGHTS)}
+          onSuits={() => openSuits(open === null ? focused.current : null)}
+          suitsOpen={open !== null}
+          top={props.text}
+        />
         <div class="grid-box">
           <RangeGrid
             label={T.grid(at)}
@@ -121,21 +121,22 @@ function GridPanel(props: RangeProps & { reading: RangeReading | null }) {
             }}
             onOpen={(index) => openSuits(open === index ? null : index)}
           />
-          <div class="grid-foot">
-            <HeatLegend />
-            <span class="muted in-range">{T.inRange(weights.size, all)}</span>
-          </div>
         </div>
-        {opened !== undefined && (
-          <Suits
-            cell={opened}
-            weights={weights}
-            equities={holdings}
-            brush={brush}
-            onPaint={onPaint}
-            onClose={() => openSuits(null)}
-          />
-        )}
+        <div class="range-side">
+          <p class="in-range">{T.inRange(weights.size, all)}</p>
+          {opened === undefined ? (
+            <HeatLegend />
+          ) : (
+            <Suits
+              cell={opened}
+              weights={weights}
+              equities={holdings}
+              brush={brush}
+              onPaint={onPaint}
+              onClose={() => openSuits(null)}
+            />
+          )}
+        </div>
       </div>
       <p class="note hint">{T.gridHelp}</p>
     </div>

@@ -1,0 +1,15 @@
+// Tests of the built page in a real browser; `npm run build` (or ./run web) makes the page before.
+
+import { fileURLToPath } from "node:url";
+import { defineConfig } from "vitest/config";
+
+export default defineConfig({
+  test: {
+    root: fileURLToPath(new URL(".", import.meta.url)),
+    include: ["*.test.ts"],
+    testTimeout: 20_000,
+    hookTimeout: 20_000,
+    // One browser after the other: the figures that are printed are those of one page alone.
+    fileParallelism: false,
+  },
+});
