@@ -69,7 +69,10 @@ export async function settled(page: Page): Promise<string> {
 /** Another question in the address of the open page. */
 export async function go(page: Page, hash: string): Promise<string> {
   await page.evaluate((to) => {
+    const before = location.hash;
+    const heard = new Promise((done) => addEventListener("hashchange", done, { once: true }));
     location.hash = to;
+    return location.hash === before ? undefined : heard;
   }, hash);
   return settled(page);
 }

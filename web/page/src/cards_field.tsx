@@ -47,7 +47,8 @@ export function Deck({ name, ranks, chosen, used, full, onToggle, onBack, onClos
     else if (!move(event.key)) {
       const typed = typeCard(pending, event.key);
       setPending(typed.pending);
-      if (typed.card !== undefined && cards.includes(typed.card)) onToggle(typed.card);
+      const { card } = typed;
+      if (card !== undefined && cards.includes(card) && !blocked(card)) onToggle(card);
       if (event.key.length !== 1 || event.key === " ") return;
     }
     event.preventDefault();
@@ -69,14 +70,16 @@ export function Deck({ name, ranks, chosen, used, full, onToggle, onBack, onClos
             tabIndex={index === at ? 0 : -1}
             aria-pressed={chosen.includes(card)}
             aria-disabled={blocked(card)}
-            aria-label={spokenCard(card)}
             data-card={card}
             onFocus={() => setAt(index)}
             onClick={() => {
               if (!blocked(card)) onToggle(card);
             }}
           >
-            <Card card={card} />
+            <span class="unseen">{spokenCard(card)}</span>
+            <span aria-hidden="true">
+              <Card card={card} />
+            </span>
           </button>
         ))}
       </div>

@@ -76,8 +76,9 @@ export function usePage() {
   }, [hash]);
 
   useEffect(() => {
-    const onHash = () => {
-      const opened = readHash(location.hash);
+    const onHash = (event: HashChangeEvent) => {
+      // Not the address of now: the page may have written there meanwhile.
+      const opened = readHash(new URL(event.newURL).hash);
       if (opened !== null) dispatch({ do: "open", ...opened, now: Date.now() });
     };
     const onKey = (event: KeyboardEvent) => {

@@ -34,8 +34,8 @@ const GridCell = memo(function GridCell(props: CellProps) {
       data-cell={at}
       tabIndex={props.focused ? 0 : -1}
       aria-selected={weight > 0}
-      aria-label={T.cell(label, weight / 1000, equity, blocked)}
     >
+      <span class="unseen">{T.cell(label, weight / 1000, equity, blocked)}</span>
       {weight > 0 && (
         <span
           class="fill"
@@ -45,9 +45,11 @@ const GridCell = memo(function GridCell(props: CellProps) {
           }}
         />
       )}
-      <span class="cell-name">{label}</span>
+      <span class="cell-name" aria-hidden="true">
+        {label}
+      </span>
       {equity !== null && weight > 0 && (
-        <span class="cell-equity">
+        <span class="cell-equity" aria-hidden="true">
           {Math.floor(100 * equity + 0.05)}
           <span class="decimal">.{Math.round(1000 * equity) % 10}</span>
         </span>
@@ -67,7 +69,8 @@ interface GridProps {
   answered: boolean;
   brush: number;
   open: number | null;
-  onPaint: (weights: Weights) => void;
+  /** Changes with the same name are one step for undo; "" is a step of its own. */
+  onPaint: (weights: Weights, step: string) => void;
   onFocusCell: (at: number) => void;
   onOpen: (at: number) => void;
 }
@@ -93,11 +96,11 @@ export function RangeGrid(props: GridProps) {
     const to = neighbour(at, event.key, size);
     if (to !== null) focus(to);
     else if (event.key === " ") {
-      props.onPaint(paint(weights, cell.hands, strokeFrom(weights, cell, props.brush)));
+      props.onPaint(paint(weights, cell.hands, strokeFrom(weights, cell, props.brush)), "");
     } else if (event.key === "Enter") props.onOpen(at);
-    else if (event.key === "Delete") props.onPaint(paint(weights, cell.hands, 0));
+    else if (event.key === "Delete") props.onPaint(paint(weights, cell.hands, 0), "");
     else if ("+-=−".includes(event.key)) {
-      props.onPaint(turned(weights, cell, event.key === "+" || event.key === "="));
+      props.onPaint(turned(weights, cell, event.key === "+" || event.key === "="), cell.label);
     } else return;
     event.preventDefault();
   };
@@ -137,6 +140,7 @@ export function RangeGrid(props: GridProps) {
 }
 
 interface Stroke {
+  name: string;
   weight: number;
   last: Point;
   weights: Weights;
@@ -165,7 +169,7 @@ function usePainting(box: Box, latest: Latest, focus: (index: number) => void) {
       const { cells, size, onPaint } = latest.current;
       const hands = cellsBetween(from, to, size).flatMap((index) => cells[index]?.hands ?? []);
       now.weights = paint(now.weights, hands, now.weight);
-      onPaint(now.weights);
+      onPaint(now.weights, now.name);
     };
     const onDown = (event: PointerEvent) => {
       const { cells, size, weights, brush, onOpen, onPaint } = latest.current;
@@ -181,9 +185,10 @@ function usePainting(box: Box, latest: Latest, focus: (index: number) => void) {
         onOpen(index);
       } else if (event.altKey) {
         const line = andBetter(index, size).flatMap((other) => cells[other]?.hands ?? []);
-        onPaint(paint(weights, line, brush));
+        onPaint(paint(weights, line, brush), "");
       } else {
-        stroke = { weight: strokeFrom(weights, cell, brush), last: from, weights };
+        const name = `stroke ${event.timeStamp}`;
+        stroke = { name, weight: strokeFrom(weights, cell, brush), last: from, weights };
         draw(stroke, from, from);
       }
     };
@@ -224,7 +229,7 @@ function useWheel(box: Box, latest: Latest) {
       if (cell === undefined || share(weights, cell) === 0 || event.deltaY === 0) return;
       if (!grid.contains(document.activeElement)) return;
       event.preventDefault();
-      onPaint(turned(weights, cell, event.deltaY < 0));
+      onPaint(turned(weights, cell, event.deltaY < 0), cell.label);
     };
     grid.addEventListener("wheel", onWheel, { passive: false });
     return () => grid.removeEventListener("wheel", onWheel);

@@ -52,14 +52,14 @@ function usePaintedText({
   const calculator = useCalculator();
   const [draft, setDraft] = useState<Draft | null>(null);
   const read = useMemo(() => weightsOf(reading?.weights ?? []), [reading]);
-  const write = useLatest(async (job: { at: number; weights: Weights }) => {
+  const write = useLatest(async (job: { at: number; weights: Weights; step: string }) => {
     const written = await calculator.rangeText(game, listOf(job.weights));
     setDraft((now) => (now?.weights === job.weights ? { ...now, text: written } : now));
-    onText(job.at, written, `paint/${job.at}`);
+    onText(job.at, written, job.step);
   });
-  const onPaint = (weights: Weights) => {
+  const onPaint = (weights: Weights, step: string) => {
     setDraft({ at, weights, text: null });
-    write({ at, weights });
+    write({ at, weights, step });
   };
   const holds = draft !== null && draft.at === at && (draft.text === null || draft.text === text);
   const fromText = text.trim() === "" ? NO_WEIGHTS : read;
@@ -97,9 +97,10 @@ function GridPanel(props: RangeProps & { reading: RangeReading | null }) {
                 cells.flatMap((cell) => cell.hands),
                 brush,
               ),
+              "",
             )
           }
-          onNone={() => onPaint(NO_WEIGHTS)}
+          onNone={() => onPaint(NO_WEIGHTS, "")}
           onSuits={() => openSuits(open === null ? focused.current : null)}
           suitsOpen={open !== null}
           top={props.text}

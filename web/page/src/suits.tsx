@@ -12,7 +12,7 @@ interface SuitsProps {
   /** By canonical holding. */
   equities: ReadonlyMap<string, number>;
   brush: number;
-  onPaint: (weights: Weights) => void;
+  onPaint: (weights: Weights, step: string) => void;
   onClose: () => void;
 }
 
@@ -24,7 +24,7 @@ export function Suits({ cell, weights, equities, brush, onPaint, onClose }: Suit
         <button
           type="button"
           class="button"
-          onClick={() => onPaint(paint(weights, cell.hands, strokeFrom(weights, cell, brush)))}
+          onClick={() => onPaint(paint(weights, cell.hands, strokeFrom(weights, cell, brush)), "")}
         >
           {T.wholeCell}
         </button>
@@ -42,9 +42,9 @@ export function Suits({ cell, weights, equities, brush, onPaint, onClose }: Suit
               type="button"
               class={`holding ${weight === 0 ? "out" : (warmth?.side ?? "plain")}`}
               aria-pressed={weight > 0}
-              aria-label={T.holding(hand, weight, equity)}
-              onClick={() => onPaint(paint(weights, [hand], next))}
+              onClick={() => onPaint(paint(weights, [hand], next), "")}
             >
+              <span class="unseen">{T.holding(hand, weight, equity)}</span>
               <span
                 class="fill"
                 style={{
@@ -52,8 +52,12 @@ export function Suits({ cell, weights, equities, brush, onPaint, onClose }: Suit
                   ...(warmth === null ? {} : { "--heat": `${warmth.strength}%` }),
                 }}
               />
-              <Cards cards={[hand.slice(0, 2), hand.slice(2)]} />
-              <span class="holding-equity">{equity === null ? "" : (100 * equity).toFixed(1)}</span>
+              <span class="holding-text" aria-hidden="true">
+                <Cards cards={[hand.slice(0, 2), hand.slice(2)]} />
+                <span class="holding-equity">
+                  {equity === null ? "" : (100 * equity).toFixed(1)}
+                </span>
+              </span>
             </button>
           );
         })}

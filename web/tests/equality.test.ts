@@ -1,0 +1,169 @@
+// The page's answers are the command-line tool's, to the last digit; and how long the page takes.
+
+import { execFileSync, type StdioOptions } from "node:child_process";
+import type { Browser, Page } from "playwright-core";
+import { afterAll, beforeAll, expect, it } from "vitest";
+import { CLI, FILE_ADDRESS, go, launch, open, player, settled } from "./browser.js";
+import { questions, type Asked } from "./random_questions.js";
+
+let browser: Browser;
+beforeAll(async () => {
+  browser = await launch();
+});
+afterAll(() => browser.close());
+
+const SEED = 20;
+/** Sampled ones need no long time to be equal. */
+const STANDARD_ERROR = 0.002;
+const VIEW_OF: Record<string, string> = {
+  class: "range",
+  hand: "curve",
+  next: "next",
+  made: "made",
+};
+
+function hashOf({ game, players, board, dead, to, detail }: Asked): string {
+  const pairs = [
+    ...players.map((text) => ["p", text]),
+    ["game", game],
+    ["board", board],
+    ["dead", dead],
+    ["to", to],
+    ["view", VIEW_OF[detail] ?? "range"],
+    ["error", String(STANDARD_ERROR)],
+  ];
+  return "#" + pairs.map(([key, value]) => `${key}=${encodeURIComponent(value ?? "")}`).join("&");
+}
+
+function cliAnswers(asked: readonly Asked[]): Record<string, unknown>[] {
+  const lines = asked.map(({ detail, ...question }) =>
+    JSON.stringify({ ...question, detail: [detail], standard_error: STANDARD_ERROR }),
+  );
+  try {
+    return parse(execFileSync(CLI, ["equity", "-", "--json"], options(lines)));
+  } catch (failed) {
+    // It says by its exit code that some lines were wrong, as some here are on purpose.
+    return parse((failed as { stdout: string }).stdout);
+  }
+}
+
+function options(lines: readonly string[]) {
+  return {
+    input: lines.join("\n"),
+    encoding: "utf8" as const,
+    maxBuffer: 1e9,
+    stdio: ["pipe", "pipe", "ignore"] as StdioOptions,
+  };
+}
+
+function parse(lines: string): Record<string, unknown>[] {
+  return lines
+    .trim()
+    .split("\n")
+    .map((line) => JSON.parse(line) as Record<string, unknown>);
+}
+
+it("answers 100 random questions as the command-line tool does", { timeout: 60_000 }, async () => {
+  const asked = questions(100, SEED);
+  const expected = cliAnswers(asked);
+  const { page, problems } = await open(browser, FILE_ADDRESS);
+  await keepCopies(page);
+  let refused = 0;
+  for (const [at, question] of asked.entries()) {
+    const state = await go(page, hashOf(question));
+    const wanted = timeless(expected[at] ?? {});
+    const what = `question ${at} of seed ${SEED}: ${hashOf(question)}`;
+    if (wanted["error"] !== undefined) {
+      ++refused;
+      const shown = await page.locator(".note.error").allTextContents();
+      expect(shown.join(" "), what).toContain(wanted["error"]);
+    } else {
+      expect(state, what).toBe("done");
+      const answer = timeless(await copiedAnswer(page));
+      expect(JSON.stringify(answer) === JSON.stringify(wanted), what).toBe(true);
+    }
+  }
+  console.log(`100 questions as the tool answers them, ${refused} of them refused`);
+  expect(refused).toBeLessThan(40);
+  expect(problems).toEqual([]);
+});
+
+/** The same for the same question. */
+function timeless(answer: Record<string, unknown>): Record<string, unknown> {
+  return { ...answer, elapsed_ms: 0 };
+}
+
+/** What the page copies, without the clipboard that all programs share. */
+async function keepCopies(page: Page) {
+  await page.evaluate(() => {
+    const keep = (text: string) => {
+      document.documentElement.dataset["copied"] = text;
+      return Promise.resolve();
+    };
+    Object.defineProperty(navigator.clipboard, "writeText", { value: keep });
+  });
+}
+
+async function copiedAnswer(page: Page): Promise<Record<string, unknown>> {
+  await page.evaluate(() => delete document.documentElement.dataset["copied"]);
+  await page.getByRole("button", { name: "Copy JSON" }).click();
+  const copied = page.locator("html[data-copied]");
+  await copied.waitFor();
+  return JSON.parse((await copied.getAttribute("data-copied")) ?? "") as Record<string, unknown>;
+}
+
+it("is quick (figures, best of some)", async () => {
+  const first: number[] = [];
+  for (let run = 0; run < 3; ++run) {
+    const context = await browser.newContext();
+    const page = await context.newPage();
+    await page.goto(FILE_ADDRESS);
+    await page.locator(".equity:has-text('54.25')").waitFor();
+    first.push(await page.evaluate(() => performance.now()));
+    await context.close();
+  }
+  console.log(`first answer after opening: ${best(first)} ms`);
+
+  const { page } = await open(browser, FILE_ADDRESS);
+  const times: number[] = [];
+  for (const flop of ["2c7dTh", "2c7dJh", "3c7dTh", "AsKs2h", "9h8h7d"]) {
+    await go(page, `#p=15%&p=15%&board=${flop}&of=2`);
+    times.push(parseFloat((await page.locator(".time").textContent()) ?? ""));
+  }
+  console.log(`15% v 15% on a flop with the per-hand map: ${best(times)} ms of counting`);
+
+  const typing: number[] = [];
+  for (let run = 0; run < 3; ++run) typing.push(await longestTaskWhileTyping(page));
+  console.log(`longest task while typing: ${best(typing)} ms`);
+  expect(typing.length).toBe(3);
+});
+
+function best(times: readonly number[]): string {
+  return Math.min(...times).toFixed(1);
+}
+
+/** How long the page's one thread was ever busy with something else while letters came. */
+async function longestTaskWhileTyping(page: Page): Promise<number> {
+  await go(page, "#p=15%&p=KK&board=2c7dTh&of=2");
+  await page.evaluate(() => {
+    const watch = { longest: 0, last: performance.now(), on: true };
+    const channel = new MessageChannel();
+    channel.port1.onmessage = () => {
+      const now = performance.now();
+      watch.longest = Math.max(watch.longest, now - watch.last);
+      watch.last = now;
+      if (watch.on) channel.port2.postMessage(0);
+    };
+    channel.port2.postMessage(0);
+    Object.assign(window, { watch });
+  });
+  await player(page, 1).focus();
+  await page.keyboard.press("End");
+  await page.keyboard.type(",TT+,A9s+,KJs+:0.5", { delay: 60 });
+  await settled(page);
+  return page.evaluate(() => {
+    const { watch } = window as unknown as { watch: { longest: number; on: boolean } };
+    watch.on = false;
+    return watch.longest;
+  });
+}
