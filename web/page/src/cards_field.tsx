@@ -26,19 +26,25 @@ export function Deck({ name, ranks, chosen, used, full, onToggle, onBack, onClos
   const cards = [...SUITS].flatMap((suit) => [...ranks].map((rank) => rank + suit));
   const blocked = (card: string) => !chosen.includes(card) && (full || used.has(card));
 
-  useEffect(() => box.current?.querySelector<HTMLButtonElement>("[tabindex='0']")?.focus(), [at]);
+  // At once, for the next key may come before the next drawing.
+  const focus = (index: number) => {
+    setAt(index);
+    box.current?.querySelector<HTMLElement>(`[data-card='${cards[index] ?? ""}']`)?.focus();
+  };
+  useEffect(() => box.current?.querySelector<HTMLElement>("[tabindex='0']")?.focus(), []);
 
   const move = (key: string): boolean => {
     const size = ranks.length;
     const row = Math.floor(at / size);
-    if (key === "ArrowUp" || key === "ArrowDown") {
-      const next = row + (key === "ArrowUp" ? -1 : 1);
-      if (next >= 0 && next < SUITS.length) setAt(next * size + (at % size));
-      return true;
+    const column = at % size;
+    if (key === "ArrowUp") focus(Math.max(0, row - 1) * size + column);
+    else if (key === "ArrowDown") focus(Math.min(SUITS.length - 1, row + 1) * size + column);
+    else {
+      const to = neighbour(column, key, size);
+      if (to !== null) focus(row * size + to);
+      return to !== null;
     }
-    const to = neighbour(at % size, key, size);
-    if (to !== null) setAt(row * size + to);
-    return to !== null;
+    return true;
   };
   const onKey = (event: KeyboardEvent) => {
     if (event.ctrlKey || event.metaKey || event.altKey) return;
@@ -131,17 +137,19 @@ export function CardsField(props: FieldProps) {
           type="button"
           class="places"
           aria-expanded={open}
-          aria-label={T.pick(name)}
           title={T.pick(name)}
           onClick={() => setOpen(!open)}
         >
-          {cards.map((card, index) => (
-            <Card key={`${index}${card}`} card={card} />
-          ))}
-          {Array.from({ length: empty }, (_, index) => (
-            <span key={index} class="card place" />
-          ))}
-          {places === 0 && cards.length === 0 && <span class="card place" />}
+          <span class="unseen">{T.pick(name)}</span>
+          <span class="places-cards" aria-hidden="true">
+            {cards.map((card, index) => (
+              <Card key={`${index}${card}`} card={card} />
+            ))}
+            {Array.from({ length: empty }, (_, index) => (
+              <span key={index} class="card place" />
+            ))}
+            {places === 0 && cards.length === 0 && <span class="card place" />}
+          </span>
         </button>
         <input
           id={id}

@@ -34,22 +34,16 @@ const GridCell = memo(function GridCell(props: CellProps) {
       data-cell={at}
       tabIndex={props.focused ? 0 : -1}
       aria-selected={weight > 0}
+      aria-label={T.cell(label, weight / 1000, equity, blocked)}
+      style={
+        weight === 0
+          ? ""
+          : `--weight:${weight / 10}%;--heat:${equity === null ? 0 : heat(equity).strength}%`
+      }
     >
-      <span class="unseen">{T.cell(label, weight / 1000, equity, blocked)}</span>
-      {weight > 0 && (
-        <span
-          class="fill"
-          style={{
-            height: `${weight / 10}%`,
-            ...(equity === null ? {} : { "--heat": `${heat(equity).strength}%` }),
-          }}
-        />
-      )}
-      <span class="cell-name" aria-hidden="true">
-        {label}
-      </span>
+      <span class="cell-name">{label}</span>{" "}
       {equity !== null && weight > 0 && (
-        <span class="cell-equity" aria-hidden="true">
+        <span class="cell-equity">
           {Math.floor(100 * equity + 0.05)}
           <span class="decimal">.{Math.round(1000 * equity) % 10}</span>
         </span>

@@ -174,15 +174,17 @@ export const T = {
   gridHelp:
     "Drag to paint, wheel for weight, Shift-click or Enter for suits, Alt-click for “and better”. " +
     "With keys: arrows, Space paints, + and − change the weight.",
+  /** Begins with what the cell shows. */
   cell: (name: string, weight: number, equity: number | null, blocked: boolean) =>
     weight === 0
       ? `${name}: not in the range`
-      : `${name}: ${Math.round(100 * weight)} % in the range` +
+      : name +
         (equity === null
           ? blocked
             ? ", blocked"
             : ""
-          : `, equity ${(100 * equity).toFixed(1)} %`),
+          : ` ${(100 * equity).toFixed(1)} % equity`) +
+        `, ${Math.round(100 * weight)} % in the range`,
   holding: (name: string, weight: number, equity: number | null) =>
     `${name}: weight ${Math.round(100 * weight)} %` +
     (equity === null ? "" : `, equity ${(100 * equity).toFixed(1)} %`),
