@@ -1,6 +1,6 @@
 // Cards that are typed, or picked from a deck that opens below the field.
 
-import { useEffect, useId, useRef, useState } from "preact/hooks";
+import { useId, useLayoutEffect, useRef, useState } from "preact/hooks";
 import { SUITS, readCards, spokenCard, toggleCard, typeCard } from "./cards.js";
 import { neighbour } from "./grid.js";
 import { Card, IconButton, Note } from "./controls.js";
@@ -31,7 +31,7 @@ export function Deck({ name, ranks, chosen, used, full, onToggle, onBack, onClos
     setAt(index);
     box.current?.querySelector<HTMLElement>(`[data-card='${cards[index] ?? ""}']`)?.focus();
   };
-  useEffect(() => box.current?.querySelector<HTMLElement>("[tabindex='0']")?.focus(), []);
+  useLayoutEffect(() => box.current?.querySelector<HTMLElement>("[tabindex='0']")?.focus(), []);
 
   const move = (key: string): boolean => {
     const size = ranks.length;

@@ -6,10 +6,12 @@ import { App } from "./app.js";
 import { CalculatorContext } from "./calculator.js";
 import "./style.css";
 
+const calculator = new Calculator();
+void calculator.version(); // its module gets ready while the page is drawn
 const place = document.getElementById("page");
 if (place !== null) {
   render(
-    <CalculatorContext.Provider value={new Calculator()}>
+    <CalculatorContext.Provider value={calculator}>
       <App />
     </CalculatorContext.Provider>,
     place,

@@ -207,9 +207,16 @@ function Folded({ query, error, onChange }: PartProps) {
 function Sampling({ query, error, onChange }: PartProps) {
   const sampling = query.method !== "exact";
   const none = { value: "", name: T.usual };
-  const errors = ERRORS.map((value) => ({ value: String(value), name: percent(value) }));
-  const limits = LIMITS.map((value) => ({ value: String(value), name: `${value / 1000} s` }));
-  const number = (text: string) => (text === "" ? null : Number(text));
+  const errors = withOne(ERRORS, query.standardError).map((value) => ({
+    value: String(value),
+    name: percent(value),
+  }));
+  const limits = withOne(LIMITS, query.timeMs).map((value) => ({
+    value: String(value),
+    name: `${value / 1000} s`,
+  }));
+  const text = (value: number | null) => (value === null ? "" : String(value));
+  const number = (value: string) => (value === "" ? null : Number(value));
   const wrong = errorAt(error, "standard_error") ?? errorAt(error, "time_ms");
   return (
     <>
@@ -224,19 +231,24 @@ function Sampling({ query, error, onChange }: PartProps) {
         <div class="fields">
           <Select
             label={T.precision}
-            value={query.standardError === null ? "" : String(query.standardError)}
+            value={text(query.standardError)}
             options={[none, ...errors]}
-            onChange={(text) => onChange({ ...query, standardError: number(text) }, "")}
+            onChange={(value) => onChange({ ...query, standardError: number(value) }, "")}
           />
           <Select
             label={T.timeLimit}
-            value={query.timeMs === null ? "" : String(query.timeMs)}
+            value={text(query.timeMs)}
             options={[{ value: "", name: T.noLimit }, ...limits]}
-            onChange={(text) => onChange({ ...query, timeMs: number(text) }, "")}
+            onChange={(value) => onChange({ ...query, timeMs: number(value) }, "")}
           />
         </div>
       )}
       {wrong !== null && <Note kind="error">{wrong}</Note>}
     </>
   );
+}
+
+/** A link may say another one than those that are offered. */
+function withOne(offered: readonly number[], value: number | null): readonly number[] {
+  return value === null || offered.includes(value) ? offered : [...offered, value];
 }

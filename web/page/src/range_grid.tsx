@@ -105,6 +105,7 @@ export function RangeGrid(props: GridProps) {
       class="grid"
       role="grid"
       aria-label={props.label}
+      aria-describedby="grid-help"
       style={{ "--size": size }}
       onKeyDown={onKey}
     >

@@ -139,7 +139,9 @@ function GridPanel(props: RangeProps & { reading: RangeReading | null }) {
           )}
         </div>
       </div>
-      <p class="note hint">{T.gridHelp}</p>
+      <p class="note hint" id="grid-help">
+        {T.gridHelp}
+      </p>
     </div>
   );
 }
