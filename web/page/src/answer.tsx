@@ -4,7 +4,7 @@ import { memo } from "preact/compat";
 import { useEffect, useState } from "preact/hooks";
 import type { Answer, DetailName, PokermathError, Question } from "pokermath";
 import type { Asking } from "./calculator.js";
-import { holeCards, ranksOf } from "./cards.js";
+import { ranksOf } from "./cards.js";
 import { Choice, Note } from "./controls.js";
 import { CurvePanel } from "./curve_panel.js";
 import { TABS, type Tab, type View } from "./hash.js";
@@ -115,7 +115,7 @@ function ViewBody({ query, view, answer, onText, onSuits }: BodyProps) {
   if (view.tab === "made") {
     return answer.players.some(({ made }) => made) ? <MadePanel players={answer.players} /> : null;
   }
-  if (holeCards(answer.game) > 2 && answer.players.some(({ hands }) => hands > MOST_HANDS)) {
+  if (!hasFewHands(answer)) {
     return <p class="muted">{T.tooMany(MOST_HANDS)}</p>;
   }
   return answer.players.some(({ hands_detail }) => hands_detail) ? (
@@ -123,8 +123,12 @@ function ViewBody({ query, view, answer, onText, onSuits }: BodyProps) {
   ) : null;
 }
 
-/** More hands than this take long to hand over and to draw. */
-export const MOST_HANDS = 20_000;
+const MOST_HANDS = 20_000;
+
+/** Whether all hands can be handed over and drawn in no time. */
+export function hasFewHands({ players }: Answer): boolean {
+  return players.every(({ hands }) => hands <= MOST_HANDS);
+}
 
 function Tabs({ tab, onTab }: { tab: Tab; onTab: (tab: Tab) => void }) {
   const onKey = (event: KeyboardEvent) => {

@@ -2,10 +2,11 @@
 
 import { useCallback, useEffect, useMemo, useState } from "preact/hooks";
 import type { DetailName } from "pokermath";
-import { AnswerPanel, DETAIL_OF } from "./answer.js";
+import { AnswerPanel, DETAIL_OF, hasFewHands } from "./answer.js";
 import { useAnswer, type Asking } from "./calculator.js";
 import { GAMES, holeCards } from "./cards.js";
 import { IconButton, Select } from "./controls.js";
+import type { Tab } from "./hash.js";
 import { usePage } from "./query.js";
 import { QuestionPanel } from "./question.js";
 import { THEMES, useSettings, type Settings } from "./settings.js";
@@ -18,15 +19,17 @@ export function App() {
   const { query, view, onView, onText: onKeyedText } = page;
   const [settings, setSettings] = useSettings();
   const [suits, setSuits] = useState(false);
+  const [few, setFew] = useState(false);
   const [told, setTold] = useTold();
   const question = useMemo(
-    () => questionOf(query, detailOf(query, view.tab, suits)),
-    [query, view.tab, suits],
+    () => questionOf(query, detailOf(query, view.tab, suits, few)),
+    [query, view.tab, suits, few],
   );
   const asking = useAnswer(question);
   const { last, error } = asking;
   const earlier = last !== null && bare(last.question) !== bare(question);
   const answer = last?.answer ?? null;
+  useEffect(() => setFew(!earlier && answer !== null && hasFewHands(answer)), [answer, earlier]);
   const fits = answer !== null && answer.players.length === query.players.length;
 
   const onText = useCallback(
@@ -100,10 +103,14 @@ export function App() {
   );
 }
 
-function detailOf(query: Query, tab: keyof typeof DETAIL_OF, suits: boolean): DetailName[] {
-  const detail = [DETAIL_OF[tab]];
-  if (tab === "range" && suits && holeCards(query.game) === 2) detail.push("hand");
-  return detail;
+/**
+ * Only what is looked at. Omaha ranges may have so many hands that handing them over takes seconds: those
+ * are asked for once it is known how many there are.
+ */
+function detailOf(query: Query, tab: Tab, suits: boolean, few: boolean): DetailName[] {
+  const two = holeCards(query.game) === 2;
+  if (tab === "curve" && !two && !few) return [];
+  return tab === "range" && suits && two ? ["class", "hand"] : [DETAIL_OF[tab]];
 }
 
 /** The question itself, whatever it is broken down by. */

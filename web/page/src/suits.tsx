@@ -20,7 +20,7 @@ export function Suits({ cell, weights, equities, brush, onPaint, onClose }: Suit
   return (
     <section class="suits" aria-label={T.suitsOf(cell.label)}>
       <header>
-        <h3>{T.suitsOf(cell.label)}</h3>
+        <h3>{cell.label}</h3>
         <button
           type="button"
           class="button"

@@ -129,7 +129,7 @@ export const T = {
     "Equity is the share of the pot: a pot that k players share counts 1/k for each. " +
     "Win is being best alone, tie is sharing the best hand.",
   meaningLow:
-    "Equity is the share of the pot, a quarter for half of the low. " +
+    "Equity is the share of the pot, half of which is for the low where one qualifies. " +
     "Win is whole pots, tie is parts of one, low is what of the equity comes from low hands.",
 
   more: "More",
