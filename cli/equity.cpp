@@ -140,7 +140,10 @@ AskedEquity ReadOne(const EquityOptions& options) {
   if (options.csv && !options.by) throw UsageError("--csv needs --by, whose rows it writes");
   if (options.svg && !options.by) throw UsageError("--svg needs --by, which it draws");
   AskedEquity asked = ReadEquity(words);
-  if (options.svg) CheckPicture(asked, asked.by[0]);
+  if (options.svg && !HasPicture(asked, asked.by[0])) {
+    throw UsageError(
+        "--svg draws --by hand, --by class, and --by next where one card comes, not a flop");
+  }
   return asked;
 }
 

@@ -37,8 +37,9 @@ std::uint32_t KeyOf(const RankList& ranks) {
 template <typename Values>
 std::uint32_t KeyOf(RankSet ranks) {
   std::uint32_t key = 0;
-  for (unsigned rest = ranks; rest != 0; rest &= rest - 1)
+  for (unsigned rest = ranks & kAllRanks; rest != 0; rest &= rest - 1) {  // kNoSet has no ranks
     key += Values::KeyOf(__builtin_ctz(rest));
+  }
   return key;
 }
 

@@ -16,10 +16,10 @@ std::vector<int> ReadCards(std::string_view text, std::string_view field) {
 }
 
 std::vector<int> ReadCards(std::string_view text, std::size_t least, std::size_t most,
-                           std::string_view accepted) {
-  std::vector<int> cards = ReadCards(text);
+                           std::string_view accepted, std::string_view field) {
+  std::vector<int> cards = ReadCards(text, field);
   if (cards.size() < least || cards.size() > most) {
-    Refuse(fmt::format("{}: {}", CountOfCards(text, cards.size()), accepted));
+    Refuse(fmt::format("{}: {}", CountOfCards(text, cards.size()), accepted), field);
   }
   return cards;
 }

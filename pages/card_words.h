@@ -17,7 +17,7 @@ std::vector<int> ReadCards(std::string_view text, std::string_view field = "");
 
 /// The same, and refuses with `accepted` if their number is not within the bounds.
 std::vector<int> ReadCards(std::string_view text, std::size_t least, std::size_t most,
-                           std::string_view accepted);
+                           std::string_view accepted, std::string_view field = "");
 
 /// As people write hands: the highest rank first.
 std::vector<int> InOrder(CardSet cards);

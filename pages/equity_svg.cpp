@@ -240,9 +240,8 @@ std::string Curves(const AskedEquity& asked, const EquityRun& run) {
 
 }  // namespace
 
-void CheckPicture(const AskedEquity& asked, By by) {
-  if (by == By::kHand || by == By::kClass || (by == By::kNext && ComesOneCard(asked))) return;
-  Refuse("--svg draws --by hand, --by class, and --by next where one card comes, not a flop");
+bool HasPicture(const AskedEquity& asked, By by) {
+  return by == By::kHand || by == By::kClass || (by == By::kNext && ComesOneCard(asked));
 }
 
 std::string DetailSvg(const AskedEquity& asked, const EquityRun& run, By by) {

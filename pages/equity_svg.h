@@ -10,8 +10,8 @@
 
 namespace pokermath {
 
-/// Refuses what there is no picture of.
-void CheckPicture(const AskedEquity& asked, By by);
+/// Of hands, of classes, and of what comes next where that is one card.
+bool HasPicture(const AskedEquity& asked, By by);
 
 /// A stand-alone SVG document: heat maps of classes, decks of next cards, or the curves of all
 /// hands' equities.

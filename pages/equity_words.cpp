@@ -158,7 +158,7 @@ std::string FieldOf(const Error& error, const AskedEquity& asked) {
   if (error.folded >= 0) return fmt::format("folded/{}", error.folded);
   if (error.code == ErrorCode::kPlayers) return "players";
   if (error.code == ErrorCode::kBoard) return "board";
-  if (error.code == ErrorCode::kLimit) return "detail";
+  if (error.code == ErrorCode::kLimit) return asked.question.detail.hands ? "detail" : "method";
   if (error.code != ErrorCode::kCard) return "";
   return std::ranges::find(asked.board, error.card) != asked.board.end() ? "board" : "dead";
 }

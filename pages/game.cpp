@@ -28,11 +28,11 @@ Game ReadGame(const std::string& name, std::span<const Game> accepted, const cha
          (FindGame(name) ? "for this question" : "known") + ": " + names);
 }
 
-void CheckDeck(bool short_deck, std::span<const int> cards) {
+void CheckDeck(bool short_deck, std::span<const int> cards, std::string_view field) {
   if (!short_deck) return;
   for (const int card : cards) {
     if (GetCardRank(card) >= kLowestShortDeckRank) continue;
-    Refuse(CardName(card) + " is not in the short deck, which has six to ace");
+    Refuse(CardName(card) + " is not in the short deck, which has six to ace", field);
   }
 }
 

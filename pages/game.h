@@ -50,7 +50,7 @@ inline bool IsOmaha(Game game) { return RulesOf(game).IsOmaha(); }
 inline std::size_t HandSize(Game game) { return static_cast<std::size_t>(RulesOf(game).hand_size); }
 
 /// Refuses cards that are not in the deck.
-void CheckDeck(bool short_deck, std::span<const int> cards);
+void CheckDeck(bool short_deck, std::span<const int> cards, std::string_view field = "");
 
 }  // namespace pokermath
 

@@ -28,14 +28,6 @@ Kinds SortedKinds(const std::map<std::string, int>& counts) {
   return kinds;
 }
 
-// High ranks first, and of equal ones spades first.
-std::vector<int> InOrder(std::span<const int> hand) {
-  std::vector<int> cards(hand.begin(), hand.end());
-  std::ranges::sort(cards, std::ranges::greater(),
-                    [](int card) { return card % 13 * 4 + card / 13; });
-  return cards;
-}
-
 template <int cards>
 OmahaSpec<cards> Read(const std::string& text, const std::vector<int>& dead) {
   const OmahaRangeResult<cards> read = ParseOmahaRange<cards>(text);
@@ -76,7 +68,7 @@ OmahaRangeAnswer Describe(const OmahaSpec<cards>& range, const std::vector<int>&
     // The first of them last, and about as many hands between each two.
     const std::int64_t behind = --left;
     const auto next = examples - 1 - static_cast<std::int64_t>(answer.examples.size());
-    if (behind == next * answer.hands / examples) answer.examples.push_back(InOrder(hand));
+    if (behind == next * answer.hands / examples) answer.examples.push_back(InOrder(CardSet(hand)));
   });
   std::ranges::reverse(answer.examples);
   std::map<std::string, int> suits, types;
@@ -127,7 +119,7 @@ std::string ListOf(const OmahaSpec<cards>& range) {
   std::string list;
   const auto hands = range.Hands();
   for (auto hand = hands.rbegin(); hand != hands.rend(); ++hand) {
-    list += CardsText(InOrder(*hand)) + "\n";
+    list += CardsText(InOrder(CardSet(*hand))) + "\n";
   }
   return list;
 }
@@ -176,8 +168,8 @@ OmahaRankAnswer FindOmahaRank(Game game, const std::string& text, std::string_vi
   const std::size_t size = HandSize(game);
   OmahaRankAnswer answer;
   answer.game = game;
-  answer.hand =
-      InOrder(ReadCards(text, size, size, fmt::format("a hand of {} has {}", TitleOf(game), size)));
+  answer.hand = InOrder(CardSet(
+      ReadCards(text, size, size, fmt::format("a hand of {} has {}", TitleOf(game), size))));
   const Result<double> percentile = OmahaPercentile(answer.hand);
   if (!percentile) {
     Refuse(fmt::format("{}{}: {}", option, Quoted(text), percentile.error().text));

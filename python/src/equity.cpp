@@ -345,8 +345,7 @@ py::array RowsOf(const Answered& answered, py::ssize_t of, By by, const char* as
 // The picture of the first detail that has one; None if there is none.
 py::object SvgOf(const Answered& answered) {
   for (const By by : answered.asked.by) {
-    if (by == By::kMade || (by == By::kNext && !ComesOneCard(answered.asked))) continue;
-    return py::str(DetailSvg(answered.asked, answered.run, by));
+    if (HasPicture(answered.asked, by)) return py::str(DetailSvg(answered.asked, answered.run, by));
   }
   return py::none();
 }

@@ -218,6 +218,10 @@ test("ranges are told and written", () => {
   assert.deepEqual([shapes.hands, shapes.weights.length, shapes.cut], [864, 500, true]);
   const random = host.ask("describe", { game: "omaha6", text: "random" });
   assert.deepEqual([random.every, random.hands, random.weights], [true, 20358520, []]);
-  const wrong = { game: "holdem", weights: [["AhKh", 2]] };
-  assert.throws(() => host.ask("range_text", wrong), { field: "weights" });
+  for (const weights of [[["AhKh", 2]], [["AhX", 1]], [["AhAh", 1]], [["AhKhQh", 1]], [["2c3d", 1]]]) {
+    const wrong = { game: "shortdeck", weights };
+    assert.throws(() => host.ask("range_text", wrong), { field: "weights" }, weights[0][0]);
+  }
+  const wrong = { game: "shortdeck", text: "2c3d" };
+  assert.throws(() => host.ask("describe", wrong), { field: "text" });
 });

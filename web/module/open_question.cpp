@@ -51,7 +51,7 @@ std::string OpenQuestion::Text() const {
 
 const EquityRun& OpenQuestion::AnsweredBy(By by) const {
   if (!run_ || std::ranges::find(asked_.by, by) == asked_.by.end()) {
-    Refuse("the question was not asked for this detail", "detail");
+    Refuse("the question was not asked for this detail", "by");
   }
   return *run_;
 }
@@ -59,8 +59,12 @@ const EquityRun& OpenQuestion::AnsweredBy(By by) const {
 std::string OpenQuestion::Csv(By by) const { return DetailCsv(asked_, AnsweredBy(by), by); }
 
 std::string OpenQuestion::Svg(By by) const {
-  CheckPicture(asked_, by);
-  return DetailSvg(asked_, AnsweredBy(by), by);
+  const EquityRun& run = AnsweredBy(by);
+  if (!HasPicture(asked_, by)) {
+    Refuse("there are pictures of hands, of classes, and of what comes next where that is one card",
+           "by");
+  }
+  return DetailSvg(asked_, run, by);
 }
 
 }  // namespace pokermath

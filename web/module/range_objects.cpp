@@ -13,6 +13,7 @@
 #include "pages/colours.h"
 #include "pages/equity_object.h"
 #include "pages/errors.h"
+#include "pages/game.h"
 #include "pages/player_words.h"
 #include "pokermath/hand_range.h"
 
@@ -49,8 +50,9 @@ WeightedHand HandOf(const Json& pair, Game game) {
   }
   const std::string text = pair[0].get<std::string>();
   const auto size = static_cast<std::size_t>(RulesOf(game).hand_size);
-  const std::vector<int> cards =
-      ReadCards(text, size, size, fmt::format("a hand of {} has {}", RulesOf(game).name, size));
+  const std::vector<int> cards = ReadCards(
+      text, size, size, fmt::format("a hand of {} has {}", RulesOf(game).name, size), "weights");
+  CheckDeck(RulesOf(game).IsShortDeck(), cards, "weights");
   const double weight = std::round(pair[1].get<double>() * kWholeWeight);
   if (!(weight >= 1 && weight <= kWholeWeight)) {
     Refuse(fmt::format("the weight of {} is not accepted: 0.0001 to 1", text), "weights");
@@ -66,8 +68,9 @@ Json DescribedRange(std::string_view object) {
   const std::span<const WeightedHand> listed = ListedHands(read.range);
   Json weights = Json::array();
   for (const auto& [cards, weight] : listed) {
-    weights.push_back(
-        Json::array({CardsText(InOrder(cards)), static_cast<double>(weight) / kWholeWeight}));
+    const std::vector<int> hand = InOrder(cards);
+    CheckDeck(RulesOf(read.range.game()).IsShortDeck(), hand, "text");
+    weights.push_back(Json::array({CardsText(hand), static_cast<double>(weight) / kWholeWeight}));
   }
   return {{"name", read.name},
           {"every", read.range.IsEvery()},
