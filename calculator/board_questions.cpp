@@ -16,6 +16,12 @@ std::optional<QuestionPointer> OnBoard(const CheckedQuestion& question, CardSet 
   return std::make_shared<const CheckedQuestion>(*std::move(checked));
 }
 
+QuestionPointer WithoutDetail(const CheckedQuestion& question, bool Detail::*detail) {
+  Detail others = question.asked().detail;
+  others.*detail = false;
+  return *OnBoard(question, {}, others);
+}
+
 Int128 UnitsOf(const CheckedQuestion& smaller, const CheckedQuestion& whole) {
   Int128 units = 1;
   for (std::size_t i = 0; i < smaller.players().size(); ++i) {

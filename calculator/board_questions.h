@@ -17,6 +17,9 @@ namespace pokermath {
 std::optional<QuestionPointer> OnBoard(const CheckedQuestion& question, CardSet come,
                                        const Detail& detail);
 
+/// The question as if it did not ask for a detail.
+QuestionPointer WithoutDetail(const CheckedQuestion& question, bool Detail::*detail);
+
 /// Units of the whole question in one of a smaller one's.
 Int128 UnitsOf(const CheckedQuestion& smaller, const CheckedQuestion& whole);
 

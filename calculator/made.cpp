@@ -22,13 +22,6 @@ namespace {
 
 constexpr Detail kByHand{.hands = true};
 
-// The question as if it did not ask for what is made.
-QuestionPointer TotalsOf(const CheckedQuestion& question) {
-  Detail detail = question.asked().detail;
-  detail.made = false;
-  return *OnBoard(question, {}, detail);
-}
-
 // The complete boards, by number.
 class Boards {
  public:
@@ -81,7 +74,7 @@ class MadeWork final : public Work {
         boards_(*question),
         symmetry_(question->to_come() > 0 ? SuitSymmetry(*question) : SuitSymmetry()),
         cut_(CostOfBoard(*question, boards_)) {
-    const QuestionPointer totals = TotalsOf(*question);
+    const QuestionPointer totals = WithoutDetail(*question, &Detail::made);
     totals_size_ = SumsLayout(*totals).size();
     totals_ = CheapestFor(*totals).solver->start(totals);
   }
@@ -141,7 +134,7 @@ class MadeWork final : public Work {
 std::optional<double> MadeCost(const CheckedQuestion& question) {
   // Of folded ranges a board may leave one hand, and its weight would be forgotten.
   if (!question.asked().detail.made || !question.folded().empty()) return std::nullopt;
-  const QuestionPointer totals = TotalsOf(question);
+  const QuestionPointer totals = WithoutDetail(question, &Detail::made);
   if (CheapestFor(*totals).solver == nullptr) return std::nullopt;
   // Too many hands for an answer by hand; of fewer, a board leaves fewer still.
   if (!OnBoard(question, {}, kByHand)) return std::nullopt;

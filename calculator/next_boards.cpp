@@ -18,13 +18,6 @@
 namespace pokermath {
 namespace {
 
-// The question as if it did not ask for what comes next.
-QuestionPointer TotalsOf(const CheckedQuestion& question) {
-  Detail detail = question.asked().detail;
-  detail.next = false;
-  return *OnBoard(question, {}, detail);
-}
-
 std::int64_t NextBoardsOf(const CheckedQuestion& question) {
   return ChoicesOf(MayCome(question).size(), question.next_cards());
 }
@@ -55,7 +48,7 @@ class NextBoardsWork final : public Work {
         symmetry_(*question),
         boards_(FirstBoards(*question, symmetry_)),
         cut_(CostOfBoard(*question, boards_)) {
-    const QuestionPointer totals = TotalsOf(*question);
+    const QuestionPointer totals = WithoutDetail(*question, &Detail::next);
     totals_size_ = SumsLayout(*totals).size();
     totals_ = CheapestFor(*totals).solver->start(totals);
   }
@@ -119,7 +112,7 @@ std::optional<double> NextBoardsCost(const CheckedQuestion& question) {
   // Of folded ranges a board may leave one hand, and its weight would be forgotten.
   const Detail& detail = question.asked().detail;
   if (!detail.next || detail.made || !question.folded().empty()) return std::nullopt;
-  const QuestionPointer totals = TotalsOf(question);
+  const QuestionPointer totals = WithoutDetail(question, &Detail::next);
   if (CheapestFor(*totals).solver == nullptr) return std::nullopt;
   const SuitSymmetry symmetry(question);
   const std::vector<CardSet> boards = FirstBoards(question, symmetry);

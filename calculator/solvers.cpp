@@ -16,6 +16,7 @@ std::span<const Solver> Solvers() {
       {OmahaBeforeFlopCost, StartOmahaBeforeFlop},
       {NextBoardsCost, StartNextBoards},
       {MadeCost, StartMade},
+      {MadeOfTwoCost, StartMadeOfTwo},
       {OmahaRangesCost, StartOmahaRanges},
       {OmahaThreeCost, StartOmahaThree},
       {PlainCost, StartPlain},

@@ -58,6 +58,9 @@ std::optional<double> ClassesCost(const CheckedQuestion& question);
 std::unique_ptr<const Work> StartClasses(const QuestionPointer& question);
 std::optional<double> BoardsCost(const CheckedQuestion& question);
 std::unique_ptr<const Work> StartBoards(const QuestionPointer& question);
+// What they make, board by board.
+std::optional<double> MadeOfTwoCost(const CheckedQuestion& question);
+std::unique_ptr<const Work> StartMadeOfTwo(const QuestionPointer& question);
 
 // Three players of a two-card game, board by board.
 std::optional<double> ThreeRangesCost(const CheckedQuestion& question);

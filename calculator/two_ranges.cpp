@@ -3,12 +3,16 @@
 // From the table of all matchups: Hold'em before the flop to the river, where nothing is dead. By
 // classes, every pair of hands: before the flop, and with one or two cards to come where nothing is
 // dead. By boards, all hands at once on every board that can come, whatever is dead.
+//
+// What they make is counted by boards as well, with tallies for every category of every hand; and
+// once more as if all hands tied, which says how many cases there are of each.
 
 #include <algorithm>
 #include <array>
 #include <memory>
 #include <vector>
 
+#include "calculator/board_questions.h"
 #include "calculator/choices.h"
 #include "calculator/pairs.h"
 #include "calculator/solvers.h"
@@ -23,11 +27,15 @@
 namespace pokermath {
 namespace {
 
-// Whether two hands of two cards are all, and only their totals and hands are asked for.
+bool IsOfTwoPlayers(const CheckedQuestion& question) {
+  return question.rules().hand_size == 2 && question.players().size() == 2 &&
+         question.folded().empty();
+}
+
+// Whether only their totals and hands are asked for.
 bool IsOfTwoRanges(const CheckedQuestion& question) {
   const Detail& detail = question.asked().detail;
-  return question.rules().hand_size == 2 && question.players().size() == 2 &&
-         question.folded().empty() && !detail.next && !detail.made;
+  return IsOfTwoPlayers(question) && !detail.next && !detail.made;
 }
 
 Deck DeckOf(const GameRules& rules) {
@@ -36,7 +44,14 @@ Deck DeckOf(const GameRules& rules) {
                                      : Deck::kShort;
 }
 
-// What both kinds of work share: the hands, and how their tallies become sums.
+template <typename Number>
+void AddOutcome(OutcomePlace place, Number wins, Number ties, std::span<Int128> sums) {
+  sums[place.wins()] += wins;
+  sums[place.ties()] += ties;
+  sums[place.points()] += Int128{kHalfPot} * (2 * wins + ties);
+}
+
+// What all kinds of work for totals share: the hands, and how their tallies become sums.
 class TwoRangesWork : public Work {
  public:
   Method method() const final { return Method::kExact; }
@@ -85,12 +100,6 @@ class TwoRangesWork : public Work {
     if (player == 0) sums[SumsLayout::kCases] += cases;
   }
 
-  template <typename Number>
-  static void AddOutcome(OutcomePlace place, Number wins, Number ties, std::span<Int128> sums) {
-    sums[place.wins()] += wins;
-    sums[place.ties()] += ties;
-    sums[place.points()] += Int128{kHalfPot} * (2 * wins + ties);
-  }
   // A hand against all others on all boards, weights and all; twice that is added up.
   static_assert(ChoicesOf(50, 5) < (std::int64_t{1} << 62) / 1326 / kWholeWeight / kWholeWeight);
 
@@ -174,42 +183,125 @@ double CostOfLead(const CheckedQuestion& question) {
   return 400 + 4 * hands + groups * (70 + 5 * classes);
 }
 
-class BoardsWork final : public TwoRangesWork {
+// The boards of a question in steps, for sweeps.
+class SweptBoards {
  public:
-  explicit BoardsWork(const QuestionPointer& question)
-      : TwoRangesWork(question),
-        live_(ListOf(question->live())),
-        leads_(ChoicesOf(static_cast<int>(live_.size()), LeadOf(*question))),
+  explicit SweptBoards(const CheckedQuestion& question)
+      : question_(question),
+        live_(ListOf(question.live())),
+        leads_(ChoicesOf(static_cast<int>(live_.size()), LeadOf(question))),
         leads_a_step_(leads_ == 1 ? 1
                                   : static_cast<std::int64_t>(
-                                        std::max(kStepCost / CostOfLead(*question), 1.0))) {}
+                                        std::max(kStepCost / CostOfLead(question), 1.0))) {}
 
-  const char* name() const override { return "board by board"; }
-  std::int64_t steps() const override { return (leads_ + leads_a_step_ - 1) / leads_a_step_; }
-
- private:
-  void Count(std::int64_t step, const TwoTallies& tallies) const override {
-    const int to_come = question().to_come();
-    const auto live = static_cast<int>(live_.size());
-    BoardSweep sweep(BestIsa(), question().rules(), ranges(), question().board());
-    if (to_come <= 2) {
-      sweep.Count({}, question().live(), to_come);
-    } else {
-      const std::int64_t first = step * leads_a_step_;
-      const std::int64_t last = std::min(first + leads_a_step_, leads_);
-      Choice choice(first, live, LeadOf(question()));
-      for (std::int64_t i = first; i < last; ++i, choice.MoveToNext()) {
-        const auto below = std::span(live_).first(static_cast<std::size_t>(choice.Lowest()));
-        sweep.Count(choice.Of(live_), CardSet(below), 2);
-      }
-    }
-    // Cases need no board: they are all added with the first step.
-    sweep.AddTo(step == 0 ? ChoicesOf(live - 4, to_come) : 0, tallies);
+  std::int64_t steps() const { return (leads_ + leads_a_step_ - 1) / leads_a_step_; }
+  /// All boards that two hands may see.
+  std::int64_t boards() const {
+    return ChoicesOf(static_cast<int>(live_.size()) - 4, question_.to_come());
   }
 
+  void Count(std::int64_t step, BoardSweep& sweep) const {
+    const int to_come = question_.to_come();
+    if (to_come <= 2) {
+      sweep.Count({}, question_.live(), to_come);
+      return;
+    }
+    const std::int64_t first = step * leads_a_step_;
+    const std::int64_t last = std::min(first + leads_a_step_, leads_);
+    Choice choice(first, static_cast<int>(live_.size()), LeadOf(question_));
+    for (std::int64_t i = first; i < last; ++i, choice.MoveToNext()) {
+      const auto below = std::span(live_).first(static_cast<std::size_t>(choice.Lowest()));
+      sweep.Count(choice.Of(live_), CardSet(below), 2);
+    }
+  }
+
+ private:
+  const CheckedQuestion& question_;
   std::vector<int> live_;
   std::int64_t leads_;
   std::int64_t leads_a_step_;
+};
+
+class BoardsWork final : public TwoRangesWork {
+ public:
+  explicit BoardsWork(const QuestionPointer& question)
+      : TwoRangesWork(question), boards_(*question) {}
+
+  const char* name() const override { return "board by board"; }
+  std::int64_t steps() const override { return boards_.steps(); }
+
+ private:
+  void Count(std::int64_t step, const TwoTallies& tallies) const override {
+    BoardSweep sweep(BestIsa(), question().rules(), ranges(), question().board());
+    boards_.Count(step, sweep);
+    // Cases need no board: they are all added with the first step.
+    sweep.AddTo(step == 0 ? boards_.boards() : 0, tallies);
+  }
+
+  SweptBoards boards_;
+};
+
+class MadeOfTwoWork final : public Work {
+ public:
+  explicit MadeOfTwoWork(const QuestionPointer& question)
+      : question_(question),
+        layout_(*question),
+        hands1_(PairsOf(question->players()[0])),
+        hands2_(PairsOf(question->players()[1])),
+        boards_(*question) {
+    const QuestionPointer totals = WithoutDetail(*question, &Detail::made);
+    totals_size_ = SumsLayout(*totals).size();
+    totals_ = CheapestFor(*totals).solver->start(totals);
+  }
+
+  const char* name() const override { return "what two players make"; }
+  Method method() const override { return Method::kExact; }
+  std::int64_t steps() const override { return totals_->steps() + boards_.steps(); }
+
+  void Do(std::int64_t step, std::span<Int128> sums) const override {
+    if (step < totals_->steps()) {
+      // What is made stands at the end.
+      totals_->Do(step, sums.first(totals_size_));
+      return;
+    }
+    BoardSweep made = SweepOfBoards(step - totals_->steps(), SweepOf::kByCategory);
+    BoardSweep cases = SweepOfBoards(step - totals_->steps(), SweepOf::kCasesByCategory);
+    for (int category = 1; category < kCategories; ++category) {
+      std::vector<Tally> made1(hands1_.size()), made2(hands2_.size());
+      std::vector<Tally> cases1(hands1_.size()), cases2(hands2_.size());
+      made.AddTo(0, {made1, made2}, category);
+      cases.AddTo(0, {cases1, cases2}, category);
+      Add(layout_.MadeCases(0, static_cast<std::size_t>(category)), hands1_, made1, cases1, sums);
+      Add(layout_.MadeCases(1, static_cast<std::size_t>(category)), hands2_, made2, cases2, sums);
+    }
+  }
+
+ private:
+  BoardSweep SweepOfBoards(std::int64_t step, SweepOf of) const {
+    BoardSweep sweep(BestIsa(), question_->rules(), {hands1_, hands2_}, question_->board(), of);
+    boards_.Count(step, sweep);
+    return sweep;
+  }
+
+  static void Add(std::size_t cell, std::span<const WeightedPair> hands,
+                  std::span<const Tally> made, std::span<const Tally> cases,
+                  std::span<Int128> sums) {
+    Int128 wins = 0, ties = 0, all = 0;
+    for (std::size_t i = 0; i < hands.size(); ++i) {
+      wins += hands[i].weight * made[i].wins;
+      ties += hands[i].weight * made[i].ties;
+      all += hands[i].weight * cases[i].ties;
+    }
+    sums[cell] += all;
+    AddOutcome(SumsLayout::OutcomeOf(cell), wins, ties, sums);
+  }
+
+  QuestionPointer question_;
+  SumsLayout layout_;
+  std::vector<WeightedPair> hands1_, hands2_;
+  SweptBoards boards_;
+  std::unique_ptr<const Work> totals_;
+  std::size_t totals_size_ = 0;
 };
 
 }  // namespace
@@ -256,6 +348,18 @@ std::optional<double> BoardsCost(const CheckedQuestion& question) {
 
 std::unique_ptr<const Work> StartBoards(const QuestionPointer& question) {
   return std::make_unique<BoardsWork>(question);
+}
+
+std::optional<double> MadeOfTwoCost(const CheckedQuestion& question) {
+  if (!question.asked().detail.made || !IsOfTwoPlayers(question)) return std::nullopt;
+  const SolverChoice totals = CheapestFor(*WithoutDetail(question, &Detail::made));
+  if (totals.solver == nullptr) return std::nullopt;
+  const auto leads = static_cast<double>(ChoicesOf(question.live().size(), LeadOf(question)));
+  return totals.cost + 30000 + 3 * leads * CostOfLead(question);
+}
+
+std::unique_ptr<const Work> StartMadeOfTwo(const QuestionPointer& question) {
+  return std::make_unique<MadeOfTwoWork>(question);
 }
 
 }  // namespace pokermath

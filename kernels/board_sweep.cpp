@@ -118,8 +118,9 @@ struct BoardSweep::Choice {
   int rank2 = 0;
 };
 
-BoardSweep::BoardSweep(Isa isa, const GameRules& rules, const TwoRanges& ranges, CardSet board)
-    : kernels_(isa), rules_(rules), board_(board) {
+BoardSweep::BoardSweep(Isa isa, const GameRules& rules, const TwoRanges& ranges, CardSet board,
+                       SweepOf of)
+    : kernels_(isa), rules_(rules), board_(board), of_(of) {
   sides_[0].hands = ranges.hands1;
   sides_[1].hands = ranges.hands2;
   std::array<bool, kRankClasses> held{};
@@ -132,20 +133,20 @@ BoardSweep::BoardSweep(Isa isa, const GameRules& rules, const TwoRanges& ranges,
     classes_.push_back({static_cast<std::uint8_t>(high), static_cast<std::uint8_t>(low),
                         static_cast<std::uint16_t>(1u << high | 1u << low)});
   }
-  counted_.resize(classes_.size());  // which leaves it as it is
-  std::memset(counted_.data(), 0, counted_.size() * sizeof(SweptHands));
+  LargeTable<SweptHands>& counted = counted_[0];
+  counted.resize(classes_.size());  // which leaves it as it is
+  std::memset(counted.data(), 0, counted.size() * sizeof(SweptHands));
   for (std::size_t side = 0; side < 2; ++side) {
     for (std::size_t i = 0; i < sides_[side].hands.size(); ++i) {
       const std::uint16_t lane = sides_[side].lanes[i];
       if (lane == kNoLane) continue;
-      counted_[places_[lane / 16]].weights[side].at[lane % 16] =
+      counted[places_[lane / 16]].weights[side].at[lane % 16] =
           static_cast<std::uint32_t>(sides_[side].hands[i].weight);
     }
   }
-  views_.resize(kMasks.size());
+  views_.resize(kMasks.size() * (of == SweepOf::kByHand ? 1 : kCategories));
   held_.resize(kMasks.size());
-  for (std::size_t i = 0; i < views_.size(); ++i) views_[i].mask = &kMasks[i];
-  tables_ = {classes_, counted_, views_};
+  tables_ = {classes_, views_};
 }
 
 void BoardSweep::Gather(std::size_t number, CardSet board, std::array<bool, kRankClasses>& held) {
@@ -163,17 +164,48 @@ void BoardSweep::Gather(std::size_t number, CardSet board, std::array<bool, kRan
   }
 }
 
-void BoardSweep::Use(std::size_t view) {
+// A view with its sums, which are made when it is asked for first.
+SuitsView& BoardSweep::Prepare(std::size_t view) {
   SuitsView& used = views_[view];
-  if (used.classes.empty()) {
-    used.classes.resize(classes_.size());
-    kernels_.Use(tables_, used);
-    held_[view].fill(kNoPlace);
-    for (std::size_t number = 0; number < kRankClasses; ++number) {
-      const std::uint8_t place = places_[number];
-      if (place != kNoPlace && !used.classes[place].IsEmpty()) held_[view][number] = place;
-    }
+  if (!used.classes.empty()) return used;
+  LargeTable<SweptHands>& counted = counted_[view / kMasks.size()];
+  // Of a category that is new, the weights alone.
+  if (counted.empty()) {
+    counted = counted_[0];
+    for (SweptHands& hands : counted) hands = {{hands.weights[0], hands.weights[1]}, {}, {}};
   }
+  used.mask = &kMasks[view % kMasks.size()];
+  used.hands = counted;
+  used.classes.resize(classes_.size());
+  kernels_.Use(used);
+  return used;
+}
+
+void BoardSweep::Use(std::size_t view) {
+  if (!views_[view].classes.empty()) return;
+  const SuitsView& used = Prepare(view);
+  held_[view].fill(kNoPlace);
+  for (std::size_t number = 0; number < kRankClasses; ++number) {
+    const std::uint8_t place = places_[number];
+    if (place != kNoPlace && !used.classes[place].IsEmpty()) held_[view][number] = place;
+  }
+}
+
+void BoardSweep::Sweep(const BoardGroup& group, std::span<const SweptItem> items) {
+  if (of_ == SweepOf::kByHand) {
+    kernels_.Count(tables_, group, items);
+    return;
+  }
+  static_assert(kMasks.size() * kCategories <= 256);
+  by_category_.assign(items.begin(), items.end());
+  for (SweptItem& item : by_category_) {
+    const auto category = static_cast<std::size_t>(CategoryOf(rules_, item.value));
+    const std::size_t view = category * kMasks.size() + item.view;
+    Prepare(view);
+    item.view = static_cast<std::uint8_t>(view);
+    if (of_ == SweepOf::kCasesByCategory) item.value = 0;
+  }
+  kernels_.Count(tables_, group, by_category_);
 }
 
 void BoardSweep::Count(CardSet coming, CardSet from, int to_come) {
@@ -372,14 +404,14 @@ void BoardSweep::CountGroup(const BoardGroup& group, std::uint32_t boards, int s
   spent_ += most;
   if (suit < 0) {
     Use(kAll);
-    kernels_.Count(tables_, group, plain_);
+    Sweep(group, plain_);
     return;
   }
   SetFlushes(suit, suited);
   const int count = std::popcount(suited);
   if (count == 5) {
     // Nobody has less than the flush of the board, and without a pair on it nobody more than one.
-    kernels_.Count(tables_, group, flushes_);
+    Sweep(group, flushes_);
     return;
   }
   const std::size_t view = ViewOf(suit, count == 3 ? kNotBoth : kNone);
@@ -392,31 +424,39 @@ void BoardSweep::CountGroup(const BoardGroup& group, std::uint32_t boards, int s
     items_[next++] = {item.value, item.place, static_cast<std::uint8_t>(view)};
   }
   std::copy(flush, flushes_.end(), items_.begin() + static_cast<std::ptrdiff_t>(next));
-  kernels_.Count(tables_, group, items_);
+  Sweep(group, items_);
 }
 
 void BoardSweep::Settle() {
-  for (SuitsView& view : views_) kernels_.Settle(tables_, view);
+  for (SuitsView& view : views_) {
+    if (!view.classes.empty()) kernels_.Settle(tables_, view);
+  }
 }
 
 void BoardSweep::Spill() {
   Settle();
   spent_ = 0;
-  spilled_.resize(counted_.size() * 64);
-  std::size_t at = 0;
-  for (SweptHands& hands : counted_) {
-    for (SuitLanes* lanes : {&hands.wins[0], &hands.wins[1], &hands.ties[0], &hands.ties[1]}) {
-      for (std::uint32_t& lane : lanes->at) {
-        spilled_[at++] += lane;
-        lane = 0;
+  for (std::size_t category = 0; category < counted_.size(); ++category) {
+    std::vector<std::uint64_t>& spilled = spilled_[category];
+    spilled.resize(counted_[category].size() * 64);
+    std::size_t at = 0;
+    for (SweptHands& hands : counted_[category]) {
+      for (SuitLanes* lanes : {&hands.wins[0], &hands.wins[1], &hands.ties[0], &hands.ties[1]}) {
+        for (std::uint32_t& lane : lanes->at) {
+          spilled[at++] += lane;
+          lane = 0;
+        }
       }
     }
   }
 }
 
-void BoardSweep::AddTo(std::int64_t boards, const TwoTallies& tallies) {
+void BoardSweep::AddTo(std::int64_t boards, const TwoTallies& tallies, int category) {
   Settle();
-  if (!spilled_.empty()) Spill();
+  if (!spilled_[0].empty()) Spill();
+  const auto& counted = counted_[static_cast<std::size_t>(category)];
+  const auto& spilled = spilled_[static_cast<std::size_t>(category)];
+  if (counted.empty()) return;
   for (std::size_t number = 0; number < 2; ++number) {
     const Side& side = sides_[number];
     const Side& other = sides_[1 - number];
@@ -427,13 +467,13 @@ void BoardSweep::AddTo(std::int64_t boards, const TwoTallies& tallies) {
       const std::size_t lane = *of++ % 16;
       Tally& to = *tally++;
       if (place == kNoPlace) continue;
-      const SweptHands& hands = counted_[place];
-      if (spilled_.empty()) {
+      const SweptHands& hands = counted[place];
+      if (spilled.empty()) {
         to.wins += hands.wins[number].at[lane];
         to.ties += hands.ties[number].at[lane];
       } else {
-        to.wins += static_cast<std::int64_t>(spilled_[place * 64 + number * 16 + lane]);
-        to.ties += static_cast<std::int64_t>(spilled_[place * 64 + 32 + number * 16 + lane]);
+        to.wins += static_cast<std::int64_t>(spilled[place * 64 + number * 16 + lane]);
+        to.ties += static_cast<std::int64_t>(spilled[place * 64 + 32 + number * 16 + lane]);
       }
       const std::uint32_t against =
           other.total - other.holds[static_cast<std::size_t>(hand.card1)] -

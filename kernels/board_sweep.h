@@ -8,6 +8,7 @@
 #include <span>
 #include <vector>
 
+#include "eval/worth.h"
 #include "kernels/board_order.h"
 #include "kernels/sweep_levels.h"
 #include "kernels/weighted_hands.h"
@@ -16,13 +17,21 @@
 
 namespace pokermath {
 
+/// What tallies of a sweep are of.
+enum class SweepOf {
+  kByHand,           ///< of each hand on all boards
+  kByCategory,       ///< of each hand on the boards on which it makes a category
+  kCasesByCategory,  ///< the same, but all hands tie: how many there are to compare with
+};
+
 /// Counts boards and gives tallies for all of them in the end. Not for several threads at once.
 class BoardSweep {
  public:
   /// @param isa     instructions to use; the machine must have them
   /// @param ranges  have to outlive this; each hand once, weights up to kWholeWeight
   /// @param board   known cards; hands that share a card with them have no cases
-  BoardSweep(Isa isa, const GameRules& rules, const TwoRanges& ranges, CardSet board);
+  BoardSweep(Isa isa, const GameRules& rules, const TwoRanges& ranges, CardSet board,
+             SweepOf of = SweepOf::kByHand);
 
   /// Counts the boards of the known cards, of others that come in any case, and of `to_come` cards
   /// out of a set, 0 to 2: three to five cards together.
@@ -30,7 +39,9 @@ class BoardSweep {
 
   /// Adds wins and ties of all that was counted, once and in the end; and cases, `boards` for each
   /// two hands that share no card.
-  void AddTo(std::int64_t boards, const TwoTallies& tallies);
+  ///
+  /// @param category  of CategoryOf, but 0 for SweepOf::kByHand
+  void AddTo(std::int64_t boards, const TwoTallies& tallies, int category = 0);
 
  private:
   struct Known;
@@ -39,6 +50,8 @@ class BoardSweep {
 
   void Gather(std::size_t side, CardSet board, std::array<bool, kRankClasses>& held);
   void Use(std::size_t view);
+  SuitsView& Prepare(std::size_t view);
+  void Sweep(const BoardGroup& group, std::span<const SweptItem> items);
   void CountOneMore(const Known& known, CardSet from);
   void CountTwoMore(const Known& known, CardSet from);
   void CountChoice(const Known& known, const Choice& choice);
@@ -51,6 +64,7 @@ class BoardSweep {
   SweepKernels kernels_;
   const GameRules& rules_;
   CardSet board_;
+  SweepOf of_;
   struct Side {
     std::span<const WeightedPair> hands;
     std::vector<std::uint16_t> lanes;  // of each hand: rank class * 16 + lane, or kNoLane
@@ -59,21 +73,24 @@ class BoardSweep {
   };
   std::array<Side, 2> sides_;
   std::vector<SweptClass> classes_;
-  LargeTable<SweptHands> counted_;                 // of the classes
+  // Of the classes, by category: for SweepOf::kByHand in the first place, and empty where none is.
+  std::array<LargeTable<SweptHands>, kCategories> counted_;
   std::array<std::uint8_t, kRankClasses> places_;  // in classes_, or kNoPlace
-  std::vector<SuitsView> views_;
+  std::vector<SuitsView> views_;                   // by category, and then as kMasks
   // By view and rank class: places of classes with hands in it, once it is in use.
   std::vector<std::array<std::uint8_t, kRankClasses>> held_;
   SweepTables tables_;
 
-  std::uint64_t spent_ = 0;             // more than this no count has come to since the last spill
-  std::vector<std::uint64_t> spilled_;  // wins and ties as they stand in counted_
+  std::uint64_t spent_ = 0;  // more than this no count has come to since the last spill
+  // Wins and ties as they stand in counted_.
+  std::array<std::vector<std::uint64_t>, kCategories> spilled_;
 
   std::vector<SweptItem> plain_;    // all classes in the order of the board's ranks
   std::vector<SweptItem> flushes_;  // of these cards of a suit on the board:
   int flushes_suit_ = -1;
   RankSet flushes_suited_ = 0;
   std::vector<SweptItem> items_;
+  std::vector<SweptItem> by_category_;
 };
 
 }  // namespace pokermath

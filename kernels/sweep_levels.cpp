@@ -51,10 +51,7 @@ class Levels {
   using Line = TermLine<kHighs, kTerms>;
 
   POKERMATH_KERNEL Levels(const SweepTables& tables, const BoardGroup& group)
-      : classes_(tables.classes.data()),
-        hands_(tables.hands.data()),
-        views_(tables.views.data()),
-        group_(group) {
+      : classes_(tables.classes.data()), views_(tables.views.data()), group_(group) {
     const std::uint32_t n1 = group.count1;
     const std::uint32_t n2 = group.count2;
     if constexpr (kTerms == 1) {
@@ -223,8 +220,8 @@ class Levels {
   // A level of one item.
   POKERMATH_KERNEL void Alone(const SweptItem& item) {
     const SweptClass& of = classes_[item.place];
-    SweptHands& hands = hands_[item.place];
     SuitsView& view = views_[item.view];
+    SweptHands& hands = view.hands[item.place];
     SuitsView::Sums& sums = view.classes[item.place];
     const L mask = L::Of(*view.mask);
     if (!IsTouched(of)) {
@@ -255,8 +252,9 @@ class Levels {
   template <bool kBehind>
   POKERMATH_KERNEL void Ask(const SweptItem& item) {
     const SweptClass& of = classes_[item.place];
-    SweptHands& hands = hands_[item.place];
-    const L mask = L::Of(*views_[item.view].mask);
+    SuitsView& view = views_[item.view];
+    SweptHands& hands = view.hands[item.place];
+    const L mask = L::Of(*view.mask);
     Touched touched;
     const bool is_touched = IsTouched(of);
     if (is_touched) touched = Touch(of, mask);
@@ -286,12 +284,11 @@ class Levels {
     }
     const Touched touched = Touch(of, L::Of(*view.mask));
     for (int side = 0; side < 2; ++side) {
-      PutIn(below_[side], of, WeightsOf(sums, side, hands_[item.place].weights[side], touched));
+      PutIn(below_[side], of, WeightsOf(sums, side, view.hands[item.place].weights[side], touched));
     }
   }
 
   const SweptClass* classes_;
-  SweptHands* hands_;
   SuitsView* views_;
   const BoardGroup& group_;
   std::uint32_t boards_;  // of hands that no card to come touches
@@ -317,12 +314,12 @@ POKERMATH_KERNEL void Count(const SweepTables& tables, const BoardGroup& group,
 }
 
 template <int kHighs>
-POKERMATH_KERNEL void Use(const SweepTables& tables, SuitsView& view) {
+POKERMATH_KERNEL void Use(SuitsView& view) {
   using L = Lanes<kHighs>;
   for (std::size_t i = 0; i < view.classes.size(); ++i) {
     SuitsView::Sums& to = view.classes[i];
     for (int side = 0; side < 2; ++side) {
-      LaneSums<kHighs>::Of(L::Of(tables.hands[i].weights[side]) & L::Of(*view.mask))
+      LaneSums<kHighs>::Of(L::Of(view.hands[i].weights[side]) & L::Of(*view.mask))
           .Store(to.of[side]);
     }
     to.alone() = 0;
@@ -335,7 +332,7 @@ POKERMATH_KERNEL void Settle(const SweepTables& tables, SuitsView& view) {
   for (std::size_t i = 0; i < view.classes.size(); ++i) {
     SuitsView::Sums& sums = view.classes[i];
     if (sums.alone() == 0) continue;
-    SweptHands& hands = tables.hands[i];
+    SweptHands& hands = view.hands[i];
     const bool pair = tables.classes[i].high == tables.classes[i].low;
     for (int side = 0; side < 2; ++side) {
       const auto other = LaneSums<kHighs>::Load(sums.of[1 - side]);
@@ -358,9 +355,8 @@ constexpr int kHighsOf = level == Isa::kAvx512 ? 4
 
 }  // namespace
 
-void SweepKernels::Use(const SweepTables& tables, SuitsView& view) const {
-  Dispatch(isa_,
-           [&](auto level) POKERMATH_INLINE { pokermath::Use<kHighsOf<level>>(tables, view); });
+void SweepKernels::Use(SuitsView& view) const {
+  Dispatch(isa_, [&](auto level) POKERMATH_INLINE { pokermath::Use<kHighsOf<level>>(view); });
 }
 
 void SweepKernels::Count(const SweepTables& tables, const BoardGroup& group,

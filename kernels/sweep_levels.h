@@ -40,6 +40,7 @@ struct SuitsView {
     bool IsEmpty() const { return (of[0].at[8] | of[1].at[8]) == 0; }
   };
   const SuitLanes* mask = nullptr;  ///< all bits of a lane, or none
+  std::span<SweptHands> hands;      ///< of the classes, with what was counted for this view
   LargeTable<Sums> classes;         ///< empty until it is used
 };
 
@@ -66,7 +67,6 @@ struct BoardGroup {
 
 struct SweepTables {
   std::span<const SweptClass> classes;
-  std::span<SweptHands> hands;  ///< of the classes
   std::span<SuitsView> views;
 };
 
@@ -76,7 +76,7 @@ class SweepKernels {
   explicit SweepKernels(Isa isa) : isa_(isa) {}
 
   /// Fills in the sums of a view.
-  void Use(const SweepTables& tables, SuitsView& view) const;
+  void Use(SuitsView& view) const;
   /// Counts a group of boards.
   /// @param items  of all hands, rising by value; their views are in use
   void Count(const SweepTables& tables, const BoardGroup& group,

@@ -104,6 +104,24 @@ void CountPlainly(const GameRules& rules, const TwoRanges& ranges, CardSet board
   }
 }
 
+// What two sweeps by category say of all of them together.
+template <typename Count>
+Tallies AllCategories(Isa isa, const GameRules& rules, const TwoRanges& ranges, CardSet board,
+                      const Count& count) {
+  BoardSweep made(isa, rules, ranges, board, SweepOf::kByCategory);
+  BoardSweep cases(isa, rules, ranges, board, SweepOf::kCasesByCategory);
+  count(made);
+  count(cases);
+  Tallies sum(ranges), all(ranges);
+  for (int category = 0; category < kCategories; ++category) {
+    made.AddTo(0, sum.all(), category);
+    cases.AddTo(0, all.all(), category);
+  }
+  for (std::size_t i = 0; i < sum.of1.size(); ++i) sum.of1[i].cases = all.of1[i].ties;
+  for (std::size_t i = 0; i < sum.of2.size(); ++i) sum.of2[i].cases = all.of2[i].ties;
+  return sum;
+}
+
 TEST(BoardSweep, GivesEveryHandWhatPlainLoopsGive) {
   for (const Game game : {Game::kHoldem, Game::kShortDeck, Game::kShortDeckStraights}) {
     const GameRules& rules = RulesOf(game);
@@ -124,15 +142,18 @@ TEST(BoardSweep, GivesEveryHandWhatPlainLoopsGive) {
       const TwoRanges ranges{hands1, hands2};
       Tallies plain(ranges);
       CountPlainly(rules, ranges, board, from, to_come, plain);
+      const Tallies with_cases = plain;
       for (auto* tallies : {&plain.of1, &plain.of2}) {
         for (Tally& tally : *tallies) tally.cases = 0;
       }
       for (const Isa isa : IsasOfMachine()) {
         BoardSweep sweep(isa, rules, ranges, board - coming);
-        sweep.Count(coming, from, to_come);
+        const auto count = [&](BoardSweep& to) { to.Count(coming, from, to_come); };
+        count(sweep);
         Tallies swept(ranges);
         sweep.AddTo(0, swept.all());
         ASSERT_EQ(swept, plain) << IsaName(isa);
+        ASSERT_EQ(AllCategories(isa, rules, ranges, board - coming, count), with_cases);
       }
     }
   }
@@ -155,10 +176,14 @@ TEST(BoardSweep, AddsUpManyBoardsOfHeavyHands) {
     }
     for (const Isa isa : IsasOfMachine()) {
       BoardSweep sweep(isa, rules, ranges, board);
-      for (int i = 0; i < kTimes; ++i) sweep.Count({}, {}, 0);
+      const auto count = [&](BoardSweep& to) {
+        for (int i = 0; i < kTimes; ++i) to.Count({}, {}, 0);
+      };
+      count(sweep);
       Tallies swept(ranges);
       sweep.AddTo(kTimes, swept.all());
       ASSERT_EQ(swept, plain) << IsaName(isa);
+      ASSERT_EQ(AllCategories(isa, rules, ranges, board, count), plain);
     }
   }
 }
