@@ -58,22 +58,31 @@ export async function open(
 }
 
 /** Waits until the question of now is answered, refused or stopped, and says which. */
-export async function settled(page: Page): Promise<string> {
-  const settledState = page.locator(".status:not([data-state='running'])");
-  // What was typed last is a question only after the next drawing.
-  await page.evaluate(() => new Promise((done) => requestAnimationFrame(() => setTimeout(done))));
-  await settledState.waitFor();
-  return (await settledState.getAttribute("data-state")) ?? "";
+export function settled(page: Page): Promise<string> {
+  return page.evaluate(async () => {
+    const state = () => document.querySelector<HTMLElement>(".status")?.dataset["state"] ?? "";
+    // What was typed last is a question only after the next drawing.
+    await new Promise((done) => requestAnimationFrame(() => setTimeout(done)));
+    const end = performance.now() + 15_000;
+    while (state() === "running" && performance.now() < end) {
+      await new Promise((done) => setTimeout(done, 4));
+    }
+    return state();
+  });
 }
+
+let asked = 0;
 
 /** Another question in the address of the open page. */
 export async function go(page: Page, hash: string): Promise<string> {
-  await page.evaluate((to) => {
-    const before = location.hash;
-    const heard = new Promise((done) => addEventListener("hashchange", done, { once: true }));
-    location.hash = to;
-    return location.hash === before ? undefined : heard;
-  }, hash);
+  await page.evaluate(
+    (to) => {
+      const heard = new Promise((done) => addEventListener("hashchange", done, { once: true }));
+      location.hash = to;
+      return heard;
+    },
+    `${hash}&n=${++asked}`, // the same address again would be no change of it
+  );
   return settled(page);
 }
 

@@ -6,6 +6,7 @@ export interface Asked {
   board: string;
   dead: string;
   to: string;
+  method: string;
   detail: string;
 }
 
@@ -53,15 +54,17 @@ function question(below: (below: number) => number): Asked {
   const deck = cardsOf(game.startsWith("shortdeck") ? "6789TJQKA" : "23456789TJQKA");
   const deal = (number: number) =>
     Array.from({ length: number }, () => deck.splice(below(deck.length), 1)[0]).join("");
-  const known = cards === 2 ? (below(4) === 0 ? 0 : 3 + below(3)) : 3 + below(3);
+  const detail = ["class", "next", "hand", "made"][below(4)] ?? "class";
+  // Without a board only what takes some milliseconds.
+  const known = cards === 2 && detail === "class" && below(2) === 0 ? 0 : 3 + below(3);
   const board = deal(known);
   const dead = below(4) === 0 ? deal(2) : "";
   const players = Array.from({ length: below(4) === 0 ? 3 : 2 }, () =>
     below(2) === 0 ? deal(cards) : (ranges[below(ranges.length)] ?? ""),
   );
   const to = below(6) === 0 ? "turn" : "river";
-  const detail = ["class", "next", "hand", "made"][below(4)] ?? "class";
-  return { game, players, board, dead, to, detail };
+  const method = below(5) === 0 ? "sampled" : "auto";
+  return { game, players, board, dead, to, method, detail };
 }
 
 function cardsOf(ranks: string): string[] {

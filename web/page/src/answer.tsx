@@ -3,7 +3,7 @@
 import { memo } from "preact/compat";
 import { useEffect, useState } from "preact/hooks";
 import type { Answer, DetailName, PokermathError, Question } from "pokermath";
-import type { Asking } from "./calculator.js";
+import { casesOf, type Asking } from "./calculator.js";
 import { ranksOf } from "./cards.js";
 import { Choice, Note } from "./controls.js";
 import { CurvePanel } from "./curve_panel.js";
@@ -212,8 +212,7 @@ function named({ players, board }: Question): string {
 
 const Method = memo(function Method({ answer }: { answer: Answer }) {
   const exact = answer.method === "exact";
-  const trials = answer["trials"];
-  const number = exact ? T.cases(answer.cases) : T.trials(typeof trials === "number" ? trials : 0);
+  const number = exact ? T.cases(casesOf(answer)) : T.trials(casesOf(answer));
   return (
     <p class="method">
       <b class={exact ? "exact" : "sampled"}>{exact ? T.exact : T.sampled}</b>

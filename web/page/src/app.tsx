@@ -3,7 +3,7 @@
 import { useCallback, useEffect, useMemo, useState } from "preact/hooks";
 import type { DetailName } from "pokermath";
 import { AnswerPanel, DETAIL_OF, hasFewHands } from "./answer.js";
-import { useAnswer, type Asking } from "./calculator.js";
+import { casesOf, useAnswer, type Asking } from "./calculator.js";
 import { GAMES, holeCards } from "./cards.js";
 import { IconButton, Select } from "./controls.js";
 import type { Tab } from "./hash.js";
@@ -116,11 +116,6 @@ function detailOf(query: Query, tab: Tab, suits: boolean, few: boolean): DetailN
 /** The question itself, whatever it is broken down by. */
 function bare(question: object): string {
   return JSON.stringify({ ...question, detail: [] });
-}
-
-/** Cases of an exact answer, deals of a sampled one. */
-function casesOf(answer: { cases?: number; trials?: unknown }): number {
-  return answer.cases ?? (typeof answer.trials === "number" ? answer.trials : 0);
 }
 
 interface SwitchesProps {

@@ -98,6 +98,11 @@ export function errorAt(error: PokermathError | null, field: string): string | n
   return error?.field === field ? error.message : null;
 }
 
+/** Cases of an exact answer, deals of a sampled one. */
+export function casesOf({ cases, trials }: Answer): number {
+  return cases ?? trials ?? 0;
+}
+
 const FEW = 200;
 const readings = new Map<string, Promise<RangeReading>>();
 

@@ -1,8 +1,8 @@
 // The left half of the page: the question.
 
 import { useState } from "preact/hooks";
-import type { Method, PlayerAnswer, PokermathError, Street } from "pokermath";
-import { errorAt } from "./calculator.js";
+import type { Game, Method, PlayerAnswer, PokermathError, Street } from "pokermath";
+import { errorAt, useReading } from "./calculator.js";
 import { cardsInUse, MOST_FOLDED, MOST_PLAYERS, replaced, without, type Query } from "./state.js";
 import { ranksOf, readCards } from "./cards.js";
 import { CardsField } from "./cards_field.js";
@@ -167,29 +167,17 @@ function Folded({ query, error, onChange }: PartProps) {
       <h3>{T.folded}</h3>
       <Note kind="hint">{T.foldedHint}</Note>
       {folded.map((text, at) => (
-        <div class="folded" key={at}>
-          <div>
-            <RangeText
-              id={`folded-${at}`}
-              value={text}
-              label={T.foldedRange(at)}
-              placeholder=""
-              error={errorAt(error, `folded/${at}`)}
-              warnings={[]}
-              onText={(next, typed) =>
-                onChange(
-                  { ...query, folded: replaced(folded, at, next) },
-                  typed ? `folded/${at}` : "",
-                )
-              }
-            />
-          </div>
-          <IconButton
-            icon="close"
-            label={T.removeFolded(at)}
-            onClick={() => onChange({ ...query, folded: without(folded, at) }, "")}
-          />
-        </div>
+        <FoldedRange
+          key={at}
+          at={at}
+          text={text}
+          game={query.game}
+          error={errorAt(error, `folded/${at}`)}
+          onText={(next, typed) =>
+            onChange({ ...query, folded: replaced(folded, at, next) }, typed ? `folded/${at}` : "")
+          }
+          onRemove={() => onChange({ ...query, folded: without(folded, at) }, "")}
+        />
       ))}
       {folded.length < MOST_FOLDED && (
         <button
@@ -201,6 +189,35 @@ function Folded({ query, error, onChange }: PartProps) {
         </button>
       )}
     </>
+  );
+}
+
+interface FoldedProps {
+  at: number;
+  text: string;
+  game: Game;
+  error: string | null;
+  onText: (text: string, typed: boolean) => void;
+  onRemove: () => void;
+}
+
+function FoldedRange({ at, text, game, error, onText, onRemove }: FoldedProps) {
+  const reading = useReading(game, text);
+  return (
+    <div class="folded">
+      <div>
+        <RangeText
+          id={`folded-${at}`}
+          value={text}
+          label={T.foldedRange(at)}
+          placeholder=""
+          error={error}
+          warnings={reading?.warnings ?? []}
+          onText={onText}
+        />
+      </div>
+      <IconButton icon="close" label={T.removeFolded(at)} onClick={onRemove} />
+    </div>
   );
 }
 
