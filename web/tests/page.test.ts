@@ -274,6 +274,12 @@ describe("views of the answer", () => {
     expect(await page.locator(".next-card").first().textContent()).toMatch(/^jack of /);
   });
 
+  it("says so where nothing comes next", async () => {
+    const page = shared;
+    expect(await go(page, "#p=AhKd&p=15%&board=2c7dThJsQs&view=next")).toBe("done");
+    await page.getByText("nothing comes next").waitFor();
+  });
+
   it("lists flops where there is no board", async () => {
     const page = shared;
     await go(page, "#p=AhKd&p=QsQc&view=next");

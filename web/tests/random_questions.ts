@@ -55,14 +55,15 @@ function question(below: (below: number) => number): Asked {
   const deal = (number: number) =>
     Array.from({ length: number }, () => deck.splice(below(deck.length), 1)[0]).join("");
   const detail = ["class", "next", "hand", "made"][below(4)] ?? "class";
-  // Without a board only what takes some milliseconds.
-  const known = cards === 2 && detail === "class" && below(2) === 0 ? 0 : 3 + below(3);
+  // Without a board, and with something that comes next, only what takes some milliseconds.
+  const bare = cards === 2 && detail === "class" && below(2) === 0;
+  const known = bare ? 0 : detail === "next" ? (cards === 2 ? 3 : 4) : 3 + below(3);
   const board = deal(known);
   const dead = below(4) === 0 ? deal(2) : "";
   const players = Array.from({ length: below(4) === 0 ? 3 : 2 }, () =>
     below(2) === 0 ? deal(cards) : (ranges[below(ranges.length)] ?? ""),
   );
-  const to = below(6) === 0 ? "turn" : "river";
+  const to = detail !== "next" && below(6) === 0 ? "turn" : "river";
   const method = below(5) === 0 ? "sampled" : "auto";
   return { game, players, board, dead, to, method, detail };
 }

@@ -13,7 +13,7 @@ import { NextCards } from "./next_cards.js";
 import { RangePanel } from "./range_panel.js";
 import { TakeAlong } from "./take_along.js";
 import { TAB_NAMES, T, duration } from "./texts.js";
-import type { Query } from "./state.js";
+import { comesNext, type Query } from "./state.js";
 
 /** What the question is broken down by for a view. */
 export const DETAIL_OF: Record<Tab, DetailName> = {
@@ -102,6 +102,7 @@ function ViewBody({ query, view, answer, onText, onSuits }: BodyProps) {
   if (answer === null) return <p class="muted">{T.loading}</p>;
   if (view.tab === "next") {
     const shown = answer.players[view.player];
+    if (!comesNext(query)) return <p class="muted">{T.noNext}</p>;
     if (answer.next === undefined || shown === undefined) return null;
     return (
       <NextCards

@@ -10,7 +10,7 @@ import type { Tab } from "./hash.js";
 import { usePage } from "./query.js";
 import { QuestionPanel } from "./question.js";
 import { THEMES, useSettings, type Settings } from "./settings.js";
-import { questionOf, withGame, type Query } from "./state.js";
+import { comesNext, questionOf, withGame, type Query } from "./state.js";
 import { copy } from "./take_along.js";
 import { GAME_NAMES, T, percent } from "./texts.js";
 
@@ -110,6 +110,7 @@ export function App() {
 function detailOf(query: Query, tab: Tab, suits: boolean, few: boolean): DetailName[] {
   const two = holeCards(query.game) === 2;
   if (tab === "curve" && !two && !few) return [];
+  if (tab === "next" && !comesNext(query)) return [];
   return tab === "range" && suits && two ? ["class", "hand"] : [DETAIL_OF[tab]];
 }
 

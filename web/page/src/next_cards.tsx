@@ -34,7 +34,6 @@ export const NextCards = memo(function NextCards({ next, player, equity, ranks }
     () => sorted(rowsOf(next, player), sort, ranks),
     [next, player, sort, ranks],
   );
-  if (rows.length === 0) return <p class="muted">{T.noNext}</p>;
   const flops = (rows[0]?.cards.length ?? 1) > 1;
   return (
     <div class="next">

@@ -79,6 +79,12 @@ function cardsOfDeck(text: string, game: Game): string {
   return left.length === cards.length ? text : left.join("");
 }
 
+/** Whether a card comes before hands are compared. */
+export function comesNext({ board, to }: Query): boolean {
+  const compared = { flop: 3, turn: 4, river: 5 }[to];
+  return (readCards(board)?.length ?? 0) < compared;
+}
+
 export function replaced<T>(list: readonly T[], at: number, item: T): T[] {
   return list.map((old, index) => (index === at ? item : old));
 }
