@@ -31,7 +31,7 @@ const HOLDEM = [
 ];
 const SHORT = ["20%", "JJ+,AQs+:0.5", "random", "QQ", "T9s-76s", "A*s!AKs", "66:0"];
 const OMAHA = ["AAxx:ds", "JTxx!JJxx@50", "5%", "KQJT", "[25.0]AAxx[/25.0],KKxx:ds", "AAx"];
-const OMAHA5 = ["AAKKx:ds", "KQJTx:3", "1%"];
+const OMAHA5 = ["AAKKx:ds", "KQJTx:3"];
 const OMAHA6 = ["AAKKQx:ts", "KQJT98"];
 const GAMES: readonly { game: string; cards: number; ranges: string[] }[] = [
   { game: "holdem", cards: 2, ranges: HOLDEM },
@@ -60,7 +60,7 @@ function question(below: (below: number) => number): Asked {
   const known = bare ? 0 : detail === "next" ? (cards === 2 ? 3 : 4) : 3 + below(3);
   const board = deal(known);
   const dead = below(4) === 0 ? deal(2) : "";
-  const players = Array.from({ length: below(4) === 0 ? 3 : 2 }, () =>
+  const players = Array.from({ length: cards === 2 && below(4) === 0 ? 3 : 2 }, () =>
     below(2) === 0 ? deal(cards) : (ranges[below(ranges.length)] ?? ""),
   );
   const to = detail !== "next" && below(6) === 0 ? "turn" : "river";

@@ -8,7 +8,6 @@ import { useMemo, useRef, useState } from "preact/hooks";
 import type { Game, PlayerAnswer, RangeReading } from "pokermath";
 import { useCalculator, useLatest, useReading } from "./calculator.js";
 import { canonical, holeCards, ranksOf } from "./cards.js";
-import { Icon } from "./icons.js";
 import { cellsOf, listOf, paint, weightsOf, type Weights } from "./grid.js";
 import { HandList } from "./hand_list.js";
 import { HeatLegend } from "./legend.js";
@@ -240,7 +239,7 @@ function Tools(props: ToolsProps) {
           {T.noHands}
         </button>
         <button type="button" class="button" aria-pressed={props.suitsOpen} onClick={props.onSuits}>
-          <Icon name="cards" /> {T.suits}
+          {T.suits}
         </button>
       </div>
     </div>
