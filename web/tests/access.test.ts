@@ -168,8 +168,8 @@ async function serious(page: Page, coloursOnly: boolean): Promise<string[]> {
 
 describe.runIf(process.env["POKERMATH_SCREENSHOTS"] === "1")("pictures for the docs", () => {
   it.each([
-    ["light", 1120, 800, "light"],
-    ["dark", 1120, 800, "dark"],
+    ["light", 1170, 756, "light"],
+    ["dark", 1170, 756, "dark"],
     ["phone", 360, 1560, "light"],
   ] as const)("page-%s.png", async (name, width, height, colorScheme) => {
     const address = `${FILE_ADDRESS}#p=AhKd&p=TT%2B,A9s%2B,KJs%2B,AQo%2B,QJs:0.5,JTs:0.5&board=2c7dTh&of=2`;

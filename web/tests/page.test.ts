@@ -146,6 +146,12 @@ describe("the range grid", () => {
       /\d\d\.\d$/,
     );
     await page.getByRole("button", { name: "Close suits" }).click();
+    // What was painted is what the text means to who opens the link.
+    await settled(page);
+    const painted = await labels(page);
+    await go(page, "#p=AhKd&p=QQ,77:0.55,ATs+:0.5,AsKc&board=2c7dTh&of=2");
+    expect(await labels(page)).toEqual(painted);
+    expect(painted).toContain("77 98.4 % equity, 55 % in the range");
   });
 
   it("follows the slider, presets and undo", async () => {
@@ -216,6 +222,10 @@ async function drag(page: Page, from: string, to: string) {
   await page.mouse.down();
   await cell(page, to).hover();
   await page.mouse.up();
+}
+
+function labels(page: Page): Promise<string[]> {
+  return page.locator(".cell").evaluateAll((cells) => cells.map((one) => one.ariaLabel ?? ""));
 }
 
 async function textIs(page: Page, at: number, text: string) {

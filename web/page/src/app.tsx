@@ -37,7 +37,13 @@ export function App() {
       onKeyedText(at, text, typed ? `players/${at}` : ""),
     [onKeyedText],
   );
-  const onChoose = useCallback((player: number) => onView({ player, tab: "range" }), [onView]);
+  const onChoose = useCallback(
+    (player: number) => {
+      onView({ player, tab: "range" });
+      showView();
+    },
+    [onView],
+  );
 
   return (
     <>
@@ -101,6 +107,12 @@ export function App() {
       <Spoken asking={asking} />
     </>
   );
+}
+
+/** On a telephone the view lies below the question. */
+function showView() {
+  const view = document.querySelector(".views");
+  if (view !== null && view.getBoundingClientRect().top > window.innerHeight) view.scrollIntoView();
 }
 
 /**
