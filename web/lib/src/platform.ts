@@ -33,9 +33,9 @@ function importOfNode<T>(name: string): Promise<T> {
 
 async function node(): Promise<Platform> {
   const { Worker } = await importOfNode<typeof import("node:worker_threads")>("worker_threads");
-  const { availableParallelism } = await importOfNode<typeof import("node:os")>("os");
+  const os = await importOfNode<typeof import("node:os")>("os");
   return {
-    cores: availableParallelism(),
+    cores: os.availableParallelism?.() ?? os.cpus().length, // the first is of node 18.14
     start(onReply, onFailure) {
       const worker = new Worker(kInNode + program, { eval: true, execArgv: [] });
       worker.unref();
@@ -67,8 +67,9 @@ function browser(): Platform {
   };
 }
 
+// Pages may have a process too, which bundlers make up for those who ask it for its environment.
 export function isNode(): boolean {
-  return typeof process !== "undefined" && Boolean(process.versions.node);
+  return typeof process !== "undefined" && Boolean(process.versions?.node);
 }
 
 let found: Promise<Platform> | undefined;
