@@ -1,8 +1,9 @@
 // One instance of the WebAssembly module, its functions with texts and bytes in place of pointers.
 //
 // The module has one buffer for requests and one for replies. What it refuses it says by calling an
-// import, which throws right through it; its memory is then in no state to go on with, so whoever
-// catches the error needs a new instance.
+// import, which throws right through it. Its stack is put back then, and it goes on: the question
+// that was open before still is, and what the refused call had allocated is lost. After any other
+// error, whoever catches it needs a new instance.
 
 import { ConsoleStdout, WASI } from "@bjorn3/browser_wasi_shim";
 
@@ -11,6 +12,7 @@ import { PokermathError } from "./types.js";
 
 interface Exports {
   memory: WebAssembly.Memory;
+  __stack_pointer: WebAssembly.Global<"i32">;
   _initialize?: () => void;
   pokermath_request(bytes: number): number;
   pokermath_reply(): number;
@@ -40,6 +42,7 @@ export class Instance {
     const complain = ConsoleStdout.lineBuffered((line) => (this.complaint += `: ${line}`));
     const wasi = new WASI([], [], [complain, complain, complain], { debug: false });
     const refuse = (text: number, length: number, field: number, fieldLength: number) => {
+      this.#exports.__stack_pointer.value = stack;
       throw new PokermathError(this.#text(text, length), this.#text(field, fieldLength));
     };
     const instance = new WebAssembly.Instance(module, {
@@ -48,6 +51,7 @@ export class Instance {
     });
     this.#exports = instance.exports as unknown as Exports;
     wasi.initialize({ exports: this.#exports });
+    const stack = this.#exports.__stack_pointer.value; // between calls
   }
 
   open(question: string): Plan {

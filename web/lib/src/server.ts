@@ -2,15 +2,17 @@
 
 import { Instance } from "./instance.js";
 import type { Answered, Begun, Plan, Standing } from "./protocol.js";
-import type { DetailName } from "./types.js";
+import { type DetailName, PokermathError } from "./types.js";
 
 const kSliceMs = 2; // between looks at the clock
+const kMostRefusals = 1000; // of an instance, which loses memory at each
 
 const kBy: Record<DetailName, number> = { hand: 0, class: 1, next: 2, made: 3 };
 
 export class Server {
   readonly #module: WebAssembly.Module;
   #kept: Instance | undefined;
+  #refusals = 0;
   #msPerStep = Infinity;
   #openedAt = 0;
 
@@ -106,10 +108,13 @@ export class Server {
     return this.#instance.version();
   }
 
-  /** After an error: what was open is gone. Returns the last words of the instance. */
-  discard(): string {
+  /** After a call has thrown: goes on where that is possible. Returns what the instance wrote. */
+  recover(error: unknown): string {
     const complaint = this.#kept?.complaint ?? "";
-    this.#kept = undefined;
+    if (!(error instanceof PokermathError) || ++this.#refusals === kMostRefusals) {
+      this.#kept = undefined;
+      this.#refusals = 0;
+    }
     return complaint;
   }
 

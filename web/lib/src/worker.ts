@@ -12,7 +12,7 @@ function replyTo(message: Exclude<Message, { module: unknown }>): Reply {
     const called = server[message.name] as (...args: unknown[]) => unknown;
     return { value: called.apply(server, message.args) };
   } catch (error) {
-    const complaint = server?.discard() ?? "";
+    const complaint = server?.recover(error) ?? "";
     if (error instanceof PokermathError) {
       return { refused: { message: error.message, field: error.field } };
     }
