@@ -6,6 +6,7 @@
 // whole numbers and the stops follow from the question, so the answer does not depend on who did
 // what.
 
+import { perStep } from "./pace.js";
 import type { Answered, Begun, Plan, Standing } from "./protocol.js";
 import type { Remote } from "./remote.js";
 import type { CalculateOptions } from "./types.js";
@@ -150,7 +151,7 @@ class Sharing {
       this.#helped.add(worker);
       const begun = performance.now();
       const reached = await worker.call("steps", first, last, this.#timeLeft());
-      this.#msPerStep = (performance.now() - begun) / (reached - first);
+      this.#msPerStep = perStep(this.#msPerStep, performance.now() - begun, reached - first);
       this.#done += reached - first;
       this.report();
     }

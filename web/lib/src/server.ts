@@ -1,6 +1,7 @@
 // What a worker does when it is called. It holds one instance of the module with one open question.
 
 import { Instance } from "./instance.js";
+import { perStep } from "./pace.js";
 import type { Answered, Begun, Plan, Standing } from "./protocol.js";
 import { type DetailName, PokermathError } from "./types.js";
 
@@ -13,7 +14,7 @@ export class Server {
   readonly #module: WebAssembly.Module;
   #kept: Instance | undefined;
   #refusals = 0;
-  #msPerStep = Infinity;
+  #msPerStep = kSliceMs;
   #openedAt = 0;
 
   constructor(module: WebAssembly.Module) {
@@ -48,7 +49,7 @@ export class Server {
   }
 
   open(question: string): Plan {
-    this.#msPerStep = Infinity;
+    this.#msPerStep = kSliceMs;
     return this.#instance.open(question);
   }
 
@@ -65,7 +66,7 @@ export class Server {
       const next = Math.min(last, done + slice);
       this.#instance.do(done, next);
       const now = performance.now() - begun;
-      this.#msPerStep = Math.max((now - ms) / (next - done), 1e-4);
+      this.#msPerStep = perStep(this.#msPerStep, now - ms, next - done);
       done = next;
       ms = now;
     } while (done < last && ms < patience);

@@ -1,6 +1,7 @@
 import { WASI } from "@bjorn3/browser_wasi_shim";
 import { afterEach, expect, test, vi } from "vitest";
 
+import { Instance } from "../src/instance.js";
 import { moduleBytes } from "../src/module_source.js";
 import { Server } from "../src/server.js";
 import { PokermathError } from "../src/types.js";
@@ -32,4 +33,16 @@ test("an instance goes on after refusals, though not for ever", async () => {
   server.recover(refusal());
   expect(equity()).toBe(before);
   expect(instances).toHaveBeenCalledTimes(2);
+});
+
+test("a clock that stands still makes no slice long", async () => {
+  const server = new Server(await compiled());
+  server.open('{"players":["30%","40%"],"method":"exact","detail":["made"]}');
+  let now = 0;
+  vi.spyOn(Instance.prototype, "do").mockImplementation((first, last) => {
+    now += (last - first) * 0.3;
+  });
+  vi.spyOn(performance, "now").mockImplementation(() => Math.floor(now / 16) * 16);
+  server.steps(0, 1e6, 30);
+  expect(now).toBeLessThan(100);
 });
