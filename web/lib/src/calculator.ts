@@ -24,6 +24,9 @@ import {
 const kMostWorkers = 8; // the reader among them: each has memory of its own
 const kGraceMs = 40; // in which a worker may end what it does for a cancelled question
 
+const kKinds: readonly DocumentKind[] = ["text", "json", "csv", "svg"];
+const kDetails: readonly DetailName[] = ["hand", "class", "next", "made"];
+
 type Bytes = Uint8Array | ArrayBuffer;
 
 export interface CalculatorOptions {
@@ -38,6 +41,18 @@ interface Asked {
   options: CalculateOptions;
   resolve: (answer: Answer) => void;
   reject: (reason: unknown) => void;
+}
+
+// The module reads no halves of characters, which texts in JavaScript may have.
+function jsonOf(request: object): string {
+  return JSON.stringify(request, (_, value: unknown) =>
+    typeof value === "string" ? value.replace(/\p{Surrogate}/gu, "\ufffd") : value,
+  );
+}
+
+function checkWord(field: string, word: string, known: readonly string[]): void {
+  if (known.includes(word)) return;
+  throw new PokermathError(`${field} '${word}' is not known: ${known.join(", ")}`, field);
 }
 
 export class Calculator implements PokermathCalculator {
@@ -62,7 +77,7 @@ export class Calculator implements PokermathCalculator {
     const abort = () => this.#cancel(asked);
     signal?.addEventListener("abort", abort);
     const answer = new Promise<Answer>((resolve, reject) => {
-      asked = { question: JSON.stringify(question), options, resolve, reject };
+      asked = { question: jsonOf(question), options, resolve, reject };
       this.#queue.push(asked);
       void this.#advance();
     });
@@ -70,23 +85,30 @@ export class Calculator implements PokermathCalculator {
   }
 
   async describe(game: Game, text: string): Promise<RangeReading> {
-    const request = JSON.stringify({ game, text });
+    const request = jsonOf({ game, text });
     return JSON.parse(await this.#read().call("describe", request)) as RangeReading;
   }
 
   async rangeText(game: Game, weights: readonly (readonly [string, number])[]): Promise<string> {
-    const request = JSON.stringify({ game, weights });
+    const request = jsonOf({ game, weights });
     const reply = JSON.parse(await this.#read().call("rangeText", request)) as { text: string };
     return reply.text;
   }
 
   async document(kind: DocumentKind, by?: DetailName): Promise<string> {
+    checkWord("kind", kind, kKinds);
+    if (by !== undefined) checkWord("by", by, kDetails);
     if (!this.#last) throw new PokermathError("nothing has been answered yet", "");
     if (kind === "json") return this.#last.json;
     if (kind !== "text" && !by) {
-      throw new PokermathError(`${kind} is of something: hand, class, next or made`, "by");
+      throw new PokermathError(`${kind} is of something: ${kDetails.join(", ")}`, "by");
     }
-    return this.#read().call("document", await this.#last.answered, kind, by ?? "hand");
+    try {
+      return await this.#read().call("document", await this.#last.answered, kind, by ?? "hand");
+    } catch (error) {
+      // The question itself has been answered before.
+      throw error instanceof PokermathError ? new PokermathError(error.message, "by") : error;
+    }
   }
 
   async version(): Promise<Version> {
@@ -106,7 +128,8 @@ export class Calculator implements PokermathCalculator {
   #cancel(asked: Asked): void {
     asked.reject(asked.options.signal?.reason);
     if (this.#running !== asked) {
-      this.#queue.splice(this.#queue.indexOf(asked), 1);
+      const place = this.#queue.indexOf(asked);
+      if (place >= 0) this.#queue.splice(place, 1);
       return;
     }
     for (const worker of this.#workers) worker.finishWithin(kGraceMs);
@@ -158,7 +181,10 @@ export class Calculator implements PokermathCalculator {
 
   #start(): Remote {
     if (this.#closed) throw new Stopped("the calculator is closed");
-    this.#module ??= this.#compile();
+    if (!this.#module) {
+      this.#module = this.#compile();
+      this.#module.catch(() => undefined); // a worker that is stopped early never looks at it
+    }
     return new Remote(this.#module);
   }
 

@@ -45,8 +45,8 @@ export class Job {
     const sharing = new Sharing(this.#workers, this.#first, this.#question, begun, this.#options);
     this.#outOfTime = begun.answer === null ? await sharing.run() : begun.outOfTime;
     const answer = begun.answer ?? (await this.#first.call("answer", this.#outOfTime));
-    signal?.throwIfAborted();
     sharing.report(1);
+    signal?.throwIfAborted();
     return answer;
   }
 
@@ -114,7 +114,8 @@ class Sharing {
 
   report(part?: number): void {
     const now = performance.now();
-    if (!this.#options.onProgress || (!part && now - this.#reportedAt < kReportMs)) return;
+    const { onProgress, signal } = this.#options;
+    if (!onProgress || signal?.aborted || (!part && now - this.#reportedAt < kReportMs)) return;
     this.#reportedAt = now;
     this.#part = part ?? this.#partNow();
     const { method } = this.#plan;
@@ -122,7 +123,7 @@ class Sharing {
     const done = method === "exact" ? this.#done : Math.round(this.#done * casesAStep);
     const tells = part === 1 || now - this.#workedFrom >= kTellingMs;
     const secondsLeft = tells && this.#part > 0 ? this.#msLeft() / 1e3 : null;
-    this.#options.onProgress({ part: this.#part, done, method, secondsLeft });
+    onProgress({ part: this.#part, done, method, secondsLeft });
   }
 
   // Who cannot open the question, perhaps for want of memory, does not help.

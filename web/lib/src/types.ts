@@ -136,7 +136,7 @@ export interface Progress {
 
 export interface CalculateOptions {
   signal?: AbortSignal;
-  /** Called for questions that take longer than a moment, and at the end with part 1. */
+  /** Called again and again where it takes longer than a moment, and always at the end: part 1. */
   onProgress?: (progress: Progress) => void;
   /** What is odd about a question that is answered nevertheless. */
   onWarning?: (warning: string) => void;
@@ -170,7 +170,10 @@ export class PokermathError extends Error {
   override name = "PokermathError";
   constructor(
     message: string,
-    /** A key of the question and a place in its list: "players/1", "board", ""; "" for none. */
+    /**
+     * What is wrong: a key of the question, with the place in a list ("board", "players/1"), of
+     * other calls an argument ("game", "text", "weights", "kind", "by"); "" where it is neither.
+     */
     readonly field: string,
   ) {
     super(message);
