@@ -1,6 +1,6 @@
 // What a person likes, kept by the browser: dark or light, and the colours of the suits.
 
-import { useEffect, useState } from "preact/hooks";
+import { useLayoutEffect, useState } from "preact/hooks";
 
 export const THEMES = ["auto", "light", "dark"] as const;
 export type Theme = (typeof THEMES)[number];
@@ -28,7 +28,8 @@ function load(): Settings {
 
 export function useSettings(): [Settings, (settings: Settings) => void] {
   const [settings, setSettings] = useState(load);
-  useEffect(() => {
+  // Before anything is drawn: a dark page must not begin with a flash of light.
+  useLayoutEffect(() => {
     document.documentElement.dataset["theme"] = settings.theme;
     document.documentElement.dataset["suits"] = settings.fourColours ? "four" : "two";
     try {
