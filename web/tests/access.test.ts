@@ -159,7 +159,8 @@ async function serious(page: Page, coloursOnly: boolean): Promise<string[]> {
     const { axe } = window as unknown as {
       axe: { run: (options: object) => Promise<{ violations: Violation[] }> };
     };
-    return (await axe.run(only ? { runOnly: ["color-contrast"] } : {})).violations;
+    const rules = only ? { runOnly: ["color-contrast"] } : {};
+    return (await axe.run({ ...rules, resultTypes: ["violations"], preload: false })).violations;
   }, coloursOnly);
   return found
     .filter(({ impact }) => impact === "serious" || impact === "critical")

@@ -7,8 +7,8 @@ export default defineConfig({
   test: {
     root: fileURLToPath(new URL(".", import.meta.url)),
     include: ["*.test.ts"],
-    testTimeout: 20_000,
-    hookTimeout: 20_000,
+    testTimeout: 60_000,
+    hookTimeout: 60_000,
     // One browser after the other: the figures that are printed are those of one page alone.
     fileParallelism: false,
   },
