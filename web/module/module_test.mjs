@@ -218,7 +218,13 @@ test("ranges are told and written", () => {
   assert.deepEqual([shapes.hands, shapes.weights.length, shapes.cut], [864, 500, true]);
   const random = host.ask("describe", { game: "omaha6", text: "random" });
   assert.deepEqual([random.every, random.hands, random.weights], [true, 20358520, []]);
-  for (const weights of [[["AhKh", 2]], [["AhX", 1]], [["AhAh", 1]], [["AhKhQh", 1]], [["2c3d", 1]]]) {
+  for (const weights of [
+    [["AhKh", 2]],
+    [["AhX", 1]],
+    [["AhAh", 1]],
+    [["AhKhQh", 1]],
+    [["2c3d", 1]],
+  ]) {
     const wrong = { game: "shortdeck", weights };
     assert.throws(() => host.ask("range_text", wrong), { field: "weights" }, weights[0][0]);
   }
