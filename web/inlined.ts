@@ -41,6 +41,15 @@ export function workerProgram(): Plugin {
   };
 }
 
+/** Puts the licence of what the page is drawn with into it; the workers' program has its own. */
+export function licenceInside(): Plugin {
+  const licence = readFileSync(here("node_modules/preact/LICENSE"), "utf8");
+  return {
+    name: "pokermath-licence-inside",
+    transformIndexHtml: (page) => page.replace("</head>", `<!-- preact:\n${licence}-->\n</head>`),
+  };
+}
+
 /** Puts the module itself, packed, in the place of lib/src/module_source.ts. */
 export function moduleInside(): Plugin {
   const replaced = here("lib/src/module_source.ts");

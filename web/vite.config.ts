@@ -6,7 +6,7 @@ import { viteSingleFile } from "vite-plugin-singlefile";
 import type { Plugin } from "vite";
 import { defineConfig } from "vitest/config";
 
-import { moduleInside, workerProgram } from "./inlined.js";
+import { licenceInside, moduleInside, workerProgram } from "./inlined.js";
 
 const here = (path: string) => fileURLToPath(new URL(path, import.meta.url));
 
@@ -25,7 +25,13 @@ function named(fileName: string): Plugin {
 export default defineConfig({
   root: here("page"),
   logLevel: "warn",
-  plugins: [workerProgram(), moduleInside(), viteSingleFile(), named("pokermath.html")],
+  plugins: [
+    workerProgram(),
+    moduleInside(),
+    licenceInside(),
+    viteSingleFile(),
+    named("pokermath.html"),
+  ],
   resolve: { alias: { pokermath: here("lib/src/index.ts") } },
   esbuild: { jsx: "automatic", jsxImportSource: "preact" },
   build: {
