@@ -264,8 +264,12 @@ class MadeOfTwoWork final : public Work {
       totals_->Do(step, sums.first(totals_size_));
       return;
     }
-    BoardSweep made = SweepOfBoards(step - totals_->steps(), SweepOf::kByCategory);
-    BoardSweep cases = SweepOfBoards(step - totals_->steps(), SweepOf::kCasesByCategory);
+    const auto sweep_of = [&](SweepOf of) {
+      return BoardSweep(BestIsa(), question_->rules(), {hands1_, hands2_}, question_->board(), of);
+    };
+    BoardSweep made = sweep_of(SweepOf::kByCategory);
+    BoardSweep cases = sweep_of(SweepOf::kCasesByCategory);
+    for (BoardSweep* sweep : {&made, &cases}) boards_.Count(step - totals_->steps(), *sweep);
     for (int category = 1; category < kCategories; ++category) {
       std::vector<Tally> made1(hands1_.size()), made2(hands2_.size());
       std::vector<Tally> cases1(hands1_.size()), cases2(hands2_.size());
@@ -277,12 +281,6 @@ class MadeOfTwoWork final : public Work {
   }
 
  private:
-  BoardSweep SweepOfBoards(std::int64_t step, SweepOf of) const {
-    BoardSweep sweep(BestIsa(), question_->rules(), {hands1_, hands2_}, question_->board(), of);
-    boards_.Count(step, sweep);
-    return sweep;
-  }
-
   static void Add(std::size_t cell, std::span<const WeightedPair> hands,
                   std::span<const Tally> made, std::span<const Tally> cases,
                   std::span<Int128> sums) {
@@ -355,7 +353,11 @@ std::optional<double> MadeOfTwoCost(const CheckedQuestion& question) {
   const SolverChoice totals = CheapestFor(*WithoutDetail(question, &Detail::made));
   if (totals.solver == nullptr) return std::nullopt;
   const auto leads = static_cast<double>(ChoicesOf(question.live().size(), LeadOf(question)));
-  return totals.cost + 30000 + 3 * leads * CostOfLead(question);
+  // Of each step the tables of all categories are most of it.
+  constexpr double kTablesOfClass = 50000;
+  const auto steps = static_cast<double>(SweptBoards(question).steps());
+  return totals.cost + 3 * leads * CostOfLead(question) +
+         kTablesOfClass * steps * ClassesIn(question.players());
 }
 
 std::unique_ptr<const Work> StartMadeOfTwo(const QuestionPointer& question) {

@@ -32,6 +32,8 @@ class BoardSweep {
   /// @param board   known cards; hands that share a card with them have no cases
   BoardSweep(Isa isa, const GameRules& rules, const TwoRanges& ranges, CardSet board,
              SweepOf of = SweepOf::kByHand);
+  BoardSweep(const BoardSweep&) = delete;  // it has pointers into itself
+  BoardSweep& operator=(const BoardSweep&) = delete;
 
   /// Counts the boards of the known cards, of others that come in any case, and of `to_come` cards
   /// out of a set, 0 to 2: three to five cards together.
