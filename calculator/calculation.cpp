@@ -355,7 +355,8 @@ Result<Calculation> Plan(const EquityQuestion& question) {
         "weights, or sampling"};
   }
   if (choice.solver == nullptr) {
-    return Calculation(shared, StartSampling(shared), "too many players with too fine weights to be counted");
+    return Calculation(shared, StartSampling(shared),
+                       "too many players with too fine weights to be counted");
   }
   const bool usual = question.exact_budget == EquityQuestion().exact_budget;
   if (choice.cost <= question.exact_budget) {
