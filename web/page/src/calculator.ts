@@ -2,7 +2,7 @@
 // ranges mean.
 
 import { createContext } from "preact";
-import { useContext, useEffect, useRef, useState } from "preact/hooks";
+import { useContext, useEffect, useLayoutEffect, useRef, useState } from "preact/hooks";
 import { PokermathError } from "pokermath";
 import type {
   Answer,
@@ -113,48 +113,77 @@ function read(calculator: PokermathCalculator, game: Game, text: string): Promis
   const reading = calculator.describe(game, text);
   if (readings.size >= FEW) readings.clear();
   readings.set(key, reading);
+  reading.catch((problem: unknown) => {
+    // A text stays wrong; whatever else failed may go well the next time.
+    if (!(problem instanceof PokermathError)) readings.delete(key);
+  });
   return reading;
 }
 
-/** What a text means; while it is typed or wrong, what it meant before. */
-export function useReading(game: Game, text: string): RangeReading | null {
+export interface Reading {
+  /** What the text means; while it is typed or wrong, what it meant before. */
+  meaning: RangeReading | null;
+  /** The text of now was read. */
+  read: boolean;
+  /** The text of now cannot be read; the answer says why, at the field. */
+  wrong: boolean;
+}
+
+const UNREAD: Reading = { meaning: null, read: false, wrong: false };
+
+/** The meaning of a text; an earlier one is shown only of the same game and `player`. */
+export function useReading(game: Game, text: string, player = 0): Reading {
   const calculator = useCalculator();
-  const [shown, setShown] = useState<{ game: Game; reading: RangeReading } | null>(null);
-  useEffect(() => {
+  const whose = `${game} ${player}`;
+  const [last, setLast] = useState({ ...UNREAD, whose, text });
+  // Before the drawing, so that a text that was read before never begins with nothing.
+  useLayoutEffect(() => {
     let current = true;
     read(calculator, game, text).then(
-      (reading) => {
-        if (current) setShown({ game, reading });
+      (meaning) => {
+        if (current) setLast({ meaning, read: true, wrong: false, whose, text });
       },
-      () => undefined, // the answer says what is wrong, at the field
+      () => {
+        if (!current) return;
+        setLast((before) => {
+          const meaning = before.whose === whose ? before.meaning : null;
+          return { meaning, read: false, wrong: true, whose, text };
+        });
+      },
     );
     return () => {
       current = false;
     };
-  }, [calculator, game, text]);
-  return shown?.game === game ? shown.reading : null;
+  }, [calculator, game, text, whose]);
+  if (last.whose !== whose) return UNREAD;
+  return last.text === text ? last : { ...UNREAD, meaning: last.meaning };
 }
 
 /** Does the newest of several jobs that come faster than they are done; those between are left out. */
-export function useLatest<T>(work: (job: T) => Promise<void>): (job: T) => void {
+export function useLatest<T>(
+  work: (job: T) => Promise<void>,
+  onFailure: (problem: unknown) => void,
+): (job: T) => void {
   const state = useRef<{ busy: boolean; next: T | null }>({ busy: false, next: null });
-  const run = async (job: T) => {
+  const run = async () => {
     const mine = state.current;
-    if (mine.busy) {
-      mine.next = job;
-      return;
-    }
+    if (mine.busy) return;
     mine.busy = true;
-    let now: T | null = job;
-    while (now !== null) {
-      mine.next = null;
-      try {
+    try {
+      while (mine.next !== null) {
+        const now = mine.next;
+        mine.next = null;
         await work(now);
-      } finally {
-        now = mine.next;
       }
+    } catch (problem) {
+      mine.next = null;
+      onFailure(problem);
+    } finally {
+      mine.busy = false;
     }
-    mine.busy = false;
   };
-  return (job) => void run(job);
+  return (job) => {
+    state.current.next = job;
+    void run();
+  };
 }

@@ -3,7 +3,7 @@
 import { memo } from "preact/compat";
 import { useId, useRef } from "preact/hooks";
 import type { Game, PlayerAnswer } from "pokermath";
-import { useReading } from "./calculator.js";
+import { useReading, type Reading } from "./calculator.js";
 import { holeCards } from "./cards.js";
 import { Icon } from "./icons.js";
 import { IconButton, Note } from "./controls.js";
@@ -59,7 +59,7 @@ interface RangeTextProps {
   label: string;
   placeholder: string;
   error: string | null;
-  warnings: readonly string[];
+  reading: Reading;
   onText: (text: string, typed: boolean) => void;
 }
 
@@ -97,7 +97,7 @@ export function RangeText(props: RangeTextProps) {
       <div id={note} class="notes">
         {props.error !== null && <Note kind="error">{props.error}</Note>}
         {props.error === null &&
-          props.warnings.map((warning) => (
+          props.reading.meaning?.warnings.map((warning) => (
             <Note key={warning} kind="warning">
               {warning}
             </Note>
@@ -156,7 +156,7 @@ export const Player = memo(function Player(props: PlayerProps) {
         label={T.rangeOf(at)}
         placeholder={placeholder}
         error={props.error}
-        warnings={reading?.warnings ?? []}
+        reading={reading}
         onText={(next, typed) => props.onText(at, next, typed)}
       />
       {answer !== null && (

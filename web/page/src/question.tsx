@@ -212,7 +212,7 @@ function FoldedRange({ at, text, game, error, onText, onRemove }: FoldedProps) {
           label={T.foldedRange(at)}
           placeholder=""
           error={error}
-          warnings={reading?.warnings ?? []}
+          reading={reading}
           onText={onText}
         />
       </div>

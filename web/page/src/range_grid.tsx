@@ -62,6 +62,8 @@ interface GridProps {
   /** Whether a cell without equity is one without a possible hand. */
   answered: boolean;
   brush: number;
+  /** The text cannot be read: what is shown is an earlier range. */
+  locked: boolean;
   open: number | null;
   /** Changes with the same name are one step for undo; "" is a step of its own. */
   onPaint: (weights: Weights, step: string) => void;
@@ -70,31 +72,39 @@ interface GridProps {
 }
 
 export function RangeGrid(props: GridProps) {
-  const { cells, size, weights } = props;
+  const { cells, size, weights, brush, onPaint } = props;
   const [at, setAt] = useState(0);
   const box = useRef<HTMLDivElement>(null);
   const latest = useRef(props);
   latest.current = props;
 
-  const focus = (index: number) => {
-    setAt(index);
-    props.onFocusCell(index);
-    box.current?.querySelector<HTMLElement>(`[data-cell='${index}']`)?.focus();
-  };
-  usePainting(box, latest, focus);
+  usePainting(box, latest);
   useWheel(box, latest);
 
+  const onFocus = (event: FocusEvent) => {
+    const index = cellAt(event.target);
+    if (index === at || cells[index] === undefined) return;
+    setAt(index);
+    props.onFocusCell(index);
+  };
+  const press = (cell: Cell) =>
+    onPaint(paint(weights, cell.hands, strokeFrom(weights, cell, brush)), "");
+  // Pointers paint as they go down; a click without one comes from a screen reader or the like.
+  const onClick = (event: MouseEvent) => {
+    const cell = cells[cellAt(event.target)];
+    if (cell !== undefined && event.detail === 0) press(cell);
+  };
   const onKey = (event: KeyboardEvent) => {
-    const cell = cells[at];
+    const index = cellAt(event.target);
+    const cell = cells[index];
     if (cell === undefined || event.ctrlKey || event.metaKey || event.altKey) return;
-    const to = neighbour(at, event.key, size);
-    if (to !== null) focus(to);
-    else if (event.key === " ") {
-      props.onPaint(paint(weights, cell.hands, strokeFrom(weights, cell, props.brush)), "");
-    } else if (event.key === "Enter") props.onOpen(at);
-    else if (event.key === "Delete") props.onPaint(paint(weights, cell.hands, 0), "");
+    const to = neighbour(index, event.key, size);
+    if (to !== null) focusCell(box, to);
+    else if (event.key === " ") press(cell);
+    else if (event.key === "Enter") props.onOpen(index);
+    else if (event.key === "Delete") onPaint(paint(weights, cell.hands, 0), "");
     else if ("+-=−".includes(event.key)) {
-      props.onPaint(turned(weights, cell, event.key === "+" || event.key === "="), cell.label);
+      onPaint(turned(weights, cell, event.key === "+" || event.key === "="), cell.label);
     } else return;
     event.preventDefault();
   };
@@ -106,8 +116,11 @@ export function RangeGrid(props: GridProps) {
       role="grid"
       aria-label={props.label}
       aria-describedby="grid-help"
+      aria-disabled={props.locked}
       style={{ "--size": size }}
       onKeyDown={onKey}
+      onClick={onClick}
+      onFocusIn={onFocus}
     >
       {Array.from({ length: size }, (_, row) => (
         <div role="row" class="grid-row" key={row}>
@@ -134,19 +147,28 @@ export function RangeGrid(props: GridProps) {
   );
 }
 
+type Latest = { current: GridProps };
+type Box = { current: HTMLDivElement | null };
+
+/** The index of the cell that an event was for; -1 for none. */
+function cellAt(target: EventTarget | null): number {
+  const cell = target instanceof Element ? target.closest("[data-cell]") : null;
+  return Number(cell?.getAttribute("data-cell") ?? -1);
+}
+
+function focusCell(box: Box, index: number) {
+  box.current?.querySelector<HTMLElement>(`[data-cell='${index}']`)?.focus();
+}
+
 interface Stroke {
+  pointer: number;
   name: string;
   weight: number;
   last: Point;
   weights: Weights;
 }
 
-type Latest = { current: GridProps };
-type Box = { current: HTMLDivElement | null };
-
-function usePainting(box: Box, latest: Latest, focus: (index: number) => void) {
-  const focusNow = useRef(focus);
-  focusNow.current = focus;
+function usePainting(box: Box, latest: Latest) {
   useEffect(() => {
     const grid = box.current;
     if (grid === null) return;
@@ -173,9 +195,13 @@ function usePainting(box: Box, latest: Latest, focus: (index: number) => void) {
       const cell = index === undefined ? undefined : cells[index];
       if (event.button !== 0 || index === undefined || cell === undefined) return;
       event.preventDefault();
-      // A finger holds the element that it touched first; painting needs the others as well.
-      if (grid.hasPointerCapture(event.pointerId)) grid.releasePointerCapture(event.pointerId);
-      focusNow.current(index);
+      if (!event.isPrimary) return; // a second finger
+      // A finger holds the cell that it touched first, which may go while it paints.
+      const { target, pointerId: pointer } = event;
+      if (target instanceof Element && target.hasPointerCapture(pointer)) {
+        target.releasePointerCapture(pointer);
+      }
+      focusCell(box, index);
       if (event.shiftKey) {
         onOpen(index);
       } else if (event.altKey) {
@@ -183,18 +209,18 @@ function usePainting(box: Box, latest: Latest, focus: (index: number) => void) {
         onPaint(paint(weights, line, brush), "");
       } else {
         const name = `stroke ${event.timeStamp}`;
-        stroke = { name, weight: strokeFrom(weights, cell, brush), last: from, weights };
+        stroke = { pointer, name, weight: strokeFrom(weights, cell, brush), last: from, weights };
         draw(stroke, from, from);
       }
     };
     const onMove = (event: PointerEvent) => {
-      if (stroke === null) return;
+      if (stroke?.pointer !== event.pointerId) return;
       const to = place(event);
       draw(stroke, stroke.last, to);
       stroke.last = to;
     };
-    const onUp = () => {
-      stroke = null;
+    const onUp = (event: PointerEvent) => {
+      if (stroke?.pointer === event.pointerId) stroke = null;
     };
     grid.addEventListener("pointerdown", onDown);
     window.addEventListener("pointermove", onMove);
@@ -219,8 +245,7 @@ function useWheel(box: Box, latest: Latest) {
     if (grid === null) return;
     const onWheel = (event: WheelEvent) => {
       const { cells, weights, onPaint } = latest.current;
-      const target = event.target instanceof Element ? event.target.closest("[data-cell]") : null;
-      const cell = cells[Number(target?.getAttribute("data-cell") ?? -1)];
+      const cell = cells[cellAt(event.target)];
       if (cell === undefined || share(weights, cell) === 0 || event.deltaY === 0) return;
       if (!grid.contains(document.activeElement)) return;
       event.preventDefault();

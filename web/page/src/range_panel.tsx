@@ -4,11 +4,12 @@
 // calculator. A stroke is shown at once and becomes text as fast as the calculator writes it; until then,
 // and as long as that text stands, the painted weights are shown.
 
-import { useMemo, useRef, useState } from "preact/hooks";
-import type { Game, PlayerAnswer, RangeReading } from "pokermath";
-import { useCalculator, useLatest, useReading } from "./calculator.js";
+import { useEffect, useMemo, useRef, useState } from "preact/hooks";
+import type { Game, PlayerAnswer } from "pokermath";
+import { useCalculator, useLatest, useReading, type Reading } from "./calculator.js";
 import { canonical, holeCards, ranksOf } from "./cards.js";
 import { cellsOf, listOf, paint, weightsOf, type Weights } from "./grid.js";
+import { Note } from "./controls.js";
 import { HandList } from "./hand_list.js";
 import { HeatLegend } from "./legend.js";
 import { RangeGrid } from "./range_grid.js";
@@ -26,9 +27,10 @@ interface RangeProps {
 }
 
 export function RangePanel(props: RangeProps) {
-  const reading = useReading(props.game, props.text);
-  if (holeCards(props.game) !== 2) return <HandList reading={reading} answer={props.answer} />;
-  return <GridPanel {...props} reading={reading} />;
+  const { game, at, text, answer } = props;
+  const reading = useReading(game, text, at);
+  if (holeCards(game) === 2) return <GridPanel key={game} {...props} reading={reading} />;
+  return <HandList key={`${game} ${at}`} reading={reading.meaning} answer={answer} />;
 }
 
 const NO_WEIGHTS: Weights = new Map();
@@ -41,56 +43,82 @@ interface Draft {
 }
 
 /** The weights that stand for the text, and a way to change them. */
-function usePaintedText({
-  game,
-  at,
-  text,
-  onText,
-  reading,
-}: RangeProps & { reading: RangeReading | null }) {
+function usePaintedText({ game, at, text, onText, reading }: RangeProps & { reading: Reading }) {
   const calculator = useCalculator();
   const [draft, setDraft] = useState<Draft | null>(null);
-  const read = useMemo(() => weightsOf(reading?.weights ?? []), [reading]);
-  const write = useLatest(async (job: { at: number; weights: Weights; step: string }) => {
-    const written = await calculator.rangeText(game, listOf(job.weights));
-    setDraft((now) => (now?.weights === job.weights ? { ...now, text: written } : now));
-    onText(job.at, written, job.step);
-  });
-  const onPaint = (weights: Weights, step: string) => {
+  const [failure, setFailure] = useState("");
+  const { meaning } = reading;
+  const fromText = useMemo(() => weightsOf(meaning?.weights ?? []), [meaning]);
+  const write = useLatest(
+    async (job: { at: number; weights: Weights; step: string }) => {
+      const written = await calculator.rangeText(game, listOf(job.weights));
+      setDraft((now) => (now?.weights === job.weights ? { ...now, text: written } : now));
+      onText(job.at, written, job.step);
+    },
+    (problem) => {
+      setDraft(null);
+      setFailure(T.failed(problem instanceof Error ? problem.message : String(problem)));
+    },
+  );
+  /** The whole range anew, whatever the text is. */
+  const replace = (weights: Weights, step: string) => {
+    setFailure("");
     setDraft({ at, weights, text: null });
     write({ at, weights, step });
   };
   const holds = draft !== null && draft.at === at && (draft.text === null || draft.text === text);
-  const fromText = text.trim() === "" ? NO_WEIGHTS : read;
-  return { weights: holds ? draft.weights : fromText, onPaint };
+  const empty = text.trim() === "";
+  const known = holds || empty || reading.read;
+  return {
+    weights: holds ? draft.weights : empty ? NO_WEIGHTS : fromText,
+    /** A change of what stands there, which for that must be known. */
+    paint: (weights: Weights, step: string) => {
+      if (known) replace(weights, step);
+    },
+    replace,
+    locked: !known && reading.wrong,
+    failure,
+  };
 }
 
-function GridPanel(props: RangeProps & { reading: RangeReading | null }) {
-  const { game, at, answer } = props;
+function GridPanel(props: RangeProps & { reading: Reading }) {
+  const { game, at, answer, onSuits } = props;
   const ranks = ranksOf(game);
   const cells = cellsOf(ranks);
-  const { weights, onPaint } = usePaintedText(props);
+  const painted = usePaintedText(props);
+  const { weights, locked } = painted;
   const [brush, setBrush] = useState(1);
   const [open, setOpen] = useState<number | null>(null);
   const focused = useRef(0);
+  const box = useRef<HTMLDivElement>(null);
   const classes = useEquities(answer);
   const holdings = useHoldings(answer);
-  const openSuits = (index: number | null) => {
-    setOpen(index);
-    props.onSuits(index !== null);
+  const suitsOpen = open !== null;
+  useEffect(() => {
+    onSuits(suitsOpen);
+    return () => onSuits(false);
+  }, [suitsOpen, onSuits]);
+  const closeSuits = () => {
+    setOpen(null);
+    box.current?.querySelector<HTMLElement>(`[data-cell='${open}']`)?.focus();
   };
   const opened = open === null ? undefined : cells[open];
   const all = (ranks.length * 4 * (ranks.length * 4 - 1)) / 2;
   return (
     <div class="range-panel">
-      <div class="range-parts">
+      <div
+        class="range-parts"
+        onKeyDown={(event) => {
+          if (event.key === "Escape" && suitsOpen) closeSuits();
+        }}
+      >
         <Tools
           game={game}
           brush={brush}
           onBrush={setBrush}
           onText={(text, key) => props.onText(at, text, key)}
           onAll={() =>
-            onPaint(
+            painted.replace(
               paint(
                 NO_WEIGHTS,
                 cells.flatMap((cell) => cell.hands),
@@ -99,12 +127,12 @@ function GridPanel(props: RangeProps & { reading: RangeReading | null }) {
               "",
             )
           }
-          onNone={() => onPaint(NO_WEIGHTS, "")}
-          onSuits={() => openSuits(open === null ? focused.current : null)}
-          suitsOpen={open !== null}
+          onNone={() => painted.replace(NO_WEIGHTS, "")}
+          onSuits={() => setOpen(suitsOpen ? null : focused.current)}
+          suitsOpen={suitsOpen}
           top={props.text}
         />
-        <div class="grid-box">
+        <div class="grid-box" ref={box}>
           <RangeGrid
             label={T.grid(at)}
             cells={cells}
@@ -113,17 +141,19 @@ function GridPanel(props: RangeProps & { reading: RangeReading | null }) {
             equities={classes}
             answered={answer?.classes !== undefined}
             brush={brush}
+            locked={locked}
             open={open}
-            onPaint={onPaint}
+            onPaint={painted.paint}
             onFocusCell={(index) => {
               focused.current = index;
-              if (open !== null) setOpen(index);
+              if (suitsOpen) setOpen(index);
             }}
-            onOpen={(index) => openSuits(open === index ? null : index)}
+            onOpen={(index) => setOpen(open === index ? null : index)}
           />
         </div>
         <div class="range-side">
-          <p class="in-range">{T.inRange(weights.size, all)}</p>
+          <p class="in-range">{locked ? T.locked : T.inRange(weights.size, all)}</p>
+          {painted.failure !== "" && <Note kind="error">{painted.failure}</Note>}
           {opened === undefined ? (
             <HeatLegend />
           ) : (
@@ -132,8 +162,8 @@ function GridPanel(props: RangeProps & { reading: RangeReading | null }) {
               weights={weights}
               equities={holdings}
               brush={brush}
-              onPaint={onPaint}
-              onClose={() => openSuits(null)}
+              onPaint={painted.paint}
+              onClose={closeSuits}
             />
           )}
         </div>

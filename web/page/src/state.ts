@@ -121,7 +121,9 @@ export function begin(present: Query): History {
 export function change(history: History, next: Query, key: string, now: number): History {
   if (JSON.stringify(next) === JSON.stringify(history.present)) return history;
   const { last } = history;
-  const same = key !== "" && last.key === key && now - last.at < SAME_STEP_MS;
+  // A stroke ends with the pointer, however long it rested.
+  const soon = key.startsWith("stroke ") || now - last.at < SAME_STEP_MS;
+  const same = key !== "" && last.key === key && soon;
   const past = same ? history.past : [...history.past, history.present].slice(-MOST_STEPS);
   return { past, present: next, future: [], last: { key, at: now } };
 }

@@ -191,6 +191,7 @@ export const T = {
   heatLegend: "Equity",
   weightLegend: "Height: weight in the range",
   blockedLegend: "Blocked by known cards",
+  locked: "The text cannot be read; paint again once it is mended.",
   inRange: (hands: number, all: number) =>
     `${plural(hands, "hand", "hands")} · ${((100 * hands) / all).toFixed(1)}\u202f%`,
 
