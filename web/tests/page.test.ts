@@ -171,6 +171,111 @@ describe("the range grid", () => {
     await textIs(page, 1, "22+");
   });
 
+  it("is of one player and one game", async () => {
+    const page = shared;
+    await go(page, "#p=AhKd,QQ&p=oops&of=1");
+    await page.locator(".cell[aria-selected=true]").nth(1).waitFor();
+    await page.getByRole("button", { name: "Show player 2" }).click();
+    expect(await page.locator(".cell[aria-selected=true]").count()).toBe(0);
+    await page.getByText("The text cannot be read").waitFor();
+    await cell(page, "AA").click();
+    await go(page, "#game=omaha&p=AhAdKhKd&p=oops&board=2c7dTh");
+    await page.locator(".hands li").waitFor();
+    await page.getByRole("button", { name: "Show player 2" }).click();
+    expect(await page.locator(".hands li").count()).toBe(0);
+    expect(await player(page, 1).inputValue()).toBe("oops");
+
+    await go(page, "#p=AhKd&p=QQ&of=2");
+    await cell(page, "22").click();
+    await textIs(page, 1, "QQ,22");
+    await page.getByLabel("Game").selectOption("shortdeck");
+    await player(page, 1).fill("QQ");
+    await page.getByText("6 hands · 1.0").waitFor();
+    expect(await page.locator(".cell[tabindex='0']").count()).toBe(1);
+  });
+
+  it("leaves a text alone that it cannot read", async () => {
+    const page = shared;
+    await go(page, "#p=AhKd&p=AA&of=2");
+    await player(page, 1).fill("AKQ,JJ");
+    await page.getByText("The text cannot be read").waitFor();
+    await cell(page, "KK").click();
+    await cell(page, "KK").press("+");
+    await player(page, 1).press("End");
+    await page.keyboard.type(",99");
+    await settled(page);
+    expect(await player(page, 1).inputValue()).toBe("AKQ,JJ,99");
+    await page.getByRole("button", { name: "None", exact: true }).click();
+    await textIs(page, 1, "");
+    await cell(page, "KK").click();
+    await textIs(page, 1, "KK");
+  });
+
+  it("is painted by one pointer, by screen readers, and where the focus is", async () => {
+    const page = shared;
+    await go(page, "#p=AhKd&p=QQ&of=2");
+    await cell(page, "KK").evaluate((one: HTMLElement) => one.focus());
+    await page.keyboard.press("Space");
+    await textIs(page, 1, "KK-QQ");
+    await cell(page, "JJ").evaluate((one: HTMLElement) => one.click());
+    await textIs(page, 1, "KK-JJ");
+    await cell(page, "99").hover();
+    await page.mouse.down();
+    const { x, y } = (await cell(page, "22").boundingBox()) ?? { x: 0, y: 0 };
+    const finger = { pointerId: 77, clientX: x + 9, clientY: y + 9 };
+    await cell(page, "22").dispatchEvent("pointermove", finger);
+    await page.mouse.up();
+    await textIs(page, 1, "KK-JJ,99");
+  });
+
+  it("gives the focus back where something goes", async () => {
+    const page = shared;
+    await go(page, "#p=AhKd&p=QQ&p=JJ&of=2");
+    for (const close of ["Escape", "Enter"]) {
+      await cell(page, "QQ").press("Enter");
+      const button = page.getByRole("button", { name: "Close suits" });
+      await button.press(close);
+      await button.waitFor({ state: "detached" });
+      expect(await page.evaluate(() => document.activeElement?.textContent)).toMatch(/^QQ/);
+    }
+    await page.getByRole("button", { name: "Remove player 3" }).click();
+    expect(await focusedId(page)).toBe("player-1");
+  });
+
+  it("takes a preset with Enter, not with each arrow key", async () => {
+    const page = shared;
+    await go(page, "#p=AhKd&p=QQ&of=2");
+    const presets = page.getByLabel("Presets");
+    await presets.focus();
+    await page.keyboard.press("ArrowDown");
+    await page.keyboard.press("ArrowDown");
+    expect(await player(page, 1).inputValue()).toBe("QQ");
+    await page.keyboard.press("Enter");
+    await textIs(page, 1, "22+");
+    expect(await presets.inputValue()).toBe("");
+  });
+
+  it("reads what is pasted between, dropped, or put in by a telephone", async () => {
+    const page = shared;
+    await go(page, "#p=AhKd&p=AA,KK&of=2");
+    const field = player(page, 1);
+    await field.evaluate((box: HTMLTextAreaElement) => box.setSelectionRange(3, 3));
+    await field.evaluate((box: HTMLTextAreaElement) => box.focus());
+    await pasteText(page, "QQ,\n");
+    await page.keyboard.type("JJ,");
+    await textIs(page, 1, "AA,QQ,JJ,KK");
+    await field.evaluate((box: HTMLTextAreaElement) => {
+      box.value = "AA: 0.5\nKK";
+      box.dispatchEvent(new InputEvent("input", { inputType: "insertFromDrop", bubbles: true }));
+    });
+    await textIs(page, 1, "AA:0.5,KK");
+    await field.selectText();
+    await page.keyboard.insertText("AA: 0.5, KK : 1");
+    await page.getByText("The text cannot be read").waitFor();
+    await page.keyboard.press("Tab");
+    await textIs(page, 1, "AA:0.5,KK:1");
+  });
+
   it.each([
     ["TT+,AQs+:0.5", 30 + 8],
     ["[50]AA, KK[/50], QQ", 18],
@@ -217,6 +322,10 @@ describe("the range grid", () => {
   });
 });
 
+function focusedId(page: Page): Promise<string | undefined> {
+  return page.evaluate(() => document.activeElement?.id);
+}
+
 async function drag(page: Page, from: string, to: string) {
   await cell(page, from).hover();
   await page.mouse.down();
@@ -251,11 +360,7 @@ describe("the deck", () => {
     const page = shared;
     await go(page, "#p=AhKd&p=15%");
     await page.getByRole("button", { name: "Pick: Board" }).click();
-    await page
-      .getByRole("button", { name: "deuce of clubs" })
-      .or(page.locator("[data-card='2c']"))
-      .first()
-      .click();
+    await page.getByRole("button", { name: "2 of clubs" }).click();
     await page.keyboard.type("7dth");
     await settled(page);
     expect(await page.inputValue("#board")).toBe("2c7dTh");
@@ -269,6 +374,21 @@ describe("the deck", () => {
     expect(await page.locator(".deck").count()).toBe(0);
     await page.getByRole("button", { name: "Clear: Board" }).click();
     expect(await page.inputValue("#board")).toBe("");
+    expect(await focusedId(page)).toBe("board");
+  });
+
+  it("keeps a card in the order of tabs with another deck, and what of a text is cards", async () => {
+    const page = shared;
+    await go(page, "#p=AhKd&p=15%&board=2c7dTx");
+    await page.getByRole("button", { name: "Pick: Board" }).click();
+    await page.getByRole("button", { name: "2 of clubs" }).focus();
+    await page.getByLabel("Game").selectOption("shortdeck");
+    expect(await page.locator(".deck-card").count()).toBe(36);
+    expect(await page.locator(".deck-card[tabindex='0']").count()).toBe(1);
+    await page.getByLabel("Game").selectOption("holdem");
+    await page.getByRole("button", { name: "9 of spades" }).click();
+    expect(await page.inputValue("#board")).toBe("2c7d9s");
+    await page.keyboard.press("Escape");
   });
 });
 

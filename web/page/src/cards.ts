@@ -40,21 +40,31 @@ SIGNS["♧"] = "c";
  * cards stay, the calculator names them.
  */
 export function readCards(text: string): string[] | null {
+  const { cards, rest } = cardsBefore(text);
+  return rest === "" ? cards : null;
+}
+
+/** The cards before the first thing that is none. */
+export function firstCards(text: string): string[] {
+  return cardsBefore(text).cards;
+}
+
+function cardsBefore(text: string): { cards: string[]; rest: string } {
   const cards: string[] = [];
   let rest = text.replace(/[\s,;]+/g, "");
   while (rest !== "") {
     const found = /^(10|[2-9tjqka])([cdhs♠♥♦♣♤♡♢♧])\ufe0f?/i.exec(rest);
     const [all, rank, suit] = found ?? [];
-    if (all === undefined || rank === undefined || suit === undefined) return null;
+    if (all === undefined || rank === undefined || suit === undefined) break;
     cards.push((rank === "10" ? "T" : rank.toUpperCase()) + (SIGNS[suit] ?? suit.toLowerCase()));
     rest = rest.slice(all.length);
   }
-  return cards;
+  return { cards, rest };
 }
 
-/** The text with one card more, or without it where it was in; at most `most` cards. */
+/** The cards of a text with one more, or without it where it was in; at most `most`. */
 export function toggleCard(text: string, card: string, most: number): string {
-  const cards = readCards(text) ?? [];
+  const cards = firstCards(text);
   if (cards.includes(card)) return cards.filter((other) => other !== card).join("");
   return cards.length < most ? [...cards, card].join("") : text;
 }
@@ -82,11 +92,3 @@ export function canonicalHand(hand: string): string {
 }
 
 export const SUIT_SIGNS: Record<string, string> = { s: "♠", h: "♥", d: "♦", c: "♣" };
-const SUIT_NAMES: Record<string, string> = { s: "spades", h: "hearts", d: "diamonds", c: "clubs" };
-const RANK_NAMES: Record<string, string> = { A: "ace", K: "king", Q: "queen", J: "jack", T: "ten" };
-
-/** "ace of hearts", for those who hear it. */
-export function spokenCard(card: string): string {
-  const rank = card.charAt(0);
-  return `${RANK_NAMES[rank] ?? rank} of ${SUIT_NAMES[card.charAt(1)] ?? ""}`;
-}

@@ -1,10 +1,10 @@
 // Cards that are typed, or picked from a deck that opens below the field.
 
 import { useId, useLayoutEffect, useRef, useState } from "preact/hooks";
-import { SUITS, readCards, spokenCard, toggleCard, typeCard } from "./cards.js";
+import { SUITS, firstCards, readCards, toggleCard, typeCard } from "./cards.js";
 import { neighbour } from "./grid.js";
 import { Card, IconButton, Note } from "./controls.js";
-import { T } from "./texts.js";
+import { T, spokenCard } from "./texts.js";
 
 interface DeckProps {
   name: string;
@@ -20,16 +20,19 @@ interface DeckProps {
 
 /** All cards of the deck; one is in the order of tabs, arrows lead to the others. */
 export function Deck({ name, ranks, chosen, used, full, onToggle, onBack, onClose }: DeckProps) {
-  const [at, setAt] = useState(0);
+  const [focused, setFocused] = useState("");
   const [pending, setPending] = useState("");
   const box = useRef<HTMLDivElement>(null);
   const cards = [...SUITS].flatMap((suit) => [...ranks].map((rank) => rank + suit));
+  // Another game has other cards: what had the place in the order of tabs may not be there.
+  const at = Math.max(0, cards.indexOf(focused));
   const blocked = (card: string) => !chosen.includes(card) && (full || used.has(card));
 
   // At once, for the next key may come before the next drawing.
   const focus = (index: number) => {
-    setAt(index);
-    box.current?.querySelector<HTMLElement>(`[data-card='${cards[index] ?? ""}']`)?.focus();
+    const card = cards[index] ?? "";
+    setFocused(card);
+    box.current?.querySelector<HTMLElement>(`[data-card='${card}']`)?.focus();
   };
   useLayoutEffect(() => box.current?.querySelector<HTMLElement>("[tabindex='0']")?.focus(), []);
 
@@ -77,7 +80,7 @@ export function Deck({ name, ranks, chosen, used, full, onToggle, onBack, onClos
             aria-pressed={chosen.includes(card)}
             aria-disabled={blocked(card)}
             data-card={card}
-            onFocus={() => setAt(index)}
+            onFocus={() => setFocused(card)}
             onClick={() => {
               if (!blocked(card)) onToggle(card);
             }}
@@ -102,6 +105,12 @@ export function Deck({ name, ranks, chosen, used, full, onToggle, onBack, onClos
   );
 }
 
+/** One card less; what cannot be read goes first. */
+function withoutLast(text: string): string {
+  const cards = readCards(text)?.slice(0, -1) ?? firstCards(text);
+  return cards.join("");
+}
+
 interface FieldProps {
   name: string;
   id: string;
@@ -123,7 +132,8 @@ export function CardsField(props: FieldProps) {
   const [open, setOpen] = useState(false);
   const note = useId();
   const opener = useRef<HTMLButtonElement>(null);
-  const cards = readCards(value) ?? [];
+  const input = useRef<HTMLInputElement>(null);
+  const cards = firstCards(value);
   const empty = Math.max(0, places - cards.length);
   const close = () => {
     setOpen(false);
@@ -152,6 +162,7 @@ export function CardsField(props: FieldProps) {
           </span>
         </button>
         <input
+          ref={input}
           id={id}
           type="text"
           value={value}
@@ -165,7 +176,14 @@ export function CardsField(props: FieldProps) {
           onInput={(event) => onChange(event.currentTarget.value, true)}
         />
         {value !== "" && (
-          <IconButton icon="close" label={T.clear(name)} onClick={() => onChange("", false)} />
+          <IconButton
+            icon="close"
+            label={T.clear(name)}
+            onClick={() => {
+              onChange("", false);
+              input.current?.focus(); // the button goes
+            }}
+          />
         )}
       </div>
       <div id={note}>
@@ -180,7 +198,7 @@ export function CardsField(props: FieldProps) {
           used={used}
           full={cards.length >= most}
           onToggle={(card) => onChange(toggleCard(value, card, most), false)}
-          onBack={() => onChange(cards.slice(0, -1).join(""), false)}
+          onBack={() => onChange(withoutLast(value), false)}
           onClose={close}
         />
       )}

@@ -93,6 +93,7 @@ describe("cards from text", () => {
     expect(toggleCard("2c7d", "Th", 5)).toBe("2c7dTh");
     expect(toggleCard("2c7d", "7d", 5)).toBe("2c");
     expect(toggleCard("2c7d", "Th", 2)).toBe("2c7d");
+    expect(toggleCard("2c7dTx", "9s", 5)).toBe("2c7d9s");
   });
 
   it("takes keys on a deck: rank, then suit", () => {

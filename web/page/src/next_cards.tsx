@@ -4,12 +4,12 @@
 import { memo } from "preact/compat";
 import { useMemo, useState } from "preact/hooks";
 import type { NextOutcome } from "pokermath";
-import { SUITS, spokenCard } from "./cards.js";
+import { SUITS } from "./cards.js";
 import { heatOfChange } from "./heat.js";
 import { Card, Cards, Choice } from "./controls.js";
 import { More, Warm } from "./hand_list.js";
 import { ChangeLegend } from "./legend.js";
-import { T, count, percent, points } from "./texts.js";
+import { T, count, percent, points, spokenCard } from "./texts.js";
 
 type Sort = "rank" | "suit" | "equity";
 const SORTS: readonly Sort[] = ["suit", "rank", "equity"];

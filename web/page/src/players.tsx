@@ -1,5 +1,6 @@
 // The players: what each may hold, and what that is worth.
 
+import type { TargetedInputEvent } from "preact";
 import { memo } from "preact/compat";
 import { useId, useRef } from "preact/hooks";
 import type { Game, PlayerAnswer } from "pokermath";
@@ -7,7 +8,7 @@ import { useReading, type Reading } from "./calculator.js";
 import { holeCards } from "./cards.js";
 import { Icon } from "./icons.js";
 import { IconButton, Note } from "./controls.js";
-import { tidyRange } from "./paste.js";
+import { tidyPiece, tidyRange } from "./paste.js";
 import { T, count, percent } from "./texts.js";
 
 /** Win solid, the shares of tied pots striped behind it. */
@@ -70,9 +71,20 @@ export function RangeText(props: RangeTextProps) {
     const pasted = event.clipboardData?.getData("text/plain") ?? "";
     const box = event.currentTarget as HTMLTextAreaElement;
     event.preventDefault();
-    const before = box.value.slice(0, box.selectionStart);
-    const after = box.value.slice(box.selectionEnd);
-    props.onText(before + tidyRange(pasted) + after, false);
+    const { value, selectionStart: start, selectionEnd: end } = box;
+    // Into the field itself, which keeps the caret behind it.
+    box.setRangeText(tidyPiece(value.slice(0, start), pasted, value.slice(end)), start, end, "end");
+    props.onText(box.value, false);
+  };
+  const onInput = (event: TargetedInputEvent<HTMLTextAreaElement>) => {
+    const { value } = event.currentTarget;
+    if (event.inputType === "insertFromDrop") props.onText(tidyRange(value), false);
+    else props.onText(value.replace(/\n/g, " "), true);
+  };
+  // Telephones put copied text in as if it had been typed.
+  const onBlur = () => {
+    const tidy = tidyRange(props.value);
+    if (props.reading.wrong && tidy !== props.value) props.onText(tidy, false);
   };
   return (
     <>
@@ -88,7 +100,8 @@ export function RangeText(props: RangeTextProps) {
         autocomplete="off"
         autocapitalize="off"
         spellcheck={false}
-        onInput={(event) => props.onText(event.currentTarget.value.replace(/\n/g, " "), true)}
+        onInput={onInput}
+        onBlur={onBlur}
         onKeyDown={(event) => {
           if (event.key === "Enter") event.preventDefault();
         }}
@@ -125,6 +138,12 @@ export const Player = memo(function Player(props: PlayerProps) {
   const { at, answer, text, game } = props;
   const reading = useReading(game, text);
   const field = useRef(`player-${at}`);
+  const onRemove = () => {
+    props.onRemove(at);
+    // The next player comes to this place; the last place goes, and its button with it.
+    const place = document.getElementById(`player-${at + 1}`) === null ? at - 1 : at;
+    document.getElementById(`player-${place}`)?.focus();
+  };
   const placeholder = holeCards(game) === 2 ? T.rangePlaceholder : T.omahaPlaceholder;
   return (
     <li class={`player p${at % 10} ${props.chosen ? "chosen" : ""}`}>
@@ -147,7 +166,7 @@ export const Player = memo(function Player(props: PlayerProps) {
           )}
         </span>
         {props.removable && (
-          <IconButton icon="close" label={T.removePlayer(at)} onClick={() => props.onRemove(at)} />
+          <IconButton icon="close" label={T.removePlayer(at)} onClick={onRemove} />
         )}
       </div>
       <RangeText

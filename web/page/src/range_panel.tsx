@@ -197,6 +197,51 @@ function useHoldings(answer: PlayerAnswer | null): ReadonlyMap<string, number> {
   }, [hands]);
 }
 
+interface PresetsProps {
+  presets: readonly { name: string; text: string }[];
+  onText: (text: string, key: string) => void;
+}
+
+/** Each arrow key chooses another one of a closed list: with keys, Enter is what takes it. */
+function Presets({ presets, onText }: PresetsProps) {
+  const [chosen, setChosen] = useState("");
+  const byKeys = useRef(false);
+  return (
+    <select
+      class="presets"
+      aria-label={T.preset}
+      title={T.presetHint}
+      value={chosen}
+      onPointerDown={() => {
+        byKeys.current = false;
+      }}
+      onKeyDown={(event) => {
+        byKeys.current = true;
+        if (event.key !== "Enter" || chosen === "") return;
+        event.preventDefault();
+        onText(chosen, "");
+        setChosen("");
+      }}
+      onChange={(event) => {
+        const text = event.currentTarget.value;
+        if (byKeys.current) return setChosen(text);
+        onText(text, "");
+        event.currentTarget.value = chosen;
+      }}
+      onBlur={() => setChosen("")}
+    >
+      <option value="" disabled>
+        {T.preset}
+      </option>
+      {presets.map((preset) => (
+        <option key={preset.name} value={preset.text}>
+          {preset.name}
+        </option>
+      ))}
+    </select>
+  );
+}
+
 interface ToolsProps {
   game: Game;
   brush: number;
@@ -244,24 +289,7 @@ function Tools(props: ToolsProps) {
         />
       </label>
       <div class="tool-buttons">
-        <select
-          class="presets"
-          aria-label={T.preset}
-          value=""
-          onChange={(event) => {
-            props.onText(event.currentTarget.value, "");
-            event.currentTarget.value = "";
-          }}
-        >
-          <option value="" disabled>
-            {T.preset}
-          </option>
-          {presets.map((preset) => (
-            <option key={preset.name} value={preset.text}>
-              {preset.name}
-            </option>
-          ))}
-        </select>
+        <Presets presets={presets} onText={props.onText} />
         <button type="button" class="button" onClick={props.onAll}>
           {T.allHands}
         </button>

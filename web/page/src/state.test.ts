@@ -1,6 +1,5 @@
 import { describe, expect, it } from "vitest";
 import { readHash, writeHash, type View } from "./hash.js";
-import { tidyRange } from "./paste.js";
 import { OPENING, begin, cardsInUse, change, redo, undo, withGame, type Query } from "./state.js";
 
 describe("history", () => {
@@ -20,6 +19,14 @@ describe("history", () => {
     history = redo(redo(history));
     expect(history.present.players[1]).toBe("QQ+");
     expect(redo(history)).toBe(history);
+  });
+
+  it("takes a stroke of the pointer as one step, however long it rests", () => {
+    let history = change(begin(OPENING), typed("AA"), "stroke 1", 1000);
+    history = change(history, typed("KK+"), "stroke 1", 9000);
+    expect(undo(history).present).toEqual(OPENING);
+    history = change(history, typed("QQ+"), "stroke 2", 9100);
+    expect(undo(history).present.players[1]).toBe("KK+");
   });
 
   it("forgets what was undone at the next change, and no change is no step", () => {
@@ -82,22 +89,5 @@ describe("the address", () => {
     const read = readHash("#p=AA&p=15%&game=chess&to=showdown&of=7&view=x&ms=-1");
     expect(read?.query).toEqual({ ...OPENING, players: ["AA", "15%"], board: "" });
     expect(read?.view).toEqual({ tab: "range", player: 0 });
-  });
-});
-
-describe("pasted ranges", () => {
-  it.each([
-    ["TT+,AQs+:0.5", "TT+,AQs+:0.5"],
-    ["AA: 0.5, KK : 1", "AA:0.5,KK:1"],
-    ["AA:0.5\r\nKK\nQQ:0.25\n", "AA:0.5,KK,QQ:0.25"],
-    ["\u201cTT\u2013 88\u201d", "TT-88"],
-    ["[50]AA, KK[/50]", "[50]AA,KK[/50]"],
-    ["AA@50; KK @ 25", "AA@50;KK@25"],
-    ["0.4(AsKs, QQ),JJ", "AsKs:0.4,QQ:0.4,JJ"],
-    ["15\u00a0%", "15%"],
-    ["AAxx:ds!AAAx@50", "AAxx:ds!AAAx@50"],
-    ["AA KK", "AA KK"],
-  ])("%j becomes %j", (pasted, tidy) => {
-    expect(tidyRange(pasted)).toBe(tidy);
   });
 });

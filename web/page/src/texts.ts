@@ -48,6 +48,15 @@ export const SHORT_PRESETS: readonly { name: string; text: string }[] = [
   { name: "Premium", text: "QQ+,AK" },
 ];
 
+const SUIT_NAMES: Record<string, string> = { s: "spades", h: "hearts", d: "diamonds", c: "clubs" };
+const RANK_NAMES: Record<string, string> = { A: "ace", K: "king", Q: "queen", J: "jack", T: "ten" };
+
+/** "ace of hearts", for those who hear it. */
+export function spokenCard(card: string): string {
+  const rank = card.charAt(0);
+  return `${RANK_NAMES[rank] ?? rank} of ${SUIT_NAMES[card.charAt(1)] ?? ""}`;
+}
+
 const whole = new Intl.NumberFormat("en", { maximumFractionDigits: 0 });
 const halves = new Intl.NumberFormat("en", { maximumFractionDigits: 2 });
 
@@ -164,6 +173,7 @@ export const T = {
   top: "Top",
   topSlider: "Strongest hands in percent",
   preset: "Presets",
+  presetHint: "With keys: choose with arrows, take with Enter",
   suits: "Suits",
   suitsOf: (cell: string) => `Suits of ${cell}`,
   closeSuits: "Close suits",
