@@ -89,7 +89,8 @@ const VIEWS = [
   "#p=AhKd&p=15%&board=2c7dTh&view=curve",
   "#p=AhKd&p=15%&p=KK&board=2c7dTh&view=made",
   "#game=omaha&p=AhAdKhKd&p=JTxx:ds&board=2c7dTh&dead=As&folded=AAxx&of=2",
-  "#p=AhKd&p=15%x&board=2c7dTh",
+  "#p=AhKd&p=15%x&board=2c7dTh&of=2",
+  `#${"p=random&p=TT%2B,AQs%2B,KJs:0.5&".repeat(5)}board=2c7dTh&ms=100`,
 ];
 
 describe("on a telephone of 360 points", () => {

@@ -13,8 +13,6 @@ beforeAll(async () => {
 afterAll(() => browser.close());
 
 const SEED = 20;
-/** Sampled ones need no long time to be equal. */
-const STANDARD_ERROR = 0.002;
 const VIEW_OF: Record<string, string> = {
   class: "range",
   hand: "curve",
@@ -22,23 +20,24 @@ const VIEW_OF: Record<string, string> = {
   made: "made",
 };
 
-function hashOf({ game, players, board, dead, to, method, detail }: Asked): string {
+function hashOf({ game, players, folded, board, dead, to, method, ...how }: Asked): string {
   const pairs = [
     ...players.map((text) => ["p", text]),
+    ...folded.map((text) => ["folded", text]),
     ["game", game],
     ["board", board],
     ["dead", dead],
     ["to", to],
     ["method", method],
-    ["view", VIEW_OF[detail] ?? "range"],
-    ["error", String(STANDARD_ERROR)],
+    ["view", VIEW_OF[how.detail] ?? "range"],
+    ["error", String(how.standard_error)],
   ];
   return "#" + pairs.map(([key, value]) => `${key}=${encodeURIComponent(value ?? "")}`).join("&");
 }
 
 function cliAnswers(asked: readonly Asked[]): Record<string, unknown>[] {
   const lines = asked.map(({ detail, ...question }) =>
-    JSON.stringify({ ...question, detail: [detail], standard_error: STANDARD_ERROR }),
+    JSON.stringify({ ...question, detail: [detail] }),
   );
   try {
     return parse(execFileSync(CLI, ["equity", "-", "--json"], options(lines)));

@@ -178,7 +178,7 @@ describe("the range grid", () => {
     await page.getByRole("button", { name: "Show player 2" }).click();
     expect(await page.locator(".cell[aria-selected=true]").count()).toBe(0);
     await page.getByText("The text cannot be read").waitFor();
-    await cell(page, "AA").click();
+    await cell(page, "AA").click({ force: true });
     await go(page, "#game=omaha&p=AhAdKhKd&p=oops&board=2c7dTh");
     await page.locator(".hands li").waitFor();
     await page.getByRole("button", { name: "Show player 2" }).click();
@@ -189,8 +189,8 @@ describe("the range grid", () => {
     await cell(page, "22").click();
     await textIs(page, 1, "QQ,22");
     await page.getByLabel("Game").selectOption("shortdeck");
-    await player(page, 1).fill("QQ");
-    await page.getByText("6 hands · 1.0").waitFor();
+    await page.getByText("The text cannot be read").waitFor(); // there is no 22
+    expect(await page.locator(".cell[aria-selected=true]").count()).toBe(0);
     expect(await page.locator(".cell[tabindex='0']").count()).toBe(1);
   });
 
@@ -199,7 +199,7 @@ describe("the range grid", () => {
     await go(page, "#p=AhKd&p=AA&of=2");
     await player(page, 1).fill("AKQ,JJ");
     await page.getByText("The text cannot be read").waitFor();
-    await cell(page, "KK").click();
+    await cell(page, "KK").click({ force: true });
     await cell(page, "KK").press("+");
     await player(page, 1).press("End");
     await page.keyboard.type(",99");

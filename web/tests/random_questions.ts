@@ -3,10 +3,13 @@
 export interface Asked {
   game: string;
   players: string[];
+  folded: string[];
   board: string;
   dead: string;
   to: string;
   method: string;
+  /** Of sampled answers, which need no long time to be equal. */
+  standard_error: number;
   detail: string;
 }
 
@@ -60,12 +63,17 @@ function question(below: (below: number) => number): Asked {
   const known = bare ? 0 : detail === "next" ? (cards === 2 ? 3 : 4) : 3 + below(3);
   const board = deal(known);
   const dead = below(4) === 0 ? deal(2) : "";
-  const players = Array.from({ length: cards === 2 && below(4) === 0 ? 3 : 2 }, () =>
-    below(2) === 0 ? deal(cards) : (ranges[below(ranges.length)] ?? ""),
-  );
+  const many = cards === 2 && known > 0 && below(3) === 0;
+  const hands = (number: number) =>
+    Array.from({ length: number }, () =>
+      below(2) === 0 ? deal(cards) : (ranges[below(ranges.length)] ?? ""),
+    );
+  const players = hands(many ? 3 + below(4) : 2);
+  const folded = known > 0 && below(4) === 0 ? hands(1 + below(2)) : [];
   const to = detail !== "next" && below(6) === 0 ? "turn" : "river";
   const method = below(5) === 0 ? "sampled" : "auto";
-  return { game, players, board, dead, to, method, detail };
+  const standard_error = [0.002, 0.003, 0.005][below(3)] ?? 0.002;
+  return { game, players, folded, board, dead, to, method, standard_error, detail };
 }
 
 function cardsOf(ranks: string): string[] {
