@@ -99,8 +99,8 @@ function GridPanel(props: RangeProps & { reading: Reading }) {
     return () => onSuits(false);
   }, [suitsOpen, onSuits]);
   const closeSuits = () => {
-    setOpen(null);
     box.current?.querySelector<HTMLElement>(`[data-cell='${open}']`)?.focus();
+    setOpen(null);
   };
   const opened = open === null ? undefined : cells[open];
   const all = (ranks.length * 4 * (ranks.length * 4 - 1)) / 2;
@@ -228,7 +228,10 @@ function Presets({ presets, onText }: PresetsProps) {
         onText(text, "");
         event.currentTarget.value = chosen;
       }}
-      onBlur={() => setChosen("")}
+      onBlur={() => {
+        setChosen("");
+        byKeys.current = false;
+      }}
     >
       <option value="" disabled>
         {T.preset}
