@@ -179,11 +179,12 @@ describe("the range grid", () => {
     expect(await page.locator(".cell[aria-selected=true]").count()).toBe(0);
     await page.getByText("The text cannot be read").waitFor();
     await cell(page, "AA").click({ force: true });
+    await settled(page);
+    expect(await player(page, 1).inputValue()).toBe("oops");
     await go(page, "#game=omaha&p=AhAdKhKd&p=oops&board=2c7dTh");
     await page.locator(".hands li").waitFor();
     await page.getByRole("button", { name: "Show player 2" }).click();
     expect(await page.locator(".hands li").count()).toBe(0);
-    expect(await player(page, 1).inputValue()).toBe("oops");
 
     await go(page, "#p=AhKd&p=QQ&of=2");
     await cell(page, "22").click();
