@@ -13,7 +13,7 @@ const WIDE = LEFT + SIZE + 24;
 const MARKS = [0, 0.25, 0.5, 0.75, 1];
 
 interface Line {
-  name: string;
+  range: string;
   steps: readonly Step[];
 }
 
@@ -24,11 +24,7 @@ export const CurvePanel = memo(function CurvePanel({
 }) {
   const [place, setPlace] = useState<number | null>(null);
   const lines = useMemo(
-    () =>
-      players.map((player, at) => ({
-        name: `${T.player(at)} · ${player.range}`,
-        steps: stepsOf(player.hands_detail ?? []),
-      })),
+    () => players.map(({ range, hands_detail }) => ({ range, steps: stepsOf(hands_detail ?? []) })),
     [players],
   );
   return (
@@ -100,10 +96,11 @@ function CurveTable({ lines, place }: { lines: readonly Line[]; place: number | 
         </tr>
       </thead>
       <tbody>
-        {lines.map(({ name, steps }, at) => (
+        {lines.map(({ range, steps }, at) => (
           <tr key={at} class={`p${at % 10}`}>
             <th scope="row">
-              <span class="dot" /> {name}
+              <span class="dot" /> {T.player(at)}
+              <small class="range-name">{range}</small>
             </th>
             {(place === null ? columns : [place]).map((where) => (
               <td key={where} class="number" colSpan={place === null ? 1 : 3}>

@@ -19,7 +19,7 @@ export const MadePanel = memo(function MadePanel({
             {players.map((player, at) => (
               <th key={at} scope="col" class={`p${at % 10}`}>
                 <span class="dot" /> {T.player(at)}
-                <small class="made-range">{player.range}</small>
+                <small class="range-name">{player.range}</small>
               </th>
             ))}
           </tr>
