@@ -39,7 +39,7 @@ describe("question and answer", () => {
     const opened = await open(browser, address);
     expect(await equities(opened.page)).toEqual(["54.25", "45.75"]);
     const status = await opened.page.locator(".method").textContent();
-    expect(status).toMatch(/Exact135,630 cases[\d.]+ m?scounting takes less than a second/);
+    expect(status).toMatch(/Exact135,630 cases[\d.]+ m?severy case counted/);
     expect(await cell(opened.page, "AKo").getAttribute("aria-label")).toBe(
       "AKo 50.0 % equity, 100 % in the range",
     );
@@ -483,6 +483,52 @@ describe("sharing", () => {
   });
 });
 
+describe("what stands where no answer does", () => {
+  it("an error of a link opens the part with its field, and no view waits for ever", async () => {
+    const { page } = await open(browser, `${FILE_ADDRESS}#p=AhKd&p=QQ&board=2c7dTh&ms=0.5`);
+    await page.locator(".more .note.error").waitFor(); // waits until it is in sight
+    expect(await page.locator(".status").textContent()).toContain("There is no answer");
+    await page.goto(`${FILE_ADDRESS}#p=oops&p=15%25`);
+    await page.reload();
+    expect(await settled(page)).toBe("wrong");
+    for (const tab of ["Next card", "Curve", "Made hands"]) {
+      await page.getByRole("tab", { name: tab }).click();
+      expect(await settled(page)).toBe("wrong");
+      expect(await page.locator("#view").textContent()).toBe("");
+    }
+    await page.context().close();
+  });
+
+  it("offers to take along only what the answer has", async () => {
+    const page = shared;
+    const offered = () =>
+      page.locator(".take button:enabled").evaluateAll((all) => all.map((one) => one.textContent));
+    await go(page, FLOP);
+    expect(await offered()).toEqual(["Copy text", "Copy JSON", "Copy CSV", "Save SVG"]);
+    await go(page, "#p=AhKd&p=15%&board=2c7dTh&view=made");
+    expect(await offered()).toEqual(["Copy text", "Copy JSON", "Copy CSV"]);
+    for (const none of [
+      "#p=AhKd&p=15%&board=2c7dThJsQs&view=next",
+      "#game=omaha&p=AhAdKhKd&p=random&board=2c7dTh&view=curve",
+    ]) {
+      await go(page, none);
+      expect(await offered(), none).toEqual(["Copy text", "Copy JSON"]);
+    }
+  });
+
+  it("keeps the figures of players who stay, marked as earlier ones", async () => {
+    const page = shared;
+    await go(page, FLOP);
+    expect(await page.locator(".earlier-word").count()).toBe(0);
+    await go(page, "#p=AhKd&p=15%&p=oops&board=2c7dTh&of=2");
+    expect(await page.locator(".equity").allTextContents()).toEqual([
+      "54.25\u202f%earlier",
+      "45.75\u202f%earlier",
+      "",
+    ]);
+  });
+});
+
 describe("long questions", () => {
   const LONG = "#p=AhKd&p=random&p=random&method=exact";
 
@@ -504,6 +550,39 @@ describe("long questions", () => {
     expect(await settled(page)).toBe("done");
     console.log(`long question to the answer of the next: ${Date.now() - began} ms`);
     expect((await equities(page)).length).toBe(2);
+    await page.context().close();
+  });
+
+  it("leave no error of before, and mark the figures of before", async () => {
+    const { page } = await open(
+      browser,
+      `${FILE_ADDRESS}#p=AhKd&p=QQ&p=22&board=2c7dTh&method=exact`,
+    );
+    await page.fill("#board", "");
+    await player(page, 2).fill("QQx");
+    expect(await settled(page)).toBe("wrong");
+    await player(page, 2).fill("random");
+    await page.locator("progress").waitFor();
+    const marks = () => page.locator(".earlier-word").count();
+    expect([await page.locator(".note.error").count(), await marks()]).toEqual([0, 3]);
+    const spoken = () => page.locator("#spoken").textContent();
+    await expect.poll(spoken, { timeout: 4000 }).toMatch(/^Counting: \d+ %$/);
+    await page.getByRole("button", { name: "Stop" }).click();
+    await page.getByText("Stopped. The answer shown is of the question before.").first().waitFor();
+    expect([await page.locator(".note.error").count(), await marks()]).toEqual([0, 3]);
+    await expect.poll(spoken, { timeout: 4000 }).toContain("Stopped.");
+    await page.context().close();
+  });
+
+  it("say of a view that was stopped that the question is the same", async () => {
+    const { page } = await open(browser, FILE_ADDRESS);
+    await go(page, "#p=random&p=random&method=exact");
+    await page.getByRole("tab", { name: "Made hands" }).click();
+    await page.getByRole("button", { name: "Stop" }).click();
+    await page.locator(".status").getByText("The equities are of this question").waitFor();
+    expect(await equities(page)).toEqual(["50.00", "50.00"]);
+    expect(await page.locator(".earlier-word").count()).toBe(0);
+    expect(await page.locator(".take button:enabled").count()).toBe(2);
     await page.context().close();
   });
 });

@@ -1,7 +1,6 @@
 // The right half of the page: the answer, and what it is broken down by.
 
 import { memo } from "preact/compat";
-import { useEffect, useState } from "preact/hooks";
 import type { Answer, DetailName, PokermathError, Question } from "pokermath";
 import { casesOf, type Asking } from "./calculator.js";
 import { ranksOf } from "./cards.js";
@@ -13,7 +12,7 @@ import { NextCards } from "./next_cards.js";
 import { RangePanel } from "./range_panel.js";
 import { TakeAlong } from "./take_along.js";
 import { TAB_NAMES, T, duration } from "./texts.js";
-import { comesNext, type Query } from "./state.js";
+import { comesNext, placeIn, type Query } from "./state.js";
 
 /** What the question is broken down by for a view. */
 export const DETAIL_OF: Record<Tab, DetailName> = {
@@ -29,6 +28,8 @@ interface AnswerProps {
   asking: Asking;
   /** Whether the last answer is of another question. */
   earlier: boolean;
+  /** Whether that is to be said. */
+  marked: boolean;
   onView: (view: Partial<View>) => void;
   onText: (at: number, text: string, key: string) => void;
   onSuits: (open: boolean) => void;
@@ -36,12 +37,12 @@ interface AnswerProps {
 }
 
 export function AnswerPanel(props: AnswerProps) {
-  const { query, view, asking, earlier, onView } = props;
+  const { query, view, asking, earlier, marked, onView } = props;
   const answer = asking.last?.answer ?? null;
   return (
     <section class="answer" aria-label={T.answer}>
       <div class="panel">
-        <Status asking={asking} earlier={earlier} />
+        <Status asking={asking} earlier={earlier} marked={marked} />
         <div class="views">
           <Tabs tab={view.tab} onTab={(tab) => onView({ tab })} />
           {(view.tab === "range" || view.tab === "next") && (
@@ -50,23 +51,19 @@ export function AnswerPanel(props: AnswerProps) {
               value={String(view.player)}
               options={query.players.map((_, at) => ({
                 value: String(at),
-                name: `P${at + 1}`,
+                name: T.shortPlayer(at),
               }))}
               onChange={(at) => onView({ player: Number(at) })}
             />
           )}
         </div>
-        <div
-          id="view"
-          role="tabpanel"
-          aria-labelledby={`tab-${view.tab}`}
-          class={earlier ? "view earlier" : "view"}
-        >
+        <div id="view" role="tabpanel" aria-labelledby={`tab-${view.tab}`} class="view">
           <ViewBody {...props} answer={answer} />
         </div>
         <TakeAlong
           by={DETAIL_OF[view.tab]}
-          picture={hasPicture(view.tab, answer)}
+          rows={answer !== null && hasRows(view.tab, answer)}
+          picture={answer !== null && hasPicture(view.tab, answer)}
           disabled={answer === null || asking.running || earlier}
           onTold={props.onTold}
         />
@@ -75,19 +72,28 @@ export function AnswerPanel(props: AnswerProps) {
   );
 }
 
-function hasPicture(tab: Tab, answer: Answer | null): boolean {
+/** Whether the answer is broken down as the view is. */
+function hasRows(tab: Tab, { next, players }: Answer): boolean {
+  if (tab === "next") return next !== undefined;
+  return players.some(({ classes, hands_detail, made }) =>
+    Boolean({ range: classes, curve: hands_detail, made }[tab]),
+  );
+}
+
+/** There is none of what is made, and of next cards only where one comes. */
+function hasPicture(tab: Tab, answer: Answer): boolean {
   if (tab === "made") return false;
-  return tab !== "next" || (answer?.next?.[0]?.cards.length ?? 0) === 1;
+  return tab === "next" ? answer.next?.[0]?.cards.length === 1 : hasRows(tab, answer);
 }
 
 type BodyProps = AnswerProps & { answer: Answer | null };
 
-function ViewBody({ query, view, answer, onText, onSuits }: BodyProps) {
-  const same = answer !== null && answer.players.length === query.players.length;
-  const player = same ? (answer.players[view.player] ?? null) : null;
+function ViewBody({ query, view, asking, answer, onText, onSuits }: BodyProps) {
+  const { last, running, error } = asking;
+  const place = last === null ? -1 : placeIn(last.question, query, view.player);
   if (view.tab === "range") {
     const text = query.players[view.player] ?? "";
-    const mine = answer?.game === query.game ? player : null;
+    const mine = answer?.game === query.game ? (answer.players[place] ?? null) : null;
     return (
       <RangePanel
         game={query.game}
@@ -99,15 +105,17 @@ function ViewBody({ query, view, answer, onText, onSuits }: BodyProps) {
       />
     );
   }
-  if (answer === null) return <p class="muted">{T.loading}</p>;
+  if (answer === null) {
+    return running && error === null ? <p class="muted">{T.loading}</p> : null;
+  }
   if (view.tab === "next") {
-    const shown = answer.players[view.player];
+    const shown = answer.players[place];
     if (!comesNext(query)) return <p class="muted">{T.noNext}</p>;
     if (answer.next === undefined || shown === undefined) return null;
     return (
       <NextCards
         next={answer.next}
-        player={view.player}
+        player={place}
         equity={shown.equity}
         ranks={ranksOf(answer.game)}
       />
@@ -160,34 +168,26 @@ function Tabs({ tab, onTab }: { tab: Tab; onTab: (tab: Tab) => void }) {
   );
 }
 
-/** A count that takes a moment needs no sign of it. */
-const SHOW_WORK_MS = 150;
+type StatusProps = Pick<AnswerProps, "asking" | "earlier" | "marked">;
 
-function Status({ asking, earlier }: { asking: Asking; earlier: boolean }) {
-  const { last, error, running, stopped } = asking;
-  const [slow, setSlow] = useState(false);
-  useEffect(() => {
-    if (!running) setSlow(false);
-    const timer = running ? setTimeout(() => setSlow(true), SHOW_WORK_MS) : undefined;
-    return () => clearTimeout(timer);
-  }, [running]);
+function Status({ asking, earlier, marked }: StatusProps) {
+  const { last, error, running, slow, stopped } = asking;
   return (
     <div class="status" data-state={stateOf(asking)}>
-      {running && slow ? (
-        <Work asking={asking} />
-      ) : (
-        last !== null && <Method answer={last.answer} />
-      )}
+      {slow ? <Work asking={asking} /> : last !== null && <Method answer={last.answer} />}
       {stopped && (
         <div class="stopped">
-          <Note kind="warning">{T.stopped}</Note>
+          <Note kind="warning">{stoppedText(asking, earlier)}</Note>
           <button type="button" class="button" onClick={asking.again}>
             {T.again}
           </button>
         </div>
       )}
       {error !== null && !running && isGeneral(error) && <Note kind="error">{error.message}</Note>}
-      {earlier && last !== null && (error !== null || slow || stopped) && (
+      {error !== null && last === null && !isGeneral(error) && (
+        <Note kind="error">{T.noAnswer}</Note>
+      )}
+      {marked && last !== null && (
         <Note kind="warning">
           {T.earlier} {named(last.question)}
         </Note>
@@ -199,6 +199,11 @@ function Status({ asking, earlier }: { asking: Asking; earlier: boolean }) {
 function stateOf({ running, stopped, error }: Asking): string {
   if (running) return "running";
   return stopped ? "stopped" : error === null ? "done" : "wrong";
+}
+
+export function stoppedText({ last }: Asking, earlier: boolean): string {
+  if (last === null) return T.stoppedFirst;
+  return earlier ? T.stopped : T.stoppedView;
 }
 
 /** Errors of a field stand at that field. */
@@ -219,7 +224,9 @@ const Method = memo(function Method({ answer }: { answer: Answer }) {
       <b class={exact ? "exact" : "sampled"}>{exact ? T.exact : T.sampled}</b>
       <span>{number}</span>
       <span class="time">{duration(answer.elapsed_ms)}</span>
-      <span class="muted">{answer.reason}</span>
+      <span class="muted" title={answer.reason}>
+        {exact ? T.counted : answer.reason}
+      </span>
     </p>
   );
 });

@@ -2,7 +2,7 @@
 
 import { useCallback, useEffect, useMemo, useState } from "preact/hooks";
 import type { DetailName } from "pokermath";
-import { AnswerPanel, DETAIL_OF, hasFewHands } from "./answer.js";
+import { AnswerPanel, DETAIL_OF, hasFewHands, stoppedText } from "./answer.js";
 import { casesOf, useAnswer, type Asking } from "./calculator.js";
 import { GAMES, holeCards } from "./cards.js";
 import { IconButton, Select } from "./controls.js";
@@ -10,7 +10,7 @@ import type { Tab } from "./hash.js";
 import { usePage } from "./query.js";
 import { QuestionPanel } from "./question.js";
 import { THEMES, useSettings, type Settings } from "./settings.js";
-import { comesNext, questionOf, withGame, type Query } from "./state.js";
+import { comesNext, placeIn, questionOf, withGame, type Query } from "./state.js";
 import { copy } from "./take_along.js";
 import { GAME_NAMES, T, percent } from "./texts.js";
 
@@ -30,7 +30,8 @@ export function App() {
   const earlier = last !== null && bare(last.question) !== bare(question);
   const answer = last?.answer ?? null;
   useEffect(() => setFew(!earlier && answer !== null && hasFewHands(answer)), [answer, earlier]);
-  const fits = answer !== null && answer.players.length === query.players.length;
+  // An answer that comes at once needs no sign that the one before was of another question.
+  const marked = earlier && (error !== null || asking.slow || asking.stopped);
 
   const onText = useCallback(
     (at: number, text: string, typed: boolean) =>
@@ -77,12 +78,16 @@ export function App() {
           <Switches settings={settings} onSettings={setSettings} />
         </div>
       </header>
-      <main class={earlier && error !== null ? "earlier-answer" : ""}>
+      <main class={marked ? "earlier-answer" : ""}>
         <QuestionPanel
           query={query}
           chosen={view.player}
           error={error}
-          players={fits ? answer.players : null}
+          answers={query.players.map((_, at) => {
+            const place = last === null ? -1 : placeIn(last.question, query, at);
+            return answer?.players[place] ?? null;
+          })}
+          earlier={marked}
           cases={answer === null ? 0 : casesOf(answer)}
           low={query.game.endsWith("hilo")}
           onChange={page.onChange}
@@ -95,6 +100,7 @@ export function App() {
           view={view}
           asking={asking}
           earlier={earlier}
+          marked={marked}
           onView={onView}
           onText={onKeyedText}
           onSuits={setSuits}
@@ -104,7 +110,7 @@ export function App() {
       <p class="told" role="status" data-shown={told !== ""}>
         {told}
       </p>
-      <Spoken asking={asking} />
+      <Spoken asking={asking} earlier={earlier} />
     </>
   );
 }
@@ -177,28 +183,40 @@ function useTold(): [string, (message: string) => void] {
 
 const SPEAK_AFTER_MS = 700;
 
-/** The result for those who hear the page, once the typing rests. */
-function Spoken({ asking }: { asking: Asking }) {
-  const { last, error, running } = asking;
+/** What happens, for those who hear the page, once the typing rests. */
+function Spoken({ asking, earlier }: SpokenProps) {
   const [said, setSaid] = useState("");
-  const answer = last?.answer;
+  const text = spokenText(asking, earlier);
   useEffect(() => {
-    if (running) return;
-    const text =
-      error !== null
-        ? T.spokenError(error.message)
-        : answer === undefined
-          ? ""
-          : T.spoken(
-              answer.method === "exact" ? T.exact : T.sampled,
-              answer.players.map(({ range, equity }) => `${range} ${percent(equity, 1)}`),
-            );
+    if (text === null) return;
     const timer = setTimeout(() => setSaid(text), SPEAK_AFTER_MS);
     return () => clearTimeout(timer);
-  }, [answer, error, running]);
+  }, [text]);
   return (
     <p class="unseen" id="spoken" role="status" aria-live="polite">
       {said}
     </p>
+  );
+}
+
+interface SpokenProps {
+  asking: Asking;
+  earlier: boolean;
+}
+
+/** Null where nothing new is to be said; of the progress, quarters. */
+function spokenText(asking: Asking, earlier: boolean): string | null {
+  const { last, error, running, slow, stopped, progress } = asking;
+  if (running) {
+    if (!slow || progress === null) return null;
+    return T.working(progress.method, Math.floor(4 * progress.part) / 4, null);
+  }
+  if (stopped) return stoppedText(asking, earlier);
+  if (error !== null) return T.spokenError(error.message);
+  if (last === null || earlier) return null;
+  const { method, players } = last.answer;
+  return T.spoken(
+    method === "exact" ? T.exact : T.sampled,
+    players.map(({ range, equity }) => `${range} ${percent(equity, 1)}`),
   );
 }

@@ -25,20 +25,26 @@ export function useCalculator(): PokermathCalculator {
 export interface Asked {
   /** With the question that it answers. */
   last: { question: Question; answer: Answer } | null;
-  /** What is wrong with the present question. */
-  error: PokermathError | null;
+  /** The question, as JSON, that was refused last, and why. */
+  refused: { key: string; error: PokermathError } | null;
   progress: Progress | null;
   /** The question, as JSON, that was answered, refused or stopped last; "" for none. */
   settled: string;
   stopped: boolean;
 }
 
-const NOTHING: Asked = { last: null, error: null, progress: null, settled: "", stopped: false };
+const NOTHING: Asked = { last: null, refused: null, progress: null, settled: "", stopped: false };
 /** Letters that come faster than this are one question. */
 const REST_MS = 20;
+/** What takes no longer than this needs no sign of it. */
+const SLOW_MS = 150;
 
-export interface Asking extends Asked {
+export interface Asking extends Pick<Asked, "last" | "progress" | "stopped"> {
+  /** What is wrong with the question. */
+  error: PokermathError | null;
   running: boolean;
+  /** Whether it has been running for a while. */
+  slow: boolean;
   stop: () => void;
   again: () => void;
 }
@@ -63,9 +69,9 @@ export function useAnswer(question: Question): Asking {
         show({ progress: null, settled: "", stopped: false });
         const onProgress = (progress: Progress) => show({ progress });
         const answer = await calculator.calculate(question, { signal, onProgress });
-        show({ last: { question, answer }, error: null, settled: key });
+        show({ last: { question, answer }, refused: null, settled: key });
       } catch (problem) {
-        show({ error: errorOf(problem), settled: key });
+        show({ refused: { key, error: errorOf(problem) }, settled: key });
       }
     };
     const timer = setTimeout(() => void ask(), REST_MS);
@@ -77,15 +83,37 @@ export function useAnswer(question: Question): Asking {
     // eslint-disable-next-line react-hooks/exhaustive-deps
   }, [calculator, key, round]);
 
+  const { last, refused, progress } = asked;
+  const running = asked.settled !== key;
+  const slow = useSlow(running);
+  // Without the moment that a verdict usually takes, notes would come and go with every letter.
+  const refusedNow = refused !== null && (refused.key === key || (running && !slow));
   return {
-    ...asked,
-    running: asked.settled !== key,
+    last,
+    progress,
+    error: refusedNow ? refused.error : null,
+    running,
+    slow,
+    stopped: asked.stopped && !running,
     stop: () => {
       abort.current?.abort();
       setAsked((before) => ({ ...before, settled: key, stopped: true }));
     },
     again: () => setRound((before) => before + 1),
   };
+}
+
+function useSlow(running: boolean): boolean {
+  const [late, setLate] = useState(false);
+  useEffect(() => {
+    if (!running) return;
+    const timer = setTimeout(() => setLate(true), SLOW_MS);
+    return () => {
+      clearTimeout(timer);
+      setLate(false);
+    };
+  }, [running]);
+  return running && late;
 }
 
 function errorOf(problem: unknown): PokermathError {

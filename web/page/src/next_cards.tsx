@@ -166,7 +166,7 @@ function Flops({ rows, equity }: { rows: readonly Row[]; equity: number }) {
               {T.equity}
             </th>
             <th scope="col" class="number">
-              ±
+              {T.changes}
             </th>
           </tr>
         </thead>

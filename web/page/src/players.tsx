@@ -127,6 +127,8 @@ interface PlayerProps {
   chosen: boolean;
   removable: boolean;
   answer: PlayerAnswer | null;
+  /** Whether the answer is of an earlier question. */
+  earlier: boolean;
   cases: number;
   error: string | null;
   onText: (at: number, text: string, typed: boolean) => void;
@@ -135,7 +137,7 @@ interface PlayerProps {
 }
 
 export const Player = memo(function Player(props: PlayerProps) {
-  const { at, answer, text, game } = props;
+  const { at, answer, earlier, text, game } = props;
   const reading = useReading(game, text);
   const field = useRef(`player-${at}`);
   const onRemove = () => {
@@ -161,7 +163,8 @@ export const Player = memo(function Player(props: PlayerProps) {
         </button>
         <span class="equity" data-equity={at}>
           {answer === null ? "" : percent(answer.equity)}
-          {answer?.standard_error != null && (
+          {answer !== null && earlier && <small class="earlier-word">{T.earlierFigures}</small>}
+          {answer?.standard_error != null && !earlier && (
             <small>{T.standardError(answer.standard_error)}</small>
           )}
         </span>

@@ -1,6 +1,6 @@
 // The left half of the page: the question.
 
-import { useState } from "preact/hooks";
+import { useEffect, useState } from "preact/hooks";
 import type { Game, Method, PlayerAnswer, PokermathError, Street } from "pokermath";
 import { errorAt, useReading } from "./calculator.js";
 import { cardsInUse, MOST_FOLDED, MOST_PLAYERS, replaced, without, type Query } from "./state.js";
@@ -9,7 +9,7 @@ import { CardsField } from "./cards_field.js";
 import { Choice, IconButton, Note, Select } from "./controls.js";
 import { Icon } from "./icons.js";
 import { Player, PotBar, RangeText } from "./players.js";
-import { METHOD_NAMES, STREET_NAMES, T, percent } from "./texts.js";
+import { METHOD_NAMES, STREET_NAMES, T } from "./texts.js";
 
 const STREETS: readonly Street[] = ["flop", "turn", "river"];
 const METHODS: readonly Method[] = ["auto", "exact", "sampled"];
@@ -20,8 +20,10 @@ interface QuestionProps {
   query: Query;
   chosen: number;
   error: PokermathError | null;
-  /** Of the last good answer, where it is about as many players. */
-  players: readonly PlayerAnswer[] | null;
+  /** Of the last good answer, for each player what is known. */
+  answers: readonly (PlayerAnswer | null)[];
+  /** Whether that is of an earlier question. */
+  earlier: boolean;
   cases: number;
   low: boolean;
   onChange: (next: Query, key: string) => void;
@@ -31,7 +33,8 @@ interface QuestionProps {
 }
 
 export function QuestionPanel(props: QuestionProps) {
-  const { query, error, players, onChange } = props;
+  const { query, error, answers, onChange } = props;
+  const known = answers.filter((answer) => answer !== null);
   const ranks = ranksOf(query.game);
   const used = cardsInUse(query);
   return (
@@ -54,7 +57,7 @@ export function QuestionPanel(props: QuestionProps) {
       </div>
       <div class="panel">
         <h2>{T.players}</h2>
-        {players !== null && <PotBar players={players} />}
+        {known.length === answers.length && <PotBar players={known} />}
         <ol class="players">
           {query.players.map((text, at) => (
             <Player
@@ -64,7 +67,8 @@ export function QuestionPanel(props: QuestionProps) {
               text={text}
               chosen={props.chosen === at}
               removable={query.players.length > 2}
-              answer={players?.[at] ?? null}
+              answer={answers[at] ?? null}
+              earlier={props.earlier}
               cases={props.cases}
               error={errorAt(error, `players/${at}`)}
               onText={props.onText}
@@ -125,16 +129,22 @@ interface MoreProps {
   onChange: (next: Query, key: string) => void;
 }
 
-/** What few questions need; open from the start where the question has it. */
+/** What few questions need; it opens where the question has it, and for what is wrong in it. */
 function More({ query, error, ranks, used, onChange }: MoreProps) {
-  const [wanted, setWanted] = useState(false);
-  const needed = query.dead !== "" || query.folded.length > 0 || query.method !== "auto";
+  const [open, setOpen] = useState(false);
+  const { dead, folded, method, standardError, timeMs } = query;
+  const needed =
+    dead !== "" ||
+    folded.length > 0 ||
+    method !== "auto" ||
+    standardError !== null ||
+    timeMs !== null;
+  const wrong = error !== null && /^(dead|folded|method|standard_error|time_ms)/.test(error.field);
+  useEffect(() => {
+    if (needed || wrong) setOpen(true);
+  }, [needed, wrong]);
   return (
-    <details
-      class="panel more"
-      open={wanted || needed}
-      onToggle={(event) => setWanted(event.currentTarget.open)}
-    >
+    <details class="panel more" open={open} onToggle={(event) => setOpen(event.currentTarget.open)}>
       <summary>
         {T.more} <span class="muted">{T.moreHint}</span>
       </summary>
@@ -226,11 +236,11 @@ function Sampling({ query, error, onChange }: PartProps) {
   const none = { value: "", name: T.usual };
   const errors = withOne(ERRORS, query.standardError).map((value) => ({
     value: String(value),
-    name: percent(value),
+    name: T.precisionOf(value),
   }));
   const limits = withOne(LIMITS, query.timeMs).map((value) => ({
     value: String(value),
-    name: `${value / 1000} s`,
+    name: T.timeOf(value),
   }));
   const text = (value: number | null) => (value === null ? "" : String(value));
   const number = (value: string) => (value === "" ? null : Number(value));

@@ -85,6 +85,17 @@ export function comesNext({ board, to }: Query): boolean {
   return (readCards(board)?.length ?? 0) < compared;
 }
 
+/**
+ * Where a player of the query stands in a question that was answered: at the same place, or where the
+ * number of players is another one, at the same text; -1 for none.
+ */
+export function placeIn(question: Question, { game, players }: Query, at: number): number {
+  if (question.players.length === players.length) return at;
+  const text = players[at] ?? "";
+  if (question.game !== game) return -1;
+  return question.players[at] === text ? at : question.players.indexOf(text);
+}
+
 export function replaced<T>(list: readonly T[], at: number, item: T): T[] {
   return list.map((old, index) => (index === at ? item : old));
 }

@@ -6,18 +6,20 @@ import { T } from "./texts.js";
 
 interface TakeProps {
   by: DetailName;
+  /** Whether the answer has what it is about. */
+  rows: boolean;
   /** Whether there is a picture of it. */
   picture: boolean;
   disabled: boolean;
   onTold: (message: string) => void;
 }
 
-export function TakeAlong({ by, picture, disabled, onTold }: TakeProps) {
+export function TakeAlong({ by, rows, picture, disabled, onTold }: TakeProps) {
   const calculator = useCalculator();
   const take = async (kind: DocumentKind) => {
     try {
       const text = await calculator.document(kind, by);
-      if (kind === "svg") save(text, `equity-${T.detailNames[by]}.svg`);
+      if (kind === "svg") save(text, T.pictureFile(by));
       else await copy(text);
       onTold(kind === "svg" ? T.saved : T.copied(T.whats[kind]));
     } catch (problem) {
@@ -38,7 +40,7 @@ export function TakeAlong({ by, picture, disabled, onTold }: TakeProps) {
     <div class="take" role="group" aria-label={T.export}>
       {button("text", T.copyText)}
       {button("json", T.copyJson)}
-      {button("csv", T.copyCsv)}
+      {button("csv", T.copyCsv, rows)}
       {button("svg", T.saveSvg, picture)}
     </div>
   );
@@ -55,7 +57,7 @@ export async function copy(text: string): Promise<void> {
     box.select();
     const done = document.execCommand("copy");
     box.remove();
-    if (!done) throw new Error("the browser does not let the page copy");
+    if (!done) throw new Error(T.noCopying);
   }
 }
 

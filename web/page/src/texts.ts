@@ -116,12 +116,12 @@ export const T = {
   deck: (name: string) => `Deck for: ${name}`,
   deckHint: "Click cards, or type rank and suit: a s, k d. Backspace takes the last one back.",
   closeDeck: "Done",
-  empty: "empty place",
   boardPlaceholder: "e.g. 2c7dTh",
   deadPlaceholder: "e.g. AsKs",
 
   players: "Players",
   player: (at: number) => `Player ${at + 1}`,
+  shortPlayer: (at: number) => `P${at + 1}`,
   rangeOf: (at: number) => `Hand or range of player ${at + 1}`,
   rangePlaceholder: "AhKd, TT+,AQs+:0.5, 15%, random",
   omahaPlaceholder: "AhAdKhKd, AAxx:ds, 10%, random",
@@ -133,6 +133,7 @@ export const T = {
   tie: "Tie",
   low: "Low",
   standardError: (error: number) => `± ${(100 * error).toFixed(3)}`,
+  earlierFigures: "earlier",
   hands: (hands: number) => plural(hands, "hand", "hands"),
   meaning:
     "Equity is the share of the pot: a pot that k players share counts 1/k for each. " +
@@ -146,8 +147,11 @@ export const T = {
   compareOn: "Compare hands on the",
   method: "Method",
   precision: "Standard error when sampled",
+  precisionOf: (error: number) =>
+    100 * error >= 0.01 ? percent(error) : `${Number((100 * error).toPrecision(2))}\u202f%`,
   usual: "Usual",
   timeLimit: "Time limit when sampled",
+  timeOf: (milliseconds: number) => `${milliseconds / 1000} s`,
   noLimit: "None",
 
   views: "Break-down of the answer",
@@ -159,10 +163,14 @@ export const T = {
   progress: "Progress",
   stop: "Stop",
   stopped: "Stopped. The answer shown is of the question before.",
+  stoppedView: "Stopped. The equities are of this question, but this view has not been counted.",
+  stoppedFirst: "Stopped. Nothing has been answered yet.",
+  noAnswer: "There is no answer: something in the question is wrong.",
   again: "Calculate",
   earlier: "Answer to the earlier question:",
   exact: "Exact",
   sampled: "Sampled",
+  counted: "every case counted",
   cases: (cases: number) => plural(cases, "case", "cases"),
   trials: (trials: number) => plural(trials, "trial", "trials"),
   spoken: (method: string, parts: readonly string[]) => `${method}: ${parts.join(", ")}.`,
@@ -208,8 +216,6 @@ export const T = {
   kinds: "Kinds of hands",
   kind: "Kind",
   handList: "Hands",
-  hand: "Hand",
-  weight: "Weight",
   firstOf: (shown: number, all: number) => `The first ${count(shown)} of ${count(all)} hands`,
   showMore: (more: number) => `Show ${count(more)} more`,
 
@@ -221,14 +227,12 @@ export const T = {
   nextLegend: "Change of equity in percent points",
   nowAt: (equity: string) => `Now ${equity}`,
   flop: "Flop",
+  changes: "±",
   alike: "Alike",
   flops: (number: number) => plural(number, "kind of flop", "kinds of flops"),
 
   curve: "Equity of all hands, the best first",
   curveX: "Share of the range",
-  curveOf: (name: string, best: number, median: number, worst: number) =>
-    `${name}: best hand ${(100 * best).toFixed(0)} %, median ${(100 * median).toFixed(0)} %, ` +
-    `worst ${(100 * worst).toFixed(0)} %`,
   best: "Best",
   median: "Median",
   worst: "Worst",
@@ -246,10 +250,8 @@ export const T = {
   saveSvg: "Save SVG",
   copied: (what: string) => `${what} copied`,
   saved: "Picture saved",
+  noCopying: "the browser does not let the page copy",
   failed: (why: string) => `That did not work: ${why}`,
   whats: { text: "Text", json: "JSON", csv: "CSV", svg: "SVG" },
-  detailNames: { class: "class", hand: "hand", next: "next", made: "made" } satisfies Record<
-    DetailName,
-    string
-  >,
+  pictureFile: (by: DetailName) => `equity-${by}.svg`,
 };
