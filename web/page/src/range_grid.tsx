@@ -25,6 +25,7 @@ interface CellProps {
 
 const GridCell = memo(function GridCell(props: CellProps) {
   const { at, label, weight, equity, blocked } = props;
+  const [whole, decimal] = equity === null ? [] : (100 * equity).toFixed(1).split(".");
   const kind =
     weight === 0 ? "out" : blocked ? "blocked" : equity === null ? "plain" : heat(equity).side;
   return (
@@ -44,8 +45,8 @@ const GridCell = memo(function GridCell(props: CellProps) {
       <span class="cell-name">{label}</span>{" "}
       {equity !== null && weight > 0 && (
         <span class="cell-equity">
-          {Math.floor(100 * equity + 0.05)}
-          <span class="decimal">.{Math.round(1000 * equity) % 10}</span>
+          {whole}
+          <span class="decimal">.{decimal}</span>
         </span>
       )}
     </div>
