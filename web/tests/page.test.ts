@@ -556,20 +556,26 @@ describe("long questions", () => {
   it("leave no error of before, and mark the figures of before", async () => {
     const { page } = await open(
       browser,
-      `${FILE_ADDRESS}#p=AhKd&p=QQ&p=22&board=2c7dTh&method=exact`,
+      `${FILE_ADDRESS}#p=AhKd&p=QQ&p=22,77&board=7s7h7d&method=exact&of=3`,
     );
+    const blocked = () => page.locator(".cell.blocked").count();
+    expect(await blocked()).toBe(1);
     await page.fill("#board", "");
     await player(page, 2).fill("QQx");
     expect(await settled(page)).toBe("wrong");
     await player(page, 2).fill("random");
     await page.locator("progress").waitFor();
     const marks = () => page.locator(".earlier-word").count();
-    expect([await page.locator(".note.error").count(), await marks()]).toEqual([0, 3]);
+    expect([await page.locator(".note.error").count(), await marks(), await blocked()]).toEqual([
+      0, 3, 0,
+    ]);
     const spoken = () => page.locator("#spoken").textContent();
     await expect.poll(spoken, { timeout: 4000 }).toMatch(/^Counting: \d+ %$/);
     await page.getByRole("button", { name: "Stop" }).click();
     await page.getByText("Stopped. The answer shown is of the question before.").first().waitFor();
-    expect([await page.locator(".note.error").count(), await marks()]).toEqual([0, 3]);
+    expect([await page.locator(".note.error").count(), await marks(), await blocked()]).toEqual([
+      0, 3, 0,
+    ]);
     await expect.poll(spoken, { timeout: 4000 }).toContain("Stopped.");
     await page.context().close();
   });

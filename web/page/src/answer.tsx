@@ -88,7 +88,7 @@ function hasPicture(tab: Tab, answer: Answer): boolean {
 
 type BodyProps = AnswerProps & { answer: Answer | null };
 
-function ViewBody({ query, view, asking, answer, onText, onSuits }: BodyProps) {
+function ViewBody({ query, view, asking, answer, earlier, onText, onSuits }: BodyProps) {
   const { last, running, error } = asking;
   const place = last === null ? -1 : placeIn(last.question, query, view.player);
   if (view.tab === "range") {
@@ -100,6 +100,7 @@ function ViewBody({ query, view, asking, answer, onText, onSuits }: BodyProps) {
         at={view.player}
         text={text}
         answer={mine}
+        earlier={earlier}
         onText={onText}
         onSuits={onSuits}
       />

@@ -21,6 +21,8 @@ interface RangeProps {
   at: number;
   text: string;
   answer: PlayerAnswer | null;
+  /** Whether the answer is of an earlier question. */
+  earlier: boolean;
   onText: (at: number, text: string, key: string) => void;
   /** Whether the equity of single holdings is wanted. */
   onSuits: (open: boolean) => void;
@@ -76,6 +78,8 @@ function usePaintedText({ game, at, text, onText, reading }: RangeProps & { read
       if (known) replace(weights, step);
     },
     replace,
+    /** Whether the weights stand in the text already. */
+    written: !holds || draft.text !== null,
     locked: !known && reading.wrong,
     failure,
   };
@@ -139,7 +143,7 @@ function GridPanel(props: RangeProps & { reading: Reading }) {
             size={ranks.length}
             weights={weights}
             equities={classes}
-            answered={answer?.classes !== undefined}
+            answered={answer?.classes !== undefined && !props.earlier && painted.written}
             brush={brush}
             locked={locked}
             open={open}
