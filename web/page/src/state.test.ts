@@ -1,6 +1,7 @@
 import { describe, expect, it } from "vitest";
 import { readHash, writeHash, type View } from "./hash.js";
-import { OPENING, begin, cardsInUse, change, redo, undo, withGame, type Query } from "./state.js";
+import { OPENING, begin, cardsInUse, change, placeIn, questionOf, redo, undo } from "./state.js";
+import { withGame, type Query } from "./state.js";
 
 describe("history", () => {
   const typed = (text: string): Query => ({ ...OPENING, players: ["AhKd", text] });
@@ -34,6 +35,17 @@ describe("history", () => {
     history = change(undo(history), typed("KK"), "", 1);
     expect(history.future).toEqual([]);
     expect(change(history, typed("KK"), "", 2)).toBe(history);
+  });
+});
+
+describe("the answer of before", () => {
+  it("stays with the players who stay", () => {
+    const asked = questionOf({ ...OPENING, players: ["AA", "KK", "AA"] }, []);
+    const places = (query: Query) => query.players.map((_, at) => placeIn(asked, query, at));
+    expect(places({ ...OPENING, players: ["AA", "x", "QQ"] })).toEqual([0, 1, 2]);
+    expect(places({ ...OPENING, players: ["KK", "AA"] })).toEqual([1, 0]);
+    expect(places({ ...OPENING, players: ["x", "KK", "AA", "QQ"] })).toEqual([-1, 1, 2, -1]);
+    expect(places({ ...OPENING, game: "shortdeck", players: ["AA", "KK"] })).toEqual([-1, -1]);
   });
 });
 
