@@ -9,6 +9,8 @@ export default defineConfig({
     include: ["*.test.ts"],
     testTimeout: 60_000,
     hookTimeout: 60_000,
+    // A machine that stalls may miss a moment; what is wrong is wrong twice.
+    retry: 1,
     // One browser after the other: the figures that are printed are those of one page alone.
     fileParallelism: false,
   },
