@@ -3,7 +3,6 @@
 #include "kernels/board_order.h"
 
 #include <algorithm>
-#include <vector>
 
 #include "kernels/decks.h"
 #include "platform/made_once.h"

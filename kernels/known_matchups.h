@@ -78,8 +78,6 @@ class KnownMatchups {
   /// Boards that two hands leave.
   int boards() const { return boards_; }
 
-  /// Whether the hands share no card.
-  bool Has(ClassedHand hand1, ClassedHand hand2) const { return Record(hand1, hand2) != 0; }
   /// A hand against one that shares no card with it; with shared cards, any number.
   Counts Count(ClassedHand hand1, ClassedHand hand2) const {
     return CountsOf(Record(hand1, hand2), hand1.number <= hand2.number);
