@@ -11,8 +11,8 @@
 #include "cli/errors.h"
 #include "cli/line_mode.h"
 #include "cli/output.h"
+#include "jobs/question_line.h"
 #include "pages/equity_detail.h"
-#include "pages/equity_object.h"
 #include "pages/equity_report.h"
 #include "pages/equity_svg.h"
 #include "pages/equity_words.h"
@@ -90,36 +90,12 @@ void CheckOrder(const Command& command, const EquityWords& words) {
   }
 }
 
-void PrintWarnings(const AskedEquity& asked) {
-  for (const std::string& warning : asked.warnings) PrintError("warning: " + warning);
-}
+void PrintWarning(const std::string& warning) { PrintError("warning: " + warning); }
 
-// A question that cannot be answered has an error in its place, and the next one is read.
-EquityRun RunLine(const AskedEquity& asked, int threads) {
-  PrintWarnings(asked);
-  try {
-    return AnswerEquity(asked, threads, false);
-  } catch (const Failure& failure) {
-    throw UsageError(failure.what());
-  }
-}
-
-// An object is answered with one, and its id comes back.
-std::string AnswerObject(std::string_view line, const EquityWords& defaults, int threads) {
-  Json id;
-  try {
-    const Json object = ParseObject(line);
-    if (object.contains("id")) id = object["id"];
-    const AskedEquity asked = ReadEquity(ReadObject(object, defaults));
-    return JsonLine(EquityJson(asked, RunLine(asked, threads), id));
-  } catch (const UsageError& error) {
-    throw LineError(error, id.is_null() ? "" : JsonLine(id));
-  }
-}
-
-std::string AnswerWords(std::string_view line, const EquityOptions& options, int threads) {
+std::string AnswerWords(std::string_view line, const EquityOptions& options,
+                        const LineOptions& one) {
   const AskedEquity asked = ReadEquity(SplitLine(line, options.words));
-  const EquityRun run = RunLine(asked, threads);
+  const EquityRun run = RunLine(asked, one);
   return options.json ? JsonLine(EquityJson(asked, run, {})) : EquityLine(asked, run);
 }
 
@@ -128,8 +104,8 @@ int AnswerQuestionLines(const EquityOptions& options) {
   const LineForm form{.json = options.json, .schema = kEquitySchema, .threads = ThreadsOf(options)};
   return AnswerLines(form, [&](std::string_view line, int threads, std::string& out) {
     const bool is_object = line.find_first_not_of(" \t") == line.find('{');
-    out += is_object ? AnswerObject(line, options.words, threads)
-                     : AnswerWords(line, options, threads);
+    const LineOptions one{.defaults = options.words, .threads = threads, .warn = PrintWarning};
+    out += is_object ? AnswerObject(line, one) : AnswerWords(line, options, one);
   });
 }
 
@@ -161,8 +137,8 @@ int RunEquity(const EquityOptions& options) {
     throw UsageError("--csv - and --svg - do not go together: both are standard output");
   }
   const AskedEquity asked = ReadOne(options);
-  PrintWarnings(asked);
-  const EquityRun run = AnswerEquity(asked, ThreadsOf(options), true);
+  for (const std::string& warning : asked.warnings) PrintWarning(warning);
+  const EquityRun run = AnswerEquity(asked, ThreadsOf(options));
   if (options.csv) WriteDocument(*options.csv, DetailCsv(asked, run, asked.by[0]));
   if (options.svg) WriteDocument(*options.svg, DetailSvg(asked, run, asked.by[0]));
   if (csv_alone || svg_alone) return kExitDone;

@@ -29,11 +29,10 @@ EquityRun RunAttended(const Calculation& plan, RunOptions options) {
 
 }  // namespace
 
-EquityRun AnswerEquity(const AskedEquity& asked, int threads, bool attended) {
+EquityRun AnswerEquity(const AskedEquity& asked, int threads) {
   const Clock::time_point start = Clock::now();
   const Calculation plan = PlanOf(asked);
-  const RunOptions options{.threads = threads, .time = asked.time};
-  EquityRun run = attended ? RunAttended(plan, options) : Run(plan, options);
+  EquityRun run = RunAttended(plan, {.threads = threads, .time = asked.time});
   run.elapsed = Clock::now() - start;
   return run;
 }

@@ -1,4 +1,4 @@
-// Answers a question of equity for somebody who may be waiting.
+// Answers a question of equity for somebody who waits.
 
 #ifndef POKERMATH_CLI_EQUITY_RUN_H_
 #define POKERMATH_CLI_EQUITY_RUN_H_
@@ -8,12 +8,12 @@
 
 namespace pokermath::cli {
 
-/// @param threads   at most; the answer is the same for any number
-/// @param attended  somebody waits: shows progress, and signals stop the work
+/// Shows progress, and signals stop the work.
+/// @param threads  at most; the answer is the same for any number
 ///
 /// Throws UsageError for a question that the calculator refuses, and Failure for a count that was
 /// not finished.
-EquityRun AnswerEquity(const AskedEquity& asked, int threads, bool attended);
+EquityRun AnswerEquity(const AskedEquity& asked, int threads);
 
 }  // namespace pokermath::cli
 

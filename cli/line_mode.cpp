@@ -14,13 +14,12 @@
 #include <cstdint>
 #include <exception>
 #include <future>
-#include <nlohmann/json.hpp>
 #include <vector>
 
 #include "cli/command.h"
 #include "cli/errors.h"
 #include "cli/output.h"
-#include "pages/json.h"
+#include "jobs/question_line.h"
 
 namespace pokermath::cli {
 namespace {
@@ -216,12 +215,7 @@ class LineAnswerer {
       out_ += fmt::format("error: {}\n", error.what());
       return;
     }
-    Json object = {{"schema", form_.schema}};
-    if (!id.empty()) object["id"] = Json::parse(id);
-    object["line"] = number;
-    object["error"] = error.what();
-    if (!error.field().empty()) object["field"] = error.field();
-    out_ += JsonLine(object);
+    out_ += ErrorObject(form_.schema, number, error, id);
   }
 
   const LineForm& form_;

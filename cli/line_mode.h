@@ -6,24 +6,11 @@
 #include <functional>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "cli/output.h"
-#include "pages/errors.h"
 #include "pages/json.h"
 
 namespace pokermath::cli {
-
-/// A line that is no question but came with an id, which its error has too.
-class LineError : public UsageError {
- public:
-  /// @param id  JSON text; empty for none
-  LineError(const UsageError& error, std::string id) : UsageError(error), id_(std::move(id)) {}
-  const std::string& id() const { return id_; }
-
- private:
-  std::string id_;
-};
 
 /// Appends the answer to `line`, a line end included, to `out`; throws UsageError for a line that
 /// is no question, or LineError, whose error is in JSON. May be called on several threads at once;

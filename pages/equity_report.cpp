@@ -189,12 +189,12 @@ std::string Table(const AskedEquity& asked, const EquityRun& run, const Colours&
 std::string MethodText(const AskedEquity& asked, const EquityRun& run) {
   const CaseCount& cases = run.answer.cases;
   const std::string count = CountText(cases);
-  const std::string time = DurationText(run.elapsed);
+  const std::string time = run.elapsed ? ", " + DurationText(*run.elapsed) : "";
   if (IsSampled(run)) {
-    return fmt::format("{} random deal{} with seed {}, sampled ({}), {}.\n", count,
+    return fmt::format("{} random deal{} with seed {}, sampled ({}){}.\n", count,
                        count == "1" ? "" : "s", asked.question.seed, run.answer.reason, time);
   }
-  return fmt::format("{} {} of board and hands, counted exactly ({}), {}.\n", count,
+  return fmt::format("{} {} of board and hands, counted exactly ({}){}.\n", count,
                      count == "1" ? "case" : "cases", run.answer.reason, time);
 }
 
@@ -356,7 +356,7 @@ Json EquityJson(const AskedEquity& asked, const EquityRun& run, const Json& id) 
   }
   for (const By by : asked.by) AddDetailJson(asked, run, by, json);
   // Microseconds are enough.
-  json["elapsed_ms"] = std::round(run.elapsed.count() * 1e6) / 1e3;
+  if (run.elapsed) json["elapsed_ms"] = std::round(run.elapsed->count() * 1e6) / 1e3;
   return json;
 }
 

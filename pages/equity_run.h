@@ -3,6 +3,8 @@
 #ifndef POKERMATH_PAGES_EQUITY_RUN_H_
 #define POKERMATH_PAGES_EQUITY_RUN_H_
 
+#include <optional>
+
 #include "pages/number_text.h"
 #include "pokermath/calculator.h"
 
@@ -10,9 +12,9 @@ namespace pokermath {
 
 struct EquityRun {
   EquityAnswer answer;
-  bool interrupted = false;  ///< by who waited for it: fewer trials than asked for
-  bool out_of_time = false;  ///< fewer trials, since the time allowed no more
-  Seconds elapsed{};
+  bool interrupted = false;          ///< by who waited for it: fewer trials than asked for
+  bool out_of_time = false;          ///< fewer trials, since the time allowed no more
+  std::optional<Seconds> elapsed{};  ///< by who measured it
 };
 
 }  // namespace pokermath

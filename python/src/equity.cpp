@@ -427,7 +427,7 @@ void AddEquity(py::module_& module) {
       "cases", [](const Answered& a) { return CountOf(a.answer().cases); },
       "Cases of boards and hands, or trials. An int, or a float where weights are not whole.");
   add(
-      "elapsed_ms", [](const Answered& a) { return 1e3 * a.run.elapsed.count(); },
+      "elapsed_ms", [](const Answered& a) { return 1e3 * a.run.elapsed->count(); },
       "Milliseconds that it took.");
   add(
       "equity", [](const Answered& a) { return a.player(0).total.equity; },

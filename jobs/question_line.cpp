@@ -1,0 +1,52 @@
+#include "jobs/question_line.h"
+
+#include <chrono>
+#include <nlohmann/json.hpp>
+
+#include "jobs/run.h"
+#include "pages/equity_object.h"
+#include "pages/equity_report.h"
+#include "pages/json.h"
+
+namespace pokermath {
+
+EquityRun RunLine(const AskedEquity& asked, const LineOptions& options) {
+  using Clock = std::chrono::steady_clock;
+  if (options.warn) {
+    for (const std::string& warning : asked.warnings) options.warn(warning);
+  }
+  try {
+    const Clock::time_point start = Clock::now();
+    EquityRun run = Run(PlanOf(asked), {.threads = options.threads, .time = asked.time});
+    if (options.timed) run.elapsed = Clock::now() - start;
+    return run;
+  } catch (const Failure& failure) {
+    throw UsageError(failure.what());
+  }
+}
+
+std::string AnswerObject(std::string_view line, const LineOptions& options) {
+  Json id;
+  try {
+    const Json object = ParseObject(line);
+    if (object.contains("id")) id = object["id"];
+    const EquityWords words = ReadObject(object, options.defaults);
+    AskedEquity asked = ReadEquity(words);
+    if (options.seed && !words.seed) asked.question.seed = *options.seed;
+    return JsonLine(EquityJson(asked, RunLine(asked, options), id));
+  } catch (const UsageError& error) {
+    throw LineError(error, id.is_null() ? "" : JsonLine(id));
+  }
+}
+
+std::string ErrorObject(int schema, std::int64_t line, const UsageError& error,
+                        const std::string& id) {
+  Json object = {{"schema", schema}};
+  if (!id.empty()) object["id"] = Json::parse(id);
+  object["line"] = line;
+  object["error"] = error.what();
+  if (!error.field().empty()) object["field"] = error.field();
+  return JsonLine(object);
+}
+
+}  // namespace pokermath
