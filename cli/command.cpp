@@ -60,6 +60,8 @@ void Command::SetFooter(const std::string& text) { app_->footer(text); }
 
 void Command::SetAction(std::function<void()> action) { app_->callback(std::move(action)); }
 
+bool Command::HasCommand() const { return !app_->get_subcommands().empty(); }
+
 std::vector<GivenOption> Command::Given() const {
   std::vector<GivenOption> given;
   for (const CLI::Option* option : app_->parse_order()) {

@@ -18,6 +18,7 @@ namespace pokermath::cli {
 inline constexpr int kExitDone = 0;
 inline constexpr int kExitFailed = 1;
 inline constexpr int kExitUsage = 2;
+inline constexpr int kExitAgain = 75;  // stopped in good order: start it again
 
 // Commands and options are handles of the parser's objects, which live as long as the program. The
 // parser's own headers take compilers twenty seconds a source, so only command.cpp and main.cpp
@@ -63,6 +64,8 @@ class Command {
   void SetFooter(const std::string& text);
   void SetAction(std::function<void()> action);
 
+  /// Whether one of its commands was given.
+  bool HasCommand() const;
   /// Options and words in the order in which they were given.
   std::vector<GivenOption> Given() const;
 
@@ -82,6 +85,7 @@ void AddRange(Command program, int& exit_code);
 void AddPots(Command program, int& exit_code);
 void AddHistory(Command program, int& exit_code);
 void AddDb(Command program, int& exit_code);
+void AddBulk(Command program, int& exit_code);
 void AddTables(Command program, int& exit_code);
 void AddDoctor(Command program, int& exit_code);
 

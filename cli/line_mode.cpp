@@ -102,11 +102,6 @@ class LineReader {
   std::size_t end_ = 0;
 };
 
-bool HasQuestion(std::string_view line) {
-  const std::size_t start = line.find_first_not_of(" \t\r");
-  return start != line.npos && line[start] != '#';
-}
-
 struct Line {
   std::int64_t number = 0;
   std::string_view text;
@@ -151,7 +146,7 @@ class LineAnswerer {
     do {
       if (!reader_.Next(line.text, line.too_long)) return !lines_.empty();
       line.number = ++last_number_;
-      if (line.too_long || HasQuestion(line.text)) lines_.push_back(line);
+      if (line.too_long || IsQuestion(line.text)) lines_.push_back(line);
     } while (lines_.size() < kMostLines && reader_.HasLine());
     return true;
   }

@@ -164,6 +164,7 @@ int ParseAndRun(CLI::App& program, int argc, char** argv) {
   AddPots(Command(&program), exit_code);
   AddHistory(Command(&program), exit_code);
   AddDb(Command(&program), exit_code);
+  AddBulk(Command(&program), exit_code);
   AddTables(Command(&program), exit_code);
   AddDoctor(Command(&program), exit_code);
   CheckValues(program);

@@ -4,11 +4,12 @@
 #define POKERMATH_CLI_STOP_SIGNALS_H_
 
 #include <csignal>
+#include <iterator>
 
 namespace pokermath::cli {
 
-/// While one of these lives, SIGINT, SIGTERM and SIGHUP do no more than make StopRequested() true.
-/// A signal that the program was started to ignore stays ignored.
+/// While one of these lives, SIGINT, SIGTERM, SIGHUP and SIGUSR1 do no more than make
+/// StopRequested() true. A signal that the program was started to ignore stays ignored.
 class StopSignals {
  public:
   StopSignals();
@@ -17,8 +18,8 @@ class StopSignals {
   StopSignals& operator=(const StopSignals&) = delete;
 
  private:
-  static constexpr int kSignals[3] = {SIGINT, SIGTERM, SIGHUP};
-  struct sigaction before_[3] = {};
+  static constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGUSR1};
+  struct sigaction before_[std::size(kSignals)] = {};
 };
 
 /// Whether such a signal has come since the program started.

@@ -14,13 +14,15 @@
 #include <utility>
 #include <vector>
 
+#include "cli/bulk_run.h"
 #include "cli/errors.h"
-#include "cli/omaha_strength.h"
 #include "cli/progress.h"
 #include "cli/stop_signals.h"
 #include "contracts/hand_ranks_builder.h"
 #include "contracts/holdem_tables.h"
 #include "contracts/state_tables.h"
+#include "jobs/job_folder.h"
+#include "jobs/omaha_strength.h"
 #include "kernels/known_matchups.h"
 #include "kernels/matchups.h"
 #include "pages/number_text.h"
@@ -247,67 +249,33 @@ bool BuildCombinations(const TableFile& table, const std::string& path) {
   return WriteTable(table, path, {std::as_bytes(std::span(records))});
 }
 
-// Keeps the sums of a build in a file now and then. The table comes out without it as well, so that
-// it cannot be written is said, once, and no reason to stop.
-class Checkpoint {
- public:
-  Checkpoint(OmahaStrength& strength, const std::string& path) : strength_(strength), path_(path) {}
-
-  bool Save(Progress& progress) {
-    next_ = Clock::now() + std::chrono::seconds(20);
-    if (strength_.Save(path_)) return true;
-    const std::string reason = SystemReason(errno);
-    if (!std::exchange(said_, true)) {
-      progress.Wipe();
-      PrintError("cannot keep what is done in " + Quoted(path_) + ": " + reason +
-                 "; the build goes on");
-    }
-    return false;
+// A job, whose folder stays until the table is written: a build that was stopped is gone on with.
+bool BuildByJob(const TableFile& table, const std::string& path, const Job& job) {
+  const std::string folder = path + ".unfinished";
+  BeginJob(job, "", folder);
+  switch (DoShardAttended(job, folder, {}, AllThreads())) {
+    case ShardEnd::kStopped:
+      throw Failure(fmt::format("stopped {}; the next build goes on from there", table.name));
+    case ShardEnd::kBusy:
+      throw Failure(fmt::format("another process builds {}", table.name));
+    default:
+      break;
   }
-  void SaveNowAndThen(Progress& progress) {
-    if (Clock::now() > next_) Save(progress);
-  }
+  const auto result = ReadWholeFile(MergeShards(job, folder).result);
+  if (!result) throw SystemFailure("cannot read what is in " + Quoted(folder), errno);
+  const bool is_right = IsRight(table, {std::as_bytes(std::span(*result))});
+  const bool written =
+      is_right && WriteTable(table, path, {std::as_bytes(std::span(*result))});
+  // What leads to a wrong table would do so again.
+  std::error_code ignored;
+  if (written || !is_right) std::filesystem::remove_all(folder, ignored);
+  if (!is_right) throw Failure(fmt::format("{} came out wrong and was not written", table.name));
+  return written;
+}
 
- private:
-  using Clock = std::chrono::steady_clock;
-
-  OmahaStrength& strength_;
-  const std::string& path_;
-  Clock::time_point next_ = Clock::now() + std::chrono::seconds(2);
-  bool said_ = false;
-};
-
-// Goes on where a build that was stopped has left its sums.
 template <int hand_size>
 bool BuildOmahaStrength(const TableFile& table, const std::string& path) {
-  const std::string unfinished = path + ".unfinished";
-  OmahaStrength strength(hand_size);
-  const bool resumed = strength.Load(unfinished);
-  {
-    Checkpoint checkpoint(strength, unfinished);
-    Progress progress(std::string(resumed ? "going on with " : "building ") + table.name,
-                      OmahaEveryHand::kSteps, "sets of boards", kPatience);
-    while (!strength.Finished()) {
-      strength.GoOn();
-      progress.Update(strength.done());
-      if (StopRequested()) {
-        if (!checkpoint.Save(progress)) return false;
-        throw Failure(fmt::format("stopped {} at {} %; the next build goes on from there",
-                                  table.name, 100 * strength.done() / OmahaEveryHand::kSteps));
-      }
-      checkpoint.SaveNowAndThen(progress);
-    }
-  }
-  const std::string text = strength.Text();
-  const auto remove_unfinished = [&unfinished] {
-    std::error_code ignored;
-    std::filesystem::remove(unfinished, ignored);
-  };
-  // Sums that lead to a wrong table would do so again.
-  if (!IsRight(table, {std::as_bytes(std::span(text))})) remove_unfinished();
-  if (!WriteTable(table, path, {std::as_bytes(std::span(text))})) return false;
-  remove_unfinished();
-  return true;
+  return BuildByJob(table, path, OmahaStrengthJob(hand_size));
 }
 
 // The whole file; nothing, with errno set, if it cannot be read.

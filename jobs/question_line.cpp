@@ -10,6 +10,11 @@
 
 namespace pokermath {
 
+bool IsQuestion(std::string_view line) {
+  const std::size_t start = line.find_first_not_of(" \t\r");
+  return start != line.npos && line[start] != '#';
+}
+
 EquityRun RunLine(const AskedEquity& asked, const LineOptions& options) {
   using Clock = std::chrono::steady_clock;
   if (options.warn) {
@@ -17,7 +22,9 @@ EquityRun RunLine(const AskedEquity& asked, const LineOptions& options) {
   }
   try {
     const Clock::time_point start = Clock::now();
-    EquityRun run = Run(PlanOf(asked), {.threads = options.threads, .time = asked.time});
+    const Calculation plan = PlanOf(asked);
+    const RunOptions how{.threads = options.threads, .time = asked.time};
+    EquityRun run = options.run ? options.run(plan, how) : Run(plan, how);
     if (options.timed) run.elapsed = Clock::now() - start;
     return run;
   } catch (const Failure& failure) {

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <utility>
 
+#include "jobs/run.h"
 #include "pages/equity_run.h"
 #include "pages/equity_words.h"
 #include "pages/errors.h"
@@ -34,7 +35,12 @@ struct LineOptions {
   bool timed = true;                    ///< whether the answer has "elapsed_ms"
   /// Takes warnings, a line each; may be empty.
   std::function<void(const std::string& warning)> warn{};
+  /// In the place of Run; may be empty.
+  std::function<EquityRun(const Calculation& plan, RunOptions options)> run{};
 };
+
+/// Whether a line asks something: empty lines and those that start with '#' have no answer.
+bool IsQuestion(std::string_view line);
 
 /// The run that answers what was read from a line. Throws UsageError for a question that has no
 /// answer, also where the work could not be done: the next line is read all the same.

@@ -26,13 +26,15 @@ class Runner {
         options_(options),
         sampled_(plan.method() == Method::kSampled),
         start_(Clock::now()),
-        sums_(plan.NewSums()) {}
+        so_far_(options.from ? *options.from : RunKept{0, 0, plan.NewSums()}),
+        first_(done_) {}
 
   EquityRun Run() {
     while (!Stopped() && !plan_.Enough(done_, sums_)) {
-      const std::int64_t stop = plan_.NextStop(done_);
-      while (!Stopped() && done_ < stop) {
-        DoSlice(std::min(stop, done_ + (done_ == 0 ? 1 : kSliceSteps * options_.threads)));
+      if (done_ >= stop_) stop_ = plan_.NextStop(done_);
+      while (!Stopped() && done_ < stop_) {
+        DoSlice(std::min(stop_, done_ + (done_ == first_ ? 1 : kSliceSteps * options_.threads)));
+        if (options_.keep && !Stopped()) options_.keep(so_far_);
       }
     }
     Result<EquityAnswer> answer = plan_.Answer(sums_);
@@ -48,8 +50,8 @@ class Runner {
     end_ = end;
     per_step_ = done_ == 0 ? 0 : plan_.Cases(sums_).Value() / static_cast<double>(done_);
     part_ = options_.go_on ? plan_.Part(done_, sums_) : 0;
-    const bool share = options_.threads > 1 && done_ > 0 &&
-                       (Clock::now() - start_) / done_ * (end - done_) > kWorthThreads;
+    const bool share = options_.threads > 1 && done_ > first_ &&
+                       (Clock::now() - start_) / (done_ - first_) * (end - done_) > kWorthThreads;
     if (share) {
       DoOnThreads();
     } else {
@@ -83,7 +85,7 @@ class Runner {
   void LookUp(std::int64_t step) {
     const bool in_time = sampled_ && options_.time;
     const Clock::duration elapsed = Clock::now() - start_;
-    if (in_time && step > 0 && elapsed >= *options_.time) out_of_time_ = true;
+    if (in_time && step > first_ && elapsed >= *options_.time) out_of_time_ = true;
     if (!options_.go_on) return;
     const auto begun = static_cast<double>(step);
     double part = std::max(part_, begun / static_cast<double>(plan_.steps()));
@@ -96,8 +98,11 @@ class Runner {
   const RunOptions& options_;
   bool sampled_;
   Clock::time_point start_;
-  Sums sums_;
-  std::int64_t done_ = 0;
+  RunKept so_far_;
+  Sums& sums_ = so_far_.sums;
+  std::int64_t& done_ = so_far_.done;
+  std::int64_t& stop_ = so_far_.stop;
+  std::int64_t first_;  // that is not of an earlier run
   std::int64_t end_ = 0;
   double per_step_ = 0;  // trials
   double part_ = 0;      // that was done before the slice

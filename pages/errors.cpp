@@ -1,6 +1,14 @@
 #include "pages/errors.h"
 
+#include <system_error>
+
 namespace pokermath {
+
+std::string SystemReason(int error_number) { return std::generic_category().message(error_number); }
+
+Failure SystemFailure(const std::string& what, int error_number) {
+  return Failure(what + ": " + SystemReason(error_number));
+}
 
 std::string Quoted(std::string_view text) {
   constexpr std::size_t kLongest = 200;

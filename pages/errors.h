@@ -34,6 +34,13 @@ class Failure : public std::runtime_error {
 /// are no exceptions, the program brings its own way out (web/module).
 [[noreturn]] void Refuse(const std::string& text, std::string_view field = "");
 
+/// Why a call of the system failed: "No space left on device".
+std::string SystemReason(int error_number);
+
+/// A Failure that ends with the system's reason, for example "cannot write 'a/b': No space left on
+/// device".
+Failure SystemFailure(const std::string& what, int error_number);
+
 /// The text in single quotes, fit for one line: control characters become '?', long text is cut.
 std::string Quoted(std::string_view text);
 

@@ -47,14 +47,6 @@ std::string FolderOf(const std::string& path) {
   return folder.empty() ? "." : folder;
 }
 
-// A name is safe against a power cut only when the folder reaches the disk as well.
-void SyncFolder(const std::string& path) {
-  const int fd = open(FolderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (fd < 0) return;
-  fsync(fd);
-  close(fd);
-}
-
 // Links of /proc stand for what a program has open; it would keep the file that we replace.
 bool IsLinkOfProc(const std::string& path) {
   struct stat link {};
@@ -146,6 +138,13 @@ std::optional<std::uint64_t> FileLength(const std::string& path) {
   if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
   if (access(path.c_str(), R_OK) != 0) return std::nullopt;
   return static_cast<std::uint64_t>(status.st_size);
+}
+
+void SyncFolder(const std::string& path) {
+  const int fd = open(FolderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (fd < 0) return;
+  fsync(fd);
+  close(fd);
 }
 
 InputFile::InputFile(const std::string& path) {

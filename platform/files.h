@@ -16,6 +16,9 @@ namespace pokermath {
 /// cannot be read.
 std::optional<std::uint64_t> FileLength(const std::string& path);
 
+/// Flushes the folder in which a file is: its name is safe against a power cut only then.
+void SyncFolder(const std::string& path);
+
 /// A file that is open for reading. Only regular files are opened: a FIFO would wait for its other
 /// end and a device may do anything.
 class InputFile {

@@ -1,44 +1,23 @@
-#include "cli/omaha_strength.h"
+#include "jobs/omaha_strength.h"
 
 #include <fmt/format.h>
-#include <zlib.h>
 
 #include <algorithm>
-#include <atomic>
 #include <charconv>
-#include <cstring>
 #include <functional>
-#include <thread>
-#include <utility>
+#include <nlohmann/json.hpp>
 
-#include "cli/output.h"
-#include "platform/files.h"
+#include "kernels/omaha_every_hand.h"
+#include "pages/colours.h"
 #include "pokermath/cards.h"
+#include "pokermath/version.h"
 #include "ranges/omaha/classes.h"
 #include "ranges/omaha/order.h"
 
-namespace pokermath::cli {
+namespace pokermath {
 namespace {
 
 constexpr char kTitles[] = "hand,hands,value,equity,percentile\n";
-constexpr int kStepsOfAPiece = 16;
-
-// What comes before the sums in the file of an unfinished count.
-struct Header {
-  char magic[16];
-  std::uint32_t hand_size, done;
-  std::uint32_t crc32;  // of the header, where this is 0, and the sums
-  std::uint32_t unused;
-};
-constexpr char kMagic[16] = "Omaha strength2";
-
-std::uint32_t Crc32(Header header, std::span<const std::int64_t> sums) {
-  header.crc32 = 0;
-  const uLong crc = crc32_z(0, reinterpret_cast<const Bytef*>(&header), sizeof header);
-  return static_cast<std::uint32_t>(
-      crc32_z(crc, reinterpret_cast<const Bytef*>(sums.data()), sums.size_bytes()));
-}
-
 // The lines behind the titles.
 std::vector<std::string_view> LinesOf(std::string_view text) {
   std::vector<std::string_view> lines;
@@ -51,66 +30,37 @@ std::vector<std::string_view> LinesOf(std::string_view text) {
   return lines;
 }
 
+class StrengthAdder final : public Adder {
+ public:
+  explicit StrengthAdder(int hand_size) : hands_(hand_size) {}
+
+  void Add(std::int64_t unit) override { hands_.Add(static_cast<int>(unit)); }
+  std::span<std::int64_t> sums() override { return hands_.sums(); }
+  std::int64_t Of(std::span<const int> hand) const { return hands_.Of(hand); }
+
+ private:
+  OmahaEveryHand hands_;
+};
+
 }  // namespace
 
-OmahaStrength::OmahaStrength(int hand_size) : hand_size_(hand_size) {
-  const unsigned processors = std::clamp(std::thread::hardware_concurrency(), 1u, 64u);
-  for (unsigned i = 0; i < processors; ++i) {
-    workers_.push_back(std::make_unique<OmahaEveryHand>(hand_size));
-  }
+OmahaStrengthJob::OmahaStrengthJob(int hand_size)
+    : hand_size_(hand_size),
+      name_(hand_size == 4 ? "omaha-strength" : fmt::format("omaha{}-strength", hand_size)),
+      result_name_(name_ + ".csv") {}
+
+Json OmahaStrengthJob::Identity() const {
+  return {{"job", name_}, {"program", POKERMATH_VERSION_STRING}, {"units", units()}};
 }
 
-void OmahaStrength::GoOn() {
-  const int end = std::min(done_ + kStepsOfAPiece, OmahaEveryHand::kSteps);
-  std::atomic<int> next = done_;
-  const auto work = [&next, end](OmahaEveryHand* worker) {
-    for (int step = next++; step < end; step = next++) worker->Add(step);
-  };
-  {
-    std::vector<std::jthread> threads;
-    for (std::size_t i = 1; i < workers_.size(); ++i) threads.emplace_back(work, workers_[i].get());
-    work(workers_[0].get());
-  }
-  for (std::size_t i = 1; i < workers_.size(); ++i) {
-    for (std::size_t k = 0; k < workers_[0]->sums().size(); ++k) {
-      workers_[0]->sums()[k] += std::exchange(workers_[i]->sums()[k], 0);
-    }
-  }
-  done_ = end;
+std::int64_t OmahaStrengthJob::units() const { return OmahaEveryHand::kSteps; }
+
+std::unique_ptr<Adder> OmahaStrengthJob::NewAdder() const {
+  return std::make_unique<StrengthAdder>(hand_size_);
 }
 
-bool OmahaStrength::Load(const std::string& path) {
-  const std::span<std::int64_t> sums = workers_[0]->sums();
-  std::vector<char> bytes(sizeof(Header) + sums.size_bytes());
-  if (FileLength(path) != bytes.size() || !ReadFile(path, bytes.data(), bytes.size())) return false;
-  Header header;
-  std::memcpy(&header, bytes.data(), sizeof header);
-  std::vector<std::int64_t> kept(sums.size());
-  std::memcpy(kept.data(), bytes.data() + sizeof header, sums.size_bytes());
-  if (std::memcmp(header.magic, kMagic, sizeof kMagic) != 0 ||
-      header.crc32 != Crc32(header, kept) ||
-      header.hand_size != static_cast<std::uint32_t>(hand_size_) ||
-      header.done > static_cast<std::uint32_t>(OmahaEveryHand::kSteps)) {
-    return false;
-  }
-  std::ranges::copy(kept, sums.begin());
-  done_ = static_cast<int>(header.done);
-  return true;
-}
-
-bool OmahaStrength::Save(const std::string& path) {
-  const std::span<const std::int64_t> sums = workers_[0]->sums();
-  Header header = {
-      {}, static_cast<std::uint32_t>(hand_size_), static_cast<std::uint32_t>(done_), 0, 0};
-  std::memcpy(header.magic, kMagic, sizeof kMagic);
-  header.crc32 = Crc32(header, sums);
-  AtomicFile file(path);
-  file.Write(&header, sizeof header);
-  file.Write(sums.data(), sums.size_bytes());
-  return file.Commit();
-}
-
-std::string OmahaStrength::Text() const {
+std::string OmahaStrengthJob::ResultOf(Adder& all) const {
+  const auto& strength = static_cast<const StrengthAdder&>(all);
   struct Line {
     std::vector<int> hand;
     int hands;
@@ -119,18 +69,18 @@ std::string OmahaStrength::Text() const {
   std::vector<Line> lines;
   for (const OmahaClass& hands : OmahaClasses(hand_size_)) {
     const std::vector<int> hand = CardsOf(hands);
-    lines.push_back({hand, HandsOf(hands), workers_[0]->Of(hand)});
+    lines.push_back({hand, HandsOf(hands), strength.Of(hand)});
   }
   std::ranges::stable_sort(lines, std::greater(), &Line::value);
   // All boards that a hand leaves, all hands that a board leaves, won.
   const double most = 2.0 * Choose(52 - hand_size_, 5) * Choose(47 - hand_size_, hand_size_);
-  const int all = Choose(52, hand_size_);
+  const int every = Choose(52, hand_size_);
   std::string text = kTitles;
   int so_far = 0;
   for (const auto& [hand, hands, value] : lines) {
     so_far += hands;
     fmt::format_to(std::back_inserter(text), "{},{},{},{:.9f},{:.6f}\n", CardsText(hand), hands,
-                   value, static_cast<double>(value) / most, 100.0 * so_far / all);
+                   value, static_cast<double>(value) / most, 100.0 * so_far / every);
   }
   return text;
 }
@@ -180,4 +130,4 @@ std::string OmahaOrderFault(std::span<const std::uint8_t> packed, int hand_size)
   return "";
 }
 
-}  // namespace pokermath::cli
+}  // namespace pokermath

@@ -1,0 +1,36 @@
+#include "cli/bulk_run.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <csignal>
+#include <thread>
+
+#include "cli/progress.h"
+#include "cli/stop_signals.h"
+
+namespace pokermath::cli {
+
+int AllThreads() {
+  constexpr int kMostThreads = 1024;
+  return std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMostThreads);
+}
+
+ShardEnd DoShardAttended(const Job& job, const std::string& folder, const Shard& shard,
+                         int threads) {
+  const StopSignals signals;
+  // A limit on file sizes is an error like a full disk, not a reason to be killed.
+  std::signal(SIGXFSZ, SIG_IGN);
+  const std::int64_t units = shard.UnitsOf(job.units()).size();
+  Progress progress(shard.IsWhole() ? job.result_name()
+                                    : fmt::format("shard {} of {}", shard.number, shard.count),
+                    units, job.unit_name(), std::chrono::milliseconds(300));
+  WorkOptions options{.threads = threads};
+  options.go_on = [&](const ShardState&, double part) {
+    progress.Update(static_cast<std::int64_t>(part * static_cast<double>(units)), part);
+    return !StopRequested();
+  };
+  return DoShard(job, folder, shard, options);
+}
+
+}  // namespace pokermath::cli
