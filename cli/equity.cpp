@@ -96,7 +96,7 @@ std::string AnswerWords(std::string_view line, const EquityOptions& options,
                         const LineOptions& one) {
   const AskedEquity asked = ReadEquity(SplitLine(line, options.words));
   const EquityRun run = RunLine(asked, one);
-  return options.json ? JsonLine(EquityJson(asked, run, {})) : EquityLine(asked, run);
+  return options.json ? EquityJson(asked, run, "") : EquityLine(asked, run);
 }
 
 int AnswerQuestionLines(const EquityOptions& options) {
@@ -143,7 +143,7 @@ int RunEquity(const EquityOptions& options) {
   if (options.svg) WriteDocument(*options.svg, DetailSvg(asked, run, asked.by[0]));
   if (csv_alone || svg_alone) return kExitDone;
   if (options.json) {
-    Print(JsonLine(EquityJson(asked, run, {})));
+    Print(EquityJson(asked, run, ""));
     return kExitDone;
   }
   const Colours colours = ColoursForStandardOutput();

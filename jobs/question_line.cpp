@@ -33,16 +33,16 @@ EquityRun RunLine(const AskedEquity& asked, const LineOptions& options) {
 }
 
 std::string AnswerObject(std::string_view line, const LineOptions& options) {
-  Json id;
+  std::string id;
   try {
-    const Json object = ParseObject(line);
-    if (object.contains("id")) id = object["id"];
+    const QuestionObject object = ParseQuestion(line);
+    id = object.Id();
     const EquityWords words = ReadObject(object, options.defaults);
     AskedEquity asked = ReadEquity(words);
     if (options.seed && !words.seed) asked.question.seed = *options.seed;
-    return JsonLine(EquityJson(asked, RunLine(asked, options), id));
+    return EquityJson(asked, RunLine(asked, options), id);
   } catch (const UsageError& error) {
-    throw LineError(error, id.is_null() ? "" : JsonLine(id));
+    throw LineError(error, id);
   }
 }
 

@@ -4,11 +4,11 @@
 
 #include <algorithm>
 #include <map>
-#include <nlohmann/json.hpp>
 
 #include "pages/card_words.h"
 #include "pages/equity_report.h"
 #include "pages/game.h"
+#include "pages/json_writer.h"
 #include "pages/range_picture.h"
 #include "pokermath/cards.h"
 #include "pokermath/omaha_ranges.h"
@@ -290,43 +290,35 @@ std::string CsvText(const std::string& text) {
   return quoted + "\"";
 }
 
-Json ShareJson(const Outcome& outcome, double share) {
-  return HasCases(outcome) ? Json(share) : Json(nullptr);
+void WriteShare(const Outcome& outcome, double share, JsonWriter& json) {
+  HasCases(outcome) ? json.Number(share) : json.Null();
 }
 
-void AddOutcome(const Outcome& outcome, bool high_low, Json& json) {
-  json["cases"] = CountJson(outcome.cases);
-  json["equity"] = ShareJson(outcome, outcome.equity);
-  if (high_low) json["low"] = ShareJson(outcome, outcome.low);
-  json["wins"] = CountJson(outcome.wins);
-  json["ties"] = CountJson(outcome.ties);
+// The last members of an object.
+void WriteOutcome(const Outcome& outcome, bool high_low, JsonWriter& json) {
+  json.Key("cases").Raw(CountJson(outcome.cases));
+  WriteShare(outcome, outcome.equity, json.Key("equity"));
+  if (high_low) WriteShare(outcome, outcome.low, json.Key("low"));
+  json.Key("wins").Raw(CountJson(outcome.wins));
+  json.Key("ties").Raw(CountJson(outcome.ties));
+  json.CloseObject();
 }
 
-Json RowJson(const DetailRow& row, By by, bool high_low) {
+void WriteRow(const DetailRow& row, By by, bool high_low, JsonWriter& json) {
   const Titles titles = TitlesOf(by);
-  Json json;
+  json.OpenObject();
   if (by == By::kHand) {
-    json[titles.name] = CardsJson(ParseCards(row.name).cards);
+    json.Key(titles.name).Cards(ParseCards(row.name).cards);
   } else {
-    json[by == By::kMade ? "category" : titles.name] = row.name;
+    json.Key(by == By::kMade ? "category" : titles.name).Text(row.name);
   }
-  if (!row.size.empty()) json[titles.size] = Json::parse(row.size);
-  AddOutcome(row.outcome, high_low, json);
-  return json;
+  if (!row.size.empty()) json.Key(titles.size).Raw(row.size);
+  WriteOutcome(row.outcome, high_low, json);
 }
 
-void AddNextJson(const EquityRun& run, bool high_low, Json& json) {
-  Json& list = json["next"] = Json::array();
-  for (const NextOutcome& next : run.answer.next) {
-    Json one = {{"cards", CardsJson(InOrder(next.cards))}, {"alike", next.alike}};
-    Json& players = one["players"] = Json::array();
-    for (const Outcome& outcome : next.players) {
-      Json player = Json::object();
-      AddOutcome(outcome, high_low, player);
-      players.push_back(std::move(player));
-    }
-    list.push_back(std::move(one));
-  }
+bool IsFirst(std::span<const By> asked, std::size_t place) {
+  return std::ranges::find(asked, asked[place]) ==
+         asked.begin() + static_cast<std::ptrdiff_t>(place);
 }
 
 }  // namespace
@@ -386,27 +378,45 @@ std::string DetailCsv(const AskedEquity& asked, const EquityRun& run, By by) {
                                 sized ? "," : "", titles.size, high_low ? ",low" : "");
   for (const DetailRow& row : DetailRows(asked, run, by)) {
     const Outcome& outcome = row.outcome;
-    const auto share = [&](double of) { return HasCases(outcome) ? Json(of).dump() : ""; };
+    const auto share = [&](double of) { return HasCases(outcome) ? NumberText(of) : ""; };
     csv += fmt::format("{},{},{}{}{},{},{},{},{}{}\n", row.player + 1,
                        CsvText(asked.players[row.player]), CsvText(row.name), sized ? "," : "",
-                       row.size, CountJson(outcome.cases).dump(), share(outcome.equity),
-                       CountJson(outcome.wins).dump(), CountJson(outcome.ties).dump(),
+                       row.size, CountJson(outcome.cases), share(outcome.equity),
+                       CountJson(outcome.wins), CountJson(outcome.ties),
                        high_low ? "," + share(outcome.low) : "");
   }
   return csv;
 }
 
-void AddDetailJson(const AskedEquity& asked, const EquityRun& run, By by, Json& json) {
-  const bool high_low = IsHighLow(asked.question.game);
-  if (by == By::kNext) {
-    AddNextJson(run, high_low, json);
-    return;
+void WriteDetail(const AskedEquity& asked, const EquityRun& run, std::size_t player,
+                 JsonWriter& json) {
+  for (std::size_t i = 0; i < asked.by.size(); ++i) {
+    const By by = asked.by[i];
+    if (by == By::kNext || !IsFirst(asked.by, i)) continue;
+    json.Key(by == By::kHand ? "hands_detail" : by == By::kClass ? "classes" : "made").OpenList();
+    std::vector<DetailRow> rows;
+    AddRows(asked, player, run.answer.players[player], by, rows);
+    for (const DetailRow& row : rows) WriteRow(row, by, IsHighLow(asked.question.game), json);
+    json.CloseList();
   }
-  const char* key = by == By::kHand ? "hands_detail" : by == By::kClass ? "classes" : "made";
-  for (std::size_t i = 0; i < asked.players.size(); ++i) json["players"][i][key] = Json::array();
-  for (const DetailRow& row : DetailRows(asked, run, by)) {
-    json["players"][row.player][key].push_back(RowJson(row, by, high_low));
+}
+
+void WriteNext(const AskedEquity& asked, const EquityRun& run, JsonWriter& json) {
+  if (std::ranges::find(asked.by, By::kNext) == asked.by.end()) return;
+  json.Key("next").OpenList();
+  for (const NextOutcome& next : run.answer.next) {
+    json.OpenObject();
+    json.Key("cards").Cards(InOrder(next.cards));
+    json.Key("alike").Number(next.alike);
+    json.Key("players").OpenList();
+    for (const Outcome& outcome : next.players) {
+      json.OpenObject();
+      WriteOutcome(outcome, IsHighLow(asked.question.game), json);
+    }
+    json.CloseList();
+    json.CloseObject();
   }
+  json.CloseList();
 }
 
 }  // namespace pokermath

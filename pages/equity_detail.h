@@ -9,7 +9,7 @@
 #include "pages/colours.h"
 #include "pages/equity_run.h"
 #include "pages/equity_words.h"
-#include "pages/json.h"
+#include "pages/json_writer.h"
 
 namespace pokermath {
 
@@ -46,8 +46,12 @@ std::string DetailText(const AskedEquity& asked, const EquityRun& run, By by,
 /// A line with titles, then a line for each row.
 std::string DetailCsv(const AskedEquity& asked, const EquityRun& run, By by);
 
-/// Puts the detail into the object of an answer.
-void AddDetailJson(const AskedEquity& asked, const EquityRun& run, By by, Json& json);
+/// Puts a player's details into the object of his answer.
+void WriteDetail(const AskedEquity& asked, const EquityRun& run, std::size_t player,
+                 JsonWriter& json);
+
+/// Puts what comes next, if it was asked for, into the object of an answer.
+void WriteNext(const AskedEquity& asked, const EquityRun& run, JsonWriter& json);
 
 }  // namespace pokermath
 

@@ -6,11 +6,11 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <nlohmann/json.hpp>
 #include <vector>
 
 #include "pages/equity_detail.h"
 #include "pages/game.h"
+#include "pages/json_writer.h"
 #include "pokermath/cards.h"
 
 namespace pokermath {
@@ -235,30 +235,24 @@ std::string PlainCount(const CaseCount& count) {
   return text;
 }
 
-// An object with room for some keys: what grows is moved.
-Json ObjectOf(std::size_t keys) {
-  Json json = Json::object();
-  json.get_ref<Json::object_t&>().reserve(keys);
-  return json;
-}
-
-Json PlayerJson(const AskedEquity& asked, const EquityRun& run, std::size_t i) {
+void WritePlayer(const AskedEquity& asked, const EquityRun& run, std::size_t i, JsonWriter& json) {
   const PlayerAnswer& player = run.answer.players[i];
-  Json json = ObjectOf(8);
-  json["range"] = asked.players[i];
-  json["hands"] = player.hands_left;
-  json["equity"] = player.total.equity;
-  json["wins"] = CountJson(player.total.wins);
-  json["ties"] = CountJson(player.total.ties);
-  Json& shared = json["shared"] = Json::array();
-  for (std::size_t k = 0; k < asked.players.size(); ++k) {
-    shared.push_back(CountJson(player.shared[k]));
-  }
-  if (IsHighLow(asked.question.game)) json["low"] = player.total.low;
+  json.OpenObject();
+  json.Key("range").Text(asked.players[i]);
+  json.Key("hands").Number(player.hands_left);
+  json.Key("equity").Number(player.total.equity);
+  json.Key("wins").Raw(CountJson(player.total.wins));
+  json.Key("ties").Raw(CountJson(player.total.ties));
+  json.Key("shared").OpenList();
+  for (std::size_t k = 0; k < asked.players.size(); ++k) json.Raw(CountJson(player.shared[k]));
+  json.CloseList();
+  if (IsHighLow(asked.question.game)) json.Key("low").Number(player.total.low);
   if (IsSampled(run)) {
-    json["standard_error"] = player.standard_error ? Json(*player.standard_error) : Json(nullptr);
+    json.Key("standard_error");
+    player.standard_error ? json.Number(*player.standard_error) : json.Null();
   }
-  return json;
+  WriteDetail(asked, run, i, json);
+  json.CloseObject();
 }
 
 }  // namespace
@@ -278,11 +272,11 @@ std::string SituationText(const AskedEquity& asked, const Colours& colours) {
   return text;
 }
 
-Json CountJson(const CaseCount& count) {
+std::string CountJson(const CaseCount& count) {
   if (count.IsWhole() && count.units <= std::numeric_limits<std::int64_t>::max()) {
-    return static_cast<std::int64_t>(count.units);
+    return std::to_string(static_cast<std::int64_t>(count.units));
   }
-  return count.Value();
+  return NumberText(count.Value());
 }
 
 std::string CountText(const CaseCount& count) {
@@ -335,29 +329,33 @@ std::string EquityLine(const AskedEquity& asked, const EquityRun& run) {
   return line;
 }
 
-Json EquityJson(const AskedEquity& asked, const EquityRun& run, const Json& id) {
+std::string EquityJson(const AskedEquity& asked, const EquityRun& run, std::string_view id) {
   const EquityQuestion& question = asked.question;
-  Json json = ObjectOf(16);
-  json["schema"] = kEquitySchema;
-  if (!id.is_null()) json["id"] = id;
-  json["game"] = NameOf(question.game);
-  json["board"] = CardsJson(asked.board);
-  json["dead"] = CardsJson(asked.dead);
-  json["to"] = StreetName(question.street);
-  json["method"] = IsSampled(run) ? "sampled" : "exact";
-  json["reason"] = run.answer.reason;
-  if (!asked.folded.empty()) json["folded"] = asked.folded;
-  json[IsSampled(run) ? "trials" : "cases"] = CountJson(run.answer.cases);
-  if (run.interrupted) json["interrupted"] = true;
-  Json& players = json["players"] = Json::array();
-  players.get_ref<Json::array_t&>().reserve(asked.players.size());
-  for (std::size_t i = 0; i < asked.players.size(); ++i) {
-    players.push_back(PlayerJson(asked, run, i));
+  JsonWriter json;
+  json.OpenObject();
+  json.Key("schema").Number(kEquitySchema);
+  if (!id.empty()) json.Key("id").Raw(id);
+  json.Key("game").Text(NameOf(question.game));
+  json.Key("board").Cards(asked.board);
+  json.Key("dead").Cards(asked.dead);
+  json.Key("to").Text(StreetName(question.street));
+  json.Key("method").Text(IsSampled(run) ? "sampled" : "exact");
+  json.Key("reason").Text(run.answer.reason);
+  if (!asked.folded.empty()) {
+    json.Key("folded").OpenList();
+    for (const std::string& folded : asked.folded) json.Text(folded);
+    json.CloseList();
   }
-  for (const By by : asked.by) AddDetailJson(asked, run, by, json);
+  json.Key(IsSampled(run) ? "trials" : "cases").Raw(CountJson(run.answer.cases));
+  if (run.interrupted) json.Key("interrupted").True();
+  json.Key("players").OpenList();
+  for (std::size_t i = 0; i < asked.players.size(); ++i) WritePlayer(asked, run, i, json);
+  json.CloseList();
+  WriteNext(asked, run, json);
   // Microseconds are enough.
-  if (run.elapsed) json["elapsed_ms"] = std::round(run.elapsed->count() * 1e6) / 1e3;
-  return json;
+  if (run.elapsed) json.Key("elapsed_ms").Number(std::round(run.elapsed->count() * 1e6) / 1e3);
+  json.CloseObject();
+  return json.TakeLine();
 }
 
 }  // namespace pokermath

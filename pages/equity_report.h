@@ -4,11 +4,11 @@
 #define POKERMATH_PAGES_EQUITY_REPORT_H_
 
 #include <string>
+#include <string_view>
 
 #include "pages/colours.h"
 #include "pages/equity_run.h"
 #include "pages/equity_words.h"
-#include "pages/json.h"
 
 namespace pokermath {
 
@@ -24,11 +24,12 @@ std::string EquityPage(const AskedEquity& asked, const EquityRun& run, const Col
 /// One compact line: the question, then names and values, one for each player.
 std::string EquityLine(const AskedEquity& asked, const EquityRun& run);
 
-/// @param id  what the question came with; null for none
-Json EquityJson(const AskedEquity& asked, const EquityRun& run, const Json& id);
+/// A JSON object in a line of its own, its end included.
+/// @param id  JSON of what the question came with; empty for none
+std::string EquityJson(const AskedEquity& asked, const EquityRun& run, std::string_view id);
 
-/// A number of cases: whole where weights are whole and it fits into 63 bits.
-Json CountJson(const CaseCount& count);
+/// JSON of a number of cases: whole where weights are whole and it fits into 63 bits.
+std::string CountJson(const CaseCount& count);
 std::string CountText(const CaseCount& count);
 
 }  // namespace pokermath

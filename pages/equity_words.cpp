@@ -154,8 +154,8 @@ void ReadDetail(const EquityWords& words, AskedEquity& asked) {
 
 // The key of a question that an error of the calculator is about, with the place in its list.
 std::string FieldOf(const Error& error, const AskedEquity& asked) {
-  if (error.player >= 0) return fmt::format("players/{}", error.player);
-  if (error.folded >= 0) return fmt::format("folded/{}", error.folded);
+  if (error.player >= 0) return FieldInList("players", static_cast<std::size_t>(error.player));
+  if (error.folded >= 0) return FieldInList("folded", static_cast<std::size_t>(error.folded));
   if (error.code == ErrorCode::kPlayers) return "players";
   if (error.code == ErrorCode::kBoard) return "board";
   if (error.code == ErrorCode::kLimit) return asked.question.detail.hands ? "detail" : "method";
@@ -192,6 +192,10 @@ void EquityWords::TakeMissing(const EquityWords& defaults) {
   for (const NamedOption& known : kOptions) {
     if (!(this->*known.option)) this->*known.option = defaults.*known.option;
   }
+}
+
+std::string FieldInList(std::string_view key, std::size_t place) {
+  return std::string(key) + '/' + std::to_string(place);
 }
 
 void CheckWordBehind(std::string_view option, std::string_view cards, std::string_view word) {
@@ -254,8 +258,7 @@ AskedEquity ReadEquity(const EquityWords& words) {
       words.of_object ? words.players : PlayerTexts(words.players, question.game);
   const auto read = [&](const char* key, const std::string& text, std::vector<HandRange>& ranges,
                         std::vector<std::string>& names) {
-    PlayerReading player =
-        ReadPlayer(text, question.game, fmt::format("{}/{}", key, ranges.size()));
+    PlayerReading player = ReadPlayer(text, question.game, FieldInList(key, ranges.size()));
     ranges.push_back(std::move(player.range));
     names.push_back(std::move(player.name));
     for (const std::string& warning : player.warnings) asked.warnings.push_back(warning);

@@ -4,6 +4,7 @@
 #define POKERMATH_PAGES_EQUITY_WORDS_H_
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -46,6 +47,9 @@ struct AskedEquity {
   std::vector<By> by;
   std::vector<std::string> warnings;  ///< a line each
 };
+
+/// "players/1": a place in a list of a question, as errors name it.
+std::string FieldInList(std::string_view key, std::size_t place);
 
 /// Refuses a word that follows the cards of --board or --dead at once and is a card, or cards that
 /// make a whole board of a part of one: it was meant as one of them and would be read as

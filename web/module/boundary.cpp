@@ -70,7 +70,7 @@ POKERMATH_CALL(const char*, pokermath_reply)() { return Reply().data(); }
 
 /// The request is a question, which takes the place of the one before; replies with its plan.
 POKERMATH_CALL(std::size_t, pokermath_open)() {
-  Question() = OpenQuestion(ParseObject(Request()));
+  Question() = OpenQuestion(ParseQuestion(Request()));
   return ReplyWith(JsonLine(Question()->Summary()));
 }
 

@@ -5,15 +5,14 @@
 #include <utility>
 
 #include "pages/equity_detail.h"
-#include "pages/equity_object.h"
 #include "pages/equity_report.h"
 #include "pages/equity_svg.h"
 #include "pages/errors.h"
 
 namespace pokermath {
 
-OpenQuestion::OpenQuestion(const Json& object)
-    : id_(object.value("id", Json())),
+OpenQuestion::OpenQuestion(const QuestionObject& object)
+    : id_(object.Id()),
       asked_(ReadEquity(ReadObject(object, {}))),
       plan_(PlanOf(asked_)),
       sums_(plan_.NewSums()) {}
@@ -38,7 +37,7 @@ std::string OpenQuestion::Answer(Seconds elapsed, bool out_of_time) {
   Result<EquityAnswer> answer = plan_.Answer(sums_);
   if (!answer) Refuse(answer.error().text);
   run_ = {.answer = *std::move(answer), .out_of_time = out_of_time, .elapsed = elapsed};
-  return JsonLine(EquityJson(asked_, *run_, id_));
+  return EquityJson(asked_, *run_, id_);
 }
 
 std::string OpenQuestion::Text() const {

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "pages/equity_object.h"
 #include "pages/equity_run.h"
 #include "pages/equity_words.h"
 #include "pages/json.h"
@@ -19,7 +20,7 @@ namespace pokermath {
 class OpenQuestion {
  public:
   /// @param object  of JSON, as `pokermath equity -` reads it
-  explicit OpenQuestion(const Json& object);
+  explicit OpenQuestion(const QuestionObject& object);
 
   const Calculation& plan() const { return plan_; }
   const Sums& sums() const { return sums_; }
@@ -44,7 +45,7 @@ class OpenQuestion {
  private:
   const EquityRun& AnsweredBy(By by) const;
 
-  Json id_;
+  std::string id_;  // JSON
   AskedEquity asked_;
   Calculation plan_;
   Sums sums_;
