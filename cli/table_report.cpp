@@ -2,34 +2,23 @@
 
 #include <fmt/format.h>
 
-#include <cstdlib>
 #include <nlohmann/json.hpp>
 
 #include "pages/errors.h"
 #include "pages/number_text.h"
+#include "platform/table_folder.h"
 
 namespace pokermath::cli {
 namespace {
-
-// An unset or empty variable counts as none.
-std::string Environment(const char* name) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? "" : value;
-}
 
 std::string Crc32Text(std::uint32_t crc32) { return fmt::format("0x{:08x}", crc32); }
 
 }  // namespace
 
 std::string TableFolder(const std::string& dir) {
-  if (!dir.empty()) return dir;
-  if (const std::string data = Environment("POKERMATH_DATA"); !data.empty()) return data;
-  if (const std::string data = Environment("XDG_DATA_HOME"); data.starts_with("/")) {
-    return data + "/pokermath";
-  }
-  const std::string home = Environment("HOME");
-  if (home.empty()) throw UsageError("HOME is not set: say --dir FOLDER or set POKERMATH_DATA");
-  return home + "/.local/share/pokermath";
+  std::string folder = dir.empty() ? pokermath::TableFolder() : dir;
+  if (folder.empty()) throw UsageError("HOME is not set: say --dir FOLDER or set POKERMATH_DATA");
+  return folder;
 }
 
 Json TableJson(const TableFile& table, const TableState& state) {
