@@ -47,6 +47,9 @@ struct Showdown {
   std::span<const SuitBoards> suit_boards;
   std::array<RankSet, 4> live{};  // by suit, the cards that can come
   std::vector<Hand> hands{};
+  bool by_ranks =
+      true;  // count all boards by their ranks, and then what suits change; or only that
+  std::size_t suits = 4;  // the first ones, whose flushes are counted
 
   int Live(std::size_t suit, int rank) const { return live[suit] >> rank & 1; }
   int Left(int rank) const { return Live(0, rank) + Live(1, rank) + Live(2, rank) + Live(3, rank); }
@@ -325,8 +328,8 @@ class Weigher {
     for (int rank = lowest_rank; rank < 13; ++rank) {
       all.others[static_cast<std::size_t>(rank)] = static_cast<std::int16_t>(showdown.Left(rank));
     }
-    Prepare(all, 0, lowest_rank);
-    for (std::size_t suit = 0; suit < 4; ++suit) {
+    if (showdown.by_ranks) Prepare(all, 0, lowest_rank);
+    for (std::size_t suit = 0; suit < showdown.suits; ++suit) {
       const int fewest = showdown.FewestSuited(suit);
       if (fewest > showdown.board) continue;
       RankWays ways = all;
@@ -345,7 +348,7 @@ class Weigher {
   }
 
  private:
-  // Boards that have at least so many cards of a suit; all boards are the first of them.
+  // Boards that have at least so many cards of a suit, which are taken off; all boards if it is 0.
   struct Suited {
     int fewest;
     std::array<std::array<HeadWays, 13>, 5> heads;  // [cards][rank]
@@ -384,7 +387,7 @@ class Weigher {
     int count = 0;
     for (int i = 0; i < count_; ++i) {
       const Suited& suited = suited_[i];
-      const int most = i == 0 ? 0 : RanksIn(block.tail);
+      const int most = suited.fewest == 0 ? 0 : RanksIn(block.tail);
       int of_tail = std::max(suited.fewest - block.head_ranks, 0);
       if (of_tail > most) continue;
       const HeadWays first = HeadOf(suited, block, 0), second = HeadOf(suited, block, 1);
@@ -394,7 +397,7 @@ class Weigher {
       for (; of_tail <= most; ++of_tail) {
         const int of_head = ways[std::max(suited.fewest - of_tail, 0)];
         terms[count++] = {suited.tails.Of(block.tail, of_tail),
-                          static_cast<std::uint16_t>(i == 0 ? of_head : -of_head)};
+                          static_cast<std::uint16_t>(suited.fewest == 0 ? of_head : -of_head)};
       }
     }
     const std::int16_t* tails = boards_.tails[static_cast<std::size_t>(block.tail)].data();
@@ -583,7 +586,7 @@ POKERMATH_KERNEL void Count(const Showdown& showdown, int lowest_rank,
     rivals.Add(showdown.hands[i].values, 1u << i);
   }
   Judge<Register>(rivals, weights.data(), showdown.rank_boards->size, times);
-  for (std::size_t suit = 0; suit < 4; ++suit) {
+  for (std::size_t suit = 0; suit < showdown.suits; ++suit) {
     for (const SuitBoards& boards : showdown.suit_boards) {
       if (boards.suited < showdown.FewestSuited(suit)) continue;
       CountFlushes<Register>(FlushBoardsOf(showdown, suit, boards), times);
@@ -602,17 +605,27 @@ RankSet RanksOfSuit(CardSet cards, std::size_t suit) {
 }
 
 template <Deck deck, int kBoard>
+Hand HandOf(int rank_class) {
+  return {.values = RankBoardTables<deck, kBoard>::Get().Of(rank_class).data(),
+          .suit_values = &MatchupTables<deck, kBoard>::Get().Of(rank_class).by_suit_boards};
+}
+
+template <Deck deck, int kBoard>
+Showdown NewShowdown() {
+  return {.board = kBoard,
+          .rank_boards = &RankBoardTables<deck, kBoard>::Get().boards(),
+          .suit_boards = MatchupTables<deck, kBoard>::Get().suit_boards()};
+}
+
+template <Deck deck, int kBoard>
 void Count(Isa isa, std::span<const CardSet> hands, CardSet dead, std::span<std::int64_t> times) {
-  const auto& by_suit = MatchupTables<deck, kBoard>::Get();
-  const auto& by_rank = RankBoardTables<deck, kBoard>::Get();
-  Showdown showdown{
-      .board = kBoard, .rank_boards = &by_rank.boards(), .suit_boards = by_suit.suit_boards()};
+  Showdown showdown = NewShowdown<deck, kBoard>();
   for (const CardSet cards : hands) {
-    const int rank_class = RankClassOf(*cards.begin() % 13, *++cards.begin() % 13);
-    Hand hand{.values = by_rank.Of(rank_class).data(),
-              .suit_values = &by_suit.Of(rank_class).by_suit_boards};
-    for (std::size_t suit = 0; suit < 4; ++suit) hand.held[suit] = RanksOfSuit(cards, suit);
-    showdown.hands.push_back(hand);
+    showdown.hands.push_back(
+        HandOf<deck, kBoard>(RankClassOf(*cards.begin() % 13, *++cards.begin() % 13)));
+    for (std::size_t suit = 0; suit < 4; ++suit) {
+      showdown.hands.back().held[suit] = RanksOfSuit(cards, suit);
+    }
     dead |= cards;
   }
   for (std::size_t suit = 0; suit < 4; ++suit) {
@@ -635,7 +648,45 @@ void Count(Isa isa, std::span<const CardSet> hands, CardSet dead, Street street,
   }
 }
 
+// Hands that have some cards of the first suit, and the rest of the others. Which of these does not
+// matter, only how many of them have a card of a rank left.
+Showdown ShowdownOf(std::span<const RankedHand> hands) {
+  Showdown showdown = NewShowdown<Deck::kFull, 5>();
+  showdown.live.fill(kAllRanks);
+  const auto take = [&](RankSet card) {
+    for (const std::size_t suit : {1, 2, 3, 0}) {
+      if ((showdown.live[suit] & card) == 0) continue;
+      showdown.live[suit] = static_cast<RankSet>(showdown.live[suit] & ~card);
+      return;
+    }
+  };
+  for (const RankedHand& ranked : hands) {
+    Hand hand = HandOf<Deck::kFull, 5>(ranked.rank_class);
+    hand.held[0] = ranked.held;
+    showdown.hands.push_back(hand);
+    showdown.live[0] = static_cast<RankSet>(showdown.live[0] & ~ranked.held);
+    const auto [low, high] = RanksOf(ranked.rank_class);
+    if ((ranked.held >> low & 1) == 0) take(static_cast<RankSet>(1u << low));
+    // Of a pair the lower card is the one that the suit has.
+    if (low == high || (ranked.held >> high & 1) == 0) take(static_cast<RankSet>(1u << high));
+  }
+  return showdown;
+}
+
 }  // namespace
+
+void CountByRanks(Isa isa, std::span<const RankedHand> hands, std::span<std::int64_t> times) {
+  Showdown showdown = ShowdownOf(hands);
+  showdown.suits = 0;
+  Count(isa, showdown, 0, times);
+}
+
+void CountSuit(Isa isa, std::span<const RankedHand> hands, std::span<std::int64_t> times) {
+  Showdown showdown = ShowdownOf(hands);
+  showdown.by_ranks = false;
+  showdown.suits = 1;
+  Count(isa, showdown, 0, times);
+}
 
 void CountSeveralHands(Isa isa, Deck deck, std::span<const CardSet> hands, CardSet dead,
                        Street street, std::span<std::int64_t> times) {

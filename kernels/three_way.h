@@ -1,0 +1,66 @@
+// Three hands before the flop, to the river of a full deck, taken apart so that a table can hold
+// every matchup.
+//
+// The boards that hands share, by who shares them, are those of their ranks as if there were no
+// suits, and for each of the four suits what it changes. This depends on which of the six cards are
+// of the suit: 64 sets of cards at most.
+
+#ifndef POKERMATH_KERNELS_THREE_WAY_H_
+#define POKERMATH_KERNELS_THREE_WAY_H_
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "kernels/decks.h"
+#include "kernels/hole_cards.h"
+#include "platform/isa.h"
+
+namespace pokermath {
+
+/// The rank classes of three hands, rising, some of them perhaps equal.
+using RankTriple = std::array<int, 3>;
+inline constexpr std::int64_t kRankTriples =
+    std::int64_t{kRankClasses} * (kRankClasses + 1) * (kRankClasses + 2) / 6;
+
+constexpr std::int64_t NumberOf(const RankTriple& triple) {
+  const auto [a, b, c] = triple;
+  return std::int64_t{c} * (c + 1) * (c + 2) / 6 + b * (b + 1) / 2 + a;
+}
+RankTriple RankTripleOf(std::int64_t number);
+
+/// The sets of cards that a suit may have of three hands, rising: two bits for each hand, the first
+/// for its lower card or that of a pair which is of the suit, the second for its higher one. There
+/// are none where the hands need more than four cards of a rank.
+class SuitSets {
+ public:
+  static constexpr std::size_t kMost = 64;
+
+  SuitSets() = default;
+  explicit SuitSets(const RankTriple& triple);
+
+  std::size_t size() const { return size_; }
+  const std::uint8_t* begin() const { return sets_.data(); }
+  const std::uint8_t* end() const { return begin() + size_; }
+
+ private:
+  std::array<std::uint8_t, kMost> sets_;
+  std::size_t size_ = 0;
+};
+
+/// Boards by who shares them: [a bit for each hand].
+using ThreeWayTimes = std::array<std::int32_t, 8>;
+inline constexpr int kThreeWayBoards = Choose(46, 5);
+
+struct ThreeWayCounts {
+  SuitSets sets;
+  ThreeWayTimes by_ranks;
+  std::array<ThreeWayTimes, SuitSets::kMost> changes;  ///< [place in sets]
+};
+
+/// Where there are no sets nothing is counted.
+ThreeWayCounts CountThreeWay(Isa isa, const RankTriple& triple);
+
+}  // namespace pokermath
+
+#endif  // POKERMATH_KERNELS_THREE_WAY_H_
