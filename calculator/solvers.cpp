@@ -9,6 +9,7 @@ std::span<const Solver> Solvers() {
       {BoardsCost, StartBoards},
       {RankBoardsCost, StartRankBoards},
       {ThreeRangesCost, StartThreeRanges},
+      {ThreeWayCost, StartThreeWay},
       {HandsCost, StartHands},
       {OmahaHandsCost, StartOmahaHands},
       {OmahaAgainstEveryCost, StartOmahaAgainstEvery},

@@ -66,6 +66,12 @@ std::unique_ptr<const Work> StartMadeOfTwo(const QuestionPointer& question);
 std::optional<double> ThreeRangesCost(const CheckedQuestion& question);
 std::unique_ptr<const Work> StartThreeRanges(const QuestionPointer& question);
 
+// Three ranges of Hold'em before the flop, from the table of all matchups, if it is there; without
+// it these can be counted all the same.
+bool KnowsThreeWay(const CheckedQuestion& question);
+std::optional<double> ThreeWayCost(const CheckedQuestion& question);
+std::unique_ptr<const Work> StartThreeWay(const QuestionPointer& question);
+
 // One hand each, in games without lows: by the ranks of boards, before the flop of a two-card game;
 // and board by board.
 std::optional<double> RankBoardsCost(const CheckedQuestion& question);

@@ -174,7 +174,7 @@ void Settler::AddTrial(const SettledDeal& deal, std::span<Int128> sums) const {
   }
 }
 
-void Settler::AddSharers(unsigned sharers, std::int64_t times, std::span<Int128> sums) const {
+void Settler::AddSharers(unsigned sharers, Int128 times, std::span<Int128> sums) const {
   const int count = std::popcount(sharers);
   const auto add_outcome = [&](OutcomePlace place) {
     sums[count == 1 ? place.wins() : place.ties()] += times;

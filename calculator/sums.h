@@ -151,7 +151,7 @@ class Settler {
   void AddTrial(const SettledDeal& deal, std::span<Int128> sums) const;
   /// So many deals in which these players, a bit for each, share the pot; of games without lows and
   /// where no details are asked for, or of hands alone where everybody has one.
-  void AddSharers(unsigned sharers, std::int64_t times, std::span<Int128> sums) const;
+  void AddSharers(unsigned sharers, Int128 times, std::span<Int128> sums) const;
   /// The same for trials.
   void AddTrials(unsigned sharers, std::int64_t times, std::span<Int128> sums) const;
 
