@@ -5,12 +5,14 @@
 #include <zlib.h>
 
 #include <algorithm>
+#include <atomic>
 #include <bit>
 #include <cerrno>
 #include <cstddef>
 #include <filesystem>
 #include <initializer_list>
 #include <memory>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -25,6 +27,7 @@
 #include "jobs/omaha_strength.h"
 #include "kernels/known_matchups.h"
 #include "kernels/matchups.h"
+#include "kernels/three_way_table.h"
 #include "pages/number_text.h"
 #include "platform/files.h"
 #include "pokermath/evaluators.h"
@@ -284,6 +287,48 @@ std::optional<std::string> FileText(const std::string& path) {
   return ReadFile(path, text.data(), text.size()) ? std::optional(text) : std::nullopt;
 }
 
+// On all processors.
+bool BuildThreeWay(const TableFile& table, const std::string& path) {
+  constexpr std::int64_t kOfAPiece = 64;
+  std::vector<std::string> pieces((kThreeWayUnits + kOfAPiece - 1) / kOfAPiece);
+  std::atomic<std::size_t> next = 0;
+  std::atomic<std::int64_t> done = 0;
+  const auto work = [&](const auto& tell) {
+    for (std::size_t i = next++; i < pieces.size() && !StopRequested(); i = next++) {
+      const std::int64_t first = static_cast<std::int64_t>(i) * kOfAPiece;
+      const std::int64_t last = std::min(first + kOfAPiece, kThreeWayUnits);
+      AppendThreeWay(first, last, pieces[i]);
+      done += last - first;
+      tell();
+    }
+  };
+  {
+    Progress progress(std::string("building ") + table.name, kThreeWayUnits, "triples of ranks",
+                      kPatience);
+    std::vector<std::jthread> threads;
+    for (unsigned i = 1; i < std::thread::hardware_concurrency(); ++i) {
+      threads.emplace_back([&work] { work([] {}); });
+    }
+    work([&] { progress.Update(done); });
+  }
+  if (StopRequested()) return false;
+  std::string payload;
+  ThreeWayTrailer trailer;
+  for (const std::string& piece : pieces) {
+    payload += piece;
+    trailer.Add(piece);
+  }
+  const std::string header = ThreeWayHeader(), end = trailer.Bytes();
+  return WriteTable(table, path,
+                    {std::as_bytes(std::span(header)), std::as_bytes(std::span(payload)),
+                     std::as_bytes(std::span(end))});
+}
+
+std::string ThreeWayFileFault(const std::string& path) {
+  const auto text = FileText(path);
+  return text ? ThreeWayFault(*text) : "it cannot be read to its end";
+}
+
 template <int hand_size>
 std::string OmahaStrengthFileFault(const std::string& path) {
   const auto text = FileText(path);
@@ -339,6 +384,7 @@ constexpr TableFile kTables[] = {
     {"omaha-order", "omaha4.order", 30810, 0xed04f2ba, BuildOmahaOrder<4>, OmahaOrderFileFault<4>},
     {"omaha5-order", "omaha5.order", 302533, 0x1cd6537c, BuildOmahaOrder<5>,
      OmahaOrderFileFault<5>},
+    {"three-way", kThreeWayFile, 43453907, 0xce124ab8, BuildThreeWay, ThreeWayFileFault},
     {"omaha7", "omaha7.bin", 311201108, 0xd197bccf, BuildStatesFile<kOmaha7File>,
      StatesFault<kOmaha7File>}};
 
