@@ -29,12 +29,14 @@
 namespace pokermath::cli {
 namespace {
 
-constexpr const char* kJobs = "flop-report, omaha-strength, omaha5-strength, omaha6-strength";
+constexpr const char* kJobs =
+    "flop-report, three-way, omaha-strength, omaha5-strength, omaha6-strength";
 
 constexpr const char* kBulkHelp =
     R"(JOB is a file of JSON Lines, one question a line with the keys of 'pokermath equity -' (empty lines
 and lines that start with # have no answer), or the name of a job:
   flop-report PLAYER ...     the question on every flop up to suits, for example all 1,755
+  three-way                  three hands before the flop, all of them: what 'tables build' makes
   omaha-strength             every Omaha hand against a random one; omaha5-strength, omaha6-strength
 FOLDER/answers.jsonl then has a line for every question, in their order, with its id and without a
 time; a question that cannot be answered has a line with an error. Random numbers start from the

@@ -5,14 +5,12 @@
 #include <zlib.h>
 
 #include <algorithm>
-#include <atomic>
 #include <bit>
 #include <cerrno>
 #include <cstddef>
 #include <filesystem>
 #include <initializer_list>
 #include <memory>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -25,6 +23,7 @@
 #include "contracts/state_tables.h"
 #include "jobs/job_folder.h"
 #include "jobs/omaha_strength.h"
+#include "jobs/three_way_job.h"
 #include "kernels/known_matchups.h"
 #include "kernels/matchups.h"
 #include "kernels/three_way_table.h"
@@ -287,41 +286,8 @@ std::optional<std::string> FileText(const std::string& path) {
   return ReadFile(path, text.data(), text.size()) ? std::optional(text) : std::nullopt;
 }
 
-// On all processors.
 bool BuildThreeWay(const TableFile& table, const std::string& path) {
-  constexpr std::int64_t kOfAPiece = 64;
-  std::vector<std::string> pieces((kThreeWayUnits + kOfAPiece - 1) / kOfAPiece);
-  std::atomic<std::size_t> next = 0;
-  std::atomic<std::int64_t> done = 0;
-  const auto work = [&](const auto& tell) {
-    for (std::size_t i = next++; i < pieces.size() && !StopRequested(); i = next++) {
-      const std::int64_t first = static_cast<std::int64_t>(i) * kOfAPiece;
-      const std::int64_t last = std::min(first + kOfAPiece, kThreeWayUnits);
-      AppendThreeWay(first, last, pieces[i]);
-      done += last - first;
-      tell();
-    }
-  };
-  {
-    Progress progress(std::string("building ") + table.name, kThreeWayUnits, "triples of ranks",
-                      kPatience);
-    std::vector<std::jthread> threads;
-    for (unsigned i = 1; i < std::thread::hardware_concurrency(); ++i) {
-      threads.emplace_back([&work] { work([] {}); });
-    }
-    work([&] { progress.Update(done); });
-  }
-  if (StopRequested()) return false;
-  std::string payload;
-  ThreeWayTrailer trailer;
-  for (const std::string& piece : pieces) {
-    payload += piece;
-    trailer.Add(piece);
-  }
-  const std::string header = ThreeWayHeader(), end = trailer.Bytes();
-  return WriteTable(table, path,
-                    {std::as_bytes(std::span(header)), std::as_bytes(std::span(payload)),
-                     std::as_bytes(std::span(end))});
+  return BuildByJob(table, path, ThreeWayJob());
 }
 
 std::string ThreeWayFileFault(const std::string& path) {

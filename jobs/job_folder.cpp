@@ -14,6 +14,8 @@
 #include "jobs/checksum.h"
 #include "jobs/omaha_strength.h"
 #include "jobs/questions_job.h"
+#include "jobs/three_way_job.h"
+#include "kernels/three_way_table.h"
 #include "pages/errors.h"
 #include "pages/number_text.h"
 #include "platform/files.h"
@@ -67,7 +69,8 @@ std::unique_ptr<Job> ToJob(const Described& described) {
   const Json& name = described.identity.value("job", Json(""));
   if (name == kQuestions) {
     return std::make_unique<QuestionsJob>(
-        QuestionFile::FromJson(described.identity, described.questions));
+        QuestionFile::FromJson(described.identity, described.questions),
+        described.identity.at("three_way").get<bool>());
   }
   return name.is_string() ? NamedJob(name.get<std::string>()) : nullptr;
 }
@@ -117,6 +120,7 @@ FinishedShard OpenFinished(const Job& job, const FoundShard& found) {
 }  // namespace
 
 std::unique_ptr<Job> NamedJob(std::string_view name) {
+  if (name == ThreeWayJob::kName) return std::make_unique<ThreeWayJob>();
   for (const int hand_size : {4, 5, 6}) {
     auto job = std::make_unique<OmahaStrengthJob>(hand_size);
     if (job->Identity()["job"] == name) return job;
@@ -130,7 +134,8 @@ std::unique_ptr<Job> QuestionsJobOf(const std::string& questions, const std::str
       return ToJob({described->identity, questions});
     }
   }
-  return std::make_unique<QuestionsJob>(QuestionFile::Of(questions));
+  return std::make_unique<QuestionsJob>(QuestionFile::Of(questions),
+                                        ThreeWayTable::Get() != nullptr);
 }
 
 void BeginJob(const Job& job, const std::string& questions, const std::string& folder) {

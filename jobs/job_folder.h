@@ -19,7 +19,7 @@
 namespace pokermath {
 
 /// A job that has a name of its own, or nothing: "omaha-strength", "omaha5-strength",
-/// "omaha6-strength".
+/// "omaha6-strength", "three-way".
 std::unique_ptr<Job> NamedJob(std::string_view name);
 
 /// The job of answering a file of questions in a folder: as job.json has it, or read anew where the

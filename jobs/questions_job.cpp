@@ -12,6 +12,7 @@
 
 #include "jobs/question_line.h"
 #include "jobs/run.h"
+#include "kernels/three_way_table.h"
 #include "pages/equity_report.h"
 #include "pages/errors.h"
 #include "pages/number_text.h"
@@ -108,6 +109,7 @@ class QuestionMaker final : public Maker {
     return Answer(unit, how.threads, out, [&](const Calculation& plan, RunOptions options) {
       Clock::time_point next_look{}, next_keep = Clock::now() + kBetweenKeeps;
       std::optional<Left> left;
+      std::optional<RunKept> last;
       options.go_on = [&](const RunState& state) {
         if (Clock::now() < next_look) return true;
         next_look = Clock::now() + std::chrono::milliseconds(100);
@@ -115,12 +117,18 @@ class QuestionMaker final : public Maker {
         return !left;
       };
       options.keep = [&](const RunKept& kept) {
+        last = kept;
         if (Clock::now() < next_keep) return;
         how.keep(BytesOf(kept));
         next_keep = Clock::now() + kBetweenKeeps;
       };
       options.from = ReadKept(plan, how.kept);
-      return RunUnless(left, plan, options);
+      try {
+        return RunUnless(left, plan, options);
+      } catch (const Left&) {
+        if (last) how.keep(BytesOf(*last));
+        throw;
+      }
     });
   }
 
@@ -211,10 +219,19 @@ class AnswerReader {
 }  // namespace
 
 Json QuestionsJob::Identity() const {
-  Json json = {
-      {"job", "questions"}, {"program", POKERMATH_VERSION_STRING}, {"schema", kEquitySchema}};
+  Json json = {{"job", "questions"},
+               {"program", POKERMATH_VERSION_STRING},
+               {"schema", kEquitySchema},
+               {"three_way", three_way_}};
   json.update(file_.ToJson());
   return json;
+}
+
+void QuestionsJob::Check(const UnitRange& units) const {
+  file_.Check(units);
+  if ((ThreeWayTable::Get() != nullptr) == three_way_) return;
+  throw Failure(three_way_ ? "the work was begun with the table three-way, which is not here"
+                           : "the work was begun without the table three-way, which is here");
 }
 
 std::unique_ptr<Maker> QuestionsJob::NewMaker() const {
@@ -224,7 +241,7 @@ std::unique_ptr<Maker> QuestionsJob::NewMaker() const {
 Verified VerifyAnswers(const QuestionsJob& job, const std::string& answers, std::int64_t sample,
                        std::uint64_t seed, const std::function<bool(double part)>& go_on) {
   const QuestionFile& file = job.file();
-  file.Check({});
+  job.Check({});
   // Lines that ask something come in a random order of which the first ones are taken.
   std::vector<std::int64_t> chosen;
   std::mt19937_64 random(seed);

@@ -15,19 +15,21 @@ namespace pokermath {
 /// time is an error: its answer would depend on the machine.
 class QuestionsJob final : public ListJob {
  public:
-  explicit QuestionsJob(QuestionFile file) : file_(std::move(file)) {}
+  /// @param three_way  whether the table of three hands is there, which decides what is sampled
+  QuestionsJob(QuestionFile file, bool three_way) : file_(std::move(file)), three_way_(three_way) {}
 
   Json Identity() const override;
   std::int64_t units() const override { return file_.lines(); }
   const char* unit_name() const override { return "questions"; }
   const char* result_name() const override { return "answers.jsonl"; }
-  void Check(const UnitRange& units) const override { file_.Check(units); }
+  void Check(const UnitRange& units) const override;
   std::unique_ptr<Maker> NewMaker() const override;
 
   const QuestionFile& file() const { return file_; }
 
  private:
   QuestionFile file_;
+  bool three_way_;
 };
 
 /// Answers some questions again, taken at random, and compares them with the lines of a file of
