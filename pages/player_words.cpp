@@ -3,6 +3,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
+#include <functional>
+#include <map>
 #include <span>
 #include <utility>
 
@@ -40,6 +43,35 @@ std::size_t WordsOfPlayer(std::span<const std::string> words, std::size_t hand_s
   return 1;
 }
 
+// Ranges that a thread has read: a file of questions words the same ones again and again.
+class KnownPlayers {
+ public:
+  static KnownPlayers& OfThread() {
+    thread_local KnownPlayers known;
+    return known;
+  }
+
+  const PlayerReading* Find(Game game, std::string_view text) const {
+    const auto& of_game = by_text_[static_cast<std::size_t>(game)];
+    const auto found = of_game.find(text);
+    return found == of_game.end() ? nullptr : &found->second;
+  }
+
+  /// Keeps what is small, and gives it back.
+  PlayerReading Keep(Game game, std::string_view text, PlayerReading player) {
+    constexpr std::size_t kMostKept = 200;  // of 20 KB
+    constexpr std::size_t kLongest = 1000;
+    if (HandSize(game) > 2 || text.size() > kLongest) return player;
+    auto& of_game = by_text_[static_cast<std::size_t>(game)];
+    if (of_game.size() >= kMostKept) of_game.clear();
+    of_game.emplace(text, player);
+    return player;
+  }
+
+ private:
+  std::array<std::map<std::string, PlayerReading, std::less<>>, kGames.size()> by_text_;
+};
+
 }  // namespace
 
 std::string Pieces(std::string_view text) {
@@ -73,11 +105,13 @@ PlayerReading ReadPlayer(std::string_view text, Game game, std::string_view fiel
   if (cards.cards.size() == size) {
     return {HandRange::Of(game, CardSet(cards.cards)), CardsText(cards.cards), {}};
   }
+  KnownPlayers& known = KnownPlayers::OfThread();
+  if (const PlayerReading* player = known.Find(game, text)) return *player;
   std::string pieces = Pieces(text);
   if (pieces.empty()) Refuse(fmt::format("{}: {}", Quoted(text), kPlayer), field);
-  if (IsRandom(pieces)) return {HandRange::Every(game), "random", {}};
+  if (IsRandom(pieces)) return known.Keep(game, text, {HandRange::Every(game), "random", {}});
   Result<RangeReading> read = ReadRange(game, text);
-  if (read) return {read->range, std::move(pieces), read->warnings};
+  if (read) return known.Keep(game, text, {read->range, std::move(pieces), read->warnings});
   // What is cards only, but no list of holdings, was meant as a hand.
   const bool is_list = pieces.find(',') != pieces.npos && cards.cards.size() > size;
   if (cards.error.empty() && !is_list) {
