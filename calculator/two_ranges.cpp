@@ -141,14 +141,23 @@ int ClassesIn(std::span<const Side> sides) {
 class ClassesWork final : public TwoRangesWork {
  public:
   explicit ClassesWork(const QuestionPointer& question)
-      : TwoRangesWork(question), matchups_(CountsOf(*question), ranges()) {}
+      : TwoRangesWork(question), matchups_(CountsOf(*question), ranges()) {
+    // A class alone is mostly too little for a step, which adds up all hands.
+    constexpr double kClassesCost = kStepCost / 8;
+    const auto classes = static_cast<double>(matchups_.steps());
+    steps_ =
+        static_cast<std::int64_t>(std::clamp(*ClassesCost(*question) / kClassesCost, 1.0, classes));
+  }
 
   const char* name() const override { return "classes of hands"; }
-  std::int64_t steps() const override { return static_cast<std::int64_t>(matchups_.steps()); }
+  std::int64_t steps() const override { return steps_; }
 
  private:
   void Count(std::int64_t step, const TwoTallies& tallies) const override {
-    matchups_.Count(static_cast<std::size_t>(step), tallies);
+    const auto classes = static_cast<std::int64_t>(matchups_.steps());
+    for (std::int64_t i = classes * step / steps_; i < classes * (step + 1) / steps_; ++i) {
+      matchups_.Count(static_cast<std::size_t>(i), tallies);
+    }
   }
 
   const ShowdownCounts& CountsOf(const CheckedQuestion& question) {
@@ -167,6 +176,7 @@ class ClassesWork final : public TwoRangesWork {
 
   std::unique_ptr<const ShowdownCounts> counts_;
   RangeMatchups matchups_;
+  std::int64_t steps_;
 };
 
 // --- by boards ---

@@ -4,7 +4,9 @@
 #define POKERMATH_KERNELS_RANGE_MATCHUPS_H_
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "kernels/showdown_counts.h"
@@ -20,7 +22,7 @@ class RangeMatchups {
   RangeMatchups(const ShowdownCounts& counts, const TwoRanges& ranges);
 
   /// Rank classes of the first range.
-  std::size_t steps() const { return classes1_.size(); }
+  std::size_t steps() const { return side1_.classes.size(); }
   /// Adds one class of the first range against all of the second.
   void Count(std::size_t step, const TwoTallies& tallies) const;
 
@@ -28,21 +30,38 @@ class RangeMatchups {
   struct Hand {
     CardSet cards;
     std::int32_t weight;
-    std::size_t place;                  // in its range
+    std::uint16_t place;                // in its range
     std::array<std::uint8_t, 4> views;  // by suit, without the class
   };
   struct Class {
     int number = 0;
-    std::vector<Hand> hands;
+    std::span<const Hand> hands;
+    std::array<std::uint8_t, 4> seen{};  // by suit, a bit for each view that some hand has
   };
-  // What suits change, by suit and the views of both hands.
-  using Corrections = std::array<std::array<std::array<Counts, 4>, 4>, 4>;
+  // The hands of a range class by class.
+  struct Side {
+    explicit Side(std::span<const WeightedPair> hands);
+    std::vector<Hand> hands;
+    std::vector<Class> classes;
+  };
+  // Two counts in one number: wins, and 2^32 times ties.
+  using Packed = std::int64_t;
+  // What a suit changes, by the views of both hands.
+  using Correction = std::array<std::array<Packed, 4>, 4>;
+  // Those of the suits that change anything.
+  struct Corrections {
+    std::array<Correction, 4> of;
+    std::array<std::size_t, 4> suits;
+    std::size_t size = 0;
+  };
 
-  static std::vector<Class> ClassesOf(std::span<const WeightedPair> hands);
   void Correct(const Class& class1, const Class& class2, Corrections& corrections) const;
+  template <std::size_t suits>
+  void Add(const Class& class1, const Class& class2, Packed ranks, const Corrections& corrections,
+           const TwoTallies& tallies) const;
 
   const ShowdownCounts& counts_;
-  std::vector<Class> classes1_, classes2_;
+  Side side1_, side2_;
 };
 
 }  // namespace pokermath
