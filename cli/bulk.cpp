@@ -158,8 +158,9 @@ int ReportShard(const Job& job, const BulkOptions& options, const Shard& shard) 
                     {"answers", own->answers},
                     {"failed", own->failed}}));
   } else {
-    Print(fmt::format("{} is done: {}\n", ShardText(shard),
-                      AnswersText({.answers = own->answers, .failed = own->failed})));
+    const std::string answers =
+        own->answers > 0 ? ": " + AnswersText({.answers = own->answers, .failed = own->failed}) : "";
+    Print(fmt::format("{} is done{}\n", ShardText(shard), answers));
   }
   return own->failed > 0 ? kExitFailed : kExitDone;
 }

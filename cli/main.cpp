@@ -98,14 +98,15 @@ std::string ParseErrorText(const CLI::ParseError& error, CLI::App& command) {
     return QuotedWord(*option) +
            (subcommands.empty() ? " is not an option" : " is not an option before a subcommand");
   }
-  if (!subcommands.empty()) {
+  const bool mismatch = dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr ||
+                        dynamic_cast<const CLI::ValidationError*>(&error) != nullptr;
+  if (!subcommands.empty() && !mismatch) {
     return (surplus.empty() ? "a subcommand is missing"
                             : QuotedWord(surplus.front()) + " is not a subcommand") +
            ": " + subcommands;
   }
   if (!surplus.empty()) return QuotedWord(surplus.front()) + " is one word too many";
-  if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr ||
-      dynamic_cast<const CLI::ValidationError*>(&error) != nullptr) {
+  if (mismatch) {
     const std::string text = error.what();
     const std::string name = text.substr(0, text.find(':'));
     const CLI::Option* known = command.get_option_no_throw(name);
