@@ -51,53 +51,71 @@ void AddOutcome(OutcomePlace place, Number wins, Number ties, std::span<Int128> 
   sums[place.points()] += Int128{kHalfPot} * (2 * wins + ties);
 }
 
-// What all kinds of work for totals share: the hands, and how their tallies become sums.
+// What all kinds of work for totals share: the hands, and how their tallies become sums. Where only
+// totals are asked for, the tallies of one range say all, and those of the smaller one say it
+// soonest.
 class TwoRangesWork : public Work {
  public:
   Method method() const final { return Method::kExact; }
 
   void Do(std::int64_t step, std::span<Int128> sums) const final {
-    std::vector<Tally> tallies1(hands1_.size()), tallies2(hands2_.size());
+    std::vector<Tally> tallies1(hands1_.size()), tallies2(by_hand() ? hands2_.size() : 0);
     Count(step, {tallies1, tallies2});
-    AddHands(0, hands1_, tallies1, sums);
-    AddHands(1, hands2_, tallies2, sums);
+    const Total total = AddHands(first_, hands1_, tallies1, sums);
+    sums[SumsLayout::kCases] += total.cases;
+    AddTotal(first_, total.wins, total.ties, sums);
+    AddTotal(1 - first_, total.cases - total.wins - total.ties, total.ties, sums);
+    if (by_hand()) AddHands(1 - first_, hands2_, tallies2, sums);
   }
 
  protected:
   explicit TwoRangesWork(const QuestionPointer& question)
       : question_(question),
         layout_(*question),
-        hands1_(PairsOf(question->players()[0])),
-        hands2_(PairsOf(question->players()[1])) {}
+        first_(FirstOf(*question)),
+        hands1_(PairsOf(question->players()[first_])),
+        hands2_(PairsOf(question->players()[1 - first_])) {}
 
   const CheckedQuestion& question() const { return *question_; }
   TwoRanges ranges() const { return {hands1_, hands2_}; }
+  bool by_hand() const { return question_->asked().detail.hands; }
 
  private:
+  struct Total {
+    Int128 wins = 0, ties = 0, cases = 0;
+  };
+
   virtual void Count(std::int64_t step, const TwoTallies& tallies) const = 0;
 
-  void AddHands(std::size_t player, std::span<const WeightedPair> hands,
-                std::span<const Tally> tallies, std::span<Int128> sums) const {
-    Int128 wins = 0, ties = 0, cases = 0;
-    const bool by_hand = question_->asked().detail.hands;
+  static std::size_t FirstOf(const CheckedQuestion& question) {
+    const std::vector<Side>& players = question.players();
+    return players[1].range.size() < players[0].range.size() ? 1 : 0;
+  }
+
+  Total AddHands(std::size_t player, std::span<const WeightedPair> hands,
+                 std::span<const Tally> tallies, std::span<Int128> sums) const {
+    Total total;
     for (std::size_t i = 0; i < hands.size(); ++i) {
       const Tally& tally = tallies[i];
       const std::int64_t weight = hands[i].weight;
       const std::int64_t of_wins = weight * tally.wins;
       const std::int64_t of_ties = weight * tally.ties;
       const std::int64_t of_cases = weight * tally.cases;
-      wins += of_wins;
-      ties += of_ties;
-      cases += of_cases;
-      if (!by_hand) continue;
+      total.wins += of_wins;
+      total.ties += of_ties;
+      total.cases += of_cases;
+      if (!by_hand()) continue;
       const std::size_t cell = layout_.HandCases(player, i);
       sums[cell] += of_cases;
       AddOutcome(SumsLayout::OutcomeOf(cell), of_wins, of_ties, sums);
     }
+    return total;
+  }
+
+  void AddTotal(std::size_t player, Int128 wins, Int128 ties, std::span<Int128> sums) const {
     AddOutcome(layout_.Total(player), wins, ties, sums);
     sums[layout_.Shared(player, 0)] += wins;
     sums[layout_.Shared(player, 1)] += ties;
-    if (player == 0) sums[SumsLayout::kCases] += cases;
   }
 
   // A hand against all others on all boards, weights and all; twice that is added up.
@@ -105,6 +123,7 @@ class TwoRangesWork : public Work {
 
   QuestionPointer question_;
   SumsLayout layout_;
+  std::size_t first_;  // the player whose hands come first
   std::vector<WeightedPair> hands1_, hands2_;
 };
 
@@ -242,7 +261,8 @@ class BoardsWork final : public TwoRangesWork {
 
  private:
   void Count(std::int64_t step, const TwoTallies& tallies) const override {
-    BoardSweep sweep(BestIsa(), question().rules(), ranges(), question().board());
+    BoardSweep sweep(BestIsa(), question().rules(), ranges(), question().board(),
+                     by_hand() ? SweepOf::kByHand : SweepOf::kFirstByHand);
     boards_.Count(step, sweep);
     // Cases need no board: they are all added with the first step.
     sweep.AddTo(step == 0 ? boards_.boards() : 0, tallies);

@@ -144,9 +144,9 @@ BoardSweep::BoardSweep(Isa isa, const GameRules& rules, const TwoRanges& ranges,
           static_cast<std::uint32_t>(sides_[side].hands[i].weight);
     }
   }
-  views_.resize(kMasks.size() * (of == SweepOf::kByHand ? 1 : kCategories));
+  views_.resize(kMasks.size() * (HasCategories() ? kCategories : 1));
   held_.resize(kMasks.size());
-  tables_ = {classes_, views_};
+  tables_ = {classes_, views_, of != SweepOf::kFirstByHand};
 }
 
 void BoardSweep::Gather(std::size_t number, CardSet board, std::array<bool, kRankClasses>& held) {
@@ -192,7 +192,7 @@ void BoardSweep::Use(std::size_t view) {
 }
 
 void BoardSweep::Sweep(const BoardGroup& group, std::span<const SweptItem> items) {
-  if (of_ == SweepOf::kByHand) {
+  if (!HasCategories()) {
     kernels_.Count(tables_, group, items);
     return;
   }
@@ -457,7 +457,7 @@ void BoardSweep::AddTo(std::int64_t boards, const TwoTallies& tallies, int categ
   const auto& counted = counted_[static_cast<std::size_t>(category)];
   const auto& spilled = spilled_[static_cast<std::size_t>(category)];
   if (counted.empty()) return;
-  for (std::size_t number = 0; number < 2; ++number) {
+  for (std::size_t number = 0; number < (tables_.both ? 2 : 1); ++number) {
     const Side& side = sides_[number];
     const Side& other = sides_[1 - number];
     Tally* tally = (number == 0 ? tallies.of1 : tallies.of2).data();

@@ -20,6 +20,7 @@ namespace pokermath {
 /// What tallies of a sweep are of.
 enum class SweepOf {
   kByHand,           ///< of each hand on all boards
+  kFirstByHand,      ///< of each hand of the first range alone
   kByCategory,       ///< of each hand on the boards on which it makes a category
   kCasesByCategory,  ///< the same, but all hands tie: how many there are to compare with
 };
@@ -42,7 +43,7 @@ class BoardSweep {
   /// Adds wins and ties of all that was counted, once and in the end; and cases, `boards` for each
   /// two hands that share no card.
   ///
-  /// @param category  of CategoryOf, but 0 for SweepOf::kByHand
+  /// @param category  of CategoryOf, but 0 where there are none
   void AddTo(std::int64_t boards, const TwoTallies& tallies, int category = 0);
 
  private:
@@ -50,6 +51,9 @@ class BoardSweep {
   struct Kind;
   struct Choice;
 
+  bool HasCategories() const {
+    return of_ == SweepOf::kByCategory || of_ == SweepOf::kCasesByCategory;
+  }
   void Gather(std::size_t side, CardSet board, std::array<bool, kRankClasses>& held);
   void Use(std::size_t view);
   SuitsView& Prepare(std::size_t view);
@@ -75,7 +79,7 @@ class BoardSweep {
   };
   std::array<Side, 2> sides_;
   std::vector<SweptClass> classes_;
-  // Of the classes, by category: for SweepOf::kByHand in the first place, and empty where none is.
+  // Of the classes, by category: without them in the first place, and empty where none is.
   std::array<LargeTable<SweptHands>, kCategories> counted_;
   std::array<std::uint8_t, kRankClasses> places_;  // in classes_, or kNoPlace
   std::vector<SuitsView> views_;                   // by category, and then as kMasks

@@ -326,6 +326,7 @@ void CountOneHand(const KnownMatchups& known, const WeightedPair& hand, Tally& o
     const auto [wins, ties] = known.Count(classed, known.Class(other.card1, other.card2));
     one += {other.weight * std::int64_t{wins}, other.weight * std::int64_t{ties},
             other.weight * boards};
+    if (others.tallies.empty()) continue;
     others.tallies[i] += {hand.weight * (boards - wins - ties), hand.weight * std::int64_t{ties},
                           hand.weight * boards};
   }
@@ -340,13 +341,13 @@ void CountPreflopRanges(Isa isa, Deck deck, const TwoRanges& ranges, const TwoTa
   if (ranges.hands1.size() == 1) {
     return CountOneHand(known, ranges.hands1[0], tallies.of1[0], asked2);
   }
-  if (ranges.hands2.size() == 1) {
+  if (ranges.hands2.size() == 1 && !tallies.of2.empty()) {
     return CountOneHand(known, ranges.hands2[0], tallies.of2[0], asked1);
   }
   const ClassedRange range1(known, ranges.hands1);
   const ClassedRange range2(known, ranges.hands2);
   CountOne(isa, deck, range1, range2, asked1);
-  CountOne(isa, deck, range2, range1, asked2);
+  if (!tallies.of2.empty()) CountOne(isa, deck, range2, range1, asked2);
 }
 
 }  // namespace pokermath

@@ -109,6 +109,7 @@ void RangeMatchups::Add(const Class& class1, const Class& class2, Packed ranks,
       for (std::size_t i = 0; i < suits; ++i) packed += rows[i][hand2.views[corrections.suits[i]]];
       const auto [wins, ties] = Unpack(packed);
       sum += {hand2.weight * std::int64_t{wins}, hand2.weight * std::int64_t{ties}, hand2.weight};
+      if (tallies.of2.empty()) continue;
       const std::int64_t losses = boards - wins - ties;
       tallies.of2[hand2.place] +=
           {hand1.weight * losses, hand1.weight * std::int64_t{ties}, hand1.weight * boards};

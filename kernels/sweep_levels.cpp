@@ -51,7 +51,10 @@ class Levels {
   using Line = TermLine<kHighs, kTerms>;
 
   POKERMATH_KERNEL Levels(const SweepTables& tables, const BoardGroup& group)
-      : classes_(tables.classes.data()), views_(tables.views.data()), group_(group) {
+      : classes_(tables.classes.data()),
+        views_(tables.views.data()),
+        group_(group),
+        askers_(tables.both ? 2 : 1) {
     const std::uint32_t n1 = group.count1;
     const std::uint32_t n2 = group.count2;
     if constexpr (kTerms == 1) {
@@ -213,6 +216,9 @@ class Levels {
     return below.total - below.cards[of.high];
   }
 
+  // Who does not ask needs no hands below.
+  POKERMATH_KERNEL int FirstBelow() const { return 2 - askers_; }
+
   POKERMATH_KERNEL bool IsTouched(const SweptClass& of) const {
     return (of.ranks & group_.touched) != 0;
   }
@@ -225,20 +231,25 @@ class Levels {
     SuitsView::Sums& sums = view.classes[item.place];
     const L mask = L::Of(*view.mask);
     if (!IsTouched(of)) {
-      for (int side = 0; side < 2; ++side) {
+      for (int side = 0; side < askers_; ++side) {
+        if (!sums.Has(side)) continue;
         const Below& below = below_[1 - side];
         (Query<0>(WithoutHigh(below, of), below.cards[of.low]) & mask).AddTo(hands.wins[side]);
       }
-      for (int side = 0; side < 2; ++side) PutIn(below_[side], of, WeightsOf(sums, side));
+      for (int side = FirstBelow(); side < 2; ++side) {
+        if (sums.Has(side)) PutIn(below_[side], of, WeightsOf(sums, side));
+      }
       sums.alone() += boards_;
       return;
     }
     const Touched touched = Touch(of, mask);
-    for (int side = 0; side < 2; ++side) {
+    for (int side = 0; side < askers_; ++side) {
+      if (!sums.Has(side)) continue;
       const Below& below = below_[1 - side];
       Query(WithoutHigh(below, of), below.cards[of.low], touched).AddTo(hands.wins[side]);
     }
-    for (int side = 0; side < 2; ++side) {
+    for (int side = FirstBelow(); side < 2; ++side) {
+      if (!sums.Has(side)) continue;
       ByTerm weights = WeightsOf(sums, side, hands.weights[side], touched);
       PutIn(below_[side], of, weights);
       if (of.high == of.low) weights.high.AddAndCopyTo(weights.low);
@@ -254,11 +265,14 @@ class Levels {
     const SweptClass& of = classes_[item.place];
     SuitsView& view = views_[item.view];
     SweptHands& hands = view.hands[item.place];
+    const SuitsView::Sums& sums = view.classes[item.place];
+    if (askers_ == 1 && !sums.Has(0)) return;
     const L mask = L::Of(*view.mask);
     Touched touched;
     const bool is_touched = IsTouched(of);
     if (is_touched) touched = Touch(of, mask);
-    for (int side = 0; side < 2; ++side) {
+    for (int side = 0; side < askers_; ++side) {
+      if (!sums.Has(side)) continue;
       const Below& below = below_[1 - side];
       const Line without_high = WithoutHigh(below, of);
       const Line& low = below.cards[of.low];
@@ -278,12 +292,16 @@ class Levels {
     const SweptClass& of = classes_[item.place];
     const SuitsView& view = views_[item.view];
     const SuitsView::Sums& sums = view.classes[item.place];
+    if (askers_ == 1 && !sums.Has(1)) return;
     if (!IsTouched(of)) {
-      for (int side = 0; side < 2; ++side) PutIn(below_[side], of, WeightsOf(sums, side));
+      for (int side = FirstBelow(); side < 2; ++side) {
+        if (sums.Has(side)) PutIn(below_[side], of, WeightsOf(sums, side));
+      }
       return;
     }
     const Touched touched = Touch(of, L::Of(*view.mask));
-    for (int side = 0; side < 2; ++side) {
+    for (int side = FirstBelow(); side < 2; ++side) {
+      if (!sums.Has(side)) continue;
       PutIn(below_[side], of, WeightsOf(sums, side, view.hands[item.place].weights[side], touched));
     }
   }
@@ -291,6 +309,7 @@ class Levels {
   const SweptClass* classes_;
   SuitsView* views_;
   const BoardGroup& group_;
+  int askers_;            // ranges whose hands are counted
   std::uint32_t boards_;  // of hands that no card to come touches
   // By term, the factors of a hand below: of each, and with its free cards of the first kind, the
   // second and the product of both.
@@ -334,7 +353,7 @@ POKERMATH_KERNEL void Settle(const SweepTables& tables, SuitsView& view) {
     if (sums.alone() == 0) continue;
     SweptHands& hands = view.hands[i];
     const bool pair = tables.classes[i].high == tables.classes[i].low;
-    for (int side = 0; side < 2; ++side) {
+    for (int side = 0; side < (tables.both ? 2 : 1); ++side) {
       const auto other = LaneSums<kHighs>::Load(sums.of[1 - side]);
       TermLine<kHighs, 1> high{other.high}, low{other.low};
       const TermLine<kHighs, 1> total{other.total};

@@ -37,7 +37,8 @@ struct SuitsView {
 
     /// Boards on which these hands tied with no others, not yet in ties.
     std::uint32_t& alone() { return of[0].at[15]; }
-    bool IsEmpty() const { return (of[0].at[8] | of[1].at[8]) == 0; }
+    bool Has(int side) const { return of[side].at[8] != 0; }
+    bool IsEmpty() const { return !Has(0) && !Has(1); }
   };
   const SuitLanes* mask = nullptr;  ///< all bits of a lane, or none
   std::span<SweptHands> hands;      ///< of the classes, with what was counted for this view
@@ -68,6 +69,7 @@ struct BoardGroup {
 struct SweepTables {
   std::span<const SweptClass> classes;
   std::span<SuitsView> views;
+  bool both = true;  ///< whether hands of the second range are counted as well as of the first
 };
 
 class SweepKernels {

@@ -29,6 +29,7 @@ struct TwoRanges {
 };
 struct TwoTallies {
   std::span<Tally> of1;  ///< as many as hands1, added to
+  /// The same of hands2; or none where the totals are enough: what the one wins the other loses.
   std::span<Tally> of2;
 };
 

@@ -153,6 +153,11 @@ TEST(BoardSweep, GivesEveryHandWhatPlainLoopsGive) {
         Tallies swept(ranges);
         sweep.AddTo(0, swept.all());
         ASSERT_EQ(swept, plain) << IsaName(isa);
+        BoardSweep of_first(isa, rules, ranges, board - coming, SweepOf::kFirstByHand);
+        count(of_first);
+        Tallies first(ranges);
+        of_first.AddTo(0, {first.of1, {}});
+        ASSERT_EQ(first.of1, plain.of1) << IsaName(isa);
         ASSERT_EQ(AllCategories(isa, rules, ranges, board - coming, count), with_cases);
       }
     }
