@@ -13,7 +13,7 @@ need_packages() {
   # On another system than Debian the build itself says what it lacks.
   command -v dpkg-query >/dev/null || return 0
   local wanted=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libfmt-dev libutfcpp-dev
-                libpugixml-dev unixodbc-dev zlib1g-dev "$@")
+                libpugixml-dev unixodbc-dev zlib1g-dev libxxhash-dev "$@")
   local installed package missing=() as_root=()
   installed=$(dpkg-query -W -f '${db:Status-Status} ${Package}\n' "${wanted[@]}" 2>/dev/null) ||
     true
