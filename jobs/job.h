@@ -7,6 +7,7 @@
 #ifndef POKERMATH_JOBS_JOB_H_
 #define POKERMATH_JOBS_JOB_H_
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -18,6 +19,14 @@
 #include "platform/files.h"
 
 namespace pokermath {
+
+/// How often unfinished work is kept.
+inline constexpr auto kBetweenKeeps = std::chrono::seconds(30);
+
+/// For Keep and its like.
+inline double SecondsSince(std::chrono::steady_clock::time_point start) {
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
 
 struct WorkOptions {
   int threads = 1;

@@ -177,7 +177,7 @@ ShardEnd DoShard(const Job& job, const std::string& folder, const Shard& shard,
   if (!file) return ShardEnd::kBusy;
   const auto start = std::chrono::steady_clock::now();
   if (!job.Work(*file, options)) return ShardEnd::kStopped;
-  file->Finish(Seconds(std::chrono::steady_clock::now() - start).count());
+  file->Finish(SecondsSince(start));
   return ShardEnd::kFinished;
 }
 
@@ -229,7 +229,7 @@ FolderState StateOf(const Job& job, const std::string& folder) {
       const UnitRange units = shard.UnitsOf(job.units());
       const ShardState begun{
           .shard = shard, .job = job.Hash(), .units = units, .next = units.first};
-      (runs ? state.running : state.stopped).push_back(ReadUnfinished(next->path).value_or(begun));
+      (runs ? state.running : state.stopped).push_back(ReadUnfinished(*next).value_or(begun));
     }
     ++next;
   }

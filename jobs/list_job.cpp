@@ -20,10 +20,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-double SecondsSince(Clock::time_point start) {
-  return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
 class ListWork {
  public:
   ListWork(const ListJob& job, ShardFile& file, const WorkOptions& options)
@@ -181,9 +177,11 @@ class ListWork {
   void MakeLong() {
     const std::int64_t unit = *long_.begin();
     KeepAll();
-    LongUnit options{.kept = file_.ReadPartial(unit).value_or(""), .threads = options_.threads};
+    LongUnit options{.kept = file_.ReadPartial().value_or(""), .threads = options_.threads};
     options.go_on = [this](double part) { return GoOn(part); };
-    options.keep = [&](const std::string& bytes) { file_.KeepPartial(unit, bytes); };
+    options.keep = [&](const std::string& bytes) {
+      file_.KeepPartial(unit, SecondsSince(start_), bytes);
+    };
     MadeUnits made{.units = {unit, unit}};
     const Made what = job_.NewMaker()->MakeLong(unit, options, made.bytes);
     if (what == Made::kStopped) {

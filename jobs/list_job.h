@@ -4,7 +4,6 @@
 #define POKERMATH_JOBS_LIST_JOB_H_
 
 #include <atomic>
-#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -53,9 +52,6 @@ class ListJob : public Job {
 
   virtual std::unique_ptr<Maker> NewMaker() const = 0;
 };
-
-/// How often unfinished work is kept.
-inline constexpr auto kBetweenKeeps = std::chrono::seconds(30);
 
 }  // namespace pokermath
 

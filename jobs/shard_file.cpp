@@ -57,7 +57,9 @@ struct BlockHeader {
 
 struct PartialHeader {
   std::uint64_t job;
-  std::int64_t unit, bytes;
+  std::int64_t unit, end;  // it is of these units
+  double seconds;
+  std::int64_t bytes;
   std::uint64_t bytes_check;
   std::uint64_t check;  // of all before
 };
@@ -93,6 +95,18 @@ ShardState StateOf(const Header& header) {
           .failed = header.failed,
           .bytes = header.bytes,
           .seconds = header.seconds};
+}
+
+// Nothing if it is not of the next unit.
+std::optional<PartialHeader> ReadPartialHeader(const InputFile& file, const ShardState& state) {
+  PartialHeader header;
+  if (!file.ok() || !file.ReadAll(0, &header, sizeof header)) return std::nullopt;
+  if (header.check != CheckOf(header) || header.job != state.job || header.unit != state.next ||
+      header.end < header.unit || header.end > state.units.last ||
+      header.bytes != file.size() - static_cast<std::int64_t>(sizeof header)) {
+    return std::nullopt;
+  }
+  return header;
 }
 
 // Reads the blocks of a file one behind another.
@@ -298,8 +312,13 @@ void ShardFile::Keep(double seconds) {
   synced_ = end_;
 }
 
-void ShardFile::KeepPartial(std::int64_t unit, std::string_view bytes) {
-  PartialHeader header{state_.job, unit, static_cast<std::int64_t>(bytes.size()), Checksum(bytes),
+void ShardFile::KeepPartial(std::int64_t end, double seconds, std::string_view bytes) {
+  PartialHeader header{state_.job,
+                       state_.next,
+                       end,
+                       seconds_before_ + seconds,
+                       static_cast<std::int64_t>(bytes.size()),
+                       Checksum(bytes),
                        0};
   header.check = CheckOf(header);
   AtomicFile file(path_ + kPartial);
@@ -308,20 +327,16 @@ void ShardFile::KeepPartial(std::int64_t unit, std::string_view bytes) {
   if (!file.Commit()) throw SystemFailure("cannot write " + Quoted(path_ + kPartial), errno);
 }
 
-std::optional<std::string> ShardFile::ReadPartial(std::int64_t unit) const {
+std::optional<std::string> ShardFile::ReadPartial() {
   const InputFile file(path_ + kPartial);
-  PartialHeader header;
-  if (!file.ok() || !file.ReadAll(0, &header, sizeof header)) return std::nullopt;
-  const std::int64_t bytes = file.size() - static_cast<std::int64_t>(sizeof header);
-  if (header.check != CheckOf(header) || header.job != state_.job || header.unit != unit ||
-      header.bytes != bytes) {
+  const std::optional<PartialHeader> header = ReadPartialHeader(file, state_);
+  if (!header) return std::nullopt;
+  std::string text(static_cast<std::size_t>(header->bytes), '\0');
+  if (!file.ReadAll(sizeof *header, text.data(), text.size()) ||
+      Checksum(text) != header->bytes_check) {
     return std::nullopt;
   }
-  std::string text(static_cast<std::size_t>(bytes), '\0');
-  if (!file.ReadAll(sizeof header, text.data(), text.size()) ||
-      Checksum(text) != header.bytes_check) {
-    return std::nullopt;
-  }
+  seconds_before_ = header->seconds;
   return text;
 }
 
@@ -424,8 +439,8 @@ std::vector<FoundShard> FindShards(const std::string& folder) {
   return shards;
 }
 
-std::optional<ShardState> ReadUnfinished(const std::string& path) {
-  const InputFile file(path);
+std::optional<ShardState> ReadUnfinished(const FoundShard& found) {
+  const InputFile file(found.path);
   if (!file.ok()) return std::nullopt;
   const std::optional<Header> header = ReadHeader(file);
   if (!header) return std::nullopt;
@@ -437,6 +452,12 @@ std::optional<ShardState> ReadUnfinished(const std::string& path) {
     state.failed += reader.header().failed;
     state.bytes += reader.header().bytes;
     state.seconds = reader.header().seconds;
+  }
+  const std::filesystem::path partial =
+      std::filesystem::path(found.path).replace_filename(found.shard.Name() + kPartial);
+  if (const auto kept = ReadPartialHeader(InputFile(partial.string()), state)) {
+    state.next = kept->end;
+    state.seconds = kept->seconds;
   }
   return state;
 }

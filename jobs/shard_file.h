@@ -86,11 +86,13 @@ class ShardFile {
   /// @param seconds  that were worked since the file was opened
   void Keep(double seconds);
 
-  /// What the next unit, or a sum over the units from it on, has come to. Forgotten when the shard
-  /// goes on beyond `unit`.
-  void KeepPartial(std::int64_t unit, std::string_view bytes);
-  /// Nothing if there is none, or none of `unit`, or a damaged one.
-  std::optional<std::string> ReadPartial(std::int64_t unit) const;
+  /// What the next unit, or a sum over the units from it to `end`, has come to. Forgotten when the
+  /// shard goes on.
+  ///
+  /// @param seconds  as of Keep
+  void KeepPartial(std::int64_t end, double seconds, std::string_view bytes);
+  /// Nothing if there is none, or none from the next unit on, or a damaged one.
+  std::optional<std::string> ReadPartial();
 
   /// All units are done: the file gets its last name.
   void Finish(double seconds);
@@ -142,8 +144,8 @@ struct FoundShard {
 /// read.
 std::vector<FoundShard> FindShards(const std::string& folder);
 
-/// What the file of an unfinished shard says; nothing if it cannot be read.
-std::optional<ShardState> ReadUnfinished(const std::string& path);
+/// What the files of an unfinished shard say, sums included; nothing if they cannot be read.
+std::optional<ShardState> ReadUnfinished(const FoundShard& found);
 
 }  // namespace pokermath
 

@@ -14,7 +14,6 @@
 #include <utility>
 #include <vector>
 
-#include "jobs/list_job.h"
 #include "pages/errors.h"
 
 namespace pokermath {
@@ -44,7 +43,7 @@ class SumsWork {
       : file_(file), options_(options), next_(file.state().next) {
     for (int i = 0; i < options.threads; ++i) adders_.push_back(job.NewAdder());
     std::int64_t kept_next = next_;
-    const auto kept = file.ReadPartial(next_);
+    const auto kept = file.ReadPartial();
     if (kept && ReadBytes(*kept, kept_next, sums())) next_ = kept_next;
   }
 
@@ -81,7 +80,9 @@ class SumsWork {
       const std::span<std::int64_t> others = adders_[i]->sums();
       for (std::size_t k = 0; k < others.size(); ++k) sums()[k] += std::exchange(others[k], 0);
     }
-    if (next_ < end()) file_.KeepPartial(file_.state().next, BytesOf(next_, sums()));
+    if (next_ < end()) {
+      file_.KeepPartial(next_, SecondsSince(start_), BytesOf(next_, sums()));
+    }
   }
 
   void AddUnits(Adder& adder, Clock::time_point time) {
@@ -110,6 +111,7 @@ class SumsWork {
 
   ShardFile& file_;
   const WorkOptions& options_;
+  const Clock::time_point start_ = Clock::now();
   std::vector<std::unique_ptr<Adder>> adders_;  // the first one has the sums so far
   std::atomic<std::int64_t> next_;              // to be added
   std::atomic<bool> stop_ = false;

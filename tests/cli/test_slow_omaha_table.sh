@@ -22,8 +22,8 @@ stop_after() {
   timeout --preserve-status -s INT "$1" "$POKERMATH" tables build omaha-strength --dir "$work" \
     2>"$work/err" >/dev/null
   has "a stop" "$(<"$work/err")" "stopped omaha-strength; the next build goes on from there"
-  # The first unit that is not in the sums stands behind a header of 40 bytes.
-  done=$(od -An -t d8 -j 40 -N 8 "$unfinished/1-of-1.partial")
+  # The first unit that is not in the sums stands third in the header.
+  done=$(od -An -t d8 -j 16 -N 8 "$unfinished/1-of-1.partial")
 }
 stop_after 1.5
 first=$done
@@ -31,7 +31,7 @@ stop_after 0.2
 ((done >= first)) || fail "stopped after $first sets of boards, then after $done"
 cp "$unfinished/1-of-1.partial" "$work/kept"
 # A sum, and how many sets of boards are done.
-for place in 1000 40; do
+for place in 1000 20; do
   printf '\xff' | dd of="$unfinished/1-of-1.partial" bs=1 seek=$place conv=notrunc status=none
   stop_after 0.2
   ((done < first)) || fail "gone on with byte $place damaged: $done sets of boards"
