@@ -41,6 +41,12 @@ struct ThreeOutcomes {
     shares2 += other.shares2;
     shares3 += other.shares3;
   }
+  void MultiplyBy(std::int64_t weight) {
+    cases *= weight;
+    wins *= weight;
+    shares2 *= weight;
+    shares3 *= weight;
+  }
   void DivideBy(std::int64_t count) {
     cases /= count;
     wins /= count;

@@ -17,6 +17,7 @@
 #include <bit>
 #include <limits>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "calculator/solvers.h"
@@ -36,10 +37,13 @@ struct ClassedHolding {
   std::array<std::uint8_t, kSuits> set{};  // of its cards that each suit has
 };
 
+// Of hands of a class by their sets.
+using OwnWeights = std::array<std::int64_t, kOwnSets>;
+
 // Hands of one rank class.
 struct ClassHands {
   std::vector<ClassedHolding> hands;
-  std::array<std::array<std::int64_t, kOwnSets>, kSuits> weights{};  // [suit][set]
+  std::array<OwnWeights, kSuits> weights{};  // [suit]
   std::int64_t total = 0;
 
   void Add(const ClassedHolding& hand) {
@@ -66,6 +70,21 @@ int RankClassOfHand(CardSet cards) {
   return RankClassOf(*cards.begin() % 13, *++cards.begin() % 13);
 }
 
+// Hands of a class that do alike, without their weights: where suits are not told apart, all suited
+// or all other ones, else each by itself.
+std::vector<ClassHands> AlikeIn(const ClassHands& hands, bool knows_no_suits) {
+  std::vector<ClassHands> alike;
+  for (ClassedHolding hand : hands.hands) {
+    hand.weight = 1;
+    auto found = std::ranges::find_if(alike, [&](const ClassHands& others) {
+      return knows_no_suits && IsSuited(others.hands[0]) == IsSuited(hand);
+    });
+    if (found == alike.end()) found = alike.emplace(found);
+    found->Add(hand);
+  }
+  return alike;
+}
+
 // A player's hands by classes.
 class ClassedSide {
  public:
@@ -83,10 +102,6 @@ class ClassedSide {
   std::size_t size() const {
     return static_cast<std::size_t>(
         std::ranges::count_if(classes_, [](const ClassHands& hands) { return hands.total > 0; }));
-  }
-  /// The most that hands of a class weigh together.
-  std::int64_t MostWeight() const {
-    return std::ranges::max(classes_, {}, &ClassHands::total).total;
   }
 
   /// Whether hands that differ in the names of suits have the same weight.
@@ -120,9 +135,12 @@ using Seated = std::array<const ClassHands*, kThree>;
 // How often suits have a set of the six cards.
 using SetWeights = std::array<std::int64_t, SuitSets::kMost>;
 
-// Which of three hands may share a card: a bit for each two of them.
+// The classes of a triple in another order.
+using Order = std::array<std::size_t, kThree>;
+
+// Which of three hands may share a card: a bit each for the first two, the outer two and the last.
 unsigned SharesOf(const RankTriple& triple) {
-  constexpr std::array<std::array<std::size_t, 2>, 3> kTwo = {{{0, 1}, {0, 2}, {1, 2}}};
+  constexpr std::array<std::array<std::size_t, 2>, kThree> kTwo = {{{0, 1}, {0, 2}, {1, 2}}};
   const auto ranks = [&](std::size_t i) {
     const auto [low, high] = RanksOf(triple[i]);
     return 1u << low | 1u << high;
@@ -152,35 +170,37 @@ void AddEach(const Seated& seated, std::size_t suits, SetWeights& weights) {
   }
 }
 
-// Hands of two classes hand by hand, and those of the other one, which share no card with them, by
-// their sets alone.
-void AddPairs(const Seated& seated, std::array<std::size_t, kThree> order, bool share,
-              std::size_t suits, SetWeights& weights) {
-  const auto [first, second, third] = order;
-  std::array<std::array<std::int64_t, kOwnSets * kOwnSets>, kSuits> pairs{};  // [suit][sets]
-  if (share) {
-    for (const ClassedHolding& a : seated[first]->hands) {
-      for (const ClassedHolding& b : seated[second]->hands) {
-        if (a.cards.Meets(b.cards)) continue;
-        const std::int64_t weight = a.weight * b.weight;
-        for (std::size_t suit = 0; suit < suits; ++suit) {
-          pairs[suit][a.set[suit] * kOwnSets + b.set[suit]] += weight;
-        }
+// Adds the ways in which three classes have their sets of a suit, which are independent.
+void AddProducts(const OwnWeights& a, const OwnWeights& b, const OwnWeights& c, Order order,
+                 SetWeights& weights) {
+  for (std::size_t set_a = 0; set_a < kOwnSets; ++set_a) {
+    if (a[set_a] == 0) continue;
+    for (std::size_t set_b = 0; set_b < kOwnSets; ++set_b) {
+      const std::int64_t both = a[set_a] * b[set_b];
+      const std::size_t sets = set_a << 2 * order[0] | set_b << 2 * order[1];
+      for (std::size_t set_c = 0; set_c < kOwnSets; ++set_c) {
+        weights[sets | set_c << 2 * order[2]] += both * c[set_c];
       }
     }
   }
-  for (std::size_t suit = 0; suit < suits; ++suit) {
-    for (std::size_t a = 0; a < kOwnSets; ++a) {
-      for (std::size_t b = 0; b < kOwnSets; ++b) {
-        const std::int64_t pair =
-            share ? pairs[suit][a * kOwnSets + b]
-                  : seated[first]->weights[suit][a] * seated[second]->weights[suit][b];
-        if (pair == 0) continue;
-        for (std::size_t c = 0; c < kOwnSets; ++c) {
-          weights[a << 2 * first | b << 2 * second | c << 2 * third] +=
-              pair * seated[third]->weights[suit][c];
-        }
-      }
+}
+
+// Where no two share a card but with those of the first class: one hand of it after the other.
+void AddAround(const Seated& seated, Order order, std::size_t suits, SetWeights& weights) {
+  const auto beside = [&](const ClassedHolding& hand, const ClassHands& others) {
+    std::array<OwnWeights, kSuits> left{};
+    for (const ClassedHolding& other : others.hands) {
+      if (other.cards.Meets(hand.cards)) continue;
+      for (std::size_t suit = 0; suit < suits; ++suit) left[suit][other.set[suit]] += other.weight;
+    }
+    return left;
+  };
+  for (const ClassedHolding& hand : seated[order[0]]->hands) {
+    const auto left1 = beside(hand, *seated[order[1]]), left2 = beside(hand, *seated[order[2]]);
+    for (std::size_t suit = 0; suit < suits; ++suit) {
+      OwnWeights own{};
+      own[hand.set[suit]] = hand.weight;
+      AddProducts(own, left1[suit], left2[suit], order, weights);
     }
   }
 }
@@ -188,14 +208,25 @@ void AddPairs(const Seated& seated, std::array<std::size_t, kThree> order, bool 
 // @param suits  those that are looked at: all, or the first one for all of them
 SetWeights WeightsOf(const Seated& seated, unsigned shares, std::size_t suits) {
   SetWeights weights{};
-  if (std::popcount(shares) > 1) {
-    AddEach(seated, suits, weights);
-  } else if (shares == 2) {
-    AddPairs(seated, {0, 2, 1}, true, suits, weights);
-  } else if (shares == 4) {
-    AddPairs(seated, {1, 2, 0}, true, suits, weights);
-  } else {
-    AddPairs(seated, {0, 1, 2}, shares != 0, suits, weights);
+  switch (shares) {
+    case 0:
+      for (std::size_t suit = 0; suit < suits; ++suit) {
+        AddProducts(seated[0]->weights[suit], seated[1]->weights[suit], seated[2]->weights[suit],
+                    {0, 1, 2}, weights);
+      }
+      break;
+    case 0b111:
+      AddEach(seated, suits, weights);
+      break;
+    case 0b101:
+    case 0b100:
+      AddAround(seated, {1, 0, 2}, suits, weights);
+      break;
+    case 0b110:
+      AddAround(seated, {2, 0, 1}, suits, weights);
+      break;
+    default:
+      AddAround(seated, {0, 1, 2}, suits, weights);
   }
   return weights;
 }
@@ -203,43 +234,51 @@ SetWeights WeightsOf(const Seated& seated, unsigned shares, std::size_t suits) {
 // Boards by who shares them, of all matchups of some hands.
 using WeightedTimes = std::array<Int128, 8>;
 
-// Whether what a triple adds up to fits into 64 bits: a number of a table has 24 of them and a
-// sign.
-bool FitsInt64(std::int64_t most1, std::int64_t most2, std::int64_t most3) {
-  return Int128{most1} * most2 * most3 * static_cast<int>(kSuits) < Int128{1} << (63 - 25);
-}
+// Weights of sets in two parts, whose products with boards floating point holds exactly.
+constexpr int kLowBits = 26;
+constexpr std::int64_t kMostMatchups = std::int64_t{16 * 16 * 16} * 10000 * 10000 * 10000;
+static_assert((kSuits * kMostMatchups >> kLowBits) < 1 << 28);
+static_assert(SuitSets::kMost * std::int64_t{1 << 28} * kMostChange < std::int64_t{1} << 53);
 
-template <typename Number>
 void AddTimes(const ThreeWayCounts& counts, const SetWeights& weights, std::size_t suits,
               WeightedTimes& times) {
-  std::array<Number, 8> changes{};
-  std::int64_t all = 0;
+  std::array<double, SuitSets::kMost> low, high;
+  std::int64_t all = 0, all_high = 0;
   for (std::size_t place = 0; place < counts.sets.size(); ++place) {
     const std::int64_t weight = weights[counts.sets.begin()[place]];
+    low[place] = static_cast<double>(weight & ((1 << kLowBits) - 1));
+    high[place] = static_cast<double>(weight >> kLowBits);
     all += weight;
-    for (std::size_t i = 0; i < changes.size(); ++i) {
-      changes[i] += Number{weight} * counts.changes[place][i];
+    all_high += weight >> kLowBits;
+  }
+  // Every suit has seen every matchup.
+  const Int128 matchups = all / static_cast<int>(suits);
+  for (std::size_t i = 1; i < times.size(); ++i) times[i] += matchups * counts.by_ranks[i];
+  const auto add_changes = [&](const std::array<double, SuitSets::kMost>& part, int bits) {
+    const std::array<double, 8> changes = SumChanges(BestIsa(), counts, part);
+    const Int128 one = Int128{kSuits / suits} << bits;
+    for (std::size_t i = 1; i < times.size(); ++i) {
+      times[i] += static_cast<std::int64_t>(changes[i]) * one;
     }
-  }
-  // Every matchup was seen by each suit.
-  for (std::size_t i = 1; i < times.size(); ++i) {
-    const auto by_ranks = Number{all} / static_cast<int>(suits) * counts.by_ranks[i];
-    times[i] += by_ranks + changes[i] * static_cast<int>(kSuits / suits);
-  }
+  };
+  add_changes(low, 0);
+  if (all_high > 0) add_changes(high, kLowBits);
 }
 
 class ThreeWayWork final : public Work {
  public:
   explicit ThreeWayWork(const QuestionPointer& question)
-      : settler_(*question), table_(ThreeWayTable::Get()) {
+      : question_(question), settler_(*question), table_(ThreeWayTable::Get()) {
     for (std::size_t i = 0; i < kThree; ++i) {
       first_like_[i] = FirstLike(*question, i);
       sides_.emplace_back(question->players()[i]);
     }
     const auto knows_no_suits = [](const ClassedSide& side) { return side.KnowsNoSuits(); };
     suits_ = std::ranges::all_of(sides_, knows_no_suits) ? 1 : kSuits;
-    fits_ = FitsInt64(sides_[0].MostWeight(), sides_[1].MostWeight(), sides_[2].MostWeight());
     FindTriples();
+    for (std::size_t i = 0; i < kThree && question->asked().detail.hands; ++i) {
+      if (first_like_[i] == i) FindAlike(i);
+    }
   }
 
   const char* name() const override { return "matchups of three hands"; }
@@ -251,8 +290,10 @@ class ThreeWayWork final : public Work {
   void Do(std::int64_t step, std::span<Int128> sums) const override {
     const std::size_t first = static_cast<std::size_t>(step) * kTriplesAStep;
     const std::size_t count = std::min(kTriplesAStep, triples_.size() - first);
+    const auto triples = std::span(triples_).subspan(first, count);
+    if (question_->asked().detail.hands) return AddByHand(triples, sums);
     WeightedTimes times{};
-    for (const RankTriple& triple : std::span(triples_).subspan(first, count)) Add(triple, times);
+    for (const RankTriple& triple : triples) Add(triple, times);
     for (unsigned sharers = 1; sharers < times.size(); ++sharers) {
       if (times[sharers] != 0) settler_.AddSharers(sharers, times[sharers], sums);
     }
@@ -300,38 +341,25 @@ class ThreeWayWork final : public Work {
     }
   }
 
-  void Add(const RankTriple& triple, WeightedTimes& all) const {
-    const ThreeWayCounts counts =
-        table_ != nullptr ? table_->Of(triple) : CountThreeWay(BestIsa(), triple);
-    if (counts.sets.size() == 0) return;
-    const unsigned shares = SharesOf(triple);
-    // Players with the same range do the same.
-    struct Known {
-      Seating ranges;
-      WeightedTimes times;
-    };
-    std::array<Known, 6> known;
-    std::size_t count = 0;
-    ForEachSeating(triple, [&](const Seating& seating, const Seated& seated) {
-      Seating ranges;
-      for (std::size_t i = 0; i < kThree; ++i) ranges[i] = first_like_[seating[i]];
-      const auto end = known.begin() + static_cast<std::ptrdiff_t>(count);
-      auto found =
-          std::find_if(known.begin(), end, [&](const Known& one) { return one.ranges == ranges; });
-      if (found == end) {
-        *found = {ranges, {}};
-        ++count;
-        const SetWeights weights = WeightsOf(seated, shares, suits_);
-        if (fits_) {
-          AddTimes<std::int64_t>(counts, weights, suits_, found->times);
-        } else {
-          AddTimes<Int128>(counts, weights, suits_, found->times);
-        }
-      }
-      for (unsigned sharers = 1; sharers < all.size(); ++sharers) {
-        all[PlayersOf(seating, sharers)] += found->times[sharers];
-      }
-    });
+  void FindAlike(std::size_t player) {
+    for (int i = 0; i < kRankClasses; ++i) {
+      alike_[player].push_back(AlikeIn(std::as_const(sides_[player]).Of(i), suits_ == 1));
+    }
+    const Side& side = question_->players()[player];
+    for (const WeightedHand& hand : side.range.hands()) {
+      weights_[player].push_back(hand.weight / side.unit);
+    }
+  }
+
+  ThreeWayCounts CountsOf(const RankTriple& triple) const {
+    return table_ != nullptr ? table_->Of(triple) : CountThreeWay(BestIsa(), triple);
+  }
+
+  // Players with the same range do the same.
+  Seating RangesOf(const Seating& seating) const {
+    Seating ranges;
+    for (std::size_t i = 0; i < kThree; ++i) ranges[i] = first_like_[seating[i]];
+    return ranges;
   }
 
   static unsigned PlayersOf(const Seating& seating, unsigned sharers) {
@@ -340,13 +368,110 @@ class ThreeWayWork final : public Work {
     return players;
   }
 
+  void Add(const RankTriple& triple, WeightedTimes& all) const {
+    const ThreeWayCounts counts = CountsOf(triple);
+    const unsigned shares = SharesOf(triple);
+    struct Known {
+      Seating ranges;
+      WeightedTimes times;
+    };
+    std::array<Known, 6> known;
+    std::size_t count = 0;
+    ForEachSeating(triple, [&](const Seating& seating, const Seated& seated) {
+      const Seating ranges = RangesOf(seating);
+      std::size_t place = 0;
+      while (place < count && known[place].ranges != ranges) ++place;
+      WeightedTimes& times = known[place].times;
+      if (place == count) {
+        known[count++] = {ranges, {}};
+        AddTimes(counts, WeightsOf(seated, shares, suits_), suits_, times);
+      }
+      for (unsigned sharers = 1; sharers < all.size(); ++sharers) {
+        all[PlayersOf(seating, sharers)] += times[sharers];
+      }
+    });
+  }
+
+  using OutcomesOfPlayers = std::array<std::vector<ThreeOutcomes>, kThree>;
+
+  void AddByHand(std::span<const RankTriple> triples, std::span<Int128> sums) const {
+    OutcomesOfPlayers outcomes;
+    for (std::size_t i = 0; i < kThree; ++i) {
+      if (first_like_[i] == i) outcomes[i].resize(1 + question_->players()[i].range.size());
+    }
+    for (const RankTriple& triple : triples) AddByHand(triple, outcomes);
+    for (std::size_t i = 0; i < kThree; ++i) {
+      AddOutcomes(settler_.layout(), i, outcomes[first_like_[i]], sums);
+    }
+  }
+
+  void AddByHand(const RankTriple& triple, OutcomesOfPlayers& outcomes) const {
+    const ThreeWayCounts counts = CountsOf(triple);
+    const unsigned shares = SharesOf(triple);
+    // A player with one of the classes, and how often the others have the other ones.
+    struct Hero {
+      std::size_t player, position;
+      Seating ranges;
+      Seated seated;
+      std::int64_t times;
+    };
+    std::vector<Hero> heroes;
+    ForEachSeating(triple, [&](const Seating& seating, const Seated& seated) {
+      const Seating ranges = RangesOf(seating);
+      for (std::size_t i = 0; i < kThree; ++i) {
+        if (ranges[i] != seating[i]) continue;
+        const auto found = std::ranges::find_if(heroes, [&](const Hero& hero) {
+          return hero.player == seating[i] && hero.position == i && hero.ranges == ranges;
+        });
+        if (found == heroes.end()) {
+          heroes.push_back({seating[i], i, ranges, seated, 1});
+        } else {
+          ++found->times;
+        }
+      }
+    });
+    for (Hero& hero : heroes) {
+      const auto rank_class = static_cast<std::size_t>(triple[hero.position]);
+      for (std::size_t i = 0; i < alike_[hero.player][rank_class].size(); ++i) {
+        const ClassHands& hands = alike_[hero.player][rank_class][i];
+        hero.seated[hero.position] = &hands;
+        WeightedTimes times{};
+        AddTimes(counts, WeightsOf(hero.seated, shares, suits_), suits_, times);
+        ThreeOutcomes together = OutcomesOf(times, hero.position);
+        together.DivideBy(static_cast<std::int64_t>(hands.hands.size()));
+        for (const ClassedHolding& hand : hands.hands) {
+          ThreeOutcomes of_hand = together;
+          of_hand.MultiplyBy(hero.times * weights_[hero.player][hand.place]);
+          outcomes[hero.player][0].Add(of_hand);
+          outcomes[hero.player][1 + hand.place].Add(of_hand);
+        }
+      }
+    }
+  }
+
+  static ThreeOutcomes OutcomesOf(const WeightedTimes& times, std::size_t position) {
+    ThreeOutcomes outcomes;
+    for (unsigned sharers = 1; sharers < times.size(); ++sharers) {
+      outcomes.cases += times[sharers];
+      if ((sharers >> position & 1) == 0) continue;
+      const int others = std::popcount(sharers) - 1;
+      (others == 0   ? outcomes.wins
+       : others == 1 ? outcomes.shares2
+                     : outcomes.shares3) += times[sharers];
+    }
+    return outcomes;
+  }
+
+  QuestionPointer question_;
   Settler settler_;
   const ThreeWayTable* table_;
   std::array<std::size_t, kThree> first_like_{};
   std::vector<ClassedSide> sides_;
   std::size_t suits_ = kSuits;
-  bool fits_ = false;
   std::vector<RankTriple> triples_;
+  // Where every hand is asked for, of the first players of a range: [class], and [place].
+  std::array<std::vector<std::vector<ClassHands>>, kThree> alike_;
+  std::array<std::vector<std::int64_t>, kThree> weights_;
 };
 
 }  // namespace
@@ -356,16 +481,26 @@ bool KnowsThreeWay(const CheckedQuestion& question) {
   const Detail& detail = asked.detail;
   return asked.game == Game::kHoldem && question.players().size() == kThree &&
          question.folded().empty() && question.board().empty() && question.dead().empty() &&
-         asked.street == Street::kRiver && !detail.hands && !detail.next && !detail.made;
+         asked.street == Street::kRiver && !detail.next && !detail.made;
 }
 
 std::optional<double> ThreeWayCost(const CheckedQuestion& question) {
-  if (!KnowsThreeWay(question) || ThreeWayTable::Get() == nullptr) return std::nullopt;
-  double seatings = 1;
-  for (const Side& side : question.players()) {
-    seatings *= static_cast<double>(ClassedSide(side).size());
+  // A table is not read for what is counted in no time.
+  if (!KnowsThreeWay(question) || std::ranges::all_of(question.players(), &Side::IsOneHand) ||
+      ThreeWayTable::Get() == nullptr) {
+    return std::nullopt;
   }
-  return 1e6 + 1000 * seatings;
+  double seatings = 1;
+  for (std::size_t i = 0; i < kThree; ++i) {
+    seatings *= static_cast<double>(ClassedSide(question.players()[i]).size());
+    // Of players with the same range it does not matter who has which class.
+    std::size_t alike = 0;
+    for (std::size_t k = 0; k <= i; ++k) alike += FirstLike(question, k) == FirstLike(question, i);
+    seatings /= static_cast<double>(alike);
+  }
+  // Each player's hands of a class are one, or up to two kinds, or twelve.
+  if (question.asked().detail.hands) seatings *= 15;
+  return 1e6 + 600 * seatings;
 }
 
 std::unique_ptr<const Work> StartThreeWay(const QuestionPointer& question) {

@@ -1,8 +1,11 @@
 #include "kernels/three_way.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "kernels/several_hands.h"
+#include "platform/dispatch.h"
+#include "platform/made_once.h"
 
 namespace pokermath {
 namespace {
@@ -37,7 +40,25 @@ RankTriple RankTripleOf(std::int64_t number) {
   return triple;
 }
 
-SuitSets::SuitSets(const RankTriple& triple) {
+// They depend on nothing but which of the six cards are of one rank.
+const SuitSets& SuitSets::Of(const RankTriple& triple) {
+  static const MadeOnce<SuitSets> sets(1 << 15);
+  std::size_t same = 0;
+  const auto add = [&](int rank1, int rank2) { same = 2 * same + (rank1 == rank2 ? 1 : 0); };
+  for (std::size_t i = 0; i < 3; ++i) {
+    const auto& [low1, high1] = RanksOf(triple[i]);
+    const auto& [low2, high2] = RanksOf(triple[(i + 1) % 3]);
+    add(low1, high1);
+    add(low1, low2);
+    add(low1, high2);
+    add(high1, low2);
+    add(high1, high2);
+  }
+  return sets.Get(same, [&](SuitSets& made) { made.Find(triple); });
+}
+
+void SuitSets::Find(const RankTriple& triple) {
+  size_ = 0;
   std::array<int, 13> cards{};
   RankSet whole = 0;  // ranks of which every suit has a card
   std::array<unsigned, 3> most{};
@@ -46,7 +67,7 @@ SuitSets::SuitSets(const RankTriple& triple) {
     most[i] = low == high ? 1 : 3;
     for (const int rank : {low, high}) {
       const int count = ++cards[static_cast<std::size_t>(rank)];
-      if (count > 4) return;
+      if (count > 4) return;  // nothing was found yet
       if (count == 4) whole = static_cast<RankSet>(whole | 1u << rank);
     }
   }
@@ -66,7 +87,7 @@ SuitSets::SuitSets(const RankTriple& triple) {
 }
 
 ThreeWayCounts CountThreeWay(Isa isa, const RankTriple& triple) {
-  ThreeWayCounts counts{.sets = SuitSets(triple), .by_ranks = {}, .changes = {}};
+  ThreeWayCounts counts{.sets = SuitSets::Of(triple), .by_ranks = {}, .changes = {}};
   if (counts.sets.size() == 0) return counts;
   std::array<std::int64_t, 8> times{};
   CountByRanks(isa, HandsOf(triple, 0), times);
@@ -78,6 +99,24 @@ ThreeWayCounts CountThreeWay(Isa isa, const RankTriple& triple) {
     counts.changes[place++] = Narrow(times);
   }
   return counts;
+}
+
+std::array<double, 8> SumChanges(Isa isa, const ThreeWayCounts& counts,
+                                 std::span<const double> weights) {
+  using Whole = std::int32_t __attribute__((vector_size(32)));
+  using Sums = double __attribute__((vector_size(64)));
+  static_assert(sizeof(Whole) == sizeof(ThreeWayTimes));
+  std::array<double, 8> out;
+  Dispatch(isa, [&](auto) POKERMATH_INLINE {
+    Sums sums{};
+    for (std::size_t place = 0; place < counts.sets.size(); ++place) {
+      Whole changes;
+      std::memcpy(&changes, counts.changes[place].data(), sizeof changes);
+      sums += weights[place] * __builtin_convertvector(changes, Sums);
+    }
+    std::memcpy(out.data(), &sums, sizeof sums);
+  });
+  return out;
 }
 
 }  // namespace pokermath

@@ -11,6 +11,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 #include "kernels/decks.h"
 #include "kernels/hole_cards.h"
@@ -36,15 +37,16 @@ class SuitSets {
  public:
   static constexpr std::size_t kMost = 64;
 
-  SuitSets() = default;
-  explicit SuitSets(const RankTriple& triple);
+  static const SuitSets& Of(const RankTriple& triple);
 
   std::size_t size() const { return size_; }
   const std::uint8_t* begin() const { return sets_.data(); }
   const std::uint8_t* end() const { return begin() + size_; }
 
  private:
-  std::array<std::uint8_t, kMost> sets_;
+  void Find(const RankTriple& triple);
+
+  std::array<std::uint8_t, kMost> sets_{};
   std::size_t size_ = 0;
 };
 
@@ -52,14 +54,25 @@ class SuitSets {
 using ThreeWayTimes = std::array<std::int32_t, 8>;
 inline constexpr int kThreeWayBoards = Choose(46, 5);
 
+/// A suit changes no more boards than have three cards of it.
+inline constexpr int kMostChange =
+    Choose(13, 3) * Choose(33, 2) + Choose(13, 4) * Choose(33, 1) + Choose(13, 5);
+
 struct ThreeWayCounts {
-  SuitSets sets;
+  const SuitSets& sets;
   ThreeWayTimes by_ranks;
   std::array<ThreeWayTimes, SuitSets::kMost> changes;  ///< [place in sets]
 };
 
 /// Where there are no sets nothing is counted.
 ThreeWayCounts CountThreeWay(Isa isa, const RankTriple& triple);
+
+/// What suits change together, each set as often as its weight says. Exact where all products and
+/// sums are whole numbers below 2^53.
+///
+/// @param weights  [place in sets]
+std::array<double, 8> SumChanges(Isa isa, const ThreeWayCounts& counts,
+                                 std::span<const double> weights);
 
 }  // namespace pokermath
 

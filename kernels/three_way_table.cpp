@@ -17,9 +17,6 @@ constexpr std::size_t kColumns = 6;
 constexpr int kBoardBits = 21, kLeastBits = 19, kWidthBits = 5;
 constexpr std::int32_t kLeast = -(1 << (kLeastBits - 1));
 constexpr int kMostWidth = 19;
-// A suit changes no more boards than have three cards of it.
-constexpr int kMostChange =
-    Choose(13, 3) * Choose(33, 2) + Choose(13, 4) * Choose(33, 1) + Choose(13, 5);
 static_assert(kThreeWayBoards < 1 << kBoardBits);
 static_assert(kMostChange <= -kLeast && 2 * kMostChange < 1 << kMostWidth);
 static_assert(kMostWidth < 1 << kWidthBits);
@@ -141,13 +138,12 @@ struct TripleHead {
   }
 };
 
-void ReadTriple(const char* bytes, ThreeWayCounts& counts) {
+ThreeWayCounts ReadTriple(const RankTriple& triple, const char* bytes) {
+  ThreeWayCounts counts{.sets = SuitSets::Of(triple), .by_ranks = {}, .changes = {}};
+  if (counts.sets.size() == 0) return counts;
   BitReader reader(bytes);
   const TripleHead head(reader);
   counts.by_ranks = head.by_ranks;
-  for (std::size_t place = 0; place < counts.sets.size(); ++place) {
-    counts.changes[place][0] = counts.changes[place][7] = 0;
-  }
   for (std::size_t i = 1; i <= kColumns; ++i) {
     const auto [least, width] = head.columns[i - 1];
     for (std::size_t place = 0; place < counts.sets.size(); ++place) {
@@ -156,6 +152,7 @@ void ReadTriple(const char* bytes, ThreeWayCounts& counts) {
       counts.changes[place][7] -= change;
     }
   }
+  return counts;
 }
 
 // --- the file ---
@@ -184,7 +181,7 @@ std::vector<std::uint32_t> StartsOf(std::string_view payload) {
     for (int b = 0; b <= c; ++b) {
       for (int a = 0; a <= b; ++a) {
         starts.push_back(static_cast<std::uint32_t>(start));
-        const SuitSets sets({a, b, c});
+        const SuitSets& sets = SuitSets::Of({a, b, c});
         if (sets.size() == 0) continue;
         if (payload.size() - start < kTripleBits / 8) return {};
         BitReader reader(payload.data() + start);
@@ -264,10 +261,8 @@ std::string ThreeWayFault(std::string_view bytes) {
   const std::vector<std::uint32_t> starts = StartsOf(payload);
   if (starts.empty()) return "its triples do not fill it";
   for (std::size_t number = 0; number < starts.size(); ++number) {
-    ThreeWayCounts counts;
-    counts.sets = SuitSets(RankTripleOf(static_cast<std::int64_t>(number)));
-    if (counts.sets.size() == 0) continue;
-    ReadTriple(payload.data() + starts[number], counts);
+    const RankTriple triple = RankTripleOf(static_cast<std::int64_t>(number));
+    const ThreeWayCounts counts = ReadTriple(triple, payload.data() + starts[number]);
     const auto changes = std::span(counts.changes).first(counts.sets.size());
     if (!IsOfBoards(counts.by_ranks) || !std::ranges::all_of(changes, IsChange)) {
       return "triple " + std::to_string(number) + " has more boards than there are";
@@ -292,13 +287,9 @@ ThreeWayTable::ThreeWayTable(LargeTable<std::uint8_t> bytes) : bytes_(std::move(
 }
 
 ThreeWayCounts ThreeWayTable::Of(const RankTriple& triple) const {
-  ThreeWayCounts counts;
-  counts.sets = SuitSets(triple);
-  if (counts.sets.size() == 0) return counts;
   const std::uint8_t* payload = bytes_.data() + sizeof(Header);
   const std::uint32_t start = starts_[static_cast<std::size_t>(NumberOf(triple))];
-  ReadTriple(reinterpret_cast<const char*>(payload + start), counts);
-  return counts;
+  return ReadTriple(triple, reinterpret_cast<const char*>(payload + start));
 }
 
 }  // namespace pokermath

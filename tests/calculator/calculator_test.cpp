@@ -694,19 +694,32 @@ TEST(Solvers, EqualPlainEnumerationWhereSuitsAreAlike) {
 std::vector<Int128> SumsOfMatchups(const CheckedQuestion& question) {
   const Settler settler(question);
   std::vector<Int128> sums(SumsLayout(question).size());
-  const auto hands_of = [&](std::size_t i) { return question.players()[i].range.hands(); };
-  for (const WeightedHand& a : hands_of(0)) {
-    for (const WeightedHand& b : hands_of(1)) {
-      if (a.cards.Meets(b.cards)) continue;
-      for (const WeightedHand& c : hands_of(2)) {
-        if (c.cards.Meets(a.cards | b.cards)) continue;
+  const auto hand_of = [&](const SettledDeal& deal, std::size_t i) -> const WeightedHand& {
+    return question.players()[i].range.hands()[deal.hands[i]];
+  };
+  SettledDeal deal;
+  const auto settle = [&](std::span<const CardSet, 3> hands, Int128 weight) {
+    std::vector<std::int64_t> times(8);
+    CountSeveralHands(BestIsa(), Deck::kFull, hands, {}, Street::kRiver, times);
+    for (unsigned sharers = 1; sharers < 8; ++sharers) {
+      if (times[sharers] == 0) continue;
+      for (std::size_t i = 0; i < 3; ++i) deal.worths[i].high = (sharers >> i & 1) != 0 ? 2 : 1;
+      settler.Add(deal, weight * times[sharers], sums);
+    }
+  };
+  const auto size_of = [&](std::size_t i) { return question.players()[i].range.size(); };
+  for (deal.hands[0] = 0; deal.hands[0] < size_of(0); ++deal.hands[0]) {
+    for (deal.hands[1] = 0; deal.hands[1] < size_of(1); ++deal.hands[1]) {
+      for (deal.hands[2] = 0; deal.hands[2] < size_of(2); ++deal.hands[2]) {
+        std::array<CardSet, 3> hands;
+        CardSet all;
         Int128 weight = 1;
-        const std::array<const WeightedHand*, 3> hands = {&a, &b, &c};
-        for (std::size_t i = 0; i < 3; ++i) weight *= hands[i]->weight / question.players()[i].unit;
-        std::vector<std::int64_t> times(8);
-        CountSeveralHands(BestIsa(), Deck::kFull, std::array{a.cards, b.cards, c.cards}, {},
-                          Street::kRiver, times);
-        for (unsigned i = 1; i < 8; ++i) settler.AddSharers(i, weight * times[i], sums);
+        for (std::size_t i = 0; i < 3; ++i) {
+          hands[i] = hand_of(deal, i).cards;
+          all |= hands[i];
+          weight *= hand_of(deal, i).weight / question.players()[i].unit;
+        }
+        if (all.size() == 6) settle(hands, weight);
       }
     }
   }
@@ -745,6 +758,7 @@ int CompareThreeWay(std::uint32_t seed, int count) {
       question.players.push_back(repeat ? question.players.back()
                                         : RangeOfFewRanks(random, ranks, knows_suits));
     }
+    question.detail.hands = random() % 2 == 0;
     SCOPED_TRACE(Trace(question));
     const Result<CheckedQuestion> checked = Check(question);
     if (!checked) continue;
@@ -764,7 +778,8 @@ TEST(SolversSlow, ThreeWayEqualsPlainEnumeration) {
                            {{Cards("QcJd"), 7}, {Cards("QdJc"), 9}, {Cards("TcTd")}});
   for (const EquityQuestion& question :
        {EquityQuestion{.players = {Hand("AhKd"), Hand("QcQd"), weighted}},
-        EquityQuestion{.players = {Holdings("AKs"), Hand("AhQh"), Hand("7c7d")}}}) {
+        EquityQuestion{.players = {Holdings("AKs"), Hand("AhQh"), Hand("7c7d")},
+        .detail = {.hands = true}}}) {
     SCOPED_TRACE(Trace(question));
     const auto shared = std::make_shared<const CheckedQuestion>(*Check(question));
     EXPECT_EQ(SumsOf(*StartThreeWay(shared), *shared), SumsOf(*StartPlain(shared), *shared));
@@ -787,7 +802,6 @@ TEST(Solvers, ThreeWayLeavesWhatItDoesNotKnow) {
   expect_unknown([&](EquityQuestion& question) { question.board = Cards("2c7dTh"); });
   expect_unknown([&](EquityQuestion& question) { question.dead = Cards("2c"); });
   expect_unknown([&](EquityQuestion& question) { question.street = Street::kTurn; });
-  expect_unknown([&](EquityQuestion& question) { question.detail.hands = true; });
   expect_unknown([&](EquityQuestion& question) { question.detail.next = true; });
   expect_unknown([&](EquityQuestion& question) { question.detail.made = true; });
   expect_unknown([](EquityQuestion& question) {

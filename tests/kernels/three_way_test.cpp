@@ -98,7 +98,7 @@ std::string PayloadWith(std::vector<std::int64_t> numbers) {
   for (std::int64_t i = 0; i < kThreeWayUnits; ++i) {
     if (std::ranges::binary_search(numbers, i)) {
       AppendThreeWay(i, i + 1, payload);
-    } else if (SuitSets(RankTripleOf(i)).size() > 0) {
+    } else if (SuitSets::Of(RankTripleOf(i)).size() > 0) {
       payload += nothing;
     }
   }
