@@ -490,17 +490,20 @@ std::optional<double> ThreeWayCost(const CheckedQuestion& question) {
       ThreeWayTable::Get() == nullptr) {
     return std::nullopt;
   }
-  double seatings = 1;
+  double seatings = 1, ranges = 0;
+  bool know_no_suits = true;
   for (std::size_t i = 0; i < kThree; ++i) {
-    seatings *= static_cast<double>(ClassedSide(question.players()[i]).size());
+    const ClassedSide side(question.players()[i]);
+    seatings *= static_cast<double>(side.size());
+    know_no_suits = know_no_suits && side.KnowsNoSuits();
     // Of players with the same range it does not matter who has which class.
     std::size_t alike = 0;
     for (std::size_t k = 0; k <= i; ++k) alike += FirstLike(question, k) == FirstLike(question, i);
     seatings /= static_cast<double>(alike);
+    ranges += alike == 1 ? 1 : 0;
   }
-  // Each player's hands of a class are one, or up to two kinds, or twelve.
-  if (question.asked().detail.hands) seatings *= 15;
-  return 1e6 + 600 * seatings;
+  if (question.asked().detail.hands) seatings *= ranges * (know_no_suits ? 4 : 12);
+  return 1e6 + 550 * seatings;
 }
 
 std::unique_ptr<const Work> StartThreeWay(const QuestionPointer& question) {

@@ -5,9 +5,9 @@ set -u
 : "${POKERMATH_TEST_DATA:=$(dirname "${BASH_SOURCE[0]}")/../data}"
 export LC_ALL=C TERM=dumb
 unset NO_COLOR
-unset POKERMATH_DATA XDG_DATA_HOME
-
 work=$(mktemp -d)
+unset POKERMATH_DATA XDG_DATA_HOME
+export HOME=$work # without the tables of whoever tests
 trap 'rm -rf "$work"' EXIT
 failures=0
 
