@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <memory>
 #include <vector>
 
@@ -146,15 +147,31 @@ class MatchupsWork final : public TwoRangesWork {
 
 // Rank classes that some ranges have together.
 int ClassesIn(std::span<const Side> sides) {
-  std::array<bool, kRankClasses> held{};
+  // By the lower rank, a bit for each higher one, and its own for the pair.
+  std::array<unsigned, 14> held{};
   for (const Side& side : sides) {
     for (const WeightedHand& hand : side.range.hands()) {
-      auto card = hand.cards.begin();
-      const int rank = *card % 13;
-      held[static_cast<std::size_t>(RankClassOf(rank, *++card % 13))] = true;
+      const std::uint64_t bits = hand.cards.bits();
+      const auto ranks =
+          static_cast<unsigned>((bits | bits >> 13 | bits >> 26 | bits >> 39) & kAllRanks);
+      const unsigned higher = ranks & (ranks - 1);
+      held[static_cast<std::size_t>(std::countr_zero(ranks | 1u << 13))] |=
+          higher != 0 ? higher : ranks;
     }
   }
-  return static_cast<int>(std::ranges::count(held, true));
+  int classes = 0;
+  for (const unsigned ranks : held) classes += std::popcount(ranks);
+  return classes;
+}
+
+RankClassSet ClassesOf(const TwoRanges& ranges) {
+  RankClassSet classes;
+  for (const auto hands : {ranges.hands1, ranges.hands2}) {
+    for (const auto& [card1, card2, weight] : hands) {
+      classes.set(static_cast<std::size_t>(RankClassOf(card1 % 13, card2 % 13)));
+    }
+  }
+  return classes;
 }
 
 class ClassesWork final : public TwoRangesWork {
@@ -183,8 +200,8 @@ class ClassesWork final : public TwoRangesWork {
     const Deck deck = DeckOf(question.rules());
     const Street street = question.asked().street;
     if (!question.board().empty()) {
-      counts_ =
-          std::make_unique<Runouts>(BestIsa(), deck, ListOf(question.board()), question.street());
+      counts_ = std::make_unique<Runouts>(BestIsa(), deck, ListOf(question.board()),
+                                          question.street(), ClassesOf(ranges()));
     } else if (!question.dead().empty()) {
       counts_ = EmptyBoardCountsWithout(question.dead(), BestIsa(), deck, street);
     } else {

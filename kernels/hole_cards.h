@@ -7,6 +7,7 @@
 #define POKERMATH_KERNELS_HOLE_CARDS_H_
 
 #include <array>
+#include <bitset>
 #include <cstdint>
 #include <span>
 #include <utility>
@@ -23,6 +24,8 @@ constexpr int RankClassOf(int rank1, int rank2) {
   const int low = rank1 > rank2 ? rank2 : rank1;
   return high * (high + 1) / 2 + low;
 }
+
+using RankClassSet = std::bitset<kRankClasses>;
 
 inline constexpr RankSet kNoSet = 0x2000;  ///< stands where there is no set
 

@@ -26,10 +26,11 @@ RangeMatchups::Side::Side(std::span<const WeightedPair> pairs) : hands(pairs.siz
   for (const WeightedPair& pair : pairs) ++ends[ClassOf(pair)];
   std::size_t end = 0;
   for (std::size_t number = 0; number < kRankClasses; ++number) {
-    const std::span<const Hand> of_class = std::span(hands).subspan(end, ends[number]);
-    if (!of_class.empty()) classes.push_back({static_cast<int>(number), of_class, {}});
-    end += ends[number];
-    ends[number] = static_cast<std::uint16_t>(end - of_class.size());  // now where they start
+    const std::size_t size = ends[number];
+    if (size == 0) continue;
+    classes.push_back({static_cast<int>(number), std::span(hands).subspan(end, size), {}});
+    ends[number] = static_cast<std::uint16_t>(end);  // now where they start
+    end += size;
   }
   for (std::size_t i = 0; i < pairs.size(); ++i) {
     const auto& [card1, card2, weight] = pairs[i];

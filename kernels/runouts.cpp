@@ -398,9 +398,10 @@ POKERMATH_KERNEL Counts Flushes(const KnownBoard& board, int suit, const SuitVie
   return sums.Total();
 }
 
-// Fills in the blocks of all rank classes on a board.
+// Fills in the blocks of rank classes on a board.
 template <Deck deck, int kBoard, int to_come>
-void SetValues(std::span<const int> cards, std::array<const std::int16_t*, kRankClasses>& values) {
+void SetValues(std::span<const int> cards, const RankClassSet& classes,
+               std::array<const std::int16_t*, kRankClasses>& values) {
   constexpr int kLowest = LowestRank(deck);
   auto& blocks = RankBlocks<deck, kBoard + 2, to_come>::Get();
   std::array<int, kBoard> ranks;
@@ -415,6 +416,8 @@ void SetValues(std::span<const int> cards, std::array<const std::int16_t*, kRank
   };
   for (int high = kLowest; high < 13; ++high) {
     for (int low = kLowest; low <= high; ++low) {
+      const auto number = static_cast<std::size_t>(RankClassOf(high, low));
+      if (!classes[number]) continue;
       // Each rank goes behind those below it.
       std::size_t below_low = 0;
       std::size_t below_high = 1;
@@ -426,34 +429,36 @@ void SetValues(std::span<const int> cards, std::array<const std::int16_t*, kRank
         place += place_of(before, ranks[i]);
       }
       place += place_of(below_low, low) + place_of(below_high, high);
-      values[static_cast<std::size_t>(RankClassOf(high, low))] =
+      values[number] =
           blocks.Of(place, key + DeckValues<deck>::KeyOf(high) + DeckValues<deck>::KeyOf(low));
     }
   }
 }
 
 template <Deck deck>
-void SetTables(std::span<const int> cards, KnownBoard& board) {
+void SetTables(std::span<const int> cards, const RankClassSet& classes, KnownBoard& board) {
   board.flushes = &FlushBlocks::Get<deck>();
   board.absent = AbsentRanks(deck);
   if (cards.size() == 4) {
-    SetValues<deck, 4, 1>(cards, board.values);
+    SetValues<deck, 4, 1>(cards, classes, board.values);
   } else if (board.to_come == 2) {
-    SetValues<deck, 3, 2>(cards, board.values);
+    SetValues<deck, 3, 2>(cards, classes, board.values);
   } else {
-    SetValues<deck, 3, 1>(cards, board.values);
+    SetValues<deck, 3, 1>(cards, classes, board.values);
   }
 }
 
 }  // namespace
 
-Runouts::Runouts(Isa isa, Deck deck, std::span<const int> board, int street) : isa_(isa) {
+Runouts::Runouts(Isa isa, Deck deck, std::span<const int> board, int street,
+                 const RankClassSet& classes)
+    : isa_(isa) {
   board_.to_come = street - static_cast<int>(board.size());
   board_.live = CardsOf(deck) - 4 - static_cast<int>(board.size());
   if (deck == Deck::kShort) {
-    SetTables<Deck::kShort>(board, board_);
+    SetTables<Deck::kShort>(board, classes, board_);
   } else {
-    SetTables<Deck::kFull>(board, board_);
+    SetTables<Deck::kFull>(board, classes, board_);
   }
   for (int rank = LowestRank(deck); rank < 13; ++rank) {
     AddRank(board_.unseen, rank, 4);

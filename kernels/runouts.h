@@ -41,7 +41,9 @@ class Runouts final : public ShowdownCounts {
   /// @param isa     instructions to use; the machine must have them
   /// @param board   three known cards, or four
   /// @param street  board cards to complete it to, 4 or 5: one or two more
-  Runouts(Isa isa, Deck deck, std::span<const int> board, int street);
+  /// @param classes  those of the hands that will be asked for
+  Runouts(Isa isa, Deck deck, std::span<const int> board, int street,
+          const RankClassSet& classes = RankClassSet().set());
 
   Counts CountRanks(int class1, int class2) const override;
   Counts CorrectSuit(int suit, const SuitView& view1, const SuitView& view2) const override;
