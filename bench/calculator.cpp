@@ -14,6 +14,7 @@
 #include "calculator/solvers.h"
 #include "kernels/board_sweep.h"
 #include "kernels/omaha_sweep.h"
+#include "kernels/three_way_table.h"
 #include "kernels/trials.h"
 #include "pokermath/cards.h"
 
@@ -48,6 +49,11 @@ EquityQuestion QuestionOf(std::initializer_list<const char*> players, const char
   for (const char* player : players) question.players.push_back(RangeOf(game, player));
   question.method = Method::kExact;
   question.detail.hands = RulesOf(game).hand_size == 2 && players.size() == 2;
+  return question;
+}
+
+EquityQuestion ByHand(EquityQuestion question) {
+  question.detail.hands = true;
   return question;
 }
 
@@ -197,6 +203,36 @@ POKERMATH_ANSWERED(ThreeWeightedFlop);
 POKERMATH_ANSWERED(ThreeWeightedTurn);
 POKERMATH_ANSWERED(ThreeWeightedRiver);
 POKERMATH_PLAIN(ThreeWeightedRiver);
+
+// From the table of all matchups of three hands, which `pokermath tables build three-way` makes.
+// The same without it: ThreeRangesPreflop above.
+void BM_ThreeWay(benchmark::State& state, const EquityQuestion& question) {
+  if (ThreeWayTable::Get() == nullptr) return state.SkipWithError("there is no table three-way");
+  Count(state, question, StartThreeWay);
+}
+BENCHMARK_CAPTURE(BM_ThreeWay, 5Percent, QuestionOf({"5%", "5%", "5%"}, ""))
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_ThreeWay, 15Percent, kThreeRangesPreflop)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_ThreeWay, 15PercentByHand, ByHand(kThreeRangesPreflop))
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_ThreeWay, 15PercentWeighted, WeightedQuestion({"15%", "15%", "15%"}, ""))
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_ThreeWay, 30Percent, QuestionOf({"30%", "30%", "30%"}, ""))
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_ThreeWay, Random, QuestionOf({"random", "random", "random"}, ""))
+    ->Unit(benchmark::kMillisecond);
+
+// The table itself: a triple of ranks after the other, at all instructions; it has 129,766.
+void BM_CountThreeWay(benchmark::State& state) {
+  const auto isa = static_cast<Isa>(state.range(0));
+  if (isa > BestIsa()) return state.SkipWithError("this machine has no such instructions");
+  std::int64_t number = 0;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(CountThreeWay(isa, RankTripleOf(number)));
+    number = (number + 9973) % kRankTriples;
+  }
+}
+BENCHMARK(BM_CountThreeWay)->ArgName("isa")->DenseRange(0, 2)->Unit(benchmark::kMicrosecond);
 
 // The kernel alone, for every hand of both ranges.
 void BM_BoardSweep(benchmark::State& state, const EquityQuestion& question) {

@@ -25,9 +25,9 @@ constexpr const char* kTablesHelp =
     R"(Tables: hand-ranks, river-equity, turn-equity, six-plus-5, six-plus-7, six-plus-equity,
 matchups, six-plus-matchups, six-plus-straights-matchups, combinations, omaha-strength,
 omaha5-strength, omaha-order, omaha5-order, three-way, omaha7; without a name, all of them (570 MB).
-omaha5-strength and three-way take the longest, a minute or two each on one processor; when
-omaha-strength or omaha5-strength is stopped, the next build goes on from there. With three-way, 'equity'
-counts three ranges before the flop that it samples without it.
+omaha5-strength and three-way take the longest, a minute or two each on one processor; when one of
+them or omaha-strength is stopped, the next build goes on from there. With three-way, 'equity' counts
+three ranges before the flop that it samples without it.
 Folder: --dir, else $POKERMATH_DATA, else $XDG_DATA_HOME/pokermath, else
 ~/.local/share/pokermath.
 
