@@ -57,7 +57,7 @@ ClassedHolding Hold(CardSet cards, std::int64_t weight, std::size_t place) {
   ClassedHolding hand{.cards = cards, .weight = weight, .place = place};
   for (std::size_t suit = 0; suit < kSuits; ++suit) {
     const int view = ViewNumber(*cards.begin(), *++cards.begin(), static_cast<int>(suit));
-    hand.set[suit] = view % kOwnSets;
+    hand.set[suit] = static_cast<std::uint8_t>(view & 3);
   }
   return hand;
 }

@@ -654,7 +654,7 @@ Showdown ShowdownOf(std::span<const RankedHand> hands) {
   Showdown showdown = NewShowdown<Deck::kFull, 5>();
   showdown.live.fill(kAllRanks);
   const auto take = [&](RankSet card) {
-    for (const std::size_t suit : {1, 2, 3, 0}) {
+    for (const std::size_t suit : std::array<std::size_t, 4>{1, 2, 3, 0}) {
       if ((showdown.live[suit] & card) == 0) continue;
       showdown.live[suit] = static_cast<RankSet>(showdown.live[suit] & ~card);
       return;

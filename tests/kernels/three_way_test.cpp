@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <random>
 #include <vector>
 
@@ -79,7 +80,9 @@ LargeTable<std::uint8_t> Table(const std::string& payload) {
   ThreeWayTrailer trailer;
   trailer.Add(payload);
   const std::string bytes = ThreeWayHeader() + payload + trailer.Bytes();
-  return {bytes.begin(), bytes.end()};
+  LargeTable<std::uint8_t> table(bytes.size());
+  std::memcpy(table.data(), bytes.data(), bytes.size());
+  return table;
 }
 std::string_view Text(const LargeTable<std::uint8_t>& bytes) {
   return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
@@ -201,7 +204,8 @@ TEST(ThreeWayTable, IsTheSameInAnyPieces) {
   AppendThreeWay(1000, 1030, whole);
   std::string pieces;
   for (std::int64_t first = 1000; first < 1030;) {
-    const std::int64_t last = std::min<std::int64_t>(first + 1 + random() % 9, 1030);
+    const std::int64_t last =
+        std::min<std::int64_t>(first + 1 + static_cast<int>(random() % 9), 1030);
     AppendThreeWay(first, last, pieces);
     first = last;
   }
