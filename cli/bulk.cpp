@@ -3,34 +3,29 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <chrono>
-#include <filesystem>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <random>
 
+#include "cli/bulk_job.h"
 #include "cli/bulk_run.h"
+#include "cli/bulk_submit.h"
 #include "cli/command.h"
 #include "cli/errors.h"
 #include "cli/output.h"
 #include "cli/progress.h"
 #include "cli/scheduler.h"
 #include "cli/stop_signals.h"
-#include "jobs/flop_report.h"
 #include "jobs/job_folder.h"
 #include "jobs/questions_job.h"
-#include "pages/game.h"
 #include "pages/json.h"
 #include "pages/number_text.h"
 #include "platform/files.h"
 
 namespace pokermath::cli {
 namespace {
-
-constexpr const char* kJobs =
-    "flop-report, three-way, omaha-strength, omaha5-strength, omaha6-strength";
 
 constexpr const char* kBulkHelp =
     R"(JOB is a file of JSON Lines, one question a line with the keys of 'pokermath equity -' (empty lines
@@ -60,62 +55,10 @@ Examples:
   pokermath bulk submit questions.jsonl --out answers --slurm --shards 100 --now)";
 
 struct BulkOptions {
-  std::vector<std::string> words;
-  std::string out;
+  JobWords job;
   std::optional<std::string> shard, shards, threads;
-  EquityWords report;  // of flop-report, all but its players
   bool json = false;
 };
-
-bool IsFlopReport(const BulkOptions& options) { return options.words[0] == "flop-report"; }
-
-// The report's own questions are a file in its folder.
-std::string WriteReport(const BulkOptions& options) {
-  EquityWords words = options.report;
-  words.players.assign(options.words.begin() + 1, options.words.end());
-  const std::string text = FlopReport(words);
-  std::error_code error;
-  std::filesystem::create_directories(options.out, error);
-  if (error) throw SystemFailure("cannot make the folder " + Quoted(options.out), error.value());
-  const std::string path = options.out + "/questions.jsonl";
-  if (const std::optional<std::string> there = ReadWholeFile(path)) {
-    if (*there == text) return path;
-    throw Failure(Quoted(path) + " has other questions: take a folder of its own");
-  }
-  AtomicFile file(path);
-  file.Write(text.data(), text.size());
-  if (!file.Commit()) throw SystemFailure("cannot write " + Quoted(path), errno);
-  return path;
-}
-
-void RefuseReportOptions(const BulkOptions& options) {
-  const EquityWords& words = options.report;
-  if (options.words.size() > 1) {
-    throw UsageError(Quoted(options.words[1]) + " is one word too many: players are flop-report's");
-  }
-  if (words.game || words.dead || words.to || words.standard_error || words.trials || words.seed ||
-      words.exact || words.sampled || !words.by.empty() || !words.folded.empty()) {
-    throw UsageError("options of a question are flop-report's: in a file, every line has its own");
-  }
-}
-
-// @param questions  out: the file of the questions, if they are in one
-std::unique_ptr<Job> JobOf(const BulkOptions& options, std::string& questions) {
-  questions = options.words[0];
-  if (IsFlopReport(options)) {
-    questions = WriteReport(options);
-  } else {
-    RefuseReportOptions(options);
-    if (std::unique_ptr<Job> job = NamedJob(questions)) {
-      questions.clear();
-      return job;
-    }
-    if (!std::filesystem::exists(questions)) {
-      throw UsageError(fmt::format("{} is neither a file nor a job: {}", Quoted(questions), kJobs));
-    }
-  }
-  return QuestionsJobOf(questions, options.out);
-}
 
 std::string ShardText(const Shard& shard) {
   return shard.IsWhole() ? "the job" : fmt::format("shard {} of {}", shard.number, shard.count);
@@ -148,7 +91,7 @@ int ReportMerged(const Merged& merged, bool json) {
 }
 
 int ReportShard(const Job& job, const BulkOptions& options, const Shard& shard) {
-  const FolderState state = StateOf(job, options.out);
+  const FolderState state = StateOf(job, options.job.folder);
   const auto own = std::ranges::find(state.finished, shard, &ShardState::shard);
   if (own == state.finished.end()) throw Failure(ShardText(shard) + " is not there any more");
   if (options.json) {
@@ -167,31 +110,28 @@ int ReportShard(const Job& job, const BulkOptions& options, const Shard& shard) 
 
 // What one process did alone is put in its last form at once.
 int ReportWhole(const Job& job, const BulkOptions& options, ShardEnd end) {
-  const std::string result = options.out + "/" + job.result_name();
+  const std::string result = options.job.folder + "/" + job.result_name();
   if (end == ShardEnd::kWasThere && FileLength(result)) {
-    const ShardState state = StateOf(job, options.out).finished.at(0);
+    const ShardState state = StateOf(job, options.job.folder).finished.at(0);
     return ReportMerged({result, 1, state.answers, state.failed}, options.json);
   }
-  return ReportMerged(MergeShards(job, options.out), options.json);
+  return ReportMerged(MergeShards(job, options.job.folder), options.json);
 }
 
 int RunBulk(const BulkOptions& options) {
-  if (options.words.empty()) throw UsageError(fmt::format("JOB is missing: a file, or {}", kJobs));
-  if (options.out.empty()) throw UsageError("--out FOLDER is missing");
   const std::optional<Shard> given = ShardOfProcess(options.shard, options.shards);
   const int threads =
       options.threads ? ReadNumber("--threads", *options.threads, 1, 1024) : AllThreads();
-  std::string questions;
-  const std::unique_ptr<Job> job = JobOf(options, questions);
-  BeginJob(*job, questions, options.out);
+  const std::unique_ptr<Job> job = BeginJob(options.job).job;
   const Shard shard = given.value_or(Shard{});
-  const ShardEnd end = DoShardAttended(*job, options.out, shard, threads);
+  const ShardEnd end = DoShardAttended(*job, options.job.folder, shard, threads);
   if (end == ShardEnd::kStopped) {
     PrintError("stopped " + ShardText(shard) + "; started again, it goes on from there");
     return kExitAgain;
   }
   if (end == ShardEnd::kBusy) {
-    throw Failure("another process works on " + ShardText(shard) + " in " + Quoted(options.out));
+    throw Failure("another process works on " + ShardText(shard) + " in " +
+                  Quoted(options.job.folder));
   }
   return given ? ReportShard(*job, options, shard) : ReportWhole(*job, options, end);
 }
@@ -357,36 +297,12 @@ void AddFolderAction(Command bulk, const char* name, const char* description,
   action.SetAction([options, run, &exit_code] { exit_code = run(*options); });
 }
 
-void AddReportOptions(Command bulk, EquityWords& words) {
-  bulk.AddOption("--game", words.game, "Of flop-report: " + std::string(GameNames()) + " [holdem]")
-      .ValueName("GAME");
-  bulk.AddOption("--dead", words.dead, "Of flop-report, as the following: cards that cannot come")
-      .ValueName("CARDS");
-  bulk.AddOption("--folded", words.folded, "The range of a player who is out")
-      .ValueName("RANGE")
-      .MayBeRepeated();
-  bulk.AddOption("--to", words.to, "Compare the hands on the flop, the turn or the river [river]")
-      .ValueName("STREET");
-  bulk.AddFlag("--exact", words.exact, "Count, however long it takes");
-  bulk.AddFlag("--sampled", words.sampled, "Deal at random, even what could be counted");
-  bulk.AddOption("--standard-error", words.standard_error, "Of samples [0.05%]").ValueName("E");
-  bulk.AddOption("--trials", words.trials, "Of samples, at the most [none]").ValueName("N");
-  bulk.AddOption("--seed", words.seed, "Start of the random numbers [the line]").ValueName("N");
-  bulk.AddOption("--by", words.by, "Detail: hand, class, next or made")
-      .ValueName("WHAT")
-      .MayBeRepeated();
-}
-
 }  // namespace
 
 void AddBulk(Command program, int& exit_code) {
   auto options = std::make_shared<BulkOptions>();
   Command bulk = program.AddCommand("bulk", "Questions by the million, on one machine or many");
-  bulk.AddOption("JOB", options->words, "A file of questions, or a job's name [and its players]")
-      .ValueName("")
-      .ManyWords();
-  bulk.AddOption("--out", options->out, "Folder of the answers; it may be there already")
-      .ValueName("FOLDER");
+  AddJobWords(bulk, options->job);
   bulk.AddOption("--shard", options->shard, "Do the I-th of N parts [all, or the scheduler's]")
       .ValueName("I/N");
   bulk.AddOption("--shards", options->shards, "Parts, of which the scheduler says one")
@@ -394,10 +310,10 @@ void AddBulk(Command program, int& exit_code) {
   bulk.AddOption("--threads", options->threads, "Threads; the answers are the same [all cores]")
       .ValueName("N");
   bulk.AddFlag("--json", options->json, "Print a JSON object");
-  AddReportOptions(bulk, options->report);
   AddFolderAction(bulk, "merge", "Put finished shards together", RunMerge, exit_code);
   AddFolderAction(bulk, "status", "Shards that are done, running, missing", RunStatus, exit_code);
   AddFolderAction(bulk, "verify", "Answer random questions again", RunVerify, exit_code);
+  AddBulkSubmit(bulk, exit_code);
   bulk.SetFooter(kBulkHelp);
   bulk.SetAction([options, bulk, &exit_code] {
     if (!bulk.HasCommand()) exit_code = RunBulk(*options);

@@ -1,0 +1,114 @@
+#include "cli/bulk_job.h"
+
+#include <fmt/format.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <optional>
+
+#include "cli/errors.h"
+#include "jobs/flop_report.h"
+#include "jobs/job_folder.h"
+#include "pages/game.h"
+#include "platform/files.h"
+
+namespace pokermath::cli {
+namespace {
+
+constexpr const char* kJobs =
+    "flop-report, three-way, omaha-strength, omaha5-strength, omaha6-strength";
+
+bool IsFlopReport(const JobWords& words) { return words.words[0] == "flop-report"; }
+
+// The report's own questions are a file in its folder.
+std::string WriteReport(const JobWords& words) {
+  EquityWords report = words.report;
+  report.players.assign(words.words.begin() + 1, words.words.end());
+  const std::string text = FlopReport(report);
+  std::error_code error;
+  std::filesystem::create_directories(words.folder, error);
+  if (error) throw SystemFailure("cannot make the folder " + Quoted(words.folder), error.value());
+  const std::string path = words.folder + "/questions.jsonl";
+  if (const std::optional<std::string> there = ReadWholeFile(path)) {
+    if (*there == text) return path;
+    throw Failure(Quoted(path) + " has other questions: take a folder of its own");
+  }
+  AtomicFile file(path);
+  file.Write(text.data(), text.size());
+  if (!file.Commit()) throw SystemFailure("cannot write " + Quoted(path), errno);
+  return path;
+}
+
+void RefuseReportOptions(const JobWords& words) {
+  const EquityWords& report = words.report;
+  if (words.words.size() > 1) {
+    throw UsageError(Quoted(words.words[1]) + " is one word too many: players are flop-report's");
+  }
+  if (report.game || report.dead || report.to || report.standard_error || report.trials ||
+      report.seed || report.exact || report.sampled || !report.by.empty() ||
+      !report.folded.empty()) {
+    throw UsageError("options of a question are flop-report's: in a file, every line has its own");
+  }
+}
+
+std::unique_ptr<Job> JobOf(const JobWords& words, std::string& questions) {
+  questions = words.words[0];
+  if (IsFlopReport(words)) {
+    questions = WriteReport(words);
+  } else {
+    RefuseReportOptions(words);
+    if (std::unique_ptr<Job> job = NamedJob(questions)) {
+      questions.clear();
+      return job;
+    }
+    if (!std::filesystem::exists(questions)) {
+      throw UsageError(fmt::format("{} is neither a file nor a job: {}", Quoted(questions), kJobs));
+    }
+  }
+  return QuestionsJobOf(questions, words.folder);
+}
+
+void AddReportOptions(Command command, EquityWords& words) {
+  command
+      .AddOption("--game", words.game, "Of flop-report: " + std::string(GameNames()) + " [holdem]")
+      .ValueName("GAME");
+  command
+      .AddOption("--dead", words.dead, "Of flop-report, as the following: cards that cannot come")
+      .ValueName("CARDS");
+  command.AddOption("--folded", words.folded, "The range of a player who is out")
+      .ValueName("RANGE")
+      .MayBeRepeated();
+  command
+      .AddOption("--to", words.to, "Compare the hands on the flop, the turn or the river [river]")
+      .ValueName("STREET");
+  command.AddFlag("--exact", words.exact, "Count, however long it takes");
+  command.AddFlag("--sampled", words.sampled, "Deal at random, even what could be counted");
+  command.AddOption("--standard-error", words.standard_error, "Of samples [0.05%]").ValueName("E");
+  command.AddOption("--trials", words.trials, "Of samples, at the most [none]").ValueName("N");
+  command.AddOption("--seed", words.seed, "Start of the random numbers [the line]").ValueName("N");
+  command.AddOption("--by", words.by, "Detail: hand, class, next or made")
+      .ValueName("WHAT")
+      .MayBeRepeated();
+}
+
+}  // namespace
+
+void AddJobWords(Command command, JobWords& words) {
+  command.AddOption("JOB", words.words, "A file of questions, or a job's name [and its players]")
+      .ValueName("")
+      .ManyWords();
+  command.AddOption("--out", words.folder, "Folder of the answers; it may be there already")
+      .ValueName("FOLDER");
+  AddReportOptions(command, words.report);
+}
+
+BegunJob BeginJob(const JobWords& words) {
+  if (words.words.empty()) throw UsageError(fmt::format("JOB is missing: a file, or {}", kJobs));
+  if (words.folder.empty()) throw UsageError("--out FOLDER is missing");
+  BegunJob begun;
+  begun.job = JobOf(words, begun.questions);
+  pokermath::BeginJob(*begun.job, begun.questions, words.folder);
+  return begun;
+}
+
+}  // namespace pokermath::cli
