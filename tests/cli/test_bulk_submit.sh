@@ -78,6 +78,15 @@ refuses 2 "control character" bulk submit omaha-strength --out $'a\nb' --slurm -
 refuses 2 "--slurm is missing" bulk submit omaha-strength --out t --shards 2
 refuses 2 "'no.jsonl' is neither a file nor a job" bulk submit no.jsonl --out t --slurm --shards 2
 
+# A report's questions are made once; a folder that is cut otherwise is refused before any task is.
+run bulk submit flop-report AhAd 'KK,QQ' --game shortdeck --out report --slurm --shards 4
+expect_code 0
+has "a report" "$(<report/shards.sbatch)" " bulk '$work/report/questions.jsonl' "
+run bulk report/questions.jsonl --out report --shard 1/4
+expect_code 0
+refuses 1 "'$work/report' is cut into 4 shards already, not 5" \
+  bulk submit report/questions.jsonl --out report --slurm --shards 5
+
 # What the scheduler says is shown, and what it has taken before.
 fake sbatch <<<'[[ $2 == /* ]] && echo 5 || { echo "no such partition" >&2; exit 3; }'
 run bulk submit "${asks[@]}" --shards 2 --now
