@@ -1344,7 +1344,7 @@ TEST(Calculation, StepsInAnyOrderAndPartsGiveTheSameBytes) {
 }
 
 TEST(Calculation, AStoppedCountIsNoNumberAndAStoppedSampleIsOne) {
-  EquityQuestion question{.players = {Holdings("TT+"), Holdings("99+")},
+  EquityQuestion question{.players = std::vector(3, HandRange::Every(Game::kHoldem)),
                           .board = Cards("2c7dTh"),
                           .method = Method::kExact};
   const auto stop = [](std::int64_t done, std::int64_t) { return done < 1; };
