@@ -33,7 +33,7 @@ Examples:
   pokermath doctor
   pokermath doctor --json)";
 
-struct Options {
+struct DoctorOptions {
   std::string dir;
   bool json = false;
 };
@@ -121,7 +121,7 @@ class Report {
   std::vector<std::string> broken_;
 };
 
-int RunDoctor(const Options& options) {
+int RunDoctor(const DoctorOptions& options) {
   Report report(options.json);
   report.AddFacts("Operating system", "system", OsFacts());
   report.AddFacts("Processor", "processor", CpuFacts());
@@ -133,7 +133,7 @@ int RunDoctor(const Options& options) {
 }  // namespace
 
 void AddDoctor(Command program, int& exit_code) {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<DoctorOptions>();
   Command command = program.AddCommand(
       "doctor", "The machine, the tables and the database drivers, for a report of a fault");
   command.AddOption("--dir", options->dir, "Folder of the tables").ValueName("FOLDER");

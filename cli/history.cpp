@@ -34,7 +34,7 @@ Examples:
   pokermath history hands.txt --json --from 18240
   pokermath history hands.txt --follow            until Ctrl-C)";
 
-struct Options {
+struct HistoryOptions {
   std::string path;
   std::string from = "0";
   bool follow = false;
@@ -69,7 +69,7 @@ void PrintLines(const CStringArray& lines, bool json, bool unfinished) {
   Print(out);
 }
 
-int RunHistory(const Options& options) {
+int RunHistory(const HistoryOptions& options) {
   const StopSignals signals;
   HistoryReader reader(options.path, ReadNumber("--from", options.from, std::int64_t{0},
                                                 std::numeric_limits<std::int64_t>::max()));
@@ -105,7 +105,7 @@ int RunHistory(const Options& options) {
 }  // namespace
 
 void AddHistory(Command program, int& exit_code) {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<HistoryOptions>();
   Command command =
       program.AddCommand("history", "The lines of a hand-history file, also while it grows");
   command.AddOption("FILE", options->path, "The file").Required().ValueName("");

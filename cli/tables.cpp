@@ -37,7 +37,7 @@ Examples:
   pokermath tables list --json
   pokermath tables verify hand-ranks)";
 
-struct Options {
+struct TablesOptions {
   std::vector<std::string> names;
   std::string dir;
   bool force = false;
@@ -75,7 +75,7 @@ void CreateFolder(const std::string& dir) {
 }
 
 // A folder that --dir names has to be there; the usual one may come with the first build.
-std::string FolderHeadline(const Options& options, const std::string& dir) {
+std::string FolderHeadline(const TablesOptions& options, const std::string& dir) {
   std::error_code error;
   std::filesystem::directory_iterator(dir, error);
   if (!error) return dir + "\n";
@@ -100,7 +100,7 @@ Json ToJson(const std::string& dir, const std::vector<Line>& lines) {
 
 // Both lists and verifies: they differ in how closely they look.
 template <typename Check>
-std::vector<Line> ReportTables(const Options& options, Check check) {
+std::vector<Line> ReportTables(const TablesOptions& options, Check check) {
   const std::vector<const TableFile*> tables = ChosenTables(options.names);
   const std::string dir = TableFolder(options.dir);
   const std::string headline = FolderHeadline(options, dir);
@@ -114,12 +114,12 @@ std::vector<Line> ReportTables(const Options& options, Check check) {
   return lines;
 }
 
-int RunList(const Options& options) {
+int RunList(const TablesOptions& options) {
   ReportTables(options, CheckTable);
   return kExitDone;
 }
 
-int RunVerify(const Options& options) {
+int RunVerify(const TablesOptions& options) {
   const std::vector<Line> lines = ReportTables(options, VerifyTable);
   const bool all_ok =
       std::all_of(lines.begin(), lines.end(), [](const Line& line) { return line.state.ok(); });
@@ -140,7 +140,7 @@ Line BuildOne(const TableFile& table, const std::string& path, bool force) {
   return {&table, {"ok", table.bytes, table.crc32}, true};
 }
 
-int RunBuild(const Options& options) {
+int RunBuild(const TablesOptions& options) {
   const std::vector<const TableFile*> tables = ChosenTables(options.names);
   const std::string dir = TableFolder(options.dir);
   CreateFolder(dir);
@@ -170,8 +170,8 @@ int RunBuild(const Options& options) {
 }
 
 void AddAction(Command tables, const char* name, const char* description,
-               int (*run)(const Options&), int& exit_code) {
-  auto options = std::make_shared<Options>();
+               int (*run)(const TablesOptions&), int& exit_code) {
+  auto options = std::make_shared<TablesOptions>();
   Command action = tables.AddCommand(name, description);
   action.AddOption("NAME", options->names, "Tables, by name [all]").ValueName("");
   action.AddOption("--dir", options->dir, "Folder of the tables").ValueName("FOLDER");
