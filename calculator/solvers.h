@@ -66,8 +66,8 @@ std::unique_ptr<const Work> StartMadeOfTwo(const QuestionPointer& question);
 std::optional<double> ThreeRangesCost(const CheckedQuestion& question);
 std::unique_ptr<const Work> StartThreeRanges(const QuestionPointer& question);
 
-// Three ranges of Hold'em before the flop, from the table of all matchups, if it is there; without
-// it these can be counted all the same.
+// Three ranges of Hold'em before the flop, from the table of all matchups; where it is not there,
+// those that are needed are counted, if boards would be.
 bool KnowsThreeWay(const CheckedQuestion& question);
 std::optional<double> ThreeWayCost(const CheckedQuestion& question);
 std::unique_ptr<const Work> StartThreeWay(const QuestionPointer& question);

@@ -284,12 +284,12 @@ class ThreeWayWork final : public Work {
   const char* name() const override { return "matchups of three hands"; }
   Method method() const override { return Method::kExact; }
   std::int64_t steps() const override {
-    return static_cast<std::int64_t>((triples_.size() + kTriplesAStep - 1) / kTriplesAStep);
+    return static_cast<std::int64_t>((triples_.size() + TriplesAStep() - 1) / TriplesAStep());
   }
 
   void Do(std::int64_t step, std::span<Int128> sums) const override {
-    const std::size_t first = static_cast<std::size_t>(step) * kTriplesAStep;
-    const std::size_t count = std::min(kTriplesAStep, triples_.size() - first);
+    const std::size_t first = static_cast<std::size_t>(step) * TriplesAStep();
+    const std::size_t count = std::min(TriplesAStep(), triples_.size() - first);
     const auto triples = std::span(triples_).subspan(first, count);
     if (question_->asked().detail.hands) return AddByHand(triples, sums);
     WeightedTimes times{};
@@ -300,7 +300,7 @@ class ThreeWayWork final : public Work {
   }
 
  private:
-  static constexpr std::size_t kTriplesAStep = 1000;
+  std::size_t TriplesAStep() const { return table_ != nullptr ? 1000 : 25; }
   // Which player has the hand of each class of a triple.
   using Seating = std::array<std::size_t, kThree>;
 
@@ -486,8 +486,15 @@ bool KnowsThreeWay(const CheckedQuestion& question) {
 
 std::optional<double> ThreeWayCost(const CheckedQuestion& question) {
   // A table is not read for what is counted in no time.
-  if (!KnowsThreeWay(question) || std::ranges::all_of(question.players(), &Side::IsOneHand) ||
-      ThreeWayTable::Get() == nullptr) {
+  if (!KnowsThreeWay(question) || std::ranges::all_of(question.players(), &Side::IsOneHand)) {
+    return std::nullopt;
+  }
+  const bool has_table = ThreeWayTable::Get() != nullptr;
+  // Without it this is another way to count what would be counted board by board. What would be
+  // sampled stays so.
+  const EquityQuestion& asked = question.asked();
+  if (!has_table && asked.method != Method::kExact &&
+      ThreeRangesCost(question).value_or(0) > asked.exact_budget) {
     return std::nullopt;
   }
   double seatings = 1, ranges = 0;
@@ -502,8 +509,10 @@ std::optional<double> ThreeWayCost(const CheckedQuestion& question) {
     seatings /= static_cast<double>(alike);
     ranges += alike == 1 ? 1 : 0;
   }
+  constexpr double kCountCost = 8e4;  // of a triple that is not in a table
+  const double counted = has_table ? 0 : kCountCost * seatings;
   if (question.asked().detail.hands) seatings *= ranges * (know_no_suits ? 4 : 12);
-  return 1e6 + 550 * seatings;
+  return 1e6 + 550 * seatings + counted;
 }
 
 std::unique_ptr<const Work> StartThreeWay(const QuestionPointer& question) {

@@ -17,6 +17,7 @@
 #include "eval/worth.h"
 #include "kernels/several_hands.h"
 #include "kernels/sharers.h"
+#include "kernels/three_way_table.h"
 #include "tests/calculator/random_question.h"
 #include "tests/eval/oracle.h"
 
@@ -786,6 +787,21 @@ TEST(SolversSlow, ThreeWayEqualsPlainEnumeration) {
   }
 }
 
+// What is sampled without a table is not counted because that became faster.
+TEST(Solvers, ThreeWayCountsOnlyWhereSomebodyWould) {
+  if (ThreeWayTable::Get() != nullptr) GTEST_SKIP() << "with a table more is counted";
+  EquityQuestion question{.players = {Holdings("AA,KK"), Holdings("AK"), Holdings("QQ")}};
+  const bool counted = *ThreeRangesCost(*Check(question)) <= question.exact_budget;
+  EXPECT_EQ(ThreeWayCost(*Check(question)).has_value(), counted);
+  question.exact_budget = 1;
+  EXPECT_FALSE(ThreeWayCost(*Check(question)));
+  question.method = Method::kExact;
+  EXPECT_TRUE(ThreeWayCost(*Check(question)));
+  const Result<EquityAnswer> answer = Calculate(question);
+  ASSERT_TRUE(answer);
+  EXPECT_EQ(answer->solver, "matchups of three hands");
+}
+
 TEST(Solvers, ThreeWayLeavesWhatItDoesNotKnow) {
   const HandRange pairs = Holdings("QQ"), aces = Holdings("AKs");
   const EquityQuestion known{.players = {pairs, aces, aces}};
@@ -812,7 +828,7 @@ TEST(Solvers, ThreeWayLeavesWhatItDoesNotKnow) {
 
 TEST(SolversSlow, AllEqualPlainEnumeration) {
   std::map<std::string, int> fitted = CompareSolvers(3156, 800);
-  fitted.erase("matchups of three hands");  // asks for a table
+  fitted.erase("matchups of three hands");  // has tests of its own
   EXPECT_EQ(fitted.size() + 1, Solvers().size());
   for (const auto& [name, times] : fitted) EXPECT_GE(times, 5) << name;
 }
