@@ -32,6 +32,11 @@ for threads in 1 2; do
   expect_code 0
   same "$asked" "$(without_time "$out")" "$(without_time "$exact")"
 done
+# As the sweep of all boards has counted it.
+run equity 15% 15% 15% --json
+has "$asked" "$out" '"method":"exact"'
+has "$asked" "$out" '"cases":5391997934400,'
+has "$asked" "$out" '"wins":1690162740600,"ties":226718486016,"shared":[1690162740600,189582453168,37136032848]}'
 run equity random random random --json
 has "$asked" "$out" '"method":"exact"'
 has "$asked" "$out" '"equity":0.33333333333333'
