@@ -132,6 +132,24 @@ struct FaultFinder : Json::json_sax_t {
   std::string_view text;
 };
 
+// Json reads any depth, but what walks through its values member by member would run out of its
+// stack.
+constexpr int kMostDepth = 64;
+
+bool IsTooDeep(std::string_view text) {
+  int depth = 0;
+  bool in_text = false;
+  for (std::size_t i = 0; i < text.size() && depth <= kMostDepth; ++i) {
+    const char c = text[i];
+    if (c == '"') in_text = !in_text;
+    if (in_text && c == '\\') ++i;
+    if (in_text) continue;
+    if (c == '{' || c == '[') ++depth;
+    if (c == '}' || c == ']') --depth;
+  }
+  return depth > kMostDepth;
+}
+
 // Reads the objects that nearly all lines are: plain texts without escapes, whole numbers, and
 // lists of them. Whatever else there is, also what is wrong, is left to Json.
 class PlainReader {
@@ -147,7 +165,7 @@ class PlainReader {
       if (!ReadText(name) || object.Find(name) != &value || !Take(':') || !ReadValue(value, 0)) {
         return false;
       }
-      if (Take('}')) return Next() == 0;
+      if (Take('}')) return Next() == 0 && rest_.empty();
       if (!Take(',')) return false;
     }
     return false;
@@ -260,6 +278,13 @@ QuestionObject ParseQuestion(std::string_view text) {
 }
 
 Json ParseObject(std::string_view text) {
+  // Json would end there.
+  if (const std::size_t zero = text.find('\0'); zero != text.npos) {
+    Refuse(fmt::format("{} is no JSON object at byte {}", Quoted(text), zero + 1));
+  }
+  if (IsTooDeep(text)) {
+    Refuse(fmt::format("{} is nested more than {} deep", Quoted(text), kMostDepth));
+  }
   Json object = Json::parse(text, nullptr, false);
   if (object.is_object()) return object;
   if (object.is_discarded()) {

@@ -129,6 +129,15 @@ TEST(QuestionLine, IsRefusedAsByTheTree) {
     const bool is_json = reply.find("no JSON object at byte") == reply.npos;
     EXPECT_EQ(Reply(Escaped(line)) == reply, is_json);
   }
+  // What follows a zero is not passed over, and no depth ends the program.
+  using std::string_literals::operator""s;
+  const std::string deep(100'000, '['), good = R"({"players":["AhKd","7s7c"])";
+  EXPECT_NE(Reply(good + "}\0}"s).find("no JSON object at byte 28"), std::string::npos);
+  for (const std::string& line :
+       {deep, good + ",\"id\":" + deep + std::string(deep.size(), ']') + "}"}) {
+    EXPECT_NE(Reply(line).find("more than 64 deep"), std::string::npos);
+  }
+  EXPECT_EQ(Reply(good + R"(,"id":[["\"[{",{"a":[]}]]})").find("error"), std::string::npos);
   // Of a key that is there twice the last one holds.
   EXPECT_EQ(Reply(R"({"players":5,"players":["AhKd","7s7c"]})"),
             Reply(R"({"players":["AhKd","7s7c"]})"));
