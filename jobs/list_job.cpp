@@ -15,6 +15,8 @@
 #include <utility>
 #include <vector>
 
+#include "jobs/start_threads.h"
+
 namespace pokermath {
 namespace {
 
@@ -45,9 +47,8 @@ class ListWork {
   // Until all is made, a unit takes long, or the work is to stop.
   void RunThreads() {
     std::vector<std::jthread> threads;
-    running_ = options_.threads;
-    for (int i = 0; i < options_.threads; ++i) threads.emplace_back([this] { MakeUnits(); });
     std::unique_lock lock(mutex_);
+    running_ = StartThreads(options_.threads, threads, [this](int) { MakeUnits(); });
     for (bool all_over = false; !all_over;) {
       all_over = running_ == 0;
       WriteInOrder(lock);

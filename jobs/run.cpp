@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <atomic>
 #include <future>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -63,11 +64,15 @@ class Runner {
   void DoOnThreads() {
     std::vector<std::future<Sums>> others;
     for (int i = 1; i < options_.threads && i < end_ - done_; ++i) {
-      others.push_back(std::async(std::launch::async, [this] {
-        Sums sums = plan_.NewSums();
-        DoSteps(sums, false);
-        return sums;
-      }));
+      try {
+        others.push_back(std::async(std::launch::async, [this] {
+          Sums sums = plan_.NewSums();
+          DoSteps(sums, false);
+          return sums;
+        }));
+      } catch (const std::system_error&) {
+        break;  // There are no more of them: those that run do the work.
+      }
     }
     DoSteps(sums_, true);
     for (std::future<Sums>& other : others) sums_.Add(other.get());

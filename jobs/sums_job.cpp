@@ -14,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "jobs/start_threads.h"
 #include "pages/errors.h"
 
 namespace pokermath {
@@ -62,11 +63,10 @@ class SumsWork {
   void AddUntil(Clock::time_point time) {
     {
       std::vector<std::jthread> threads;
-      running_ = static_cast<int>(adders_.size());
-      for (const auto& adder : adders_) {
-        threads.emplace_back([this, time, &adder] { AddUnits(*adder, time); });
-      }
       std::unique_lock lock(mutex_);
+      running_ = StartThreads(static_cast<int>(adders_.size()), threads, [this, time](int i) {
+        AddUnits(*adders_[static_cast<std::size_t>(i)], time);
+      });
       while (running_ > 0) {
         ended_.wait_for(lock, std::chrono::milliseconds(100));
         lock.unlock();

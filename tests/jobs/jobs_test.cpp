@@ -15,6 +15,7 @@
 #include "jobs/question_file.h"
 #include "jobs/questions_job.h"
 #include "jobs/run.h"
+#include "jobs/start_threads.h"
 #include "jobs/sums_job.h"
 #include "pages/errors.h"
 #include "tests/platform/scratch_folder.h"
@@ -253,6 +254,25 @@ TEST(Bulk, AnyRestOfAShardIsGoneOnWith) {
     ASSERT_TRUE(TryToMerge(job, folder) == job.Whole()) << i;
     std::filesystem::remove(folder + "/1-of-1.shard");
   }
+}
+
+// As where the system has no more of them.
+TEST(Bulk, ThreadsThatDoNotStartAreDoneWithout) {
+  struct Act {
+    std::atomic<int>*starts, *runs;
+    Act(std::atomic<int>* starts_, std::atomic<int>* runs_) : starts(starts_), runs(runs_) {}
+    Act(const Act& other) : starts(other.starts), runs(other.runs) {
+      if (--*starts < 0) throw std::system_error(EAGAIN, std::generic_category());
+    }
+    void operator()(int) const { ++*runs; }
+  };
+  std::atomic<int> starts = 3, runs = 0;
+  const Act act(&starts, &runs);
+  std::vector<std::jthread> threads;
+  EXPECT_EQ(StartThreads(8, threads, act), 3);
+  threads.clear();
+  EXPECT_EQ(runs, 3);
+  EXPECT_THROW(StartThreads(8, threads, act), std::system_error);
 }
 
 TEST(Bulk, AFullDiskLosesNothing) {
