@@ -90,22 +90,24 @@ int ReportMerged(const Merged& merged, bool json) {
   return merged.failed > 0 ? kExitFailed : kExitDone;
 }
 
-int ReportShard(const Job& job, const BulkOptions& options, const Shard& shard) {
-  const FolderState state = StateOf(job, options.job.folder);
-  const auto own = std::ranges::find(state.finished, shard, &ShardState::shard);
-  if (own == state.finished.end()) throw Failure(ShardText(shard) + " is not there any more");
+// The files of others are none of its business: there may be many, and in any state.
+int ReportShard(const BulkOptions& options, const Shard& shard) {
+  const std::vector<FoundShard> shards = FindShards(options.job.folder);
+  const auto found = std::ranges::find(shards, shard, &FoundShard::shard);
+  if (found == shards.end()) throw Failure(ShardText(shard) + " is not there any more");
+  const ShardState own = FinishedShard(found->path).state();
   if (options.json) {
     Print(JsonLine({{"schema", kJsonSchema},
                     {"shard", shard.number},
                     {"shards", shard.count},
-                    {"answers", own->answers},
-                    {"failed", own->failed}}));
+                    {"answers", own.answers},
+                    {"failed", own.failed}}));
   } else {
     const std::string answers =
-        own->answers > 0 ? ": " + AnswersText({.answers = own->answers, .failed = own->failed}) : "";
+        own.answers > 0 ? ": " + AnswersText({.answers = own.answers, .failed = own.failed}) : "";
     Print(fmt::format("{} is done{}\n", ShardText(shard), answers));
   }
-  return own->failed > 0 ? kExitFailed : kExitDone;
+  return own.failed > 0 ? kExitFailed : kExitDone;
 }
 
 // What one process did alone is put in its last form at once.
@@ -133,7 +135,7 @@ int RunBulk(const BulkOptions& options) {
     throw Failure("another process works on " + ShardText(shard) + " in " +
                   Quoted(options.job.folder));
   }
-  return given ? ReportShard(*job, options, shard) : ReportWhole(*job, options, end);
+  return given ? ReportShard(options, shard) : ReportWhole(*job, options, end);
 }
 
 // --- a folder of parts ---

@@ -98,6 +98,8 @@ printf '\xff' | dd of="$work/by/3-of-4.shard" bs=1 seek=200 conv=notrunc status=
 refuses 1 "3-of-4.shard' is damaged" bulk merge "$work/by"
 cp "$work/in3/2-of-3.shard" "$work/by/3-of-4.shard"
 refuses 1 "name of another shard" bulk merge "$work/by"
+run bulk "$job" --out "$work/by" --shard 1/4
+has "beside a damaged shard" "$out" "shard 1 of 4 is done"
 sed 's/"AhKd","7s7c"/"AhKd","7s7d"/' "$job" >"$work/other.jsonl"
 refuses 1 "was changed since the work began: lines 1 to 10" bulk "$work/other.jsonl" --out "$work/by" --shard 1/4
 echo >>"$work/other.jsonl"
