@@ -266,8 +266,7 @@ bool BuildByJob(const TableFile& table, const std::string& path, const Job& job)
   const auto result = ReadWholeFile(MergeShards(job, folder).result);
   if (!result) throw SystemFailure("cannot read what is in " + Quoted(folder), errno);
   const bool is_right = IsRight(table, {std::as_bytes(std::span(*result))});
-  const bool written =
-      is_right && WriteTable(table, path, {std::as_bytes(std::span(*result))});
+  const bool written = is_right && WriteTable(table, path, {std::as_bytes(std::span(*result))});
   // What leads to a wrong table would do so again.
   std::error_code ignored;
   if (written || !is_right) std::filesystem::remove_all(folder, ignored);
