@@ -168,7 +168,7 @@ ShardEnd DoShard(const Job& job, const std::string& folder, const Shard& shard,
       throw Failure(fmt::format("{} is there: the job is cut into {} shards, not {}",
                                 Quoted(found.path), found.shard.count, shard.count));
     }
-    if (found.shard == shard && found.stage == FoundShard::Stage::kFinished) {
+    if (found.shard == shard && found.finished) {
       OpenFinished(job, found);
       return ShardEnd::kWasThere;
     }
@@ -222,10 +222,10 @@ FolderState StateOf(const Job& job, const std::string& folder) {
       state.missing.push_back(shard);
       continue;
     }
-    if (next->stage == FoundShard::Stage::kFinished) {
+    if (next->finished) {
       state.finished.push_back(OpenFinished(job, *next).state());
     } else {
-      const bool runs = next->stage == FoundShard::Stage::kRunning;
+      const bool runs = IsInWork(*next);
       const UnitRange units = shard.UnitsOf(job.units());
       const ShardState begun{
           .shard = shard, .job = job.Hash(), .units = units, .next = units.first};

@@ -153,7 +153,7 @@ class BlockReader {
 };
 
 // Without a lock two processes would write into each other's blocks. False if another one has it,
-// and not only for the moment in which IsLocked looks.
+// and not only for the moment in which IsInWork looks.
 bool Lock(int fd, const std::string& path) {
   for (int tries = 0; flock(fd, LOCK_EX | LOCK_NB) != 0;) {
     if (errno != EWOULDBLOCK && errno != EINTR) {
@@ -408,14 +408,6 @@ std::optional<Shard> ShardOfName(std::string_view name, std::string_view ending)
   return shard;
 }
 
-bool IsLocked(const std::string& path) {
-  const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
-  if (fd < 0) return false;
-  const bool locked = flock(fd, LOCK_SH | LOCK_NB) != 0;
-  close(fd);
-  return locked;
-}
-
 }  // namespace
 
 std::vector<FoundShard> FindShards(const std::string& folder) {
@@ -425,18 +417,24 @@ std::vector<FoundShard> FindShards(const std::string& folder) {
        entry.increment(error)) {
     const std::string name = entry->path().filename().string();
     const std::string path = folder + "/" + name;
-    using Stage = FoundShard::Stage;
     if (const std::optional<Shard> shard = ShardOfName(name, kFinished)) {
-      found[{shard->count, shard->number}] = {*shard, Stage::kFinished, path};
+      found[{shard->count, shard->number}] = {*shard, true, path};
     } else if (const std::optional<Shard> begun = ShardOfName(name, kUnfinished)) {
-      const Stage stage = IsLocked(path) ? Stage::kRunning : Stage::kStopped;
-      found.try_emplace({begun->count, begun->number}, FoundShard{*begun, stage, path});
+      found.try_emplace({begun->count, begun->number}, FoundShard{*begun, false, path});
     }
   }
   if (error) throw SystemFailure("cannot read the folder " + Quoted(folder), error.value());
   std::vector<FoundShard> shards;
   for (auto& [key, shard] : found) shards.push_back(std::move(shard));
   return shards;
+}
+
+bool IsInWork(const FoundShard& found) {
+  const int fd = open(found.path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+  if (fd < 0) return false;
+  const bool locked = flock(fd, LOCK_SH | LOCK_NB) != 0;
+  close(fd);
+  return locked;
 }
 
 std::optional<ShardState> ReadUnfinished(const FoundShard& found) {

@@ -136,13 +136,16 @@ class FinishedShard {
 /// A shard as it is found in a folder.
 struct FoundShard {
   Shard shard;
-  enum class Stage { kFinished, kRunning, kStopped } stage = Stage::kStopped;
+  bool finished = false;
   std::string path;
 };
 
 /// Those of which there are files, by count and number. Throws Failure if the folder cannot be
 /// read.
 std::vector<FoundShard> FindShards(const std::string& folder);
+
+/// Whether a process works on an unfinished shard.
+bool IsInWork(const FoundShard& found);
 
 /// What the files of an unfinished shard say, sums included; nothing if they cannot be read.
 std::optional<ShardState> ReadUnfinished(const FoundShard& found);

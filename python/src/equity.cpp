@@ -461,7 +461,8 @@ void AddEquity(py::module_& module) {
       py::arg("player") = 0,
       "What a player makes (by=\"made\"): fields made (\"flush\"), then as of hands().");
   type.def(
-      "to_dict", [](const Answered& a) { return ObjectOf(Json::parse(EquityJson(a.asked, a.run, ""))); },
+      "to_dict",
+      [](const Answered& a) { return ObjectOf(Json::parse(EquityJson(a.asked, a.run, ""))); },
       "What the command line prints with --json.");
   type.def("_svg", SvgOf);
   type.def("_repr_html_", [](const std::shared_ptr<Answered>& a) { return Drawn("table", a); });
