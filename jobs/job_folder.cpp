@@ -117,6 +117,30 @@ FinishedShard OpenFinished(const Job& job, const FoundShard& found) {
   return shard;
 }
 
+FolderState StateOf(const Job& job, const std::vector<FoundShard>& found) {
+  FolderState state;
+  if (found.empty()) return state;
+  state.shards = found[0].shard.count;
+  auto next = found.begin();
+  for (Shard shard{1, state.shards}; shard.number <= shard.count; ++shard.number) {
+    if (next == found.end() || next->shard != shard) {
+      state.missing.push_back(shard);
+      continue;
+    }
+    if (next->finished) {
+      state.finished.push_back(OpenFinished(job, *next).state());
+    } else {
+      const bool runs = IsInWork(*next);
+      const UnitRange units = shard.UnitsOf(job.units());
+      const ShardState begun{
+          .shard = shard, .job = job.Hash(), .units = units, .next = units.first};
+      (runs ? state.running : state.stopped).push_back(ReadUnfinished(*next).value_or(begun));
+    }
+    ++next;
+  }
+  return state;
+}
+
 }  // namespace
 
 std::unique_ptr<Job> NamedJob(std::string_view name) {
@@ -159,22 +183,29 @@ std::unique_ptr<Job> JobOf(const std::string& folder) {
   throw Failure(Quoted(JobFile(folder)) + " has a job that is not known");
 }
 
-ShardEnd DoShard(const Job& job, const std::string& folder, const Shard& shard,
-                 const WorkOptions& options) {
-  const UnitRange units = shard.UnitsOf(job.units());
-  job.Check(units);
+std::optional<ShardState> StateOfFinished(const Job& job, const std::string& folder,
+                                          const Shard& shard) {
   for (const FoundShard& found : FindShards(folder)) {
     if (found.shard.count != shard.count) {
       throw Failure(fmt::format("{} is there: the job is cut into {} shards, not {}",
                                 Quoted(found.path), found.shard.count, shard.count));
     }
     if (found.shard == shard && found.finished) {
-      OpenFinished(job, found);
-      return ShardEnd::kWasThere;
+      return OpenFinished(job, found).state();
     }
   }
+  return std::nullopt;
+}
+
+ShardEnd DoShard(const Job& job, const std::string& folder, const Shard& shard,
+                 const WorkOptions& options) {
+  const UnitRange units = shard.UnitsOf(job.units());
+  job.Check(units);
+  if (StateOfFinished(job, folder, shard)) return ShardEnd::kWasThere;
   const auto file = ShardFile::Open(folder, {.shard = shard, .job = job.Hash(), .units = units});
-  if (!file) return ShardEnd::kBusy;
+  if (!file) {
+    return StateOfFinished(job, folder, shard) ? ShardEnd::kWasThere : ShardEnd::kBusy;
+  }
   const auto start = std::chrono::steady_clock::now();
   if (!job.Work(*file, options)) return ShardEnd::kStopped;
   file->Finish(SecondsSince(start));
@@ -182,7 +213,8 @@ ShardEnd DoShard(const Job& job, const std::string& folder, const Shard& shard,
 }
 
 Merged MergeShards(const Job& job, const std::string& folder) {
-  const FolderState state = StateOf(job, folder);
+  const std::vector<FoundShard> found = FindAlike(folder);
+  const FolderState state = StateOf(job, found);
   std::vector<int> missing;
   for (const Shard& shard : state.missing) missing.push_back(shard.number);
   for (const auto* unfinished : {&state.running, &state.stopped}) {
@@ -196,8 +228,8 @@ Merged MergeShards(const Job& job, const std::string& folder) {
   }
   Merged merged{.result = folder + "/" + job.result_name(), .shards = state.shards};
   std::vector<FinishedShard> shards;
-  for (const FoundShard& found : FindAlike(folder)) {
-    shards.push_back(OpenFinished(job, found));
+  for (const FoundShard& one : found) {
+    shards.push_back(OpenFinished(job, one));
     merged.answers += shards.back().state().answers;
     merged.failed += shards.back().state().failed;
   }
@@ -212,28 +244,7 @@ Merged MergeShards(const Job& job, const std::string& folder) {
 }
 
 FolderState StateOf(const Job& job, const std::string& folder) {
-  FolderState state;
-  const std::vector<FoundShard> found = FindAlike(folder);
-  if (found.empty()) return state;
-  state.shards = found[0].shard.count;
-  auto next = found.begin();
-  for (Shard shard{1, state.shards}; shard.number <= shard.count; ++shard.number) {
-    if (next == found.end() || next->shard != shard) {
-      state.missing.push_back(shard);
-      continue;
-    }
-    if (next->finished) {
-      state.finished.push_back(OpenFinished(job, *next).state());
-    } else {
-      const bool runs = IsInWork(*next);
-      const UnitRange units = shard.UnitsOf(job.units());
-      const ShardState begun{
-          .shard = shard, .job = job.Hash(), .units = units, .next = units.first};
-      (runs ? state.running : state.stopped).push_back(ReadUnfinished(*next).value_or(begun));
-    }
-    ++next;
-  }
-  return state;
+  return StateOf(job, FindAlike(folder));
 }
 
 }  // namespace pokermath

@@ -7,8 +7,8 @@
 #define POKERMATH_JOBS_JOB_FOLDER_H_
 
 #include <cstdint>
-#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,6 +31,11 @@ void BeginJob(const Job& job, const std::string& questions, const std::string& f
 
 /// The job of a folder. Throws Failure if it has none, or one of another version.
 std::unique_ptr<Job> JobOf(const std::string& folder);
+
+/// What a finished shard is; nothing if it is not finished. Throws Failure if it is damaged, or the
+/// job is cut into another number of shards; what other shards are does not matter.
+std::optional<ShardState> StateOfFinished(const Job& job, const std::string& folder,
+                                          const Shard& shard);
 
 enum class ShardEnd {
   kFinished,  ///< by this process

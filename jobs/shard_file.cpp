@@ -84,13 +84,13 @@ std::optional<Header> ReadHeader(const InputFile& file) {
   return header;
 }
 
+// Of a file that is finished.
 ShardState StateOf(const Header& header) {
-  const bool finished = header.finished == 1;
   return {.shard = {header.number, header.count},
           .job = header.job,
           .units = {header.first, header.last},
-          .finished = finished,
-          .next = finished ? header.last : header.first,
+          .finished = true,
+          .next = header.last,
           .answers = header.answers,
           .failed = header.failed,
           .bytes = header.bytes,
@@ -193,6 +193,11 @@ std::unique_ptr<ShardFile> ShardFile::Open(const std::string& folder, const Shar
   std::unique_ptr<ShardFile> shard(new ShardFile(path, fd, empty));
   if (!Lock(fd, file) || !IsAt(file, fd)) return nullptr;
   struct stat status {};
+  if (stat((path + kFinished).c_str(), &status) == 0) {
+    // It was finished just now, before this one was made.
+    if (fstat(fd, &status) == 0 && status.st_size == 0) unlink(file.c_str());
+    return nullptr;
+  }
   if (fstat(fd, &status) != 0 || !shard->ReadBlocks(status.st_size)) {
     // Nothing yet, or nothing that could be gone on with.
     if (ftruncate(fd, 0) != 0) throw SystemFailure("cannot write " + Quoted(file), errno);
@@ -442,7 +447,11 @@ std::optional<ShardState> ReadUnfinished(const FoundShard& found) {
   if (!file.ok()) return std::nullopt;
   const std::optional<Header> header = ReadHeader(file);
   if (!header) return std::nullopt;
-  ShardState state = StateOf(*header);
+  // The sums of a header are for finished ones; it has them a moment before its last name.
+  ShardState state{.shard = {header->number, header->count},
+                   .job = header->job,
+                   .units = {header->first, header->last},
+                   .next = header->first};
   BlockReader reader(file, file.size(), state.units);
   while (reader.Next()) {
     state.next = reader.next_unit();

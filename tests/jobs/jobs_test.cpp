@@ -187,6 +187,19 @@ TEST(Bulk, TheStateOfAFolder) {
   ASSERT_EQ(state.missing.size(), 1u);
   EXPECT_EQ(state.missing[0].number, 4);
   close(other);
+
+  // Somebody finishes a shard while another one is about to open it.
+  const ShardState begun{.shard = {2, 4}, .job = job.Hash(), .units = {75, 150}};
+  EXPECT_FALSE(ShardFile::Open(folder, begun));
+  EXPECT_FALSE(std::filesystem::exists(folder + "/2-of-4.unfinished"));
+  // He is killed before the last name is given, and goes on.
+  std::filesystem::rename(folder + "/2-of-4.shard", folder + "/2-of-4.unfinished");
+  EXPECT_EQ(StateOf(job, folder).stopped.at(1).answers, answers);
+  EXPECT_EQ(DoShard(job, folder, {2, 4}, {}), ShardEnd::kFinished);
+  // What is wrong with one shard is not another one's.
+  SetContent(folder + "/1-of-4.shard", "damaged");
+  EXPECT_EQ(StateOfFinished(job, folder, {2, 4})->answers, answers);
+  EXPECT_THROW(StateOfFinished(job, folder, {1, 4}), Failure);
 }
 
 // What MergeShards says, or what it made.
