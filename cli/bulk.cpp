@@ -90,32 +90,31 @@ int ReportMerged(const Merged& merged, bool json) {
   return merged.failed > 0 ? kExitFailed : kExitDone;
 }
 
-// The files of others are none of its business: there may be many, and in any state.
-int ReportShard(const BulkOptions& options, const Shard& shard) {
-  const std::vector<FoundShard> shards = FindShards(options.job.folder);
-  const auto found = std::ranges::find(shards, shard, &FoundShard::shard);
-  if (found == shards.end()) throw Failure(ShardText(shard) + " is not there any more");
-  const ShardState own = FinishedShard(found->path).state();
+int ReportShard(const Job& job, const BulkOptions& options, const Shard& shard) {
+  const std::optional<ShardState> own = StateOfFinished(job, options.job.folder, shard);
+  if (!own) throw Failure(ShardText(shard) + " is not there any more");
   if (options.json) {
     Print(JsonLine({{"schema", kJsonSchema},
                     {"shard", shard.number},
                     {"shards", shard.count},
-                    {"answers", own.answers},
-                    {"failed", own.failed}}));
+                    {"answers", own->answers},
+                    {"failed", own->failed}}));
   } else {
     const std::string answers =
-        own.answers > 0 ? ": " + AnswersText({.answers = own.answers, .failed = own.failed}) : "";
+        own->answers > 0 ? ": " + AnswersText({.answers = own->answers, .failed = own->failed})
+                         : "";
     Print(fmt::format("{} is done{}\n", ShardText(shard), answers));
   }
-  return own.failed > 0 ? kExitFailed : kExitDone;
+  return own->failed > 0 ? kExitFailed : kExitDone;
 }
 
 // What one process did alone is put in its last form at once.
 int ReportWhole(const Job& job, const BulkOptions& options, ShardEnd end) {
   const std::string result = options.job.folder + "/" + job.result_name();
   if (end == ShardEnd::kWasThere && FileLength(result)) {
-    const ShardState state = StateOf(job, options.job.folder).finished.at(0);
-    return ReportMerged({result, 1, state.answers, state.failed}, options.json);
+    if (const auto own = StateOfFinished(job, options.job.folder, {})) {
+      return ReportMerged({result, 1, own->answers, own->failed}, options.json);
+    }
   }
   return ReportMerged(MergeShards(job, options.job.folder), options.json);
 }
@@ -124,9 +123,15 @@ int RunBulk(const BulkOptions& options) {
   const std::optional<Shard> given = ShardOfProcess(options.shard, options.shards);
   const int threads =
       options.threads ? ReadNumber("--threads", *options.threads, 1, 1024) : AllThreads();
-  const std::unique_ptr<Job> job = BeginJob(options.job).job;
   const Shard shard = given.value_or(Shard{});
-  const ShardEnd end = DoShardAttended(*job, options.job.folder, shard, threads);
+  std::unique_ptr<Job> job;
+  ShardEnd end;
+  {
+    // A signal that comes while the questions are read stops the work before it begins.
+    const StopSignals signals;
+    job = BeginJob(options.job).job;
+    end = DoShardAttended(*job, options.job.folder, shard, threads);
+  }
   if (end == ShardEnd::kStopped) {
     PrintError("stopped " + ShardText(shard) + "; started again, it goes on from there");
     return kExitAgain;
@@ -135,7 +140,7 @@ int RunBulk(const BulkOptions& options) {
     throw Failure("another process works on " + ShardText(shard) + " in " +
                   Quoted(options.job.folder));
   }
-  return given ? ReportShard(options, shard) : ReportWhole(*job, options, end);
+  return given ? ReportShard(*job, options, shard) : ReportWhole(*job, options, end);
 }
 
 // --- a folder of parts ---
@@ -269,6 +274,7 @@ int RunVerify(const FolderOptions& options) {
   for (const std::int64_t line : verified.differ) {
     PrintError(fmt::format("the answer to line {} is another one", Grouped(line)));
   }
+  if (StopRequested()) throw Failure("stopped before all questions were answered again");
   const auto differ = static_cast<std::int64_t>(verified.differ.size());
   if (options.json) {
     Print(JsonLine({{"schema", kJsonSchema},

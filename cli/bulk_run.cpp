@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <csignal>
 #include <thread>
 
 #include "cli/progress.h"
@@ -19,8 +18,6 @@ int AllThreads() {
 ShardEnd DoShardAttended(const Job& job, const std::string& folder, const Shard& shard,
                          int threads) {
   const StopSignals signals;
-  // A limit on file sizes is an error like a full disk, not a reason to be killed.
-  std::signal(SIGXFSZ, SIG_IGN);
   const std::int64_t units = shard.UnitsOf(job.units()).size();
   Progress progress(shard.IsWhole() ? job.result_name()
                                     : fmt::format("shard {} of {}", shard.number, shard.count),

@@ -7,6 +7,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -213,6 +214,8 @@ int Run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   pokermath::cli::OccupyStandardStreams();
+  // A limit on file sizes is an error like a full disk, not a reason to be killed.
+  std::signal(SIGXFSZ, SIG_IGN);
   pokermath::SetMessageHandler(
       [](const CString& text) { pokermath::cli::PrintError(pokermath::ToUtf8(text)); });
   return pokermath::cli::Run(argc, argv);

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <csignal>
 #include <filesystem>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -145,8 +144,6 @@ int RunBuild(const TablesOptions& options) {
   const std::string dir = TableFolder(options.dir);
   CreateFolder(dir);
   const StopSignals signals;
-  // A limit on file sizes is an error like a full disk, not a reason to be killed.
-  std::signal(SIGXFSZ, SIG_IGN);
   if (!options.json) Print(dir + "\n");
   std::vector<Line> lines;
   std::string error;

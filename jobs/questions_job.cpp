@@ -262,6 +262,10 @@ Verified VerifyAnswers(const QuestionsJob& job, const std::string& answers, std:
   const std::atomic<bool> stop = false;
   AnswerReader reader(answers);
   Verified verified;
+  // With a part of the next one.
+  const auto part_of = [&](double next) {
+    return (static_cast<double>(verified.questions) + next) / static_cast<double>(chosen.size());
+  };
   auto next = chosen.begin();
   for (std::int64_t line = 0; line < file.lines(); ++line) {
     if (!IsQuestion(lines.Of(line))) continue;
@@ -276,14 +280,13 @@ Verified VerifyAnswers(const QuestionsJob& job, const std::string& answers, std:
     if (maker->Make(line, stop, again) == Made::kTooLong) {
       const LongUnit alone{.kept = "",
                            .threads = 1,
-                           .go_on = [](double) { return true; },
+                           .go_on = [&](double part) { return go_on(part_of(part)); },
                            .keep = [](const std::string&) {}};
-      maker->MakeLong(line, alone, again);
+      if (maker->MakeLong(line, alone, again) == Made::kStopped) return verified;
     }
     ++verified.questions;
     if (again != there) verified.differ.push_back(line + 1);
-    const auto part = static_cast<double>(verified.questions) / static_cast<double>(chosen.size());
-    if (!go_on(part)) return verified;
+    if (!go_on(part_of(0))) return verified;
   }
   if (!reader.Next().empty()) {
     throw Failure(Quoted(answers) + " has more answers than there are questions");

@@ -34,6 +34,8 @@ class QuestionsJob final : public ListJob {
 
 /// Answers some questions again, taken at random, and compares them with the lines of a file of
 /// answers. Throws Failure if that file does not have an answer for every question.
+///
+/// @param go_on  asked now and then with the part that is done; false ends the work
 struct Verified {
   std::int64_t questions = 0;        ///< that were answered again
   std::vector<std::int64_t> differ;  ///< lines of the questions whose answers are others, from 1

@@ -96,6 +96,8 @@ same "after a lock" "$(<"$work/by/answers.jsonl")" "$answers"
 # Faults.
 printf '\xff' | dd of="$work/by/3-of-4.shard" bs=1 seek=200 conv=notrunc status=none
 refuses 1 "3-of-4.shard' is damaged" bulk merge "$work/by"
+run bulk "$job" --out "$work/by" --shard 1/4
+same "a shard beside a damaged one" "$code $out" "0 shard 1 of 4 is done: 1 answer"
 cp "$work/in3/2-of-3.shard" "$work/by/3-of-4.shard"
 refuses 1 "name of another shard" bulk merge "$work/by"
 run bulk "$job" --out "$work/by" --shard 1/4
@@ -147,6 +149,22 @@ for signal in TERM USR1 INT; do
   same "$signal" "$? $(<"$work/err")" \
     "75 pokermath: stopped the job; started again, it goes on from there"
 done
+
+# Also while the questions are read, which are many.
+yes '{"players":["AhKd","7s7c"],"board":"2c7dTh"}' | head -n 400000 >"$work/many"
+rm -rf "$work/stopped"
+"$POKERMATH" bulk "$work/many" --out "$work/stopped" 2>"$work/err" &
+pid=$!
+until [[ $(ls -l /proc/$pid/fd 2>/dev/null) == *"$work/many"* || ! -e /proc/$pid ]]; do
+  sleep 0.002
+done
+kill -USR1 $pid
+wait $pid
+same "a signal at the start" "$? $(<"$work/err")" \
+  "75 pokermath: stopped the job; started again, it goes on from there"
+(ulimit -f 1 && "$POKERMATH" bulk merge "$work/fresh" 2>"$work/err")
+same "a full disk for the merge" "$? $(<"$work/err")" \
+  "1 pokermath: cannot write '$work/fresh/answers.jsonl': File too large"
 
 run bulk flop-report 15% 'QQ+' --out "$work/report"
 expect_code 0
