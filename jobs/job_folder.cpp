@@ -52,6 +52,8 @@ std::optional<Described> Describe(const std::string& folder) {
   const Json json = Json::parse(*text, nullptr, false);
   const bool has_all = json.is_object() && json.value("hash", Json()).is_string() &&
                        json.value("identity", Json()).is_object() &&
+                       json["identity"].value("job", Json()).is_string() &&
+                       json["identity"].value("program", Json()).is_string() &&
                        json.value(kQuestions, Json("")).is_string();
   if (!has_all || json["hash"] != ChecksumText(Checksum(json["identity"].dump()))) {
     throw Failure(Quoted(path) + " is damaged");
@@ -65,14 +67,16 @@ std::optional<Described> Describe(const std::string& folder) {
   return Described{json["identity"], json.value(kQuestions, "")};
 }
 
-std::unique_ptr<Job> ToJob(const Described& described) {
-  const Json& name = described.identity.value("job", Json(""));
-  if (name == kQuestions) {
+std::unique_ptr<Job> ToJob(const Described& described, const std::string& folder) {
+  const auto name = described.identity["job"].get<std::string>();
+  if (name != kQuestions) return NamedJob(name);
+  try {
     return std::make_unique<QuestionsJob>(
         QuestionFile::FromJson(described.identity, described.questions),
         described.identity.at("three_way").get<bool>());
+  } catch (const Json::exception&) {
+    throw Failure(Quoted(JobFile(folder)) + " is damaged");
   }
-  return name.is_string() ? NamedJob(name.get<std::string>()) : nullptr;
 }
 
 void MakeFolder(const std::string& folder) {
@@ -155,7 +159,7 @@ std::unique_ptr<Job> NamedJob(std::string_view name) {
 std::unique_ptr<Job> QuestionsJobOf(const std::string& questions, const std::string& folder) {
   if (const std::optional<Described> described = Describe(folder)) {
     if (described->identity.value("job", "") == kQuestions) {
-      return ToJob({described->identity, questions});
+      return ToJob({described->identity, questions}, folder);
     }
   }
   return std::make_unique<QuestionsJob>(QuestionFile::Of(questions),
@@ -170,7 +174,7 @@ void BeginJob(const Job& job, const std::string& questions, const std::string& f
   MakeFolder(folder);
   std::string path;
   if (!questions.empty()) path = std::filesystem::absolute(questions).lexically_normal().string();
-  const std::string text = ToJson(job, path).dump() + "\n";
+  const std::string text = JsonLine(ToJson(job, path));
   AtomicFile file(JobFile(folder));
   file.Write(text.data(), text.size());
   if (!file.Commit()) throw SystemFailure("cannot write " + Quoted(JobFile(folder)), errno);
@@ -179,7 +183,7 @@ void BeginJob(const Job& job, const std::string& questions, const std::string& f
 std::unique_ptr<Job> JobOf(const std::string& folder) {
   const std::optional<Described> described = Describe(folder);
   if (!described) throw Failure(Quoted(folder) + " has no job: no job.json is there");
-  if (std::unique_ptr<Job> job = ToJob(*described)) return job;
+  if (std::unique_ptr<Job> job = ToJob(*described, folder)) return job;
   throw Failure(Quoted(JobFile(folder)) + " has a job that is not known");
 }
 

@@ -163,6 +163,9 @@ QuestionFile QuestionFile::FromJson(const Json& json, const std::string& path) {
                 one.at(1).get<std::int64_t>(), 0};
     const auto& checksum = one.at(2).get_ref<const std::string&>();
     std::from_chars(checksum.data(), checksum.data() + checksum.size(), piece.checksum, 16);
+    if (piece.lines < 1 || piece.lines > piece.bytes || piece.bytes > INT64_MAX - piece.start) {
+      throw Failure("the pieces of " + Quoted(path) + " are not as they were written");
+    }
     questions.pieces_.push_back(piece);
     questions.bytes_ += piece.bytes;
     questions.lines_ += piece.lines;
@@ -191,7 +194,8 @@ const InputFile& QuestionFile::Open() const {
 
 std::string QuestionFile::Read(const Piece& piece) const {
   std::string text(static_cast<std::size_t>(piece.bytes), '\0');
-  if (Open().ReadAll(piece.start, text.data(), text.size()) && Checksum(text) == piece.checksum) {
+  if (Open().ReadAll(piece.start, text.data(), text.size()) && Checksum(text) == piece.checksum &&
+      LinesIn(text) == piece.lines) {
     return text;
   }
   throw Failure(fmt::format("{} was changed since the work began: lines {} to {} are others",

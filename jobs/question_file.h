@@ -32,8 +32,8 @@ class QuestionFile {
   /// Reads all of a file. Throws Failure if it cannot be read, UsageError if it cannot be a file of
   /// questions or two of them have the same id.
   static QuestionFile Of(const std::string& path);
-  /// The same as when ToJson was called, whatever the file has become since. Throws Json's own
-  /// exceptions for what ToJson did not write.
+  /// The same as when ToJson was called, whatever the file has become since. Throws Failure
+  /// or Json's own exceptions for what ToJson did not write.
   static QuestionFile FromJson(const Json& json, const std::string& path);
 
   Json ToJson() const;

@@ -9,6 +9,7 @@
 #include <random>
 #include <thread>
 
+#include "jobs/checksum.h"
 #include "jobs/flop_report.h"
 #include "jobs/job_folder.h"
 #include "jobs/list_job.h"
@@ -356,6 +357,39 @@ TEST(Questions, AFileIsKnownByItsPieces) {
   } catch (const UsageError& error) {
     EXPECT_NE(std::string(error.what()).find("lines 1 and 4"), std::string::npos) << error.what();
   }
+}
+
+// Whoever writes such a file knows its checksum.
+TEST(Questions, AJobFileIsCheckedWhole) {
+  const ScratchFolder scratch;
+  const std::string path = scratch / "questions.jsonl", folder = scratch / "job";
+  SetContent(path, "{}\n{}\n");
+  const QuestionsJob job(QuestionFile::Of(path), false);
+  BeginJob(job, path, folder);
+  const Json good = Json::parse(ReadText(folder + "/job.json"));
+  EXPECT_EQ(JobOf(folder)->units(), 2);
+  for (const char* patch : {
+           R"({"job":5})",
+           R"({"program":5})",
+           R"({"three_way":5})",
+           R"({"pieces":5})",
+           R"({"pieces":[[6,2]]})",
+           R"({"pieces":[["6",2,"0"]]})",
+           R"({"pieces":[[-6,2,"0"]]})",
+           R"({"pieces":[[6,0,"0"]]})",
+           R"({"pieces":[[6,7,"0"]]})",
+           R"({"pieces":[[9223372036854775807,1,"0"],[9223372036854775807,1,"0"]]})",
+       }) {
+    Json bad = good;
+    bad["identity"].update(Json::parse(patch));
+    bad["hash"] = ChecksumText(Checksum(bad["identity"].dump()));
+    SetContent(folder + "/job.json", bad.dump());
+    EXPECT_THROW(JobOf(folder), Failure) << patch;
+  }
+  Json bad = job.Identity();
+  bad["pieces"][0][1] = 5;  // there are not so many lines
+  const QuestionFile file = QuestionFile::FromJson(bad, path);
+  EXPECT_THROW(file.Read(file.PieceOf(4)), Failure);
 }
 
 // A question that takes long is left at any time, and its answer is the same.
