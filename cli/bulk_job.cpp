@@ -33,6 +33,9 @@ std::string WriteReport(const JobWords& words) {
     if (*there == text) return path;
     throw Failure(Quoted(path) + " has other questions: take a folder of its own");
   }
+  if (FileLength(words.folder + "/job.json")) {
+    throw Failure(Quoted(words.folder) + " has another job: take a folder of its own");
+  }
   AtomicFile file(path);
   file.Write(text.data(), text.size());
   if (!file.Commit()) throw SystemFailure("cannot write " + Quoted(path), errno);

@@ -2,8 +2,8 @@
 
 #include <fmt/format.h>
 
-#include <charconv>
 #include <cstdlib>
+#include <limits>
 #include <string_view>
 
 #include "pages/errors.h"
@@ -16,7 +16,7 @@ namespace {
 std::optional<int> FromEnvironment(const char* name) {
   const char* text = std::getenv(name);
   if (text == nullptr || *text == '\0') return std::nullopt;
-  return ReadNumber(name, text, 0, kMostShards);
+  return ReadNumber(name, text, 0, std::numeric_limits<int>::max());
 }
 
 int Needed(const char* name, const char* beside) {
@@ -54,6 +54,7 @@ std::optional<Shard> ShardOfMpi() {
   const std::optional<int> rank = FromEnvironment(kRank);
   if (!rank) return std::nullopt;
   const int size = Needed("OMPI_COMM_WORLD_SIZE", kRank);
+  if (size == 1) return std::nullopt;
   if (*rank >= size) throw UsageError(fmt::format("rank {} is none of {}", *rank, size));
   return Shard{*rank + 1, size};
 }

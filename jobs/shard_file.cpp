@@ -409,8 +409,9 @@ std::optional<Shard> ShardOfName(std::string_view name, std::string_view ending)
   if (!std::string_view(number.ptr, end).starts_with(kOf)) return std::nullopt;
   std::from_chars(number.ptr + kOf.size(), end, shard.count);
   // What the name of the shard would be has to be the name, to the letter.
-  if (shard.number < 1 || shard.count < shard.number || shard.Name() != name) return std::nullopt;
-  return shard;
+  const bool is_shard = shard.number >= 1 && shard.number <= shard.count &&
+                        shard.count <= kMostShards && shard.Name() == name;
+  return is_shard ? std::optional(shard) : std::nullopt;
 }
 
 }  // namespace

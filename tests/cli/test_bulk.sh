@@ -107,6 +107,8 @@ refuses 1 "was changed since the work began: lines 1 to 10" bulk "$work/other.js
 echo >>"$work/other.jsonl"
 refuses 1 "was changed since the work began: it has" bulk "$work/other.jsonl" --out "$work/by" --shard 1/4
 refuses 1 "has another job" bulk omaha-strength --out "$work/by"
+refuses 1 "has another job" bulk flop-report AA KK --out "$work/by"
+[[ ! -e $work/by/questions.jsonl ]] || fail "questions of another job"
 refuses 1 "has no job" bulk merge "$work"
 sed -i 's/bytes/bites/' "$work/by/job.json"
 refuses 1 "job.json' is damaged" bulk status "$work/by"
