@@ -116,7 +116,7 @@ int ReportWhole(const Job& job, const BulkOptions& options, ShardEnd end) {
       return ReportMerged({result, 1, own->answers, own->failed}, options.json);
     }
   }
-  return ReportMerged(MergeShards(job, options.job.folder), options.json);
+  return ReportMerged(MergeAttended(job, options.job.folder), options.json);
 }
 
 int RunBulk(const BulkOptions& options) {
@@ -152,7 +152,8 @@ struct FolderOptions {
 };
 
 int RunMerge(const FolderOptions& options) {
-  return ReportMerged(MergeShards(*pokermath::JobOf(options.folder), options.folder), options.json);
+  return ReportMerged(MergeAttended(*pokermath::JobOf(options.folder), options.folder),
+                      options.json);
 }
 
 // How far a shard is.

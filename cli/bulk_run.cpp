@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <optional>
 #include <thread>
 
 #include "cli/progress.h"
@@ -28,6 +29,14 @@ ShardEnd DoShardAttended(const Job& job, const std::string& folder, const Shard&
     return !StopRequested();
   };
   return DoShard(job, folder, shard, options);
+}
+
+Merged MergeAttended(const Job& job, const std::string& folder) {
+  std::optional<Progress> progress;
+  return MergeShards(job, folder, [&](std::int64_t done, std::int64_t all) {
+    if (!progress) progress.emplace("merging", all, "bytes", std::chrono::milliseconds(300));
+    progress->Update(done);
+  });
 }
 
 }  // namespace pokermath::cli

@@ -16,6 +16,9 @@ int AllThreads();
 ShardEnd DoShardAttended(const Job& job, const std::string& folder, const Shard& shard,
                          int threads);
 
+/// MergeShards with a line of progress.
+Merged MergeAttended(const Job& job, const std::string& folder);
+
 }  // namespace pokermath::cli
 
 #endif  // POKERMATH_CLI_BULK_RUN_H_

@@ -263,7 +263,7 @@ bool BuildByJob(const TableFile& table, const std::string& path, const Job& job)
     default:
       break;
   }
-  const auto result = ReadWholeFile(MergeShards(job, folder).result);
+  const auto result = ReadWholeFile(MergeAttended(job, folder).result);
   if (!result) throw SystemFailure("cannot read what is in " + Quoted(folder), errno);
   const bool is_right = IsRight(table, {std::as_bytes(std::span(*result))});
   const bool written = is_right && WriteTable(table, path, {std::as_bytes(std::span(*result))});

@@ -216,7 +216,8 @@ ShardEnd DoShard(const Job& job, const std::string& folder, const Shard& shard,
   return ShardEnd::kFinished;
 }
 
-Merged MergeShards(const Job& job, const std::string& folder) {
+Merged MergeShards(const Job& job, const std::string& folder,
+                   const std::function<void(std::int64_t done, std::int64_t all)>& tell) {
   const std::vector<FoundShard> found = FindAlike(folder);
   const FolderState state = StateOf(job, found);
   std::vector<int> missing;
@@ -232,10 +233,15 @@ Merged MergeShards(const Job& job, const std::string& folder) {
   }
   Merged merged{.result = folder + "/" + job.result_name(), .shards = state.shards};
   std::vector<FinishedShard> shards;
+  std::int64_t all = 0, done = 0;
   for (const FoundShard& one : found) {
     shards.push_back(OpenFinished(job, one));
     merged.answers += shards.back().state().answers;
     merged.failed += shards.back().state().failed;
+    all += shards.back().state().bytes;
+  }
+  for (FinishedShard& shard : shards) {
+    if (tell) shard.Tell([&](std::int64_t bytes) { tell(done += bytes, all); });
   }
   AtomicFile file(merged.result);
   const auto check = [&](bool good) {

@@ -59,7 +59,10 @@ struct Merged {
 
 /// Puts the shards of a folder together. Throws Failure, and writes nothing, for gaps, overlaps,
 /// shards of another job and damage, and says which.
-Merged MergeShards(const Job& job, const std::string& folder);
+///
+/// @param tell  called now and then with the bytes that were read, and all of them; may be empty
+Merged MergeShards(const Job& job, const std::string& folder,
+                   const std::function<void(std::int64_t done, std::int64_t all)>& tell = {});
 
 /// A folder's shards: all that there have to be.
 struct FolderState {

@@ -386,6 +386,7 @@ void FinishedShard::ForEachBlock(const std::function<void(const MadeUnits& made)
     made.answers = block.answers;
     made.failed = block.failed;
     visit(made);
+    if (tell_) tell_(block.bytes);
   }
   if (reader.next_unit() != state_.units.last || reader.end() != file.size() ||
       check != blocks_check_) {

@@ -17,6 +17,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace pokermath {
@@ -126,11 +127,14 @@ class FinishedShard {
   /// Reads block by block, and throws Failure where one is damaged; what was visited before is
   /// right.
   void ForEachBlock(const std::function<void(const MadeUnits& made)>& visit) const;
+  /// `tell` is called behind each block, with its bytes.
+  void Tell(std::function<void(std::int64_t bytes)> tell) { tell_ = std::move(tell); }
 
  private:
   std::string path_;
   ShardState state_;
   std::uint64_t blocks_check_ = 0;
+  std::function<void(std::int64_t bytes)> tell_;
 };
 
 /// A shard as it is found in a folder.

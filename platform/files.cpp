@@ -177,15 +177,19 @@ void FileWriter::Write(const void* data, std::size_t bytes) {
   const char* start = static_cast<const char*>(data);
   if (buffer_.size() + bytes > kGather) Flush();
   if (bytes >= kGather) {
-    failed_ = failed_ || !WriteAll(fd_, start, bytes);
+    WriteNow(start, bytes);
   } else {
     buffer_.insert(buffer_.end(), start, start + bytes);
   }
 }
 
 void FileWriter::Flush() {
-  if (ok() && !buffer_.empty()) failed_ = !WriteAll(fd_, buffer_.data(), buffer_.size());
+  WriteNow(buffer_.data(), buffer_.size());
   buffer_.clear();
+}
+
+void FileWriter::WriteNow(const char* data, std::size_t bytes) {
+  if (ok() && !WriteAll(fd_, data, bytes)) error_ = errno != 0 ? errno : EIO;
 }
 
 NewFile::NewFile(const std::string& path)
@@ -270,6 +274,8 @@ bool AtomicFile::CopyUnderTemporaryName() {
 
 bool AtomicFile::Commit() {
   Flush();
+  // Whatever was called since has an errno of its own.
+  if (error() != 0) errno = error();
   if (!ok()) return false;
   if (direct_) return true;
   if (fsync(fd_) != 0) return false;

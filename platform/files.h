@@ -32,16 +32,20 @@ class FileWriter {
   FileWriter& operator=(const FileWriter&) = delete;
 
   /// False when there is no file or a write failed.
-  bool ok() const { return fd_ >= 0 && !failed_; }
+  bool ok() const { return fd_ >= 0 && error_ == 0; }
   void Write(const void* data, std::size_t bytes);
   /// Hands what was gathered to the system.
   void Flush();
 
  protected:
+  int error() const { return error_; }
+
   int fd_ = -1;
 
  private:
-  bool failed_ = false;
+  void WriteNow(const char* data, std::size_t bytes);
+
+  int error_ = 0;  // why a write failed
   std::vector<char> buffer_;
 };
 

@@ -233,6 +233,7 @@ void MeetTexts(pugi::xml_node first, pugi::xml_node second) {
   } else if (before.ends_with('\r') && behind.starts_with('\n')) {
     const std::string_view line = before.substr(0, before.size() - 1);
     Must(first.set_value((std::string(line) + "\n").c_str()));
+    MeetTexts(first.previous_sibling(), first);
   } else if (before.ends_with(']') && (behind.starts_with('>') || behind.starts_with("]>"))) {
     std::string raw(behind);
     Must(second.set_value(raw.replace(raw.find('>'), 1, "&gt;").c_str()));

@@ -131,6 +131,10 @@ TEST(Markup, WhatIsPutInIsReadBack) {
   while (doc.Enter()) EXPECT_TRUE(doc.Remove());
   EXPECT_EQ(doc.Data(), L"x\n\n");
   EXPECT_EQ(Loaded(doc.Utf8()).Data(), doc.Data());
+  doc = Loaded("<a>x\r<b/>\r<b/>\n\nc</a>");
+  while (doc.Enter()) EXPECT_TRUE(doc.Remove());
+  EXPECT_EQ(doc.Data(), L"x\n\n\n\nc");
+  EXPECT_EQ(Loaded(doc.Utf8()).Data(), doc.Data());
   doc = Loaded("<a>\n  <b/>\n  <c/>\n</a>");
   EXPECT_TRUE(doc.Enter(L"c") && doc.Remove());
   EXPECT_EQ(doc.Utf8(), "<a>\n  <b/>\n</a>");
