@@ -23,6 +23,9 @@
 
 #define POKERMATH_CALL(type, name) extern "C" [[clang::export_name(#name)]] type name
 
+// The module's one thread never ends, so what it would destroy then stays.
+extern "C" int __cxa_thread_atexit(void (*)(void*), void*, void*) { return 0; }
+
 namespace pokermath {
 namespace {
 
