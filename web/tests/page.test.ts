@@ -556,7 +556,7 @@ describe("long questions", () => {
   it("leave no error of before, and mark the figures of before", async () => {
     const { page } = await open(
       browser,
-      `${FILE_ADDRESS}#p=AhKd&p=QQ&p=22,77&board=7s7h7d&method=exact&of=3`,
+      `${FILE_ADDRESS}#p=AhKd&p=QQ&p=22,77&board=7s7h7d&dead=2c&method=exact&of=3`,
     );
     const blocked = () => page.locator(".cell.blocked").count();
     expect(await blocked()).toBe(1);
