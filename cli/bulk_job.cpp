@@ -2,11 +2,11 @@
 
 #include <fmt/format.h>
 
-#include <cerrno>
 #include <filesystem>
 #include <optional>
 
 #include "cli/errors.h"
+#include "cli/output.h"
 #include "jobs/flop_report.h"
 #include "jobs/job_folder.h"
 #include "pages/game.h"
@@ -36,9 +36,7 @@ std::string WriteReport(const JobWords& words) {
   if (FileLength(words.folder + "/job.json")) {
     throw Failure(Quoted(words.folder) + " has another job: take a folder of its own");
   }
-  AtomicFile file(path);
-  file.Write(text.data(), text.size());
-  if (!file.Commit()) throw SystemFailure("cannot write " + Quoted(path), errno);
+  WriteDocument(path, text);
   return path;
 }
 

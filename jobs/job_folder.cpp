@@ -4,7 +4,6 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <filesystem>
 #include <nlohmann/json.hpp>
@@ -109,9 +108,10 @@ std::vector<FoundShard> FindAlike(const std::string& folder) {
   return found;
 }
 
-FinishedShard OpenFinished(const Job& job, const FoundShard& found) {
+// @param hash  the job's
+FinishedShard OpenFinished(const Job& job, std::uint64_t hash, const FoundShard& found) {
   FinishedShard shard(found.path);
-  if (shard.state().job != job.Hash()) throw Failure(Quoted(found.path) + " is of another job");
+  if (shard.state().job != hash) throw Failure(Quoted(found.path) + " is of another job");
   if (shard.state().shard != found.shard ||
       shard.state().units != found.shard.UnitsOf(job.units())) {
     throw Failure(
@@ -125,6 +125,7 @@ FolderState StateOf(const Job& job, const std::vector<FoundShard>& found) {
   FolderState state;
   if (found.empty()) return state;
   state.shards = found[0].shard.count;
+  const std::uint64_t hash = job.Hash();
   auto next = found.begin();
   for (Shard shard{1, state.shards}; shard.number <= shard.count; ++shard.number) {
     if (next == found.end() || next->shard != shard) {
@@ -132,12 +133,11 @@ FolderState StateOf(const Job& job, const std::vector<FoundShard>& found) {
       continue;
     }
     if (next->finished) {
-      state.finished.push_back(OpenFinished(job, *next).state());
+      state.finished.push_back(OpenFinished(job, hash, *next).state());
     } else {
       const bool runs = IsInWork(*next);
       const UnitRange units = shard.UnitsOf(job.units());
-      const ShardState begun{
-          .shard = shard, .job = job.Hash(), .units = units, .next = units.first};
+      const ShardState begun{.shard = shard, .job = hash, .units = units, .next = units.first};
       (runs ? state.running : state.stopped).push_back(ReadUnfinished(*next).value_or(begun));
     }
     ++next;
@@ -151,7 +151,7 @@ std::unique_ptr<Job> NamedJob(std::string_view name) {
   if (name == ThreeWayJob::kName) return std::make_unique<ThreeWayJob>();
   for (const int hand_size : {4, 5, 6}) {
     auto job = std::make_unique<OmahaStrengthJob>(hand_size);
-    if (job->Identity()["job"] == name) return job;
+    if (job->name() == name) return job;
   }
   return nullptr;
 }
@@ -195,7 +195,7 @@ std::optional<ShardState> StateOfFinished(const Job& job, const std::string& fol
                                 Quoted(found.path), found.shard.count, shard.count));
     }
     if (found.shard == shard && found.finished) {
-      return OpenFinished(job, found).state();
+      return OpenFinished(job, job.Hash(), found).state();
     }
   }
   return std::nullopt;
@@ -234,8 +234,9 @@ Merged MergeShards(const Job& job, const std::string& folder,
   Merged merged{.result = folder + "/" + job.result_name(), .shards = state.shards};
   std::vector<FinishedShard> shards;
   std::int64_t all = 0, done = 0;
+  const std::uint64_t hash = job.Hash();
   for (const FoundShard& one : found) {
-    shards.push_back(OpenFinished(job, one));
+    shards.push_back(OpenFinished(job, hash, one));
     merged.answers += shards.back().state().answers;
     merged.failed += shards.back().state().failed;
     all += shards.back().state().bytes;

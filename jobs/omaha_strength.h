@@ -19,6 +19,7 @@ class OmahaStrengthJob final : public SumsJob {
   /// @param hand_size  one of kOmahaHandSizes
   explicit OmahaStrengthJob(int hand_size);
 
+  const std::string& name() const { return name_; }
   Json Identity() const override;
   std::int64_t units() const override;
   const char* unit_name() const override { return "sets of boards"; }

@@ -113,6 +113,18 @@ std::string_view IdOf(std::string_view line) {
   return "";
 }
 
+bool ReadMore(const InputFile& file, const std::string& path, std::int64_t& position,
+              std::string& text) {
+  const std::size_t before = text.size();
+  text.resize(before + kPieceBytes);
+  bool good;
+  const std::size_t got = file.Read(position, text.data() + before, kPieceBytes, good);
+  if (!good) throw SystemFailure("cannot read " + Quoted(path), errno);
+  text.resize(before + got);
+  position += static_cast<std::int64_t>(got);
+  return got > 0;
+}
+
 void QuestionFile::AddPiece(std::string_view text) {
   pieces_.push_back(
       {bytes_, static_cast<std::int64_t>(text.size()), lines_, LinesIn(text), Checksum(text)});
@@ -131,16 +143,8 @@ QuestionFile QuestionFile::Of(const std::string& path) {
     });
   };
   std::string buffer;
-  for (std::int64_t position = 0;;) {
-    const std::size_t before = buffer.size();
-    buffer.resize(before + kPieceBytes);
-    bool good;
-    const std::size_t got = file.Read(position, buffer.data() + before, kPieceBytes, good);
-    if (!good) throw SystemFailure("cannot read " + Quoted(path), errno);
-    buffer.resize(before + got);
-    position += static_cast<std::int64_t>(got);
+  for (std::int64_t position = 0; ReadMore(file, path, position, buffer);) {
     const std::size_t end = buffer.rfind('\n');
-    if (got == 0) break;
     if (end != buffer.npos) {
       add(std::string_view(buffer).substr(0, end + 1));
       buffer.erase(0, end + 1);

@@ -63,6 +63,11 @@ class QuestionFile {
   mutable std::shared_ptr<const InputFile> file_;  // once it is read
 };
 
+/// Reads some more of a file behind a text, and moves the position; false at its end. Throws
+/// Failure if it cannot be read.
+bool ReadMore(const InputFile& file, const std::string& path, std::int64_t& position,
+              std::string& text);
+
 /// The text of the value of the key "id" of an object; empty if it has none. What is no JSON may
 /// have any.
 std::string_view IdOf(std::string_view line);

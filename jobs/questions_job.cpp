@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cstring>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -192,23 +191,11 @@ class AnswerReader {
       searched = buffer_.size() - start_;
       buffer_.erase(0, start_);
       start_ = 0;
-      if (!Fill()) return {};
+      if (!ReadMore(file_, path_, position_, buffer_)) return {};
     }
   }
 
  private:
-  bool Fill() {
-    constexpr std::size_t kBytes = std::size_t{1} << 20;
-    const std::size_t before = buffer_.size();
-    buffer_.resize(before + kBytes);
-    bool good;
-    const std::size_t got = file_.Read(position_, buffer_.data() + before, kBytes, good);
-    if (!good) throw SystemFailure("cannot read " + Quoted(path_), errno);
-    buffer_.resize(before + got);
-    position_ += static_cast<std::int64_t>(got);
-    return got > 0;
-  }
-
   std::string path_;
   InputFile file_;
   std::int64_t position_ = 0;
