@@ -104,7 +104,8 @@ class AnswerReader {
 
   double ShareOf(std::size_t points, Int128 cases) const {
     if (cases == 0) return 0;
-    return DoubleOf(sums_[points]) / (kPot * DoubleOf(cases));
+    // Both are rounded, where weights make them large.
+    return std::min(1.0, DoubleOf(sums_[points]) / (kPot * DoubleOf(cases)));
   }
 
   Outcome OutcomeAt(std::size_t cases, OutcomePlace place) const {

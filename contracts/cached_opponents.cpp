@@ -1,9 +1,8 @@
 #include "contracts/cached_opponents.h"
 
-#include <omp.h>
-
 #include <vector>
 
+#include "contracts/team.h"
 #include "kernels/decks.h"
 #include "kernels/matchups.h"
 #include "kernels/range_count.h"
@@ -47,18 +46,10 @@ Tally CountWithTable(Deck deck, std::span<const int, 2> hand, std::span<const Co
   // Matchups that are known are looked up one by one, others counted together.
   const std::size_t together = IsHandOf(deck, hand) ? 1 : holdings.size();
   const auto parts = static_cast<int>(together == 0 ? 0 : holdings.size() / together);
-  std::vector<Tally> tallies(static_cast<std::size_t>(parts));
-  omp_set_dynamic(1);
-  // Every index writes its own slot only.
-#pragma omp parallel for schedule(static)
-  for (int i = 0; i < parts; ++i) {
-    const auto slot = static_cast<std::size_t>(i);
-    tallies[slot] = Count(deck, hand, holdings.subspan(slot * together, together), table,
-                          Street::kRiver, boards);
-  }
-  Tally all;
-  for (const Tally& tally : tallies) all += tally;
-  return all;
+  return SumOfTeam(parts, [&](int i) {
+    const auto first = static_cast<std::size_t>(i) * together;
+    return Count(deck, hand, holdings.subspan(first, together), table, Street::kRiver, boards);
+  });
 }
 
 Tally CountWithTurnTable(std::span<const int, 2> hand, std::span<const Combination> holdings,

@@ -1,13 +1,12 @@
 // Omaha equity of given hands: PokerLogic's members.
 
-#include <omp.h>
-
 #include <array>
 #include <span>
 #include <vector>
 
 #include "contracts/shares.h"
 #include "contracts/stopwatch.h"
+#include "contracts/team.h"
 #include "kernels/hole_cards.h"
 #include "kernels/omaha_before_flop.h"
 #include "kernels/omaha_cliques.h"
@@ -206,15 +205,8 @@ double TurnEquityHandVsRandomOnTurnFsm5(int* hand, int* board, int& count) {
 }
 
 double RiverEquityHandVsRandomOnTurnFsm5(int* hand, int* board, int& count) {
-  std::array<pokermath::Tally, 52> rivers;
-  omp_set_dynamic(1);
-  // Every index writes its own slot only.
-#pragma omp parallel for schedule(static)
-  for (int river = 0; river < 52; ++river) {
-    rivers[static_cast<std::size_t>(river)] = pokermath::CountRiver(hand, board, river);
-  }
-  pokermath::Tally tally;
-  for (const pokermath::Tally& part : rivers) tally += part;
+  const pokermath::Tally tally = pokermath::SumOfTeam(
+      52, [&](int river) { return pokermath::CountRiver(hand, board, river); });
   return pokermath::Percent(tally, count);
 }
 

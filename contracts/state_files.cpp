@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <mutex>
 #include <utility>
 #include <vector>
 
@@ -148,14 +149,19 @@ std::uint32_t* LoadStates(const StateFile& file, const std::string& path, bool& 
 
 namespace {
 
+// Functions that may run in several threads load what they need, so the first one of them loads.
 int LoadInto(const StateFile& file, const CString& folder, std::uint32_t*& table) {
-  if (table != nullptr) return 1;
+  static std::mutex loading;
   const CString name = FromUtf8(std::string(file.name));
+  const CString path = folder.empty() ? name : folder + L"/" + name;
   bool missing = false;
-  table = LoadStates(file, ToUtf8(folder.empty() ? name : folder + L"/" + name), missing);
-  if (missing)
-    ShowMessage(L"Error: Can not open file " + (folder.empty() ? name : folder + L"/" + name));
-  return table != nullptr ? 1 : 0;
+  {
+    const std::lock_guard lock(loading);
+    if (table == nullptr) table = LoadStates(file, ToUtf8(path), missing);
+    if (table != nullptr) return 1;
+  }
+  if (missing) ShowMessage(L"Error: Can not open file " + path);
+  return 0;
 }
 
 }  // namespace
