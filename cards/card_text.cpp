@@ -3,7 +3,9 @@
 #include "cards/card_text.h"
 
 #include <cctype>
-#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "platform/text.h"
 #include "pokermath/cards.h"
@@ -49,6 +51,31 @@ CardAt ReadCard(std::string_view text) {
   return {read.suit * 13 + static_cast<int>(rank), length + read.length};
 }
 
+Result<std::vector<int>> ReadInOrder(std::string_view text) {
+  std::vector<int> cards;
+  CardSet seen;
+  for (std::size_t at = 0; at < text.size();) {
+    if (IsSeparator(text[at])) {
+      ++at;
+      continue;
+    }
+    const std::string_view rest = text.substr(at);
+    const CardAt read = ReadCard(rest);
+    if (read.card < 0) {
+      std::string error = "'" + BadPiece(rest) + "' is not a card: rank ";
+      error.append(kRankLetters).append(" (or 10), suit ").append(kSuitLetters);
+      return Error{ErrorCode::kText, std::move(error), -1, -1, at};
+    }
+    if (seen.Contains(read.card)) {
+      return Error{ErrorCode::kCard, CardName(read.card) + " is given twice", -1, read.card, at};
+    }
+    seen.Add(read.card);
+    cards.push_back(read.card);
+    at += read.length;
+  }
+  return cards;
+}
+
 }  // namespace
 
 SuitAt ReadSuitAt(std::string_view text) {
@@ -74,29 +101,15 @@ std::string CardName(int card) {
 }
 
 CardsResult ParseCards(std::string_view text) {
-  CardsResult result;
-  std::uint64_t seen = 0;
-  while (!text.empty()) {
-    if (IsSeparator(text.front())) {
-      text.remove_prefix(1);
-      continue;
-    }
-    const CardAt read = ReadCard(text);
-    if (read.card < 0) {
-      result.error.append("'").append(BadPiece(text)).append("' is not a card: rank ");
-      result.error.append(kRankLetters).append(" (or 10), suit ").append(kSuitLetters);
-    } else if ((seen >> read.card & 1) != 0) {
-      result.error = CardName(read.card) + " is given twice";
-    }
-    if (!result.error.empty()) {
-      result.cards.clear();
-      return result;
-    }
-    seen |= std::uint64_t{1} << read.card;
-    result.cards.push_back(read.card);
-    text.remove_prefix(read.length);
-  }
-  return result;
+  Result<std::vector<int>> read = ReadInOrder(text);
+  if (!read) return {{}, read.error().text};
+  return {*std::move(read), {}};
+}
+
+Result<CardSet> ReadCardSet(std::string_view text) {
+  const Result<std::vector<int>> read = ReadInOrder(text);
+  if (!read) return read.error();
+  return CardSet(*read);
 }
 
 }  // namespace pokermath

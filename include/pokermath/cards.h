@@ -1,8 +1,13 @@
-// Cards as the whole library sees them.
-//
-// A card is an int, the card code: suit * 13 + rank, with rank 0 = deuce .. 12 = ace and suit
-// 0 = clubs, 1 = diamonds, 2 = hearts, 3 = spades. So 0 is the deuce of clubs, 12 the ace of clubs
-// and 51 the ace of spades. The short deck uses the codes of rank 4 (six) and above.
+/// @file
+/// Cards as the whole library sees them.
+///
+/// A card is an int, the card code: suit * 13 + rank, with rank 0 = deuce .. 12 = ace and suit
+/// 0 = clubs, 1 = diamonds, 2 = hearts, 3 = spades. So 0 is the deuce of clubs, 12 the ace of clubs
+/// and 51 the ace of spades. The short deck uses the codes of rank 4 (six) and above.
+///
+/// Nothing here has to be loaded, and all of it may be called by any number of threads, an object
+/// that is changed by one at a time. Functions that take codes do not check them. What reads text
+/// checks it.
 
 #ifndef POKERMATH_CARDS_H_
 #define POKERMATH_CARDS_H_
@@ -12,7 +17,9 @@
 #include <string_view>
 #include <vector>
 
+#include "pokermath/card_set.h"
 #include "pokermath/export.h"
+#include "pokermath/result.h"
 #include "pokermath/text.h"
 
 /// Rank of a card code: 0 = deuce .. 12 = ace.
@@ -36,7 +43,12 @@ POKERMATH_EXPORT int GetCardRankByName(wchar_t letter);
 POKERMATH_EXPORT bool comparefun(int a, int b);
 
 /// Suits in the order of the card code.
-enum Suit : std::int32_t { clubs, diamonds, hearts, spades };
+enum Suit : std::int32_t {
+  clubs,     ///< 0
+  diamonds,  ///< 1
+  hearts,    ///< 2
+  spades     ///< 3
+};
 
 /// One card as face value and suit, for readable code; the evaluators take card codes.
 ///
@@ -46,8 +58,11 @@ class POKERMATH_EXPORT CCard {
  public:
   /// An unset card: face value 0, hearts.
   CCard() = default;
+  /// From a card code 0..51.
   CCard(int card);  // NOLINT(google-explicit-constructor): a card code is a card
+  /// From suit and face value, 1..13, which are kept as they are.
   CCard(Suit suit, int faceValue);
+  /// The same the other way round.
   CCard(int faceValue, Suit suit);
   /// From letters of "A23456789TJQK" and "cdhs", case matters. A letter that is not one of them
   /// leaves that field as in an unset card.
@@ -57,6 +72,7 @@ class POKERMATH_EXPORT CCard {
 
   /// Face value, 1 = ace .. 13 = king.
   int GetRank() const { return face_value_; }
+  /// The suit.
   Suit GetSuit() const { return suit_; }
   /// 1, 2 or 3 for those suits, 0 for any other value.
   int GetSuitAsInt() const;
@@ -69,12 +85,20 @@ class POKERMATH_EXPORT CCard {
   /// "As", "Th".
   CString GetName2() const;
 
-  // Comparison is by rank alone, the ace highest: cards of one rank and different suits are equal.
-  // The hand classification counts pairs with it.
+  /// @name Comparison
+  /// By rank alone, the ace highest: cards of one rank and different suits are equal. The hand
+  /// classification counts pairs with it.
+  /// @{
+
+  /// Whether the rank is lower.
   bool operator<(const CCard& other) const { return Order() < other.Order(); }
+  /// Whether the rank is higher.
   bool operator>(const CCard& other) const { return Order() > other.Order(); }
+  /// Whether the ranks are equal.
   bool operator==(const CCard& other) const { return Order() == other.Order(); }
+  /// Whether they are not.
   bool operator!=(const CCard& other) const { return Order() != other.Order(); }
+  /// @}
 
  private:
   int Order() const { return face_value_ == 1 ? 14 : face_value_; }
@@ -90,7 +114,9 @@ class POKERMATH_EXPORT CDeck {
  public:
   /// Appends a copy of the card.
   void AddCard(CCard card);
+  /// Takes away all cards; `value` and `extra` stay as they are.
   void DeleteCards();
+  /// How many cards there are.
   int GetTotalCards() const;
   /// Every card's GetName2 and a blank, in order: "Ah Kd 7c ".
   CString display2() const;
@@ -109,7 +135,8 @@ class POKERMATH_EXPORT CDeck {
   void SetValueCombination(PokerLogic& logic);
 
   /// The same for an Omaha hand: four hole cards, two of which play, and behind them three to five
-  /// board cards, three of which play. Fewer than seven cards leave all six at 0.
+  /// board cards, three of which play. Fewer than seven cards leave all six at 0; choices with a
+  /// card that is not one of the 52 do not count.
   void SetValueCombinationOmaha(PokerLogic& logic);
 
   /// The low of such an Omaha hand goes to `extra`, as
@@ -128,7 +155,7 @@ class POKERMATH_EXPORT CDeck {
 
   // --- data, in the order that hosts know ---
 
-  std::vector<CCard> cards;
+  std::vector<CCard> cards;    ///< in the order in which they were added
   std::int32_t value[6] = {};  ///< category, then five ranks that break ties
   std::int32_t extra = 0;      ///< a low, see SetLowValueCombinationOmaha; copied with the deck
 };
@@ -156,15 +183,15 @@ class POKERMATH_EXPORT CHand {
 
   // --- data, in the order that hosts know ---
 
-  CCard cards[5];
-  std::int32_t value[6] = {};
+  CCard cards[5];              ///< as in the deck
+  std::int32_t value[6] = {};  ///< category, then what breaks ties, as above
 };
 
 namespace pokermath {
 
 /// What ParseCards read: either cards or an error.
 struct CardsResult {
-  std::vector<int> cards;
+  std::vector<int> cards;  ///< card codes in the order of the text; none if there is an error
   /// Empty when the text was read; otherwise one line that names the bad piece and what is
   /// accepted, for example "'Xh' is not a card: rank 23456789TJQKA (or 10), suit cdhs".
   std::string error;
@@ -174,6 +201,14 @@ struct CardsResult {
 /// suits in either case; blanks, commas and semicolons may stand between cards. A card given twice
 /// is an error.
 POKERMATH_EXPORT CardsResult ParseCards(std::string_view text);
+
+/// Reads the same texts as a set, for boards, dead cards and hands whose order does not matter. An
+/// empty text is an empty set.
+///
+/// @return the cards, or an error: ErrorCode::kText for a piece that is no card, ErrorCode::kCard
+///         with the card for one that is given twice; both with the position of the bad piece in
+///         bytes and the line of ParseCards. Any number of threads.
+POKERMATH_EXPORT Result<CardSet> ReadCardSet(std::string_view text);
 
 /// Two characters for a card code 0..51: "Ah", "Tc".
 POKERMATH_EXPORT std::string CardName(int card);

@@ -1,4 +1,5 @@
-// The set of two-card combinations behind a range.
+/// @file
+/// The set of two-card combinations behind a range.
 
 #ifndef POKERMATH_COMBINATION_SET_H_
 #define POKERMATH_COMBINATION_SET_H_
@@ -16,33 +17,45 @@ using Combination = std::pair<int, int>;
 
 /// An ordered set of combinations, by first card and then second, in one piece of memory: walking
 /// and copying it is fast, inserting moves what comes behind. (1, 2) and (2, 1) are two elements.
+/// Cards are not checked. Const members may run in any number of threads.
 class CombinationSet {
  public:
+  /// An element.
   using value_type = Combination;
+  /// Walks the elements in order; inserting and erasing makes it invalid.
   using const_iterator = std::vector<Combination>::const_iterator;
+  /// The same: elements are not changed in place.
   using iterator = const_iterator;
 
+  /// The first element.
   const_iterator begin() const { return sorted_.begin(); }
+  /// Behind the last one.
   const_iterator end() const { return sorted_.end(); }
+  /// How many there are.
   std::size_t size() const { return sorted_.size(); }
+  /// Whether there is none.
   bool empty() const { return sorted_.empty(); }
+  /// Takes away all.
   void clear() { sorted_.clear(); }
 
+  /// Where a combination stands, as it is stored; end() if it is not there.
   const_iterator find(const Combination& combination) const {
     const auto place = std::lower_bound(begin(), end(), combination);
     return place != end() && *place == combination ? place : end();
   }
+  /// Whether a combination is there, as it is stored.
   bool contains(const Combination& combination) const { return find(combination) != end(); }
+  /// The same as 1 or 0.
   std::size_t count(const Combination& combination) const { return contains(combination) ? 1 : 0; }
 
-  /// Whether the combination is new.
+  /// Adds a combination, and says whether it is new.
   bool insert(const Combination& combination) {
     const auto place = std::lower_bound(begin(), end(), combination);
     if (place != end() && *place == combination) return false;
     sorted_.insert(place, combination);
     return true;
   }
-  /// Whether the combination was there.
+  /// Takes a combination away, and says whether it was there.
   bool erase(const Combination& combination) {
     const auto place = find(combination);
     if (place == end()) return false;
@@ -62,6 +75,7 @@ class CombinationSet {
     sorted_ = std::move(both);
   }
 
+  /// The same elements.
   bool operator==(const CombinationSet&) const = default;
 
  private:

@@ -1,5 +1,6 @@
-// What this machine is, for the log of a host: the first thing to ask when a user reports that
-// something is slow or wrong.
+/// @file
+/// What this machine is, for the log of a host: the first thing to ask when a user reports that
+/// something is slow or wrong. Less than a millisecond; any number of threads.
 
 #ifndef POKERMATH_DIAGNOSTICS_H_
 #define POKERMATH_DIAGNOSTICS_H_
@@ -20,8 +21,9 @@ POKERMATH_EXPORT int CPUInfoLog(const CString& path);
 
 namespace pokermath {
 
-/// The same as text, a fact a line: "name            Debian GNU/Linux".
+/// What OSInfoLog writes, as text, a fact a line: "name            Debian GNU/Linux".
 POKERMATH_EXPORT CString DescribeOs();
+/// What CPUInfoLog writes, likewise.
 POKERMATH_EXPORT CString DescribeCpu();
 
 }  // namespace pokermath

@@ -1,4 +1,11 @@
-// Free equity functions: exact counts, without any table to load.
+/// @file
+/// Free equity functions: exact counts, without any table to load.
+///
+/// Cards are card codes 0..51, all different, and not checked. Functions of the global namespace
+/// give a share of the pot, 0..1, or a percentage, 0..100, as is said of each; those of the
+/// namespace pokermath give counts (Tally, SharedTally, HighLowTally). The calculator
+/// (calculator.h) answers the same questions and more, checks them, and takes weights and several
+/// ranges.
 
 #ifndef POKERMATH_EQUITY_H_
 #define POKERMATH_EQUITY_H_
@@ -14,20 +21,23 @@
 #include "pokermath/game.h"
 #include "pokermath/text.h"
 
+/// @cond
 class Spec;
 namespace pokermath {
 template <int cards>
 class OmahaSpec;
 }
+/// @endcond
 
-// --- short deck: 36 cards, six to ace; a flush beats a full house, three of a kind a straight ---
-//
-// Hands are two card codes, boards up to five, every number a share of the pot, 0.0 .. 1.0, a tie
-// as one half. Holdings of a range that share a card with the hand or the board, or hold a card
-// below six, are left out; a range that is wholly left out gives not a number. A hand or a board
-// with a card below six is valued as the evaluators value it, nothing in most cases. Exact
-// functions need no table and take microseconds. All may run in several threads at once, as long as
-// nothing is loaded meanwhile; those that sample draw from rand(), which is the process's own.
+/// @name Short deck: 36 cards, six to ace; a flush beats a full house, three of a kind a straight
+///
+/// Hands are two card codes, boards up to five, every number a share of the pot, 0.0 .. 1.0, a tie
+/// as one half. Holdings of a range that share a card with the hand or the board, or hold a card
+/// below six, are left out; a range that is wholly left out gives not a number. A hand or a board
+/// with a card below six is valued as the evaluators value it, nothing in most cases. Exact
+/// functions need no table and take microseconds. All may run in several threads at once, as long
+/// as nothing is loaded meanwhile; those that sample draw from rand(), which is the process's own.
+/// @{
 
 /// Estimate against one range for each of 1 to 9 opponents, over `trials` random deals; a pot
 /// shared with k others counts 1/(k+1).
@@ -60,45 +70,59 @@ POKERMATH_EXPORT int load_equity_table_6Plus(CString path);
 POKERMATH_EXPORT double getProbabilityOfWinBySpectr6Plus(int* hand, int* board, int boardCount,
                                                          const Spec& spec);
 /// From an empty board, by GetWinHandVsHand6Plus for each holding; shared out among OpenMP's
-/// workers.
+/// workers. Leaves dynamic team sizes on for the calling thread (omp_set_dynamic).
 POKERMATH_EXPORT double getProbabilityOfWinBySpectrWithNoBoard6Plus(int* hand, const Spec& spec);
-/// From three board cards, and from four.
+/// From three board cards to the river.
 POKERMATH_EXPORT double getProbabilityOfWinBySpectrWithFlop6Plus(int* hand, int* board,
                                                                  const Spec& spec);
+/// From four board cards to the river.
 POKERMATH_EXPORT double getProbabilityOfWinBySpectrWithFlopAndTurn6Plus(int* hand, int* board,
                                                                         const Spec& spec);
 
 /// To the flop, hands of five cards: from an empty board, or on the first three of 3 to 5 cards;
-/// 0.0 for another count.
+/// those behind them are not looked at, and holdings with them take part. 0.0 for another count.
 POKERMATH_EXPORT double getProbabilityOfWinBySpectrToFlop6Plus(int* hand, int* board,
                                                                int boardCount, const Spec& spec);
+/// From an empty board to the flop.
 POKERMATH_EXPORT double getProbabilityOfWinBySpectrWithNoBoardToFlop6Plus(int* hand,
                                                                           const Spec& spec);
+/// On three board cards as they stand.
 POKERMATH_EXPORT double getProbabilityOfWinBySpectrWithFlopToFlop6Plus(int* hand, int* board,
                                                                        const Spec& spec);
 
 /// To the turn, hands of six cards: from an empty board, from three cards, or on the first four of
-/// 4 or 5; 0.0 for another count.
+/// 4 or 5; the fifth is not looked at, and holdings with it take part. 0.0 for another count.
 POKERMATH_EXPORT double getProbabilityOfWinBySpectrToTurn6Plus(int* hand, int* board,
                                                                int boardCount, const Spec& spec);
+/// From an empty board to the turn.
 POKERMATH_EXPORT double getProbabilityOfWinBySpectrWithNoBoardToTurn6Plus(int* hand,
                                                                           const Spec& spec);
+/// From three board cards to the turn.
 POKERMATH_EXPORT double getProbabilityOfWinBySpectrWithFlopToTurn6Plus(int* hand, int* board,
                                                                        const Spec& spec);
+/// On four board cards as they stand.
 POKERMATH_EXPORT double getProbabilityOfWinBySpectrWithTurnToTurn6Plus(int* hand, int* board,
                                                                        const Spec& spec);
 
-// --- Omaha: a hand of four against every hand that its opponent may hold, exact, in percent ---
-//
-// `count` receives the cases. Nothing has to be loaded; any number of threads.
+/// @}
 
-/// On a flop, and on a turn, as the board stands: 148,995 and 135,751 cases.
+/// @name Omaha: a hand of four against every hand that its opponent may hold, exact, in percent
+///
+/// A tie counts as one half; `count` receives the cases. Nothing has to be loaded; any number of
+/// threads.
+/// @{
+
+/// On a flop of three cards as the board stands: 148,995 cases.
 POKERMATH_EXPORT double FlopEquityHandVsRandomOnFlopFsm5(int* hand, int* flop, int& count);
+/// On a turn of four cards as the board stands: 135,751 cases.
 POKERMATH_EXPORT double TurnEquityHandVsRandomOnTurnFsm5(int* hand, int* board, int& count);
-/// On a turn over every river: 5,430,040 cases, the rivers shared out among OpenMP's workers.
+/// On a turn of four cards over every river: 5,430,040 cases, the rivers shared out among OpenMP's
+/// workers.
 POKERMATH_EXPORT double RiverEquityHandVsRandomOnTurnFsm5(int* hand, int* board, int& count);
-/// On a river: 123,410 cases.
+/// On a river of five cards: 123,410 cases.
 POKERMATH_EXPORT double RiverEquityHandVsRandomOnRiver_ofsm7(int* hand, int* board, int& count);
+
+/// @}
 
 namespace pokermath {
 
@@ -108,7 +132,9 @@ struct Tally {
   std::int64_t ties = 0;   ///< boards that both hands share
   std::int64_t cases = 0;  ///< boards counted
 
+  /// The same counts.
   bool operator==(const Tally&) const = default;
+  /// Adds the counts of other cases.
   Tally& operator+=(const Tally& other) {
     wins += other.wins;
     ties += other.ties;
@@ -131,8 +157,9 @@ struct Tally {
 /// @return the count; no cases if the board is longer than the street. Cards are not checked: all
 ///         must be different.
 ///
-/// 2 to 4 µs without a board, less than 1 µs with a flop, 0.6 ms with one known card. The first
-/// call takes up to 3 ms longer: it builds tables, and others are built when a hand of new ranks
+/// Without a board some ten nanoseconds to the river, 2 to 4 µs to the flop or turn; less than 1 µs
+/// with a flop, 0.6 ms with one known card. The first call that is no look-up takes up to 3 ms
+/// longer: it builds tables, and others are built when a hand of new ranks
 /// comes (15 MB when all are). Thread-safe.
 POKERMATH_EXPORT Tally HoldemHandVsHand(std::span<const int, 2> hand1,
                                         std::span<const int, 2> hand2,
@@ -148,42 +175,49 @@ POKERMATH_EXPORT Tally HoldemHandVsHand(std::span<const int, 2> hand1,
 /// @param board   known board cards, 0 up to the street's number
 /// @return the count; no cases if the range is wholly blocked or the board longer than the street
 ///
-/// For 200 holdings about 0.1 ms without a board, 2 µs on a flop, 1 µs on a turn. Thread-safe; the
+/// For 200 holdings without a board a few µs to the river, about 0.1 ms to the flop or turn; 2 µs
+/// on a flop, 1 µs on a turn. Thread-safe; the
 /// first call takes longer, as above.
 POKERMATH_EXPORT Tally HoldemHandVsRange(std::span<const int, 2> hand, const Spec& range,
                                          std::span<const int> board = {},
                                          Street street = Street::kRiver);
 
-/// The same counts for the short deck; all cards six and better.
+/// HoldemHandVsHand for the short deck, where a flush beats a full house and three of a kind a
+/// straight; all cards six and better, not checked. Thread-safe.
 POKERMATH_EXPORT Tally ShortDeckHandVsHand(std::span<const int, 2> hand1,
                                            std::span<const int, 2> hand2,
                                            std::span<const int> board = {},
                                            Street street = Street::kRiver);
+/// HoldemHandVsRange for the short deck; hand and board six and better, not checked. Thread-safe.
 POKERMATH_EXPORT Tally ShortDeckHandVsRange(std::span<const int, 2> hand, const Spec& range,
                                             std::span<const int> board = {},
                                             Street street = Street::kRiver);
 
 /// A hand's two card codes, the lower one first, and its count.
 struct HandTally {
-  std::pair<int, int> hand;
-  Tally tally;
+  std::pair<int, int> hand;  ///< two card codes, rising
+  Tally tally;               ///< its cases against the range
 };
 
 /// HoldemHandVsRange for every hand that shares no card with the board, in the order of their
 /// cards: 1,326 without a board, 1,176 on a flop. What a heat map shows, and the equity of a range
-/// against a range when summed up over the hands of one. About 0.5 ms on a flop.
+/// against a range when summed up over the hands of one. About 0.5 ms on a flop, about half a
+/// second without a board and on two known cards; one known card takes very long.
+///
+/// @param board  0 cards up to the street's number; an empty list for more
 POKERMATH_EXPORT std::vector<HandTally> HoldemEveryHandVsRange(const Spec& range,
                                                                std::span<const int> board = {},
                                                                Street street = Street::kRiver);
 
 /// How the first of several hands does.
 struct SharedTally {
-  static constexpr int kMostHands = 11;
+  static constexpr int kMostHands = 11;  ///< that OmahaHands takes
 
   std::int64_t boards = 0;  ///< boards counted
   /// [k]: boards that it shares with k others, k = 0 being those that it wins alone.
   std::array<std::int64_t, kMostHands> shared{};
 
+  /// The same counts.
   bool operator==(const SharedTally&) const = default;
   /// Share of the pot, 0..1: a pot shared with k others counts 1/(k+1); 0 without boards.
   double Equity() const {
@@ -199,17 +233,21 @@ struct SharedTally {
 /// pot each, and the high hand all of it where nobody has a low. [k] counts boards (or, against
 /// every hand, cases) on which it shares the pot or the half with k others.
 struct HighLowTally {
-  std::int64_t boards = 0;
-  std::array<std::int64_t, SharedTally::kMostHands> whole{}, high{}, low{};
+  std::int64_t boards = 0;                                    ///< boards (or cases) counted
+  std::array<std::int64_t, SharedTally::kMostHands> whole{};  ///< [k]: of a pot without a low
+  std::array<std::int64_t, SharedTally::kMostHands> high{};   ///< [k]: of the half for high hands
+  std::array<std::int64_t, SharedTally::kMostHands> low{};    ///< [k]: of the half for low hands
   std::int64_t scoops = 0;  ///< boards on which it takes all of the pot alone
   std::int64_t losses = 0;  ///< boards on which it takes nothing
   std::int64_t lows = 0;    ///< boards on which somebody has a low
 
+  /// The same counts.
   bool operator==(const HighLowTally&) const = default;
-  /// Share of the pot, 0..1, and how much of it comes from low hands; 0 without boards.
+  /// Share of the pot, 0..1; 0 without boards.
   double Equity() const {
     return boards == 0 ? 0.0 : Pots(1, 0.5, 0.5) / static_cast<double>(boards);
   }
+  /// How much of that share comes from low hands, 0..1; 0 without boards.
   double LowEquity() const {
     return boards == 0 ? 0.0 : Pots(0, 0, 0.5) / static_cast<double>(boards);
   }
@@ -283,17 +321,22 @@ POKERMATH_EXPORT Tally OmahaHandVsRange(
     Street street = Street::kRiver, std::span<const int> dead = {},
     const std::function<bool(std::int64_t done, std::int64_t all)>& go_on = {});
 
+/// @cond
 #define POKERMATH_EXTERN_HAND_VS_RANGE(cards)                                      \
   extern template Tally OmahaHandVsRange<cards>(                                   \
       std::span<const int>, const OmahaSpec<cards>&, std::span<const int>, Street, \
       std::span<const int>, const std::function<bool(std::int64_t, std::int64_t)>&);
 POKERMATH_OMAHA_HAND_SIZES(POKERMATH_EXTERN_HAND_VS_RANGE)
 #undef POKERMATH_EXTERN_HAND_VS_RANGE
+/// @endcond
 
-/// OmahaHands and OmahaHandVsRandom for Omaha Hi/Lo.
+/// OmahaHands for Omaha Hi/Lo: the same arguments, and no boards for the same bad ones. Less
+/// than 2 ms without a board. Thread-safe.
 POKERMATH_EXPORT HighLowTally OmahaHighLowHands(std::span<const int> cards, int hand_size,
                                                 std::span<const int> board = {},
                                                 std::span<const int> dead = {});
+/// OmahaHandVsRandom for Omaha Hi/Lo: the same arguments; no boards where that has no cases.
+/// Thread-safe.
 POKERMATH_EXPORT HighLowTally
 OmahaHighLowVsRandom(std::span<const int> hand, std::span<const int> board = {},
                      Street street = Street::kRiver, std::span<const int> dead = {},

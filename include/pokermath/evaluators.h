@@ -1,7 +1,13 @@
-// Free evaluators: the value of five, six or seven cards.
-//
-// Two scales: descending, 1 = royal flush .. 7462 = seven high (smaller is better), and ascending,
-// 7463 less that (1 .. 7462, larger is better). Every function says which one it returns.
+/// @file
+/// Free evaluators: the value of five, six or seven cards.
+///
+/// Two scales: descending, 1 = royal flush .. 7462 = seven high (smaller is better), and ascending,
+/// 7463 less that (1 .. 7462, larger is better). Every function says which one it returns. For
+/// the short deck there is a scale of its own as well, 1 .. 1404, larger is better.
+///
+/// Values follow from the rules of poker: what is part of the library is worked out when it is
+/// built. Card codes are not checked: one beyond 0..51 is undefined. What is not said to load
+/// something may be called by any number of threads.
 
 #ifndef POKERMATH_EVALUATORS_H_
 #define POKERMATH_EVALUATORS_H_
@@ -24,17 +30,22 @@
 /// This is the published prime-product scheme for five-card hands.
 class POKERMATH_EXPORT CPokerDeck {
  public:
+  /// Makes the words.
   CPokerDeck();
+  /// The word of a card code 0..51; not checked.
   int operator[](int card) const { return words[card]; }
 
-  int words[52];
+  int words[52];  ///< by card code
 };
 
-// All of these take card words (CPokerDeck), return the descending scale 1..7462, need nothing
-// loaded and may run in any number of threads. Cards are not checked.
+/// @name Prime products
+/// All of these take card words (CPokerDeck), return the descending scale 1..7462, need nothing
+/// loaded and may run in any number of threads. Cards are not checked.
+/// @{
 
-/// Five cards, products found by binary search. Prints a line on standard error and returns 0 for
-/// five card words that cannot be one hand, such as one card five times.
+/// Five cards, products found by binary search. Five cards of one rank in more than one suit print
+/// a line on standard error and give 0; other cards that come twice give 0 or any value.
+/// eval_5hand does the same.
 POKERMATH_EXPORT int eval_5cards(int c1, int c2, int c3, int c4, int c5);
 /// Five cards, products found by a perfect hash.
 POKERMATH_EXPORT int eval_5hand_fast(int c1, int c2, int c3, int c4, int c5);
@@ -45,12 +56,16 @@ POKERMATH_EXPORT int eval_6hand(int* words);
 /// The best five of seven card words.
 POKERMATH_EXPORT int eval_7hand(int* words);
 
-// --- finite-state tables: cards are read one at a time, ascending scales, larger is better ---
-//
-// Cards are card codes. The table of five cards from 52 is part of the library. Those of the short
-// deck (36 cards, six and better) and of Omaha are files that `pokermath tables build` writes; each
-// is loaded once into the process. Loading is not synchronised: load before threads start. Then all
-// evaluators may run in any number of threads. Codes are not checked.
+/// @}
+
+/// @name Finite-state tables
+/// Cards are read one at a time; ascending scales, larger is better.
+///
+/// Cards are card codes. The table of five cards from 52 is part of the library. Those of the short
+/// deck (36 cards, six and better) and of Omaha are files that `pokermath tables build` writes;
+/// each is loaded once into the process. Loading is not synchronised: load before threads start.
+/// Then all evaluators may run in any number of threads. Codes are not checked.
+/// @{
 
 /// Five cards, on the scale 1..7462. About 100 million hands a second.
 POKERMATH_EXPORT int LookupFsm5(int* cards);
@@ -69,23 +84,28 @@ POKERMATH_EXPORT int LookupHoldem6PlusFsm5(int* cards);
 /// 5 three of a kind, 6 full house, 7 flush, 8 four of a kind, 9 straight flush, 10 royal flush; 0
 /// below 1.
 POKERMATH_EXPORT int Get_rankHoldem6PlusFsm5(int value);
-/// The best five of seven short-deck cards, on that scale.
+/// The best five of seven short-deck cards, on that scale. Cards below six do not play: 0 with
+/// fewer than five others.
 POKERMATH_EXPORT int eval_7hand6PlusFsm5(int* cards);
 
 /// What is loaded for the short deck. The class and its one object share their name: the type is
 /// written `class fsm5`.
 class POKERMATH_EXPORT fsm5 {
  public:
+  /// Nothing is loaded.
   constexpr fsm5() = default;
+  /// There is one object in a process.
   fsm5(const fsm5&) = delete;
+  /// Likewise.
   fsm5& operator=(const fsm5&) = delete;
   /// Releases the tables with delete[].
   virtual ~fsm5();
 
-  /// The tables of five and of seven cards, to be walked through: a state is a place in the
+  /// The table of five cards, to be walked through: a state is a place in the
   /// array, 36 the first one, and the entry at state + (rank - 4) * 4 + suit the next one or, after
   /// the last card, the value. Null while nothing is loaded.
   std::uint32_t* five_cards = nullptr;
+  /// The same of seven cards.
   std::uint32_t* seven_cards = nullptr;
   /// What load_equity_table_6Plus has loaded: matchup of two hand keys (smaller card code * 64 +
   /// larger one) → 2 * wins + ties of the first hand over 201,376 boards. Null while nothing is.
@@ -97,8 +117,11 @@ POKERMATH_EXPORT extern class fsm5 fsm5;
 /// What is loaded for Omaha; `class ofsm_omaha7`, as above.
 class POKERMATH_EXPORT ofsm_omaha7 {
  public:
+  /// Nothing is loaded.
   constexpr ofsm_omaha7() = default;
+  /// There is one object in a process.
   ofsm_omaha7(const ofsm_omaha7&) = delete;
+  /// Likewise.
   ofsm_omaha7& operator=(const ofsm_omaha7&) = delete;
   /// Releases the table with delete[].
   virtual ~ofsm_omaha7();
@@ -110,14 +133,15 @@ class POKERMATH_EXPORT ofsm_omaha7 {
 /// The object of the process; load_ofsm_omaha7 fills it.
 POKERMATH_EXPORT extern class ofsm_omaha7 ofsm_omaha7;
 
-/// Loads "six-plus-5.bin", "six-plus-7.bin" or "omaha7.bin" from the current directory, unless it
-/// is loaded already.
+/// Loads "six-plus-5.bin" from the current directory, unless it is loaded already.
 ///
 /// @return 1 if the table is loaded; 0, with a message, if there is no file that can be opened (a
 ///         folder or a FIFO is none), and without one if it is not sound: a wrong header, fewer
 ///         entries than the header says, an entry that leads out of the table
 POKERMATH_EXPORT int load_fsm5();
+/// Loads "six-plus-7.bin", likewise.
 POKERMATH_EXPORT int load_fsm7();
+/// Loads "omaha7.bin", likewise.
 POKERMATH_EXPORT int load_ofsm_omaha7();
 
 /// Category of a value of the short-deck tables, 1..1404, numbered as in Get_rankHoldem6PlusFsm5.
@@ -125,7 +149,7 @@ POKERMATH_EXPORT int Get_rank36(int value);
 /// Five short-deck cards through the loaded table, 1..1404; 0 if a card is below six or nothing is
 /// loaded.
 POKERMATH_EXPORT int eval_rank5_via_fsm5(const int* cards);
-/// The best five of six, likewise.
+/// The best five of six; cards below six do not play: 0 if two or more are, or nothing is loaded.
 POKERMATH_EXPORT int eval_rank6_via_fsm5(int* cards);
 /// The best five of seven through the table of seven cards, likewise.
 POKERMATH_EXPORT int eval_rank7_via_fsm7(const int* cards);
@@ -133,11 +157,15 @@ POKERMATH_EXPORT int eval_rank7_via_fsm7(const int* cards);
 /// the loaded table, 1..7462; 0 if nothing is loaded and for fewer than two hole cards.
 POKERMATH_EXPORT int eval_rank7_via_ofsm7(int* hole, int holeCount, int* board);
 
+/// @}
+
 namespace pokermath {
 
-/// The loaders for a folder other than the current directory.
+/// ::load_fsm5 from a folder other than the current directory.
 POKERMATH_EXPORT int load_fsm5(const CString& folder);
+/// ::load_fsm7 likewise.
 POKERMATH_EXPORT int load_fsm7(const CString& folder);
+/// ::load_ofsm_omaha7 likewise.
 POKERMATH_EXPORT int load_ofsm_omaha7(const CString& folder);
 
 /// Constant tables of the compact evaluator for one deck; the functions below are how to use them.
@@ -151,17 +179,17 @@ POKERMATH_EXPORT int load_ofsm_omaha7(const CString& folder);
 /// evaluation has most.
 template <int lowest_rank, int key_bits, int column_bits>
 struct DeckTables {
-  static constexpr int kLowestRank = lowest_rank;
-  static constexpr int kKeyBits = key_bits;
-  static constexpr int kKeyShift = 64 - key_bits;
-  static constexpr int kShortKeyShift = 32 - key_bits;
-  static constexpr std::uint64_t kSuitStart = 0x3333;
-  static constexpr std::uint64_t kFlushBits = 0x8888;
+  static constexpr int kLowestRank = lowest_rank;        ///< of the deck: 0 = deuce, 4 = six
+  static constexpr int kKeyBits = key_bits;              ///< length of a key
+  static constexpr int kKeyShift = 64 - key_bits;        ///< where it stands in a word
+  static constexpr int kShortKeyShift = 32 - key_bits;   ///< where it stands in a short word
+  static constexpr std::uint64_t kSuitStart = 0x3333;    ///< of a sum: counts of suits
+  static constexpr std::uint64_t kFlushBits = 0x8888;    ///< of counts: five cards of a suit
   static constexpr std::uint64_t kAbsentBits = 0x70000;  ///< set by cards that the deck lacks
-  static constexpr int kColumnBits = column_bits;
-  static constexpr std::uint64_t kColumns = std::uint64_t{1} << kColumnBits;
-  static constexpr std::uint64_t kKeys = std::uint64_t{1} << key_bits;
-  static constexpr unsigned kFlushRanks = (1u << (13 - lowest_rank)) - 1;
+  static constexpr int kColumnBits = column_bits;        ///< the lower bits of a key
+  static constexpr std::uint64_t kColumns = std::uint64_t{1} << kColumnBits;  ///< of a row
+  static constexpr std::uint64_t kKeys = std::uint64_t{1} << key_bits;        ///< there are
+  static constexpr unsigned kFlushRanks = (1u << (13 - lowest_rank)) - 1;     ///< a bit for each
 
   std::uint64_t card_words[52];                 ///< by card code
   std::uint32_t short_words[52];                ///< likewise
@@ -224,14 +252,20 @@ struct DeckTables {
   }
 };
 
+/// The tables of 52 cards.
 using CompactTables = DeckTables<0, 23, 10>;
+/// The tables of 36 cards.
 using ShortDeckTables = DeckTables<4, 17, 7>;
+/// The tables behind EvaluateCards and HandSum, part of the library.
 POKERMATH_EXPORT extern const CompactTables kCompactTables;
+/// The tables behind EvaluateShortDeck and ShortDeckHandSum, part of the library.
 POKERMATH_EXPORT extern const ShortDeckTables kShortDeckTables;
 
-// Single evaluations. They need nothing loaded and may run in any number of threads. Cards may be
-// bytes, ints or any other integers; bytes are the fastest. No compiler flag beyond -O2 matters:
-// they are table look-ups, which -march does not change.
+/// @name Single evaluations
+/// They need nothing loaded and may run in any number of threads. Cards may be
+/// bytes, ints or any other integers; bytes are the fastest. No compiler flag beyond -O2 matters:
+/// they are table look-ups, which -march does not change.
+/// @{
 
 /// Value of `count` cards (5, 6 or 7) on the ascending scale 1..7462, larger is better. About 2 ns.
 ///
@@ -257,10 +291,14 @@ inline int EvaluateShortDeck(const Card* cards) {
 /// below six.
 POKERMATH_EXPORT int EvaluateShortDeck(const int* cards, int count);
 
-// Batches: `hands` hands of `count` bytes, card codes, one hand behind the other; one value a hand
-// out. Values are those of the functions above, 0 for any count but 5, 6 and 7. Nothing is read or
-// written beyond the arrays, which need no alignment. The instructions that the machine has are
-// chosen when the program runs. Any number of threads.
+/// @}
+
+/// @name Batches
+/// `hands` hands of `count` bytes, card codes, one hand behind the other; one value a hand
+/// out. Values are those of the functions above, 0 for any count but 5, 6 and 7. Nothing is read or
+/// written beyond the arrays, which need no alignment. The instructions that the machine has are
+/// chosen when the program runs. Any number of threads.
+/// @{
 
 /// About 0.8 ns a hand with AVX-512 (VBMI), 1.2 ns with AVX2, 2 ns without.
 POKERMATH_EXPORT void EvaluateBatch(int count, const std::uint8_t* cards, std::size_t hands,
@@ -271,6 +309,8 @@ POKERMATH_EXPORT void EvaluateBatch(const std::uint8_t* cards, std::size_t hands
 /// Cards of the short deck, of rank six and better; about 0.7 ns a hand with AVX-512 (VBMI).
 POKERMATH_EXPORT void EvaluateShortDeckBatch(int count, const std::uint8_t* cards,
                                              std::size_t hands, std::uint16_t* values);
+
+/// @}
 
 /// What players call the category of a value 1..7462 on the ascending scale: "high card" .. "royal
 /// flush"; "" for any other number. Lives as long as the program.

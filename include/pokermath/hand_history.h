@@ -1,4 +1,5 @@
-// Hand-history files: what was added since the last look, as lines.
+/// @file
+/// Hand-history files: what was added since the last look, as lines.
 
 #ifndef POKERMATH_HAND_HISTORY_H_
 #define POKERMATH_HAND_HISTORY_H_
@@ -13,10 +14,13 @@
 #include "pokermath/export.h"
 #include "pokermath/text.h"
 
-// A position is a byte offset, 0 for a new file; it is set to where the next call must begin.
-// `lines` is cleared first. The file may grow, shrink and be replaced meanwhile. When memory runs
-// out, std::bad_alloc is thrown, the position is as it was and `lines` empty. Any number of
-// threads.
+/// @name One look at a time
+/// A position is a byte offset, 0 for a new file; it is set to where the next call must begin.
+/// `lines` is cleared first. The file may grow meanwhile. That it shrank or was replaced these two
+/// do not notice: the host sets the position to 0, or uses pokermath::HistoryReader. When memory
+/// runs out, std::bad_alloc is thrown, the position is as it was and `lines` empty. Any number of
+/// threads. Some 150 MB a second.
+/// @{
 
 /// Reads UTF-8 text (Windows-1252 where the path begins with "888poker"). Lines end with LF or
 /// CR LF, the last one where the file ends. Empty lines are left out, the others trimmed of white
@@ -35,13 +39,16 @@ POKERMATH_EXPORT int ReadHistoryFile(CString path, __int64& position, CStringArr
 ///         opened
 POKERMATH_EXPORT int ReadHistoryFileUTF8(CString path, __int64& position, CStringArray& lines);
 
+/// @}
+
 namespace pokermath {
 
 /// Follows a growing hand-history file and never loses a line: one that is not complete yet waits
 /// for the next look. When another file has taken its place, what has come to the old one is given
 /// to its end, then the new one from its start. A file that has become shorter or has other bytes
 /// right before the position is read from its start; what it held before and has not been given is
-/// gone. Between looks the file stays open. A copy goes its own way.
+/// gone. Between looks the file stays open. A copy goes its own way. An object belongs to one
+/// thread; when memory runs out, std::bad_alloc is thrown.
 class POKERMATH_EXPORT HistoryReader {
  public:
   /// @param path      UTF-8
@@ -54,6 +61,7 @@ class POKERMATH_EXPORT HistoryReader {
   ///
   /// @return false, with errno set and nothing appended, if the file cannot be opened or read
   bool Read(CStringArray& lines);
+  /// Whether the last Read left complete lines behind.
   bool more() const { return more_; }
 
   /// Appends the last line if it has no end yet (a CR at its end is taken for half of one) and is

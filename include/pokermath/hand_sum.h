@@ -1,10 +1,11 @@
-// Hands that grow and shrink card by card, for loops over cards.
-//
-//   long long total = 0;
-//   for (int a = 0; a < 52; ++a) {
-//     const HandSum one = hand.With(a);
-//     for (int b = a + 1; b < 52; ++b) total += one.With(b).Evaluate();
-//   }
+/// @file
+/// Hands that grow and shrink card by card, for loops over cards.
+///
+///     long long total = 0;
+///     for (int a = 0; a < 52; ++a) {
+///       const HandSum one = hand.With(a);
+///       for (int b = a + 1; b < 52; ++b) total += one.With(b).Evaluate();
+///     }
 
 #ifndef POKERMATH_HAND_SUM_H_
 #define POKERMATH_HAND_SUM_H_
@@ -20,12 +21,13 @@ namespace pokermath {
 /// copied: a card more or less is a few additions, Evaluate() two look-ups.
 ///
 /// Where the number of cards is known to the compiler, as in nested loops that start from the same
-/// hand, Evaluate() branches for flushes only.
+/// hand, Evaluate() branches for flushes only. Nothing has to be loaded; any number of threads.
 template <const auto& kTables>
 class BasicHandSum {
  public:
+  /// No cards.
   BasicHandSum() = default;
-  /// @param cards  of the deck
+  /// Some cards of the deck; others are not checked.
   explicit BasicHandSum(CardSet cards) {
     for (const int card : cards) Add(card);
   }
@@ -48,10 +50,14 @@ class BasicHandSum {
   BasicHandSum With(const BasicHandSum& others) const {
     return {sum_ + others.sum_ - kStart, cards_ | others.cards_, size_ + others.size_};
   }
+  /// Puts a card in, as With.
   void Add(int card) { *this = With(card); }
+  /// Takes a card out, as Without.
   void Remove(int card) { *this = Without(card); }
 
+  /// How many cards it has.
   int size() const { return size_; }
+  /// Its cards.
   CardSet cards() const { return CardSet::OfBits(cards_); }
 
   /// The value of EvaluateCards or, for the short deck, of EvaluateShortDeck; 0 unless there are
@@ -81,7 +87,9 @@ class BasicHandSum {
   int size_ = 0;
 };
 
+/// A hand of 52 cards: values 1..7462, larger is better.
 using HandSum = BasicHandSum<kCompactTables>;
+/// A hand of the short deck: values 1..1404, larger is better.
 using ShortDeckHandSum = BasicHandSum<kShortDeckTables>;
 
 }  // namespace pokermath

@@ -1,17 +1,18 @@
-// Databases behind ODBC: a query with one call, batches of statements, and what a database holds.
-//
-// Text is UTF-8 on its way to the driver and wide text here. What fails gives false and a message
-// (see messages.h), never an exception. Values of the connect string show as *** in it, but for
-// those of keywords that carry no secrets (Driver, DSN, Server, Database, Uid ...). A database
-// object and its record sets belong to one thread.
-//
-//     CDatabase* db = nullptr;
-//     CODBCRecordset* rs = nullptr;
-//     if (OpenODBC(L"Driver=SQLite3;Database=hands.db", db, rs, L"SELECT id, pot FROM hands")) {
-//       for (; !rs->IsEOF(); rs->MoveNext()) Add(rs->GetLong(L"id"), rs->GetDouble(L"pot"));
-//     }
-//     delete rs;
-//     delete db;
+/// @file
+/// Databases behind ODBC: a query with one call, batches of statements, and what a database holds.
+///
+/// Text is UTF-8 on its way to the driver and wide text here. What fails gives false and a message
+/// (see messages.h), never an exception. Values of the connect string show as *** in it, but for
+/// those of keywords that carry no secrets (Driver, DSN, Server, Database, Uid ...). A database
+/// object and its record sets belong to one thread.
+///
+///     CDatabase* db = nullptr;
+///     CODBCRecordset* rs = nullptr;
+///     if (OpenODBC(L"Driver=SQLite3;Database=hands.db", db, rs, L"SELECT id, pot FROM hands")) {
+///       for (; !rs->IsEOF(); rs->MoveNext()) Add(rs->GetLong(L"id"), rs->GetDouble(L"pot"));
+///     }
+///     delete rs;
+///     delete db;
 
 #ifndef POKERMATH_ODBC_H_
 #define POKERMATH_ODBC_H_
@@ -25,6 +26,7 @@
 #include "pokermath/export.h"
 #include "pokermath/text.h"
 
+/// @cond
 namespace pokermath {
 class Connection;
 class ResultSet;
@@ -33,15 +35,25 @@ struct DatabaseAccess;
 
 class CRecordset;
 class CODBCRecordset;
+/// @endcond
 
 /// A connection to a database.
 class POKERMATH_EXPORT CDatabase {
  public:
-  enum DbOpenOptions : unsigned long { defaultOpen = 0, openReadOnly = 2, noOdbcDialog = 8 };
+  /// How a database is opened; to be added up.
+  enum DbOpenOptions : unsigned long {
+    defaultOpen = 0,   ///< for reading and writing
+    openReadOnly = 2,  ///< for reading
+    noOdbcDialog = 8   ///< no meaning: there never is a dialog
+  };
 
+  /// A database that is not open.
   CDatabase();
+  /// Closes it. Its record sets may live on, closed.
   virtual ~CDatabase();
+  /// A connection cannot be copied.
   CDatabase(const CDatabase&) = delete;
+  /// Likewise.
   CDatabase& operator=(const CDatabase&) = delete;
 
   /// Opens the database of a connect string; an open one is closed first. Never shows a dialog.
@@ -50,12 +62,14 @@ class POKERMATH_EXPORT CDatabase {
   /// to. A file of SQLite's that is not there is made only without it, if the connect string has
   /// SQLite in it.
   bool OpenEx(const CString& connect, unsigned long options = defaultOpen);
+  /// Whether it is open.
   bool IsOpen() const;
 
   /// Closes the database and its record sets; an unfinished transaction is rolled back.
   void Close();
 
-  /// For the statements that follow; 0 is none. Not every driver enforces it.
+  /// Seconds that a statement may take, of those that follow; 0 is no limit. Not every driver
+  /// enforces it.
   void SetQueryTimeout(unsigned long seconds) { query_timeout_ = seconds; }
 
   /// Executes a statement and passes over its result; no message, see ErrorText().
@@ -82,58 +96,69 @@ class POKERMATH_EXPORT CDatabase {
 
 /// A moment; fraction counts billionths of a second.
 struct CDBTimestamp {
-  short year = 0;
-  unsigned short month = 0, day = 0, hour = 0, minute = 0, second = 0;
-  unsigned int fraction = 0;
+  short year = 0;             ///< of the calendar
+  unsigned short month = 0;   ///< 1..12; 0 where there is no date
+  unsigned short day = 0;     ///< 1..31; 0 where there is no date
+  unsigned short hour = 0;    ///< 0..23
+  unsigned short minute = 0;  ///< 0..59
+  unsigned short second = 0;  ///< 0..61
+  unsigned int fraction = 0;  ///< billionths of a second
 
+  /// The same moment.
   bool operator==(const CDBTimestamp&) const = default;
 };
 
 /// A value of many bytes, or a long text as UTF-8.
 class CLongBinary {
  public:
+  /// How many bytes there are.
   unsigned long GetDataLength() const { return bytes.size(); }
 
-  std::string bytes;
+  std::string bytes;  ///< the value
 };
 
 /// The kinds of a value.
 enum : unsigned long {
-  DBVT_NULL = 0,
-  DBVT_BOOL = 1,
-  DBVT_UCHAR = 2,
-  DBVT_SHORT = 3,
-  DBVT_LONG = 4,
-  DBVT_SINGLE = 5,
-  DBVT_DOUBLE = 6,
-  DBVT_DATE = 7,
-  DBVT_STRING = 8,
-  DBVT_BINARY = 9
+  DBVT_NULL = 0,    ///< none
+  DBVT_BOOL = 1,    ///< m_boolVal
+  DBVT_UCHAR = 2,   ///< m_chVal
+  DBVT_SHORT = 3,   ///< m_iVal; no column is of it
+  DBVT_LONG = 4,    ///< m_lVal, of SMALLINT columns too
+  DBVT_SINGLE = 5,  ///< m_fltVal
+  DBVT_DOUBLE = 6,  ///< m_dblVal
+  DBVT_DATE = 7,    ///< m_pdate
+  DBVT_STRING = 8,  ///< m_pstring
+  DBVT_BINARY = 9   ///< m_pbinary
 };
 
 /// A value of one of ten kinds. What it points to is its own.
 class POKERMATH_EXPORT CDBVariant {
  public:
+  /// Null.
   CDBVariant() : m_dblVal(0) {}
+  /// A copy has a text, a moment or bytes of its own.
   CDBVariant(const CDBVariant& other);
+  /// What is moved from is null.
   CDBVariant(CDBVariant&& other) noexcept;
+  /// Takes the other value over, by copy or move.
   CDBVariant& operator=(CDBVariant other) noexcept;
+  /// Frees what it points to.
   virtual ~CDBVariant();
 
   /// Makes it null.
   void Clear();
 
-  unsigned long m_dwType = DBVT_NULL;
+  unsigned long m_dwType = DBVT_NULL;  ///< which of the following it holds
   union {
-    bool m_boolVal;
-    unsigned char m_chVal;
-    short m_iVal;
-    long m_lVal;
-    float m_fltVal;
-    double m_dblVal;
-    CDBTimestamp* m_pdate;
-    CString* m_pstring;
-    CLongBinary* m_pbinary;
+    bool m_boolVal;          ///< of DBVT_BOOL
+    unsigned char m_chVal;   ///< of DBVT_UCHAR
+    short m_iVal;            ///< of DBVT_SHORT
+    long m_lVal;             ///< of DBVT_LONG
+    float m_fltVal;          ///< of DBVT_SINGLE
+    double m_dblVal;         ///< of DBVT_DOUBLE
+    CDBTimestamp* m_pdate;   ///< of DBVT_DATE; its own
+    CString* m_pstring;      ///< of DBVT_STRING; its own
+    CLongBinary* m_pbinary;  ///< of DBVT_BINARY; its own
   };
 
  protected:
@@ -149,74 +174,135 @@ class POKERMATH_EXPORT CDBVariant {
 /// | to     | from bool | from a number | from a date | from text                         |
 /// |--------|-----------|---------------|-------------|-----------------------------------|
 /// | bool   |           | it is not 0   | false       | T or TRUE (any case), a number not 0 |
-/// | number | 0 or 1    | the nearest   | 0           | a decimal number, else 0          |
+/// | number | 0 or 1    | the same      | 0           | a decimal number, else 0          |
 /// | date   | zeros     | zeros         |             | YYYY-MM-DD, hh:mm:ss[.f] or both  |
 /// | text   | T or F    | %ld or %f     | see below   |                                   |
 /// | binary | as text   | as text       | as text     | its UTF-8                         |
 ///
-/// A fraction is cut off, what is too large or too small becomes the largest or the smallest, and
-/// not-a-number 0. A char is the number of its code, but as text the one character. Text may have
-/// white space around the number and nothing else. Numbers have a point whatever the locale; a date
-/// is written as the user's locale has it, in the "C" locale as YYYY-MM-DD hh:mm:ss.
+/// Where a whole number is asked for, a fraction is cut off, what is too large or too small becomes
+/// the largest or the smallest, and not-a-number 0. A char is the number of its code, but as text
+/// the one character. Text may have white space around the number and nothing else. Numbers have a
+/// point whatever the locale; a date is written as the user's locale has it, in the "C" locale as
+/// YYYY-MM-DD hh:mm:ss.
 ///
 /// `CString text = field;` converts; to assign to a text that is there already, use AsString().
 class POKERMATH_EXPORT CDBField : public CDBVariant {
  public:
+  /// Its name, in upper case and with a number where an earlier column has the same.
   const CString& GetName() const { return name_; }
 
+  /// Whether the database has no value there.
   bool IsNull() const { return null_; }
+  /// Whether it is null, and how long it is.
+  ///
   /// @param isNull  out: as IsNull()
   /// @param length  out: characters of a text, bytes of anything else; 0 if it is null
   void GetNull(bool& isNull, unsigned long& length) const;
 
+  /// @name Of which kind the value is, null or not
+  /// @{
+
+  /// Whether it is a truth value.
   bool IsBool() const { return m_dwType == DBVT_BOOL; }
+  /// Whether it is a char.
   bool IsChar() const { return m_dwType == DBVT_UCHAR; }
+  /// Whether it is a short.
   bool IsShort() const { return m_dwType == DBVT_SHORT; }
+  /// Whether it is a long.
   bool IsInt() const { return m_dwType == DBVT_LONG; }
+  /// Whether it is a long.
   bool IsLong() const { return m_dwType == DBVT_LONG; }
+  /// Whether it is a float.
   bool IsFloat() const { return m_dwType == DBVT_SINGLE; }
+  /// Whether it is a double.
   bool IsDouble() const { return m_dwType == DBVT_DOUBLE; }
-  /// char, short, long, float or double
+  /// Whether it is a char, short, long, float or double.
   bool IsNumber() const { return m_dwType >= DBVT_UCHAR && m_dwType <= DBVT_DOUBLE; }
+  /// Whether it is a moment.
   bool IsDate() const { return m_dwType == DBVT_DATE; }
+  /// Whether it is a text.
   bool IsString() const { return m_dwType == DBVT_STRING; }
+  /// Whether it is bytes.
   bool IsBinary() const { return m_dwType == DBVT_BINARY; }
 
+  /// @}
+
+  /// @name The value as another kind, by the table above
+  /// @{
+
+  /// As a truth value.
   bool AsBool() const;
+  /// As the code of a character, 0..255.
   unsigned char AsChar() const;
+  /// As a short.
   short AsShort() const;
+  /// As an int.
   int AsInt() const;
+  /// As a long.
   long AsLong() const;
+  /// As a float.
   float AsFloat() const;
+  /// As a double.
   double AsDouble() const;
+  /// As a moment.
   CDBTimestamp AsDate() const;
+  /// As a text.
   CString AsString() const;
+  /// As bytes.
   CLongBinary AsBinary() const;
 
+  /// AsBool().
   operator bool() const { return AsBool(); }
+  /// AsChar().
   operator unsigned char() const { return AsChar(); }
+  /// AsShort().
   operator short() const { return AsShort(); }
+  /// AsInt().
   operator int() const { return AsInt(); }
+  /// AsLong().
   operator long() const { return AsLong(); }
+  /// AsFloat().
   operator float() const { return AsFloat(); }
+  /// AsDouble().
   operator double() const { return AsDouble(); }
+  /// AsDate().
   operator CDBTimestamp() const { return AsDate(); }
+  /// AsString().
   operator CString() const { return AsString(); }
+  /// AsBinary().
   operator CLongBinary() const { return AsBinary(); }
 
-  /// Each sets the kind: char and unsigned char give a char, int and long a long.
+  /// @}
+
+  /// @name Assignment sets value and kind; the database is not changed
+  /// @{
+
+  /// A truth value.
   CDBField& operator=(bool value);
+  /// A char.
   CDBField& operator=(char value);
+  /// A char.
   CDBField& operator=(unsigned char value);
+  /// A short.
   CDBField& operator=(short value);
+  /// A long.
   CDBField& operator=(int value);
+  /// A long.
   CDBField& operator=(long value);
+  /// A float.
   CDBField& operator=(float value);
+  /// A double.
   CDBField& operator=(double value);
+  /// A moment.
   CDBField& operator=(const CDBTimestamp& value);
+  /// A text.
   CDBField& operator=(const CString& value);
-  CDBField& operator=(const wchar_t* value);  // not null
+  /// A text; not null.
+  CDBField& operator=(const wchar_t* value);
+  /// Narrow text would become a truth value.
   CDBField& operator=(const char* value) = delete;
+
+  /// @}
 
  private:
   friend class CODBCRecordset;
@@ -231,32 +317,50 @@ class POKERMATH_EXPORT CDBField : public CDBVariant {
 
 /// What a driver says of a result column.
 struct CODBCFieldInfo {
-  CString m_strName;
-  short m_nSQLType = 0;
-  unsigned long m_nPrecision = 0;
-  short m_nScale = 0;
-  short m_nNullability = 0;
+  CString m_strName;               ///< as the driver writes it
+  short m_nSQLType = 0;            ///< SQL_INTEGER and the like, of ODBC's sql.h
+  unsigned long m_nPrecision = 0;  ///< characters of a text, digits of a number
+  short m_nScale = 0;              ///< digits behind the point
+  short m_nNullability = 0;        ///< SQL_NO_NULLS, SQL_NULLABLE or SQL_NULLABLE_UNKNOWN
 };
 
 /// Hands the columns of the current record to variables, from the first on.
 class POKERMATH_EXPORT CFieldExchange {
  public:
-  enum FieldType { noFieldType, outputColumn };
+  /// Whether columns are exchanged.
+  enum FieldType {
+    noFieldType,  ///< nothing is
+    outputColumn  ///< columns of the result
+  };
 
   /// Nothing is exchanged before this has been called with outputColumn.
   void SetFieldType(FieldType type) { type_ = type; }
 
-  // Each takes the next column and leaves an empty value if it is null. A variable of another type
-  // than the column's is left empty as well.
+  /// @name The next column
+  /// Each takes the next column and leaves an empty value if it is null. A variable of another type
+  /// than the column's is left empty as well.
+  /// @{
+
+  /// Of DBVT_BOOL.
   void Bool(bool& value);
+  /// Of DBVT_UCHAR.
   void Byte(unsigned char& value);
+  /// Of DBVT_LONG.
   void Long(long& value);
+  /// Of DBVT_SINGLE.
   void Single(float& value);
+  /// Of DBVT_DOUBLE.
   void Double(double& value);
+  /// Of DBVT_DATE.
   void Date(CDBTimestamp& value);
+  /// Of DBVT_STRING.
   void Text(CString& value);
+  /// Of DBVT_BINARY.
   void LongBinary(CLongBinary& value);
+  /// Of any kind; its value is not asked for.
   void Skip();
+
+  /// @}
 
   /// Whether the column that came last is null.
   bool IsNull() const { return null_; }
@@ -279,17 +383,40 @@ class POKERMATH_EXPORT CFieldExchange {
 /// The result of a query, one record at a time, forward only.
 class POKERMATH_EXPORT CRecordset {
  public:
-  enum OpenType : unsigned int { dynaset, snapshot, forwardOnly, dynamic };
-  enum OpenOptions : unsigned long { none = 0, readOnly = 4, executeDirect = 0x2000 };
-  enum FetchType : unsigned short { fetchNext = 1, fetchFirst = 2, fetchRelative = 6 };
+  /// What Open may be asked for; it is forwardOnly in any case.
+  enum OpenType : unsigned int {
+    dynaset,      ///< as forwardOnly
+    snapshot,     ///< as forwardOnly
+    forwardOnly,  ///< from the first record to the last, once
+    dynamic       ///< as forwardOnly
+  };
+  /// What Open may be asked for; it is readOnly and executeDirect in any case.
+  enum OpenOptions : unsigned long {
+    none = 0,               ///< nothing
+    readOnly = 4,           ///< records cannot be changed
+    executeDirect = 0x2000  ///< the query is not prepared
+  };
+  /// Where Move goes.
+  enum FetchType : unsigned short {
+    fetchNext = 1,     ///< to the next record
+    fetchFirst = 2,    ///< to the first, if no other has been read
+    fetchRelative = 6  ///< so many records on
+  };
 
   /// @param database  may be null: then nothing can be opened
   explicit CRecordset(CDatabase* database);
+  /// A result cannot be copied.
   CRecordset(const CRecordset&) = delete;
+  /// Likewise.
   CRecordset& operator=(const CRecordset&) = delete;
 
   /// Executes a query and goes to its first record. Whatever type and options say, the records come
   /// forward only, cannot be changed, and the query is executed directly.
+  ///
+  /// @param sql  null is an empty query
+  /// @return whether the query could be executed; ErrorText() tells why not. A result without
+  /// records
+  ///         is open, and IsEOF() true
   virtual bool Open(const wchar_t* sql, unsigned int openType, unsigned long options);
 
   /// Goes `rows` records on; with fetchNext one, with fetchFirst to the first if no other has been
@@ -301,21 +428,31 @@ class POKERMATH_EXPORT CRecordset {
 
   /// Called for every record: hands its columns to variables. Here: does nothing.
   virtual void DoFieldExchange(CFieldExchange* exchange);
+  /// Closes it.
   virtual ~CRecordset();
 
+  /// Goes to the next record; as Move.
   bool MoveNext() { return Move(1, fetchNext); }
+  /// Whether a query is open.
   bool IsOpen() const { return result_ != nullptr; }
+  /// Whether it stands behind the last record; true as well while no query is open.
   bool IsEOF() const { return end_; }
+  /// Gives the result back; it may be opened anew.
   void Close();
 
   /// Why the last call failed; empty if it did not.
   const CString& ErrorText() const { return error_; }
+  /// The query that was opened last.
   const CString& GetSQL() const { return sql_; }
+  /// How many columns the result has; 0 while no query is open.
   int GetODBCFieldCount() const;
+  /// What the driver says of a column.
+  ///
   /// @return false if there is no such column
   bool GetODBCFieldInfo(int index, CODBCFieldInfo& info) const;
 
  protected:
+  /// @cond
   friend class CDatabase;
   friend struct pokermath::DatabaseAccess;
 
@@ -333,17 +470,23 @@ class POKERMATH_EXPORT CRecordset {
   CString sql_;
   CString error_;
   std::exception_ptr failure_;  // of the last call
+  /// @endcond
 };
 
 /// A record set whose columns are fields with names.
 class POKERMATH_EXPORT CODBCRecordset : public CRecordset {
  public:
+  /// As CRecordset.
   explicit CODBCRecordset(CDatabase* database);
+  /// Closes it.
   ~CODBCRecordset() override;
 
+  /// As CRecordset::Open, with fields of the columns; a failure is shown (SetShowErrors).
   bool Open(const wchar_t* sql, unsigned int openType = forwardOnly,
             unsigned long options = readOnly | executeDirect) override;
+  /// As CRecordset::Move; a failure is shown (SetShowErrors).
   bool Move(long rows, unsigned short fetchType = fetchRelative) override;
+  /// Hands the columns to the fields.
   void DoFieldExchange(CFieldExchange* exchange) override;
 
   /// Whether errors are shown, as they are at first. ErrorText() has them in any case. That a
@@ -358,30 +501,59 @@ class POKERMATH_EXPORT CODBCRecordset : public CRecordset {
 
   /// A column of the current record. One that is not there is a field that is null.
   CDBField& Field(int index);
+  /// The column of a name in any case, likewise.
   CDBField& Field(const wchar_t* name) { return Field(GetFieldID(name)); }
+  /// Field(index).
   CDBField& operator()(int index) { return Field(index); }
+  /// Field(name).
   CDBField& operator()(const wchar_t* name) { return Field(name); }
 
+  /// @name Columns of the current record, by number or by name in any case, as CDBField converts
+  /// them
+  /// @{
+
+  /// As a truth value.
   bool GetBool(int index) { return Field(index).AsBool(); }
+  /// As the code of a character, 0..255.
   unsigned char GetChar(int index) { return Field(index).AsChar(); }
+  /// As a short.
   short GetShort(int index) { return Field(index).AsShort(); }
+  /// As an int.
   int GetInt(int index) { return Field(index).AsInt(); }
+  /// As a long.
   long GetLong(int index) { return Field(index).AsLong(); }
+  /// As a float.
   float GetFloat(int index) { return Field(index).AsFloat(); }
+  /// As a double.
   double GetDouble(int index) { return Field(index).AsDouble(); }
+  /// As a moment.
   CDBTimestamp GetDate(int index) { return Field(index).AsDate(); }
+  /// As a text.
   CString GetString(int index) { return Field(index).AsString(); }
+  /// As bytes.
   CLongBinary GetBinary(int index) { return Field(index).AsBinary(); }
+  /// As a truth value.
   bool GetBool(const wchar_t* name) { return Field(name).AsBool(); }
+  /// As the code of a character, 0..255.
   unsigned char GetChar(const wchar_t* name) { return Field(name).AsChar(); }
+  /// As a short.
   short GetShort(const wchar_t* name) { return Field(name).AsShort(); }
+  /// As an int.
   int GetInt(const wchar_t* name) { return Field(name).AsInt(); }
+  /// As a long.
   long GetLong(const wchar_t* name) { return Field(name).AsLong(); }
+  /// As a float.
   float GetFloat(const wchar_t* name) { return Field(name).AsFloat(); }
+  /// As a double.
   double GetDouble(const wchar_t* name) { return Field(name).AsDouble(); }
+  /// As a moment.
   CDBTimestamp GetDate(const wchar_t* name) { return Field(name).AsDate(); }
+  /// As a text.
   CString GetString(const wchar_t* name) { return Field(name).AsString(); }
+  /// As bytes.
   CLongBinary GetBinary(const wchar_t* name) { return Field(name).AsBinary(); }
+
+  /// @}
 
  private:
   friend struct pokermath::DatabaseAccess;
@@ -401,30 +573,39 @@ class POKERMATH_EXPORT CODBCRecordset : public CRecordset {
 
 /// Opens a database read-only if db is null; one that is given is used as it is.
 ///
-/// @param db  in, out: null after an error, which is shown; the caller deletes it
+/// @param db  in, out: null after an error, which is shown unless memory ran out; one that is given
+///            and not open stays, without a message; the caller deletes it
 /// @return whether db is open
 POKERMATH_EXPORT bool OpenODBC(const CString& connect, CDatabase*& db);
 
 /// Opens a database read-only if db is null, and a query on it (300 seconds at most); after that rs
 /// stands on the first record.
 ///
-/// @param db, rs  in, out: an rs that is given together with an open db is opened anew. The caller
-///                deletes both, rs first; after a failure they have been deleted and are null
+/// @param db,rs  in, out: an rs that is given together with an open db is opened anew. The caller
+///                deletes both, rs first; after a failure they have been deleted and are null. An
+///                rs that is given with a null db is forgotten, not deleted. A db that is given and
+///                not open is a failure without a message; the 300 seconds stay set on it
 /// @param showErrors  whether a failure is shown, by one message; rs goes on like that
 POKERMATH_EXPORT bool OpenODBC(const CString& connect, CDatabase*& db, CODBCRecordset*& rs,
                                const CString& sql, bool showErrors = true);
 
-/// Executes statements one by one on a connection of its own, a list with 600 seconds at most for
-/// each. Ends with a message at the first that fails; those before it stay executed.
+/// Executes a statement on a connection of its own.
+///
+/// @return false, with a message, if it fails
 POKERMATH_EXPORT bool ExecuteSQL(CString connect, CString sql);
+/// Executes statements one by one on a connection of its own, with 600 seconds at most for each.
+/// Ends with a message at the first that fails; those before it stay executed.
 POKERMATH_EXPORT bool ExecuteSQL(CString connect, const CStringArray& statements);
 
-// An environment is the driver manager's handle (SQLHENV); with null one is made for the call.
-// Names of tables and columns are names: % and _ are ordinary characters in them.
+/// @name What there is
+/// An environment is the driver manager's handle (SQLHENV). Only BuildSQLDriversList and
+/// TestDSNDriver use it, and make one for the call where it is null; the others have their own.
+/// Names of tables and columns are names: % and _ are ordinary characters in them.
+/// @{
 
 /// Lists the tables of a database; views and system tables are left out.
 ///
-/// @return false if the database cannot be opened
+/// @return false if the database cannot be opened; a listing that fails later is shown, and true
 POKERMATH_EXPORT bool BuildTableList(void* environment, const CString& connect,
                                      CStringArray& tables);
 
@@ -437,9 +618,13 @@ POKERMATH_EXPORT bool IsColumnTableODBC(void* environment, const CString& connec
 
 /// Lists the installed drivers, two entries for each: its name and its attributes
 /// ("Description=...;Driver=...").
+///
+/// @return false, without a message, if the driver manager fails; the list has what came before
 POKERMATH_EXPORT bool BuildSQLDriversList(void* environment, CStringArray& list);
 
 /// Whether the text stands in any entry of the list of drivers; shows a message if not.
 POKERMATH_EXPORT bool TestDSNDriver(void* environment, CString driver);
+
+/// @}
 
 #endif  // POKERMATH_ODBC_H_

@@ -1,4 +1,5 @@
-// Omaha: the best hand of exactly two hole cards and exactly three board cards.
+/// @file
+/// Omaha: the best hand of exactly two hole cards and exactly three board cards.
 
 #ifndef POKERMATH_OMAHA_H_
 #define POKERMATH_OMAHA_H_
@@ -8,21 +9,30 @@
 
 #include "pokermath/export.h"
 
+/// @cond
 class Spec;
+/// @endcond
 
-// Cards are card codes, not checked; hands of four cards, or of two and more with the functions
-// that take a hand count; boards of three to five. Values are on the ascending scale 1..7462,
-// larger is better. `record` receives which cards make the value, as five indexes: two into the
-// hand, three into the board, each rising; of equal choices the first. Nothing has to be loaded;
-// any number of threads. The first board of five in a process takes a millisecond. Where the counts
-// are no hand and board, -1 is the value and nothing is written. PokerLogic has the same functions
-// on the descending scale.
+/// @name The best hand
+/// Cards are card codes, not checked; hands of four cards, or of two and more with the functions
+/// that take a hand count; boards of three to five. Values are on the ascending scale 1..7462,
+/// larger is better. `record` receives which cards make the value, as five indexes: two into the
+/// hand, three into the board, each rising; of equal choices the first. Nothing has to be loaded;
+/// any number of threads. The first board of five in a process takes a millisecond. Where the
+/// counts are no hand and board, -1 is the value and nothing is written. PokerLogic has the same
+/// functions on the descending scale.
+/// @{
 
+/// The best of four hole cards and five board cards.
 POKERMATH_EXPORT int getCombinationOmahaFsm5(int* hand, int* board, int* record);
+/// The best of four hole cards and four board cards.
 POKERMATH_EXPORT int getCombinationOmahaTurnFsm5(int* hand, int* board, int* record);
+/// The best of four hole cards and three board cards.
 POKERMATH_EXPORT int getCombinationOmahaFlopFsm5(int* hand, int* board, int* record);
+/// The best of handCount hole cards, 2 or more, and 3 to 5 board cards.
 POKERMATH_EXPORT int getCombinationOmahaFsm5Common(int* hand, int handCount, int* board,
                                                    int boardCount, int* record);
+/// @}
 
 /// Which flush a hand of four cards makes with a board of three to five.
 ///
@@ -51,25 +61,28 @@ class POKERMATH_EXPORT CHandOmahaType {
   /// @return the count
   int isFlushDrawOmaha(int* suits, int& count) const;
 
-  int holeCards[4];
-  int boardCards[5];
-  int boardCount;
-  int holeRanks[4];
-  int boardRanks[5];
-  int holeSuitCounts[4];
-  int boardSuitCounts[4];
-  int holeSuits[4];
-  int boardSuits[5];
-  int flushHoleRanks[4];
-  int flushBoardRanks[5];
-  int flushHoleCount;
-  int flushBoardCount;
-  int flushSuit;  ///< -1 for none
+  int holeCards[4];        ///< card codes
+  int boardCards[5];       ///< card codes, -1 behind the last one
+  int boardCount;          ///< 0..5
+  int holeRanks[4];        ///< 0..12, by place in holeCards
+  int boardRanks[5];       ///< 0..12, by place in boardCards, -1 behind the last one
+  int holeSuitCounts[4];   ///< hole cards by suit
+  int boardSuitCounts[4];  ///< board cards by suit
+  int holeSuits[4];        ///< 0..3, by place in holeCards
+  int boardSuits[5];       ///< 0..3, by place in boardCards, -1 behind the last one
+  int flushHoleRanks[4];   ///< ranks of the hole cards of flushSuit, -1 behind the last one
+  int flushBoardRanks[5];  ///< ranks of the board cards of flushSuit, -1 behind the last one
+  int flushHoleCount;      ///< how many hole cards are of flushSuit
+  int flushBoardCount;     ///< how many board cards are of flushSuit
+  int flushSuit;           ///< of the flush, 0..3; -1 for none
 };
 
-// Nuts and outs: unseen is every card but the nHole hole cards and the n board cards. nHole is not
-// checked: 0 or more, and two or more make a hand. An out is a card that makes a hand when it comes
-// next.
+/// @name Nuts and outs
+/// Unseen is every card but the nHole hole cards and the n board cards. nHole is not
+/// checked: 0 or more, and two or more make a hand. An out is a card that makes a hand when it
+/// comes next. Cards are card codes, all different, not checked. Nothing has to be loaded; any
+/// number of threads.
+/// @{
 
 /// How many holdings of two unseen cards, which must both play, beat a hand on a board of three to
 /// five; 0 is the nuts, -5 is another board.
@@ -91,6 +104,7 @@ POKERMATH_EXPORT int getOutsOmahaFsm5Common(int* hole, int nHole, int* board, in
                                             int* nutOuts);
 /// Cards that give both hole cards a pair with the board, another one than now.
 ///
+/// @param outs  out: the number; 0 with -5
 /// @return the number, 0 on a paired board and for a hand better than two pair; -5 unless the board
 ///         has three or four cards
 POKERMATH_EXPORT int getOutsOmahaFsm5CommonTwoPairs(int* hole, int nHole, int* board, int n,
@@ -106,5 +120,7 @@ POKERMATH_EXPORT int getOutsOmahaFsm5CommonTwoPairs(int* hole, int nHole, int* b
 POKERMATH_EXPORT int TestStraight(int* hole, int nHole, int* board, int n, int* counts,
                                   std::set<std::pair<int, int>>& straightRanks,
                                   std::set<std::pair<int, int>>& heldRanks);
+
+/// @}
 
 #endif  // POKERMATH_OMAHA_H_

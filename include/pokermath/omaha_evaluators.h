@@ -1,12 +1,13 @@
-// Omaha evaluators: hands of four, five or six cards, exactly two of which play with exactly three
-// board cards; and lows.
-//
-// High values are on the ascending scale 1..7462 of EvaluateCards, larger is better. Lows are hands
-// of five different ranks of eight and below, the ace low: 1 (8-7-6-5-4) .. 56 (5-4-3-2-A), larger
-// is better, 0 for none. Cards are card codes, all different, not checked. Everything may run in
-// any number of threads; the first high value in a process takes a millisecond more, for a table of
-// 1.2 MB. No compiler flag of the host matters: what is not a table look-up is in the library,
-// which chooses the instructions that the machine has.
+/// @file
+/// Omaha evaluators: hands of four, five or six cards, exactly two of which play with exactly three
+/// board cards; and lows.
+///
+/// High values are on the ascending scale 1..7462 of EvaluateCards, larger is better. Lows are
+/// hands of five different ranks of eight and below, the ace low: 1 (8-7-6-5-4) .. 56 (5-4-3-2-A),
+/// larger is better, 0 for none. Cards are card codes, all different, not checked. Everything may
+/// run in any number of threads; the first high value in a process takes a millisecond more, for a
+/// table of 1.2 MB. No compiler flag of the host matters: what is not a table look-up is in the
+/// library, which chooses the instructions that the machine has.
 
 #ifndef POKERMATH_OMAHA_EVALUATORS_H_
 #define POKERMATH_OMAHA_EVALUATORS_H_
@@ -45,7 +46,7 @@ POKERMATH_EXPORT void EvaluateOmahaBatch(int holes, const std::uint8_t* hands,
 /// A board on which many hands are evaluated. Takes some 5 µs to make, and 7 KB.
 class POKERMATH_EXPORT OmahaBoardValues {
  public:
-  /// @param board  three to five cards
+  /// @param board  three to five cards; fewer give 0 for all hands, more are undefined
   explicit OmahaBoardValues(std::span<const int> board);
 
   /// The best value of `holes` cards, 2 or more.
@@ -112,6 +113,7 @@ struct LowTables {
     return all;
   }
 };
+/// The tables behind EvaluateLow and EvaluateOmahaLow, part of the library.
 POKERMATH_EXPORT extern const LowTables kLowTables;
 
 /// The best low of five to seven cards, any of which play. About 1 ns.

@@ -1,5 +1,10 @@
-// Omaha ranges: sets of hands of four to six cards, from text and from a percentage; and what
-// players call a hand.
+/// @file
+/// Omaha ranges: sets of hands of four to six cards, from text and from a percentage; and what
+/// players call a hand.
+///
+/// Nothing has to be loaded: the order of hands is part of the library, counted by
+/// `pokermath tables build omaha-order omaha5-order`. Free functions may be called by any number of
+/// threads. When memory runs out, std::bad_alloc is thrown.
 
 #ifndef POKERMATH_OMAHA_RANGES_H_
 #define POKERMATH_OMAHA_RANGES_H_
@@ -38,7 +43,8 @@ class POKERMATH_EXPORT OmahaSpec {
   static_assert(IsOmahaHandSize(cards));
 
  public:
-  static constexpr int kHandSize = cards;
+  static constexpr int kHandSize = cards;  ///< cards of a hand
+  /// How many hands there are.
   static constexpr int kAllHands = [] {
     int hands = 1;
     for (int i = 0; i < cards; ++i) hands = hands * (52 - i) / (i + 1);
@@ -47,25 +53,33 @@ class POKERMATH_EXPORT OmahaSpec {
   /// Card codes, the smallest first.
   using Hand = std::array<int, static_cast<std::size_t>(cards)>;
 
+  /// No hands.
   OmahaSpec();
 
+  /// The same hands.
   bool operator==(const OmahaSpec&) const = default;
 
-  /// Number of hands, and their share of all hands in percent, 0..100.
+  /// Number of hands.
   int Count() const;
+  /// Their share of all hands in percent, 0..100.
   double Percent() const;
+  /// Whether there is none.
   bool Empty() const;
 
-  /// Cards in any order.
+  /// Whether a hand is in it; its cards in any order.
   bool Contains(std::span<const int, cards> hand) const;
+  /// Adds a hand, if it is not there.
   void Insert(std::span<const int, cards> hand);
+  /// Takes a hand away, if it is there.
   void Erase(std::span<const int, cards> hand);
 
   /// Makes this the range of all hands.
   void MakeRandom();
-  /// Adds the hands of another range, keeps only those that it has, takes away those that it has.
+  /// Adds the hands of another range.
   void Unite(const OmahaSpec& other);
+  /// Keeps only the hands that another range has.
   void Intersect(const OmahaSpec& other);
+  /// Takes away the hands that another range has.
   void Subtract(const OmahaSpec& other);
   /// Adds to `out` what holds none of the dead card codes. `out` is not cleared first.
   void Exclude(const std::vector<int>& dead, OmahaSpec& out) const;
@@ -79,9 +93,10 @@ class POKERMATH_EXPORT OmahaSpec {
   /// @param from,to  0 <= from <= to <= 100
   void AddPercent(double from, double to) requires(HasOmahaOrder(cards));
 
-  /// All hands in order, and as sets of card codes, which is what PokerLogic's range functions take
-  /// (some 500 bytes a hand).
+  /// All hands in order.
   std::vector<Hand> Hands() const;
+  /// All hands as sets of card codes, which is what PokerLogic's range functions take; some 500
+  /// bytes a hand.
   std::set<std::set<int>> Combinations() const;
 
   /// Range text that ParseOmahaRange reads back to the same range; short where a few patterns and
@@ -95,9 +110,11 @@ class POKERMATH_EXPORT OmahaSpec {
   std::vector<std::uint64_t> bits_;
 };
 
+/// @cond
 #define POKERMATH_EXTERN_SPEC(cards) extern template class OmahaSpec<cards>;
 POKERMATH_OMAHA_HAND_SIZES(POKERMATH_EXTERN_SPEC)
 #undef POKERMATH_EXTERN_SPEC
+/// @endcond
 
 /// How strong a hand is before the flop: the share of all hands of as many cards, in percent, that
 /// come no later than it in the order of AddPercent; small is strong. An error for six cards, whose
@@ -111,7 +128,7 @@ POKERMATH_EXPORT std::string OmahaHandName(std::span<const int> hand);
 /// What ParseOmahaRange read: a range or an error.
 template <int cards>
 struct OmahaRangeResult {
-  OmahaSpec<cards> range;
+  OmahaSpec<cards> range;  ///< empty if there is an error
   /// Empty when the text was read; otherwise one line with position, bad piece and expectation.
   std::string error;
   std::size_t position = 0;  ///< of the error, in bytes
@@ -126,15 +143,18 @@ struct OmahaRangeResult {
 template <int cards>
 POKERMATH_EXPORT OmahaRangeResult<cards> ParseOmahaRange(std::string_view text);
 
+/// @cond
 #define POKERMATH_EXTERN_PARSE(cards) \
   extern template OmahaRangeResult<cards> ParseOmahaRange<cards>(std::string_view);
 POKERMATH_OMAHA_HAND_SIZES(POKERMATH_EXTERN_PARSE)
 #undef POKERMATH_EXTERN_PARSE
+/// @endcond
 
 }  // namespace pokermath
 
-/// Ranges of Omaha, and of Omaha with five cards.
+/// Ranges of Omaha.
 using CSpecOmaha = pokermath::OmahaSpec<4>;
+/// Ranges of Omaha with five cards.
 using CSpecOmahaFiveCards = pokermath::OmahaSpec<5>;
 
 #endif  // POKERMATH_OMAHA_RANGES_H_

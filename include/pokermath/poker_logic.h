@@ -1,5 +1,16 @@
-// PokerLogic, the central object: the HandRanks state table, Hold'em and Omaha equity, nuts and
-// outs.
+/// @file
+/// PokerLogic, the central object: the HandRanks state table, Hold'em and Omaha equity, nuts and
+/// outs.
+///
+/// Hands, boards and lists are card codes 0..51, all different, unless something else is said; they
+/// are not checked. Every function says its scale: values on the HandRanks scale, descending or
+/// ascending 1..7462, shares of the pot 0..1 or percentages 0..100.
+///
+/// What the library knows of hand against hand before the flop was counted by the rules of poker
+/// and is part of it (`pokermath tables build matchups` counts it again). Tables are files of the
+/// host's, by any name, or those of `pokermath tables build`: VarnholtHR.dat (generate_table),
+/// VarnholtPC.dat (generate_PokerCombinations_table), holdem-river-equity.bin (load_equity_table)
+/// and holdem-turn-equity.bin (load_equity_turn_table); docs/tables.md has their formats.
 
 #ifndef POKERMATH_POKER_LOGIC_H_
 #define POKERMATH_POKER_LOGIC_H_
@@ -18,7 +29,9 @@
 #include "pokermath/ranges.h"
 #include "pokermath/text.h"
 
+/// @cond
 class CHandOmahaType;
+/// @endcond
 
 namespace pokermath {
 
@@ -37,17 +50,24 @@ inline constexpr wchar_t kPokerCombinationsFile[] = L"VarnholtPC.dat";
 /// This is the published state-table construction over a five-card evaluator.
 class POKERMATH_EXPORT PokerLogic {
  public:
+  /// Holds no table.
   PokerLogic() = default;
+  /// A copy has tables of its own: 130 MB where the HandRanks table is loaded.
   PokerLogic(const PokerLogic&) = default;
+  /// Likewise.
   PokerLogic& operator=(const PokerLogic&) = default;
-  /// What is moved from is as new, but for IDs, which are empty until one is saved.
+  /// What is moved from is as new, but for IDs, which are empty until one is saved, and for
+  /// trialCount, random and deck, which it keeps.
   PokerLogic(PokerLogic&& other) noexcept : PokerLogic(NoIDs()) { *this = std::move(other); }
+  /// Likewise.
   PokerLogic& operator=(PokerLogic&& other) noexcept;
   ~PokerLogic() = default;
 
-  // --- the HandRanks state table ---
-  // MakeID, SaveID and generate_table change the object; DoEval and the look-ups may run in several
-  // threads at once, as long as none of these runs. An ID that MakeID did not make is undefined.
+  /// @name The HandRanks state table
+  /// MakeID, SaveID and generate_table change the object; DoEval and the look-ups may run in
+  /// several threads at once, as long as none of these runs. An ID that MakeID did not make is
+  /// undefined.
+  /// @{
 
   /// ID of the partial hand `id` with one card more, 0 if that is impossible. Sets numcards.
   ///
@@ -73,10 +93,9 @@ class POKERMATH_EXPORT PokerLogic {
   /// @return 0, or 1 when the file could not be written (the table in memory is complete)
   int generate_table(CString fileName);
 
-  // A card given twice is not noticed by the look-ups: nearly all such lists have a value like any
-  // other, the rest 0.
-
-  /// Value of seven card numbers (1..52, not checked) in any order; 0 without a loaded table.
+  /// Value of seven card numbers (1..52, not checked) in any order; 0 without a loaded table. A
+  /// card given twice is not noticed by the look-ups: nearly all such lists have a value like any
+  /// other, the rest 0.
   int LookupHand(int* cards) const {
     if (HR.empty()) return 0;
     std::uint32_t state = HR[static_cast<std::size_t>(53 + cards[0])];
@@ -91,16 +110,21 @@ class POKERMATH_EXPORT PokerLogic {
   /// by five board cards, three of which play.
   ///
   /// @param cards  card codes 0..51, all different; not checked
-  /// These need no table and may run in any number of threads.
+  ///
+  /// Needs no table and may run in any number of threads, as the two that follow.
   int LookupHandsOmaha(int* cards) const;
-  /// The same with three board cards, and with four.
+  /// The same with three board cards.
   int LookupHandsOmahaFlop(int* cards) const;
+  /// The same with four board cards.
   int LookupHandsOmahaTurn(int* cards) const;
 
-  // --- hands by the rules of poker ---
-  // These read nothing but their arguments and `deck`. Ranks are those of card codes, 0..12, in the
-  // order of sortHand: from high to low. The tests return a rank, or -1 when the hand does not
-  // qualify.
+  /// @}
+
+  /// @name Hands by the rules of poker
+  /// These read nothing but their arguments and `deck`. Ranks are those of card codes, 0..12, in
+  /// the order of sortHand: from high to low. The tests return a rank, or -1 when the hand does not
+  /// qualify.
+  /// @{
 
   /// Sorts card codes with comparefun and takes them apart.
   ///
@@ -156,14 +180,18 @@ class POKERMATH_EXPORT PokerLogic {
   /// another board.
   int getNewCombination(int* hole, int* board, int boardCount) const;
 
-  // --- the best Omaha hand: two hole cards and three board cards; see omaha.h ---
-  // Values are on the descending scale, smaller is better. `record` receives the cards that play;
-  // the one with counts, their indexes.
+  /// @}
+
+  /// @name The best Omaha hand: two hole cards and three board cards; see omaha.h
+  /// Values are on the descending scale, smaller is better. `record` receives the cards that play;
+  /// the one with counts, their indexes.
+  /// @{
 
   /// The best of four hole cards and five board cards. Record: two hole cards, three board cards.
   int getCombinationOmaha(int* hand, int* board, int* record) const;
-  /// The same with four board cards, and with three.
+  /// The same with four board cards.
   int getCombinationOmahaTurn(int* hand, int* board, int* record) const;
+  /// The same with three board cards.
   int getCombinationOmahaFlop(int* hand, int* board, int* record) const;
   /// The same for two hole cards and more and three to five board cards; 100000 and nothing written
   /// for other counts.
@@ -172,7 +200,7 @@ class POKERMATH_EXPORT PokerLogic {
 
   /// Fills PokerCombinations from a file of exactly 20,791,680 bytes, or works it out and writes
   /// the file. A file with a key that is no hand is replaced; a value below 1 is shown as a message
-  /// and left out.
+  /// and left out. Values above 0 are not checked.
   /// @return 1 loaded, 0 worked out
   int generate_PokerCombinations_table(CString path);
   /// Writes PokerCombinations as records of two little-endian 32-bit ints, key and value, in key
@@ -182,9 +210,12 @@ class POKERMATH_EXPORT PokerLogic {
   /// the table lacks counts as its key.
   int eval_7handOmaha(int* hand, int* board) const;
 
-  // --- Hold'em equity ---
-  // A hand is two card codes, a board up to five. getProbabilityOfWin and the loaders change the
-  // object; the others may run in several threads at once, as long as none of these runs.
+  /// @}
+
+  /// @name Hold'em equity
+  /// A hand is two card codes, a board up to five. getProbabilityOfWin and the loaders change the
+  /// object; the others may run in several threads at once, as long as none of these runs.
+  /// @{
 
   /// Estimate of the chance that `hand` wins at a table of `players`, over trialCount random deals;
   /// a pot shared with k others counts 1/(k+1).
@@ -224,7 +255,8 @@ class POKERMATH_EXPORT PokerLogic {
   /// Writes a text report: one line for every ordered matchup that equityTable lacks.
   ///
   /// Line: number, card codes and names of both hands, wins (ties as half), boards, percent. A file
-  /// of that name that exists is left as it is. Returns 0 in any case. About 1 s for all 1,624,350
+  /// of that name that exists is left as it is. It is written in place: what was stopped leaves a
+  /// part, which has to be removed first. Returns 0 in any case. About 1 s for all 1,624,350
   /// lines.
   int generate_equity_table(CString path);
   /// The same report to the turn, for what equityTurnTable lacks.
@@ -239,24 +271,29 @@ class POKERMATH_EXPORT PokerLogic {
 
   /// Adds the records of such a file to equityTable; a matchup that is already there keeps its
   /// value. A record below 1 is shown as a message and left out, a last record that is cut short is
-  /// ignored. Returns 1; 0 with a message when there is no file that can be opened (a folder or a
-  /// FIFO is none).
+  /// ignored; keys and values above 0 are not checked. Returns 1; 0 with a message when there is no
+  /// file that can be opened (a folder or a FIFO is none).
   int load_equity_table(CString path);
   /// The same for equityTurnTable.
   int load_equity_turn_table(CString path);
 
-  // --- Hold'em equity against a range ---
-  // Every holding of the range weighs the same; one that shares a card with the hand or the board
-  // is left out. The result is hand's share over all boards and holdings, 0.0 .. 1.0, a tie as one
-  // half; not a number when the range is wholly blocked, or where trials are needed and trialCount
-  // is below 1. No HandRanks table is needed. The two functions with a board count change the
-  // object's random numbers; the others only read it.
+  /// @}
+
+  /// @name Hold'em equity against a range
+  /// Every holding of the range weighs the same; one that shares a card with the hand or the board
+  /// is left out. The result is hand's share over all boards and holdings, 0.0 .. 1.0, a tie as one
+  /// half; not a number when the range is wholly blocked, or trialCount is below 1 with 1, 2 or 5
+  /// board cards or, to the flop or turn, with any but none and 3 to the turn. No HandRanks table
+  /// is needed. The two functions with a board count change the object's random numbers; the others
+  /// only read it.
+  /// @{
 
   /// To the river, from 0 to 5 known board cards: exact for 0, 3, 4 and 5, over trialCount random
   /// boards for 1 and 2. 0.0 for another count.
   double getProbabilityOfWinBySpectr(int* hand, int* board, int boardCount, const Spec& spec);
   /// From an empty board, by GetWinHandVsHand for each holding. The one function here that starts
-  /// threads: the holdings are shared out among OpenMP's workers.
+  /// threads: the holdings are shared out among OpenMP's workers. It switches dynamic team sizes on
+  /// for the calling thread (omp_set_dynamic) and leaves them on.
   double getProbabilityOfWinBySpectrWithNoBoard(int* hand, const Spec& spec) const;
   /// From three board cards.
   double getProbabilityOfWinBySpectrWithFlop(int* hand, int* board, const Spec& spec) const;
@@ -276,11 +313,14 @@ class POKERMATH_EXPORT PokerLogic {
   /// From three board cards to the turn.
   double getProbabilityOfWinBySpectrWithFlopToTurn(int* hand, int* board, const Spec& spec) const;
 
-  // --- Omaha equity ---
-  // Hands of four to six card codes (handSize, not checked), exact over every board that the known
-  // cards leave. Results are percentages, 0 .. 100; not a number where no board is left. `count`
-  // receives the boards, `time` the milliseconds taken. Nothing has to be loaded; about 0.2 ms
-  // before the flop.
+  /// @}
+
+  /// @name Omaha equity
+  /// Hands of four to six card codes (handSize, not checked), exact over every board that the known
+  /// cards leave. Results are percentages, 0 .. 100; not a number where no board is left. `count`
+  /// receives the boards, `time` the milliseconds taken. Nothing has to be loaded; about 0.2 ms
+  /// before the flop.
+  /// @{
 
   /// hand1 against hand2, a tie as one half.
   double RiverEquityHandVsHandOnPreFlopCommon(int* hand1, int handSize, int* hand2, int& count,
@@ -300,19 +340,22 @@ class POKERMATH_EXPORT PokerLogic {
   /// @param deadCount  0 or more, not checked
   double RiverEquityHandsOnPreFlopCommon(int* hands, int handSize, int players, int deadCount,
                                          int& count, int& time) const;
-  /// The same after three board cards, and after four.
+  /// The same after three board cards.
   double RiverEquityHandsOnFlopCommon(int* hands, int handSize, int players, int deadCount,
                                       int* board, int& count, int& time) const;
+  /// The same after four board cards.
   double RiverEquityHandsOnTurnCommon(int* hands, int handSize, int players, int deadCount,
                                       int* board, int& count, int& time) const;
 
-  /// A hand of four against every opponent hand, on a board of five as it stands, and on a board of
-  /// four over every opponent hand and river, in percent. `count` receives the cases: 123,410 and
-  /// 5,430,040. Free functions for other streets are in equity.h.
+  /// A hand of four against every opponent hand on a board of five as it stands, in percent, a tie
+  /// as one half. `count` receives the cases: 123,410. Free functions for other streets are in
+  /// equity.h.
   double RiverEquityHandVsRandomOnRiver(int* hand, int* board, int& count) const;
+  /// The same on a board of four, over every opponent hand and river: 5,430,040 cases.
   double RiverEquityHandVsRandomOnTurn(int* hand, int* board, int& count) const;
 
-  /// Hands of a range: each a set of card codes, four of which are looked at.
+  /// Hands of a range: each a set of card codes, the four lowest of which are looked at; smaller
+  /// sets are left out.
   using OmahaRange = std::set<std::set<int>>;
 
   /// A hand of four against every hand of a range on a flop as it stands, in percent; those that
@@ -324,10 +367,15 @@ class POKERMATH_EXPORT PokerLogic {
   /// blocks the whole range makes the result not a number. Hosts know it so.
   double FlopEquityHandVsRangeOnPreFlop(int* hand, const OmahaRange& range, int& count) const;
 
-  // The following sample. They call srand(), which seeds rand() for the whole process, through
-  // EasyRandom::SetTimerSeed: two calls within a second draw the same numbers, so they deal the
-  // same cards and asking again says nothing new. The functions that sample and are not here or
-  // among the Hi/Lo counterparts go on with the numbers of rand() as they come.
+  /// @}
+
+  /// @name Omaha equity by sampling
+  /// These sample. They call srand(), which seeds rand() for the whole process, through
+  /// EasyRandom::SetTimerSeed: two calls within a second draw the same numbers, so they deal the
+  /// same cards and asking again says nothing new. Other members that sample, but for the Hi/Lo
+  /// counterparts, go on with the numbers of rand() as they come; of the free functions
+  /// getProbabilityOfWinHoldem6PlusCommon calls srand() too.
+  /// @{
 
   /// Estimate of the chance that a hand of four wins at a table of 2 to 10 players, over trialCount
   /// random deals; a pot shared with k others counts 1/(k+1). 0.0 .. 1.0; 0.0 for counts out of
@@ -338,21 +386,25 @@ class POKERMATH_EXPORT PokerLogic {
   ///
   /// @param handSize,boardCount,targetCount  4 to 6; 0 to targetCount; 3 to 5: not checked
   /// @param trials  in: most deals; out: deals made
-  /// @param time    in: milliseconds, looked at every 10,000 deals; out: milliseconds taken
+  /// @param time    in: milliseconds, looked at after the first deal and every 10,000; out:
+  /// milliseconds taken
   double EquityHandVsRandomCommon(int* hand, int handSize, int* board, int boardCount,
                                   int targetCount, int& trials, int& time);
-  /// The same for four cards from a flop to the river; and against a range, of which some hand must
-  /// share no card with hand and flop.
+  /// The same for four cards from a flop to the river.
   double RiverEquityHandVsRandomOnFlopLight(int* hand, int* flop, int& trials, int& time);
+  /// The same against a range, of which some hand must share no card with hand and flop.
   double RiverEquityHandVsRangeOnFlopLight(int* hand, int* flop, const OmahaRange& range,
                                            int& trials, int& time);
 
-  // --- Omaha Hi/Lo ---
-  // The best high hand and the best low hand take half the pot each; where nobody has a low the
-  // high hand takes it all. A low is five different ranks of eight or below, the ace low, of
-  // exactly two hole cards and three board cards. Its value is the ranks as digits, the highest
-  // first: 54321 is the best, smaller is better, 0 is none. Where nothing is said of it, handSize
-  // is 0 or more and not checked; hands of fewer than two cards have no low.
+  /// @}
+
+  /// @name Omaha Hi/Lo
+  /// The best high hand and the best low hand take half the pot each; where nobody has a low the
+  /// high hand takes it all. A low is five different ranks of eight or below, the ace low, of
+  /// exactly two hole cards and three board cards. Its value is the ranks as digits, the highest
+  /// first: 54321 is the best, smaller is better, 0 is none. Where nothing is said of it, handSize
+  /// is 0 or more and not checked; hands of fewer than two cards have no low.
+  /// @{
 
   /// The low of a hand of two cards or more on a board of three to five; 0 for other counts.
   int SetLowValueCombinationOmahaCommon(int* hand, int handSize, int* board, int boardCount) const;
@@ -372,24 +424,38 @@ class POKERMATH_EXPORT PokerLogic {
   int CountLowCards(int* hand, int handSize, int* board, int boardCount, int& lowValueOrOuts,
                     int& nutOuts, double& probability) const;
 
-  /// The Hi/Lo counterparts of the functions above, with the same ranges of counts, the first one
-  /// 0.0 .. 1.0 (0.0 without trials too), the others in percent. The first two call srand() like
-  /// theirs. A pot or a half of one that is shared with k others counts
-  /// 1/(k+1) of it, here with several hands too.
+  /// @}
+
+  /// @name Omaha Hi/Lo equity
+  /// The counterparts of the functions of the same names, with the same ranges of counts, the first
+  /// one 0.0 .. 1.0 (0.0 without trials too), the others in percent. The first two call srand()
+  /// like theirs. A pot or a half of one that is shared with k others counts 1/(k+1) of it, here
+  /// with several hands too.
+  /// @{
+
+  /// As getProbabilityOfWinOmaha: an estimate, 0.0 .. 1.0.
   double getProbabilityOfWinOmahaHL(int* hand, int* board, int boardCount, int players) const;
+  /// As EquityHandVsRandomCommon: an estimate in percent.
   double EquityHandVsRandomHL(int* hand, int handSize, int* board, int boardCount, int targetCount,
                               int& trials, int& time);
+  /// As RiverEquityHandVsRandomOnRiver: exact, in percent.
   double RiverEquityHandVsRandomOnRiverHL(int* hand, int* board, int& count) const;
+  /// As RiverEquityHandsOnPreFlopCommon: exact, in percent.
   double RiverEquityHandsOnPreFlopCommonHL(int* hands, int handSize, int players, int deadCount,
                                            int& count, int& time) const;
+  /// As RiverEquityHandsOnFlopCommon: exact, in percent.
   double RiverEquityHandsOnFlopCommonHL(int* hands, int handSize, int players, int deadCount,
                                         int* board, int& count, int& time) const;
+  /// As RiverEquityHandsOnTurnCommon: exact, in percent.
   double RiverEquityHandsOnTurnCommonHL(int* hands, int handSize, int players, int deadCount,
                                         int* board, int& count, int& time) const;
 
-  // --- Omaha: nuts and outs; free functions for them are in omaha.h ---
-  // Unseen is every card but the hole cards and the n board cards. -5 for another number of board
-  // cards; nHole is 0 or more and not checked, fewer than two make no hand.
+  /// @}
+
+  /// @name Omaha: nuts and outs; free functions for them are in omaha.h
+  /// Unseen is every card but the hole cards and the n board cards. -5 for another number of board
+  /// cards; nHole is 0 or more and not checked, fewer than two make no hand.
+  /// @{
 
   /// How many hands of four unseen cards beat a hand of four on a board of three to five; 0 is the
   /// nuts. About 2 µs.
@@ -397,8 +463,13 @@ class POKERMATH_EXPORT PokerLogic {
   /// How many holdings of two unseen cards, which must both play, beat a hand of two and more.
   int IsMyHandNutsOmahaCommon(int* hole, int nHole, int* board, int n) const;
 
-  // Outs are cards that make a hand when they come next, on boards of three or four cards. These
-  // count an out as 1 and one that makes the nuts as 101: outs % 100, nut outs / 100.
+  /// @}
+
+  /// @name Omaha: outs
+  /// Outs are cards that make a hand when they come next, on boards of three or four cards; all
+  /// return -5 for another board. The three by draw leave 0 in their counts then, and count an out
+  /// as 1 and one that makes the nuts as 101: outs % 100, nut outs / 100.
+  /// @{
 
   /// Flushes, and straight flushes. Returns the number of suits with a flush draw; without one
   /// nothing is counted.
@@ -410,13 +481,18 @@ class POKERMATH_EXPORT PokerLogic {
   int GetFullHouseOutsOmaha(int* hole, int* board, int n, int& fullHouseOuts, int& quadsOuts) const;
   /// Cards that lift a hand to a higher category 1..9, by that category.
   ///
-  /// @param outs,nutOuts  out: 10 numbers each
+  /// @param outs,nutOuts  out: 10 numbers each, cards counted as 1
+  /// @return 1; -5, and nothing is written, unless the board has three or four cards
   int getOutsOmahaCommon(int* hole, int nHole, int* board, int n, int* outs, int* nutOuts) const;
 
-  // --- short deck; free functions for it are in equity.h ---
+  /// @}
+
+  /// @name Short deck; free functions for it are in equity.h
+  /// @{
 
   /// As getProbabilityOfWin with the 36 cards of the short deck. Values come from "six-plus-7.bin",
-  /// which is loaded from the current directory unless it is loaded; 0.0 if it cannot be.
+  /// which is loaded from the current directory unless it is loaded; 0.0 if it cannot be. It
+  /// changes the object's random numbers.
   double getProbabilityOfWinHoldem6Plus(int* hand, int* board, int boardCount, int players);
   /// Exact chance against a random hand before the flop; the 112,971,936 cases of opponent and
   /// board are counted, not dealt.
@@ -427,9 +503,12 @@ class POKERMATH_EXPORT PokerLogic {
   /// @param elapsed  out: time taken in milliseconds
   double RiverEquityHandVsRandomOnPreFlop6Plus(int* hand, int& count, int& elapsed) const;
 
-  // --- data, in the order that hosts know ---
+  /// @}
 
-  CPokerDeck deck;
+  /// @name Data, in the order that hosts know
+  /// @{
+
+  CPokerDeck deck;  ///< the card words of the prime-product evaluators
   /// Partial-hand IDs in rising order; slot 0 is the empty hand. Filled by generating, not by
   /// loading.
   std::vector<std::uint64_t> IDs = {0};
@@ -442,6 +521,7 @@ class POKERMATH_EXPORT PokerLogic {
   int maxHR = 0;            ///< highest HR index written
   std::uint64_t maxID = 0;  ///< largest ID stored
 
+  /// Two hand keys.
   using MatchupKey = std::pair<int, int>;
   /// Matchup (hand key, hand key) → 2 * wins + ties of the first hand over 1,712,304 boards. A hand
   /// key is smaller card code * 64 + larger card code.
@@ -450,8 +530,11 @@ class POKERMATH_EXPORT PokerLogic {
   std::map<MatchupKey, int> equityTurnTable;
   /// Value of every five-card hand on the descending scale, or empty.
   pokermath::FiveCardMap PokerCombinations;
-  EasyRandom random{0, 1};
-  int trialCount = 50000;  ///< trials, or random boards, of the functions that sample
+  EasyRandom random{0, 1};  ///< what the object draws its random numbers with
+  /// Trials, or random boards, of the functions that sample and are not given a number.
+  int trialCount = 50000;
+
+  /// @}
 
  private:
   // The empty hand among the IDs takes memory, which a move must not need.

@@ -1,4 +1,5 @@
-// Everything that pokermath exports.
+/// @file
+/// Everything that pokermath exports.
 
 #ifndef POKERMATH_POKERMATH_H_
 #define POKERMATH_POKERMATH_H_

@@ -1,9 +1,15 @@
-// Two-card ranges: sets of holdings, from classes of hands, from a percentage and from text; and
-// random integers for sampling.
-//
-// A rank is that of a card code, 0 = deuce .. 12 = ace. A class of hands is a pair, or two ranks
-// suited or offsuit; 169 of them make a 13 x 13 matrix, row by row, row and column 12 - rank (0 =
-// ace): pairs on the diagonal, suited hands above it, offsuit ones below.
+/// @file
+/// Two-card ranges: sets of holdings, from classes of hands, from a percentage and from text; and
+/// random integers for sampling.
+///
+/// A rank is that of a card code, 0 = deuce .. 12 = ace. A class of hands is a pair, or two ranks
+/// suited or offsuit; 169 of them make a 13 x 13 matrix, row by row, row and column 12 - rank (0 =
+/// ace): pairs on the diagonal, suited hands above it, offsuit ones below.
+///
+/// Percentages are 0..100. Nothing has to be loaded: orders and tables of percentages are part of
+/// the library, opinions written down in its sources. Const members and free functions may be
+/// called by any number of threads, but for those that draw from rand(), which is the process's
+/// own. Weights and other games are HandRange's affair (hand_range.h).
 
 #ifndef POKERMATH_RANGES_H_
 #define POKERMATH_RANGES_H_
@@ -33,10 +39,15 @@ POKERMATH_EXPORT extern const int HandClassRank6Plus[113];
 /// better only. Cards and ranks are not checked. About 10 KB when full; copying takes 1 µs.
 class POKERMATH_EXPORT Spec {
  public:
+  /// No holdings.
   Spec() = default;
+  /// A copy has its own holdings.
   Spec(const Spec&) = default;
+  /// What is moved from is empty.
   Spec(Spec&&) = default;
+  /// A copy has its own holdings.
   Spec& operator=(const Spec&) = default;
+  /// What is moved from is empty.
   Spec& operator=(Spec&&) = default;
   virtual ~Spec();
 
@@ -47,15 +58,22 @@ class POKERMATH_EXPORT Spec {
   /// Adds all holdings of another range as they are stored there.
   void Unite(const Spec& other) { combinations_.merge(other.combinations_); }
 
-  // These look at the cards of a holding in either order.
+  /// @name Holdings as hands
+  /// These look at the cards of a holding in either order.
+  /// @{
 
   /// Whether the ranges hold the same holdings, each as often, once or twice.
   bool operator==(const Spec& other) const;
+  /// Whether a holding is there.
   bool Contains(int first, int second) const;
+  /// Takes a holding away.
   void Erase(int first, int second);
-  /// Keeps only the holdings that another range has; takes away those that it has.
+  /// Keeps only the holdings that another range has.
   void Intersect(const Spec& other);
+  /// Takes away the holdings that another range has.
   void Subtract(const Spec& other);
+
+  /// @}
 
   /// Adds the 6 pairs of a rank.
   void AddPair(int rank);
@@ -83,13 +101,16 @@ class POKERMATH_EXPORT Spec {
 
   /// Fills 169 cells: 1 where a holding of the class is present, else 0.
   void MakeMatrix(int* cells) const;
+  /// The same of holdings of six and better.
   void MakeMatrix6Plus(int* cells) const;
 
   /// The whole class of the strongest hand present; empty for an empty range.
   Spec MakeBestHand() const;
+  /// The same of holdings of six and better.
   Spec MakeBestHand6Plus() const;
   /// The strongest class that is not present at all; empty when every class is.
   Spec MakeNextForceHand() const;
+  /// The same among classes of six and better.
   Spec MakeNextForceHand6Plus() const;
 
   /// The holdings of two ranks, and which suits they have.
@@ -102,6 +123,7 @@ class POKERMATH_EXPORT Spec {
   /// counts as whole; offsuit hands carry no letter. pokermath::FormatRange writes what reads back
   /// as it was.
   CString MakeString() const;
+  /// The same of holdings of six and better.
   CString MakeString6Plus() const;
 
  private:
@@ -114,14 +136,15 @@ POKERMATH_EXPORT Spec SpecBySuitMatrix(int rank1, int rank2, int* matrix);
 
 /// Appends one run of classes to a list in range text.
 ///
-/// @param start,end,top  first and last index of the run, and the index at which it would be open
-/// to
-///                       the top ("+" instead of "-")
-/// @param first,last     texts of the run's first and last class
+/// @param start,end   first and last index of the run
+/// @param top         the index at which it would be open to the top ("+" instead of "-")
+/// @param first,last  texts of the run's first and last class
+/// @param out         in and out: the list
 POKERMATH_EXPORT void MakeStr(int start, int end, int top, const CString& first,
                               const CString& last, CString& out);
 
-/// Ranges by percentage of all holdings, from fixed tables. Empty until an Init function has run.
+/// Ranges by percentage of all holdings, from fixed tables. Empty until an Init function has run;
+/// then const members may be called by any number of threads.
 class POKERMATH_EXPORT CStatSpectr {
  public:
   /// Fills a coarse table of 15 steps up to 40 %, without texts. Nothing looks it up by percent.
@@ -129,8 +152,8 @@ class POKERMATH_EXPORT CStatSpectr {
   /// Fills the equilibrium table with 169 steps of Hold'em, 0.45 (aces) .. 100.
   void InitEquil();
   /// Fills it with 81 steps of short deck instead. One range is filed far below its width: look-ups
-  /// of 34.9 give 406 holdings instead of 214, and from there up to 66.34 the text is that of the
-  /// next wider range. ParseRange does not follow this.
+  /// from 34.9 to 35.87 give 406 holdings instead of 214, those from 64.45 to 66.34 give 402, and
+  /// in between the text is that of the next wider range. ParseRange does not follow this.
   void InitEquil6Plus();
   /// Fills the Corvelle table, 16 steps, 0.3 .. 40.
   void InitCorvelle();
@@ -145,9 +168,11 @@ class POKERMATH_EXPORT CStatSpectr {
   /// 1 if two cards belong to the best `percent` of hands by Sklansky groups, else 0.
   int numSklanskyGroup(CCard card1, CCard card2, double percent) const;
 
-  /// The tables themselves, ranges by percent.
+  /// What Init has filled, ranges by percent.
   const std::map<double, Spec>& base() const { return base_; }
+  /// What InitEquil or InitEquil6Plus has filled, likewise.
   const std::map<double, Spec>& equilibrium() const { return equilibrium_; }
+  /// What InitCorvelle has filled, likewise.
   const std::map<double, Spec>& corvelle() const { return corvelle_; }
 
  private:
@@ -161,7 +186,7 @@ class POKERMATH_EXPORT CStatSpectr {
 /// A user's own ranges by percentage: points that he gives, completed between and above.
 class POKERMATH_EXPORT CUserFolder {
  public:
-  CString name;
+  CString name;                     ///< what the user calls it
   std::map<double, Spec> specs;     ///< by percent
   std::map<double, CString> texts;  ///< paired with specs by place
 
@@ -170,6 +195,7 @@ class POKERMATH_EXPORT CUserFolder {
   /// Adds a step for every class that comes between two points, the strongest first, and for every
   /// class above the last one. The points themselves stay.
   void MakeInterpolation();
+  /// The same for the short deck.
   void MakeInterpolation6Plus();
 };
 
@@ -179,9 +205,10 @@ POKERMATH_EXPORT int SklanskyGroup(CCard card1, CCard card2);
 /// Two fixed ranges, a wide and a narrow one.
 class POKERMATH_EXPORT StrategyRanges {
  public:
-  Spec first;
-  Spec second;
+  Spec first;   ///< the wide one
+  Spec second;  ///< the narrow one
 
+  /// Fills both, which are empty before.
   void MakeSrategyRanges();
 };
 
@@ -193,6 +220,7 @@ class POKERMATH_EXPORT StrategyRanges {
 /// RiverEquityHandVsRangeOnFlopLight, and getProbabilityOfWinHoldem6PlusCommon.
 class POKERMATH_EXPORT EasyRandom {
  public:
+  /// Draws from low..high, as SetInterval.
   EasyRandom(int low, int high) { SetInterval(low, high); }
 
   /// Draws from low..high from now on; low > high gives 0..1.
@@ -218,8 +246,12 @@ POKERMATH_EXPORT double HutchisonPointsOmahaHL(const int* hand);
 namespace pokermath {
 
 /// Where percentages in range text come from.
-enum class PercentTable { kEquilibrium, kCorvelle };
+enum class PercentTable {
+  kEquilibrium,  ///< CStatSpectr::InitEquil: 169 steps up to 100 %; of 36 cards a table of its own
+  kCorvelle      ///< CStatSpectr::InitCorvelle: 16 steps up to 40 %
+};
 
+/// How ParseRange reads and FormatRange writes.
 struct RangeOptions {
   /// Whether a bare "AK" means the offsuit hands only, as in MakeString's texts. Otherwise it means
   /// suited and offsuit, as players write it.
@@ -232,7 +264,7 @@ struct RangeOptions {
 
 /// What ParseRange read: a range or an error.
 struct RangeResult {
-  Spec range;
+  Spec range;  ///< empty if there is an error
   /// Empty when the text was read; otherwise one line with position, bad piece and expectation.
   std::string error;
   std::size_t position = 0;  ///< of the error, in bytes

@@ -1,4 +1,8 @@
-// The end of a hand: who wins, how the pot and side pots are shared, and what game it was.
+/// @file
+/// The end of a hand: who wins, how the pot and side pots are shared, and what game it was.
+///
+/// Winners are found by the rules of poker in some microseconds. Any number of threads, also with
+/// one PokerLogic, as long as nobody changes it.
 
 #ifndef POKERMATH_SHOWDOWN_H_
 #define POKERMATH_SHOWDOWN_H_
@@ -10,7 +14,9 @@
 #include "pokermath/export.h"
 #include "pokermath/text.h"
 
+/// @cond
 class PokerLogic;
+/// @endcond
 
 /// Code of a game by its name in a hand history; case matters.
 ///
@@ -42,8 +48,11 @@ POKERMATH_EXPORT int WhoIsWinner(int a[2], int b[2], int board[], int nBoard, Po
 POKERMATH_EXPORT int FindMaxCombination(int a[2], int b[2], int board[], int nBoard,
                                         PokerLogic& logic);
 
-// A pot is shared by three lists of one entry a seat: what each player has staked, in whole chips,
-// how strong his hand is, larger is better, 0 for one who has folded, and what he gets.
+/// @name Pots
+/// A pot is shared by three lists of one entry a seat: what each player has staked, in whole chips,
+/// how strong his hand is, larger is better, 0 for one who has folded, and what he gets.
+/// Any number of threads.
+/// @{
 
 /// The smallest stake that is not 0 among the n players whose score is `best`, but no more than
 /// 1000; 1000 if there is none.
@@ -62,11 +71,13 @@ POKERMATH_EXPORT int GetMinVinnerBet(int stake[], int score[], int n, int best);
 ///                  may exceed an int.
 POKERMATH_EXPORT void GameResult(int stake[], int score[], int winnings[], int n);
 
+/// @}
+
 namespace pokermath {
 
 /// A pot, main or side, and those who share it.
 struct Pot {
-  std::int64_t chips = 0;
+  std::int64_t chips = 0;          ///< what is in it
   std::vector<int> winners;        ///< seats in rising order; none where stakes go back
   std::vector<std::int64_t> paid;  ///< what each seat put in
   std::vector<std::int64_t> won;   ///< what each seat gets

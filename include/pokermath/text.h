@@ -1,4 +1,5 @@
-// The text, list and integer types of the interface.
+/// @file
+/// The text, list and integer types of the interface.
 
 #ifndef POKERMATH_TEXT_H_
 #define POKERMATH_TEXT_H_
@@ -9,9 +10,12 @@
 
 #include "pokermath/export.h"
 
+/// Text of the interface: wide characters, a code point each.
 using CString = std::wstring;
+/// A list of texts.
 using CStringArray = std::vector<std::wstring>;
 #if !defined(__int64) && !defined(_MSC_EXTENSIONS)  // some compilers and hosts bring their own
+/// A whole number of 64 bits.
 using __int64 = std::int64_t;
 #endif
 

@@ -1,4 +1,6 @@
-// Services for a host that keeps a log and other files beside its program.
+/// @file
+/// Services for a host that keeps a log and other files beside its program. Any number of threads,
+/// but for a log one at a time.
 
 #ifndef POKERMATH_UTILITIES_H_
 #define POKERMATH_UTILITIES_H_
@@ -18,6 +20,8 @@ POKERMATH_EXPORT void TrimLogFile(CString path, std::uint64_t keepBytes, std::ui
 
 /// The folder of the running program, without a slash at its end.
 ///
+/// Of a program's path only the first 259 characters are looked at: of a longer one the folder is
+/// another.
 /// @param buffer  out: the same; room for 260 characters, of which one ends the text
 POKERMATH_EXPORT CString GetExecDir(wchar_t* buffer);
 
