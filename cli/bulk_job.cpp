@@ -1,9 +1,13 @@
 #include "cli/bulk_job.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
+#include <algorithm>
+#include <array>
 #include <filesystem>
 #include <optional>
+#include <string_view>
 
 #include "cli/errors.h"
 #include "cli/output.h"
@@ -15,8 +19,8 @@
 namespace pokermath::cli {
 namespace {
 
-constexpr const char* kJobs =
-    "flop-report, three-way, omaha-strength, omaha5-strength, omaha6-strength";
+constexpr std::array<std::string_view, 5> kJobs = {"flop-report", "three-way", "omaha-strength",
+                                                   "omaha5-strength", "omaha6-strength"};
 
 bool IsFlopReport(const JobWords& words) { return words.words[0] == "flop-report"; }
 
@@ -52,6 +56,16 @@ void RefuseReportOptions(const JobWords& words) {
   }
 }
 
+// First of all: who mistypes a command of `bulk` names no job.
+void CheckJob(const JobWords& words) {
+  const std::string list = fmt::format("{}", fmt::join(kJobs, ", "));
+  if (words.words.empty()) throw UsageError("JOB is missing: a file, or " + list);
+  const std::string& job = words.words[0];
+  if (std::ranges::find(kJobs, job) == kJobs.end() && !std::filesystem::exists(job)) {
+    throw UsageError(Quoted(job) + " is neither a file nor a job: " + list);
+  }
+}
+
 std::unique_ptr<Job> JobOf(const JobWords& words, std::string& questions) {
   questions = words.words[0];
   if (IsFlopReport(words)) {
@@ -62,9 +76,6 @@ std::unique_ptr<Job> JobOf(const JobWords& words, std::string& questions) {
       questions.clear();
       return job;
     }
-    if (!std::filesystem::exists(questions)) {
-      throw UsageError(fmt::format("{} is neither a file nor a job: {}", Quoted(questions), kJobs));
-    }
   }
   return QuestionsJobOf(questions, words.folder);
 }
@@ -72,7 +83,8 @@ std::unique_ptr<Job> JobOf(const JobWords& words, std::string& questions) {
 void AddReportOptions(Command command, EquityWords& words) {
   command
       .AddOption("--game", words.game, "Of flop-report: " + std::string(GameNames()) + " [holdem]")
-      .ValueName("GAME");
+      .ValueName("GAME")
+      .OneOf(ListOf(kAllGames));
   command
       .AddOption("--dead", words.dead, "Of flop-report, as the following: cards that cannot come")
       .ValueName("CARDS");
@@ -81,7 +93,8 @@ void AddReportOptions(Command command, EquityWords& words) {
       .MayBeRepeated();
   command
       .AddOption("--to", words.to, "Compare the hands on the flop, the turn or the river [river]")
-      .ValueName("STREET");
+      .ValueName("STREET")
+      .OneOf(kStreetNames);
   command.AddFlag("--exact", words.exact, "Count, however long it takes");
   command.AddFlag("--sampled", words.sampled, "Deal at random, even what could be counted");
   command.AddOption("--standard-error", words.standard_error, "Of samples [0.05%]").ValueName("E");
@@ -89,6 +102,7 @@ void AddReportOptions(Command command, EquityWords& words) {
   command.AddOption("--seed", words.seed, "Start of the random numbers [the line]").ValueName("N");
   command.AddOption("--by", words.by, "Detail: hand, class, next or made")
       .ValueName("WHAT")
+      .OneOf(kByNames)
       .MayBeRepeated();
 }
 
@@ -97,6 +111,8 @@ void AddReportOptions(Command command, EquityWords& words) {
 void AddJobWords(Command command, JobWords& words) {
   command.AddOption("JOB", words.words, "A file of questions, or a job's name [and its players]")
       .ValueName("")
+      .OneOf(kJobs)
+      .OrFile()
       .ManyWords();
   command.AddOption("--out", words.folder, "Folder of the answers; it may be there already")
       .ValueName("FOLDER");
@@ -104,7 +120,7 @@ void AddJobWords(Command command, JobWords& words) {
 }
 
 BegunJob BeginJob(const JobWords& words) {
-  if (words.words.empty()) throw UsageError(fmt::format("JOB is missing: a file, or {}", kJobs));
+  CheckJob(words);
   if (words.folder.empty()) throw UsageError("--out FOLDER is missing");
   BegunJob begun;
   begun.job = JobOf(words, begun.questions);

@@ -5,8 +5,12 @@
 
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
+
+#include "cli/command_facts.h"
 
 namespace CLI {
 class App;
@@ -34,7 +38,11 @@ class Option {
   Option ManyWords();                         ///< takes one or more
   Option MayBeRepeated();                     ///< with one value each time
   Option FromEnvironment(const std::string& variable);
-  void Hide();  ///< from the help
+  /// What values there are, for those who complete words or mistype them; who reads the value
+  /// checks it.
+  Option OneOf(std::span<const std::string_view> values);
+  Option OrFile();  ///< may be a file, though it is not called FILE
+  void Hide();      ///< from the help
 
  private:
   CLI::Option* option_;
@@ -52,6 +60,7 @@ class Command {
 
   Command AddCommand(const std::string& name, const std::string& description);
   void RequireCommand();  ///< one of them has to be given
+  void Hide();            ///< from the help, the man page and completion
 
   // Values live until the command has run.
   Option AddOption(const std::string& name, std::string& value, const std::string& help);
@@ -68,6 +77,11 @@ class Command {
   bool HasCommand() const;
   /// Options and words in the order in which they were given.
   std::vector<GivenOption> Given() const;
+  /// All that is not hidden.
+  CommandFacts Facts() const;
+  /// "; did you mean 'omaha'?" where a value given, or a word in a command's place, is quoted in an
+  /// error and is near to one that there is.
+  std::string HintFor(const std::string& error) const;
 
  private:
   CLI::App* app_;
@@ -88,6 +102,8 @@ void AddDb(Command program, int& exit_code);
 void AddBulk(Command program, int& exit_code);
 void AddTables(Command program, int& exit_code);
 void AddDoctor(Command program, int& exit_code);
+void AddCompletion(Command program);
+void AddManual(Command program);
 
 }  // namespace pokermath::cli
 

@@ -16,6 +16,7 @@
 #include "pages/equity_report.h"
 #include "pages/equity_svg.h"
 #include "pages/equity_words.h"
+#include "pages/game.h"
 #include "pages/json.h"
 
 namespace pokermath::cli {
@@ -189,7 +190,9 @@ void AddEquity(Command program, int& exit_code) {
       .Required()
       .ValueName("")
       .ManyWords();
-  command.AddOption("--game", words.game, std::string(GameNames()) + " [holdem]").ValueName("GAME");
+  command.AddOption("--game", words.game, std::string(GameNames()) + " [holdem]")
+      .ValueName("GAME")
+      .OneOf(ListOf(kAllGames));
   command.AddOption("--board", words.board, "Known board cards [none]").ValueName("CARDS");
   command.AddOption("--dead", words.dead, "Cards that nobody holds and that cannot come [none]")
       .ValueName("CARDS");
@@ -200,13 +203,15 @@ void AddEquity(Command program, int& exit_code) {
       .MayBeRepeated();
   command
       .AddOption("--to", words.to, "Compare the hands on the flop, the turn or the river [river]")
-      .ValueName("STREET");
+      .ValueName("STREET")
+      .OneOf(kStreetNames);
   AddSamplingOptions(command, *options);
   command
       .AddOption("--by", options->by,
                  "Also show every hand, every class, what comes next, or what is made: hand, "
                  "class, next or made")
-      .ValueName("WHAT");
+      .ValueName("WHAT")
+      .OneOf(kByNames);
   command.AddOption("--csv", options->csv, "Also write the rows of --by as CSV; - for them alone")
       .ValueName("FILE");
   command

@@ -151,7 +151,9 @@ void AddEval(Command program, int& exit_code) {
           "from standard input")
       .Required()
       .ValueName("");
-  command.AddOption("--game", options->game, NamesOf(kHighGames) + " [holdem]").ValueName("GAME");
+  command.AddOption("--game", options->game, NamesOf(kHighGames) + " [holdem]")
+      .ValueName("GAME")
+      .OneOf(ListOf(kHighGames));
   command.AddOption("--versus", options->versus, "Compare two hands: the other one")
       .ValueName("CARDS");
   command

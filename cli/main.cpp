@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
@@ -19,6 +20,7 @@
 
 #include "cli/command.h"
 #include "cli/errors.h"
+#include "cli/nearest.h"
 #include "cli/output.h"
 #include "platform/text.h"
 #include "pokermath/instructions.h"
@@ -58,10 +60,18 @@ void OccupyStandardStreams() {
   }
 }
 
-std::string NamesOfSubcommands(CLI::App& command) {
-  std::string names;
-  for (const CLI::App* subcommand : command.get_subcommands([](CLI::App*) { return true; })) {
-    names += (names.empty() ? "" : ", ") + subcommand->get_name();
+std::vector<std::string> NamesOfSubcommands(CLI::App& command) {
+  std::vector<std::string> names;
+  for (const CommandFacts& subcommand : Command(&command).Facts().commands) {
+    names.push_back(subcommand.name());
+  }
+  return names;
+}
+
+std::vector<std::string> NamesOfOptions(CLI::App& command) {
+  std::vector<std::string> names;
+  for (const OptionFacts& option : Command(&command).Facts().options) {
+    names.insert(names.end(), option.names.begin(), option.names.end());
   }
   return names;
 }
@@ -92,19 +102,21 @@ std::string QuotedWord(const std::string& word) {
 // Why the words that came to `command` could not be parsed, on one line.
 std::string ParseErrorText(const CLI::ParseError& error, CLI::App& command) {
   const std::vector<std::string> surplus = command.remaining();
-  const std::string subcommands = NamesOfSubcommands(command);
+  const std::vector<std::string> subcommands = NamesOfSubcommands(command);
   const auto option = std::find_if(surplus.begin(), surplus.end(),
                                    [](const std::string& word) { return word.starts_with("-"); });
   if (option != surplus.end()) {
     return QuotedWord(*option) +
-           (subcommands.empty() ? " is not an option" : " is not an option before a subcommand");
+           (subcommands.empty() ? " is not an option" : " is not an option before a subcommand") +
+           NearestHint(option->substr(0, option->find('=')), NamesOfOptions(command));
   }
   const bool mismatch = dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr ||
                         dynamic_cast<const CLI::ValidationError*>(&error) != nullptr;
   if (!subcommands.empty() && !mismatch) {
-    return (surplus.empty() ? "a subcommand is missing"
-                            : QuotedWord(surplus.front()) + " is not a subcommand") +
-           ": " + subcommands;
+    const std::string list = fmt::format(": {}", fmt::join(subcommands, ", "));
+    if (surplus.empty()) return "a subcommand is missing" + list;
+    return QuotedWord(surplus.front()) + " is not a subcommand" + list +
+           NearestHint(surplus.front(), subcommands);
   }
   if (!surplus.empty()) return QuotedWord(surplus.front()) + " is one word too many";
   if (mismatch) {
@@ -169,6 +181,8 @@ int ParseAndRun(CLI::App& program, int argc, char** argv) {
   AddBulk(Command(&program), exit_code);
   AddTables(Command(&program), exit_code);
   AddDoctor(Command(&program), exit_code);
+  AddCompletion(Command(&program));
+  AddManual(Command(&program));
   CheckValues(program);
   try {
     // The last word comes first.
@@ -198,7 +212,7 @@ int Run(int argc, char** argv) {
       const std::string help = program.help();
       std::fwrite(help.data(), 1, help.size(), stderr);
     } else {
-      PrintError(error.what());
+      PrintError(error.what() + Command(&program).HintFor(error.what()));
     }
     return kExitUsage;
   } catch (const std::bad_alloc&) {

@@ -11,7 +11,8 @@ void AddOmahaWords(Command command, OmahaWords& words) {
       .AddOption("--game", words.game,
                  NamesOf(OmahaGames(words.low)) +
                      ": refuse another number of hole cards [as many as there are]")
-      .ValueName("GAME");
+      .ValueName("GAME")
+      .OneOf(ListOf(OmahaGames(words.low)));
   command.AddFlag("--json", words.json, "Print a JSON object");
 }
 

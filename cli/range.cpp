@@ -104,11 +104,15 @@ void AddRange(Command program, int& exit_code) {
   auto words = std::make_shared<RangeWords>();
   Command command = program.AddCommand("range", "Hands of a range");
   command.AddOption("TEXT", words->text, "Range text; several words are one list").ValueName("");
-  command.AddOption("--game", words->game, NamesOf(kHighGames) + " [holdem]").ValueName("GAME");
+  command.AddOption("--game", words->game, NamesOf(kHighGames) + " [holdem]")
+      .ValueName("GAME")
+      .OneOf(ListOf(kHighGames));
   command
       .AddOption("--table", words->table,
-                 "Where percentages come from: equilibrium or corvelle [equilibrium]")
-      .ValueName("TABLE");
+                 fmt::format("Where percentages come from: {} [{}]",
+                             pokermath::OneOf(kPercentTableNames), kPercentTableNames[0]))
+      .ValueName("TABLE")
+      .OneOf(kPercentTableNames);
   command.AddFlag("--bare-offsuit", words->bare_offsuit,
                   "A bare AK is offsuit only, in what is read and in what is written");
   command.AddOption("--rank", words->rank, "Where one hand stands among all").ValueName("HAND");

@@ -170,7 +170,9 @@ void AddAction(Command tables, const char* name, const char* description,
                int (*run)(const TablesOptions&), int& exit_code) {
   auto options = std::make_shared<TablesOptions>();
   Command action = tables.AddCommand(name, description);
-  action.AddOption("NAME", options->names, "Tables, by name [all]").ValueName("");
+  std::vector<std::string_view> names;
+  for (const TableFile& table : AllTables()) names.emplace_back(table.name);
+  action.AddOption("NAME", options->names, "Tables, by name [all]").ValueName("").OneOf(names);
   action.AddOption("--dir", options->dir, "Folder of the tables").ValueName("FOLDER");
   action.AddFlag("--json", options->json, "Print a JSON object");
   if (run == RunBuild) {

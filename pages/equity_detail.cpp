@@ -53,8 +53,10 @@ void AddTo(HandClass& sum, const Outcome& added) {
   outcome.wins = {outcome.wins.units + added.wins.units, added.wins.unit};
   outcome.ties = {outcome.ties.units + added.ties.units, added.ties.unit};
   if (!HasCases(outcome)) return;
+  // Rounded, weights may sum to a little more than a whole pot.
   const auto mean = [&](double of_sum, double of_added) {
-    return (of_sum * before + of_added * added.cases.Value()) / outcome.cases.Value();
+    return std::min(1.0,
+                    (of_sum * before + of_added * added.cases.Value()) / outcome.cases.Value());
   };
   outcome.equity = mean(outcome.equity, added.equity);
   outcome.low = mean(outcome.low, added.low);

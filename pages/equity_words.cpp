@@ -86,10 +86,11 @@ Game ReadGame(const std::string& name, const std::string& text) {
 }
 
 Street ReadStreet(const std::string& name, std::string_view text) {
-  if (text == "flop") return Street::kFlop;
-  if (text == "turn") return Street::kTurn;
-  if (text == "river") return Street::kRiver;
-  Refuse(name + " " + Quoted(text) + " is not known: flop, turn or river", "to");
+  const auto found = std::ranges::find(kStreetNames, text);
+  if (found == kStreetNames.end()) {
+    Refuse(name + " " + Quoted(text) + " is not known: " + OneOf(kStreetNames), "to");
+  }
+  return static_cast<Street>(static_cast<int>(Street::kFlop) + (found - kStreetNames.begin()));
 }
 
 // A share of the pot, or with its sign a percentage.
@@ -134,11 +135,11 @@ void ReadLimits(const EquityWords& words, AskedEquity& asked) {
 }
 
 By ReadBy(const std::string& name, std::string_view text) {
-  if (text == "hand") return By::kHand;
-  if (text == "class") return By::kClass;
-  if (text == "next") return By::kNext;
-  if (text == "made") return By::kMade;
-  Refuse(name + " " + Quoted(text) + " is not known: hand, class, next or made", "detail");
+  const auto found = std::ranges::find(kByNames, text);
+  if (found == kByNames.end()) {
+    Refuse(name + " " + Quoted(text) + " is not known: " + OneOf(kByNames), "detail");
+  }
+  return static_cast<By>(found - kByNames.begin());
 }
 
 void ReadDetail(const EquityWords& words, AskedEquity& asked) {

@@ -3,6 +3,7 @@
 #ifndef POKERMATH_PAGES_EQUITY_WORDS_H_
 #define POKERMATH_PAGES_EQUITY_WORDS_H_
 
+#include <array>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -17,6 +18,10 @@ namespace pokermath {
 
 /// What an answer is broken down by.
 enum class By { kHand, kClass, kNext, kMade };
+/// The words for it, in this order.
+inline constexpr std::array<std::string_view, 4> kByNames = {"hand", "class", "next", "made"};
+/// The words for streets, from the flop on.
+inline constexpr std::array<std::string_view, 3> kStreetNames = {"flop", "turn", "river"};
 
 /// The words of a question, from the command line or from a line of input.
 struct EquityWords {

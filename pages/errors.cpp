@@ -21,4 +21,13 @@ std::string Quoted(std::string_view text) {
   return quoted + "'";
 }
 
+std::string OneOf(std::span<const std::string_view> words) {
+  std::string text;
+  for (const std::string_view& word : words) {
+    if (&word != &words.front()) text += &word == &words.back() ? " or " : ", ";
+    text += word;
+  }
+  return text;
+}
+
 }  // namespace pokermath

@@ -3,6 +3,7 @@
 #ifndef POKERMATH_PAGES_ERRORS_H_
 #define POKERMATH_PAGES_ERRORS_H_
 
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -43,6 +44,9 @@ Failure SystemFailure(const std::string& what, int error_number);
 
 /// The text in single quotes, fit for one line: control characters become '?', long text is cut.
 std::string Quoted(std::string_view text);
+
+/// What is accepted: "flop, turn or river".
+std::string OneOf(std::span<const std::string_view> words);
 
 }  // namespace pokermath
 

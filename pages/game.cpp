@@ -9,14 +9,13 @@
 
 namespace pokermath {
 
-std::string NamesOf(std::span<const Game> games) {
-  std::string names;
-  for (const Game& game : games) {
-    if (&game != &games.front()) names += &game == &games.back() ? " or " : ", ";
-    names += NameOf(game);
-  }
+std::vector<std::string_view> ListOf(std::span<const Game> games) {
+  std::vector<std::string_view> names;
+  for (const Game game : games) names.emplace_back(NameOf(game));
   return names;
 }
+
+std::string NamesOf(std::span<const Game> games) { return OneOf(ListOf(games)); }
 
 Game ReadGame(const std::string& name, std::span<const Game> accepted, const char* option) {
   std::string names;

@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <span>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "pokermath/game.h"
 
@@ -31,6 +33,14 @@ inline constexpr auto kHighGames = [] {
   return games;
 }();
 
+inline constexpr auto kAllGames = [] {
+  std::array<Game, kGames.size()> games{};
+  for (std::size_t i = 0; i < games.size(); ++i) games[i] = kGames[i].game;
+  return games;
+}();
+
+/// Their names, one by one.
+std::vector<std::string_view> ListOf(std::span<const Game> games);
 /// Their names for a person: "omaha, omaha5 or omaha6".
 std::string NamesOf(std::span<const Game> games);
 

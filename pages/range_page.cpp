@@ -47,8 +47,8 @@ int ReadClass(const std::string& text, const RangeOptions& options) {
 
 RangeOptions ReadRangeOptions(Game game, std::string_view table, bool bare_offsuit,
                               std::string_view option) {
-  if (table != "equilibrium" && table != "corvelle") {
-    Refuse(fmt::format("{} {} is not known: equilibrium or corvelle", option, Quoted(table)));
+  if (std::ranges::find(kPercentTableNames, table) == kPercentTableNames.end()) {
+    Refuse(fmt::format("{} {} is not known: {}", option, Quoted(table), OneOf(kPercentTableNames)));
   }
   RangeOptions options;
   options.bare_offsuit = bare_offsuit;

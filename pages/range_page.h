@@ -3,6 +3,7 @@
 #ifndef POKERMATH_PAGES_RANGE_PAGE_H_
 #define POKERMATH_PAGES_RANGE_PAGE_H_
 
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -14,6 +15,9 @@
 #include "pokermath/ranges.h"
 
 namespace pokermath {
+
+/// Where percentages come from.
+inline constexpr std::array<std::string_view, 2> kPercentTableNames = {"equilibrium", "corvelle"};
 
 /// How range text is read, as words; refuses a table that is none.
 ///
