@@ -41,6 +41,7 @@ add_library(
 add_dependencies(pokermath_objects pokermath_tables)
 target_link_libraries(pokermath_objects PRIVATE pokermath_flags utf8cpp OpenMP::OpenMP_CXX
                                                 ODBC::ODBC pugixml::pugixml)
+target_compile_options(pokermath_objects PRIVATE ${described})
 set_target_properties(
   pokermath_objects
   PROPERTIES POSITION_INDEPENDENT_CODE ON CXX_VISIBILITY_PRESET hidden
@@ -49,7 +50,7 @@ set_target_properties(
 set(objects $<TARGET_OBJECTS:pokermath_core_objects> $<TARGET_OBJECTS:pokermath_objects>)
 add_library(pokermath SHARED ${objects})
 add_library(pokermath_static STATIC ${objects})
-set_target_properties(pokermath PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0)
+set_target_properties(pokermath PROPERTIES VERSION 0.${PROJECT_VERSION} SOVERSION 0)
 # Instances of standard templates are weak symbols that hidden visibility leaves visible.
 target_link_options(pokermath PRIVATE
                     LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map)

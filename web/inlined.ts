@@ -41,12 +41,16 @@ export function workerProgram(): Plugin {
   };
 }
 
-/** Puts the licence of what the page is drawn with into it; the workers' program has its own. */
-export function licenceInside(): Plugin {
-  const licence = readFileSync(here("node_modules/preact/LICENSE"), "utf8");
+/** What is asked to go with all that is in the page and in the module. */
+export const kNoticesFile = here("../docs/licences.md");
+
+/** Puts the notices of those whose work is in the page into it. */
+export function noticesInside(): Plugin {
+  const [, notices] = readFileSync(kNoticesFile, "utf8").split("\n## Notices\n");
+  if (!notices || notices.includes("--" + ">")) throw new Error(`${kNoticesFile}: no notices`);
   return {
-    name: "pokermath-licence-inside",
-    transformIndexHtml: (page) => page.replace("</head>", `<!-- preact:\n${licence}-->\n</head>`),
+    name: "pokermath-notices-inside",
+    transformIndexHtml: (page) => page.replace("</head>", () => `<!--${notices}-->\n</head>`),
   };
 }
 

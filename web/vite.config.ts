@@ -6,7 +6,7 @@ import { viteSingleFile } from "vite-plugin-singlefile";
 import type { Plugin } from "vite";
 import { defineConfig } from "vitest/config";
 
-import { licenceInside, moduleInside, workerProgram } from "./inlined.js";
+import { moduleInside, noticesInside, workerProgram } from "./inlined.js";
 
 const here = (path: string) => fileURLToPath(new URL(path, import.meta.url));
 
@@ -28,7 +28,7 @@ export default defineConfig({
   plugins: [
     workerProgram(),
     moduleInside(),
-    licenceInside(),
+    noticesInside(),
     viteSingleFile(),
     named("pokermath.html"),
   ],

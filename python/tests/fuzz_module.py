@@ -53,9 +53,39 @@ class Odd:
         return self.rng.random() < 0.5
 
 
+class Choices(random.Random):
+    """Takes what it chooses from bytes; when there are no more, from a generator."""
+
+    def __new__(cls, data: bytes) -> Choices:
+        return super().__new__(cls)
+
+    def __init__(self, data: bytes) -> None:
+        self.data = data
+        self.place = 0
+        self.rest = random.Random(0)
+        super().__init__(0)
+
+    def seed(self, *args: Any, **kwargs: Any) -> None:
+        pass
+
+    def left(self) -> int:
+        return len(self.data) - self.place
+
+    def getrandbits(self, k: int) -> int:
+        if self.left() <= 0:
+            return self.rest.getrandbits(k)
+        count = (k + 7) // 8
+        part = self.data[self.place : self.place + count]
+        self.place += count
+        return int.from_bytes(part, "little") & ((1 << k) - 1)
+
+    def random(self) -> float:
+        return self.getrandbits(16) / 2**16
+
+
 class Fuzzer:
-    def __init__(self, seed: int) -> None:
-        self.rng = random.Random(seed)
+    def __init__(self, rng: random.Random) -> None:
+        self.rng = rng
         self.kept: list[Any] = []
 
     def text(self) -> str:
@@ -193,6 +223,15 @@ class Fuzzer:
         return True
 
 
+def run(data: bytes) -> None:
+    """What fuzz_calls does with its bytes."""
+    warnings.simplefilter("ignore")
+    choices = Choices(data)
+    fuzzer = Fuzzer(choices)
+    while choices.left() > 0:
+        fuzzer.step()
+
+
 def main() -> None:
     seconds = float(sys.argv[1]) if len(sys.argv) > 1 else 10
     seed = int(sys.argv[2]) if len(sys.argv) > 2 else 1
@@ -204,7 +243,7 @@ def main() -> None:
         # A seed of its own for every few calls, so that what breaks can be found again.
         state = seed + calls // 50
         if calls % 50 == 0:
-            fuzzer = Fuzzer(state)
+            fuzzer = Fuzzer(random.Random(state))
         faulthandler.dump_traceback_later(MOST_SECONDS + seconds, exit=True)
         right += fuzzer.step()
         calls += 1

@@ -42,9 +42,9 @@ const Words& WordsOf(int hand_size) {
   return hand_size == 2 ? two : hand_size == 4 ? four : hand_size == 5 ? five : six;
 }
 
-// Read once: text of six cards takes some time.
+// Read once by a thread: text of six cards takes some time.
 HandRange RangeOf(Game game, std::string_view text) {
-  static std::map<std::pair<Game, std::string_view>, HandRange> ranges;
+  thread_local std::map<std::pair<Game, std::string_view>, HandRange> ranges;
   const auto known = ranges.find({game, text});
   if (known != ranges.end()) return known->second;
   const auto read = ReadRange(game, text);

@@ -110,7 +110,22 @@ TEST(CardText, EveryWrittenDeckReadsBack) {
     const CardsResult read = ParseCards(text);
     EXPECT_EQ(read.cards, cards) << text;
     EXPECT_EQ(read.error, "") << text;
+    EXPECT_EQ(ReadCardSet(text).value(), CardSet(cards)) << text;
   }
+}
+
+TEST(CardText, AnErrorOfASetSaysWhereAndWhichCard) {
+  const Result<CardSet> no_card = ReadCardSet(" A\u2665,10x");
+  ASSERT_FALSE(no_card);
+  EXPECT_EQ(no_card.error().code, ErrorCode::kText);
+  EXPECT_EQ(no_card.error().position, 6u);
+  EXPECT_EQ(no_card.error().card, -1);
+  EXPECT_EQ(no_card.error().text, ParseCards("10x").error);
+  const Result<CardSet> twice = ReadCardSet("As ks, AS");
+  ASSERT_FALSE(twice);
+  EXPECT_EQ(twice.error().code, ErrorCode::kCard);
+  EXPECT_EQ(twice.error().position, 7u);
+  EXPECT_EQ(twice.error().card, 51);
 }
 
 TEST(CardText, AnErrorNamesTheBadPieceOnOneLine) {

@@ -1,10 +1,11 @@
 #!/usr/bin/env bash
 # Uses the library the way that the first argument names. From the environment: SOURCE and BUILD,
-# the library's folders, WORK, a folder to work in, and CXX and CXXFLAGS.
+# the library's folders, WORK, a folder to work in, and CXX and CXXFLAGS. PREFIX names a tree where it is
+# installed already.
 set -euo pipefail
 
 way=$1
-prefix=$WORK/moved
+prefix=${PREFIX:-$WORK/moved}
 export CMAKE_GENERATOR=Ninja
 unset DESTDIR CMAKE_PREFIX_PATH PKG_CONFIG_LIBDIR
 
@@ -79,6 +80,21 @@ use_add_subdirectory() {
   [[ ! -e $WORK/$way/pokermath/cli ]] || fail "it built the command-line tool"
   cmake --install "$WORK/$way" --prefix "$WORK/$way/prefix"
   [[ -z $(find "$WORK/$way/prefix" -type f 2>/dev/null) ]] || fail "it installed something"
+}
+
+# What it cannot count on is refused before anything is compiled.
+use_other_machines() {
+  local target words text
+  while read -r target words; do
+    text=$(cmake -S "$SOURCE" -B "$WORK/$way" --fresh -DCMAKE_TRY_COMPILE_TARGET_TYPE=STATIC_LIBRARY \
+      -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_CXX_COMPILER_TARGET="$target" 2>&1 | tr -s '\n ' ' ') &&
+      fail "$target was taken"
+    [[ $text == *"$words"* ]] || fail "$target is refused for another reason: $text"
+  done <<'MACHINES'
+i686-linux-gnu pokermath needs a 64-bit machine
+armv7-linux-gnueabihf pokermath needs a 64-bit machine
+s390x-linux-gnu pokermath needs a little-endian machine
+MACHINES
 }
 
 "use_$way"

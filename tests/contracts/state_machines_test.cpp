@@ -14,11 +14,11 @@
 #include <type_traits>
 #include <vector>
 
-#include "contracts/state_tables.h"
 #include "platform/text.h"
 #include "pokermath/evaluators.h"
 #include "pokermath/messages.h"
 #include "tests/cards/dealer.h"
+#include "tests/contracts/write_states.h"
 #include "tests/eval/oracle.h"
 #include "tests/platform/scratch_folder.h"
 
@@ -26,18 +26,6 @@ namespace pokermath {
 namespace {
 
 using Cards = std::vector<int>;
-
-std::string FileBytes(const StateFile& file) {
-  const StateEntries entries = BuildStates(file);
-  const auto header = StateHeader(file, entries.size());
-  std::string bytes(reinterpret_cast<const char*>(header.data()), header.size());
-  bytes.append(reinterpret_cast<const char*>(entries.data()), entries.size() * sizeof entries[0]);
-  return bytes;
-}
-
-void WriteStates(const ScratchFolder& folder, const StateFile& file) {
-  SetContent(folder / file.name, FileBytes(file));
-}
 
 // Tables are loaded once for a process; a test starts without any.
 void Unload() {

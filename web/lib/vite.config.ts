@@ -1,11 +1,12 @@
-// The package: one file for node and browsers, and the module beside it.
+// The package: one file for node and browsers, and beside it the module and the
+// notices of those whose work is in it.
 
 import { readFileSync } from "node:fs";
 import { fileURLToPath } from "node:url";
 
 import { createLogger, defineConfig } from "vite";
 
-import { kModuleFile, workerProgram } from "../inlined.js";
+import { kModuleFile, kNoticesFile, workerProgram } from "../inlined.js";
 
 const here = (path: string) => fileURLToPath(new URL(path, import.meta.url));
 
@@ -25,6 +26,8 @@ export default defineConfig({
       generateBundle() {
         const source = readFileSync(kModuleFile);
         this.emitFile({ type: "asset", fileName: "pokermath.wasm", source });
+        const notices = readFileSync(kNoticesFile);
+        this.emitFile({ type: "asset", fileName: "licences.md", source: notices });
       },
     },
   ],

@@ -21,10 +21,14 @@
 #include "web/module/open_question.h"
 #include "web/module/range_objects.h"
 
+#if defined(__wasm__)
 #define POKERMATH_CALL(type, name) extern "C" [[clang::export_name(#name)]] type name
 
 // The module's one thread never ends, so what it would destroy then stays.
 extern "C" int __cxa_thread_atexit(void (*)(void*), void*, void*) { return 0; }
+#else  // fuzzed
+#define POKERMATH_CALL(type, name) extern "C" type name
+#endif
 
 namespace pokermath {
 namespace {

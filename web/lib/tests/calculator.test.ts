@@ -100,7 +100,10 @@ test("a short question is one worker's", async () => {
 test("progress rises to 1 and says how long it will take", async () => {
   const seen: Progress[] = [];
   const onProgress = (progress: Progress) => seen.push(progress);
-  const { trials } = await three.calculate({ ...kSampled, standard_error: 0.0002 }, { onProgress });
+  const { trials } = await three.calculate(
+    { ...kSampled, standard_error: 0.00006 },
+    { onProgress },
+  );
   const parts = seen.map(({ part }) => part);
   expect(parts.length).toBeGreaterThan(3);
   expect(parts).toEqual([...parts].sort((a, b) => a - b));

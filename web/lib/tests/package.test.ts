@@ -66,7 +66,9 @@ test("the version is the project's", () => {
   expect(header).toContain(`#define POKERMATH_VERSION_STRING "${version}"`);
 });
 
-test("the licence is the project's", () => {
-  const licence = (path: string) => readFileSync(join(path, "LICENSE"), "utf8");
-  expect(licence(kLib)).toBe(licence(kProject));
+test("the licence is the project's, and those of others are with it", () => {
+  const text = (path: string) => readFileSync(path, "utf8");
+  expect(text(join(kLib, "LICENSE"))).toBe(text(join(kProject, "LICENSE")));
+  const notices = text(join(kProject, "docs/licences.md"));
+  expect(text(join(folder, "node_modules/pokermath/dist/licences.md"))).toBe(notices);
 });

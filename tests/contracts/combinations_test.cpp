@@ -1,8 +1,6 @@
 // The best Omaha hand: values and records against the plain search, the table of combinations and
 // its file, and the flush classifier.
 
-#include "eval/omaha_best.h"
-
 #include <gtest/gtest.h>
 #include <zlib.h>
 
@@ -13,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "eval/omaha_best.h"
 #include "platform/text.h"
 #include "pokermath/cards.h"
 #include "pokermath/evaluators.h"
