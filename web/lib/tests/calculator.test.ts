@@ -69,16 +69,16 @@ async function textOf(calculator: Calculator, question: Question): Promise<strin
 describe("the answer does not depend on the workers:", () => {
   const questions: Record<string, Question> = {
     exact: {
-      players: Array(3).fill("20%"),
+      players: Array(3).fill("15%"),
       board: "2c7d",
       method: "exact",
       detail: ["next", "made"],
     },
-    "to an error": { ...kSampled, standard_error: 0.0002 },
-    trials: { ...kSampled, trials: 600001, seed: 7, detail: ["hand", "made"] },
+    "to an error": { ...kSampled, standard_error: 0.0001 },
+    trials: { ...kSampled, trials: 1800001, seed: 7, detail: ["hand", "made"] },
     omaha: {
       game: "omaha",
-      players: ["5%", "AAxx:ds"],
+      players: ["12%", "AAxx:ds"],
       board: "AsKs7c",
       method: "exact",
       detail: ["next"],
