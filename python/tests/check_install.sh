@@ -18,4 +18,5 @@ cd "$work"
 unset PYTHONPATH
 installed=$(venv/bin/python -c 'import pokermath as pm
 print(pm.__file__, pm.__version__, pm.equity("AhKd", "7s7c").players[0].wins)')
-[[ $installed == "$work/venv/"*" 0."*" 761478" ]] || { echo "answered: $installed"; exit 1; }
+version=$(sed -n 's/.*POKERMATH_VERSION_STRING "\(.*\)"/\1/p' tree/include/pokermath/version.h)
+[[ $installed == "$work/venv/"*" $version 761478" ]] || { echo "answered: $installed"; exit 1; }

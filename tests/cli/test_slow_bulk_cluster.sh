@@ -16,7 +16,7 @@ awk 'BEGIN {
     printf "{\"id\":\"%d\",\"players\":[\"8%%\",\"8%%\"],\"board\":\"%sc%sd%sh\",", i,
       substr(ranks, i % 13 + 1, 1), substr(ranks, int(i / 13) % 13 + 1, 1),
       substr(ranks, int(i / 169) % 13 + 1, 1)
-    printf "\"method\":\"sampled\",\"trials\":%d,\"detail\":[\"hand\"]}\n", i < 400 ? 30000 : 1000
+    printf "\"method\":\"sampled\",\"trials\":%d,\"detail\":[\"hand\"]}\n", i < 400 ? 120000 : 1000
   }
 }' >"$questions"
 
