@@ -42,6 +42,7 @@ add_dependencies(pokermath_objects pokermath_tables)
 target_link_libraries(pokermath_objects PRIVATE pokermath_flags utf8cpp OpenMP::OpenMP_CXX
                                                 ODBC::ODBC pugixml::pugixml)
 target_compile_options(pokermath_objects PRIVATE ${described})
+pokermath_precompile(pokermath_objects)
 set_target_properties(
   pokermath_objects
   PROPERTIES POSITION_INDEPENDENT_CODE ON CXX_VISIBILITY_PRESET hidden
