@@ -19,7 +19,7 @@ void ForEachBit(std::uint64_t bits, const Visit& visit) {
 }  // namespace
 
 WeightSheet::WeightSheet(int hand_size)
-    : pieces_(1), piece_of_(static_cast<std::size_t>(Choose(52, hand_size))) {}
+    : pieces_(1), all_hands_(static_cast<std::size_t>(Choose(52, hand_size))) {}
 
 void WeightSheet::Begin(std::string_view piece, std::size_t place, int weight) {
   pieces_.push_back({piece, place, weight});
@@ -53,12 +53,15 @@ void WeightSheet::Set(std::size_t number) {
 }
 
 void WeightSheet::AddRow(int number, std::uint64_t row) {
+  if (row == 0) return;
+  if (piece_of_.empty()) piece_of_.resize(all_hands_);
   writes_ += std::popcount(row);
   ForEachBit(row, [&](std::size_t card) { Set(static_cast<std::size_t>(number) + card); });
 }
 
 void WeightSheet::RemoveRow(int number, std::uint64_t row) {
   writes_ += std::popcount(row);
+  if (piece_of_.empty()) return;
   ForEachBit(row,
              [&](std::size_t card) { piece_of_[static_cast<std::size_t>(number) + card] = 0; });
 }
@@ -75,6 +78,7 @@ void WeightSheet::RemoveWords(std::span<const std::uint64_t> words) {
 
 template <int cards>
 HandRange WeightSheet::Range(Game game) const {
+  if (piece_of_.empty()) return HandRange(game, std::vector<WeightedHand>());
   std::size_t count = 0;
   std::size_t whole = 0;
   for (const std::uint32_t piece : piece_of_) {

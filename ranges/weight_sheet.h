@@ -73,7 +73,10 @@ class WeightSheet {
   void RemoveWords(std::span<const std::uint64_t> words);
 
   std::vector<Piece> pieces_;
-  std::vector<std::uint32_t> piece_of_;  // by hand; the first one stands for no piece
+  std::size_t all_hands_;
+  // By hand; the first piece stands for none. Empty before a hand is added: of six cards it is
+  // large, and many a text adds nothing.
+  std::vector<std::uint32_t> piece_of_;
   Replaced replaced_;
   std::int64_t writes_ = 0;
   std::vector<std::string> warnings_;
