@@ -51,6 +51,15 @@ std::vector<std::string> OptionNames(const CommandFacts& command, bool with_valu
   return names;
 }
 
+// How many words of its own a command completes. Where it has commands, that is the first one,
+// which stands in the place of their names.
+constexpr int kAnyWords = 999;
+int MostWords(const CommandFacts& command) {
+  if (!command.commands.empty()) return 1;
+  const bool any = !command.words.empty() && command.words.back().repeated;
+  return any ? kAnyWords : static_cast<int>(command.words.size());
+}
+
 std::string Replaced(std::string text, std::string_view of, std::string_view by) {
   for (std::size_t at = text.find(of); at != text.npos; at = text.find(of, at + by.size())) {
     text.replace(at, of.size(), by);
@@ -68,7 +77,7 @@ std::string ShellQuoted(const std::string& text) {
 constexpr const char* kBashWalk = R"(
 _pokermath() {
   local cur=${COMP_WORDS[COMP_CWORD]} prev=${COMP_WORDS[COMP_CWORD - 1]}
-  local command=pokermath commands options with_value values paths word i
+  local command=pokermath commands options with_value most values paths word i given=0
   # Readline takes --game=omaha apart.
   if [[ $cur == = ]]; then
     cur=
@@ -83,8 +92,10 @@ _pokermath() {
       ((++i))
       [[ ${COMP_WORDS[i]} != = ]] || ((++i))
     elif [[ " $commands " == *" $word "* ]]; then
-      command+=" $word"
+      command+=" $word" given=0
       _pokermath_command "$command"
+    elif [[ $word == - || $word != -* ]]; then
+      ((++given))
     fi
   done
 
@@ -94,8 +105,11 @@ _pokermath() {
   elif [[ $cur == -* ]]; then
     values=$options paths=
   else
-    _pokermath_values "$command"
-    values="$commands $values"
+    values='' paths=''
+    if ((given < most)); then
+      _pokermath_values "$command"
+      values="$commands $values"
+    fi
     # Where nothing is known of a word, options may follow as well.
     [[ -n $cur || -n $paths || -n ${values// /} ]] || values=$options
   fi
@@ -121,9 +135,11 @@ std::string BashScript(const CommandFacts& program) {
   std::string commands, values;
   ForEachCommand(program, [&](const CommandFacts& command) {
     commands += fmt::format(
-        "    '{}')\n      commands='{}'\n      options='{}'\n      with_value='{}'\n      ;;\n",
+        "    '{}')\n      commands='{}'\n      options='{}'\n      with_value='{}'\n      most={}\n"
+        "      ;;\n",
         command.path, fmt::join(CommandNames(command), " "),
-        fmt::join(OptionNames(command, false), " "), fmt::join(OptionNames(command, true), " "));
+        fmt::join(OptionNames(command, false), " "), fmt::join(OptionNames(command, true), " "),
+        MostWords(command));
     for (const OptionFacts& option : command.options) {
       for (const std::string& name : option.names) {
         values += BashValues(command.path + " " + name, option);
@@ -235,9 +251,10 @@ std::string ZshScript(const CommandFacts& program) {
 // --- fish ---
 
 constexpr const char* kFishWalk = R"(
-# Whether the words before the cursor end in this command.
-function __pokermath_at
+# Whether the words before the cursor end in this command, and fewer than so many words of its own.
+function __pokermath_at -a most
     set -l command pokermath
+    set -l given 0
     set -l words (commandline -opc)
     set -l is_value 0
     for word in $words[2..]
@@ -247,9 +264,12 @@ function __pokermath_at
             set is_value 1
         else if contains -- "$command $word" $__pokermath_commands
             set command "$command $word"
+            set given 0
+        else if string match -qvr -- '^-.' $word
+            set given (math $given + 1)
         end
     end
-    test "$command" = "$argv"
+    test "$command" = "$argv[2..]" -a $given -lt $most
 end
 
 complete -c pokermath -f
@@ -259,8 +279,9 @@ std::string FishQuoted(const std::string& text) {
   return "'" + Replaced(Replaced(text, "\\", "\\\\"), "'", "\\'") + "'";
 }
 
-std::string FishLine(const CommandFacts& command, const std::string& what) {
-  return fmt::format("complete -c pokermath -n '__pokermath_at {}' {}\n", command.path, what);
+std::string FishLine(const CommandFacts& command, int most, const std::string& what) {
+  return fmt::format("complete -c pokermath -n '__pokermath_at {} {}' {}\n", most, command.path,
+                     what);
 }
 
 std::string FishValues(const OptionFacts& option) {
@@ -288,15 +309,17 @@ std::string FishScript(const CommandFacts& program) {
     for (const std::string& name : OptionNames(command, true)) {
       with_value += " " + FishQuoted(command.path + " " + name);
     }
+    const int most = MostWords(command);
     for (const CommandFacts& inner : command.commands) {
       commands += " " + FishQuoted(inner.path);
-      lines += FishLine(command, "-a " + inner.name() + " -d " + FishQuoted(inner.description));
+      lines +=
+          FishLine(command, most, "-a " + inner.name() + " -d " + FishQuoted(inner.description));
     }
     for (const OptionFacts& option : command.options)
-      lines += FishLine(command, FishOption(option));
+      lines += FishLine(command, kAnyWords, FishOption(option));
     if (command.words.empty()) return;
     const std::string values = FishValues(command.words.back());
-    if (!values.empty()) lines += FishLine(command, values.substr(1));
+    if (!values.empty()) lines += FishLine(command, most, values.substr(1));
   });
   return "# Completion of pokermath in fish.\n\nset -g __pokermath_commands" + commands +
          "\nset -g __pokermath_with_value" + with_value + "\n" + kFishWalk + lines;

@@ -16,16 +16,21 @@ std::string Compared(std::string_view word) {
   return letters;
 }
 
+// Who writes another digit means another thing.
+std::size_t Weight(char letter) { return '0' <= letter && letter <= '9' ? 9 : 1; }
+
 // Letters that are wrong, missing or too many, and neighbours that changed places, each counted
 // once (Damerau 1964, Levenshtein 1966). No letter is touched twice.
 std::size_t Slips(std::string_view a, std::string_view b) {
   std::vector<std::size_t> before, last(b.size() + 1), row(b.size() + 1);
-  for (std::size_t j = 0; j <= b.size(); ++j) last[j] = j;
+  for (std::size_t j = 1; j <= b.size(); ++j) last[j] = last[j - 1] + Weight(b[j - 1]);
   for (std::size_t i = 1; i <= a.size(); ++i) {
-    row[0] = i;
+    const std::size_t extra = Weight(a[i - 1]);
+    row[0] = last[0] + extra;
     for (std::size_t j = 1; j <= b.size(); ++j) {
-      const std::size_t changed = last[j - 1] + (a[i - 1] == b[j - 1] ? 0 : 1);
-      row[j] = std::min({changed, last[j] + 1, row[j - 1] + 1});
+      const std::size_t missing = Weight(b[j - 1]);
+      const std::size_t changed = a[i - 1] == b[j - 1] ? 0 : std::max(extra, missing);
+      row[j] = std::min({last[j - 1] + changed, last[j] + extra, row[j - 1] + missing});
       if (i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1]) {
         row[j] = std::min(row[j], before[j - 2] + 1);
       }

@@ -10,7 +10,7 @@
 namespace pokermath::cli {
 
 /// "; did you mean 'equity'?" where one of the words known is within one slip of the hand, two for
-/// words of five letters and more; else nothing.
+/// words of five letters and more; else nothing. Another digit is another word.
 std::string NearestHint(std::string_view word, const std::vector<std::string>& known);
 
 }  // namespace pokermath::cli

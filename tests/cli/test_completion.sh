@@ -56,6 +56,9 @@ completes 'pokermath bulk --out submit --exa' --exact
 completes 'pokermath bulk submit --sl' --slurm
 completes 'pokermath bulk verify --' '--help --sample --seed --json'
 completes 'pokermath completion ' 'bash zsh fish'
+completes 'pokermath completion bash ' '-h --help'
+completes 'pokermath bulk flop-report s' ''
+completes 'pokermath history hands.txt h' ''
 
 # --- the others, where they are installed ---
 
@@ -86,6 +89,8 @@ if command -v fish >/dev/null; then
   fish_completes 'pokermath bulk submit --sl' --slurm
   fish_completes 'pokermath db query --' '--connect --csv --help --json'
   fish_completes 'pokermath history ha' hands.txt
+  fish_completes 'pokermath bulk flop-report sta' ''
+  fish_completes 'pokermath completion bash z' ''
 fi
 
 # --- the man page ---
@@ -138,10 +143,11 @@ refuses 2 "'--Conect=x' is not an option; did you mean '--connect'?" db tables -
 refuses 2 "omaha6-hilo; did you mean 'shortdeck'?" equity AhKd 7s7c --game shortdekc
 refuses 2 "flop, turn or river; did you mean 'river'?" equity AhKd 7s7c --to rivr
 refuses 2 "; did you mean 'omaha-order'?" tables build omaha-ordr
+refuses 2 "; did you mean 'omaha5-hilo'?" equity AhKd 7s7c --game omaha5hilo
 refuses 2 "'staus' is neither a file nor a job" bulk staus answers
 has "a command in a job's place" "$err" "; did you mean 'status'?"
 for words in frobnicate 'equity AhKd 7s7c --frobnicate' 'equity AhKd 7s7c --game whist' 'x y' \
-  'equity AhKd 7s' 'eval --game omaha-hilo AhKhQhJh'; do
+  'equity AhKd 7s' 'eval --game omaha-hilo AhKhQhJh' 'tables build omaha6-strength'; do
   # shellcheck disable=SC2086
   run $words
   expect_code 2
