@@ -66,19 +66,20 @@ TEST(Team, NoMemoryIsAnException) {
   omp_set_num_threads(2);
   int omaha[] = {8, 21, 34, 12};
   int turn[] = {0, 14, 28, 42};
+  // Most of them within the team.
   EXPECT_GE(FailEveryAllocation([&] {
               int count = 0;
               return RiverEquityHandVsRandomOnTurnFsm5(omaha, turn, count);
             }),
-            1);
+            50);
   PokerLogic logic;
   logic.equityTable = {{{1, 2}, 3}};  // of nobody, so that every matchup is left to be counted
   const Spec spec = ParseRange("88+,AQs+").range;
   int hand[] = {51, 37};
-  // Some of them within the team.
   EXPECT_GE(
       FailEveryAllocation([&] { return logic.getProbabilityOfWinBySpectrWithNoBoard(hand, spec); }),
       20);
+  // This one asks for memory only in front of the team.
   EXPECT_GE(
       FailEveryAllocation([&] { return getProbabilityOfWinBySpectrWithNoBoard6Plus(hand, spec); }),
       1);

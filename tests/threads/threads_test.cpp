@@ -12,8 +12,10 @@
 #include <fstream>
 #include <functional>
 #include <set>
+#include <span>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "platform/text.h"
@@ -148,6 +150,7 @@ TEST(ThreadsSlow, Evaluators) {
   WriteStates(folder, kSixPlus7File);
   const CString path = FromUtf8(folder / "");
   const CPokerDeck words;
+  const PokerLogic logic;
   ExpectAlike([&] {
     // Some functions load what they need, in whichever thread is first.
     if (load_fsm5(path) != 1 || load_fsm7(path) != 1) return Answers{"nothing is loaded"};
@@ -166,12 +169,14 @@ TEST(ThreadsSlow, Evaluators) {
             get_rank7(cards.data(), cards.data() + 2), EvaluateOmaha<4>(cards.data(), &cards[4]),
             EvaluateOmaha<5>(&cards[5], cards.data()), EvaluateLow<7>(cards.data()),
             EvaluateOmahaLow<4>(&cards[5], cards.data()),
-            getCombinationOmahaFsm5(&cards[5], cards.data(), record)}) {
+            getCombinationOmahaFsm5(&cards[5], cards.data(), record),
+            getCombinationOmahaFsm5Common(&cards[5], 5, cards.data(), 5, record),
+            logic.eval_7handOmaha(&cards[5], cards.data())}) {
         digest.Add(value);
       }
       std::array<std::uint8_t, 10> bytes;
       std::ranges::copy(cards, bytes.begin());
-      std::array<std::uint16_t, 2> values{};
+      std::array<std::uint16_t, 3> values{};
       EvaluateBatch(7, bytes.data(), 1, values.data());
       EvaluateOmahaBatch(4, bytes.data(), bytes.data() + 4, 1, values.data() + 1);
       std::array<std::uint8_t, 2> lows{};
@@ -185,17 +190,64 @@ TEST(ThreadsSlow, Evaluators) {
       digest.Add(values[1]);
       const OmahaBoardValues board{std::span<const int>(cards).first(5)};
       digest.Add(board.Evaluate<4>(&cards[5]));
+      board.EvaluateBatch(4, bytes.data() + 5, 1, values.data() + 2);
+      digest.Add(values[2]);
       digest.Add(HandSum(CardSet(std::span<const int>(cards).first(7))).Evaluate());
 
       for (int& card : cards) card = card / 13 * 13 + 4 + card % 9;
       if (std::set(cards.begin(), cards.begin() + 7).size() < 7) continue;
       digest.Add(EvaluateShortDeck(cards.data(), 7));
+      digest.Add(ShortDeckHandSum(CardSet(std::span<const int>(cards).first(7))).Evaluate());
+      std::ranges::copy(cards, bytes.begin());
+      EvaluateShortDeckBatch(7, bytes.data(), 1, values.data());
+      digest.Add(values[0]);
+      digest.Add(LookupHoldem6PlusFsm5(cards.data()));
       digest.Add(eval_rank5_via_fsm5(cards.data()));
       digest.Add(eval_rank6_via_fsm5(cards.data()));
       digest.Add(eval_rank7_via_fsm7(cards.data()));
       digest.Add(eval_7hand6PlusFsm5(cards.data()));
     }
     return Answers{digest.text(), HandInWords(std::array{51, 50, 49, 48, 47})};
+  });
+}
+
+// Exact counts, whose tables the first calls build.
+TEST(ThreadsSlow, Counts) {
+  const Spec spec = ParseRange("TT+,AQs+").range;
+  const auto omaha_range = ParseOmahaRange<4>("AA@20").range;
+  ExpectAlike([&] {
+    Answers answers;
+    Dealer dealer(4);
+    const auto add = [&](const auto& tally) { answers.push_back(Text(tally.Equity())); };
+    for (int i = 0; i < 4; ++i) {
+      const std::vector<int> cards = dealer.Deal(13);
+      const std::span all(cards);
+      const auto hand = all.first<2>(), other = all.subspan<2, 2>();
+      const auto four = all.first(4), flop = all.subspan(8, 3), river = all.subspan(8, 5);
+      for (const Street street : {Street::kFlop, Street::kTurn, Street::kRiver}) {
+        add(HoldemHandVsHand(hand, other, {}, street));
+        add(HoldemHandVsRange(hand, spec, {}, street));
+      }
+      add(HoldemHandVsHand(hand, other, flop));
+      add(HoldemHandVsRange(hand, spec, flop));
+      for (const HandTally& one : HoldemEveryHandVsRange(spec, flop)) add(one.tally);
+      add(OmahaHands(all.first(8), 4));
+      add(OmahaHands(all.first(8), 4, flop));
+      add(OmahaHandVsRandom(four, flop));
+      add(OmahaHandVsRandom(four, river));
+      add(OmahaHandVsRange(four, omaha_range, flop));
+      add(OmahaHandVsRange(four, omaha_range, {}, Street::kFlop));
+      add(OmahaHighLowHands(all.first(8), 4));
+      add(OmahaHighLowVsRandom(four, river));
+
+      std::vector<int> high = cards;
+      for (int& card : high) card = card / 13 * 13 + 4 + card % 9;
+      if (std::set(high.begin(), high.end()).size() < high.size()) continue;
+      const std::span deck(std::as_const(high));
+      add(ShortDeckHandVsHand(deck.first<2>(), deck.subspan<2, 2>()));
+      add(ShortDeckHandVsRange(deck.first<2>(), spec, deck.subspan(8, 3)));
+    }
+    return answers;
   });
 }
 
