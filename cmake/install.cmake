@@ -61,10 +61,12 @@ function(pokermath_install_tool)
   endforeach()
 endfunction()
 
-# The README links to docs/ beside it; the scripts there are for the sources.
+# The README links to docs/ and other papers beside it; the scripts there are for the sources.
 function(pokermath_install_docs)
   install(FILES ${PROJECT_SOURCE_DIR}/README.md TYPE DOC ${pokermath_part_tool})
-  install(FILES ${PROJECT_SOURCE_DIR}/HACKING.md TYPE DOC ${pokermath_part_development})
+  foreach(paper HACKING.md CONTRIBUTING.md SECURITY.md CITATION.cff)
+    install(FILES ${PROJECT_SOURCE_DIR}/${paper} TYPE DOC ${pokermath_part_development})
+  endforeach()
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs TYPE DOC ${pokermath_part_development}
           PATTERN "*.sh" EXCLUDE
           PATTERN "*.sed" EXCLUDE

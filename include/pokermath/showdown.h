@@ -85,7 +85,7 @@ struct Pot {
 
 /// The pots of GameResult, one after the other; passes that have the same winners are one pot.
 ///
-/// @param stakes,scores  as above, one entry a seat, equally many
+/// @param stakes,scores  as above, one entry a seat, equally many, which is not checked
 POKERMATH_EXPORT std::vector<Pot> SplitPots(std::span<const int> stakes,
                                             std::span<const int> scores);
 

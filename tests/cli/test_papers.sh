@@ -32,7 +32,7 @@ same "version in CITATION.cff" "$(grep '^version: ' CITATION.cff)" "version: ${v
 same "licence in CITATION.cff" "$(grep '^license: ' CITATION.cff) License" "license: $(head -n 1 LICENSE)"
 
 # Links to files lead somewhere.
-for page in *.md docs/*.md; do
+for page in *.md docs/*.md docs/*/*.md web/lib/*.md; do
   while read -r link; do
     [[ -e $(dirname "$page")/$link ]] || fail "$page: $link is not there"
   done < <(grep -oP '\]\(\K[^)#: ]+(?=[)#])' "$page")
