@@ -36,7 +36,8 @@ class OmahaSpec;
 /// below six, are left out; a range that is wholly left out gives not a number. A hand or a board
 /// with a card below six is valued as the evaluators value it, nothing in most cases. Exact
 /// functions need no table and take microseconds. All may run in several threads at once, as long
-/// as no table of equities is loaded meanwhile; those that sample draw from rand(), which is the process's own.
+/// as no table of equities is loaded meanwhile; those that sample draw from rand(), which is the
+/// process's own.
 /// @{
 
 /// Estimate against one range for each of 1 to 9 opponents, over `trials` random deals; a pot

@@ -63,8 +63,8 @@ POKERMATH_EXPORT int eval_7hand(int* words);
 ///
 /// Cards are card codes. The table of five cards from 52 is part of the library. Those of the short
 /// deck (36 cards, six and better) and of Omaha are files that `pokermath tables build` writes;
-/// each is loaded once into the process, by whichever thread asks first. A thread that evaluates has
-/// loaded itself or was started after another one had. Codes are not checked.
+/// each is loaded once into the process, by whichever thread asks first. A thread that evaluates
+/// has loaded itself or was started after another one had. Codes are not checked.
 /// @{
 
 /// Five cards, on the scale 1..7462. About 100 million hands a second.
