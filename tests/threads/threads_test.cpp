@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <barrier>
+#include <cmath>
 #include <cstdint>
 #include <exception>
 #include <fstream>
@@ -209,6 +210,49 @@ TEST(ThreadsSlow, Evaluators) {
     }
     return Answers{digest.text(), HandInWords(std::array{51, 50, 49, 48, 47})};
   });
+}
+
+// Evaluators and estimates that need what was loaded. Estimates draw from rand(), which is the
+// process's own; so they are only near what they estimate.
+TEST(ThreadsSlow, LoadedTables) {
+  const ScratchFolder folder;
+  WriteStates(folder, kOmaha7File);
+  WriteStates(folder, kSixPlus7File);
+  const CString path = FromUtf8(folder / "");
+  PokerLogic loaded;
+  ASSERT_EQ(loaded.generate_table(path + L"hand ranks"), 0);
+  const PokerLogic& logic = loaded;
+  const Spec range = ParseRange("random", {.short_deck = true}).range;
+  const Answers got = ExpectAlike([&] {
+    if (load_ofsm_omaha7(path) != 1 || load_fsm7(path) != 1) return Answers{"nothing is loaded"};
+    Dealer dealer(6);
+    Digest digest;
+    for (int i = 0; i < 2000; ++i) {
+      std::vector<int> cards = dealer.Deal(10);
+      digest.Add(eval_rank7_via_ofsm7(&cards[5], 5, cards.data()));
+      digest.Add(logic.LookupSingleHands(cards.data()));
+      digest.Add(logic.LookupHandsOmaha(cards.data()));
+      digest.Add(logic.LookupHandsOmahaTurn(cards.data()));
+      digest.Add(logic.LookupHandsOmahaFlop(cards.data()));
+      for (int& card : cards) ++card;
+      digest.Add(logic.LookupHand(cards.data()));
+    }
+    Answers answers{digest.text()};
+    int aces[2] = {12, 25}, board[2] = {20, 34};
+    PokerLogic own;
+    own.trialCount = 3000;
+    Spec specs[1] = {range};
+    int trials = 3000;
+    const double six_plus = getProbabilityOfWinHoldem6PlusCommon(aces, board, 0, specs, 1, trials);
+    for (const auto& [estimate, exact] :
+         {std::pair{six_plus, getProbabilityOfWinBySpectrWithNoBoard6Plus(aces, range)},
+          std::pair{own.getProbabilityOfWinBySpectr(aces, board, 2, range),
+                    HoldemHandVsRange(aces, range, board).Equity()}}) {
+      answers.push_back(std::abs(estimate - exact) < 0.06 ? "near" : Text(estimate));
+    }
+    return answers;
+  });
+  EXPECT_EQ(std::vector(got.begin() + 1, got.end()), (Answers{"near", "near"}));
 }
 
 // Exact counts, whose tables the first calls build.
