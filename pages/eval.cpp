@@ -119,6 +119,7 @@ Json EvalJson(const EvalAnswer& answer) {
             {"value", answer.ascending}};
   }
   return {{"schema", kJsonSchema},
+          {"game", "holdem"},
           {"hand", CardsJson(answer.hand)},
           {"category", answer.Category()},
           {"words", answer.words},

@@ -85,7 +85,7 @@ std::string LowText(const LowAnswer& answer, const Colours& colours) {
 
 Json LowJson(const LowAnswer& answer) {
   const bool has_low = answer.value != 0;
-  Json json = OmahaJson(answer.hand);
+  Json json = OmahaJson(answer.hand, true);
   json["standing"] = WordsFor(answer.standing).name;
   json["low"] = has_low ? Json(LowName(answer.value)) : Json(nullptr);
   json["value"] = answer.value;

@@ -43,10 +43,10 @@ OmahaHand BestOfOmaha(std::vector<int> hand, std::vector<int> board) {
   return best;
 }
 
-const char* OmahaHand::Game() const {
+const char* OmahaHand::Game(bool high_low) const {
   const auto of_size = [this](pokermath::Game game) { return HandSize(game) == hand.size(); };
-  static constexpr auto kHigh = OmahaGames(false);
-  return NameOf(*std::ranges::find_if(kHigh, of_size));
+  static constexpr auto kHigh = OmahaGames(false), kHighLow = OmahaGames(true);
+  return NameOf(*std::ranges::find_if(high_low ? kHighLow : kHigh, of_size));
 }
 
 std::string OmahaHand::Words() const {
@@ -65,9 +65,9 @@ std::string OmahaHeadline(const OmahaHand& hand, const Colours& colours) {
                      colours.Cards(hand.from_board));
 }
 
-Json OmahaJson(const OmahaHand& hand) {
+Json OmahaJson(const OmahaHand& hand, bool high_low) {
   return {{"schema", kJsonSchema},
-          {"game", hand.Game()},
+          {"game", hand.Game(high_low)},
           {"hand", CardsJson(hand.hand)},
           {"board", CardsJson(hand.board)}};
 }

@@ -21,8 +21,8 @@ struct OmahaHand {
   std::vector<int> from_board;  // the three that play
   int value;                    // ascending
 
-  /// "omaha", by the number of hole cards.
-  const char* Game() const;
+  /// "omaha", by the number of hole cards; "omaha-hilo" of a question about the low.
+  const char* Game(bool high_low) const;
   /// "flush Ace high".
   std::string Words() const;
   int Unseen() const { return 52 - static_cast<int>(hand.size() + board.size()); }
@@ -37,7 +37,7 @@ OmahaHand BestOfOmaha(std::vector<int> hand, std::vector<int> board);
 std::string OmahaHeadline(const OmahaHand& hand, const Colours& colours);
 
 /// Game, hand and board as the first keys of an answer.
-Json OmahaJson(const OmahaHand& hand);
+Json OmahaJson(const OmahaHand& hand, bool high_low = false);
 
 /// The words of a question about one.
 struct OmahaQuestion {

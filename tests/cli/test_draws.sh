@@ -98,6 +98,7 @@ The nut low.
   better lows     0 of 990 holdings of two   0.00 %
   nut outs       39 of 45 next cards"
 run low Ah3dKsQc Ac2dKh4c7d --json
+has "$asked" "$out" '{"schema":1,"game":"omaha-hilo","hand":'
 has "$asked" "$out" '"standing":"made","low":"7-4-3-2-A","value":74321,"is_nuts":false,"beaten_by_pairs":40,"of_pairs":903,"unseen":43}'
 run low Ah2dKsQc 3c7dKh
 has "$asked" "$out" "outs           16 of 45 next cards   35.56 %"

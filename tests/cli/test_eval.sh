@@ -15,7 +15,7 @@ same "$asked" "$out" "AhKhQhJhTh2c3d: royal flush, Ah Kh Qh Jh Th
 
 run eval --json 2s5c4dKh3hAcKd
 expect_code 0
-same "$asked" "$out" '{"schema":1,"hand":["2s","5c","4d","Kh","3h","Ac","Kd"],"category":"straight",'\
+same "$asked" "$out" '{"schema":1,"game":"holdem","hand":["2s","5c","4d","Kh","3h","Ac","Kd"],"category":"straight",'\
 '"words":"5 high straight","cards":["5c","4d","3h","2s","Ac"],"descending":1609,"ascending":5854,"hand_ranks":20481}'
 
 # The ends of every category; bad lines in between must not shift the answers.
