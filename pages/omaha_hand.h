@@ -36,7 +36,7 @@ OmahaHand BestOfOmaha(std::vector<int> hand, std::vector<int> board);
 /// A line that says what the hand is and which cards play.
 std::string OmahaHeadline(const OmahaHand& hand, const Colours& colours);
 
-/// Game, hand and board as the first keys of an answer.
+/// Game, hand and board as the first keys of an answer; of one about the low, the game is Hi/Lo.
 Json OmahaJson(const OmahaHand& hand, bool high_low = false);
 
 /// The words of a question about one.

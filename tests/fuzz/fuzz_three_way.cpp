@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <string>
-#include <string_view>
 
 #include "kernels/three_way.h"
 #include "kernels/three_way_table.h"

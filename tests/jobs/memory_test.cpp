@@ -27,8 +27,8 @@ long ResidentKiB() {
   return resident * (sysconf(_SC_PAGESIZE) / 1024);
 }
 
-// Questions of all games and to all streets, ranges, details and dead cards among them; every
-// fiftieth is refused.
+// Questions of all games on all streets and to two, ranges, details and dead cards among them;
+// every fiftieth is refused.
 class MixedQuestions {
  public:
   std::string Next() {
@@ -62,7 +62,7 @@ class MixedQuestions {
       case 5:
         return line + Cards(game.hand_size) + R"(",")" + Cards(game.hand_size) + R"("]})";
       case 6:
-        if (!board.empty()) return line + Cards(game.hand_size) + R"("],"to":"river"})";
+        if (board.size() < 8) return line + Cards(game.hand_size) + R"("],"to":"turn"})";
         [[fallthrough]];
       default:
         return line + Cards(game.hand_size) + R"("]})";
